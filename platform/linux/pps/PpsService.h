@@ -1,0 +1,29 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "base/Result.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace zm {
+
+/** The publish/subscribe service: all objects of one runtime folder, served on a socket by an event loop. */
+class PpsService {
+public:
+    PpsService(EventLoop& loop, std::string socket);
+    ~PpsService();
+
+    /** Starts to serve; fails if another service owns the socket. Loop's thread or before `run`. */
+    Status start();
+
+    /** Called on the loop's thread after each change: object name without "/pps/", and the change as PPS text. */
+    std::function<void(const std::string& object, const std::string& text)> onChange;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+} // namespace zm

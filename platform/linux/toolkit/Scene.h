@@ -1,0 +1,78 @@
+#pragma once
+
+#include "base/Rect.h"
+#include "base/Result.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class CUIWndMng;
+struct _tagList_Info;
+
+namespace zm {
+
+/** Is told what the user does to a scene. On the scene's thread, from inside Scene::press and its kin. */
+class SceneListener {
+public:
+    virtual ~SceneListener() = default;
+    /** State 0 press, 1 release, 4 held. Control 0: no item was hit. */
+    virtual void itemClicked(int window, int control, int state) = 0;
+    virtual void listScrolled(int window, int kind, _tagList_Info& info) = 0;
+};
+
+/**
+ * All pages of one resource file: their items, what stands in them, their drawing and their touches. It knows
+ * nothing of sockets, views or threads; everything belongs to one thread.
+ */
+class Scene {
+public:
+    /** Loads and validates a resource file; the error gives file, line and what was expected. */
+    static Result<std::unique_ptr<Scene>> load(const std::string& resourceFile, const std::string& fontDir, int width,
+                                               int height, SceneListener& listener);
+    ~Scene();
+
+    CUIWndMng& wndMng();
+
+    /** Shows or hides a page. Pages marked "stacked" in the resource lie above the others; of the rest one at a time is shown. */
+    bool showWindow(int window, bool show);
+    /** Shown pages, bottom first. */
+    std::vector<int> shownWindows() const;
+
+    /** Whether a touch at that point belongs to this scene: some shown window covers it. */
+    bool hits(int x, int y) const;
+    void press(int x, int y);
+    /** A drag of a list begins once the finger has moved 12 pixels; the touch then reports no hold and no release click. */
+    void move(int x, int y, int64_t nowMs);
+    /** The finger has rested for 800 ms. */
+    void hold();
+    void release(int x, int y, int64_t nowMs);
+
+    /** The next moment at which `tick` has something to do (animation, momentum), or -1. */
+    int64_t nextTick() const;
+    void tick(int64_t nowMs);
+
+    /** Draws what was made visible since the last call into premultiplied ARGB32 pixels; gives the areas drawn. */
+    std::vector<Rect> paint(uint8_t* pixels, int stride);
+    /** Marks everything as to be drawn. */
+    void invalidate();
+
+    /** Codes "en", "de", "zh", "ar"; unknown ones fall back to English. False if the code is not in the resource. */
+    bool setLanguage(const std::string& code);
+    /** "night" or "day". */
+    bool setTheme(const std::string& name);
+
+    /** The pages' contents: {"6":{"items":{...}}}; only `window` when it is above 0. */
+    nlohmann::json describe(int window = 0) const;
+
+    struct Impl;
+
+private:
+    explicit Scene(std::unique_ptr<Impl> impl);
+    std::unique_ptr<Impl> m_impl;
+};
+
+} // namespace zm

@@ -1,0 +1,136 @@
+// Launcher, vehicle, disc drive, keyboard and voice, processes.
+import {act, button, element} from './api.js';
+
+function add(id, ...rows) {
+  document.getElementById(id).append(...rows);
+}
+
+function row(...children) {
+  return element('div', {className: 'bar'}, ...children);
+}
+
+function labelled(text, control) {
+  return element('label', {}, `${text} `, control);
+}
+
+function field(properties = {}) {
+  return element('input', {type: 'text', autocomplete: 'off', spellcheck: false, ...properties});
+}
+
+function select(options, onchange) {
+  const node = element('select', {}, ...options.map(([value, text]) => element('option', {value}, text)));
+  node.addEventListener('change', () => onchange(node.value));
+  return node;
+}
+
+/** Sends the text field's content when Enter is pressed or the button is clicked. */
+function entry(label, placeholder, send) {
+  const input = field({placeholder});
+  input.setAttribute('aria-label', label);
+  const go = () => { if (input.value !== '') send(input.value); };
+  input.addEventListener('keydown', (event) => { if (event.key === 'Enter') go(); });
+  return row(input, button(label, go));
+}
+
+function quoted(text) {
+  return text.includes("'") ? `"${text.replaceAll('"', '')}"` : `'${text}'`;
+}
+
+const faults = [['read', 'Read error'], ['surface', 'Surface error'], ['temperature', 'Too hot'], ['region', 'Wrong region'],
+  ['noanswer', 'No answer'], ['gone', 'Drive gone']];
+
+function makeDisc() {
+  const demo = button('Demonstration disc', () => act('insert', '--demo'));
+  add('disc', element('p', {id: 'drivestate'}, 'unknown'),
+    entry('Insert', '/path/of/folder/or/image', (path) => act('insert', path)),
+    row(demo, button('Eject', () => act('eject'))),
+    row(element('span', {className: 'dim'}, 'Fault'), ...faults.map(([kind, text]) => button(text, () => act('disc', 'fault', kind)))));
+}
+
+function makeLauncher() {
+  const app = [['resume', 'Resume'], ['pause', 'Pause'], ['showonly', 'Show only'], ['hideonly', 'Hide only'], ['quit', 'Quit'], ['start', 'Start']];
+  add('launcher', row(...app.map(([name, text]) => button(text, () => act('app', name)))),
+    element('p', {id: 'launcherstate', className: 'dim'}),
+    element('ol', {id: 'requests', className: 'lines', ariaLabel: 'What the application asked for, newest first'}));
+}
+
+const bluetooth = [['0', 'off'], ['1', 'on'], ['2', 'connected']];
+const languages = [['en', 'English'], ['de', 'Deutsch'], ['zh', '中文'], ['ar', 'العربية']];
+
+const vehicle = {};
+function makeVehicle() {
+  const toggle = (id, on, off) => element('input', {type: 'checkbox', onchange: (event) => act('device', id, event.target.checked ? on : off)});
+  vehicle['2'] = toggle(2, 1, 0);
+  vehicle['6'] = toggle(6, 255, 0);
+  vehicle['7'] = element('input', {type: 'number', step: '0.1', min: '-60', max: '100', className: 'short',
+    onchange: (event) => act('device', 7, Math.round(event.target.value * 10))});
+  vehicle['86'] = select(bluetooth, (value) => act('device', 86, value));
+  vehicle.time = element('input', {type: 'time', onchange: (event) => act('time', event.target.value, vehicle.format.value)});
+  vehicle.format = select([['24', '24 h'], ['12', '12 h']], (value) => act('time', vehicle.time.value, value));
+  vehicle.language = select(languages, (value) => act('language', value));
+  vehicle.theme = select([['night', 'Night'], ['day', 'Day']], (value) => act('theme', value));
+  add('vehicle', row(labelled('Parked', vehicle['2']), labelled('Muted', vehicle['6']), labelled('Outside °C', vehicle['7']), labelled('Bluetooth', vehicle['86'])),
+    row(labelled('Time', vehicle.time), vehicle.format, labelled('Language', vehicle.language), labelled('Theme', vehicle.theme)));
+}
+
+/** Shows a value without touching what the user is just editing. */
+function show(control, value) {
+  if (control !== document.activeElement) control.value = value;
+}
+
+export function showVehicle(state) {
+  const devices = state.devices ?? {};
+  vehicle['2'].checked = Number(devices['2']) !== 0;
+  vehicle['6'].checked = Number(devices['6']) === 255;
+  show(vehicle['7'], devices['7'] == null ? '' : (devices['7'] / 10).toFixed(1));
+  show(vehicle['86'], String(devices['86'] ?? ''));
+  if (state.time) {
+    show(vehicle.time, `${String(state.time.hour).padStart(2, '0')}:${String(state.time.minute).padStart(2, '0')}`);
+    show(vehicle.format, state.time.format === 1 ? '12' : '24');
+  }
+  if (state.language) show(vehicle.language, state.language);
+  if (state.theme) show(vehicle.theme, state.theme);
+}
+
+export function showLauncher(state) {
+  document.getElementById('launcherstate').textContent = `${state.launcher ?? ''} ${state.front ? `· in front: ${state.front}` : ''}`;
+}
+
+export function showRequest(request) {
+  const list = document.getElementById('requests');
+  list.prepend(element('li', {}, [request.op, request.app, request.data].filter((part) => part !== undefined).join('  ')));
+  while (list.children.length > 50) list.lastChild.remove();
+}
+
+export function showProcesses(children) {
+  const box = document.getElementById('processes');
+  box.replaceChildren(box.firstElementChild, ...children.map((child) =>
+    row(element('strong', {}, child.name), child.pid ? `running, pid ${child.pid}` : child.state ?? 'not running',
+      `${child.starts > 1 ? `, started ${child.starts} times` : ''}`, button('Restart', () => act('kill', child.name), {disabled: !child.pid}))));
+}
+
+export function showDrive(text) {
+  document.getElementById('drivestate').textContent = text;
+}
+
+function makeInput() {
+  const number = element('input', {type: 'number', min: '0', className: 'short'});
+  number.setAttribute('aria-label', 'Number from the keyboard');
+  const confirm = () => act('appdata', `--kb_val=${number.value} --kb_ret=1`);
+  number.addEventListener('keydown', (event) => { if (event.key === 'Enter') confirm(); });
+  const pad = element('div', {className: 'pad'}, ...[1, 2, 3, 4, 5, 6, 7, 8, 9, '⌫', 0, 'OK'].map((key) => button(String(key), () => {
+    if (key === 'OK') confirm();
+    else number.value = key === '⌫' ? number.value.slice(0, -1) : number.value + key;
+  })));
+  add('input', row(number, element('span', {className: 'dim'}, 'number keyboard')), pad,
+    entry('Ask for a song', 'song', (text) => act('appdata', `--song=${quoted(text)}`)),
+    entry('Ask for a singer', 'singer', (text) => act('appdata', `--singer=${quoted(text)}`)),
+    entry('Send data', '--key=value', (text) => act('appdata', text)));
+}
+
+export function makeCar() {
+  makeDisc();
+  makeLauncher();
+  makeVehicle();
+  makeInput();
+}

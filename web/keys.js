@@ -1,0 +1,63 @@
+// The hard keys and the rotary encoder, with the computer keys that stand for them.
+import {act, element} from './api.js';
+
+const groups = [
+  ['Player', [
+    {code: 21, text: '⏮', title: 'Previous', key: 'b'},
+    {code: 23, text: '⏪', title: 'Fast backward', key: 'r'},
+    {code: 17, text: '▶', title: 'Play', key: 'p'},
+    {code: 18, text: '⏸', title: 'Pause', key: 's'},
+    {code: 22, text: '⏩', title: 'Fast forward', key: 'f'},
+    {code: 20, text: '⏭', title: 'Next', key: 'n'},
+  ]],
+  ['Encoder', [
+    {code: 88, text: '↺', title: 'Turn left (mouse wheel up)', key: '-'},
+    {code: 49, text: '⏎', title: 'Press (enter)', key: 'Enter'},
+    {code: 87, text: '↻', title: 'Turn right (mouse wheel down)', key: '+'},
+  ]],
+  ['Direction', [
+    {code: 47, text: '←', title: 'Left', key: 'ArrowLeft'},
+    {code: 45, text: '↑', title: 'Up', key: 'ArrowUp'},
+    {code: 46, text: '↓', title: 'Down', key: 'ArrowDown'},
+    {code: 48, text: '→', title: 'Right', key: 'ArrowRight'},
+    {code: 50, text: '↩', title: 'Return', key: 'Escape'},
+  ]],
+  ['Panel', [
+    {code: 64, text: 'P▲', title: 'Preset up', key: 'PageUp'},
+    {code: 65, text: 'P▼', title: 'Preset down', key: 'PageDown'},
+    {code: 44, text: '123', title: 'Number pad', key: 'g'},
+  ]],
+  ['Steering and voice', [
+    {code: 160, text: 'Random folder', title: 'Shuffle 1, repeat folder'},
+    {code: 161, text: 'Repeat all', title: 'Repeat all'},
+    {code: 162, text: 'Shuffle', title: 'Shuffle'},
+    {code: 163, text: 'Again', title: 'Play the current item from its start'},
+  ]],
+];
+
+const shown = {ArrowLeft: '←', ArrowUp: '↑', ArrowDown: '↓', ArrowRight: '→', Escape: 'Esc', PageUp: 'PgUp', PageDown: 'PgDn', Enter: '⏎'};
+const byKey = new Map();
+
+export function makeKeys() {
+  const box = document.getElementById('keys');
+  for (const [name, keys] of groups) {
+    const group = element('div', {className: 'keygroup'}, element('span', {className: 'dim'}, name));
+    for (const key of keys) {
+      const node = element('button', {type: 'button', title: `${key.title} (key ${key.code})`, onclick: () => act('key', key.code)}, key.text);
+      node.setAttribute('aria-label', key.title);
+      if (key.key) {
+        byKey.set(key.key, key.code);
+        node.append(element('kbd', {}, shown[key.key] ?? key.key));
+      }
+      group.append(node);
+    }
+    box.append(group);
+  }
+  // The shortcuts work while nothing that takes text or a click of its own has the focus.
+  addEventListener('keydown', (event) => {
+    const free = event.target === document.body || event.target.id === 'screen';
+    if (!free || event.ctrlKey || event.altKey || event.metaKey || !byKey.has(event.key)) return;
+    event.preventDefault();
+    act('key', byKey.get(event.key));
+  });
+}

@@ -1,0 +1,34 @@
+// The system log with a level and a text filter.
+import {button, element} from './api.js';
+
+const panel = document.getElementById('panel-log');
+const lines = element('ol', {className: 'lines log'});
+const level = element('select', {}, ...[[7, 'all'], [6, 'up to tracing (6)'], [5, 'up to info (5)'], [3, 'up to warnings (3)'], [2, 'errors (2)']]
+  .map(([value, text]) => element('option', {value}, text)));
+const search = element('input', {type: 'search', placeholder: 'Filter text'});
+const follow = element('input', {type: 'checkbox', checked: true});
+const Kept = 2000;
+
+function matches(entry) {
+  return entry.severity <= Number(level.value) && entry.text.toLowerCase().includes(search.value.toLowerCase());
+}
+
+export function makeLog() {
+  const apply = () => { for (const line of lines.children) line.hidden = !matches(line.entry); };
+  level.addEventListener('change', apply);
+  search.addEventListener('input', apply);
+  panel.append(element('div', {className: 'bar'}, element('label', {}, 'Level ', level), search,
+    element('label', {}, follow, ' follow'), button('Clear', () => lines.replaceChildren())), lines);
+}
+
+export function showLog(entries) {
+  const nodes = entries.slice(-Kept).map((entry) => {
+    const node = element('li', {className: entry.severity <= 2 ? 'error' : entry.severity <= 4 ? 'warning' : '', hidden: !matches(entry)},
+      element('span', {className: 'dim'}, `${entry.process} ${entry.severity} `), entry.text);
+    node.entry = entry;
+    return node;
+  });
+  lines.append(...nodes);
+  while (lines.children.length > Kept) lines.firstChild.remove();
+  if (follow.checked) lines.scrollTop = lines.scrollHeight;
+}

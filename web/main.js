@@ -1,0 +1,75 @@
+// Puts the page together and spreads the pushed state over its parts.
+import {channel, element} from './api.js';
+import {makeCar, showDrive, showLauncher, showProcesses, showRequest, showVehicle} from './car.js';
+import {makeKeys} from './keys.js';
+import {makeLog, showLog} from './log.js';
+import {clearPps, makePps, showPps} from './pps.js';
+import {takeFrames} from './screen.js';
+
+const tabs = [['car', 'Head unit'], ['pps', 'PPS objects'], ['log', 'Log']];
+
+function choose(name) {
+  for (const [other] of tabs) {
+    document.getElementById(`panel-${other}`).hidden = other !== name;
+    const tab = document.getElementById(`tab-${other}`);
+    tab.setAttribute('aria-selected', String(other === name));
+    tab.tabIndex = other === name ? 0 : -1;
+  }
+}
+
+function makeTabs() {
+  const box = document.getElementById('tabs');
+  for (const [name, text] of tabs) {
+    const tab = element('button', {type: 'button', id: `tab-${name}`, onclick: () => choose(name)}, text);
+    tab.setAttribute('role', 'tab');
+    box.append(tab);
+  }
+  box.addEventListener('keydown', (event) => {
+    const step = {ArrowRight: 1, ArrowLeft: -1}[event.key];
+    if (!step) return;
+    const at = tabs.findIndex(([name]) => document.activeElement.id === `tab-${name}`);
+    const [next] = tabs[(at + step + tabs.length) % tabs.length];
+    choose(next);
+    document.getElementById(`tab-${next}`).focus();
+  });
+  choose('car');
+}
+
+makeKeys();
+makeCar();
+makePps();
+makeLog();
+makeTabs();
+
+const line = {connected: false, running: false, rate: 0};
+function showLine() {
+  const box = document.getElementById('stateline');
+  const parts = [line.connected ? 'connected' : 'no connection, trying again', line.running ? 'application running' : 'application not running', `${line.rate} frames/s`];
+  box.textContent = parts.join(' · ');
+  box.classList.toggle('bad', !line.connected || !line.running);
+}
+setInterval(() => { line.rate = takeFrames(); showLine(); }, 1000);
+
+const handlers = {
+  reset() { clearPps(); document.getElementById('requests').replaceChildren(); },
+  pps: (message) => showPps(message.object, message.text, message.changed),
+  log: (message) => showLog(message.entries),
+  request: (message) => showRequest(message.request),
+  state(message) {
+    line.running = message.running;
+    showVehicle(message);
+    showLauncher(message);
+    showProcesses(message.children ?? []);
+    showDrive(message.drive ?? 'unknown');
+    showLine();
+  },
+};
+
+channel('/ws/state', {
+  open() { line.connected = true; showLine(); },
+  closed() { line.connected = false; line.running = false; showLine(); },
+  message(event) {
+    const message = JSON.parse(event.data);
+    handlers[message.t]?.(message);
+  },
+});

@@ -1,0 +1,96 @@
+#pragma once
+
+/** Windows of the overlay's resource. */
+enum : int {
+    OSD_WND_DVD = 1,
+    OSD_WND_VIDEO = 2,
+    OSD_WND_VCD = 4,
+    OSD_WND_PICTURE = 11,
+    OSD_WND_GOTO = 20
+};
+
+/** Items of the overlay's bars; an id means the same item on each of them. */
+enum : int {
+    OSD_ITEM_TOP_3 = 3,
+    OSD_ITEM_TOP_4 = 4,
+    OSD_ITEM_PIC_TEXT = 5,
+    OSD_ITEM_SRC_GROUP = 101,
+    OSD_ITEM_ELAPSED = 2067,
+    OSD_ITEM_TOTAL = 2068,
+    OSD_ITEM_PROGRESS = 2069,
+    OSD_ITEM_STATE_PIC = 2078,
+    OSD_ITEM_TRACK = 2152,
+    OSD_ITEM_CHAPTER = 2154,
+    OSD_ITEM_STATE_TEXT = 2155,
+    OSD_ITEM_PLAY = 6522,
+    OSD_ITEM_PAUSE = 6523
+};
+
+/** What can be touched on the overlay's bars (the source group's controls stand in SourceGroup.h). */
+enum : int {
+    OSD_CTRL_HOME = 3,
+    OSD_CTRL_RETURN = 4,
+    OSD_CTRL_PROGRESS = 2069,
+    OSD_CTRL_NOP_5007 = 5007,
+    OSD_CTRL_NOP_5008 = 5008,
+    OSD_CTRL_SHUFFLE = 6503,
+    OSD_CTRL_REPEAT = 6504,
+    OSD_CTRL_GOTO = 6505,
+    OSD_CTRL_NOP_6506 = 6506,
+    OSD_CTRL_NOP_6507 = 6507,
+    OSD_CTRL_PREV = 6521,
+    OSD_CTRL_PLAY = 6522,
+    OSD_CTRL_PAUSE = 6523,
+    OSD_CTRL_NEXT = 6524,
+    OSD_CTRL_EQ = 6525,
+    OSD_CTRL_AUDIO = 6535,
+    OSD_CTRL_STOP = 6551,
+    OSD_CTRL_SUBTITLE = 6555,
+    OSD_CTRL_ANGLE = 6556,
+    OSD_CTRL_MENU = 6557,
+    OSD_CTRL_NOFUNC = 6558,
+    OSD_CTRL_PBC = 6561,
+    OSD_CTRL_ZOOM = 6571,
+    OSD_CTRL_ROTATE = 6574,
+    OSD_CTRL_NOP_6603 = 6603
+};
+
+/** Touch states of a click. */
+enum : int { OSD_TOUCH_CLICK = 1, OSD_TOUCH_LONG = 4 };
+
+/** Which control was pressed last, so that the player's next report is shown as its answer. */
+enum : int {
+    OSD_KEY_NONE = 0,
+    OSD_KEY_PLAY_PAUSE = 5,
+    OSD_KEY_SHUFFLE = 7,
+    OSD_KEY_REPEAT = 9,
+    OSD_KEY_DVD_AUDIO = 11,
+    OSD_KEY_DVD_ANGLE = 12,
+    OSD_KEY_DVD_SUBTITLE = 18,
+    OSD_KEY_DVD_MENU = 21,
+    OSD_KEY_STOP = 22,
+    OSD_KEY_VCD_AUDIO = 69
+};
+
+/** What the number pad selects. */
+enum : int { OSD_GOTO_TRACK = 1, OSD_GOTO_TITLE = 2, OSD_GOTO_CHAPTER = 3 };
+
+/** Clip types, as the device status numbers them. */
+enum : unsigned { OSD_CLIP_DVD = 0, OSD_CLIP_VIDEO = 3, OSD_CLIP_PICTURE = 4, OSD_CLIP_VCD = 5, OSD_CLIP_UNKNOWN = 255 };
+
+/** Pictures and texts of the state display. */
+enum : int {
+    OSD_PIC_NONE = 0,
+    OSD_PIC_PAUSE = 259,
+    OSD_PIC_SUBTITLE = 260,
+    OSD_PIC_AUDIO = 266,
+    OSD_PIC_NO_FUNCTION = 275,
+    OSD_PIC_ANGLE = 277,
+    OSD_TXT_PIC_TITLE = 107,
+    OSD_TXT_PAUSE = 112,
+    OSD_TXT_SUBTITLE_OFF = 160,
+    OSD_TXT_NO_FUNCTION = 163,
+    OSD_TXT_GOTO_TITLE = 166,
+    OSD_TXT_GOTO_CHAPTER = 167,
+    OSD_TXT_GOTO_TRACK = 168
+};

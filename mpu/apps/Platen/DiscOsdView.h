@@ -1,0 +1,146 @@
+#pragma once
+
+#include "DiscOsdIds.h"
+#include "DiscQDB.h"
+#include "NumberPad.h"
+#include "zmcar/ViewOsd.h"
+
+#include <pthread.h>
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+
+class DiscViewController;
+class CUIAnalysis;
+class CUIWndMng;
+
+/**
+ * The on-screen display over the decoder's picture: one control bar for the kind of clip that plays (DVD, VCD, video file,
+ * pictures), the state picture that answers a key, and the number pad. The main view shows and hides it.
+ * Everything but the key type is touched on the event thread only.
+ */
+class DiscOsdView : public Oro::ZMCAR::ViewOsd {
+public:
+    DiscOsdView();
+    ~DiscOsdView() override;
+
+    /** Gives the overlay its commands and timers; null is ignored. */
+    void AttachControl(DiscViewController* controller);
+    /** Sets the start values of the bars; once, after the resource has been loaded. */
+    void ViewInit();
+
+    int OnUserMessage(APP_MSG_S* msg) override;
+    void OnClick(CUIWndMng* wndMng, long wndId, long ctrlId, int btState) override;
+    void OnShow(int wndId, bool show, int flag) override;
+    void OnClose() override {}
+
+    /** Guard the key type; any thread. */
+    void Lock();
+    void UnLock();
+    /** Key click. */
+    void ToBeep();
+
+    /** The state picture goes 3 s from now. */
+    void SetDisplayStateTimer();
+    /** The overlay goes 10 s from now. */
+    void SetDisplayOSDTimer();
+    /** The source group closes 5 s from now. */
+    void SetDisplaySrcTimer();
+
+    /** Shows or hides the bar of the clip type. */
+    void ShowCurWnd(bool show);
+    /** Closes the source group and redraws everything. */
+    void DrawAllItem();
+    /** Shows picture `picId` with a plain or a resource text; starts no timer. */
+    void ShowStateView(long picId, const wchar_t* text);
+    void ShowStateView2(long picId, long textId);
+    /** Takes the state picture away and forgets the key. */
+    void HideStateView();
+    /** Takes the state picture away and remembers the control pressed (OSD_KEY_...). */
+    void SetCurKeyType(int keyType);
+    int GetCurKeyType();
+
+    /** Shows the state that answers the key pressed last. */
+    void ShowPlayState();
+    /** Shows `index` as the current track. */
+    void ShowCurTrack(int index);
+
+    /** Refresh one status-bar indicator of the current bar; `redraw` also draws it. */
+    void UpdateDateTime(bool redraw);
+    void UpdateBTStatus(bool redraw);
+    void UpdateMuteStatus(bool redraw);
+    void UpdateCarTemp(bool redraw);
+
+    void OnUserMsgPlayTime();
+    void OnUserMsgTrackInfo();
+    void OnUserMsgKeyInvalid() {}
+    void OnUserMsgMsgTip();
+    void OnUserMsgPlayState();
+    void OnUserMsgPlaySpeed();
+    void OnUserMsgAudioChannel();
+    void OnUserMsgDvdState();
+
+    /** Opens the number pad, closes it if it is open, enables its keys. */
+    void ShowGotoView();
+    void HideGotoView();
+    void DealInputNum();
+
+private:
+    struct ControlRow;
+    struct Bar;
+
+    void OnClickMainWnd(long ctrlId, int btState);
+    void OnClickVideoWnd(long ctrlId, int btState);
+    void OnClickPictureWnd(long ctrlId, int btState);
+    void OnClickGotoWnd(long ctrlId);
+    void OnClickSrcGroup(long ctrlId);
+
+    void OnClickBar(const Bar& bar, long ctrlId, int btState);
+    void OnClickSeek(long ctrlId, int btState);
+    void PressRow(const ControlRow& row);
+    void RequestApplication(const char* application);
+
+    void OnClipsType();
+    int OnTrackInfo();
+    void OnErrorStatus();
+
+    void ClearStateView();
+    void KillStateTimer();
+    void ShowDvdAudio();
+    void ShowDvdAngle();
+    void ShowDvdSubtitle();
+    void ShowVcdAudio();
+    void ShowFileCounter();
+    void ShowCounter(int item, const std::wstring& text);
+    void ShowPlayButton(int shown, int hidden);
+    void OnPaused();
+    void OnPlaying();
+    void SkipUnreadableChapter();
+
+    bool IsClip(std::initializer_list<unsigned> types) const;
+    NumberPad Pad() { return {m_pUIAnalysis, m_pWndMng, m_strInputNum, m_strTotalNum}; }
+    int GotoTotal() const;
+    int GotoCaption() const;
+    void SwitchGotoType();
+    void ConfirmGoto();
+    void SendGoto(int number);
+
+    pthread_mutex_t m_mutex; ///< guards m_nCurKeyType
+    DiscViewController* m_pController = nullptr;
+    CUIAnalysis* m_pUIAnalysis = nullptr;
+    CUIWndMng* m_pWndMng = nullptr;
+    DiscQDB m_discDb; ///< never opened
+    uint32_t m_nCurPlayType = OSD_CLIP_UNKNOWN;
+    int32_t m_nCurKeyType = OSD_KEY_NONE;
+    int32_t m_nCurWndId = OSD_WND_DVD; ///< the bar of the clip type
+    std::string m_strInputNum;         ///< digits typed on the number pad
+    std::string m_strTotalNum;         ///< its upper bound
+    int32_t m_nGotoType = OSD_GOTO_TITLE;
+    bool m_bGotoShown = false;
+    int32_t m_nLastBtState = 0;
+    int32_t m_nNextChapter = 0; ///< steps past unreadable chapters
+    bool m_bPauseShown = false;
+    bool m_bReadError = false;
+    bool m_bTrackChanged = false;
+};

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <string>
+
+class CUIAnalysis;
+class CUIWndMng;
+
+inline constexpr int GOTO_WINDOW = 20; ///< the pad's page in both resources
+
+/** Items of the pad's page; a digit's key is GOTO_KEY_1 + digit - 1, but 0 stands behind 9. */
+enum : int {
+    GOTO_KEY_CLOSE = 4,
+    GOTO_ITEM_DISPLAY = 510,
+    GOTO_KEY_1 = 511,
+    GOTO_KEY_9 = 519,
+    GOTO_KEY_0 = 520,
+    GOTO_KEY_BACK = 523,
+    GOTO_ITEM_MODE = 527,
+    GOTO_KEY_OK = 531
+};
+
+/**
+ * The track-number pad on page 20 of a view: what was typed, the upper bound, display and keys. Entry and bound live in
+ * the view as decimal texts; a pad object is made for the duration of one operation. Without `ui` nothing is drawn.
+ * Event thread only.
+ */
+class NumberPad {
+public:
+    NumberPad(CUIAnalysis* ui, CUIWndMng* wndMng, std::string& inputNum, std::string& totalNum)
+        : m_pUIAnalysis(ui), m_pWndMng(wndMng), m_strInputNum(inputNum), m_strTotalNum(totalNum) {}
+
+    /** Forgets the entry, takes `total` as bound and shows both with caption `captionTextId`. */
+    void Begin(int total, int captionTextId);
+    /** Replaces the bound, nothing is redrawn. */
+    void SetTotal(int total);
+    /** Forgets the entry and shows the bound alone. */
+    void ClearEntry();
+    /** Forgets the entry and empties the display. */
+    void End();
+    /** Redraws what `ClearEntry` and `Begin` changed. */
+    void DrawDisplay();
+
+    /** The number typed so far; 0 when nothing is. */
+    int Number() const;
+    /** Whether OK may confirm the entry under bound `total`. */
+    bool IsConfirmable(int total) const { return Number() >= 1 && Number() <= total; }
+
+    /** A digit or the back key. */
+    static bool IsEntryKey(long ctrlId);
+    /** Types that key; a digit that would exceed `total` changes nothing. */
+    void PressEntryKey(long ctrlId, int total);
+
+    /** Enables the digits that may follow within the bound, back and OK when there is an entry; redraws everything. */
+    void DealInputNum();
+
+private:
+    void PressDigit(int digit, int total);
+    void PressBack();
+    void ShowEntry();
+
+    CUIAnalysis* m_pUIAnalysis;
+    CUIWndMng* m_pWndMng;
+    std::string& m_strInputNum;
+    std::string& m_strTotalNum;
+};

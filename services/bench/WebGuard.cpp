@@ -1,0 +1,74 @@
+#include "services/bench/WebGuard.h"
+
+#include <sys/random.h>
+
+#include <array>
+#include <stdexcept>
+
+namespace zm {
+
+namespace {
+
+std::string randomToken() {
+    std::array<unsigned char, 16> bytes{};
+    if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+        throw std::runtime_error("no random numbers for the page's token");
+    }
+    constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    for (const unsigned char byte : bytes) {
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+std::string cookieName(int port) {
+    return "zmbench-" + std::to_string(port);
+}
+
+} // namespace
+
+WebGuard::WebGuard() : m_token(randomToken()) {}
+
+std::string WebGuard::cookieHeader() const {
+    return cookieName(m_port) + "=" + m_token + "; HttpOnly; SameSite=Strict; Path=/";
+}
+
+bool WebGuard::isToken(const std::string& text) const {
+    if (text.size() != m_token.size()) {
+        return false;
+    }
+    unsigned char difference = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        difference |= static_cast<unsigned char>(text[i] ^ m_token[i]);
+    }
+    return difference == 0;
+}
+
+bool WebGuard::knownPlace(const Caller& caller) const {
+    const std::string port = ":" + std::to_string(m_port);
+    const bool hostIsOurs = caller.host == "127.0.0.1" + port || caller.host == "localhost" + port;
+    return hostIsOurs && (caller.origin.empty() || caller.origin == "http://" + caller.host);
+}
+
+bool WebGuard::knownCaller(const Caller& caller) const {
+    constexpr std::string_view bearer = "Bearer ";
+    if (caller.authorization.starts_with(bearer) && isToken(caller.authorization.substr(bearer.size()))) {
+        return true;
+    }
+    const std::string key = cookieName(m_port) + "=";
+    for (size_t from = 0; from < caller.cookie.size();) {
+        size_t end = caller.cookie.find(';', from);
+        end = end == std::string::npos ? caller.cookie.size() : end;
+        const size_t start = caller.cookie.find_first_not_of(' ', from);
+        if (start < end && caller.cookie.compare(start, key.size(), key) == 0 &&
+            isToken(caller.cookie.substr(start + key.size(), end - start - key.size()))) {
+            return true;
+        }
+        from = end + 1;
+    }
+    return false;
+}
+
+} // namespace zm

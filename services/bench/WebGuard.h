@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+
+namespace zm {
+
+/**
+ * Who may talk to the page's server: a caller that knows the token (in the printed URL, from then on as a cookie), that
+ * names a loopback host (so that a foreign name which resolves to this machine is refused) and that no foreign page sent.
+ */
+class WebGuard {
+public:
+    /** Makes a fresh random token of 128 bits. */
+    WebGuard();
+
+    /** The port that host names and the cookie carry. */
+    void setPort(int port) { m_port = port; }
+    const std::string& token() const { return m_token; }
+    /** Value for the Set-Cookie header. Cookies are not told apart by port, so the port is part of the name. */
+    std::string cookieHeader() const;
+
+    /** Empty texts stand for headers that were not sent. */
+    struct Caller {
+        std::string host;
+        std::string origin;
+        std::string cookie;
+        std::string authorization;
+    };
+    /** Whether the host is ours and the origin, if any, is too. */
+    bool knownPlace(const Caller& caller) const;
+    /** Whether the cookie or the "Authorization: Bearer" header carries the token. */
+    bool knownCaller(const Caller& caller) const;
+    /** Compares in constant time. */
+    bool isToken(const std::string& text) const;
+
+private:
+    std::string m_token;
+    int m_port = 0;
+};
+
+} // namespace zm

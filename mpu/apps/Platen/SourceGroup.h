@@ -1,0 +1,56 @@
+#pragma once
+
+class CUIAnalysis;
+class CUIWndMng;
+
+namespace Oro::ZMCAR {
+class PublicController;
+}
+
+inline constexpr int ITEM_SRC_GROUP = 101; ///< the source popup, on every page of both views
+
+/** Controls of the source group, the same on every page of both views. */
+enum : int {
+    SRC_CTRL_OPEN = 5,
+    SRC_CTRL_CLOSE = 99,
+    SRC_CTRL_RADIO = 103,
+    SRC_CTRL_USB = 105,
+    SRC_CTRL_BTTEL = 106,
+    SRC_CTRL_NAVI = 107,
+    SRC_CTRL_ASR = 111,
+    SRC_CTRL_AUX = 118,
+    SRC_CTRL_AIRCOND = 119
+};
+
+enum class SourceGroupClick {
+    Other,  ///< no control of the group; nothing was done
+    Opened, ///< the popup was opened; the caller starts the timer that closes it
+    Done
+};
+
+/**
+ * The popup with which the user changes to another application, on one page. Each of its controls beeps;
+ * opening and closing need the two widget accessors, beep and launcher requests the controller; what is
+ * missing is left out. Event thread only.
+ */
+class SourceGroup {
+public:
+    /** `speechData` is what the speech recogniser is started with. */
+    SourceGroup(CUIAnalysis* items, CUIWndMng* windows, Oro::ZMCAR::PublicController* controller, int window,
+                const char* speechData)
+        : m_pItems(items), m_pWindows(windows), m_pController(controller), m_nWindow(window),
+          m_pSpeechData(speechData) {}
+
+    SourceGroupClick Click(long ctrlId);
+    /** Shows or hides the popup and redraws everything. */
+    void ShowPopup(bool show);
+
+private:
+    void Beep();
+
+    CUIAnalysis* m_pItems;
+    CUIWndMng* m_pWindows;
+    Oro::ZMCAR::PublicController* m_pController;
+    int m_nWindow;
+    const char* m_pSpeechData;
+};

@@ -1,0 +1,283 @@
+#pragma once
+
+#include "DiscQDB.h"
+#include "DiscViewIds.h"
+#include "NumberPad.h"
+#include "zmcar/ViewUI.h"
+
+#include <sys/time.h>
+
+#include <string>
+
+class CUIAnalysis;
+class CUIWndMng;
+class CUI_BtList;
+class DiscOsdView;
+class DiscViewController;
+class SourceGroup;
+struct T_MPEG_MEDIA_INFO;
+struct T_PLAY_STATUS;
+
+/**
+ * The full-screen view of the disc player. It shows one page at a time; `m_uiCurState` says which family of
+ * pages is current. View messages, launcher messages, timers, keys and touches arrive on the event thread,
+ * where every operation runs but AttachControl, ViewInit, SetVoicePlayPar, SetWaitDeviceStateTimer and Close
+ * (start-up and shut-down).
+ */
+class DiscView : public Oro::ZMCAR::ViewUI {
+public:
+    /** `name` is the view's name and the source name of video capture. */
+    explicit DiscView(const std::string& name);
+    ~DiscView() override;
+
+    /** Gives the view its commands, timers and capture; without one it sends nothing. */
+    void AttachControl(DiscViewController* controller);
+    /** Sets the start values of the pages and opens the catalogue; once, after the resource has been loaded.
+     */
+    void ViewInit();
+    /** A voice request given at start-up; carried out once music plays. */
+    void SetVoicePlayPar(std::string song);
+    /** No device report within 15 s counts as no disc. */
+    void SetWaitDeviceStateTimer();
+    /** Ends the catalogue worker, stops capture that is on, closes the framework's view. */
+    bool Close() override;
+
+    int OnUserMessage(APP_MSG_S* msg) override;
+    void OnAppsMessage(APP_MSG_S* msg) override;
+    void OnClick(CUIWndMng* wndMng, long wndId, long ctrlId, int btState) override;
+    bool OnLButtonDown(int x, int y) override;
+    bool OnLButtonUp(int x, int y) override;
+    bool OnKey(int key, int state, int param) override;
+    bool OnKeyboard(int nKey) override;
+    void OnShow(int dwWndId, bool bShow, int flag) override;
+    void OnClose() override {}
+    int OnChildPost(const char* strChild) override;
+    void OnListInfoMessage(CUIWndMng* wndMng, int nWndId, int kind, _tagList_Info* info) override;
+
+private:
+    friend struct DiscViewTest;
+
+    struct MessagePage;
+    enum class Busy { No, Yes };
+
+    // Frame (DiscView.cpp)
+    void ToBeep();
+    void OnGotoAudioPlayPage();
+    void ShowMessagePage(const MessagePage& page);
+    void ShowNoDisc();
+    void ShowLoading();
+    void DiscError();
+    void DiscExit();
+    void RegionError();
+    void FillPage(int nWndId);
+    void FillParkingPage();
+    void FillListPage(int nWndId);
+    DiscOsdView* Osd();
+    void QueryHome();
+
+    // Timers (DiscViewTimers.cpp)
+    void SetDisplayOSDTimer();
+    void SetDisplayPlayViewTimer();
+    void SetDisplayNoDiscTimer();
+    void SetLoadingTimer();
+    void SetDisplaySrcTimer();
+    void SetSimpleViewTimer() {}
+    void OnGotoSampleView() {}
+    void KillTimer(unsigned int id);
+    void OnTimer(unsigned int id);
+    void DisplayStateEnd();
+    void DisplayOSDEnd();
+    void OnTimerPlayView();
+    void OnTimerNoDisc();
+    void OnTimerWaitDeviceState();
+    void OnTimerLoading();
+    void OnTimerSource();
+    void RememberTopIndex();
+
+    // Launcher messages (DiscViewApps.cpp)
+    void OnAppsMsgAppStatus(int status);
+    void OnResume(const T_PLAY_STATUS& playStatus);
+    void OnPause(const T_PLAY_STATUS& playStatus);
+    void OnHideOnly(const T_PLAY_STATUS& playStatus);
+    void OnQuit(const T_PLAY_STATUS& playStatus);
+    void ResumeVideoDisc();
+    void ResumeVideoFile();
+    void ResumeAudio();
+    void HideSourcePopup();
+    void RequestDiscSource();
+
+    // Disc state (DiscViewState.cpp, DiscViewPlay.cpp, DiscViewTitles.cpp)
+    void OnUserMsgPlayState();
+    void OnUserMsgRootMenu();
+    void OnUserMsgClipsType();
+    void OnUserMsgMixedType();
+    void OnUserMsgDeviceState();
+    void OnUserMsgTrackInfo();
+    void OnUserMsgPlayTime();
+    void OnUserMsgID3();
+    void OnCaptureStateChanged();
+    void OnUserMsgOsdReturn();
+    void OnUserMsgDiscState();
+    void OnUserMsgMixedSwitching();
+    void OnUserMsgErrorStatus();
+    void OnUserMsgVideoMode();
+    void EnterPlayPage(int nPlayStatus);
+    void ShowPlayButton(int shown, int hidden);
+    void SkipUnreadable();
+    void SetMediaTypeIcon(int nWndId);
+    void SetShowLeftState(int nWndId, int n);
+    void UpdateCurMusicTitle();
+    void UpdateTitleRight(int nWndId);
+    void UpdateMusicTitleRight(int nWndId);
+    void UpdateVideoTitleRight(int nWndId);
+    void UpdatePhotoTitleRight(int nWndId);
+    std::string QueryFileName(int nFileType);
+    void ShowFileTitle(int nWndId, int nItem, const std::string& name);
+    void ShowTrackText();
+
+    // File lists (DiscViewLists*.cpp)
+    void OnQueryAudioList();
+    void OnQueryVideoList();
+    void OnQueryPictureList();
+    void OnQueryCurAudioList();
+    void SetQueryWaitTimer();
+    void FileQueryWait();
+    void InsertUIListData(int nFrom);
+    void OnFunc_ListJmp_UiFrom(int nFrom, bool bSel);
+    void OnFunc_ListJump_Index(int nFrom, bool bSel);
+    void OnHandle_ListDown(CUI_BtList* list);
+    void OnHandle_ListUp(CUI_BtList* list);
+    void OnHandleUIListClick(int nPlayType, int nUiFrom, int nLine);
+    void OnHandleUIListClickAudio(int nUiFrom, int nLine);
+    void OnHandleUIListClickVideo(int nUiFrom, int nLine);
+    void OnHandleUIListClickPicture(int nUiFrom, int nLine);
+    void OnHandleChangeToMusic();
+    void OnHandleChangeToVideo();
+    void OnHandleChangeToPhoto();
+    void OnHandleUIReturnList();
+    void OnUserMsgUpdateDb();
+    void OnClickAudioListWnd(long nCtrlId);
+    void OnClickCDListWnd(long nCtrlId);
+
+    // Folders (DiscViewFolders.cpp)
+    void OnQueryAllFolders();
+    void OnQueryAudiosInFolder(int nFolderId);
+    void OnQueryFolderList(int nFolderId);
+    void OnQueryFolderList2(int nFolderId);
+    void OnGotoFolderListPage(int nFolderId);
+    void OnOpenFolder(int nListFrom, int nLine);
+    void OnHandleUIReturnUpFolder(int nListFrom);
+    bool OnFunc_FolderListJump_Index(int nFrom, bool bSel);
+    void OnClickFolderListWnd(long nCtrlId);
+
+    // Search and voice (DiscViewSearch.cpp)
+    void OnAppsMsgAppData(std::string& data);
+    void OnHandleVoicePlay(std::string name);
+    bool OnQuerySongName(std::string name);
+    bool OnHandleQueryResult();
+
+    // Number pad (DiscViewGoto.cpp)
+    void ShowGotoView();
+    void HideGotoView();
+    void DealInputNum();
+    void OnClickGotoWnd(long ctrlId);
+
+    // Keys and touch (DiscViewKeys.cpp, DiscViewTouch.cpp)
+    void OnKey_K_Up();
+    void OnKey_K_Down();
+    void OnKey_K_Left();
+    void OnKey_K_Right();
+    void OnKey_K_Enter();
+    void OnKey_K_Return();
+    void OnKey_K_Encoder_Inc();
+    void OnKey_K_Encoder_Dec();
+    CUI_BtList* CurrentList();
+    void SetOsdKeyType(int keyType);
+    void LeavePhoto();
+    void OnClickLoadingWnd(long nCtrlId);
+    void OnClickErrorWnd(long nCtrlId);
+    void OnClickAudioPlay(long nCtrlId, int nBtState);
+    void OnClickAudioPlayWnd(long nCtrlId);
+    void OnClickVideoWnd(long nCtrlId);
+    void OnClickPictureWnd(long nCtrlId);
+    void OnClickSrcGroup(long nCtrlId);
+    void OnSwipe();
+    SourceGroup Sources();
+
+    // Video window (DiscViewVideo.cpp)
+    void GotoVideoPage(int nType);
+    void ManipulateVideoWin(bool bShow, int x, int y, int w, int h);
+    void SetVisibleVideo(bool bShow);
+    void SetVisibleOsd(bool bShow);
+    void HideOsdAndPad();
+    void StartCapture();
+    void StopCapture();
+
+    // Status indicators and parking (DiscViewStatus.cpp)
+    void UpdateDateTime(bool bRedraw);
+    void UpdateBTStatus(bool bRedraw);
+    void UpdateMuteStatus(bool bRedraw);
+    void UpdateCarTemp(bool bRedraw);
+    void OnAppsMsgDevStatus(int devId, int value);
+    void OnParkingChanged(int value);
+    void OnGotoParkingView();
+    void OnHideParkingView();
+    void ApplyParking();
+    void OnClickParkingWnd(long ctrlId);
+
+    DiscViewController* m_pController = nullptr;
+    CUIAnalysis* m_pUIAnalysis = nullptr;
+    CUIWndMng* m_pWndMng = nullptr;
+    DiscQDB m_discDb;
+    CUI_BtList* m_pAudioList = nullptr;       ///< of WND_MEDIA_LIST
+    CUI_BtList* m_pFolderAudioList = nullptr; ///< of WND_FOLDER_LIST
+    CUI_BtList* m_pCDList = nullptr;          ///< of WND_CD_LIST
+
+    struct Point {
+        int x = 0;
+        int y = 0;
+    };
+    Point m_ptLButtonUp;
+    Point m_ptLButtonDown;
+    int m_nLastBtState = 0; ///< of the last click on WND_AUDIO_PLAY
+
+    int m_nCurWndId = 0;
+    int m_uiCurState = VIEW_STATE_LOADING;
+    int m_nCurPlayType = PLAY_TYPE_UNKNOWN;
+    int m_nCurType = PLAY_TYPE_UNKNOWN; ///< type whose list is browsed
+    int m_nMixedType = 0;               ///< MIXED_... bits
+
+    int m_nCurListFrom = LIST_FROM_ALL_AUDIO; ///< source of the list on screen
+    int m_nPlayListFrom = PLAY_LIST_MUSIC;    ///< list a play page returns to
+    int m_nClickFolderId = 1;                 ///< folder last opened
+    int m_nListTopIndex = -1;                 ///< remembered when a list is left
+    int m_nFolderTopIndex = -1;
+    int m_nFolderCurSel = -1;
+    bool m_bNoFileOfType = false;
+    bool m_bSelPlayingRow = false; ///< the next marking of the playing row also selects it
+    std::string m_szListSql;       ///< statement last sent
+    int m_nQueWaitTime = 0;        ///< ticks spent waiting for the query
+    bool m_bQueryWaiting = false;
+    bool m_bAudioDbDone = false; ///< the catalogue of that type is complete
+    bool m_bVideoDbDone = false;
+    bool m_bPhotoDbDone = false;
+
+    char m_szSearch[260] = {}; ///< keyboard value
+    bool m_bVoicePlayPending = false;
+    std::string m_strVoicePlay;
+    std::string m_strInputNum; ///< digits typed on the number pad
+    std::string m_strTotalNum; ///< its upper bound
+
+    bool m_bVideoAllowed = true; ///< false while the car moves
+    bool m_bAppPaused = false;   ///< paused or show-only'd by the launcher
+    bool m_bAppHidden = false;
+    int m_nPlayStatusBeforePause = 0;
+    timeval m_tvLastPause = {};
+    bool m_bSourceRequested = false;
+    bool m_bShown = false; ///< resumed at least once
+
+    bool m_bVideoOsd = false; ///< the overlay is shown
+    bool m_bVideoIsVisible = false;
+    std::string m_strViewName;
+    std::string m_strVideoWin; ///< child window of the video
+};

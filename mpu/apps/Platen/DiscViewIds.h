@@ -1,0 +1,119 @@
+#pragma once
+
+/** Pages of the main view's resource. */
+enum : int {
+    WND_DISC_LOADING = 1, ///< loading, no disc, ejecting, region error
+    WND_AUDIO_PLAY = 6,
+    WND_PARKING = 10,
+    WND_VIDEO = 17, ///< transparent, over the video
+    WND_GOTO = 20,
+    WND_DISC_ERROR = 22,
+    WND_MEDIA_LIST = 24,
+    WND_FOLDER_LIST = 25,
+    WND_CD_LIST = 27,
+    WND_LAST = WND_CD_LIST
+};
+
+/** View states: which family of pages is current. */
+enum : int {
+    VIEW_STATE_MUSIC_LIST = 2,
+    VIEW_STATE_VIDEO_LIST = 3,
+    VIEW_STATE_PHOTO_LIST = 4,
+    VIEW_STATE_AUDIO_PLAY = 5,
+    VIEW_STATE_VIDEO_PLAY = 6,
+    VIEW_STATE_PHOTO_PLAY = 7,
+    VIEW_STATE_GOTO = 10,
+    VIEW_STATE_LOADING = 11,
+    VIEW_STATE_EXIT = 12,
+    VIEW_STATE_NO_DISC = 13,
+    VIEW_STATE_DISC_ERROR = 14,
+    VIEW_STATE_15 = 15, ///< never entered; the no-disc timer closes the application in it
+    VIEW_STATE_16 = 16, ///< never entered; the no-disc timer ejects in it
+    VIEW_STATE_REGION_ERROR = 17
+};
+
+/** Play types, as the device status numbers them. */
+enum : int {
+    PLAY_TYPE_DVD = 0,
+    PLAY_TYPE_CD = 1,
+    PLAY_TYPE_MUSIC = 2,
+    PLAY_TYPE_VIDEO = 3,
+    PLAY_TYPE_PHOTO = 4,
+    PLAY_TYPE_VCD = 5,
+    PLAY_TYPE_UNKNOWN = 255
+};
+
+/** Bits of the mixed-type mask: which media types the disc holds. */
+enum : int { MIXED_MUSIC = 2, MIXED_VIDEO = 4, MIXED_PHOTO = 8 };
+
+/** Which list a play page returns to. */
+enum : int {
+    PLAY_LIST_MUSIC = 0,
+    PLAY_LIST_VIDEO = 1,
+    PLAY_LIST_PHOTO = 2,
+    PLAY_LIST_MUSIC_FOLDER = 3,
+    PLAY_LIST_VIDEO_FOLDER = 4,
+    PLAY_LIST_PHOTO_FOLDER = 5,
+    PLAY_LIST_CD = 6,
+    PLAY_LIST_SEARCH = 7
+};
+
+/** Disc states of the play status. */
+enum : int {
+    DISC_STATE_STOPPED = 0,
+    DISC_STATE_LOADING = 1,
+    DISC_STATE_PLAYING = 2,
+    DISC_STATE_PAUSED = 6,
+    DISC_STATE_ERROR = 9,
+    DISC_STATE_FAST_FORWARD = 10,
+    DISC_STATE_FAST_BACKWARD = 11,
+    DISC_STATE_EJECTING = 20
+};
+
+/** What the device's video mode asks for. */
+enum : int { VIDEO_MODE_ON = 1, VIDEO_MODE_OFF = 2, VIDEO_MODE_TO_LIST = 3 };
+
+/** Error codes of the device status. */
+enum : int {
+    ERROR_STATUS_READ = 32,
+    ERROR_STATUS_SURFACE = 34,
+    ERROR_STATUS_READ_2 = 35,
+    ERROR_STATUS_TEMP = 48,
+    ERROR_STATUS_REGION = 144
+};
+
+/** Hard keys. */
+enum : int {
+    K_PLAY = 17,
+    K_PAUSE = 18,
+    K_NEXT = 20,
+    K_PREV = 21,
+    K_FASTF = 22,
+    K_FASTB = 23,
+    K_GOTO = 44,
+    K_Up = 45,
+    K_Down = 46,
+    K_Left = 47,
+    K_Right = 48,
+    K_Enter = 49,
+    K_Return = 50,
+    K_PRESET_UP = 64,
+    K_PRESET_DN = 65,
+    K_ENCODER_INC = 87,
+    K_ENCODER_DEC = 88,
+    K_SHUFFLE_FOLDER = 160,
+    K_REPEAT_ALL = 161,
+    K_SHUFFLE = 162,
+    K_RESTART = 163
+};
+
+/** Button states of a click. */
+enum : int { BT_STATE_PRESSED = 0, BT_STATE_RELEASED = 1, BT_STATE_HELD = 4 };
+
+/** States of an item: which of its pictures or looks. */
+enum : int { ITEM_STATE_PRESSED = 1, ITEM_STATE_NORMAL = 2, ITEM_STATE_SELECTED = 3, ITEM_STATE_ALL = 4 };
+
+inline constexpr int SCREEN_WIDTH = 800;
+inline constexpr int SCREEN_HEIGHT = 480;
+
+inline constexpr char OSD_VIEW_NAME[] = "Disc_osd";

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "base/Rect.h"
+#include "base/Result.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zm {
+
+/** A picture of 32-bit pixels: B, G, R, A in memory, premultiplied; the composed frame is opaque. */
+struct Image {
+    int width = 0;
+    int height = 0;
+    int stride = 0; ///< bytes a row
+    std::vector<uint8_t> pixels;
+
+    Image() = default;
+    /** A transparent black picture. */
+    Image(int pictureWidth, int pictureHeight);
+    const uint8_t* at(int x, int y) const { return pixels.data() + static_cast<size_t>(y) * stride + size_t{4} * x; }
+    uint8_t* at(int x, int y) { return pixels.data() + static_cast<size_t>(y) * stride + size_t{4} * x; }
+};
+
+/**
+ * The screen of the head unit: takes the windows of its clients on a socket (docs/protocols.md, screen.sock) and
+ * composes them by order and alpha into one frame. Everything on the loop's thread.
+ */
+class Compositor {
+public:
+    static constexpr int Width = 800;
+    static constexpr int Height = 480;
+
+    Compositor(EventLoop& loop, std::string socket);
+    ~Compositor();
+
+    /** Starts to listen; fails if another process serves the socket. */
+    Status start();
+
+    /**
+     * The frame will change inside `damage` (the smallest rectangle around all changes): called at most once per turn
+     * of the loop, never from inside another call. Not called again until `compose` has run.
+     */
+    std::function<void(Rect damage)> onDamage;
+
+    /** Brings the composed frame up to date, drawing what changed only. The reference stays valid and the same. */
+    const Image& compose();
+    /** How often `compose` had something to draw. */
+    uint64_t composedFrames() const;
+
+    /** Whether the application's windows are on the screen; hidden, the cover is shown (black without one). */
+    void setAppVisible(bool visible);
+    /** The picture over a hidden application: a launcher's page. Drawn from the top left corner. */
+    void setCover(std::optional<Image> cover);
+
+    /**
+     * Posts a child window `name` that shows the decoder's pictures, black until the next one: full screen, hidden,
+     * z-order 0 until the application places it. Returns its window number. A child that is already posted stays as
+     * it is and keeps its number.
+     */
+    unsigned postChild(const std::string& name);
+    /** Takes it away; false if there is none. */
+    bool withdrawChild(const std::string& name);
+
+    /**
+     * {"posted","visible","rect":[x,y,w,h],"zorder","frames"}: the posted child, frames being the decoder's pictures
+     * that it took since it was posted.
+     */
+    nlohmann::json videoState() const;
+    /** A client with the role "app" is connected. */
+    bool appConnected() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+} // namespace zm

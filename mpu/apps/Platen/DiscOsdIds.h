@@ -14,7 +14,6 @@ enum : int {
     OSD_ITEM_TOP_3 = 3,
     OSD_ITEM_TOP_4 = 4,
     OSD_ITEM_PIC_TEXT = 5,
-    OSD_ITEM_SRC_GROUP = 101,
     OSD_ITEM_ELAPSED = 2067,
     OSD_ITEM_TOTAL = 2068,
     OSD_ITEM_PROGRESS = 2069,
@@ -77,6 +76,8 @@ enum : int { OSD_GOTO_TRACK = 1, OSD_GOTO_TITLE = 2, OSD_GOTO_CHAPTER = 3 };
 
 /** Clip types, as the device status numbers them. */
 enum : unsigned { OSD_CLIP_DVD = 0, OSD_CLIP_VIDEO = 3, OSD_CLIP_PICTURE = 4, OSD_CLIP_VCD = 5, OSD_CLIP_UNKNOWN = 255 };
+
+inline constexpr int OSD_ICON_ALL_STATES = 4; ///< a picture for every state of its item
 
 /** Pictures and texts of the state display. */
 enum : int {

@@ -106,13 +106,11 @@ private:
     void OnErrorStatus();
 
     void ClearStateView();
-    void KillStateTimer();
     void ShowDvdAudio();
     void ShowDvdAngle();
     void ShowDvdSubtitle();
     void ShowVcdAudio();
     void ShowFileCounter();
-    void ShowCounter(int item, const std::wstring& text);
     void ShowPlayButton(int shown, int hidden);
     void OnPaused();
     void OnPlaying();

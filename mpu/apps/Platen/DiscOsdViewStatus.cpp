@@ -1,0 +1,45 @@
+#include "DiscOsdView.h"
+
+#include "DiscViewController.h"
+#include "StatusBar.h"
+
+namespace {
+
+/** What an indicator shows when its value cannot be read: nothing is guarded here, unlike in the main view. */
+constexpr int UNREAD = 0;
+constexpr int BT_HIGHEST = 2;
+
+} // namespace
+
+void DiscOsdView::UpdateDateTime(bool redraw) {
+    T_ZMDatetime now{};
+    if (m_pUIAnalysis && m_pController) {
+        m_pController->GetCurrentDateTime(now);
+        StatusBar(*m_pUIAnalysis, m_nCurWndId, redraw).ShowClock(now);
+    }
+}
+
+void DiscOsdView::UpdateBTStatus(bool redraw) {
+    if (!m_pUIAnalysis || !m_pController) {
+        return;
+    }
+    const int state = ReadDeviceStatus(*m_pController, DEV_STATUS_BT, UNREAD);
+    // The overlay has pictures for three states only; any other keeps the last one up.
+    if (state >= 0 && state <= BT_HIGHEST) {
+        StatusBar(*m_pUIAnalysis, m_nCurWndId, redraw).ShowBluetooth(state);
+    }
+}
+
+void DiscOsdView::UpdateMuteStatus(bool redraw) {
+    if (m_pUIAnalysis && m_pController) {
+        const int status = ReadDeviceStatus(*m_pController, DEV_STATUS_MUTE, UNREAD);
+        StatusBar(*m_pUIAnalysis, m_nCurWndId, redraw).ShowMute(status);
+    }
+}
+
+void DiscOsdView::UpdateCarTemp(bool redraw) {
+    if (m_pUIAnalysis && m_pController) {
+        const int tenths = ReadDeviceStatus(*m_pController, DEV_STATUS_CAR_TEMP, UNREAD);
+        StatusBar(*m_pUIAnalysis, m_nCurWndId, redraw).ShowTemperature(tenths);
+    }
+}

@@ -1,0 +1,164 @@
+#pragma once
+
+#include "ZMModel/DiscRecords.h"
+
+#include <pthread.h>
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <string>
+
+/**
+ * The last known state of the disc service. Every accessor takes the lock for the copy of one value or record only:
+ * readers work on copies; a writer of one field reads the record, changes its copy and writes the record back.
+ * Any thread, except where said.
+ */
+class CDiscData {
+public:
+    CDiscData();
+    ~CDiscData();
+    CDiscData(const CDiscData&) = delete;
+    CDiscData& operator=(const CDiscData&) = delete;
+
+    /** The instance that the whole program uses; built by the first call. */
+    static CDiscData* GetInstance();
+
+    void Init() {}
+    /** The lock is not recursive: no accessor may be called between the two, except setters that skip equal values. */
+    void Lock();
+    void UnLock();
+    /** Forgets what belongs to the disc, but not device status, tags, texts and some flags. For the constructor: takes no lock. */
+    void ResetDiscInfo();
+
+    int GetMsgTip() const;
+    void SetMsgTip(int nMsgTip);
+    bool GetDiscInBegin() const;
+    void SetDiscInBegin(bool bBegin);
+    bool GetVideoStatus() const;
+    void SetVideoStatus(bool bStatus);
+    bool GetDiscAutoInsertFlag() const;
+    void SetDiscAutoInsertFlag(bool bFlag);
+    int GetUpdateDbState() const;
+    void SetUpdateDbState(int nState);
+    int GetPlaySpeed() const;
+    void SetPlaySpeed(int nSpeed);
+    int GetAudioChannel() const;
+    void SetAudioChannel(int nChannel);
+    /** Setting the stored value again does nothing and needs no lock; so with the next three setters marked "skips". */
+    void SetDVDParentalFlag(bool bFlag);
+    bool GetDVDParentalFlag() const;
+    /** Skips equal values. */
+    void SetDVDRootMenuFlag(bool bFlag);
+    bool GetDVDRootMenuFlag() const;
+    std::string GetMpegVersion() const;
+    void SetMpegVersion(std::string strVersion);
+    std::string GetPlayFileName() const;
+    void SetPlayFileName(std::string strName);
+
+    T_MPEG_DEVICE_STATUS GetDeviceStatus() const;
+    void SetDeviceStatus(T_MPEG_DEVICE_STATUS status);
+    T_MPEG_MEDIA_INFO GetCurPlayInfo() const;
+    void SetCurPlayInfo(const T_MPEG_MEDIA_INFO& info);
+    T_PLAY_STATUS GetCurPlayStatus() const;
+    /** Skips equal values. */
+    void SetCurPlayStatus(const T_PLAY_STATUS& status);
+    T_PLAYTIME_INFO GetPlayTime() const;
+    /** Skips equal values. */
+    void SetPlayTime(const T_PLAYTIME_INFO& time);
+    T_ID3_INFO GetID3Info() const;
+    void SetID3Info(const T_ID3_INFO& info);
+    T_DVD_DETAIL GetCurDvdState() const;
+    void SetCurDvdState(T_DVD_DETAIL state);
+
+    bool GetUpdateDiscStateFlag() const;
+    void SetUpdateDiscStateFlag(bool bFlag);
+    bool GetUpdatePlayStateFlag() const;
+    void SetUpdatePlayStateFlag(bool bFlag);
+    bool GetUpdatePlayInfoFlag() const;
+    void SetUpdatePlayInfoFlag(bool bFlag);
+    bool GetUpdateTimeFlag() const;
+    void SetUpdateTimeFlag(bool bFlag);
+    bool GetUpdateID3Flag() const;
+    void SetUpdateID3Flag(bool bFlag);
+    bool GetUpdateRootMenuFlag() const;
+    void SetUpdateRootMenuFlag(bool bFlag);
+    bool GetUpdateParentalFlag() const;
+    void SetUpdateParentalFlag(bool bFlag);
+    bool GetUpdateVersionFlag() const;
+    void SetUpdateVersionFlag(bool bFlag);
+    bool GetUpdateUpdatedbFlag() const;
+    void SetUpdateUpdatedbFlag(bool bFlag);
+    bool GetUpdateUpdatedbFinishFlag() const;
+    void SetUpdateUpdatedbFinishFlag(bool bFlag);
+    bool GetUpdateDeviceStatusFlag() const;
+    void SetUpdateDeviceStatusFlag(bool bFlag);
+    bool GetUpdateDiscTypeFlag() const;
+    void SetUpdateDiscTypeFlag(bool bFlag);
+    bool GetUpdateMixedTypeFlag() const;
+    void SetUpdateMixedTypeFlag(bool bFlag);
+    bool GetUpdateCurDvdStateFlag() const;
+    void SetUpdateCurDvdStateFlag(bool bFlag);
+    bool GetUpdateAudioChannelFlag() const;
+    void SetUpdateAudioChannelFlag(bool bFlag);
+    bool GetUpdatePlaySpeedFlag() const;
+    void SetUpdatePlaySpeedFlag(bool bFlag);
+    bool GetUpdateKeyInvalidFlag() const;
+    void SetUpdateKeyInvalidFlag(bool bFlag);
+
+private:
+    /** One change flag each. */
+    enum FLAG_EN {
+        FLAG_DiscState,
+        FLAG_PlayState,
+        FLAG_PlayInfo,
+        FLAG_Time,
+        FLAG_ID3,
+        FLAG_RootMenu,
+        FLAG_Parental,
+        FLAG_Version,
+        FLAG_Updatedb,
+        FLAG_UpdatedbFinish,
+        FLAG_DeviceStatus,
+        FLAG_DiscType,
+        FLAG_MixedType,
+        FLAG_CurDvdState,
+        FLAG_AudioChannel,
+        FLAG_PlaySpeed,
+        FLAG_KeyInvalid,
+        FLAG_COUNT
+    };
+
+    /** Numbers that are written under the lock but may be compared without it. */
+    template <size_t N>
+    using Comparable = std::array<std::atomic<int32_t>, N>;
+
+    template <class T>
+    T Get(const T& member) const;
+    template <class T>
+    void Set(T& member, T value);
+    template <size_t N>
+    std::array<int32_t, N> GetComparable(const Comparable<N>& member) const;
+    template <size_t N>
+    void SetUnlessEqual(Comparable<N>& member, const std::array<int32_t, N>& value);
+
+    mutable pthread_mutex_t m_mutex;
+    bool m_bUpdateFlags[FLAG_COUNT] = {};
+    T_MPEG_DEVICE_STATUS m_deviceStatus;
+    T_MPEG_MEDIA_INFO m_curPlayInfo;
+    Comparable<4> m_curPlayStatus; ///< discState, repeat, shuffle, scan
+    T_ID3_INFO m_id3Info;
+    Comparable<3> m_playTime; ///< time, trackTime, times
+    T_DVD_DETAIL m_curDvdState;
+    std::string m_strMpegVersion;
+    std::string m_strPlayFileName;
+    Comparable<1> m_bDVDRootMenuFlag;
+    Comparable<1> m_bDVDParentalFlag;
+    bool m_bDiscAutoInsertFlag = false;
+    int32_t m_nAudioChannel = 0;
+    int32_t m_nPlaySpeed = 0;
+    int32_t m_nUpdateDbState = 0;
+    int32_t m_nMsgTip = 0;
+    bool m_bVideoStatus = false;
+    bool m_bDiscInBegin = false;
+};

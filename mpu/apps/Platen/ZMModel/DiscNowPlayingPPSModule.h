@@ -1,0 +1,23 @@
+#pragma once
+
+#include "zmcar/PPSFileBase.h"
+
+#include <string>
+
+class CDiscData;
+
+/** Tells the rest of the head unit what the disc source is playing. On the monitor thread. */
+class DiscNowPlayingPPSModule : public Oro::ZMCAR::PPSFileBase {
+public:
+    DiscNowPlayingPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
+
+    void AttachData(CDiscData* pData) { m_pDiscData = pData; }
+    /** State, media type, times and numbers. The result of the write; true when there was nothing to write. */
+    bool PublishMediaInfo();
+    /** Title, artist and album; result as above. */
+    bool PublishPlayID3();
+
+private:
+    CDiscData* m_pDiscData = nullptr;
+    std::string m_strObject;
+};

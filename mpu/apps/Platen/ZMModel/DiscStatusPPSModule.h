@@ -1,0 +1,30 @@
+#pragma once
+
+#include "sys/pps.h"
+#include "zmcar/PPSFileBase.h"
+
+class CDiscData;
+
+/** Reads the disc service's status object into the state store. On the monitor thread. */
+class DiscStatusPPSModule : public Oro::ZMCAR::PPSFileBase {
+public:
+    DiscStatusPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
+
+    void AttachData(CDiscData* pData) { m_pDiscData = pData; }
+    /** The index of the attribute, also when its value could not be decoded; -1 if its name is missing or unknown. */
+    int ParsePPSAttr(pps_attrib_t* attr);
+
+    void SubscribeDiscState(char* encoding, char* value);
+    void SubscribePlayState(char* encoding, char* value);
+    void SubscribeRootMenu(char* encoding, char* value);
+    void SubscribeParental(char* encoding, char* value);
+    void SubscribeUpdatedb(char* encoding, char* value);
+    void SubscribeDvdState(char* encoding, char* value);
+    void SubscribeAudioChannel(char* encoding, char* value);
+    void SubscribePlaySpeed(char* encoding, char* value);
+    void SubscribeKeyInvalid(char* encoding, char* value);
+    void SubscribeMsgTip(char* encoding, char* value);
+
+private:
+    CDiscData* m_pDiscData = nullptr;
+};

@@ -1,13 +1,7 @@
 #pragma once
 
 /** Windows of the overlay's resource. */
-enum : int {
-    OSD_WND_DVD = 1,
-    OSD_WND_VIDEO = 2,
-    OSD_WND_VCD = 4,
-    OSD_WND_PICTURE = 11,
-    OSD_WND_GOTO = 20
-};
+enum : int { OSD_WND_DVD = 1, OSD_WND_VIDEO = 2, OSD_WND_VCD = 4, OSD_WND_PICTURE = 11, OSD_WND_GOTO = 20 };
 
 /** Items of the overlay's bars; an id means the same item on each of them. */
 enum : int {
@@ -54,9 +48,6 @@ enum : int {
     OSD_CTRL_NOP_6603 = 6603
 };
 
-/** Touch states of a click. */
-enum : int { OSD_TOUCH_CLICK = 1, OSD_TOUCH_LONG = 4 };
-
 /** Which control was pressed last, so that the player's next report is shown as its answer. */
 enum : int {
     OSD_KEY_NONE = 0,
@@ -74,11 +65,6 @@ enum : int {
 /** What the number pad selects. */
 enum : int { OSD_GOTO_TRACK = 1, OSD_GOTO_TITLE = 2, OSD_GOTO_CHAPTER = 3 };
 
-/** Clip types, as the device status numbers them. */
-enum : unsigned { OSD_CLIP_DVD = 0, OSD_CLIP_VIDEO = 3, OSD_CLIP_PICTURE = 4, OSD_CLIP_VCD = 5, OSD_CLIP_UNKNOWN = 255 };
-
-inline constexpr int OSD_ICON_ALL_STATES = 4; ///< a picture for every state of its item
-
 /** Pictures and texts of the state display. */
 enum : int {
     OSD_PIC_NONE = 0,
@@ -93,5 +79,8 @@ enum : int {
     OSD_TXT_NO_FUNCTION = 163,
     OSD_TXT_GOTO_TITLE = 166,
     OSD_TXT_GOTO_CHAPTER = 167,
-    OSD_TXT_GOTO_TRACK = 168
+    OSD_TXT_GOTO_TRACK = 168,
+    OSD_TXT_CHANNEL_RIGHT = 169,
+    OSD_TXT_CHANNEL_LEFT = 170,
+    OSD_TXT_CHANNEL_BOTH = 171
 };

@@ -16,15 +16,15 @@ constexpr int PROGRESS_MAXIMUM = 100;
 
 /** The bar of each clip type, and the animation that plays when it goes. */
 struct BarRow {
-    unsigned clipType;
+    int clipType;
     int window;
     int hideAnimation;
 };
 constexpr BarRow BARS[] = {
-    {OSD_CLIP_DVD, OSD_WND_DVD, 6},
-    {OSD_CLIP_VIDEO, OSD_WND_VIDEO, 4},
-    {OSD_CLIP_VCD, OSD_WND_VCD, 4},
-    {OSD_CLIP_PICTURE, OSD_WND_PICTURE, 2},
+    {PLAY_TYPE_DVD, OSD_WND_DVD, 6},
+    {PLAY_TYPE_VIDEO, OSD_WND_VIDEO, 4},
+    {PLAY_TYPE_VCD, OSD_WND_VCD, 4},
+    {PLAY_TYPE_PHOTO, OSD_WND_PICTURE, 2},
 };
 
 /** What a bar carries; a disc's bar also has the state display and shows the times as soon as it is shown. */
@@ -53,7 +53,7 @@ void InitStateDisplay(CUIAnalysis& ui, int window) {
     ui.ShowItem(window, OSD_ITEM_TOP_3, true);
     ui.ShowItem(window, OSD_ITEM_TOP_4, false);
     ui.ShowItem(window, OSD_ITEM_STATE_PIC, false);
-    ui.SetItemIcon(window, OSD_ITEM_STATE_PIC, OSD_PIC_NONE, OSD_ICON_ALL_STATES);
+    ui.SetItemIcon(window, OSD_ITEM_STATE_PIC, OSD_PIC_NONE, ITEM_STATE_ALL);
     ui.SetItemText(window, OSD_ITEM_STATE_TEXT, L" ");
 }
 
@@ -124,7 +124,7 @@ void DiscOsdView::SetDisplaySrcTimer() {
 }
 
 void DiscOsdView::OnShow(int wndId, bool show, int) {
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnShow] dwWndId=%d,bShow=%d\n", wndId, show);
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnShow] dwWndId=%d,bShow=%d\n", wndId, show);
     if (wndId == OSD_WND_GOTO) {
         m_bGotoShown = show;
     }
@@ -143,7 +143,7 @@ void DiscOsdView::OnShow(int wndId, bool show, int) {
         UpdateMuteStatus(false);
         UpdateCarTemp(false);
     }
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnShow] end\n");
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnShow] end\n");
 }
 
 void DiscOsdView::ShowCurWnd(bool show) {
@@ -200,7 +200,7 @@ int DiscOsdView::OnUserMessage(APP_MSG_S* msg) {
         OnErrorStatus();
         return 0;
     case DISC_VMSG_MSGTIP:
-        LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnUserMessage]-------DISC_VMSG_MSGTIP\n");
+        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMessage]-------DISC_VMSG_MSGTIP\n");
         OnUserMsgMsgTip();
         return 1;
     default:
@@ -210,11 +210,11 @@ int DiscOsdView::OnUserMessage(APP_MSG_S* msg) {
 
 void DiscOsdView::OnClipsType() {
     m_nCurPlayType = static_cast<uint32_t>(CDiscData::GetInstance()->GetDeviceStatus().nMediaType);
-    LOGBASE(LOG_LEV_DEBUG, "OnUserMessage", "[DiscOsdView::OnUserMessage]-------set m_nCurPlayType=%d\n",
+    LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscOsdView::OnUserMessage]-------set m_nCurPlayType=%d\n",
             static_cast<int>(m_nCurPlayType));
     HideStateView();
     for (const BarRow& bar : BARS) {
-        if (bar.clipType == m_nCurPlayType) {
+        if (IsClip({bar.clipType})) {
             m_nCurWndId = bar.window;
         }
     }
@@ -222,7 +222,7 @@ void DiscOsdView::OnClipsType() {
 
 int DiscOsdView::OnTrackInfo() {
     OnUserMsgTrackInfo();
-    if (!IsClip({OSD_CLIP_VCD, OSD_CLIP_DVD, OSD_CLIP_VIDEO})) {
+    if (!IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
         return 0;
     }
     m_bTrackChanged = true;
@@ -237,12 +237,12 @@ void DiscOsdView::OnErrorStatus() {
         return;
     }
     // Logged under the main view's name, as readers of the log expect it.
-    LOGBASE(LOG_LEV_DEBUG, "OnUserMessage", "[DiscView::OnUserMessage]-------READ_ERROR\n");
-    if (IsClip({OSD_CLIP_DVD}) && m_pController) {
+    LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscView::OnUserMessage]-------READ_ERROR\n");
+    if (IsClip({PLAY_TYPE_DVD}) && m_pController) {
         m_bReadError = true;
     }
 }
 
-bool DiscOsdView::IsClip(std::initializer_list<unsigned> types) const {
-    return std::find(types.begin(), types.end(), m_nCurPlayType) != types.end();
+bool DiscOsdView::IsClip(std::initializer_list<int> types) const {
+    return std::find(types.begin(), types.end(), static_cast<int>(m_nCurPlayType)) != types.end();
 }

@@ -2,6 +2,7 @@
 
 #include "DiscOsdIds.h"
 #include "DiscQDB.h"
+#include "DiscViewIds.h"
 #include "NumberPad.h"
 #include "zmcar/ViewOsd.h"
 
@@ -9,6 +10,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <span>
 #include <string>
 
 class DiscViewController;
@@ -16,9 +18,9 @@ class CUIAnalysis;
 class CUIWndMng;
 
 /**
- * The on-screen display over the decoder's picture: one control bar for the kind of clip that plays (DVD, VCD, video file,
- * pictures), the state picture that answers a key, and the number pad. The main view shows and hides it.
- * Everything but the key type is touched on the event thread only.
+ * The on-screen display over the decoder's picture: one control bar for the kind of clip that plays (DVD,
+ * VCD, video file, pictures), the state picture that answers a key, and the number pad. The main view shows
+ * and hides it. Everything but the key type is touched on the event thread only.
  */
 class DiscOsdView : public Oro::ZMCAR::ViewOsd {
 public:
@@ -88,7 +90,6 @@ public:
 
 private:
     struct ControlRow;
-    struct Bar;
 
     void OnClickMainWnd(long ctrlId, int btState);
     void OnClickVideoWnd(long ctrlId, int btState);
@@ -96,40 +97,44 @@ private:
     void OnClickGotoWnd(long ctrlId);
     void OnClickSrcGroup(long ctrlId);
 
-    void OnClickBar(const Bar& bar, long ctrlId, int btState);
+    void OnClickSeekBar(std::span<const ControlRow> rows, long ctrlId, int btState);
     void OnClickSeek(long ctrlId, int btState);
-    void PressRow(const ControlRow& row);
+    void PressControl(std::span<const ControlRow> rows, long ctrlId);
+    void SelectAudio();
+    void ShowNoFunction();
     void RequestApplication(const char* application);
 
     void OnClipsType();
     int OnTrackInfo();
     void OnErrorStatus();
 
-    void ClearStateView();
+    void ShowStatePicture(int picture, bool shown);
+    void ShowDiscPlayState();
     void ShowDvdAudio();
     void ShowDvdAngle();
     void ShowDvdSubtitle();
     void ShowVcdAudio();
     void ShowFileCounter();
-    void ShowPlayButton(int shown, int hidden);
-    void OnPaused();
-    void OnPlaying();
-    void SkipUnreadableChapter();
+    void ShowPlayButton(int state);
+    void SwapButtons(int shown, int hidden);
+    void ResumeAfterError();
+    void FollowChapter();
 
-    bool IsClip(std::initializer_list<unsigned> types) const;
+    bool IsClip(std::initializer_list<int> types) const;
     NumberPad Pad() { return {m_pUIAnalysis, m_pWndMng, m_strInputNum, m_strTotalNum}; }
     int GotoTotal() const;
     int GotoCaption() const;
     void SwitchGotoType();
-    void ConfirmGoto();
     void SendGoto(int number);
+    void SendGotoTrack(int number);
+    void EndGoto();
 
     pthread_mutex_t m_mutex; ///< guards m_nCurKeyType
     DiscViewController* m_pController = nullptr;
     CUIAnalysis* m_pUIAnalysis = nullptr;
     CUIWndMng* m_pWndMng = nullptr;
     DiscQDB m_discDb; ///< never opened
-    uint32_t m_nCurPlayType = OSD_CLIP_UNKNOWN;
+    uint32_t m_nCurPlayType = PLAY_TYPE_UNKNOWN;
     int32_t m_nCurKeyType = OSD_KEY_NONE;
     int32_t m_nCurWndId = OSD_WND_DVD; ///< the bar of the clip type
     std::string m_strInputNum;         ///< digits typed on the number pad

@@ -21,7 +21,7 @@ enum class CounterRule {
 };
 
 struct CounterRow {
-    unsigned clipType;
+    int clipType;
     int item;
     int T_MPEG_MEDIA_INFO::*current;
     int T_MPEG_MEDIA_INFO::*count;
@@ -29,14 +29,15 @@ struct CounterRow {
 };
 
 constexpr CounterRow COUNTERS[] = {
-    {OSD_CLIP_DVD, OSD_ITEM_TRACK, &T_MPEG_MEDIA_INFO::title, &T_MPEG_MEDIA_INFO::titles, CounterRule::TwoDigits},
-    {OSD_CLIP_DVD, OSD_ITEM_CHAPTER, &T_MPEG_MEDIA_INFO::chapter, &T_MPEG_MEDIA_INFO::chapters,
+    {PLAY_TYPE_DVD, OSD_ITEM_TRACK, &T_MPEG_MEDIA_INFO::title, &T_MPEG_MEDIA_INFO::titles,
      CounterRule::TwoDigits},
-    {OSD_CLIP_VIDEO, OSD_ITEM_TRACK, &T_MPEG_MEDIA_INFO::curMediaId, &T_MPEG_MEDIA_INFO::curMediaIds,
+    {PLAY_TYPE_DVD, OSD_ITEM_CHAPTER, &T_MPEG_MEDIA_INFO::chapter, &T_MPEG_MEDIA_INFO::chapters,
+     CounterRule::TwoDigits},
+    {PLAY_TYPE_VIDEO, OSD_ITEM_TRACK, &T_MPEG_MEDIA_INFO::curMediaId, &T_MPEG_MEDIA_INFO::curMediaIds,
      CounterRule::Unbounded},
-    {OSD_CLIP_PICTURE, OSD_ITEM_TRACK, &T_MPEG_MEDIA_INFO::mediaId, &T_MPEG_MEDIA_INFO::mediaIds,
+    {PLAY_TYPE_PHOTO, OSD_ITEM_TRACK, &T_MPEG_MEDIA_INFO::mediaId, &T_MPEG_MEDIA_INFO::mediaIds,
      CounterRule::Unbounded},
-    {OSD_CLIP_VCD, OSD_ITEM_TRACK, &T_MPEG_MEDIA_INFO::mediaId, &T_MPEG_MEDIA_INFO::mediaIds,
+    {PLAY_TYPE_VCD, OSD_ITEM_TRACK, &T_MPEG_MEDIA_INFO::mediaId, &T_MPEG_MEDIA_INFO::mediaIds,
      CounterRule::TwoDigits},
 };
 
@@ -74,7 +75,8 @@ void SetTimeText(CUIAnalysis& ui, int window, int item, int seconds) {
 
 /**
  * The integer part of elapsed / total * 100 in single precision, with what the target's conversion makes of a
- * total of zero: nothing elapsed gives 0, anything else the largest integer (the bar is limited to its range).
+ * total of zero: nothing elapsed gives 0, anything else the largest integer (the bar is limited to its
+ * range).
  */
 int Percentage(int elapsed, int total) {
     constexpr int LARGEST = std::numeric_limits<int>::max();
@@ -92,18 +94,19 @@ void DiscOsdView::OnUserMsgTrackInfo() {
         return;
     }
     const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
-    if (IsClip({OSD_CLIP_DVD})) {
-        LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnUserMsgTrackInfo]t:%d/%d  c:%d/%d\n", info.title,
-                info.titles, info.chapter, info.chapters);
-    } else if (IsClip({OSD_CLIP_VCD})) {
-        LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnUserMsgTrackInfo]----  track:%d/%d\n",
+    if (IsClip({PLAY_TYPE_DVD})) {
+        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgTrackInfo]t:%d/%d  c:%d/%d\n",
+                info.title, info.titles, info.chapter, info.chapters);
+    } else if (IsClip({PLAY_TYPE_VCD})) {
+        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgTrackInfo]----  track:%d/%d\n",
                 info.mediaId, info.mediaIds);
     }
     for (const CounterRow& row : COUNTERS) {
-        if (row.clipType == m_nCurPlayType) {
+        if (IsClip({row.clipType})) {
             const int current = info.*row.current;
             const int count = info.*row.count;
-            ShowNumbers(*m_pUIAnalysis, m_nCurWndId, row.item, Judge(current, count, row.rule), current, count);
+            ShowNumbers(*m_pUIAnalysis, m_nCurWndId, row.item, Judge(current, count, row.rule), current,
+                        count);
         }
     }
 }
@@ -117,7 +120,7 @@ void DiscOsdView::ShowFileCounter() {
 }
 
 void DiscOsdView::ShowCurTrack(int index) {
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::ShowCurTrack]  index=%d\n", index);
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::ShowCurTrack]  index=%d\n", index);
     if (!m_pUIAnalysis || CDiscData::GetInstance()->GetCurPlayStatus().repeat == REPEAT_FOLDER) {
         return;
     }
@@ -133,7 +136,7 @@ void DiscOsdView::ShowCurTrack(int index) {
 }
 
 void DiscOsdView::OnUserMsgPlayTime() {
-    if (!m_pUIAnalysis || !IsClip({OSD_CLIP_VCD, OSD_CLIP_DVD, OSD_CLIP_VIDEO})) {
+    if (!m_pUIAnalysis || !IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
         return;
     }
     const T_PLAYTIME_INFO playTime = CDiscData::GetInstance()->GetPlayTime();

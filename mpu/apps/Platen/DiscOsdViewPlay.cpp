@@ -10,9 +10,6 @@
 
 namespace {
 
-/** Play states of the disc service that the overlay tells apart. */
-enum : int { STATE_STOPPED = 0, STATE_PLAYING = 2, STATE_PAUSED = 6, STATE_FORWARD = 10, STATE_BACKWARD = 11 };
-
 constexpr int PIC_FORWARD = 256;
 constexpr int PIC_BACKWARD = 257;
 
@@ -21,7 +18,8 @@ enum class Stay {
     Sticky ///< stays until another takes its place
 };
 
-/** The state display of each message tip; tips without a row show nothing. `speed` stands instead of a resource text. */
+/** The state display of each message tip; tips without a row show nothing. `speed` stands instead of a
+ * resource text. */
 struct TipRow {
     int tip;
     int picture;
@@ -30,35 +28,24 @@ struct TipRow {
     Stay stay;
 };
 constexpr TipRow TIPS[] = {
-    {1, 275, 163, nullptr, Stay::Timed},
-    {2, 263, 114, nullptr, Stay::Timed},
-    {3, 262, 113, nullptr, Stay::Timed},
-    {4, 272, 133, nullptr, Stay::Sticky},
-    {5, 259, 112, nullptr, Stay::Sticky},
-    {6, 268, 129, nullptr, Stay::Timed},
-    {7, 258, 156, nullptr, Stay::Timed},
-    {8, 265, 155, nullptr, Stay::Timed},
-    {9, 267, 154, nullptr, Stay::Timed},
-    {10, 265, 164, nullptr, Stay::Timed},
-    {11, 270, 156, nullptr, Stay::Timed},
-    {12, 264, 157, nullptr, Stay::Timed},
-    {18, PIC_FORWARD, 0, L"x2", Stay::Sticky},
-    {19, PIC_FORWARD, 0, L"x4", Stay::Sticky},
-    {20, PIC_FORWARD, 0, L"x8", Stay::Sticky},
-    {21, PIC_FORWARD, 0, L"x20", Stay::Sticky},
-    {22, PIC_BACKWARD, 0, L"x2", Stay::Sticky},
-    {23, PIC_BACKWARD, 0, L"x4", Stay::Sticky},
-    {24, PIC_BACKWARD, 0, L"x8", Stay::Sticky},
-    {25, PIC_BACKWARD, 0, L"x20", Stay::Sticky},
-    {29, 276, 161, nullptr, Stay::Timed},
-    {30, 276, 162, nullptr, Stay::Timed},
+    {1, 275, 163, nullptr, Stay::Timed},        {2, 263, 114, nullptr, Stay::Timed},
+    {3, 262, 113, nullptr, Stay::Timed},        {4, 272, 133, nullptr, Stay::Sticky},
+    {5, 259, 112, nullptr, Stay::Sticky},       {6, 268, 129, nullptr, Stay::Timed},
+    {7, 258, 156, nullptr, Stay::Timed},        {8, 265, 155, nullptr, Stay::Timed},
+    {9, 267, 154, nullptr, Stay::Timed},        {10, 265, 164, nullptr, Stay::Timed},
+    {11, 270, 156, nullptr, Stay::Timed},       {12, 264, 157, nullptr, Stay::Timed},
+    {18, PIC_FORWARD, 0, L"x2", Stay::Sticky},  {19, PIC_FORWARD, 0, L"x4", Stay::Sticky},
+    {20, PIC_FORWARD, 0, L"x8", Stay::Sticky},  {21, PIC_FORWARD, 0, L"x20", Stay::Sticky},
+    {22, PIC_BACKWARD, 0, L"x2", Stay::Sticky}, {23, PIC_BACKWARD, 0, L"x4", Stay::Sticky},
+    {24, PIC_BACKWARD, 0, L"x8", Stay::Sticky}, {25, PIC_BACKWARD, 0, L"x20", Stay::Sticky},
+    {29, 276, 161, nullptr, Stay::Timed},       {30, 276, 162, nullptr, Stay::Timed},
 };
 
 } // namespace
 
 void DiscOsdView::OnUserMsgMsgTip() {
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnUserMsgMsgTip]\n");
-    if (!IsClip({OSD_CLIP_VCD, OSD_CLIP_DVD, OSD_CLIP_VIDEO})) {
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgMsgTip]\n");
+    if (!IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
         return;
     }
     const int tip = CDiscData::GetInstance()->GetMsgTip();
@@ -81,36 +68,36 @@ void DiscOsdView::OnUserMsgMsgTip() {
 
 void DiscOsdView::OnUserMsgPlayState() {
     const int state = CDiscData::GetInstance()->GetCurPlayStatus().discState;
-    if (IsClip({OSD_CLIP_VIDEO, OSD_CLIP_PICTURE})) {
+    if (IsClip({PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO})) {
         ShowFileCounter();
     }
-    if (state == STATE_STOPPED && IsClip({OSD_CLIP_VCD, OSD_CLIP_DVD, OSD_CLIP_VIDEO})) {
+    if (state == DISC_STATE_STOPPED && IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
         m_bPauseShown = true;
         ShowStateView2(OSD_PIC_PAUSE, OSD_TXT_PAUSE);
         KillDiscTimer(m_pController, ENUM_TIMER_DISPLAY_STATE);
     }
-    if (state != STATE_STOPPED && m_bPauseShown) {
+    if (state != DISC_STATE_STOPPED && m_bPauseShown) {
         HideStateView();
         m_bPauseShown = false;
     }
-    if (IsClip({OSD_CLIP_VCD, OSD_CLIP_DVD, OSD_CLIP_PICTURE, OSD_CLIP_VIDEO})) {
+    if (IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_PHOTO, PLAY_TYPE_VIDEO})) {
         ShowPlayButton(state);
     }
 }
 
 void DiscOsdView::ShowPlayButton(int state) {
     switch (state) {
-    case STATE_STOPPED:
+    case DISC_STATE_STOPPED:
         SwapButtons(OSD_ITEM_PLAY, OSD_ITEM_PAUSE);
         ResumeAfterError();
         break;
-    case STATE_PLAYING:
+    case DISC_STATE_PLAYING:
         SwapButtons(OSD_ITEM_PAUSE, OSD_ITEM_PLAY);
         FollowChapter();
         break;
-    case STATE_PAUSED:
-    case STATE_FORWARD:
-    case STATE_BACKWARD:
+    case DISC_STATE_PAUSED:
+    case DISC_STATE_FAST_FORWARD:
+    case DISC_STATE_FAST_BACKWARD:
         SwapButtons(OSD_ITEM_PLAY, OSD_ITEM_PAUSE);
         break;
     default:
@@ -129,14 +116,14 @@ void DiscOsdView::SwapButtons(int shown, int hidden) {
 
 void DiscOsdView::ResumeAfterError() {
     const int error = CDiscData::GetInstance()->GetDeviceStatus().nErrorStatus;
-    if (IsClip({OSD_CLIP_DVD}) && error != 0 && m_pController) {
+    if (IsClip({PLAY_TYPE_DVD}) && error != 0 && m_pController) {
         m_pController->Play();
     }
 }
 
 void DiscOsdView::FollowChapter() {
     const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
-    if (!IsClip({OSD_CLIP_DVD}) || !m_bReadError) {
+    if (!IsClip({PLAY_TYPE_DVD}) || !m_bReadError) {
         m_nNextChapter = info.chapter + 1;
         return;
     }

@@ -20,34 +20,34 @@ struct ChannelRow {
     int text;
 };
 constexpr ChannelRow CHANNELS[] = {
-    {0, OSD_PIC_NO_FUNCTION, OSD_TXT_NO_FUNCTION},
-    {1, OSD_PIC_AUDIO, OSD_TXT_CHANNEL_LEFT},
-    {2, OSD_PIC_AUDIO, OSD_TXT_CHANNEL_RIGHT},
-    {3, OSD_PIC_AUDIO, OSD_TXT_CHANNEL_BOTH},
+    {0, OSD_PIC_NO_FUNCTION, OSD_TXT_NO_FUNCTION}, {1, OSD_PIC_AUDIO, OSD_TXT_CHANNEL_LEFT},
+    {2, OSD_PIC_AUDIO, OSD_TXT_CHANNEL_RIGHT},     {3, OSD_PIC_AUDIO, OSD_TXT_CHANNEL_BOTH},
     {4, OSD_PIC_AUDIO, OSD_TXT_CHANNEL_BOTH},
 };
 
 } // namespace
 
 void DiscOsdView::ShowStateView(long picId, const wchar_t* text) {
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::ShowStateView]  nPicID=%d\n", static_cast<int>(picId));
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::ShowStateView]  nPicID=%d\n",
+            static_cast<int>(picId));
     if (m_pUIAnalysis) {
         m_pUIAnalysis->SetItemText(m_nCurWndId, OSD_ITEM_STATE_TEXT, text);
-        ShowStatePicture(static_cast<int>(picId));
+        ShowStatePicture(static_cast<int>(picId), true);
     }
 }
 
 void DiscOsdView::ShowStateView2(long picId, long textId) {
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::ShowStateView2]  nPicID=%d\n", static_cast<int>(picId));
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::ShowStateView2]  nPicID=%d\n",
+            static_cast<int>(picId));
     if (m_pUIAnalysis) {
         m_pUIAnalysis->SetItemText(m_nCurWndId, OSD_ITEM_STATE_TEXT, static_cast<int>(textId));
-        ShowStatePicture(static_cast<int>(picId));
+        ShowStatePicture(static_cast<int>(picId), true);
     }
 }
 
-void DiscOsdView::ShowStatePicture(int picture) {
-    m_pUIAnalysis->SetItemIcon(m_nCurWndId, OSD_ITEM_STATE_PIC, picture, OSD_ICON_ALL_STATES);
-    m_pUIAnalysis->ShowItem(m_nCurWndId, OSD_ITEM_STATE_PIC, picture != OSD_PIC_NONE);
+void DiscOsdView::ShowStatePicture(int picture, bool shown) {
+    m_pUIAnalysis->SetItemIcon(m_nCurWndId, OSD_ITEM_STATE_PIC, picture, ITEM_STATE_ALL);
+    m_pUIAnalysis->ShowItem(m_nCurWndId, OSD_ITEM_STATE_PIC, shown);
     m_pUIAnalysis->drawItem(m_nCurWndId, OSD_ITEM_STATE_TEXT);
     m_pUIAnalysis->drawItem(m_nCurWndId, OSD_ITEM_STATE_PIC);
 }
@@ -61,7 +61,7 @@ void DiscOsdView::SetCurKeyType(int keyType) {
     KillDiscTimer(m_pController, ENUM_TIMER_DISPLAY_STATE);
     if (m_pUIAnalysis) {
         m_pUIAnalysis->SetItemText(m_nCurWndId, OSD_ITEM_STATE_TEXT, L" ");
-        ShowStatePicture(OSD_PIC_NONE);
+        ShowStatePicture(OSD_PIC_NONE, false);
     }
     Lock();
     m_nCurKeyType = keyType;
@@ -103,8 +103,8 @@ void DiscOsdView::ShowDvdAudio() {
         ShowStateView2(OSD_PIC_NO_FUNCTION, OSD_TXT_NO_FUNCTION);
     } else if (dvd.curAudioLan != "Blank") {
         wchar_t text[WIDE_TEXT_SIZE];
-        FormatWide(text, L"%d/%d %s %s %s", dvd.curAudioMode, dvd.totalAudioMode, dvd.audioType, dvd.audioChannel,
-                   dvd.curAudioLan);
+        FormatWide(text, L"%d/%d %s %s %s", dvd.curAudioMode, dvd.totalAudioMode, dvd.audioType,
+                   dvd.audioChannel, dvd.curAudioLan);
         ShowStateView(OSD_PIC_AUDIO, text);
     }
 }
@@ -138,30 +138,31 @@ void DiscOsdView::ShowDvdSubtitle() {
 
 void DiscOsdView::ShowVcdAudio() {
     const int channel = CDiscData::GetInstance()->GetAudioChannel();
-    const auto* row = std::find_if(std::begin(CHANNELS), std::end(CHANNELS),
-                                   [channel](const ChannelRow& candidate) { return candidate.channel == channel; });
+    const auto* row =
+        std::find_if(std::begin(CHANNELS), std::end(CHANNELS),
+                     [channel](const ChannelRow& candidate) { return candidate.channel == channel; });
     if (row != std::end(CHANNELS)) {
         ShowStateView2(row->picture, row->text);
     }
 }
 
 void DiscOsdView::OnUserMsgPlaySpeed() {
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnUserMsgPlaySpeed]\n");
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgPlaySpeed]\n");
     ShowDiscPlayState();
 }
 
 void DiscOsdView::OnUserMsgAudioChannel() {
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnUserMsgAudioChannel]\n");
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgAudioChannel]\n");
     ShowDiscPlayState();
 }
 
 void DiscOsdView::OnUserMsgDvdState() {
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::OnUserMsgDvdState]\n");
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgDvdState]\n");
     ShowDiscPlayState();
 }
 
 void DiscOsdView::ShowDiscPlayState() {
-    if (IsClip({OSD_CLIP_VCD, OSD_CLIP_DVD})) {
+    if (IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD})) {
         ShowPlayState();
     }
 }

@@ -20,7 +20,8 @@ int KeyOf(int digit) {
     return digit == 0 ? GOTO_KEY_0 : GOTO_KEY_1 + digit - 1;
 }
 
-/** The number that `digit` typed behind `number` would make; wide, as the entry may come near the largest integer. */
+/** The number that `digit` typed behind `number` would make; wide, as the entry may come near the largest
+ * integer. */
 int64_t Append(int number, int digit) {
     return int64_t{number} * DIGITS + digit;
 }
@@ -113,8 +114,8 @@ void NumberPad::DealInputNum() {
     const int number = Number();
     const int total = std::atoi(m_strTotalNum.c_str());
     // The main view's pad writes these lines under the overlay's name, too.
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::DealInputNum] nInputNum=%d\n", number);
-    LOGBASE(LOG_LEV_DEBUG, __FUNCTION__, "[DiscOsdView::DealInputNum] totalNum=%d\n", total);
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::DealInputNum] nInputNum=%d\n", number);
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::DealInputNum] totalNum=%d\n", total);
     for (int digit = 0; digit < DIGITS; ++digit) {
         const int64_t candidate = Append(number, digit);
         m_pUIAnalysis->EnableItem(GOTO_WINDOW, KeyOf(digit), candidate >= 1 && candidate <= total);

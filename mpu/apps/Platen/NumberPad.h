@@ -20,9 +20,9 @@ enum : int {
 };
 
 /**
- * The track-number pad on page 20 of a view: what was typed, the upper bound, display and keys. Entry and bound live in
- * the view as decimal texts; a pad object is made for the duration of one operation. Without `ui` nothing is drawn.
- * Event thread only.
+ * The track-number pad on page 20 of a view: what was typed, the upper bound, display and keys. Entry and
+ * bound live in the view as decimal texts; a pad object is made for the duration of one operation. Without
+ * `ui` nothing is drawn. Event thread only.
  */
 class NumberPad {
 public:
@@ -37,9 +37,6 @@ public:
     void ClearEntry();
     /** Forgets the entry and empties the display. */
     void End();
-    /** Redraws what `ClearEntry` and `Begin` changed. */
-    void DrawDisplay();
-
     /** The number typed so far; 0 when nothing is. */
     int Number() const;
     /** Whether OK may confirm the entry under bound `total`. */
@@ -50,13 +47,15 @@ public:
     /** Types that key; a digit that would exceed `total` changes nothing. */
     void PressEntryKey(long ctrlId, int total);
 
-    /** Enables the digits that may follow within the bound, back and OK when there is an entry; redraws everything. */
+    /** Enables the digits that may follow within the bound, back and OK when there is an entry; redraws
+     * everything. */
     void DealInputNum();
 
 private:
     void PressDigit(int digit, int total);
     void PressBack();
     void ShowEntry();
+    void DrawDisplay();
 
     CUIAnalysis* m_pUIAnalysis;
     CUIWndMng* m_pWndMng;

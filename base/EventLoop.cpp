@@ -81,7 +81,8 @@ void EventLoop::post(std::function<void()> task) {
     g_main_context_wakeup(m_context);
 }
 
-SourceHandle::SourceHandle(SourceHandle&& other) noexcept : m_source(std::exchange(other.m_source, nullptr)) {}
+SourceHandle::SourceHandle(SourceHandle&& other) noexcept
+    : m_source(std::exchange(other.m_source, nullptr)) {}
 
 SourceHandle& SourceHandle::operator=(SourceHandle&& other) noexcept {
     if (this != &other) {
@@ -112,7 +113,8 @@ struct Holder {
 
 template <class Function>
 SourceHandle attach(EventLoop& loop, GSource* source, GSourceFunc trampoline, Function callback) {
-    g_source_set_callback(source, trampoline, new Holder<Function>{std::move(callback)}, Holder<Function>::destroy);
+    g_source_set_callback(source, trampoline, new Holder<Function>{std::move(callback)},
+                          Holder<Function>::destroy);
     g_source_attach(source, loop.context());
     return SourceHandle(source);
 }
@@ -163,7 +165,8 @@ SourceHandle afterDelay(EventLoop& loop, std::chrono::milliseconds delay, Plain 
 }
 
 SourceHandle watchFd(EventLoop& loop, int fd, IoEvent event, Plain callback) {
-    const auto condition = static_cast<GIOCondition>((event == IoEvent::Readable ? G_IO_IN : G_IO_OUT) | G_IO_HUP | G_IO_ERR);
+    const auto condition =
+        static_cast<GIOCondition>((event == IoEvent::Readable ? G_IO_IN : G_IO_OUT) | G_IO_HUP | G_IO_ERR);
     GUnixFDSourceFunc trampoline = [](gint, GIOCondition, gpointer data) -> gboolean {
         static_cast<Holder<Plain>*>(data)->callback();
         return G_SOURCE_CONTINUE;

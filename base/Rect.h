@@ -18,7 +18,8 @@ struct Rect {
     Rect intersected(const Rect& other) const {
         const int left = std::max(x, other.x);
         const int top = std::max(y, other.y);
-        return {left, top, std::min(x + w, other.x + other.w) - left, std::min(y + h, other.y + other.h) - top};
+        return {left, top, std::min(x + w, other.x + other.w) - left,
+                std::min(y + h, other.y + other.h) - top};
     }
     /** The smallest rectangle around both; an empty one counts as nothing. */
     Rect united(const Rect& other) const {
@@ -30,7 +31,8 @@ struct Rect {
         }
         const int left = std::min(x, other.x);
         const int top = std::min(y, other.y);
-        return {left, top, std::max(x + w, other.x + other.w) - left, std::max(y + h, other.y + other.h) - top};
+        return {left, top, std::max(x + w, other.x + other.w) - left,
+                std::max(y + h, other.y + other.h) - top};
     }
 };
 

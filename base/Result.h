@@ -11,7 +11,8 @@ struct Error {
     std::string message;
 };
 
-/** A value or the reason why there is none. Test it with `if (result)`; then use `*result` or `result.error()`. */
+/** A value or the reason why there is none. Test it with `if (result)`; then use `*result` or
+ * `result.error()`. */
 template <class T>
 class Result {
 public:
@@ -31,7 +32,9 @@ private:
 
 /** Result of an operation that gives no value. */
 using Status = Result<std::monostate>;
-inline Status ok() { return std::monostate{}; }
+inline Status ok() {
+    return std::monostate{};
+}
 
 /** An error that ends with the text of `errno`: "what: No such file or directory". */
 Error systemError(const std::string& what);

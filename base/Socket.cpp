@@ -24,7 +24,8 @@ Result<sockaddr_un> address(const std::string& path) {
     sockaddr_un result{};
     result.sun_family = AF_UNIX;
     if (path.size() >= sizeof result.sun_path) {
-        return Error{path + ": too long for a socket (" + std::to_string(sizeof result.sun_path - 1) + " bytes at most)"};
+        return Error{path + ": too long for a socket (" + std::to_string(sizeof result.sun_path - 1) +
+                     " bytes at most)"};
     }
     std::memcpy(result.sun_path, path.c_str(), path.size() + 1);
     return result;
@@ -87,7 +88,8 @@ Received receivePacket(int fd, Message& message, int flags) {
             }
         }
     }
-    if (size == 0 || message.text.size() + static_cast<size_t>(size) > MaxMessageBytes || message.fds.size() > MaxFds) {
+    if (size == 0 || message.text.size() + static_cast<size_t>(size) > MaxMessageBytes ||
+        message.fds.size() > MaxFds) {
         return Received::Closed;
     }
     message.text.append(buffer.data() + 1, static_cast<size_t>(size) - 1);
@@ -165,7 +167,8 @@ Result<Message> SyncConnection::receive(std::chrono::milliseconds timeout) {
     for (;;) {
         int wait = -1;
         if (timeout.count() >= 0) {
-            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+                deadline - std::chrono::steady_clock::now());
             wait = static_cast<int>(std::max<int64_t>(0, left.count()));
         }
         pollfd ready{m_fd.get(), POLLIN, 0};
@@ -298,7 +301,8 @@ void Connection::fail() {
     });
 }
 
-Listener::Listener(EventLoop& loop, UniqueFd fd, std::function<void(UniqueFd)> onConnection) : m_fd(std::move(fd)) {
+Listener::Listener(EventLoop& loop, UniqueFd fd, std::function<void(UniqueFd)> onConnection)
+    : m_fd(std::move(fd)) {
     m_watch = watchFd(loop, m_fd.get(), IoEvent::Readable, [this, onConnection = std::move(onConnection)] {
         UniqueFd accepted(::accept4(m_fd.get(), nullptr, nullptr, SOCK_CLOEXEC));
         if (accepted.valid()) {

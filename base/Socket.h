@@ -15,8 +15,8 @@
 namespace zm {
 
 /**
- * Local message sockets: AF_UNIX, SOCK_SEQPACKET. One message has at most 64 MiB and may carry descriptors; it is
- * cut into packets of 64 KiB on the way and put together again by the receiver.
+ * Local message sockets: AF_UNIX, SOCK_SEQPACKET. One message has at most 64 MiB and may carry descriptors;
+ * it is cut into packets of 64 KiB on the way and put together again by the receiver.
  */
 struct Message {
     std::string text;
@@ -26,7 +26,8 @@ struct Message {
 /** A listening socket at `path` (a stale socket file is replaced; one that somebody serves is an error). */
 Result<UniqueFd> listenUnix(const std::string& path);
 /** Connects to `path`, trying again until `timeout` has passed. */
-Result<UniqueFd> connectUnix(const std::string& path, std::chrono::milliseconds timeout = std::chrono::milliseconds(0));
+Result<UniqueFd> connectUnix(const std::string& path,
+                             std::chrono::milliseconds timeout = std::chrono::milliseconds(0));
 
 /** Blocking exchange for clients. One thread at a time may send and one may receive. */
 class SyncConnection {
@@ -43,9 +44,9 @@ private:
 };
 
 /**
- * One connection served by an event loop. All calls and callbacks on the loop's thread. A peer that does not read
- * is cut off once more than `backlogLimit` bytes wait for it. `onClosed` is called once, from the loop, never from
- * inside `send`; destroying the connection from a callback is allowed.
+ * One connection served by an event loop. All calls and callbacks on the loop's thread. A peer that does not
+ * read is cut off once more than `backlogLimit` bytes wait for it. `onClosed` is called once, from the loop,
+ * never from inside `send`; destroying the connection from a callback is allowed.
  */
 class Connection {
 public:

@@ -21,6 +21,11 @@ export function makeLog() {
     element('label', {}, follow, ' follow'), button('Clear', () => lines.replaceChildren())), lines);
 }
 
+/** Forgets everything, before the newest lines arrive anew. */
+export function clearLog() {
+  lines.replaceChildren();
+}
+
 export function showLog(entries) {
   const nodes = entries.slice(-Kept).map((entry) => {
     const node = element('li', {className: entry.severity <= 2 ? 'error' : entry.severity <= 4 ? 'warning' : '', hidden: !matches(entry)},

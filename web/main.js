@@ -2,7 +2,7 @@
 import {channel, element} from './api.js';
 import {makeCar, showDrive, showLauncher, showProcesses, showRequest, showVehicle} from './car.js';
 import {makeKeys} from './keys.js';
-import {makeLog, showLog} from './log.js';
+import {clearLog, makeLog, showLog} from './log.js';
 import {clearPps, makePps, showPps} from './pps.js';
 import {takeFrames} from './screen.js';
 
@@ -51,7 +51,7 @@ function showLine() {
 setInterval(() => { line.rate = takeFrames(); showLine(); }, 1000);
 
 const handlers = {
-  reset() { clearPps(); document.getElementById('requests').replaceChildren(); },
+  reset() { clearPps(); clearLog(); },
   pps: (message) => showPps(message.object, message.text, message.changed),
   log: (message) => showLog(message.entries),
   request: (message) => showRequest(message.request),
@@ -65,11 +65,12 @@ const handlers = {
   },
 };
 
-channel('/ws/state', {
+const socket = channel('/ws/state', {
   open() { line.connected = true; showLine(); },
   closed() { line.connected = false; line.running = false; showLine(); },
   message(event) {
-    const message = JSON.parse(event.data);
-    handlers[message.t]?.(message);
+    const {seq, messages} = JSON.parse(event.data);
+    for (const message of messages) handlers[message.t]?.(message);
+    socket.send({ack: seq});
   },
 });

@@ -9,7 +9,8 @@
 namespace zm {
 
 Result<std::string> encodePng(const PixelView& view, int level) {
-    const std::unique_ptr<spng_ctx, decltype(&spng_ctx_free)> context(spng_ctx_new(SPNG_CTX_ENCODER), spng_ctx_free);
+    const std::unique_ptr<spng_ctx, decltype(&spng_ctx_free)> context(spng_ctx_new(SPNG_CTX_ENCODER),
+                                                                      spng_ctx_free);
     if (!context) {
         return Error{"PNG: out of memory"};
     }
@@ -22,10 +23,12 @@ Result<std::string> encodePng(const PixelView& view, int level) {
     header.bit_depth = 8;
     header.color_type = SPNG_COLOR_TYPE_TRUECOLOR;
     spng_set_ihdr(context.get(), &header);
-    int error = spng_encode_image(context.get(), nullptr, 0, SPNG_FMT_PNG, SPNG_ENCODE_PROGRESSIVE | SPNG_ENCODE_FINALIZE);
+    int error = spng_encode_image(context.get(), nullptr, 0, SPNG_FMT_PNG,
+                                  SPNG_ENCODE_PROGRESSIVE | SPNG_ENCODE_FINALIZE);
     std::vector<uint8_t> row(static_cast<size_t>(view.area.w) * 3);
     for (int y = 0; y < view.area.h && error == 0; ++y) {
-        const uint8_t* from = view.pixels + static_cast<ptrdiff_t>(view.area.y + y) * view.stride + view.area.x * 4;
+        const uint8_t* from =
+            view.pixels + static_cast<ptrdiff_t>(view.area.y + y) * view.stride + view.area.x * 4;
         for (size_t x = 0; x < row.size(); x += 3, from += 4) {
             row[x] = from[2];
             row[x + 1] = from[1];
@@ -50,8 +53,8 @@ Result<std::string> encodeJpeg(const PixelView& view, int quality) {
     unsigned char* bytes = nullptr;
     unsigned long size = 0;
     const uint8_t* from = view.pixels + static_cast<ptrdiff_t>(view.area.y) * view.stride + view.area.x * 4;
-    const int failed = tjCompress2(compressor.get(), from, view.area.w, view.stride, view.area.h, TJPF_BGRX, &bytes, &size,
-                                   TJSAMP_420, quality, TJFLAG_FASTDCT);
+    const int failed = tjCompress2(compressor.get(), from, view.area.w, view.stride, view.area.h, TJPF_BGRX,
+                                   &bytes, &size, TJSAMP_420, quality, TJFLAG_FASTDCT);
     const std::unique_ptr<unsigned char, decltype(&tjFree)> owner(bytes, tjFree);
     if (failed) {
         return Error{std::string("JPEG: ") + tjGetErrorStr2(compressor.get())};

@@ -5,8 +5,9 @@
 namespace zm {
 
 /**
- * Who may talk to the page's server: a caller that knows the token (in the printed URL, from then on as a cookie), that
- * names a loopback host (so that a foreign name which resolves to this machine is refused) and that no foreign page sent.
+ * Who may talk to the page's server: a caller that knows the token (in the printed URL, from then on as a
+ * cookie), that names a loopback host (so that a foreign name which resolves to this machine is refused) and
+ * that no foreign page sent.
  */
 class WebGuard {
 public:
@@ -16,7 +17,8 @@ public:
     /** The port that host names and the cookie carry. */
     void setPort(int port) { m_port = port; }
     const std::string& token() const { return m_token; }
-    /** Value for the Set-Cookie header. Cookies are not told apart by port, so the port is part of the name. */
+    /** Value for the Set-Cookie header. Cookies are not told apart by port, so the port is part of the name.
+     */
     std::string cookieHeader() const;
 
     /** Empty texts stand for headers that were not sent. */

@@ -15,7 +15,8 @@ public:
     ~FilesControlBase() override;
 
     virtual bool Init();
-    /** Starts the monitor thread, which first delivers the present state of each object in the order of adding. */
+    /** Starts the monitor thread, which first delivers the present state of each object in the order of
+     * adding. */
     virtual bool Start();
     /** Ends the monitor thread and waits for it; no change is delivered after the call. */
     virtual bool Stop();

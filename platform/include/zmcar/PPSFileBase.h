@@ -20,7 +20,8 @@ public:
     bool OpenPPS();
     /** Closes it; false if it was not open. */
     bool ClosePPS();
-    /** Writes `length` bytes of PPS text as one change; false if it is not open or the write fails. Any thread. */
+    /** Writes `length` bytes of PPS text as one change; false if it is not open or the write fails. Any
+     * thread. */
     bool WritePPS(const char* buffer, int length);
 
     const fileTagInfo& GetTagInfo() const;

@@ -19,7 +19,8 @@ public:
     bool Close() override;
 
     void SetAppName(const std::string& name);
-    /** Starts delivery of messages to the main view: 1 launcher status and application data, 2 device status, 4 clock. */
+    /** Starts delivery of messages to the main view: 1 launcher status and application data, 2 device status,
+     * 4 clock. */
     bool StartMonitor(int monitor);
 
     /** Asks the launcher to bring application `app` to the front. Any thread; false if nobody listens. */

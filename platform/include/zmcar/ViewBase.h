@@ -16,8 +16,9 @@ class ViewUI;
 struct ViewImpl;
 
 /**
- * A view: its resource, its window, its event handlers. The first view that is initialised is the application's main
- * view and owns the event thread; others are joined to it. All On... handlers run on the event thread.
+ * A view: its resource, its window, its event handlers. The first view that is initialised is the
+ * application's main view and owns the event thread; others are joined to it. All On... handlers run on the
+ * event thread.
  */
 class ViewBase : public IViewMessage {
 public:
@@ -29,12 +30,12 @@ public:
     /** Blocks SIGTERM and SIGINT in the calling thread and those it starts, for WaitforSignals. */
     bool MaskSignals();
     /**
-     * Connects to the head unit and loads `rccPath` + `resourceFile` with fonts from `fontPath`; the window has
-     * `width` x `height` pixels and owns window group `windowGroup`. False (and a log line that says why) if the head
-     * unit does not answer within two seconds or the resource is faulty.
+     * Connects to the head unit and loads `rccPath` + `resourceFile` with fonts from `fontPath`; the window
+     * has `width` x `height` pixels and owns window group `windowGroup`. False (and a log line that says why)
+     * if the head unit does not answer within two seconds or the resource is faulty.
      */
-    virtual bool Init(std::string rccPath, std::string viewName, std::string resourceFile, std::string windowGroup,
-                      std::string fontPath, int width, int height);
+    virtual bool Init(std::string rccPath, std::string viewName, std::string resourceFile,
+                      std::string windowGroup, std::string fontPath, int width, int height);
     /** Adds an initialised view under `name` with z-order `order`. */
     bool JoinView(ViewUI* child, std::string name, int order);
     /** Starts the event thread; false if it cannot be started. */
@@ -55,7 +56,8 @@ public:
     /** Makes window properties take effect and draws what changed. */
     bool FlushContext();
     std::string GetWinGroupName();
-    /** The child window that somebody posted under `name` into this view's window group; false if there is none. */
+    /** The child window that somebody posted under `name` into this view's window group; false if there is
+     * none. */
     bool GetPostScreenWin(const std::string& name, screen_window_t& window);
 
     virtual int OnUserMessage(APP_MSG_S* msg);

@@ -13,8 +13,8 @@ public:
     /** Access to the windows and items of the view's resource; null before Init. */
     CUIWndMng* GetUIWndMgrWrapper();
     /**
-     * Shows or hides page `wndId`; OnShow runs inside the call on the event thread (and before the event loop is
-     * started), from any other thread the call is posted. False if the resource has no such page.
+     * Shows or hides page `wndId`; OnShow runs inside the call on the event thread (and before the event loop
+     * is started), from any other thread the call is posted. False if the resource has no such page.
      */
     bool ShowWnd(int wndId, bool show, int flag);
     /** Makes the view's window blend with what lies under it. */

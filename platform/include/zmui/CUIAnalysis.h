@@ -4,9 +4,10 @@ class CUIWndMng;
 class CUI_BtList;
 
 /**
- * Access to the items of a view's pages by page id and item id. Every call returns false and does nothing when the
- * resource has no such item or the item is of another kind. Changes are kept whether or not the page is shown and
- * become visible with drawItem or CUIWndMng::drawAllItem (or when the page is next shown). Event thread only.
+ * Access to the items of a view's pages by page id and item id. Every call returns false and does nothing
+ * when the resource has no such item or the item is of another kind. Changes are kept whether or not the page
+ * is shown and become visible with drawItem or CUIWndMng::drawAllItem (or when the page is next shown). Event
+ * thread only.
  */
 class CUIAnalysis {
 public:
@@ -18,7 +19,8 @@ public:
     bool SetItemText(int wndId, int itemId, int textId);
     /** Sets a plain text (32-bit characters); it stays when the language changes. */
     bool SetItemText(int wndId, int itemId, const wchar_t* text);
-    /** Sets the picture for one state of the item (1 pressed, 2 normal, 3 selected, 4 all states); picture 0 is none. */
+    /** Sets the picture for one state of the item (1 pressed, 2 normal, 3 selected, 4 all states); picture 0
+     * is none. */
     bool SetItemIcon(int wndId, int itemId, int pictureId, int state);
     bool ShowItem(int wndId, int itemId, bool show);
     bool EnableItem(int wndId, int itemId, bool enable);

@@ -10,8 +10,8 @@ struct _tagList_Info {
 };
 
 /**
- * A list control: rows of one text and icons in slots, drawn only where they are in view. Rows are counted from 0;
- * calls on a row that does not exist return false and do nothing. Event thread only.
+ * A list control: rows of one text and icons in slots, drawn only where they are in view. Rows are counted
+ * from 0; calls on a row that does not exist return false and do nothing. Event thread only.
  */
 class CUI_BtList {
 public:
@@ -20,12 +20,14 @@ public:
     ~CUI_BtList();
 
     int GetItemCount();
-    /** Inserts an empty row before `index` (the end if `index` is the count); `data` is free for the caller. */
+    /** Inserts an empty row before `index` (the end if `index` is the count); `data` is free for the caller.
+     */
     bool InsertItem(int index, int data);
     bool DeleteAllItems();
     /**
-     * Puts picture `icon` (0 for none) into slot `slot`: 0 the kind at the row's start, 2 the playing mark at its end.
-     * `state` is the button state it is for (4 all); `redraw` nonzero draws the row if it is in view.
+     * Puts picture `icon` (0 for none) into slot `slot`: 0 the kind at the row's start, 2 the playing mark at
+     * its end. `state` is the button state it is for (4 all); `redraw` nonzero draws the row if it is in
+     * view.
      */
     bool SetItemICon(int index, int icon, int state, int slot, int redraw);
     bool SetItemString(int index, const wchar_t* text, int redraw);

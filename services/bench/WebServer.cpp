@@ -1,0 +1,226 @@
+#include "services/bench/WebServer.h"
+
+#include "services/bench/Compositor.h"
+#include "services/bench/PixelCodec.h"
+
+#include <libsoup/soup.h>
+
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <map>
+#include <sstream>
+
+namespace zm {
+
+namespace {
+
+constexpr goffset MaxBodyBytes = 64 * 1024;
+
+const char* header(SoupServerMessage* message, const char* name) {
+    const char* value = soup_message_headers_get_one(soup_server_message_get_request_headers(message), name);
+    return value ? value : "";
+}
+
+void refuse(SoupServerMessage* message, guint status) {
+    // A body that nobody will look at is not kept either.
+    soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+    soup_server_message_set_status(message, status, nullptr);
+}
+
+void answer(SoupServerMessage* message, const char* type, const std::string& bytes) {
+    soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
+    soup_server_message_set_response(message, type, SOUP_MEMORY_COPY, bytes.data(), bytes.size());
+}
+
+// Counts a body without a declared length, and stops keeping it once it is too long.
+void countChunk(SoupServerMessage* message, GBytes* chunk, gpointer) {
+    const auto size =
+        GPOINTER_TO_SIZE(g_object_get_data(G_OBJECT(message), "body-size")) + g_bytes_get_size(chunk);
+    g_object_set_data(G_OBJECT(message), "body-size", GSIZE_TO_POINTER(size));
+    if (size > static_cast<size_t>(MaxBodyBytes)) {
+        soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+    }
+}
+
+bool bodyTooLong(SoupServerMessage* message) {
+    return GPOINTER_TO_SIZE(g_object_get_data(G_OBJECT(message), "body-size")) >
+           static_cast<size_t>(MaxBodyBytes);
+}
+
+const std::map<std::string, const char*, std::less<>> contentTypes = {
+    {".html", "text/html; charset=utf-8"},
+    {".js", "text/javascript; charset=utf-8"},
+    {".css", "text/css; charset=utf-8"},
+};
+
+/** Words of a command; empty if the body is not {"argv":["word",...]}. */
+std::vector<std::string> commandWords(std::string_view body) {
+    const auto request = nlohmann::json::parse(body, nullptr, false);
+    std::vector<std::string> words;
+    if (!request.is_object() || !request.contains("argv") || !request["argv"].is_array()) {
+        return words;
+    }
+    for (const auto& word : request["argv"]) {
+        if (!word.is_string()) {
+            return {};
+        }
+        words.push_back(word.get<std::string>());
+    }
+    return words;
+}
+
+} // namespace
+
+WebServer::WebServer(EventLoop& loop, WebBackend backend, std::string pageFolder)
+    : m_backend(std::move(backend)), m_pageFolder(std::move(pageFolder)),
+      m_screen(m_backend.compositor,
+               [this](std::vector<std::string> argv) { m_backend.run(std::move(argv), [](auto) {}); }),
+      m_state(loop, m_backend.sources), m_server(nullptr) {
+    // libsoup takes the loop from the thread default context of whoever creates the server and listens.
+    g_main_context_push_thread_default(loop.context());
+    m_server = soup_server_new("server-header", "bench", nullptr);
+    soup_server_remove_websocket_extension(m_server, SOUP_TYPE_WEBSOCKET_EXTENSION_DEFLATE);
+    // The guard stands on each exact path: one on a shorter path is not asked for a longer one.
+    for (const char* path : {"/", "/api", "/ws/screen", "/ws/state"}) {
+        soup_server_add_early_handler(m_server, path, &WebServer::guard, this, nullptr);
+    }
+    soup_server_add_websocket_handler(
+        m_server, "/ws/screen", nullptr, nullptr,
+        [](SoupServer*, SoupServerMessage*, const char*, SoupWebsocketConnection* connection, gpointer self) {
+            static_cast<WebServer*>(self)->m_screen.add(connection);
+        },
+        this, nullptr);
+    soup_server_add_websocket_handler(
+        m_server, "/ws/state", nullptr, nullptr,
+        [](SoupServer*, SoupServerMessage*, const char*, SoupWebsocketConnection* connection, gpointer self) {
+            static_cast<WebServer*>(self)->m_state.add(connection);
+        },
+        this, nullptr);
+    for (const char* path : {"/", "/api"}) {
+        soup_server_add_handler(m_server, path, &WebServer::serve, this, nullptr);
+    }
+    g_main_context_pop_thread_default(loop.context());
+}
+
+WebServer::~WebServer() {
+    soup_server_disconnect(m_server);
+    g_object_unref(m_server);
+}
+
+Result<std::string> WebServer::start(int port) {
+    GError* error = nullptr;
+    if (!soup_server_listen_local(m_server, static_cast<guint>(port), SOUP_SERVER_LISTEN_IPV4_ONLY, &error)) {
+        const std::string text = error->message;
+        g_error_free(error);
+        return Error{"port " + std::to_string(port) + ": " + text};
+    }
+    GSList* uris = soup_server_get_uris(m_server);
+    const int actual = g_uri_get_port(static_cast<GUri*>(uris->data));
+    g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
+    m_guard.setPort(actual);
+    return "http://127.0.0.1:" + std::to_string(actual) + "/?token=" + m_guard.token();
+}
+
+void WebServer::guard(SoupServer*, SoupServerMessage* message, const char* path, GHashTable* query,
+                      void* self) {
+    auto* server = static_cast<WebServer*>(self);
+    const WebGuard::Caller caller{header(message, "Host"), header(message, "Origin"),
+                                  header(message, "Cookie"), header(message, "Authorization")};
+    if (!server->m_guard.knownPlace(caller)) {
+        refuse(message, SOUP_STATUS_FORBIDDEN);
+        return;
+    }
+    if (!server->m_guard.knownCaller(caller)) {
+
+        const auto* token = query ? static_cast<const char*>(g_hash_table_lookup(query, "token")) : nullptr;
+        if (!token || std::string_view(path) != "/" || !server->m_guard.isToken(token)) {
+            refuse(message, SOUP_STATUS_FORBIDDEN);
+            return;
+        }
+        // The token leaves the address bar and goes on as a cookie.
+        soup_message_headers_append(soup_server_message_get_response_headers(message), "Set-Cookie",
+                                    server->m_guard.cookieHeader().c_str());
+        soup_server_message_set_redirect(message, SOUP_STATUS_SEE_OTHER, "/");
+        return;
+    }
+    if (soup_message_headers_get_content_length(soup_server_message_get_request_headers(message)) >
+        MaxBodyBytes) {
+        refuse(message, SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE);
+        return;
+    }
+    g_signal_connect(message, "got-chunk", G_CALLBACK(countChunk), nullptr);
+}
+
+void WebServer::serve(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, void* self) {
+    auto* server = static_cast<WebServer*>(self);
+    SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
+    soup_message_headers_append(headers, "Content-Security-Policy",
+                                "default-src 'self'; img-src 'self' blob: data:; frame-ancestors 'none'");
+    soup_message_headers_append(headers, "X-Content-Type-Options", "nosniff");
+    soup_message_headers_append(headers, "Cache-Control", "no-store");
+    soup_message_headers_append(headers, "Referrer-Policy", "no-referrer");
+    const std::string_view method = soup_server_message_get_method(message);
+    const std::string name = path;
+    if (bodyTooLong(message)) {
+        soup_server_message_set_status(message, SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE, nullptr);
+    } else if (name == "/api/command") {
+        method == "POST" ? server->command(message)
+                         : soup_server_message_set_status(message, SOUP_STATUS_METHOD_NOT_ALLOWED, nullptr);
+    } else if (method != "GET" && method != "HEAD") {
+        soup_server_message_set_status(message, SOUP_STATUS_METHOD_NOT_ALLOWED, nullptr);
+    } else if (name == "/api/shot.png") {
+        server->shot(message);
+    } else {
+        server->file(message, name == "/" ? "/index.html" : name);
+    }
+}
+
+void WebServer::command(SoupServerMessage* message) {
+    GBytes* body = soup_message_body_flatten(soup_server_message_get_request_body(message));
+    gsize size = 0;
+    const auto* bytes = static_cast<const char*>(g_bytes_get_data(body, &size));
+    auto words = commandWords({bytes, size});
+    g_bytes_unref(body);
+    if (words.empty()) {
+        soup_server_message_set_status(message, SOUP_STATUS_BAD_REQUEST, nullptr);
+        return;
+    }
+    soup_server_message_pause(message);
+    const std::shared_ptr<SoupServerMessage> held(SOUP_SERVER_MESSAGE(g_object_ref(message)), g_object_unref);
+    m_backend.run(std::move(words), [held](const WebBackend::Answer& result) {
+        answer(held.get(), "application/json",
+               nlohmann::json{{"out", result.out}, {"err", result.err}, {"exit", result.exit}}.dump(
+                   -1, ' ', false, nlohmann::json::error_handler_t::replace));
+        soup_server_message_unpause(held.get());
+    });
+}
+
+void WebServer::shot(SoupServerMessage* message) {
+    const Image& frame = m_backend.compositor.compose();
+    const auto png = encodePng({frame.pixels.data(), frame.stride, {0, 0, frame.width, frame.height}});
+    if (png) {
+        answer(message, "image/png", *png);
+    } else {
+        soup_server_message_set_status(message, SOUP_STATUS_INTERNAL_SERVER_ERROR, png.error().c_str());
+    }
+}
+
+void WebServer::file(SoupServerMessage* message, const std::string& path) {
+    const size_t dot = path.rfind('.');
+    const auto type = contentTypes.find(dot == std::string::npos ? "" : path.substr(dot));
+    // All files lie in one folder: a path with a further slash names none of them.
+    std::ifstream stream;
+    if (type != contentTypes.end() && path.find('/', 1) == std::string::npos) {
+        stream.open(m_pageFolder + path, std::ios::binary);
+    }
+    if (!stream) {
+        soup_server_message_set_status(message, SOUP_STATUS_NOT_FOUND, nullptr);
+        return;
+    }
+    std::ostringstream content;
+    content << stream.rdbuf();
+    answer(message, type->second, content.str());
+}
+
+} // namespace zm

@@ -8,11 +8,12 @@
 #include <atomic>
 #include <cstddef>
 #include <string>
+#include <type_traits>
 
 /**
- * The last known state of the disc service. Every accessor takes the lock for the copy of one value or record only:
- * readers work on copies; a writer of one field reads the record, changes its copy and writes the record back.
- * Any thread, except where said.
+ * The last known state of the disc service. Every accessor takes the lock for the copy of one value or record
+ * only: readers work on copies; a writer of one field reads the record, changes its copy and writes the
+ * record back. Any thread, except where said.
  */
 class CDiscData {
 public:
@@ -25,10 +26,12 @@ public:
     static CDiscData* GetInstance();
 
     void Init() {}
-    /** The lock is not recursive: no accessor may be called between the two, except setters that skip equal values. */
+    /** The lock is not recursive: no accessor may be called between the two, except setters that skip equal
+     * values. */
     void Lock();
     void UnLock();
-    /** Forgets what belongs to the disc, but not device status, tags, texts and some flags. For the constructor: takes no lock. */
+    /** Forgets what belongs to the disc, but not device status, tags, texts and some flags. For the
+     * constructor: takes no lock. */
     void ResetDiscInfo();
 
     int GetMsgTip() const;
@@ -45,7 +48,8 @@ public:
     void SetPlaySpeed(int nSpeed);
     int GetAudioChannel() const;
     void SetAudioChannel(int nChannel);
-    /** Setting the stored value again does nothing and needs no lock; so with the next three setters marked "skips". */
+    /** Setting the stored value again does nothing and needs no lock; so with the next three setters marked
+     * "skips". */
     void SetDVDParentalFlag(bool bFlag);
     bool GetDVDParentalFlag() const;
     /** Skips equal values. */
@@ -136,11 +140,17 @@ private:
     template <class T>
     T Get(const T& member) const;
     template <class T>
-    void Set(T& member, T value);
+    void Set(T& member, std::type_identity_t<T> value);
     template <size_t N>
     std::array<int32_t, N> GetComparable(const Comparable<N>& member) const;
     template <size_t N>
+    static void Store(Comparable<N>& member, const std::array<int32_t, N>& value);
+    template <size_t N>
     void SetUnlessEqual(Comparable<N>& member, const std::array<int32_t, N>& value);
+
+    void SetFlag(FLAG_EN flag, bool bFlag);
+    /** The same, and a log line of the setter `func`. */
+    void SetFlagLogged(const char* func, FLAG_EN flag, bool bFlag);
 
     mutable pthread_mutex_t m_mutex;
     bool m_bUpdateFlags[FLAG_COUNT] = {};

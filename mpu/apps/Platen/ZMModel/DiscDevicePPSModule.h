@@ -12,7 +12,8 @@ public:
     DiscDevicePPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
 
     void AttachData(CDiscData* pData) { m_pDiscData = pData; }
-    /** 1 to 6, or -1 if the name is missing or unknown; an unknown one still writes the unchanged record back. */
+    /** 1 to 6, or -1 if the name is missing or unknown; an unknown one still writes the unchanged record
+     * back. */
     int ParsePPSAttr(pps_attrib_t* attr);
 
 private:

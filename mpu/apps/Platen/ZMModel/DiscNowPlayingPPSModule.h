@@ -12,7 +12,8 @@ public:
     DiscNowPlayingPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
 
     void AttachData(CDiscData* pData) { m_pDiscData = pData; }
-    /** State, media type, times and numbers. The result of the write; true when there was nothing to write. */
+    /** State, media type, times and numbers. The result of the write; true when there was nothing to write.
+     */
     bool PublishMediaInfo();
     /** Title, artist and album; result as above. */
     bool PublishPlayID3();

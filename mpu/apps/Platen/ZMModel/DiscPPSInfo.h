@@ -3,8 +3,9 @@
 #include "zmcar/FileTagInfo.h"
 
 /*
- * The PPS objects that the program reads and writes, and every name that stands in them. Flags are the target's
- * numbers: 258 read, write and create; 770 the same and truncate; 257 write and create. Mode 438 is 0666 octal.
+ * The PPS objects that the program reads and writes, and every name that stands in them. Flags are the
+ * target's numbers: 258 read, write and create; 770 the same and truncate; 257 write and create. Mode 438 is
+ * 0666 octal.
  */
 
 /** Numbers under which changes of the objects are reported; 5 is not used. */
@@ -26,13 +27,13 @@ inline const fileTagInfo g_DiscStatusPPSInfo{PPS_KEY_STATUS, "/pps/zelmar/disc/s
 inline const fileTagInfo g_DiscDevicePPSInfo{PPS_KEY_DEVICE, "/pps/zelmar/disc/device?delta", 258, 438};
 inline const fileTagInfo g_DiscPlayingPPSInfo{PPS_KEY_PLAYING, "/pps/zelmar/disc/playing?delta", 258, 438};
 inline const fileTagInfo g_DiscMpegInfoPPSInfo{PPS_KEY_MPEGINFO, "/pps/zelmar/disc/mpeginfo?delta", 258, 438};
-inline const fileTagInfo g_DiscVideoCommandPPSInfo{PPS_KEY_VIDEO_COMMAND,
-                                                   "/pps/zelmar/videoservice/command?delta,nopersist", 257, 438};
-inline const fileTagInfo g_DiscVideoStatusPPSInfo{PPS_KEY_VIDEO_STATUS, "/pps/zelmar/videoservice/status?delta", 258,
-                                                  438};
+inline const fileTagInfo g_DiscVideoCommandPPSInfo{
+    PPS_KEY_VIDEO_COMMAND, "/pps/zelmar/videoservice/command?delta,nopersist", 257, 438};
+inline const fileTagInfo g_DiscVideoStatusPPSInfo{PPS_KEY_VIDEO_STATUS,
+                                                  "/pps/zelmar/videoservice/status?delta", 258, 438};
 inline const fileTagInfo g_DiscSystemPPSInfo{PPS_KEY_SYSTEM, "/pps/zelmar/system/dev_status?delta", 258, 438};
-inline const fileTagInfo g_DiscNowPlayingPPSInfo{PPS_KEY_NOWPLAYING,
-                                                 "/pps/zelmar/navigator/nowplaying?delta,nopersist", 258, 438};
+inline const fileTagInfo g_DiscNowPlayingPPSInfo{
+    PPS_KEY_NOWPLAYING, "/pps/zelmar/navigator/nowplaying?delta,nopersist", 258, 438};
 
 inline constexpr const char* PPS_ENCODING_JSON = "json";
 

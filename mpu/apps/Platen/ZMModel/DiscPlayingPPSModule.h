@@ -11,7 +11,8 @@ public:
     DiscPlayingPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
 
     void AttachData(CDiscData* pData) { m_pDiscData = pData; }
-    /** The index of the attribute, also when its value could not be decoded; -1 if its name is missing or unknown. */
+    /** The index of the attribute, also when its value could not be decoded; -1 if its name is missing or
+     * unknown. */
     int ParsePPSAttr(pps_attrib_t* attr);
 
     void SubscribeTrackInfo(char* encoding, char* value);

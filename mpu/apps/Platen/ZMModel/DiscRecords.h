@@ -8,10 +8,11 @@ struct T_MPEG_DEVICE_STATUS {
     bool bConnected = false;      ///< the drive is connected
     bool bExisting = false;       ///< a disc is present
     bool bMixedSwitching = false; ///< the service switches between the kinds of a mixed disc
-    int32_t nMediaType = 255;     ///< current media type: 0 DVD, 1 CD, 2 music, 3 video, 4 photo, 5 VCD, 255 unknown
-    int32_t nMixedType = 128;     ///< mask of the kinds on a mixed disc
-    int32_t nErrorStatus = 0;     ///< device error code
-    int32_t nVideoMode = 0;       ///< video output mode
+    int32_t nMediaType =
+        255; ///< current media type: 0 DVD, 1 CD, 2 music, 3 video, 4 photo, 5 VCD, 255 unknown
+    int32_t nMixedType = 128; ///< mask of the kinds on a mixed disc
+    int32_t nErrorStatus = 0; ///< device error code
+    int32_t nVideoMode = 0;   ///< video output mode
 };
 
 /** The track that is played; the plural fields are the counts that go with the numbers. */

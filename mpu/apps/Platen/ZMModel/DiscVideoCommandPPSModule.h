@@ -12,7 +12,8 @@ public:
     explicit DiscVideoCommandPPSModule(const fileTagInfo& info);
 
     void AttachData(CDiscData* pData) { m_pDiscData = pData; }
-    /** The result of the write; false when there was nothing to write. Remembers the texts. On the views' thread. */
+    /** The result of the write; false when there was nothing to write. Remembers the texts. On the views'
+     * thread. */
     bool OperateVideoCapture(bool bStart, const std::string& wndGroupId, const std::string& wndId,
                              const std::string& srcName);
 

@@ -18,7 +18,8 @@ public:
 
     PPSObjectEncoder& Add(const char* name, int value);
     PPSObjectEncoder& Add(const char* name, const std::string& value);
-    /** Ends the object and writes it; the result of WritePPS, or `bNoBuffer` when the encoder produced no text. */
+    /** Ends the object and writes it; the result of WritePPS, or `bNoBuffer` when the encoder produced no
+     * text. */
     bool Write(Oro::ZMCAR::PPSFileBase& file, bool bNoBuffer);
 
 private:

@@ -6,7 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 
-/** One attribute of a monitored object: its name and what decodes its value into the state store (may be null). */
+/** One attribute of a monitored object: its name and what decodes its value into the state store (may be
+ * null). */
 template <class Module>
 struct PPSSubscribeRow {
     const char* name;

@@ -1,6 +1,7 @@
 #pragma once
 
-/** Codes of the view messages that the controller sends: word 0 of an APP_MSG_S. They carry no data but where said. */
+/** Codes of the view messages that the controller sends: word 0 of an APP_MSG_S. They carry no data but where
+ * said. */
 enum DISC_VMSG_EN {
     DISC_VMSG_PLAYSTATE = 1000,
     DISC_VMSG_ROOTMENU = 1004,

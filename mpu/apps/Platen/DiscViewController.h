@@ -14,16 +14,18 @@
 
 #include "zmcar/PublicController.h"
 
+#include <array>
 #include <string>
 
 /**
- * Stands between the views and the PPS objects: turns changed attributes into the state store's values and view
- * messages (monitor thread), and the views' wishes into player commands (their thread).
+ * Stands between the views and the PPS objects: turns changed attributes into the state store's values and
+ * view messages (monitor thread), and the views' wishes into player commands (their thread).
  */
 class DiscViewController : public Oro::ZMCAR::PublicController {
 public:
     /** `pView` is the main view's interface; view messages go there. */
     explicit DiscViewController(Oro::ZMCAR::IViewMessage* pView);
+    ~DiscViewController() override;
 
     /** Opens all objects, also when one fails; true if all of them could be opened. */
     bool Init() override;
@@ -87,7 +89,6 @@ public:
 
 private:
     struct HandlerRow;
-    struct ParserRow;
 
     void OnHandleAttrStatus(int result);
     void OnHandleAttrDevice(int result);
@@ -96,7 +97,8 @@ private:
     void OnHandleAttrVideoStatus(int result);
     template <size_t N>
     void Handle(const HandlerRow (&rows)[N], int result);
-    void SendCode(int nCode, int nParam = 0);
+    bool SendCode(int nCode, int nParam = 0);
+    std::array<Oro::ZMCAR::PPSFileBase*, 5> MonitoredFiles();
 
     DiscStatusPPSModule m_status;
     DiscPlayingPPSModule m_playing;

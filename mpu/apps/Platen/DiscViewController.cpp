@@ -1,0 +1,192 @@
+#include "DiscViewController.h"
+
+#include "Log.h"
+#include "ZMModel/DiscPPSInfo.h"
+
+#include "zmcar/AppMessage.h"
+
+/** What follows a view message: publications for the rest of the head unit, in this order. */
+enum PUBLISH_EN { PUBLISH_NOTHING = 0, PUBLISH_MEDIA_INFO = 1, PUBLISH_ID3 = 2 };
+static constexpr int NO_MESSAGE = 0;
+
+/** What one parser result leads to; the rows of a table stand in the order of the results. */
+struct DiscViewController::HandlerRow {
+    int nCode;
+    int nPublish; ///< PUBLISH_EN, added up
+};
+
+DiscViewController::DiscViewController(Oro::ZMCAR::IViewMessage* pView)
+    : PublicController(pView), m_status(g_DiscStatusPPSInfo, this), m_playing(g_DiscPlayingPPSInfo, this),
+      m_mpegInfo(g_DiscMpegInfoPPSInfo, this), m_device(g_DiscDevicePPSInfo, this),
+      m_control(g_DiscControlPPSInfo, this), m_videoCommand(g_DiscVideoCommandPPSInfo),
+      m_videoStatus(g_DiscVideoStatusPPSInfo, this, this), m_system(g_DiscSystemPPSInfo, this),
+      m_nowPlaying(g_DiscNowPlayingPPSInfo, this) {
+    CDiscData* pData = CDiscData::GetInstance();
+    m_status.AttachData(pData);
+    m_playing.AttachData(pData);
+    m_mpegInfo.AttachData(pData);
+    m_device.AttachData(pData);
+    m_control.AttachData(pData);
+    m_videoCommand.AttachData(pData);
+    m_videoStatus.AttachData(pData);
+    m_system.AttachData(pData);
+    m_nowPlaying.AttachData(pData);
+}
+
+DiscViewController::~DiscViewController() {
+    // After a failed start-up nobody has stopped the monitor thread, which must not outlive the modules.
+    FilesControlBase::Stop();
+}
+
+bool DiscViewController::Init() {
+    Oro::ZMCAR::PPSFileBase* const FILES[] = {&m_status, &m_playing,      &m_mpegInfo,
+                                              &m_device, &m_videoCommand, &m_videoStatus,
+                                              &m_system, &m_nowPlaying,   &m_control};
+    bool bOpened = true;
+    for (Oro::ZMCAR::PPSFileBase* pFile : FILES) {
+        bOpened = pFile->OpenPPS() && bOpened;
+    }
+    return PublicController::Init() && bOpened;
+}
+
+bool DiscViewController::Start() {
+    bool bAdded = true;
+    for (Oro::ZMCAR::PPSFileBase* pFile : MonitoredFiles()) {
+        bAdded = AddFile(pFile->GetTagInfo().key, pFile) && bAdded;
+    }
+    return FilesControlBase::Start() && bAdded;
+}
+
+bool DiscViewController::Stop() {
+    return FilesControlBase::Stop();
+}
+
+bool DiscViewController::Close() {
+    Oro::ZMCAR::PPSFileBase* const FILES[] = {&m_status,      &m_playing, &m_mpegInfo,
+                                              &m_device,      &m_control, &m_videoCommand,
+                                              &m_videoStatus, &m_system,  &m_nowPlaying};
+    bool bClosed = true;
+    for (Oro::ZMCAR::PPSFileBase* pFile : MonitoredFiles()) {
+        bClosed = RemoveFile(pFile->GetTagInfo().key) && bClosed;
+    }
+    for (Oro::ZMCAR::PPSFileBase* pFile : FILES) {
+        bClosed = pFile->ClosePPS() && bClosed;
+    }
+    return PublicController::Close() && bClosed;
+}
+
+std::array<Oro::ZMCAR::PPSFileBase*, 5> DiscViewController::MonitoredFiles() {
+    // Not the system object: it is open, but its attributes never arrive.
+    return {&m_status, &m_playing, &m_mpegInfo, &m_device, &m_videoStatus};
+}
+
+void DiscViewController::OnAttributeChange(int key, pps_attrib_t* attr) {
+    switch (key) {
+    case PPS_KEY_STATUS:
+        OnHandleAttrStatus(m_status.ParsePPSAttr(attr));
+        break;
+    case PPS_KEY_DEVICE:
+        OnHandleAttrDevice(m_device.ParsePPSAttr(attr));
+        break;
+    case PPS_KEY_PLAYING:
+        OnHandleAttrPlaying(m_playing.ParsePPSAttr(attr));
+        break;
+    case PPS_KEY_MPEGINFO:
+        OnHandleAttrMpegInfo(m_mpegInfo.ParsePPSAttr(attr));
+        break;
+    case PPS_KEY_VIDEO_STATUS:
+        OnHandleAttrVideoStatus(m_videoStatus.ParsePPSAttr(attr));
+        break;
+    case PPS_KEY_SYSTEM:
+        m_system.ParsePPSAttr(attr);
+        break;
+    default:
+        PublicController::OnAttributeChange(key, attr);
+    }
+}
+
+void DiscViewController::OnHandleAttrStatus(int result) {
+    static constexpr HandlerRow ROWS[] = {
+        {DISC_VMSG_DISCSTATE, PUBLISH_MEDIA_INFO}, {DISC_VMSG_PLAYSTATE, PUBLISH_NOTHING},
+        {DISC_VMSG_ROOTMENU, PUBLISH_NOTHING},     {DISC_VMSG_PARENTAL, PUBLISH_NOTHING},
+        {DISC_VMSG_UPDATEDB, PUBLISH_NOTHING},     {DISC_VMSG_DVDSTATE, PUBLISH_NOTHING},
+        {DISC_VMSG_AUDIOCHANNEL, PUBLISH_NOTHING}, {DISC_VMSG_PLAYSPEED, PUBLISH_NOTHING},
+        {DISC_VMSG_KEYINVALID, PUBLISH_NOTHING},   {DISC_VMSG_MSGTIP, PUBLISH_NOTHING},
+    };
+    Handle(ROWS, result);
+}
+
+void DiscViewController::OnHandleAttrDevice(int result) {
+    static constexpr HandlerRow ROWS[] = {
+        {DISC_VMSG_CONNECTED, PUBLISH_NOTHING}, // the parser never gives 0
+        {DISC_VMSG_DEVICE, PUBLISH_NOTHING},      {DISC_VMSG_CLIPSTYPE, PUBLISH_MEDIA_INFO | PUBLISH_ID3},
+        {DISC_VMSG_MIXEDTYPE, PUBLISH_NOTHING},   {DISC_VMSG_MIXEDSWITCHING, PUBLISH_NOTHING},
+        {DISC_VMSG_ERRORSTATUS, PUBLISH_NOTHING}, {DISC_VMSG_VIDEOMODE, PUBLISH_NOTHING},
+    };
+    Handle(ROWS, result);
+}
+
+void DiscViewController::OnHandleAttrPlaying(int result) {
+    static constexpr HandlerRow ROWS[] = {
+        {DISC_VMSG_TRACKINFO, PUBLISH_MEDIA_INFO},
+        {DISC_VMSG_PLAYTIME, PUBLISH_MEDIA_INFO},
+        {DISC_VMSG_ID3, PUBLISH_ID3},
+    };
+    Handle(ROWS, result);
+}
+
+void DiscViewController::OnHandleAttrMpegInfo(int result) {
+    static constexpr HandlerRow ROWS[] = {{DISC_VMSG_VERSION, PUBLISH_NOTHING}};
+    Handle(ROWS, result);
+}
+
+void DiscViewController::OnHandleAttrVideoStatus(int result) {
+    static constexpr HandlerRow ROWS[] = {{NO_MESSAGE, PUBLISH_NOTHING},
+                                          {DISC_VMSG_VIDEOSTATUS, PUBLISH_NOTHING}};
+    Handle(ROWS, result);
+}
+
+template <size_t N>
+void DiscViewController::Handle(const HandlerRow (&rows)[N], int result) {
+    if (result < 0 || result >= static_cast<int>(N) || rows[result].nCode == NO_MESSAGE) {
+        return;
+    }
+    SendCode(rows[result].nCode);
+    if (rows[result].nPublish & PUBLISH_MEDIA_INFO) {
+        m_nowPlaying.PublishMediaInfo();
+    }
+    if (rows[result].nPublish & PUBLISH_ID3) {
+        m_nowPlaying.PublishPlayID3();
+    }
+}
+
+bool DiscViewController::SendCode(int nCode, int nParam) {
+    APP_MSG_S message{};
+    message.word[0] = nCode;
+    message.word[1] = nParam;
+    SendViewMessage(message);
+    return true;
+}
+
+bool DiscViewController::OnMessageOSDReturn() {
+    return SendCode(DISC_VMSG_OSDRETURN);
+}
+bool DiscViewController::OnMessageUpdateTime() {
+    return SendCode(DISC_VMSG_UPDATETIME);
+}
+bool DiscViewController::OnMessageOSDGetCurTrack() {
+    return SendCode(DISC_VMSG_OSDGETCURTRACK);
+}
+bool DiscViewController::OnMessageOSDGotoTrack(int track) {
+    return SendCode(DISC_VMSG_OSDGOTOTRACK, track);
+}
+
+bool DiscViewController::OperateVideoCapture(bool bStart, const std::string& strWndGroupId,
+                                             const std::string& strWndId, const std::string& strSrcName) {
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__,
+            "[OperateVideoCapture]: bStart=%d,strWndGroupId=%s,strWndId=%s,strSrcName=%s\n", bStart,
+            strWndGroupId.c_str(), strWndId.c_str(), strSrcName.c_str());
+    bool bRet = m_videoCommand.OperateVideoCapture(bStart, strWndGroupId, strWndId, strSrcName);
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[OperateVideoCapture]: Ret=%d\n", bRet);
+    return bRet;
+}

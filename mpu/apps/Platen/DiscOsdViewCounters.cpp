@@ -1,24 +1,13 @@
 #include "DiscOsdView.h"
 
+#include "CounterText.h"
 #include "Log.h"
-#include "WideText.h"
 #include "ZMModel/CDiscData.h"
 #include "zmui/CUIAnalysis.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace {
 
-constexpr int DISC_HIGHEST = 99; ///< a disc's counters have two digits
-constexpr int SECONDS_A_MINUTE = 60;
-constexpr int SECONDS_AN_HOUR = 3600;
 constexpr int REPEAT_FOLDER = 4;
-
-enum class CounterRule {
-    TwoDigits, ///< numbers beyond 99 count as unknown
-    Unbounded
-};
 
 struct CounterRow {
     int clipType;
@@ -41,52 +30,6 @@ constexpr CounterRow COUNTERS[] = {
      CounterRule::TwoDigits},
 };
 
-enum class Counter { Unknown, CountOnly, Both };
-
-Counter Judge(int current, int count, CounterRule rule) {
-    const bool twoDigits = rule == CounterRule::TwoDigits;
-    if (count < 1 || (twoDigits && (count > DISC_HIGHEST || current < 0 || current > DISC_HIGHEST))) {
-        return Counter::Unknown;
-    }
-    return current < 1 ? Counter::CountOnly : Counter::Both;
-}
-
-void ShowNumbers(CUIAnalysis& ui, int window, int item, Counter shown, int current, int count) {
-    wchar_t text[WIDE_TEXT_SIZE] = L"--/--";
-    if (shown == Counter::Both) {
-        FormatWide(text, L"%d/%d", current, count);
-    } else if (shown == Counter::CountOnly) {
-        FormatWide(text, L"--/%d", count);
-    }
-    ui.SetItemText(window, item, text);
-    ui.drawItem(window, item);
-}
-
-void SetTimeText(CUIAnalysis& ui, int window, int item, int seconds) {
-    wchar_t text[WIDE_TEXT_SIZE];
-    const int minutes = seconds / SECONDS_A_MINUTE % SECONDS_A_MINUTE;
-    if (seconds >= SECONDS_AN_HOUR) {
-        FormatWide(text, L"%02d:%02d:%02d", seconds / SECONDS_AN_HOUR, minutes, seconds % SECONDS_A_MINUTE);
-    } else {
-        FormatWide(text, L"%02d:%02d", minutes, seconds % SECONDS_A_MINUTE);
-    }
-    ui.SetItemText(window, item, text);
-}
-
-/**
- * The integer part of elapsed / total * 100 in single precision, with what the target's conversion makes of a
- * total of zero: nothing elapsed gives 0, anything else the largest integer (the bar is limited to its
- * range).
- */
-int Percentage(int elapsed, int total) {
-    constexpr int LARGEST = std::numeric_limits<int>::max();
-    if (total == 0) {
-        return elapsed == 0 ? 0 : LARGEST;
-    }
-    const float percentage = static_cast<float>(elapsed) / static_cast<float>(total) * 100.0F;
-    return static_cast<int>(std::clamp<double>(percentage, std::numeric_limits<int>::min(), LARGEST));
-}
-
 } // namespace
 
 void DiscOsdView::OnUserMsgTrackInfo() {
@@ -105,8 +48,8 @@ void DiscOsdView::OnUserMsgTrackInfo() {
         if (IsClip({row.clipType})) {
             const int current = info.*row.current;
             const int count = info.*row.count;
-            ShowNumbers(*m_pUIAnalysis, m_nCurWndId, row.item, Judge(current, count, row.rule), current,
-                        count);
+            ShowCounter(*m_pUIAnalysis, m_nCurWndId, row.item, JudgeCounter(current, count, row.rule),
+                        current, count);
         }
     }
 }
@@ -114,8 +57,8 @@ void DiscOsdView::OnUserMsgTrackInfo() {
 void DiscOsdView::ShowFileCounter() {
     if (m_pUIAnalysis) {
         const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
-        const Counter shown = Judge(info.curMediaId, info.curMediaIds, CounterRule::Unbounded);
-        ShowNumbers(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TRACK, shown, info.curMediaId, info.curMediaIds);
+        const Counter shown = JudgeCounter(info.curMediaId, info.curMediaIds, CounterRule::Unbounded);
+        ShowCounter(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TRACK, shown, info.curMediaId, info.curMediaIds);
     }
 }
 
@@ -132,7 +75,7 @@ void DiscOsdView::ShowCurTrack(int index) {
     } else if (info.mediaIds >= 1 && info.curMediaId < 1) {
         shown = Counter::CountOnly;
     }
-    ShowNumbers(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TRACK, shown, index, info.mediaIds);
+    ShowCounter(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TRACK, shown, index, info.mediaIds);
 }
 
 void DiscOsdView::OnUserMsgPlayTime() {
@@ -143,7 +86,7 @@ void DiscOsdView::OnUserMsgPlayTime() {
     SetTimeText(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_ELAPSED, playTime.time);
     SetTimeText(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TOTAL, playTime.trackTime);
     m_pUIAnalysis->SetProgressItemPos(m_nCurWndId, OSD_ITEM_PROGRESS,
-                                      Percentage(playTime.time, playTime.trackTime));
+                                      PlayTimePercent(playTime.time, playTime.trackTime));
     m_pUIAnalysis->drawItem(m_nCurWndId, OSD_ITEM_ELAPSED);
     m_pUIAnalysis->drawItem(m_nCurWndId, OSD_ITEM_PROGRESS);
     m_pUIAnalysis->drawItem(m_nCurWndId, OSD_ITEM_TOTAL);

@@ -1,0 +1,155 @@
+#include "services/disc/Catalogue.h"
+
+#include <sqlite3.h>
+
+#include <cstdio>
+#include <string_view>
+#include <variant>
+
+namespace zm::disc {
+
+namespace {
+
+constexpr int BusyMilliseconds = 2000;
+
+// Write-ahead logging keeps readers going while a disc is written; nothing in it needs to survive a power cut.
+constexpr const char* setUp = "PRAGMA journal_mode = WAL;"
+                              "PRAGMA synchronous = OFF;"
+                              "BEGIN IMMEDIATE;"
+                              "DROP TABLE IF EXISTS files;"
+                              "DROP TABLE IF EXISTS folders;"
+                              "CREATE TABLE files (fid INTEGER, folderid INTEGER, ftype INTEGER, filename TEXT);"
+                              "CREATE TABLE folders (folderid INTEGER, parentid INTEGER, foldername TEXT, ftype INTEGER,"
+                              " foldercount INTEGER, filecount INTEGER);"
+                              "CREATE INDEX files_by_number ON files (ftype, folderid, fid);"
+                              "CREATE INDEX folders_by_number ON folders (ftype, folderid);"
+                              "COMMIT;";
+
+constexpr const char* clearAll = "BEGIN IMMEDIATE; DELETE FROM files; DELETE FROM folders; COMMIT;";
+
+/** A prepared statement that is bound and run row by row. */
+class Insert {
+public:
+    using Value = std::variant<int, std::string_view>;
+
+    Insert(sqlite3* database, const char* sql) { sqlite3_prepare_v2(database, sql, -1, &m_statement, nullptr); }
+    ~Insert() { sqlite3_finalize(m_statement); }
+    Insert(const Insert&) = delete;
+    Insert& operator=(const Insert&) = delete;
+
+    /** False if the row could not be written. The values live until the call ends. */
+    bool row(std::initializer_list<Value> values) {
+        int position = 0;
+        for (const auto& value : values) {
+            ++position;
+            if (const auto* text = std::get_if<std::string_view>(&value)) {
+                sqlite3_bind_text(m_statement, position, text->data(), static_cast<int>(text->size()), SQLITE_STATIC);
+            } else {
+                sqlite3_bind_int(m_statement, position, std::get<int>(value));
+            }
+        }
+        const bool done = sqlite3_step(m_statement) == SQLITE_DONE;
+        sqlite3_reset(m_statement);
+        return done;
+    }
+
+private:
+    sqlite3_stmt* m_statement = nullptr;
+};
+
+sqlite3* openDatabase(const std::string& file) {
+    sqlite3* database = nullptr;
+    sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    sqlite3_busy_timeout(database, BusyMilliseconds);
+    return database;
+}
+
+} // namespace
+
+Result<std::unique_ptr<Catalogue>> Catalogue::open(const std::string& file) {
+    std::unique_ptr<Catalogue> catalogue(new Catalogue(openDatabase(file)));
+    if (catalogue->prepare()) {
+        return catalogue;
+    }
+    catalogue.reset();
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        std::remove((file + suffix).c_str());
+    }
+    catalogue.reset(new Catalogue(openDatabase(file)));
+    if (auto status = catalogue->prepare(); !status) {
+        return Error{file + ": " + status.error()};
+    }
+    return catalogue;
+}
+
+Catalogue::~Catalogue() {
+    sqlite3_close(m_database);
+}
+
+Status Catalogue::failure(const char* what) {
+    const std::string text = std::string(what) + ": " + sqlite3_errmsg(m_database);
+    if (!sqlite3_get_autocommit(m_database)) {
+        sqlite3_exec(m_database, "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+    return Error{text};
+}
+
+Status Catalogue::run(const char* statement) {
+    return sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) == SQLITE_OK ? ok() : failure("catalogue");
+}
+
+Status Catalogue::prepare() {
+    return run(setUp);
+}
+
+Status Catalogue::clear() {
+    std::lock_guard lock(m_mutex);
+    return run(clearAll);
+}
+
+Status Catalogue::insertFolders(const Contents& contents, MediaKind kind) {
+    Insert insert(m_database, "INSERT INTO folders VALUES (?, ?, ?, ?, ?, ?)");
+    for (const auto& folder : contents.folders) {
+        const auto& counts = folder.counts[kindIndex(kind)];
+        if (counts.files + counts.folders == 0) {
+            continue;
+        }
+        if (!insert.row({folder.id, folder.parentId, std::string_view(folder.name), static_cast<int>(kind), counts.folders,
+                         counts.files})) {
+            return failure("folders");
+        }
+    }
+    return ok();
+}
+
+Status Catalogue::insertFiles(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled) {
+    Insert insert(m_database, "INSERT INTO files VALUES (?, ?, ?, ?)");
+    for (const auto& item : contents.of(kind)) {
+        if (cancelled) {
+            return failure("cancelled");
+        }
+        if (!insert.row({item.fileId, item.folderId, static_cast<int>(kind), std::string_view(item.name)})) {
+            return failure("files");
+        }
+    }
+    return ok();
+}
+
+Status Catalogue::write(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled) {
+    std::lock_guard lock(m_mutex);
+    if (cancelled) {
+        return Error{"cancelled"};
+    }
+    if (auto status = run("BEGIN IMMEDIATE"); !status) {
+        return status;
+    }
+    if (auto status = insertFolders(contents, kind); !status) {
+        return status;
+    }
+    if (auto status = insertFiles(contents, kind, cancelled); !status) {
+        return status;
+    }
+    return run("COMMIT");
+}
+
+} // namespace zm::disc

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "services/disc/Media.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace zm::disc {
+
+/** What a music file says about itself, as UTF-8. Numbers are 0 when unknown. */
+struct Tags {
+    std::string title;
+    std::string artist;
+    std::string album;
+    int disc = 0;
+    int track = 0;
+    int seconds = 0;
+};
+
+/** One playable file. */
+struct Item {
+    int folderId = 1;
+    int fileId = 0;      ///< counts from 1 inside its folder and kind
+    std::string rawName; ///< the bytes on the disc
+    std::string name;    ///< as shown: UTF-8
+    Tags tags;
+};
+
+struct FolderCounts {
+    int folders = 0; ///< sub-folders that hold files of the kind, at any depth
+    int files = 0;   ///< files of the kind directly inside
+};
+
+struct Folder {
+    int id = 1;
+    int parentId = 0;
+    std::string path; ///< raw bytes, relative to the disc's root, "" for the root itself
+    std::string name; ///< as shown: UTF-8
+    std::array<FolderCounts, KindCount> counts;
+};
+
+/** Everything playable on a data disc, numbered. */
+struct Contents {
+    std::vector<Folder> folders;                    ///< folder n has the id n + 1
+    std::array<std::vector<Item>, KindCount> items; ///< by folder id, then file id
+
+    const std::vector<Item>& of(MediaKind kind) const { return items[kindIndex(kind)]; }
+    const Folder& folder(int id) const { return folders[static_cast<size_t>(id) - 1]; }
+    /** The item's raw path relative to the disc's root. */
+    std::string pathOf(const Item& item) const {
+        const auto& parent = folder(item.folderId).path;
+        return parent.empty() ? item.rawName : parent + "/" + item.rawName;
+    }
+};
+
+} // namespace zm::disc

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "services/disc/Media.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zm::disc {
+
+/** How the tags of a music file are stored. */
+enum class TagFormat { None, Mpeg, Flac, Vorbis, Opus, Mp4, Asf, Wav };
+
+struct FileKind {
+    std::string_view extension; ///< lower case, without the dot
+    MediaKind kind;
+    TagFormat tags = TagFormat::None;
+};
+
+/** The row of a file by its name's extension in any case; nothing for files that cannot be played. */
+std::optional<FileKind> fileKind(std::string_view name);
+
+} // namespace zm::disc

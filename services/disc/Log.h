@@ -1,0 +1,15 @@
+#pragma once
+
+#include "sys/slog.h"
+
+namespace zm::disc {
+
+/** The service's code in the system log. */
+inline constexpr int LogCode = _SLOG_SETCODE(_SLOGC_PRIVATE_START, 1);
+
+// One line each; printf conversions.
+#define logError(...) ::slogf(::zm::disc::LogCode, _SLOG_ERROR, "zmdiscd: " __VA_ARGS__)
+#define logWarning(...) ::slogf(::zm::disc::LogCode, _SLOG_WARNING, "zmdiscd: " __VA_ARGS__)
+#define logInfo(...) ::slogf(::zm::disc::LogCode, _SLOG_INFO, "zmdiscd: " __VA_ARGS__)
+
+} // namespace zm::disc

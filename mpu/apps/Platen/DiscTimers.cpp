@@ -1,5 +1,6 @@
 #include "DiscTimers.h"
 
+#include "FindRow.h"
 #include "zmcar/TimerBase.h"
 
 namespace {
@@ -19,13 +20,9 @@ constexpr TimerRow TIMERS[] = {
 } // namespace
 
 void StartDiscTimer(Oro::ZMCAR::TimerBase* timers, unsigned int id) {
-    if (!timers) {
-        return;
-    }
-    for (const TimerRow& row : TIMERS) {
-        if (row.id == id) {
-            timers->SetTimer(id, row.milliseconds);
-        }
+    const TimerRow* row = FindRow(TIMERS, &TimerRow::id, id);
+    if (timers && row) {
+        timers->SetTimer(id, row->milliseconds);
     }
 }
 

@@ -57,22 +57,41 @@ public:
 private:
     friend struct DiscViewTest;
 
-    struct MessagePage;
-    enum class Busy { No, Yes };
+    enum class Message { Loading, NoDisc, Ejecting, RegionError };
+    struct MessageRow;
+    struct TimerRow;
+    struct AppStatusRow;
+    struct UserMessageRow;
+    struct IndicatorRow;
+    struct KeyRow;
+    struct PageRow;
+    struct ControlRow;
 
-    // Frame (DiscView.cpp)
+    /** Sends a player command; nothing without a controller. */
+    template <class... Parameters, class... Arguments>
+    void Send(bool (DiscViewController::*command)(Parameters...), Arguments... arguments) {
+        if (m_pController) {
+            (m_pController->*command)(arguments...);
+        }
+    }
+
+    // Frame and pages (DiscView.cpp, DiscViewPages.cpp)
     void ToBeep();
+    void TakeList(int nWndId, CUI_BtList*& list);
     void OnGotoAudioPlayPage();
-    void ShowMessagePage(const MessagePage& page);
-    void ShowNoDisc();
-    void ShowLoading();
+    /** Shows a message on WND_DISC_LOADING, enters its state and starts its timer. */
+    void ShowMessage(Message message);
+    void ShowErrorPage();
     void DiscError();
     void DiscExit();
     void RegionError();
     void FillPage(int nWndId);
     void FillParkingPage();
     void FillListPage(int nWndId);
+    /** The overlay, or null before it is joined. */
     DiscOsdView* Osd();
+    /** Asks the launcher to bring an application to the front. */
+    void QueryApplication(const char* name);
     void QueryHome();
 
     // Timers (DiscViewTimers.cpp)
@@ -100,13 +119,11 @@ private:
     void OnPause(const T_PLAY_STATUS& playStatus);
     void OnHideOnly(const T_PLAY_STATUS& playStatus);
     void OnQuit(const T_PLAY_STATUS& playStatus);
-    void ResumeVideoDisc();
-    void ResumeVideoFile();
-    void ResumeAudio();
-    void HideSourcePopup();
+    void ResumePage();
+    void RedrawOsd();
     void RequestDiscSource();
 
-    // Disc state (DiscViewState.cpp, DiscViewPlay.cpp, DiscViewTitles.cpp)
+    // Disc state (DiscViewState.cpp, DiscViewPlay.cpp, DiscViewTitles.cpp, DiscViewTabs.cpp)
     void OnUserMsgPlayState();
     void OnUserMsgRootMenu();
     void OnUserMsgClipsType();
@@ -121,7 +138,11 @@ private:
     void OnUserMsgMixedSwitching();
     void OnUserMsgErrorStatus();
     void OnUserMsgVideoMode();
-    void EnterPlayPage(int nPlayStatus);
+    /** The first playing state after loading: to the page of the type. */
+    void EnterPlayPage();
+    void EnterVideoPage();
+    /** From a video file or photo to its list; the overlay has been hidden. */
+    void ReturnFromVideo(bool bDbDone);
     void ShowPlayButton(int shown, int hidden);
     void SkipUnreadable();
     void SetMediaTypeIcon(int nWndId);
@@ -131,9 +152,11 @@ private:
     void UpdateMusicTitleRight(int nWndId);
     void UpdateVideoTitleRight(int nWndId);
     void UpdatePhotoTitleRight(int nWndId);
+    /** The catalogue's name of the playing file; empty when it is not known. */
     std::string QueryFileName(int nFileType);
     void ShowFileTitle(int nWndId, int nItem, const std::string& name);
     void ShowTrackText();
+    void ShowTag(int nItem, const char* name, const std::string& text);
 
     // File lists (DiscViewLists*.cpp)
     void OnQueryAudioList();
@@ -182,7 +205,7 @@ private:
     void DealInputNum();
     void OnClickGotoWnd(long ctrlId);
 
-    // Keys and touch (DiscViewKeys.cpp, DiscViewTouch.cpp)
+    // Keys and touch (DiscViewKeys.cpp, DiscViewListKeys.cpp, DiscViewTouch.cpp)
     void OnKey_K_Up();
     void OnKey_K_Down();
     void OnKey_K_Left();
@@ -191,14 +214,15 @@ private:
     void OnKey_K_Return();
     void OnKey_K_Encoder_Inc();
     void OnKey_K_Encoder_Dec();
+    /** The list that the keys move; null when the source has none. */
     CUI_BtList* CurrentList();
     void SetOsdKeyType(int keyType);
-    void LeavePhoto();
     void OnClickLoadingWnd(long nCtrlId);
     void OnClickErrorWnd(long nCtrlId);
     void OnClickAudioPlay(long nCtrlId, int nBtState);
     void OnClickAudioPlayWnd(long nCtrlId);
     void OnClickVideoWnd(long nCtrlId);
+    void OnClickDiscMenu();
     void OnClickPictureWnd(long nCtrlId);
     void OnClickSrcGroup(long nCtrlId);
     void OnSwipe();
@@ -210,8 +234,8 @@ private:
     void SetVisibleVideo(bool bShow);
     void SetVisibleOsd(bool bShow);
     void HideOsdAndPad();
-    void StartCapture();
-    void StopCapture();
+    void WithdrawOsd();
+    void OperateCapture(bool bStart);
 
     // Status indicators and parking (DiscViewStatus.cpp)
     void UpdateDateTime(bool bRedraw);
@@ -219,11 +243,12 @@ private:
     void UpdateMuteStatus(bool bRedraw);
     void UpdateCarTemp(bool bRedraw);
     void OnAppsMsgDevStatus(int devId, int value);
-    void OnParkingChanged(int value);
+    void OnParkingChanged(bool bParked);
     void OnGotoParkingView();
     void OnHideParkingView();
     void ApplyParking();
     void OnClickParkingWnd(long ctrlId);
+    void LeaveParkingPage();
 
     DiscViewController* m_pController = nullptr;
     CUIAnalysis* m_pUIAnalysis = nullptr;

@@ -153,10 +153,10 @@ void DiscViewController::Handle(const HandlerRow (&rows)[N], int result) {
     }
     SendCode(rows[result].nCode);
     if (rows[result].nPublish & PUBLISH_MEDIA_INFO) {
-        m_nowPlaying.PublishMediaInfo();
+        PublishMediaInfo();
     }
     if (rows[result].nPublish & PUBLISH_ID3) {
-        m_nowPlaying.PublishPlayID3();
+        PublishPlayID3();
     }
 }
 
@@ -166,6 +166,14 @@ bool DiscViewController::SendCode(int nCode, int nParam) {
     message.word[1] = nParam;
     SendViewMessage(message);
     return true;
+}
+
+bool DiscViewController::PublishMediaInfo() {
+    return m_nowPlaying.PublishMediaInfo();
+}
+
+bool DiscViewController::PublishPlayID3() {
+    return m_nowPlaying.PublishPlayID3();
 }
 
 bool DiscViewController::OnMessageOSDReturn() {

@@ -77,6 +77,10 @@ public:
     bool ReqPlaylist(int, int) { return true; }
     bool ReqPlaylistName(int, int, int) { return true; }
 
+    /* Tell the rest of the head unit what plays; the views do so when the application is resumed. */
+    bool PublishMediaInfo();
+    bool PublishPlayID3();
+
     /* Messages between the views; always true. */
     bool OnMessageOSDReturn();
     bool OnMessageUpdateTime();

@@ -32,6 +32,11 @@ enum : int {
     VIEW_STATE_REGION_ERROR = 17
 };
 
+/** States of the list pages. */
+constexpr bool IsListState(int state) {
+    return state >= VIEW_STATE_MUSIC_LIST && state <= VIEW_STATE_PHOTO_LIST;
+}
+
 /** Play types, as the device status numbers them. */
 enum : int {
     PLAY_TYPE_DVD = 0,
@@ -42,6 +47,16 @@ enum : int {
     PLAY_TYPE_VCD = 5,
     PLAY_TYPE_UNKNOWN = 255
 };
+
+/** Types whose picture is video; they share state and pages. */
+constexpr bool IsVideoType(int type) {
+    return type == PLAY_TYPE_DVD || type == PLAY_TYPE_VIDEO || type == PLAY_TYPE_VCD;
+}
+
+/** Types that play on the music play page. */
+constexpr bool IsAudioType(int type) {
+    return type == PLAY_TYPE_CD || type == PLAY_TYPE_MUSIC;
+}
 
 /** Bits of the mixed-type mask: which media types the disc holds. */
 enum : int { MIXED_MUSIC = 2, MIXED_VIDEO = 4, MIXED_PHOTO = 8 };
@@ -105,6 +120,14 @@ enum : int {
     K_REPEAT_ALL = 161,
     K_SHUFFLE = 162,
     K_RESTART = 163
+};
+
+/** What the overlay is told of hard keys. */
+enum : int {
+    OSD_KEY_TYPE_NEXT = 1,
+    OSD_KEY_TYPE_PREVIOUS = 2,
+    OSD_KEY_TYPE_FORWARD = 3,
+    OSD_KEY_TYPE_BACKWARD = 4
 };
 
 /** Button states of a click. */

@@ -1,5 +1,6 @@
 #include "SourceGroup.h"
 
+#include "FindRow.h"
 #include "zmcar/PublicController.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"
@@ -38,15 +39,13 @@ SourceGroupClick SourceGroup::Click(long ctrlId) {
         ShowPopup(ctrlId == SRC_CTRL_OPEN);
         return ctrlId == SRC_CTRL_OPEN ? SourceGroupClick::Opened : SourceGroupClick::Done;
     }
-    for (const SourceRow& row : SOURCES) {
-        if (row.control == ctrlId) {
-            Beep();
-            if (m_pController) {
-                m_pController->QueryLauncher(row.application,
-                                             ctrlId == SRC_CTRL_ASR ? m_pSpeechData : "null");
-            }
-            return SourceGroupClick::Done;
-        }
+    const SourceRow* row = FindRow(SOURCES, &SourceRow::control, ctrlId);
+    if (!row) {
+        return SourceGroupClick::Other;
     }
-    return SourceGroupClick::Other;
+    Beep();
+    if (m_pController) {
+        m_pController->QueryLauncher(row->application, ctrlId == SRC_CTRL_ASR ? m_pSpeechData : "null");
+    }
+    return SourceGroupClick::Done;
 }

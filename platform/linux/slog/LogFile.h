@@ -2,8 +2,6 @@
 
 #include "base/UniqueFd.h"
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <mutex>
 #include <string>
@@ -17,14 +15,14 @@ struct LogEntry {
     std::string time;    ///< local time, "2015-09-09T10:08:13.042"
     std::string process; ///< name of the program
     int pid = 0;
-    int severity = 0;  ///< 0 shutdown ... 2 error ... 5 info, 6 debug
-    std::string text;  ///< line feeds inside it as the two characters "\n"; one at its end is dropped
+    int severity = 0; ///< 0 shutdown ... 2 error ... 5 info, 6 debug
+    std::string text; ///< line feeds inside it as the two characters "\n"; one at its end is dropped
 };
 
 /**
  * Appends messages to a log file that several processes share. A file that has reached the size limit becomes
- * "PATH.old" (the older one is dropped) and a new one is begun. The file is made on the first message, its folder
- * never. Any thread.
+ * "PATH.old" (the older one is dropped) and a new one is begun. The file is made on the first message, its
+ * folder never. Any thread.
  */
 class LogWriter {
 public:
@@ -37,14 +35,15 @@ public:
     bool write(unsigned code, int severity, std::string_view text);
 
 private:
+    enum class FileState { current, full, gone };
+
     bool openCurrent();
-    bool rotate();
+    FileState state() const;
 
     const std::string m_path;
     const size_t m_sizeLimit;
     std::mutex m_mutex;
     UniqueFd m_fd;
-    ino_t m_inode = 0;
 };
 
 /** Reads a log file from another process or thread, across its rotation. One thread at a time. */
@@ -53,13 +52,17 @@ public:
     /** The file need not exist yet. `readNew` begins with what is written after this. */
     explicit LogReader(std::string path);
 
-    /** The latest `n` messages (fewer if there are not so many), oldest first; `readNew` goes on behind them. */
+    /** The latest `n` messages (fewer if there are not so many), oldest first; `readNew` goes on behind them.
+     */
     std::vector<LogEntry> last(size_t n);
     /** What was written since the last call of either; empty if nothing. */
     std::vector<LogEntry> readNew();
 
 private:
+    /** All whole lines from the present position on. */
     std::vector<LogEntry> drain();
+    /** The same of another file, from its beginning. */
+    std::vector<LogEntry> drainFile(UniqueFd file);
 
     std::string m_path;
     UniqueFd m_fd;

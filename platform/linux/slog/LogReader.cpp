@@ -1,0 +1,121 @@
+#include "platform/linux/slog/LogFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <iterator>
+#include <optional>
+
+namespace zm {
+
+namespace {
+
+UniqueFd openForReading(const std::string& path) {
+    return UniqueFd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+}
+
+bool sameFile(const UniqueFd& a, const UniqueFd& b) {
+    struct stat first {};
+    struct stat second {};
+    return fstat(a.get(), &first) == 0 && fstat(b.get(), &second) == 0 && first.st_ino == second.st_ino &&
+           first.st_dev == second.st_dev;
+}
+
+/** Cuts the next word off the line. */
+std::string_view takeWord(std::string_view& line) {
+    size_t end = line.find(' ');
+    std::string_view word = line.substr(0, end);
+    line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
+    return word;
+}
+
+std::optional<int> toNumber(std::string_view word) {
+    int value = 0;
+    auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    return error == std::errc{} && end == word.data() + word.size() ? std::optional(value) : std::nullopt;
+}
+
+std::optional<LogEntry> parse(std::string_view line) {
+    LogEntry entry;
+    entry.time = takeWord(line);
+    entry.process = takeWord(line);
+    auto pid = toNumber(takeWord(line));
+    auto severity = toNumber(takeWord(line));
+    std::string_view code = takeWord(line);
+    if (!pid || !severity || !code.starts_with("0x")) {
+        return std::nullopt;
+    }
+    entry.pid = *pid;
+    entry.severity = *severity;
+    entry.text = line;
+    return entry;
+}
+
+void append(std::vector<LogEntry>& entries, std::vector<LogEntry> more) {
+    entries.insert(entries.end(), std::move_iterator(more.begin()), std::move_iterator(more.end()));
+}
+
+} // namespace
+
+LogReader::LogReader(std::string path) : m_path(std::move(path)), m_fd(openForReading(m_path)) {
+    if (m_fd.valid()) {
+        lseek(m_fd.get(), 0, SEEK_END);
+    }
+}
+
+std::vector<LogEntry> LogReader::drain() {
+    std::vector<LogEntry> entries;
+    char block[64 * 1024];
+    ssize_t count = 0;
+    while (m_fd.valid() && (count = ::read(m_fd.get(), block, sizeof block)) > 0) {
+        m_partial.append(block, static_cast<size_t>(count));
+        std::string_view rest = m_partial;
+        for (size_t end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
+            if (auto entry = parse(rest.substr(0, end))) {
+                entries.push_back(std::move(*entry));
+            }
+            rest.remove_prefix(end + 1);
+        }
+        m_partial.erase(0, m_partial.size() - rest.size());
+    }
+    return entries;
+}
+
+std::vector<LogEntry> LogReader::drainFile(UniqueFd file) {
+    m_fd = std::move(file);
+    m_partial.clear();
+    return drain();
+}
+
+std::vector<LogEntry> LogReader::last(size_t n) {
+    std::vector<LogEntry> old = drainFile(openForReading(m_path + ".old"));
+    std::vector<LogEntry> entries = drainFile(openForReading(m_path));
+    if (entries.size() < n) {
+        append(old, std::move(entries));
+        entries = std::move(old);
+    }
+    if (entries.size() > n) {
+        entries.erase(entries.begin(), entries.end() - static_cast<ptrdiff_t>(n));
+    }
+    return entries;
+}
+
+std::vector<LogEntry> LogReader::readNew() {
+    std::vector<LogEntry> entries = drain();
+    UniqueFd current = openForReading(m_path);
+    if (!current.valid() || (m_fd.valid() && sameFile(m_fd, current))) {
+        return entries;
+    }
+    // A new file was begun. What was read so far is the old one, unless that was followed by yet another.
+    append(entries, drain());
+    UniqueFd old = openForReading(m_path + ".old");
+    if (m_fd.valid() && old.valid() && !sameFile(m_fd, old)) {
+        append(entries, drainFile(std::move(old)));
+    }
+    append(entries, drainFile(std::move(current)));
+    return entries;
+}
+
+} // namespace zm

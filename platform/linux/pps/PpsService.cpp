@@ -1,0 +1,136 @@
+#include "platform/linux/pps/PpsService.h"
+
+#include "base/Socket.h"
+#include "platform/linux/pps/PpsProtocol.h"
+#include "platform/linux/pps/PpsStore.h"
+
+#include <sys/socket.h>
+
+#include <charconv>
+#include <map>
+
+namespace zm {
+
+namespace {
+
+std::string joined(const std::vector<std::string>& names) {
+    std::string result;
+    for (const auto& name : names) {
+        result.append(name).append("\n");
+    }
+    return result;
+}
+
+// One client connection: at most one descriptor.
+class Session {
+public:
+    Session(EventLoop& loop, UniqueFd fd, PpsStore& store, std::function<void()> onClosed)
+        : m_store(store), m_connection(loop, std::move(fd)) {
+        m_connection.onMessage = [this](Message message) { answer(std::move(message)); };
+        m_connection.onClosed = std::move(onClosed);
+    }
+
+private:
+    void answer(Message message) {
+        const std::string_view text = message.text;
+        auto result = text.empty()
+                          ? Result<std::string>(Error{"empty request"})
+                          : execute(static_cast<PpsRequest>(text.front()), text.substr(1), message.fds);
+        const auto kind = static_cast<char>(result ? PpsAnswer::Done : PpsAnswer::Failed);
+        m_connection.send(std::string(1, kind) + (result ? *result : result.error()));
+        // After the answer, so that a thread that waits for notices finds the descriptor open.
+        if (m_reader && static_cast<PpsRequest>(text.front()) == PpsRequest::Open && result) {
+            m_reader->announce();
+        }
+    }
+
+    static Result<std::string> withoutText(const Status& status) {
+        return status ? Result<std::string>(std::string()) : Error{status.error()};
+    }
+
+    Result<std::string> execute(PpsRequest request, std::string_view text, std::vector<UniqueFd>& fds) {
+        switch (request) {
+        case PpsRequest::Open:
+            return open(text, fds);
+        case PpsRequest::List:
+            return joined(m_store.names());
+        case PpsRequest::Unlink:
+            return withoutText(m_store.unlink(std::string(text)));
+        default:
+            break;
+        }
+        if (!m_reader) {
+            return Error{"no object is open (EBADF)"};
+        }
+        switch (request) {
+        case PpsRequest::Read:
+            return m_reader->read();
+        case PpsRequest::Write:
+            return withoutText(m_reader->write(text));
+        case PpsRequest::Truncate:
+            return withoutText(m_reader->truncate());
+        default:
+            return Error{"unknown request"};
+        }
+    }
+
+    Result<std::string> open(std::string_view text, std::vector<UniqueFd>& fds) {
+        int flags = 0;
+        const auto parsed = std::from_chars(text.data(), text.data() + text.size(), flags);
+        if (m_reader || fds.size() != 1 || parsed.ec != std::errc() || *parsed.ptr != ' ') {
+            return Error{"bad open request"};
+        }
+        auto reader = m_store.open(std::string(parsed.ptr + 1, text.data() + text.size()), flags);
+        if (!reader) {
+            return Error{reader.error()};
+        }
+        m_notices = std::move(fds.front());
+        m_reader = std::move(*reader);
+        // Whatever stands behind the descriptor, the service does not wait for it.
+        m_reader->onReadable = [this] { ::send(m_notices.get(), "n", 1, MSG_DONTWAIT | MSG_NOSIGNAL); };
+        return std::string();
+    }
+
+    PpsStore& m_store;
+    UniqueFd m_notices;
+    std::unique_ptr<PpsReader> m_reader;
+    Connection m_connection;
+};
+
+} // namespace
+
+struct PpsService::Impl {
+    EventLoop& loop;
+    std::string socket;
+    PpsStore store;
+    std::map<int, std::unique_ptr<Session>> sessions;
+    int nextSession = 0;
+    std::unique_ptr<Listener> listener;
+};
+
+PpsService::PpsService(EventLoop& loop, std::string socket)
+    : m_impl(new Impl{loop, std::move(socket), {}, {}, 0, nullptr}) {
+    m_impl->store.onChange = [this](const std::string& object, const std::string& text) {
+        if (onChange) {
+            onChange(object, text);
+        }
+    };
+}
+
+PpsService::~PpsService() = default;
+
+Status PpsService::start() {
+    auto listening = listenUnix(m_impl->socket);
+    if (!listening) {
+        return Error{listening.error()};
+    }
+    m_impl->listener =
+        std::make_unique<Listener>(m_impl->loop, std::move(*listening), [impl = m_impl.get()](UniqueFd fd) {
+            const int number = impl->nextSession++;
+            impl->sessions[number] = std::make_unique<Session>(
+                impl->loop, std::move(fd), impl->store, [impl, number] { impl->sessions.erase(number); });
+        });
+    return ok();
+}
+
+} // namespace zm

@@ -7,6 +7,7 @@
 
 #include <sys/time.h>
 
+#include <span>
 #include <string>
 
 class CUIAnalysis;
@@ -159,6 +160,19 @@ private:
     void ShowTag(int nItem, const char* name, const std::string& text);
 
     // File lists (DiscViewLists*.cpp)
+    struct ListSource;
+    struct MediaType;
+    struct ListPage;
+    struct ListControl;
+    struct FileIds {
+        int nFid;
+        int nFolder;
+    };
+    enum class Menu { Closed, Open };
+    static const ListSource* FindListSource(int nFrom);
+    static std::span<const MediaType> MediaTypes();
+    /** The row of a browsed or playing type; null for types without file lists. */
+    static const MediaType* FindMediaType(int nType);
     void OnQueryAudioList();
     void OnQueryVideoList();
     void OnQueryPictureList();
@@ -181,8 +195,39 @@ private:
     void OnUserMsgUpdateDb();
     void OnClickAudioListWnd(long nCtrlId);
     void OnClickCDListWnd(long nCtrlId);
+    /** Stores, logs and sends a statement for the list of m_nCurListFrom, and starts the wait for its rows. */
+    void SendQuery(const char* logName, const std::string& sql);
+    void TakeFetchedRows();
+    void InsertRows(const ListSource& source, CUI_BtList& list, int nCount);
+    void HideListTips();
+    void SetListTip(int nWndId, int nTextId);
+    void DeleteRows(CUI_BtList* list);
+    void MarkPlayingRow(CUI_BtList& list, int nRow);
+    void UnmarkRows(CUI_BtList& list);
+    void SelectRow(CUI_BtList& list, int nRow, int nTopIndex);
+    /** False, and nRow as it was, without a list or a selection. */
+    bool SelectedRow(CUI_BtList* list, int& nRow);
+    void RedrawAll();
+    FileIds ReadFileIds(const char* logName, int nUiFrom, int nLine);
+    void PlayPacked(const FileIds& ids, int nKind);
+    void ChangeToType(int nType);
+    void ShowNoFiles(const MediaType& type);
+    void ShowAllFiles(const MediaType& type);
+    void ReturnToSearch();
+    void OnClickListPage(const ListPage& page, long nCtrlId);
+    void OnClickMediaRow();
+    void OnClickFolderRow();
+    void OnClickCDRow();
+    void OnClickToPlaying(const ListPage& page);
+    void OnClickAllFiles(const ListPage& page, long nCtrlId);
+    void OnClickFolderMenu(const ListPage& page);
+    void OnClickMenu(const ListPage& page, Menu menu);
+    void OnClickGoto(const ListPage& page);
+    void OnClickGotoPad(const ListPage& page);
+    void RememberTop(const ListPage& page);
 
-    // Folders (DiscViewFolders.cpp)
+    // Folders (DiscViewFolders.cpp, DiscViewFoldersMark.cpp)
+    struct FolderMark;
     void OnQueryAllFolders();
     void OnQueryAudiosInFolder(int nFolderId);
     void OnQueryFolderList(int nFolderId);
@@ -192,18 +237,30 @@ private:
     void OnHandleUIReturnUpFolder(int nListFrom);
     bool OnFunc_FolderListJump_Index(int nFrom, bool bSel);
     void OnClickFolderListWnd(long nCtrlId);
+    bool IsFolderEmpty(int nFileType, int nFolderId);
+    void ShowFolderTitle(int nFileType, int nFolderId);
+    void QuerySubFolders(int nFolderId, const char* order);
+    int FindPlayingRow(const FolderMark& mark, CUI_BtList& list);
+    void SelectWithoutPlaying(const FolderMark& mark, CUI_BtList& list);
+    static int TopRowFor(int nRow, int nRemembered, int nMargin);
 
     // Search and voice (DiscViewSearch.cpp)
     void OnAppsMsgAppData(std::string& data);
     void OnHandleVoicePlay(std::string name);
     bool OnQuerySongName(std::string name);
     bool OnHandleQueryResult();
+    void PlayNumber(long nNumber);
+    void RequestVoicePlay();
+    void PlayFirstMatch();
 
     // Number pad (DiscViewGoto.cpp)
     void ShowGotoView();
     void HideGotoView();
     void DealInputNum();
     void OnClickGotoWnd(long ctrlId);
+    NumberPad Pad() { return {m_pUIAnalysis, m_pWndMng, m_strInputNum, m_strTotalNum}; }
+    int GotoTotal() const;
+    void SendGoto(int nNumber);
 
     // Keys and touch (DiscViewKeys.cpp, DiscViewListKeys.cpp, DiscViewTouch.cpp)
     void OnKey_K_Up();

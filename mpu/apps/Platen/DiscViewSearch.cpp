@@ -1,0 +1,149 @@
+#include "DiscView.h"
+
+#include "CutText.h"
+#include "DiscViewController.h"
+#include "DiscViewLists.h"
+#include "Log.h"
+#include "ZMModel/CDiscData.h"
+#include "zmcar/ArgvDecode.h"
+
+#include <sys/delay.h>
+
+#include <cstdlib>
+#include <map>
+
+namespace {
+
+constexpr unsigned int QUERY_POLL_MS = 10;
+constexpr int QUERY_POLLS = 51; ///< the event thread waits about half a second at most
+
+using Params = std::map<std::string, std::string>;
+
+std::string ValueOf(const Params& params, const char* key) {
+    const auto found = params.find(key);
+    return found == params.end() ? std::string() : found->second;
+}
+
+} // namespace
+
+void DiscView::SetVoicePlayPar(std::string song) {
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::SetVoicePlayPar]song=%s\n", song.c_str());
+    m_strVoicePlay = song;
+    m_bVoicePlayPending = !song.empty();
+}
+
+void DiscView::OnAppsMsgAppData(std::string& data) {
+    if (data.empty()) {
+        return;
+    }
+    Params params;
+    Oro::ZMCAR::ArgvDecode::GetOpt_LongParams(data, params);
+    LOGBASE(LOG_LEV_TRACE, "OnAppsMessage", "[OnAppsMessage]--APPSMSG_APPDATA--input:%s\n", data.c_str());
+    if (params.contains("kb_val") && params.contains("kb_ret")) {
+        CopyText(m_szSearch, params["kb_val"]);
+        LOGBASE(LOG_LEV_TRACE, "OnAppsMessage", "[OnAppsMessage]--APPSMSG_APPDATA--m_szSearch:%s\n",
+                m_szSearch);
+        PlayNumber(std::strtol(m_szSearch, nullptr, 10));
+    } else if (params.contains("song") || params.contains("singer")) {
+        const std::string song = ValueOf(params, "song");
+        m_strVoicePlay = song.empty() ? ValueOf(params, "singer") : song;
+        RequestVoicePlay();
+    }
+}
+
+void DiscView::PlayNumber(long nNumber) {
+    if (nNumber <= 0 || nNumber > CDiscData::GetInstance()->GetCurPlayInfo().mediaIds) {
+        return;
+    }
+    const int nTrack = static_cast<int>(nNumber);
+    switch (m_nCurPlayType) {
+    case PLAY_TYPE_CD:
+    case PLAY_TYPE_MUSIC:
+        if (m_pController) {
+            m_pController->PlayTrack(nTrack, 0);
+        }
+        OnGotoAudioPlayPage();
+        break;
+    case PLAY_TYPE_VIDEO:
+        OnHandleUIListClick(ROW_VIDEO, LIST_FROM_ALL_VIDEO, nTrack - 1);
+        GotoVideoPage(m_nCurPlayType);
+        break;
+    case PLAY_TYPE_PHOTO:
+        OnHandleUIListClick(ROW_PICTURE, LIST_FROM_ALL_PHOTO, nTrack - 1);
+        GotoVideoPage(m_nCurPlayType);
+        break;
+    default:
+        break;
+    }
+}
+
+void DiscView::RequestVoicePlay() {
+    if (m_nCurPlayType != PLAY_TYPE_MUSIC) {
+        // Carried out once the disc reports that music plays.
+        m_bVoicePlayPending = !m_strVoicePlay.empty();
+        OnHandleChangeToMusic();
+    } else if (!m_strVoicePlay.empty()) {
+        OnHandleVoicePlay(m_strVoicePlay);
+    } else if (m_pController) {
+        m_pController->Play();
+    }
+}
+
+void DiscView::OnHandleVoicePlay(std::string name) {
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnHandleVoicePlay]\n");
+    if (!OnQuerySongName(name)) {
+        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "not found this song.\n");
+        return;
+    }
+    m_nCurType = PLAY_TYPE_MUSIC;
+    if (m_nMixedType & MIXED_MUSIC) {
+        PlayFirstMatch();
+    }
+}
+
+void DiscView::PlayFirstMatch() {
+    m_bNoFileOfType = false;
+    int nFid = 0;
+    int nFolder = 0;
+    m_discDb.GetVecList_Data_Fid(LIST_FROM_SEARCH, 0, nFid);
+    m_discDb.GetVecList_Data_ListIndex(LIST_FROM_SEARCH, 0, nFolder);
+    LOGBASE(LOG_LEV_TRACE, "OnHandleVoicePlay", "[OnHandleVoicePlay]fileID=%d,folderID=%d\n", nFid, nFolder);
+    const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
+    const bool bPlaying = nFid == info.curMediaId && nFolder == info.parentFolder;
+    if (!bPlaying && m_pController) {
+        // Not packed, unlike a touched row of music.
+        m_pController->PlayTrack(nFid, nFolder);
+    }
+    m_bSelPlayingRow = true;
+    m_nPlayListFrom = PLAY_LIST_SEARCH;
+    OnGotoAudioPlayPage();
+}
+
+bool DiscView::OnQuerySongName(std::string name) {
+    const int nListFrom = m_nCurListFrom;
+    m_nCurListFrom = LIST_FROM_SEARCH;
+    // The name goes in as it is, and the per-cent signs stay doubled: the pattern matches every name that
+    // holds it.
+    m_szListSql = "SELECT fid,folderid,ftype,filename from files WHERE ftype == 1 AND filename LIKE '%%" +
+                  name + "%%' ORDER BY folderid, fid;";
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[OnQuerySongName]--m_szListSql:%s\n", m_szListSql.c_str());
+    m_discDb.QueryPlayListCmd(m_szListSql, LIST_FROM_SEARCH, "");
+    if (OnHandleQueryResult()) {
+        return true;
+    }
+    m_nCurListFrom = nListFrom;
+    return false;
+}
+
+bool DiscView::OnHandleQueryResult() {
+    delay(QUERY_POLL_MS);
+    int i = 0;
+    while (!m_discDb.GetFinishFlag() && i < QUERY_POLLS) {
+        delay(QUERY_POLL_MS);
+        ++i;
+    }
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnHandleQueryResult]  i=%d\n", i);
+    int nCount = 0;
+    m_discDb.GetVecListSize(m_nCurListFrom, nCount);
+    return nCount > 0;
+}

@@ -1,6 +1,10 @@
 #include "services/bench/WebGuard.h"
 
+#include "base/UniqueFd.h"
+
+#include <fcntl.h>
 #include <sys/random.h>
+#include <unistd.h>
 
 #include <array>
 #include <stdexcept>
@@ -23,13 +27,38 @@ std::string randomToken() {
     return text;
 }
 
+constexpr size_t TokenLength = 32;
+
+/** The token that is kept in `file`; empty if there is none. */
+std::string keptToken(const std::string& file) {
+    const UniqueFd fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    std::string text(TokenLength, '\0');
+    const bool whole =
+        fd.valid() && ::read(fd.get(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    return whole && text.find_first_not_of("0123456789abcdef") == std::string::npos ? text : std::string();
+}
+
+std::string makeToken(const std::string& file) {
+    if (auto kept = keptToken(file); !kept.empty()) {
+        return kept;
+    }
+    auto token = randomToken();
+    ::unlink(file.c_str());
+    // Without a file the token is good for this run only.
+    const UniqueFd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    if (fd.valid() && ::write(fd.get(), token.data(), token.size()) != static_cast<ssize_t>(token.size())) {
+        ::unlink(file.c_str());
+    }
+    return token;
+}
+
 std::string cookieName(int port) {
     return "zmbench-" + std::to_string(port);
 }
 
 } // namespace
 
-WebGuard::WebGuard() : m_token(randomToken()) {}
+WebGuard::WebGuard(const std::string& tokenFile) : m_token(makeToken(tokenFile)) {}
 
 std::string WebGuard::cookieHeader() const {
     return cookieName(m_port) + "=" + m_token + "; HttpOnly; SameSite=Strict; Path=/";

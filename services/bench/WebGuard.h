@@ -11,8 +11,11 @@ namespace zm {
  */
 class WebGuard {
 public:
-    /** Makes a fresh random token of 128 bits. */
-    WebGuard();
+    /**
+     * Takes the token of `tokenFile`, or makes a random one of 128 bits and keeps it there (mode 0600): a
+     * page finds back to a bench that was started again on the same runtime folder.
+     */
+    explicit WebGuard(const std::string& tokenFile);
 
     /** The port that host names and the cookie carry. */
     void setPort(int port) { m_port = port; }

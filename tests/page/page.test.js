@@ -1,0 +1,189 @@
+// The bench's page in headless Chromium.
+import assert from 'node:assert/strict';
+import {after, before, test} from 'node:test';
+import {chromium} from 'playwright-core';
+import {Bench, until} from './bench.js';
+
+const bench = new Bench();
+let browser;
+let page;
+
+before(async () => {
+  await bench.start();
+  browser = await chromium.launch({
+    executablePath: '/usr/bin/chromium',
+    args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+  });
+  page = await browser.newPage({viewport: {width: 1280, height: 800}});
+  await page.goto(bench.url);
+  await page.waitForSelector('#stateline:not(.bad)');
+});
+
+after(async () => {
+  await browser?.close();
+  await bench.end();
+});
+
+const pixel = (x, y) => page.evaluate(([px, py]) => [...document.getElementById('screen').getContext('2d').getImageData(px, py, 1, 1).data], [x, y]);
+
+async function commands() {
+  return (await bench.zmctl('pps', 'get', 'zelmar/disc/control')).split('\n').filter((line) => line.startsWith('zmcmd'));
+}
+
+/** Brings the application to the music play page as a disc service would. */
+async function playMusic() {
+  await bench.zmctl('pps', 'put', 'zelmar/disc/device', 'disc::1', 'mixedtype::2', 'mediatype::2');
+  await bench.zmctl('pps', 'put', 'zelmar/disc/status', 'discstate::2');
+  await bench.zmctl('settle');
+  assert.equal((await bench.screen()).main.window, 6);
+}
+
+test('the token leaves the address bar', async () => {
+  assert.equal(page.url(), `http://127.0.0.1:${bench.port}/`);
+});
+
+test('the page draws what the head unit shows', async () => {
+  await playMusic();
+  const shot = await page.request.get(`http://127.0.0.1:${bench.port}/api/shot.png`);
+  assert.equal(shot.headers()['content-type'], 'image/png');
+  // The canvas and the screenshot agree, pixel by pixel.
+  const bytes = [...await shot.body()];
+  await until('the canvas equals the screenshot', () => page.evaluate(async (data) => {
+    const image = await createImageBitmap(new Blob([new Uint8Array(data)]));
+    const other = new OffscreenCanvas(800, 480).getContext('2d');
+    other.drawImage(image, 0, 0);
+    const one = document.getElementById('screen').getContext('2d').getImageData(0, 0, 800, 480).data;
+    const two = other.getImageData(0, 0, 800, 480).data;
+    return one.every((value, index) => value === two[index]);
+  }, bytes));
+});
+
+test('a touch on the canvas reaches the control under it', async () => {
+  await playMusic();
+  await bench.zmctl('pps', 'put', 'zelmar/disc/control', '-zmcmd');
+  const [x, y, w, h] = (await bench.screen()).main.windows['6'].items['6524'].rect;
+  await page.locator('#screen').click({position: {x: x + w / 2, y: y + h / 2}});
+  await until('the next command', async () => (await commands())[0] === 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
+});
+
+test('a hard key reaches the application', async () => {
+  await page.getByRole('button', {name: 'Previous', exact: true}).click();
+  await until('the previous command', async () => (await commands())[0] === 'zmcmd:json:{"cmd":2,"param1":0,"param2":0}');
+});
+
+test('a shortcut is a hard key, but not while text is entered', async () => {
+  await page.locator('#screen').focus();
+  await page.keyboard.press('n');
+  await until('the next command', async () => (await commands())[0] === 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
+  await page.getByPlaceholder('song').fill('b');
+  assert.equal((await commands())[0], 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
+});
+
+test('the mouse wheel turns the encoder', async () => {
+  await page.locator('#screen').hover();
+  await page.mouse.wheel(0, -60);
+  await until('the previous command', async () => (await commands())[0] === 'zmcmd:json:{"cmd":2,"param1":0,"param2":0}');
+});
+
+test('vehicle controls set values and follow the command line', async () => {
+  await page.getByLabel('Muted').check();
+  await until('the mute mark', async () => (await bench.screen()).main.windows['6'].items['17'].visible);
+  await bench.zmctl('device', 6, 0);
+  await until('the box follows', async () => !(await page.getByLabel('Muted').isChecked()));
+});
+
+test('inserting a path that cannot be inserted says so', async () => {
+  await page.getByPlaceholder('/path/of/folder/or/image').fill('/no/such/disc');
+  await page.getByRole('button', {name: 'Insert', exact: true}).click();
+  await page.waitForSelector('#message:not([hidden])');
+  assert.notEqual(await page.textContent('#message'), '');
+});
+
+test('a PPS value is edited in place and what changes is marked', async () => {
+  await page.getByRole('tab', {name: 'PPS objects'}).click();
+  const row = page.locator('section.object', {has: page.getByRole('heading', {name: 'zelmar/disc/status', exact: true})})
+    .locator('tr', {has: page.locator('th', {hasText: 'discstate'})});
+  await row.locator('.value').dblclick();
+  await row.locator('input').fill('6');
+  await row.locator('input').press('Enter');
+  await until('the object', async () => (await bench.zmctl('pps', 'get', 'zelmar/disc/status')).includes('discstate::6'));
+  await until('the row', async () => await row.locator('.value').textContent() === '6');
+  assert.match(await row.getAttribute('class'), /changed/);
+});
+
+test('the log is shown and filtered by level', async () => {
+  await page.getByRole('tab', {name: 'Log'}).click();
+  await page.waitForSelector('.log li:not([hidden])');
+  await page.getByLabel('Level').selectOption('2');
+  assert.equal(await page.locator('.log li:not(.error):not([hidden])').count(), 0);
+  await page.getByLabel('Level').selectOption('7');
+  await page.getByRole('tab', {name: 'Head unit'}).click();
+});
+
+test('two pages agree', async () => {
+  const other = await browser.newPage();
+  await other.goto(bench.url);
+  await other.waitForSelector('#stateline:not(.bad)');
+  await other.getByLabel('Parked').uncheck();
+  await until('the first page follows', async () => !(await page.getByLabel('Parked').isChecked()));
+  await page.getByLabel('Parked').check();
+  await until('the second page follows', async () => other.getByLabel('Parked').isChecked());
+  await other.close();
+});
+
+test('a page that goes away releases what it held', async () => {
+  await playMusic();
+  const other = await browser.newPage();
+  await other.goto(bench.url);
+  await other.waitForSelector('#stateline:not(.bad)');
+  const box = await other.locator('#screen').boundingBox();
+  await other.mouse.move(box.x + 400, box.y + 240);
+  await other.mouse.down();
+  await other.mouse.move(box.x + 500, box.y + 240, {steps: 4});
+  await other.close();
+  // A touch is taken again, so nothing is held any more.
+  await bench.zmctl('pps', 'put', 'zelmar/disc/control', '-zmcmd');
+  const [x, y, w, h] = (await bench.screen()).main.windows['6'].items['6524'].rect;
+  await bench.zmctl('touch', x + w / 2, y + h / 2);
+  await until('the next command', async () => (await commands())[0]?.includes('"cmd":1,'));
+});
+
+test('a click changes a pixel soon', async () => {
+  await playMusic();
+  const items = (await bench.screen()).main.windows['6'].items;
+  const [bx, by, bw, bh] = items['5'].rect;
+  const times = [];
+  for (let turn = 0; turn < 21; turn++) {
+    times.push(await page.evaluate(([x, y]) => new Promise((resolve) => {
+      const canvas = document.getElementById('screen');
+      const context = canvas.getContext('2d');
+      const now = () => context.getImageData(0, 0, 800, 480).data;
+      const first = now();
+      const box = canvas.getBoundingClientRect();
+      const at = {clientX: box.left + x, clientY: box.top + y, button: 0, pointerId: 1, bubbles: true};
+      canvas.setPointerCapture = () => {};
+      const start = performance.now();
+      canvas.dispatchEvent(new PointerEvent('pointerdown', at));
+      canvas.dispatchEvent(new PointerEvent('pointerup', at));
+      const look = () => {
+        const data = now();
+        if (data.some((value, index) => value !== first[index])) resolve(performance.now() - start);
+        else setTimeout(look, 1);
+      };
+      look();
+    }), [bx + bw / 2, by + bh / 2]));
+    await bench.zmctl('click', 'main', 6, 99, 1);
+    await bench.zmctl('settle');
+  }
+  times.sort((a, b) => a - b);
+  assert.ok(times[10] <= 40, `median of ${times[10].toFixed(1)} ms`);
+});
+
+test('the page comes back after the bench was restarted', async () => {
+  const {port} = bench;
+  await bench.stop();
+  await page.waitForSelector('#stateline.bad');
+  await bench.start(port);
+  await page.waitForSelector('#stateline:not(.bad)', {timeout: 10000});
+  await until('a picture', async () => (await pixel(400, 240)).slice(0, 3).some((value) => value > 0) || (await pixel(400, 20)).slice(0, 3).some((value) => value > 0));
+});

@@ -26,8 +26,11 @@ public:
     PpsFile& operator=(PpsFile&&) noexcept;
     ~PpsFile();
 
-    /** What is new since the last read (delta), or the whole object (full mode); empty when there is nothing
-     * new. */
+    /**
+     * What is new since the last read (delta), or the whole object (full mode); empty when there is nothing new.
+     * The option "wait" makes it wait for something new, also while the service is away. An error while
+     * disconnected.
+     */
     Result<std::string> read();
     /**
      * One transaction: all lines or none. An error names the faulty line. Every reader has been told when it
@@ -36,8 +39,10 @@ public:
     Status write(std::string_view text);
     /** Deletes all attributes. */
     Status truncate();
-    /** Becomes readable (or hung up, when the service has gone) when `read` has something; ask anew before
-     * each poll. -1 while disconnected. */
+    /**
+     * Becomes readable (or hung up, when the service has gone) when `read` has something; ask anew before each
+     * poll. -1 while disconnected.
+     */
     int pollFd();
 
 private:

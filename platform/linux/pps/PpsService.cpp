@@ -38,10 +38,6 @@ private:
                           : execute(static_cast<PpsRequest>(text.front()), text.substr(1), message.fds);
         const auto kind = static_cast<char>(result ? PpsAnswer::Done : PpsAnswer::Failed);
         m_connection.send(std::string(1, kind) + (result ? *result : result.error()));
-        // After the answer, so that a thread that waits for notices finds the descriptor open.
-        if (m_reader && static_cast<PpsRequest>(text.front()) == PpsRequest::Open && result) {
-            m_reader->announce();
-        }
     }
 
     static Result<std::string> withoutText(const Status& status) {
@@ -88,6 +84,7 @@ private:
         m_reader = std::move(*reader);
         // Whatever stands behind the descriptor, the service does not wait for it.
         m_reader->onReadable = [this] { ::send(m_notices.get(), "n", 1, MSG_DONTWAIT | MSG_NOSIGNAL); };
+        m_reader->announce();
         return std::string();
     }
 

@@ -11,7 +11,8 @@
 
 class CDiscData;
 
-/** Types of the catalogue's files; rows that stand for a folder carry the last one, which the database never does. */
+/** Types of the catalogue's files; rows that stand for a folder carry the last one, which the database never
+ * does. */
 enum FTYPE_EN { FTYPE_AUDIO = 1, FTYPE_VIDEO = 2, FTYPE_PICTURE = 3, FTYPE_FOLDER = 4 };
 
 /** What a list shows. Sources 0 and 1, 2 and 3, 4 and 5, 6 and 9 share one list each. */
@@ -29,7 +30,8 @@ enum LIST_FROM_EN {
     LIST_FROM_SEARCH = 10,
 };
 
-/** Whether the rows of a query are files (fid, folderid, ftype, filename) or folders (folderid, parentid, foldername). */
+/** Whether the rows of a query are files (fid, folderid, ftype, filename) or folders (folderid, parentid,
+ * foldername). */
 enum QUE_BASE_EN { QUE_BASE_MEDIA = 1, QUE_BASE_FOLDER = 2 };
 
 /** Size in bytes of the name buffers that callers provide, with the final NUL. */
@@ -44,9 +46,9 @@ struct T_PLAY_LIST_ITEM {
 };
 
 /**
- * The disc's file and folder catalogue: one connection, list queries on the worker thread, the rows of each kind of
- * list, and single values read on the caller's thread. One thread (the view's) calls; the worker runs beside it.
- * Readers take the lock; rows become visible one by one while a query runs.
+ * The disc's file and folder catalogue: one connection, list queries on the worker thread, the rows of each
+ * kind of list, and single values read on the caller's thread. One thread (the view's) calls; the worker runs
+ * beside it. Readers take the lock; rows become visible one by one while a query runs.
  */
 class DiscQDB : public Oro::ZMCAR::ThreadControl {
 public:
@@ -65,27 +67,31 @@ public:
 
     /** Runs one statement; takes no lock. */
     bool ExecuteSql(std::string sql);
-    /** Number of rows of the latest statement's result, which it frees; -1 without a result. Takes no lock. */
+    /** Number of rows of the latest statement's result, which it frees; -1 without a result. Takes no lock.
+     */
     int GetResult();
-    /** First column of the first row. False without a row or on an error; a NULL cell leaves the value and gives true. */
+    /** First column of the first row. False without a row or on an error; a NULL cell leaves the value and
+     * gives true. */
     bool qDb_GetObjData_Int(const char* sql, int& value);
     /** The same as text into a buffer of DISC_NAME_SIZE bytes, cut at a whole character. */
     bool qDb_GetObjData_Char(const char* sql, char* text);
     /** First two columns of the first row. */
     bool qDb_GetObjData_IDs(const char* sql, int& a, int& b);
     /**
-     * Makes sure that a row exists and tells whether its name is known. Kinds 1, 2, 3: file nId of nFolderId with type
-     * 1, 3, 2; kinds 4, 5, 6: folder nId; others: false.
+     * Makes sure that a row exists and tells whether its name is known. Kinds 1, 2, 3: file nId of nFolderId
+     * with type 1, 3, 2; kinds 4, 5, 6: folder nId; others: false.
      */
     bool CheckMediaName(int nKind, int nId, int nFolderId);
 
     /**
-     * Clears the list of source `nFromType` and has the worker fill it with the rows of `sql`; for folder sources the
-     * rows of `subSql` (files) follow, if it is not empty. Returns at once; other sources do nothing.
+     * Clears the list of source `nFromType` and has the worker fill it with the rows of `sql`; for folder
+     * sources the rows of `subSql` (files) follow, if it is not empty. Returns at once; other sources do
+     * nothing.
      */
     void QueryPlayListCmd(std::string sql, int nFromType, std::string subSql);
     void SetFinishFlag(bool bFinish);
-    /** Whether the latest task of the worker has ended; still true between a command and the worker's start. */
+    /** Whether the latest task of the worker has ended; still true between a command and the worker's start.
+     */
     bool GetFinishFlag();
     void SetBreakQue(bool bBreak);
     bool GetBreakQue();
@@ -93,8 +99,8 @@ public:
     int GetQueBaseType();
 
     /*
-     * Readers of one list. Outputs stay as they were for sources that do not exist. Row numbers count from 0; a row
-     * that is not below the number of rows gives false, a negative one true with the output as it was.
+     * Readers of one list. Outputs stay as they were for sources that do not exist. Row numbers count from 0;
+     * a row that is not below the number of rows gives false, a negative one true with the output as it was.
      */
     bool GetVecListSize(int nFromType, int& nCount);
     bool GetVecList_Data_Fid(int nFromType, int nLine, int& nFid);
@@ -103,8 +109,8 @@ public:
     /** The row's name into a buffer of DISC_NAME_SIZE bytes, cut at a whole character. */
     bool GetVecList_Data(int nFromType, int nLine, char* szName);
     /**
-     * Position, counted from 1, of the first row with that file and folder id and the list's own type; false if there
-     * is none. Only sources 6 to 9 are searched; others give true and leave nIndex.
+     * Position, counted from 1, of the first row with that file and folder id and the list's own type; false
+     * if there is none. Only sources 6 to 9 are searched; others give true and leave nIndex.
      */
     bool GetVecList_Data_Index(int nFromType, int nFid, int nFolder, int& nIndex);
 
@@ -123,8 +129,10 @@ private:
 
     void QueryPlayList();
     void QueryFolderSubList();
+    qdb_result_t* FetchResult(const char* func, const std::string& sql);
     void ReadMediaRows(qdb_result_t* result);
     void ReadFolderRows(qdb_result_t* result);
+    static void ReadName(qdb_result_t* result, int nRow, int nColumn, std::string& strName);
     void AppendRow(const T_PLAY_LIST_ITEM& item);
 
     PlayList m_vecAudioList;

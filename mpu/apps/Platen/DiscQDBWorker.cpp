@@ -1,0 +1,148 @@
+#include "DiscQDB.h"
+
+#include "DiscQDBCell.h"
+#include "Log.h"
+#include "ZMModel/MutexGuard.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+void DiscQDB::DealWithTask() {
+    SetFinishFlag(false);
+    QueryPlayList();
+    QueryFolderSubList();
+    SetFinishFlag(true);
+}
+
+void DiscQDB::SetFinishFlag(bool bFinish) {
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscQDB::SetFinishFlag]--bFinish=%d\n", bFinish);
+    MutexGuard guard(m_mutex);
+    m_bFinish = bFinish;
+}
+
+bool DiscQDB::GetFinishFlag() {
+    MutexGuard guard(m_mutex);
+    return m_bFinish;
+}
+
+void DiscQDB::SetBreakQue(bool bBreak) {
+    MutexGuard guard(m_mutex);
+    m_bBreakQue = bBreak;
+}
+
+bool DiscQDB::GetBreakQue() {
+    MutexGuard guard(m_mutex);
+    return m_bBreakQue;
+}
+
+void DiscQDB::SetQueBaseType(int nType) {
+    MutexGuard guard(m_mutex);
+    m_nQueBaseType = nType;
+}
+
+int DiscQDB::GetQueBaseType() {
+    MutexGuard guard(m_mutex);
+    return m_nQueBaseType;
+}
+
+qdb_result_t* DiscQDB::FetchResult(const char* func, const std::string& sql) {
+    ExecuteSql(sql); // a failure is logged; the result of an earlier statement may still be there
+    qdb_result_t* result = qdb_getresult(m_hDb);
+    if (!result) {
+        LOGBASE(LOG_LEV_TRACE, func, "Error getting result: %s\n", std::strerror(errno));
+    }
+    return result;
+}
+
+void DiscQDB::QueryPlayList() {
+    qdb_result_t* result = nullptr;
+    {
+        MutexGuard guard(m_mutex);
+        if (m_strListSql.empty()) {
+            return;
+        }
+        if (!m_hDb) {
+            LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "Error connecting to database: %s\n", std::strerror(errno));
+            return;
+        }
+        result = FetchResult(__FUNCTION__, m_strListSql);
+    }
+    if (!result) {
+        return;
+    }
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscQDB::QueryPlayList]--nRows=%d\n", qdb_rows(result));
+    switch (GetQueBaseType()) {
+    case QUE_BASE_MEDIA:
+        ReadMediaRows(result);
+        break;
+    case QUE_BASE_FOLDER:
+        ReadFolderRows(result);
+        break;
+    default:
+        break;
+    }
+}
+
+void DiscQDB::QueryFolderSubList() {
+    qdb_result_t* result = nullptr;
+    {
+        MutexGuard guard(m_mutex);
+        if (m_strSubSql.empty() || m_nQueBaseType != QUE_BASE_FOLDER) {
+            return;
+        }
+        if (!m_hDb) {
+            std::fprintf(stderr, "Error connecting to database: %s\n", std::strerror(errno));
+            return;
+        }
+        result = FetchResult(__FUNCTION__, m_strSubSql);
+    }
+    if (result) {
+        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscQDB::GetResultFolderFile]--nRows=%d\n", qdb_rows(result));
+        ReadMediaRows(result);
+    }
+}
+
+void DiscQDB::ReadMediaRows(qdb_result_t* result) {
+    // One item serves all rows: a NULL cell repeats what the row before had.
+    T_PLAY_LIST_ITEM item;
+    const int nRows = qdb_rows(result);
+    for (int nRow = 0; nRow < nRows; ++nRow) {
+        item.nFid = -1;
+        ReadCell(result, nRow, 0, item.nFid);
+        ReadCell(result, nRow, 1, item.nFolder);
+        ReadCell(result, nRow, 2, item.nType);
+        ReadName(result, nRow, 3, item.strName);
+        AppendRow(item);
+    }
+}
+
+void DiscQDB::ReadFolderRows(qdb_result_t* result) {
+    T_PLAY_LIST_ITEM item;
+    item.nType = FTYPE_FOLDER;
+    const int nRows = qdb_rows(result);
+    for (int nRow = 0; nRow < nRows; ++nRow) {
+        item.nFid = -1;
+        ReadCell(result, nRow, 0, item.nFid);
+        ReadCell(result, nRow, 1, item.nFolder);
+        ReadName(result, nRow, 2, item.strName);
+        AppendRow(item);
+    }
+}
+
+void DiscQDB::ReadName(qdb_result_t* result, int nRow, int nColumn, std::string& strName) {
+    if (const void* cell = qdb_cell(result, nRow, nColumn)) {
+        char szName[250];
+        CopyText(szName, sizeof szName, static_cast<const char*>(cell));
+        strName = szName;
+    }
+}
+
+void DiscQDB::AppendRow(const T_PLAY_LIST_ITEM& item) {
+    MutexGuard guard(m_mutex);
+    // The list may have been changed under the running task, or taken away by a new disc.
+    if (m_pCurVec) {
+        m_pCurVec->push_back(item);
+    }
+}

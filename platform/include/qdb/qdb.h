@@ -2,7 +2,8 @@
 
 /*
  * Access to a database. Threads may share a handle if they take turns; a result is a full copy that outlives both
- * the next statement and the handle. Results live until qdb_freeresult.
+ * the next statement and the handle. Results live until qdb_freeresult; of those that nobody frees, the latest 16 that
+ * a thread fetched.
  */
 
 #ifdef __cplusplus

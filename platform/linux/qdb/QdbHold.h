@@ -3,8 +3,8 @@
 namespace zm {
 
 /**
- * Lets a test stop a worker thread at a chosen row: the next statement that a marked thread runs has its cells of
- * row `rows` and above held back (qdb_cell waits) until `qdbRelease`. All calls from any thread.
+ * Lets a test stop a worker thread at a chosen row: the next statement that a marked thread runs has its
+ * cells of row `rows` and above held back (qdb_cell waits) until `qdbRelease`. All calls from any thread.
  */
 void qdbHold(int rows);
 void qdbRelease();

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+
+namespace zm {
+
+/** The state behind QdbHold.h. Any thread. */
+class HoldPoint {
+public:
+    /** A hold that was taken by a statement: from which row on, and what `wait` needs. */
+    struct Taken {
+        int row;
+        uint64_t ticket;
+    };
+
+    static HoldPoint& instance();
+
+    void arm(int rows);
+    void release();
+    bool anyWaiting();
+    /** The armed hold, if there is one and the calling thread is a worker; it is then used up. */
+    std::optional<Taken> take();
+    /** Blocks a worker until the release that follows its `take`; others go on. */
+    void wait(uint64_t ticket);
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_released;
+    std::optional<int> m_armedRow;
+    uint64_t m_releases = 0;
+    int m_waiting = 0;
+};
+
+} // namespace zm

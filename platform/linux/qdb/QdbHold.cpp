@@ -1,0 +1,71 @@
+#include "platform/linux/qdb/QdbHold.h"
+
+#include "platform/linux/qdb/HoldPoint.h"
+
+namespace zm {
+
+static thread_local bool t_isWorker = false;
+
+HoldPoint& HoldPoint::instance() {
+    // Never destroyed: a worker may still wait when the process ends.
+    static auto& instance = *new HoldPoint;
+    return instance;
+}
+
+void HoldPoint::arm(int rows) {
+    std::lock_guard guard(m_mutex);
+    m_armedRow = rows < 0 ? 0 : rows;
+}
+
+void HoldPoint::release() {
+    std::lock_guard guard(m_mutex);
+    m_armedRow.reset();
+    ++m_releases;
+    m_released.notify_all();
+}
+
+bool HoldPoint::anyWaiting() {
+    std::lock_guard guard(m_mutex);
+    return m_waiting > 0;
+}
+
+std::optional<HoldPoint::Taken> HoldPoint::take() {
+    if (!t_isWorker) {
+        return std::nullopt;
+    }
+    std::lock_guard guard(m_mutex);
+    if (!m_armedRow) {
+        return std::nullopt;
+    }
+    Taken taken{*m_armedRow, m_releases};
+    m_armedRow.reset();
+    return taken;
+}
+
+void HoldPoint::wait(uint64_t ticket) {
+    if (!t_isWorker) {
+        return;
+    }
+    std::unique_lock lock(m_mutex);
+    ++m_waiting;
+    m_released.wait(lock, [&] { return m_releases != ticket; });
+    --m_waiting;
+}
+
+void qdbHold(int rows) {
+    HoldPoint::instance().arm(rows);
+}
+
+void qdbRelease() {
+    HoldPoint::instance().release();
+}
+
+bool qdbHeld() {
+    return HoldPoint::instance().anyWaiting();
+}
+
+void qdbMarkWorker(bool worker) {
+    t_isWorker = worker;
+}
+
+} // namespace zm

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "qdb/qdb.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+/**
+ * The rows of one statement, as a copy of their own. Every cell is aligned to eight bytes and has as many at
+ * least; numbers have eight zero bytes behind them. So reading a cell as something else than it is stays
+ * inside it.
+ */
+struct qdb_result {
+    /** More than this is not a catalogue: a statement whose result grows beyond it fails. */
+    static constexpr size_t LARGEST = 64 * 1024 * 1024;
+    static constexpr int NOT_HELD = -1;
+
+    explicit qdb_result(int columnCount) : columns(columnCount) {}
+
+    void addNull();
+    void addNumber(const void* eightBytes);
+    void addText(std::string_view text);
+    int rows() const { return columns > 0 ? static_cast<int>(m_cells.size()) / columns : 0; }
+    bool tooLarge() const { return (m_words.size() + m_cells.size()) * 8 > LARGEST; }
+    void* cell(int row, int column);
+
+    const int columns;
+    int holdRow = NOT_HELD; ///< cells from this row on wait, see QdbHold.h
+    uint64_t holdTicket = 0;
+    std::thread::id reader; ///< the thread that fetched it
+
+private:
+    std::vector<size_t> m_cells; ///< index into m_words
+    std::vector<uint64_t> m_words;
+};
+
+namespace zm {
+
+/** Hands a result out: it belongs to the caller until qdb_freeresult, or until the same thread has fetched 16
+ * more. */
+qdb_result_t* qdbHandOut(std::unique_ptr<qdb_result> result);
+/** Results that are handed out at this moment. */
+size_t qdbResultCount();
+
+} // namespace zm

@@ -2,6 +2,7 @@
 
 #include "DiscTimers.h"
 #include "DiscViewController.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
@@ -128,9 +129,7 @@ void DiscOsdView::OnShow(int wndId, bool show, int) {
     if (wndId == OSD_WND_GOTO) {
         m_bGotoShown = show;
     }
-    const auto* bar = std::find_if(std::begin(CONTENTS), std::end(CONTENTS),
-                                   [&](const BarContents& row) { return row.window == wndId; });
-    if (bar != std::end(CONTENTS)) {
+    if (const BarContents* bar = FindRow(CONTENTS, &BarContents::window, wndId)) {
         if (m_pUIAnalysis) {
             m_pUIAnalysis->ShowItem(wndId, ITEM_SRC_GROUP, false);
         }
@@ -147,12 +146,9 @@ void DiscOsdView::OnShow(int wndId, bool show, int) {
 }
 
 void DiscOsdView::ShowCurWnd(bool show) {
-    if (!show && m_pUIAnalysis) {
-        for (const BarRow& bar : BARS) {
-            if (bar.window == m_nCurWndId) {
-                m_pUIAnalysis->TriggerAnimation(m_nCurWndId, bar.hideAnimation, bar.hideAnimation);
-            }
-        }
+    const BarRow* bar = FindRow(BARS, &BarRow::window, m_nCurWndId);
+    if (!show && m_pUIAnalysis && bar) {
+        m_pUIAnalysis->TriggerAnimation(m_nCurWndId, bar->hideAnimation, bar->hideAnimation);
     }
     ShowWnd(m_nCurWndId, show, 0);
 }
@@ -213,10 +209,8 @@ void DiscOsdView::OnClipsType() {
     LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscOsdView::OnUserMessage]-------set m_nCurPlayType=%d\n",
             static_cast<int>(m_nCurPlayType));
     HideStateView();
-    for (const BarRow& bar : BARS) {
-        if (IsClip({bar.clipType})) {
-            m_nCurWndId = bar.window;
-        }
+    if (const BarRow* bar = FindRow(BARS, &BarRow::clipType, static_cast<int>(m_nCurPlayType))) {
+        m_nCurWndId = bar->window;
     }
 }
 
@@ -231,9 +225,8 @@ int DiscOsdView::OnTrackInfo() {
 }
 
 void DiscOsdView::OnErrorStatus() {
-    constexpr int READ_ERRORS[] = {32, 35};
     const int error = CDiscData::GetInstance()->GetDeviceStatus().nErrorStatus;
-    if (std::find(std::begin(READ_ERRORS), std::end(READ_ERRORS), error) == std::end(READ_ERRORS)) {
+    if (error != ERROR_STATUS_READ && error != ERROR_STATUS_READ_2) {
         return;
     }
     // Logged under the main view's name, as readers of the log expect it.

@@ -1,11 +1,10 @@
 #include "DiscOsdView.h"
 
 #include "DiscViewController.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
-
-#include <algorithm>
 
 /** What a control of a bar does on a click, after the beep. */
 struct DiscOsdView::ControlRow {
@@ -150,10 +149,8 @@ void DiscOsdView::OnClickSeek(long ctrlId, int btState) {
 }
 
 void DiscOsdView::PressControl(std::span<const ControlRow> rows, long ctrlId) {
-    const auto row = std::find_if(rows.begin(), rows.end(), [ctrlId](const ControlRow& candidate) {
-        return candidate.control == ctrlId;
-    });
-    if (row == rows.end()) {
+    const ControlRow* row = FindRow(rows, &ControlRow::control, ctrlId);
+    if (!row) {
         OnClickSrcGroup(ctrlId);
         return;
     }

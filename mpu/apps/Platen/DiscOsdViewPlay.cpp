@@ -2,11 +2,10 @@
 
 #include "DiscTimers.h"
 #include "DiscViewController.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
 #include "zmui/CUIAnalysis.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -48,10 +47,8 @@ void DiscOsdView::OnUserMsgMsgTip() {
     if (!IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
         return;
     }
-    const int tip = CDiscData::GetInstance()->GetMsgTip();
-    const auto* row = std::find_if(std::begin(TIPS), std::end(TIPS),
-                                   [tip](const TipRow& candidate) { return candidate.tip == tip; });
-    if (row == std::end(TIPS)) {
+    const TipRow* row = FindRow(TIPS, &TipRow::tip, CDiscData::GetInstance()->GetMsgTip());
+    if (!row) {
         return;
     }
     if (row->speed) {

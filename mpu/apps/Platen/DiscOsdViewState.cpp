@@ -2,12 +2,11 @@
 
 #include "DiscTimers.h"
 #include "DiscViewController.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "WideText.h"
 #include "ZMModel/CDiscData.h"
 #include "zmui/CUIAnalysis.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -86,13 +85,10 @@ void DiscOsdView::ShowPlayState() {
         {OSD_KEY_DVD_SUBTITLE, &DiscOsdView::ShowDvdSubtitle},
         {OSD_KEY_VCD_AUDIO, &DiscOsdView::ShowVcdAudio},
     };
-    const int keyType = GetCurKeyType();
-    for (const AnswerRow& row : ANSWERS) {
-        if (row.keyType == keyType) {
-            (this->*row.show)();
-            // Also when nothing was shown: whatever picture stands goes 3 s later.
-            SetDisplayStateTimer();
-        }
+    if (const AnswerRow* row = FindRow(ANSWERS, &AnswerRow::keyType, GetCurKeyType())) {
+        (this->*row->show)();
+        // Also when nothing was shown: whatever picture stands goes 3 s later.
+        SetDisplayStateTimer();
     }
     m_bTrackChanged = false;
 }
@@ -138,10 +134,7 @@ void DiscOsdView::ShowDvdSubtitle() {
 
 void DiscOsdView::ShowVcdAudio() {
     const int channel = CDiscData::GetInstance()->GetAudioChannel();
-    const auto* row =
-        std::find_if(std::begin(CHANNELS), std::end(CHANNELS),
-                     [channel](const ChannelRow& candidate) { return candidate.channel == channel; });
-    if (row != std::end(CHANNELS)) {
+    if (const ChannelRow* row = FindRow(CHANNELS, &ChannelRow::channel, channel)) {
         ShowStateView2(row->picture, row->text);
     }
 }

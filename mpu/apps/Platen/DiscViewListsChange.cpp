@@ -3,7 +3,7 @@
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
 
-#include <sys/delay.h>
+#include "sys/delay.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "ZMModel/CDiscData.h"
 #include "zmcar/ArgvDecode.h"
 
-#include <sys/delay.h>
+#include "sys/delay.h"
 
 #include <cstdlib>
 #include <map>

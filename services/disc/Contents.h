@@ -2,6 +2,7 @@
 
 #include "services/disc/Media.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -47,6 +48,19 @@ struct Contents {
 
     const std::vector<Item>& of(MediaKind kind) const { return items[kindIndex(kind)]; }
     const Folder& folder(int id) const { return folders[static_cast<size_t>(id) - 1]; }
+    bool empty() const { return mixedMask() == 0; }
+    /** The kinds that there are, as "mixedtype" publishes them. */
+    int mixedMask() const {
+        int mask = 0;
+        for (const auto& row : kinds) {
+            mask |= of(row.kind).empty() ? 0 : row.mixedBit;
+        }
+        return mask;
+    }
+    /** The first kind that there is, in the order of preference. Not for empty contents. */
+    MediaKind firstKind() const {
+        return std::find_if(kinds.begin(), kinds.end(), [this](const KindNumbers& row) { return !of(row.kind).empty(); })->kind;
+    }
     /** The item's raw path relative to the disc's root. */
     std::string pathOf(const Item& item) const {
         const auto& parent = folder(item.folderId).path;

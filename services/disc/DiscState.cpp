@@ -224,6 +224,10 @@ void DiscState::videoMode(VideoMode mode) {
 void DiscState::playState(PlayState state) {
     publish(Attribute::State, static_cast<int>(state));
 }
+void DiscState::repeatTypeAndState() {
+    publish(Attribute::MediaType, m_values[Attribute::MediaType]);
+    publish(Attribute::State, m_values[Attribute::State]);
+}
 void DiscState::modes(const PlayModes& modes) {
     publish(Attribute::PlayModes, text(modes));
 }

@@ -131,6 +131,8 @@ public:
     void error(DeviceError error);
     void videoMode(VideoMode mode);
     void playState(PlayState state);
+    /** Publishes "mediatype" and then "discstate" again, for an application that has just come. */
+    void repeatTypeAndState();
     void modes(const PlayModes& modes);
     void rootMenu(bool shown);
     /** The catalogue of `folder` is complete. */

@@ -1,0 +1,75 @@
+#include "services/disc/DiscLoad.h"
+
+#include "services/disc/Log.h"
+#include "services/disc/Scanner.h"
+
+#include <thread>
+
+namespace zm::disc {
+
+namespace {
+
+// A drive that has not moved on for this long does not answer any more.
+constexpr std::chrono::seconds Patience{10};
+
+void fillCatalogue(Catalogue& catalogue, const Contents& contents, const ScanProgress& progress, Mailbox& mailbox,
+                   LoadListener& listener) {
+    for (const auto& row : kinds) {
+        if (contents.of(row.kind).empty()) {
+            continue;
+        }
+        if (auto status = catalogue.write(contents, row.kind, progress.cancelled); !status) {
+            mailbox.post([&listener, text = status.error()] { listener.loadFailed(text); });
+            return;
+        }
+        mailbox.post([&listener, kind = row.kind] { listener.loadCatalogued(kind); });
+    }
+    mailbox.post([&listener] { listener.loadFinished(); });
+}
+
+// The reading thread. `listener` is only used in what the mailbox delivers.
+void load(Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox& mailbox, LoadListener& listener) {
+    if (auto status = catalogue.clear(); !status) {
+        logError("%s\n", status.error().c_str());
+    }
+    mailbox.post([&listener] { listener.loadBegun(); });
+    auto found = scan(medium, progress);
+    if (!found) {
+        mailbox.post([&listener, text = found.error()] { listener.loadFailed(text); });
+        return;
+    }
+    const auto contents = std::make_shared<const Contents>(std::move(*found));
+    mailbox.post([&listener, contents] { listener.loadScanned(contents); });
+    fillCatalogue(catalogue, *contents, progress, mailbox, listener);
+}
+
+} // namespace
+
+DiscLoad::DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<Medium> medium,
+                   std::shared_ptr<Catalogue> catalogue)
+    : m_listener(listener), m_mailbox(std::make_shared<Mailbox>(loop)), m_progress(std::make_shared<ScanProgress>()) {
+    m_watch = everyInterval(loop, Patience, [this] { watch(); });
+    std::thread([medium = std::move(medium), catalogue = std::move(catalogue), progress = m_progress,
+                 mailbox = m_mailbox, &listener] {
+        load(*medium, *catalogue, *progress, *mailbox, listener);
+        // The end of the scan is progress, too.
+        progress->steps = -1;
+    }).detach();
+}
+
+DiscLoad::~DiscLoad() {
+    m_progress->cancelled = true;
+    m_mailbox->close();
+}
+
+void DiscLoad::watch() {
+    const int steps = m_progress->steps;
+    if (steps >= 0 && std::exchange(m_lastSteps, steps) == steps) {
+        m_watch.reset();
+        m_mailbox->close();
+        m_progress->cancelled = true;
+        m_listener.loadFailed("the drive does not answer");
+    }
+}
+
+} // namespace zm::disc

@@ -1,0 +1,175 @@
+#include "services/disc/Drive.h"
+
+#include "services/disc/FilePlayer.h"
+#include "services/disc/FolderMedium.h"
+#include "services/disc/Log.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <unistd.h>
+
+namespace zm::disc {
+
+namespace {
+
+// The mechanism takes a moment to give a disc out.
+constexpr Milliseconds EjectTime{800};
+
+constexpr int RootFolder = 1;
+
+Result<std::shared_ptr<Medium>> openMedium(const std::string& path) {
+    if (::access(path.c_str(), R_OK) != 0) {
+        return systemError(path);
+    }
+    if (!std::filesystem::is_directory(path)) {
+        return Error{path + ": not a disc (a folder is wanted)"};
+    }
+    if (::access(path.c_str(), X_OK) != 0) {
+        return systemError(path);
+    }
+    return std::shared_ptr<Medium>(std::make_shared<FolderMedium>(path));
+}
+
+struct FaultRow {
+    std::string_view name;
+    DriveFault fault;
+    DeviceError error;
+};
+constexpr FaultRow faults[] = {
+    {"none", DriveFault::None, DeviceError::None},
+    {"read", DriveFault::ReadError, DeviceError::None},
+    {"noanswer", DriveFault::NoAnswer, DeviceError::None},
+    {"surface", DriveFault::None, DeviceError::Surface},
+    {"temperature", DriveFault::None, DeviceError::Temperature},
+    {"region", DriveFault::None, DeviceError::Region},
+};
+
+} // namespace
+
+Drive::Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, std::shared_ptr<Catalogue> catalogue)
+    : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_catalogue(std::move(catalogue)) {}
+
+Drive::~Drive() = default;
+
+void Drive::start(const Tray& tray) {
+    m_source = tray.source;
+    m_state.forgetDisc();
+    m_state.modes(m_modes);
+    m_state.disc(DiscPresence::None);
+    m_state.drive({"empty", "", ""});
+}
+
+void Drive::rememberTray() {
+    m_state.tray({m_path, m_source});
+}
+
+void Drive::insert(const std::string& path) {
+    auto medium = openMedium(path);
+    if (!medium) {
+        logWarning("%s\n", medium.error().c_str());
+        m_state.drive({"error", path, medium.error()});
+        return;
+    }
+    if (!m_path.empty()) {
+        remove(DiscPresence::None);
+    }
+    logInfo("disc inserted: %s\n", path.c_str());
+    m_path = path;
+    m_gate = std::make_shared<FaultGate>(*medium);
+    m_state.drive({"reading", path, ""});
+    rememberTray();
+    m_load = std::make_unique<DiscLoad>(m_loop, *this, m_gate, m_catalogue);
+}
+
+void Drive::loadBegun() {
+    m_state.disc(DiscPresence::Present);
+    m_state.playState(PlayState::Loading);
+}
+
+void Drive::loadScanned(std::shared_ptr<const Contents> contents) {
+    m_contents = std::move(contents);
+    m_state.mixedType(m_contents->mixedMask());
+    if (!m_contents->empty()) {
+        m_state.mediaType(numbersOf(m_contents->firstKind()).mediaType);
+    }
+}
+
+void Drive::loadCatalogued(MediaKind kind) {
+    logInfo("catalogue: %zu files of %s\n", m_contents->of(kind).size(), numbersOf(kind).name);
+    m_state.catalogueComplete(RootFolder);
+}
+
+void Drive::loadFinished() {
+    if (m_contents->empty()) {
+        loadFailed("holds nothing that can be played");
+        return;
+    }
+    m_load.reset();
+    m_state.drive({"loaded", m_path, ""});
+    m_transport = std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents);
+    if (m_source) {
+        m_transport->sourceOn();
+    }
+}
+
+void Drive::loadFailed(const std::string& reason) {
+    m_load.reset();
+    const std::string text = m_path + ": " + reason;
+    logWarning("%s\n", text.c_str());
+    m_state.drive({"error", m_path, text});
+    m_state.playState(PlayState::Error);
+}
+
+void Drive::source(bool on) {
+    m_source = on;
+    rememberTray();
+    if (!m_transport) {
+        m_state.repeatTypeAndState();
+    } else if (on) {
+        m_transport->sourceOn();
+    } else {
+        m_transport->sourceOff();
+    }
+}
+
+void Drive::eject() {
+    if (m_path.empty() || m_ejecting.active()) {
+        return;
+    }
+    m_state.playState(PlayState::Ejecting);
+    logInfo("disc ejected: %s\n", m_path.c_str());
+    m_load.reset();
+    m_transport.reset();
+    m_ejecting = afterDelay(m_loop, EjectTime, [this] { remove(DiscPresence::None); });
+}
+
+void Drive::remove(DiscPresence presence) {
+    m_ejecting.reset();
+    m_load.reset();
+    m_transport.reset();
+    m_contents.reset();
+    m_gate.reset();
+    m_path.clear();
+    m_state.disc(presence);
+    m_state.forgetDisc();
+    m_state.drive({"empty", "", ""});
+    rememberTray();
+}
+
+bool Drive::fault(const std::string& kind) {
+    if (kind == "gone") {
+        remove(DiscPresence::DriveGone);
+        return true;
+    }
+    const auto row = std::find_if(std::begin(faults), std::end(faults), [&](const FaultRow& each) { return each.name == kind; });
+    if (row == std::end(faults)) {
+        return false;
+    }
+    if (m_gate) {
+        m_gate->set(row->fault);
+    }
+    m_state.error(row->error);
+    return true;
+}
+
+} // namespace zm::disc

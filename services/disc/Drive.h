@@ -1,0 +1,59 @@
+#pragma once
+
+#include "services/disc/DiscLoad.h"
+#include "services/disc/DiscState.h"
+#include "services/disc/Engine.h"
+#include "services/disc/FaultGate.h"
+#include "services/disc/Transport.h"
+
+#include <memory>
+#include <string>
+
+namespace zm::disc {
+
+/**
+ * The drive and its disc: what happens from insertion to ejection. Everything on the service's loop; nothing waits
+ * for the disc.
+ */
+class Drive : private LoadListener {
+public:
+    Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, std::shared_ptr<Catalogue> catalogue);
+    ~Drive() override;
+
+    /** Publishes an empty drive; `tray` is what the drive remembers of an earlier run. */
+    void start(const Tray& tray);
+    /** Takes the disc at `path`, after the present one is out. A path that cannot be read changes nothing. */
+    void insert(const std::string& path);
+    /** Stops and gives the disc out; without a disc nothing happens. */
+    void eject();
+    /** Gives the drive a fault by its name; false for an unknown one. */
+    bool fault(const std::string& kind);
+    void source(bool on);
+    /** What plays, or null while no disc is ready. */
+    Transport* transport() const { return m_transport.get(); }
+
+private:
+    void loadBegun() override;
+    void loadScanned(std::shared_ptr<const Contents> contents) override;
+    void loadCatalogued(MediaKind kind) override;
+    void loadFinished() override;
+    void loadFailed(const std::string& reason) override;
+
+    void remove(DiscPresence presence);
+    void rememberTray();
+
+    EventLoop& m_loop;
+    DiscState& m_state;
+    PlayModes& m_modes;
+    Engine& m_engine;
+    std::shared_ptr<Catalogue> m_catalogue;
+    std::string m_path; ///< of the disc inside; empty without one
+    bool m_source = false;
+    std::shared_ptr<FaultGate> m_gate;
+    std::shared_ptr<const Contents> m_contents;
+    std::unique_ptr<DiscLoad> m_load;
+    std::unique_ptr<Transport> m_transport;
+    SourceHandle m_ejecting;
+};
+
+} // namespace zm::disc

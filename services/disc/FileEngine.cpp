@@ -1,0 +1,165 @@
+#include "services/disc/FileEngine.h"
+
+#include "services/disc/FilePipeline.h"
+#include "services/disc/Log.h"
+
+#include <condition_variable>
+#include <thread>
+
+namespace zm::disc {
+
+namespace {
+
+// Longer than one read's deadline, so that a slow disc is told from a decoder that hangs.
+constexpr Milliseconds StartDeadline{15000};
+constexpr auto LeaveDeadline = std::chrono::seconds(1);
+
+} // namespace
+
+/** Carries a pipeline's reports from the engine's thread to the service's loop. */
+class FileEngine::Reporter : public EngineListener {
+public:
+    Reporter(FileEngine& engine, uint64_t generation)
+        : m_engine(engine), m_mailbox(engine.m_mailbox), m_generation(generation) {}
+
+    void engineStarted(Milliseconds length) override {
+        post([length](FileEngine& engine) {
+            engine.m_startWatch.reset();
+            engine.m_listener->engineStarted(length);
+        });
+    }
+    void engineMoved(Milliseconds position, Milliseconds length) override {
+        post([=](FileEngine& engine) { engine.m_listener->engineMoved(position, length); });
+    }
+    void engineEnded() override {
+        post([](FileEngine& engine) { engine.m_listener->engineEnded(); });
+    }
+    void engineScanned(ScanEdge edge) override {
+        post([edge](FileEngine& engine) { engine.m_listener->engineScanned(edge); });
+    }
+    void engineFailed(const std::string& reason) override {
+        post([reason](FileEngine& engine) {
+            engine.m_startWatch.reset();
+            engine.m_listener->engineFailed(reason);
+        });
+    }
+
+private:
+    template <class Report>
+    void post(Report report) {
+        m_mailbox->post([&engine = m_engine, generation = m_generation, report] {
+            if (engine.m_generation == generation) {
+                report(engine);
+            }
+        });
+    }
+    FileEngine& m_engine; ///< only touched in what the mailbox delivers, that is while it lives
+    std::shared_ptr<Mailbox> m_mailbox;
+    uint64_t m_generation;
+};
+
+/** The engine's thread and what lives on it. Kept alive by the thread itself, which may outlast the engine. */
+struct FileEngine::Worker {
+    EventLoop loop;
+    std::unique_ptr<Reporter> reporter;
+    std::unique_ptr<FilePipeline> pipeline;
+    std::mutex mutex;
+    std::condition_variable left;
+    bool gone = false;
+
+    static std::shared_ptr<Worker> launch() {
+        auto worker = std::make_shared<Worker>();
+        std::thread([worker] {
+            gst_init(nullptr, nullptr);
+            worker->loop.run();
+            worker->pipeline.reset();
+            std::lock_guard lock(worker->mutex);
+            worker->gone = true;
+            worker->left.notify_all();
+        }).detach();
+        return worker;
+    }
+
+    // False if the thread still hangs when the deadline is over.
+    bool leave() {
+        loop.quit();
+        std::unique_lock lock(mutex);
+        return left.wait_for(lock, LeaveDeadline, [this] { return gone; });
+    }
+
+    template <class Task>
+    static void post(const std::shared_ptr<Worker>& worker, Task task) {
+        worker->loop.post([worker = worker.get(), task] {
+            if (worker->pipeline) {
+                task(*worker->pipeline);
+            }
+        });
+    }
+};
+
+FileEngine::FileEngine(EventLoop& home)
+    : m_home(home), m_mailbox(std::make_shared<Mailbox>(home)), m_worker(Worker::launch()) {}
+
+FileEngine::~FileEngine() {
+    drop();
+    m_mailbox->close();
+    if (!m_worker->leave()) {
+        logWarning("the decoder hangs and is left behind\n");
+    }
+}
+
+void FileEngine::drop() {
+    ++m_generation;
+    m_startWatch.reset();
+    if (m_feed) {
+        m_feed->cancel();
+        m_feed.reset();
+    }
+}
+
+void FileEngine::start(const Playable& playable, EngineListener& listener, Milliseconds position, StartMode mode) {
+    drop();
+    m_listener = &listener;
+    m_feed = std::make_shared<Feed>(playable.medium, playable.path);
+    auto reporter = std::make_shared<Reporter>(*this, m_generation);
+    m_worker->loop.post([worker = m_worker.get(), feed = m_feed, reporter, playable, position, mode] {
+        worker->pipeline.reset();
+        worker->reporter = std::make_unique<Reporter>(*reporter);
+        worker->pipeline = std::make_unique<FilePipeline>(worker->loop, *worker->reporter, playable, feed);
+        worker->pipeline->start(position, mode);
+    });
+    watchStart();
+}
+
+void FileEngine::watchStart() {
+    m_startWatch = afterDelay(m_home, StartDeadline, [this] {
+        logWarning("the decoder hangs and is replaced\n");
+        drop();
+        m_worker->loop.quit();
+        m_worker = Worker::launch();
+        m_listener->engineFailed("the decoder does not answer");
+    });
+}
+
+void FileEngine::pause() {
+    Worker::post(m_worker, [](FilePipeline& pipeline) { pipeline.pause(); });
+}
+
+void FileEngine::resume() {
+    Worker::post(m_worker, [](FilePipeline& pipeline) { pipeline.resume(); });
+}
+
+void FileEngine::seek(Milliseconds position) {
+    Worker::post(m_worker, [position](FilePipeline& pipeline) { pipeline.seek(position); });
+}
+
+void FileEngine::scan(int speed) {
+    Worker::post(m_worker, [speed](FilePipeline& pipeline) { pipeline.scan(speed); });
+}
+
+void FileEngine::stop() {
+    drop();
+    m_worker->loop.post([worker = m_worker.get()] { worker->pipeline.reset(); });
+}
+
+} // namespace zm::disc

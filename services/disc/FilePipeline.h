@@ -1,0 +1,65 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "services/disc/Engine.h"
+#include "services/disc/Feed.h"
+#include "services/disc/Gst.h"
+
+#include <mutex>
+
+namespace zm::disc {
+
+/**
+ * Decodes and plays one file. Everything on the thread of `loop`, where `listener` is called too; building, seeking
+ * and destroying may take as long as a decoder does.
+ */
+class FilePipeline {
+public:
+    FilePipeline(EventLoop& loop, EngineListener& listener, const Playable& playable, std::shared_ptr<Feed> feed);
+    ~FilePipeline();
+    FilePipeline(const FilePipeline&) = delete;
+    FilePipeline& operator=(const FilePipeline&) = delete;
+
+    void start(Milliseconds position, StartMode mode);
+    void pause();
+    void resume();
+    void seek(Milliseconds position);
+    void scan(int speed);
+
+private:
+    enum class Precision { KeyFrame, Exact };
+
+    void connectSource(GstElement* source);
+    void supply(GstElement* source, size_t size);
+    void receive(GstMessage* message);
+    void prerolled();
+    void ended();
+    void fail(const std::string& reason);
+    void report();
+    void scanStep();
+    bool jump(Milliseconds position, Precision precision);
+    Milliseconds position() const;
+    Milliseconds length() const;
+
+    EventLoop& m_loop;
+    EngineListener& m_listener;
+    Playable m_playable;
+    std::shared_ptr<Feed> m_feed;
+    GstOwned<GstElement> m_playbin;
+    SourceHandle m_bus;
+    SourceHandle m_clock; ///< reports the position, or steps a scan
+
+    std::mutex m_supplyMutex; ///< decoders ask from several threads
+    uint64_t m_offset = 0;
+    uint64_t m_size = 0;
+
+    bool m_started = false;
+    bool m_over = false; ///< ended or failed: nothing more is reported
+    StartMode m_mode = StartMode::Playing;
+    Milliseconds m_first{0};
+    int m_scanSpeed = 0;
+    Milliseconds m_scanPosition{0};
+    bool m_seeking = false;
+};
+
+} // namespace zm::disc

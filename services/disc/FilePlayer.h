@@ -1,0 +1,90 @@
+#pragma once
+
+#include "services/disc/Contents.h"
+#include "services/disc/DiscState.h"
+#include "services/disc/Engine.h"
+#include "services/disc/PassageRepeat.h"
+#include "services/disc/PlayOrder.h"
+#include "services/disc/ReadErrorSkip.h"
+#include "services/disc/ScanSpeed.h"
+#include "services/disc/TrackAddress.h"
+#include "services/disc/Transport.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+
+namespace zm::disc {
+
+/** The files of a data disc: which one plays, and what each command means for them. */
+class FilePlayer : public Transport, private EngineListener {
+public:
+    /** `contents` has at least one item, the first of which is announced already. Playing begins with `sourceOn`. */
+    FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, std::shared_ptr<Medium> medium,
+               std::shared_ptr<const Contents> contents);
+    ~FilePlayer() override;
+
+    void sourceOn() override;
+    void sourceOff() override;
+
+    void next(int, int) override;
+    void previous(int, int) override;
+    void fastForward(int, int) override;
+    void fastBackward(int, int) override;
+    void playPause(int, int) override;
+    void pause(int, int) override;
+    void play(int, int) override;
+    void stop(int, int) override;
+    void shuffle(int mode, int) override;
+    void repeat(int mode, int) override;
+    void repeatPassage(int, int) override;
+    void playTrack(int first, int second) override;
+    void seek(int position, int) override;
+    void browse(int mediaType, int folder) override;
+
+protected:
+    void refuse() override;
+
+private:
+    void engineStarted(Milliseconds length) override;
+    void engineMoved(Milliseconds position, Milliseconds length) override;
+    void engineEnded() override;
+    void engineScanned(ScanEdge edge) override;
+    void engineFailed(const std::string& reason) override;
+
+    PlayOrder& order() { return *m_orders[kindIndex(m_kind)]; }
+    const Item& item() { return m_contents->of(m_kind)[order().current()]; }
+    void choose(MediaKind kind);
+    void begin(Milliseconds position, StartMode mode = StartMode::Playing);
+    void advance();
+    void skipUnreadable();
+    void halt(PlayState state);
+    void scan(ScanDirection direction);
+    void leaveScan();
+    void announceType();
+    void publishState(PlayState state);
+    void publishTime();
+    void publishModes();
+    TrackInfo trackInfo();
+
+    DiscState& m_state;
+    PlayModes& m_modes;
+    Engine& m_engine;
+    std::shared_ptr<Medium> m_medium;
+    std::shared_ptr<const Contents> m_contents;
+    std::array<std::optional<PlayOrder>, KindCount> m_orders;
+    MediaKind m_kind;
+    MediaKind m_browsed;
+    MediaKind m_announced; ///< kind of the "mediatype" published last
+    PlayState m_playState = PlayState::Loading;
+    bool m_source = false;
+    StartMode m_mode = StartMode::Playing;
+    Milliseconds m_position{0};
+    Milliseconds m_length{0};
+    ScanSpeed m_scan;
+    PassageRepeat m_passage;
+    size_t m_failures = 0; ///< items in a row that could not be played
+    ReadErrorSkip m_skip;
+};
+
+} // namespace zm::disc

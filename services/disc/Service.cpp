@@ -1,0 +1,184 @@
+#include "services/disc/Service.h"
+
+#include "base/Paths.h"
+#include "services/disc/Log.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace zm::disc {
+
+using Json = nlohmann::json;
+
+namespace {
+
+constexpr const char* controlPath = "/pps/zelmar/disc/control?delta";
+// Flags of the target: read, create.
+constexpr int ControlFlags = 256;
+constexpr unsigned ControlMode = 0666;
+
+constexpr int EjectCommand = 13;
+constexpr int ChangeFormatCommand = 142;
+constexpr int SourceCommand = 187;
+
+struct CommandRow {
+    int number;
+    void (Transport::*operation)(int, int);
+};
+
+constexpr CommandRow commands[] = {
+    {1, &Transport::next},          {2, &Transport::previous},     {3, &Transport::fastForward},
+    {4, &Transport::fastBackward},  {5, &Transport::playPause},    {7, &Transport::shuffle},
+    {9, &Transport::repeat},        {10, &Transport::repeatPassage}, {11, &Transport::audioChannel},
+    {12, &Transport::angle},        {18, &Transport::subtitle},    {19, &Transport::playbackControl},
+    {20, &Transport::zoom},         {21, &Transport::menu},        {22, &Transport::stop},
+    {130, &Transport::pause},       {131, &Transport::play},       {ChangeFormatCommand, &Transport::browse},
+    {145, &Transport::titleMenu},   {163, &Transport::rotate},     {182, &Transport::playTrack},
+    {183, &Transport::playChapter}, {184, &Transport::playTitle},  {185, &Transport::seek},
+    {186, &Transport::browse},      {188, &Transport::touch},      {189, &Transport::password},
+};
+
+int integer(const Json& object, const char* name) {
+    const auto member = object.find(name);
+    return member != object.end() && member->is_number_integer() ? member->get<int>() : 0;
+}
+
+std::string string(const Json& object, const char* name) {
+    const auto member = object.find(name);
+    return member != object.end() && member->is_string() ? member->get<std::string>() : std::string();
+}
+
+bool flag(const Json& object, const char* name) {
+    const auto member = object.find(name);
+    return member != object.end() && member->is_boolean() && member->get<bool>();
+}
+
+Json parseObject(const std::string& text) {
+    auto json = Json::parse(text, nullptr, false);
+    return json.is_object() ? json : Json::object();
+}
+
+// Calls `handle` with each JSON value of the attribute `name` in an object's text.
+template <class Handle>
+void forEachJson(const std::string& text, const char* name, Handle handle) {
+    for (const auto& line : attributesOf(text)) {
+        if (line.name == name && line.encoding == "json") {
+            handle(line.value);
+        }
+    }
+}
+
+} // namespace
+
+Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::string& runtime, const std::string& catalogueFile,
+                                                const std::string& disc) {
+    auto catalogue = Catalogue::open(catalogueFile);
+    if (!catalogue) {
+        return Error{catalogue.error()};
+    }
+    auto state = DiscState::open(ppsSocket(runtime));
+    if (!state) {
+        return Error{state.error()};
+    }
+    auto control = PpsFile::open(ppsSocket(runtime), controlPath, ControlFlags, ControlMode);
+    if (!control) {
+        return Error{control.error()};
+    }
+    std::unique_ptr<Service> service(
+        new Service(loop, std::move(*state), std::shared_ptr<Catalogue>(std::move(*catalogue)), std::move(*control)));
+    service->begin(disc);
+    return service;
+}
+
+Service::Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control)
+    : m_loop(loop), m_state(std::move(state)), m_engine(loop),
+      m_drive(loop, *m_state, m_modes, m_engine, std::move(catalogue)), m_control(std::move(control)),
+      m_mailbox(std::make_shared<Mailbox>(loop)) {}
+
+Service::~Service() {
+    m_inbox.reset();
+    m_mailbox->close();
+}
+
+void Service::begin(const std::string& disc) {
+    // What was asked before this run began is over; only what the drive remembers counts.
+    m_control.read();
+    m_state->statusFile().read();
+    const Tray tray = recall();
+    m_drive.start(tray);
+    const std::string& path = tray.path.empty() ? disc : tray.path;
+    if (!path.empty()) {
+        m_drive.insert(path);
+    }
+    m_inbox = std::make_unique<PpsInbox>(
+        std::vector<PpsInbox::Watch>{
+            {&m_control, [this](const std::string& text) { controlText(text); }},
+            {&m_state->driveFile(), [this](const std::string& text) { driveText(text); }},
+            {&m_state->statusFile(), [this](const std::string& text) { statusText(text); }},
+        },
+        m_mailbox);
+}
+
+Tray Service::recall() {
+    Tray tray;
+    if (const auto text = m_state->driveFile().read()) {
+        forEachJson(*text, "tray", [&](const std::string& value) {
+            const Json json = parseObject(value);
+            tray = {string(json, "path"), flag(json, "source")};
+        });
+    }
+    return tray;
+}
+
+void Service::controlText(const std::string& text) {
+    forEachJson(text, "zmcmd", [this](const std::string& value) { command(value); });
+}
+
+void Service::driveText(const std::string& text) {
+    forEachJson(text, "drive", [this](const std::string& value) { driveRequest(value); });
+}
+
+// Nobody else writes the status, so a text of it can only be a service that has been started anew and knows nothing.
+void Service::statusText(const std::string& text) {
+    if (attributesOf(text).empty()) {
+        logInfo("published objects were lost: published again\n");
+        m_state->publishAll();
+    }
+}
+
+void Service::command(const std::string& value) {
+    const Json json = parseObject(value);
+    const int number = integer(json, "cmd");
+    const int first = integer(json, "param1");
+    const int second = integer(json, "param2");
+    if (number == EjectCommand) {
+        m_drive.eject();
+        return;
+    }
+    if (number == SourceCommand) {
+        m_drive.source(first != 0);
+        return;
+    }
+    const auto row = std::find_if(std::begin(commands), std::end(commands), [&](const CommandRow& each) { return each.number == number; });
+    Transport* transport = m_drive.transport();
+    if (row == std::end(commands) || !transport) {
+        logInfo("command not carried out: %s\n", value.c_str());
+        return;
+    }
+    (transport->*row->operation)(first, second);
+}
+
+void Service::driveRequest(const std::string& value) {
+    const Json json = parseObject(value);
+    const std::string op = string(json, "op");
+    if (op == "insert") {
+        m_drive.insert(string(json, "path"));
+    } else if (op == "eject") {
+        m_drive.eject();
+    } else if (op != "fault" || !m_drive.fault(string(json, "kind"))) {
+        logWarning("unknown request to the drive: %s\n", value.c_str());
+    }
+}
+
+} // namespace zm::disc

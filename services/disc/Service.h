@@ -1,0 +1,47 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "base/Result.h"
+#include "services/disc/DiscState.h"
+#include "services/disc/Drive.h"
+#include "services/disc/FileEngine.h"
+#include "services/disc/PpsInbox.h"
+
+#include <memory>
+#include <string>
+
+namespace zm::disc {
+
+/** The whole disc service: takes commands from the published objects and has the drive carry them out. */
+class Service {
+public:
+    /**
+     * Connects to the objects' service of the runtime folder `runtime` and makes the catalogue `catalogueFile`. A disc
+     * that an earlier run has left in the drive is taken again, else the one at `disc` unless that is empty.
+     * Everything happens on `loop`, which the caller runs.
+     */
+    static Result<std::unique_ptr<Service>> start(EventLoop& loop, const std::string& runtime,
+                                                  const std::string& catalogueFile, const std::string& disc);
+    ~Service();
+
+private:
+    Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control);
+    void begin(const std::string& disc);
+    Tray recall();
+    void controlText(const std::string& text);
+    void driveText(const std::string& text);
+    void statusText(const std::string& text);
+    void command(const std::string& json);
+    void driveRequest(const std::string& json);
+
+    EventLoop& m_loop;
+    std::unique_ptr<DiscState> m_state;
+    PlayModes m_modes;
+    FileEngine m_engine;
+    Drive m_drive;
+    PpsFile m_control;
+    std::shared_ptr<Mailbox> m_mailbox;
+    std::unique_ptr<PpsInbox> m_inbox; ///< last: its thread reads the files above
+};
+
+} // namespace zm::disc

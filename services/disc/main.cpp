@@ -1,0 +1,43 @@
+#include "base/Paths.h"
+#include "services/disc/Log.h"
+#include "services/disc/Service.h"
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr const char* usage = "usage: zmdiscd [--disc PATH]\n"
+                              "The disc service of the runtime folder in ZM_RUNTIME; ZM_CATALOGUE names the catalogue file.\n";
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    std::string disc;
+    if (arguments.size() == 2 && arguments[0] == "--disc") {
+        disc = arguments[1];
+    } else if (!arguments.empty()) {
+        std::fputs(usage, stderr);
+        return 2;
+    }
+    const std::string runtime = zm::runtimeDir();
+    if (auto status = zm::makeRuntimeDir(runtime); !status) {
+        std::fprintf(stderr, "zmdiscd: %s\n", status.error().c_str());
+        return 1;
+    }
+    zm::EventLoop loop;
+    const auto term = zm::watchSignal(loop, SIGTERM, [&] { loop.quit(); });
+    const auto interrupt = zm::watchSignal(loop, SIGINT, [&] { loop.quit(); });
+    auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime), disc);
+    if (!service) {
+        std::fprintf(stderr, "zmdiscd: %s\n", service.error().c_str());
+        return 1;
+    }
+    logInfo("started\n");
+    loop.run();
+    logInfo("ends\n");
+    return 0;
+}

@@ -1,0 +1,99 @@
+// What the application does on its event thread: frames, properties, ticks, language and theme.
+
+#include "platform/linux/framework/Application.h"
+#include "platform/linux/framework/FrameworkLog.h"
+#include "platform/linux/framework/ViewImpl.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace zm {
+
+namespace {
+
+// Animations get no more ticks than the screen has frames.
+constexpr int64_t MinTickMs = 10;
+
+// The numbers that OnLanguageChange gets.
+constexpr const char* Languages[] = {"en", "de", "zh", "ar"};
+
+int languageNumber(const std::string& code) {
+    const auto found = std::find(std::begin(Languages), std::end(Languages), code);
+    return found == std::end(Languages) ? 0 : static_cast<int>(found - std::begin(Languages));
+}
+
+} // namespace
+
+void Application::beginEvents() {
+    m_screenWatch = watchFd(m_events->loop(), m_screen->fd(), IoEvent::Readable, [this] {
+        m_events->runEvent([this] { noteScreen(m_screen->receive()); }, Counted::No);
+    });
+    if (!mainView()->scene->shownWindows().empty()) {
+        announceRunning();
+    }
+}
+
+void Application::endEvents() {
+    m_screenWatch.reset();
+    m_clock.disarm();
+    for (ViewImpl* view : m_views) {
+        view->view.OnClose();
+    }
+}
+
+void Application::flushFrames() {
+    for (ViewImpl* view : m_views) {
+        noteScreen(view->paint());
+        armTick(*view);
+    }
+}
+
+void Application::flushProps() {
+    for (ViewImpl* view : m_views) {
+        noteScreen(view->flushProps());
+    }
+    noteScreen(m_children.flush(*m_screen));
+}
+
+void Application::noteScreen(const Status& status) {
+    if (!status && m_screenWatch.active()) {
+        reportFailure(status.error());
+        // A broken descriptor would be ready all the time.
+        m_screenWatch.reset();
+    }
+}
+
+void Application::armTick(ViewImpl& view) {
+    const AppClock::Key key{&view, 0};
+    const int64_t next = view.scene->nextTick();
+    if (next < 0) {
+        m_clock.cancel(key);
+        return;
+    }
+    const int64_t due = std::max(next, view.tickedMs + MinTickMs);
+    if (m_clock.due(key) != due) {
+        m_clock.set(key, {due, 0, AlarmKind::Tick, [this, &view] {
+                              view.tickedMs = m_clock.nowMs();
+                              view.scene->tick(view.tickedMs);
+                              armTick(view);
+                          }});
+    }
+}
+
+void Application::setLanguage(const std::string& code) {
+    m_language = code;
+    for (ViewImpl* view : m_views) {
+        view->scene->setLanguage(code);
+        view->view.OnLanguageChange(languageNumber(code));
+    }
+}
+
+void Application::setTheme(const std::string& name) {
+    m_theme = name;
+    for (ViewImpl* view : m_views) {
+        view->scene->setTheme(name);
+        view->view.OnUIStytleChange(name == "night" ? 1 : 0);
+    }
+}
+
+} // namespace zm

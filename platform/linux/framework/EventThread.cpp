@@ -1,0 +1,124 @@
+#include "platform/linux/framework/EventThread.h"
+
+#include <system_error>
+
+namespace zm {
+
+namespace {
+
+thread_local const EventThread* currentThread = nullptr;
+
+} // namespace
+
+EventThread::~EventThread() {
+    stop();
+}
+
+Status EventThread::start(Task first, Task last) {
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_phase != Phase::Waiting) {
+            return Error{"the event thread was started before"};
+        }
+        m_phase = Phase::Running;
+    }
+    try {
+        m_thread = std::thread([this, first = std::move(first), last = std::move(last)] {
+            currentThread = this;
+            runEvent(first, Counted::No);
+            m_loop->run();
+            last();
+            currentThread = nullptr;
+        });
+    } catch (const std::system_error& error) {
+        std::lock_guard lock(m_mutex);
+        m_phase = Phase::Waiting;
+        return Error{std::string("event thread: ") + error.what()};
+    }
+    return ok();
+}
+
+void EventThread::stop() {
+    std::deque<Event> dropped;
+    {
+        std::lock_guard lock(m_mutex);
+        m_phase = Phase::Stopped;
+        dropped.swap(m_events);
+    }
+    m_loop->quit();
+    if (m_thread.joinable() && !isCurrent()) {
+        m_thread.join();
+    }
+}
+
+void EventThread::reset() {
+    stop();
+    m_loop = std::make_unique<EventLoop>();
+    std::lock_guard lock(m_mutex);
+    m_phase = Phase::Waiting;
+}
+
+bool EventThread::isCurrent() const {
+    return currentThread == this;
+}
+
+bool EventThread::running() const {
+    std::lock_guard lock(m_mutex);
+    return m_phase == Phase::Running;
+}
+
+bool EventThread::stopped() const {
+    std::lock_guard lock(m_mutex);
+    return m_phase == Phase::Stopped;
+}
+
+void EventThread::post(Task task, Counted counted) {
+    std::lock_guard lock(m_mutex);
+    if (m_phase == Phase::Stopped) {
+        return;
+    }
+    m_activity += counted == Counted::Yes;
+    m_events.push_back({std::move(task), counted});
+    m_loop->post([this] { runNext(); });
+}
+
+bool EventThread::runAndWait(Task task, TimePoint deadline) {
+    auto fence = std::make_shared<Fence>();
+    // The fence passes when the event is destroyed: after it ran, or when it is dropped.
+    std::shared_ptr<void> guard(nullptr, [fence](void*) { fence->pass(); });
+    post([task = std::move(task), guard = std::move(guard)] { task(); }, Counted::No);
+    return fence->wait(deadline);
+}
+
+void EventThread::runEvent(const Task& task, Counted counted) {
+    task();
+    if (afterEvent) {
+        afterEvent();
+    }
+    std::lock_guard lock(m_mutex);
+    m_activity += counted == Counted::Yes;
+}
+
+bool EventThread::drain(TimePoint deadline) {
+    return runAndWait([] {}, deadline);
+}
+
+uint64_t EventThread::activity() const {
+    std::lock_guard lock(m_mutex);
+    return m_activity;
+}
+
+void EventThread::runNext() {
+    Event event;
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_events.empty()) {
+            return;
+        }
+        event = std::move(m_events.front());
+        m_events.pop_front();
+    }
+    runEvent(event.task, event.counted);
+}
+
+} // namespace zm

@@ -1,0 +1,36 @@
+#include "platform/linux/framework/FrameworkLog.h"
+
+#include "sys/slog.h"
+
+#include <cstdio>
+#include <mutex>
+
+namespace zm {
+
+namespace {
+
+std::mutex nameMutex;
+
+std::string& logName() {
+    static std::string name = "framework";
+    return name;
+}
+
+} // namespace
+
+void setLogName(const std::string& name) {
+    std::lock_guard lock(nameMutex);
+    logName() = name;
+}
+
+void reportFailure(const std::string& text) {
+    std::string name;
+    {
+        std::lock_guard lock(nameMutex);
+        name = logName();
+    }
+    slogf(_SLOG_SETCODE(0, _SLOGC_PRIVATE_START), _SLOG_ERROR, "[%s] %s\n", name.c_str(), text.c_str());
+    std::fprintf(stderr, "%s: %s\n", name.c_str(), text.c_str());
+}
+
+} // namespace zm

@@ -1,0 +1,109 @@
+#include "platform/linux/framework/ShellCommands.h"
+#include "platform/linux/framework/ViewImpl.h"
+#include "platform/linux/qdb/QdbHold.h"
+
+namespace zm {
+
+using json = nlohmann::json;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+namespace {
+
+// How long one timer's consequences may take to come to rest while the clock is advanced.
+constexpr milliseconds AdvanceLimit(10000);
+constexpr int DefaultSettleMs = 5000;
+
+constexpr const char* Roles[] = {"main", "osd"};
+
+void screen(Application& application, const json& message, const Reply& reply) {
+    const std::string only = message.contains("view") && message["view"].is_string() ? message["view"] : "";
+    const int window =
+        message.contains("window") && message["window"].is_number() ? message["window"].get<int>() : 0;
+    replyFromEvent(application, reply, [&application, only, window] {
+        json views = json::object();
+        for (const char* role : Roles) {
+            const ViewImpl* view = application.viewByRole(role);
+            if (view && (only.empty() || only == role)) {
+                views[role] = view->describe(window);
+            }
+        }
+        return views;
+    });
+}
+
+// Waits until everything drawn is on the screen. On the coordinator thread.
+bool syncFrames(Application& application, TimePoint deadline) {
+    auto synced = std::make_shared<std::atomic<bool>>(false);
+    application.events().runAndWait(
+        [&application, synced, deadline] {
+            application.flushFrames();
+            const auto left = std::chrono::duration_cast<milliseconds>(deadline - steady_clock::now());
+            *synced = static_cast<bool>(application.screen()->sync(left));
+            // With the buffers that came back, what had to wait is shown as well.
+            application.flushFrames();
+        },
+        deadline);
+    return *synced;
+}
+
+void settle(Application& application, const json& message, const Reply& reply) {
+    const TimePoint deadline = steady_clock::now() + milliseconds(message.value("timeout", DefaultSettleMs));
+    application.coordinator().post([&application, reply, deadline] {
+        const Settler::Outcome outcome = application.settler().settle(deadline);
+        const bool synced = outcome != Settler::Outcome::Restless && syncFrames(application, deadline);
+        reply.done({{"quiet", synced && outcome == Settler::Outcome::Quiet}});
+    });
+}
+
+// Lets the clock go on to `target`, with everything at rest after each alarm that called the application.
+bool advanceTo(Application& application, int64_t target) {
+    auto called = std::make_shared<std::atomic<bool>>(true);
+    while (*called) {
+        const TimePoint deadline = steady_clock::now() + AdvanceLimit;
+        if (application.settler().settle(deadline) == Settler::Outcome::Restless) {
+            return false;
+        }
+        *called = false;
+        application.events().runAndWait(
+            [&application, called, target] { *called = application.clock().advanceToHandler(target); },
+            deadline);
+    }
+    return syncFrames(application, steady_clock::now() + AdvanceLimit);
+}
+
+void advance(Application& application, const json& message, const Reply& reply) {
+    if (!application.clock().manual()) {
+        reply.failed("advance: the clock is not manual");
+        return;
+    }
+    application.coordinator().post([&application, reply, ms = message.at("ms").get<int64_t>()] {
+        if (advanceTo(application, application.clock().nowMs() + ms)) {
+            reply.done();
+        } else {
+            reply.failed("advance: the application does not come to rest");
+        }
+    });
+}
+
+void hold(Application&, const json& message, const Reply& reply) {
+    qdbHold(message.at("rows").get<int>());
+    reply.done();
+}
+
+void unhold(Application&, const json&, const Reply& reply) {
+    qdbRelease();
+    reply.done();
+}
+
+constexpr ShellCommand Commands[] = {
+    {"screen", screen}, {"settle", settle}, {"advance", advance}, {"hold", hold}, {"unhold", unhold},
+};
+
+} // namespace
+
+std::span<const ShellCommand> inspectionCommands() {
+    return Commands;
+}
+
+} // namespace zm

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "base/Result.h"
+#include "base/UniqueFd.h"
+#include "platform/linux/framework/PpsSlot.h"
+#include "platform/linux/framework/Settler.h"
+#include "sys/pps.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace zm {
+
+/** The thread that reads a set of PPS objects and reports each changed attribute. */
+class PpsMonitor : public ActivitySource {
+public:
+    using OnChange = std::function<void(int key, pps_attrib_t* attribute)>;
+
+    explicit PpsMonitor(OnChange onChange);
+    ~PpsMonitor() override;
+
+    Status start();
+    /** Waits for the thread; false when called on it. */
+    bool stop();
+
+    /** False if the key is taken. */
+    bool add(int key, std::shared_ptr<PpsSlot> slot);
+    /** False if there is none of that key. */
+    bool remove(int key);
+
+    bool drain(TimePoint deadline) override;
+    uint64_t activity() const override;
+
+private:
+    struct Entry {
+        int key;
+        std::shared_ptr<PpsSlot> slot;
+        bool failed = false; ///< its last read failed, which has been told
+    };
+    void run();
+    bool readAll(std::vector<Entry>& entries);
+    void deliver(const Entry& entry, std::string text);
+    void noteRead(const Entry& read, const std::string& why);
+    void wait(const std::vector<Entry>& entries);
+    void wake();
+
+    OnChange m_onChange;
+    UniqueFd m_wake;
+    mutable std::mutex m_mutex;
+    std::vector<Entry> m_entries;
+    std::vector<std::shared_ptr<Fence>> m_fences;
+    bool m_running = false;
+    uint64_t m_delivered = 0;
+    std::thread m_thread;
+};
+
+} // namespace zm

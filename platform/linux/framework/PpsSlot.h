@@ -1,0 +1,32 @@
+#pragma once
+
+#include "base/Result.h"
+#include "platform/linux/pps/PpsFile.h"
+
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace zm {
+
+/** Holds one PPS object open for the threads that write it and the one that reads it. Any thread. */
+class PpsSlot {
+public:
+    /** False if it was open already. */
+    bool put(PpsFile file);
+    /** False if it was not open. */
+    bool close();
+    bool isOpen() const;
+
+    Status write(std::string_view text);
+    /** What is new; empty also while it is closed. */
+    Result<std::string> read();
+    /** For poll; -1 while there is nothing to wait on. */
+    int pollFd();
+
+private:
+    mutable std::mutex m_mutex;
+    std::optional<PpsFile> m_file;
+};
+
+} // namespace zm

@@ -1,0 +1,76 @@
+#include "platform/linux/framework/ViewImpl.h"
+
+#include "zmui/CUI_BtList.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <utility>
+
+namespace Oro::ZMCAR {
+
+zm::Status ViewImpl::load(const std::string& resourceFile, const std::string& fontPath, int width,
+                          int height) {
+    if (scene) {
+        return zm::Error{"view " + name + ": initialised before"};
+    }
+    auto loaded = zm::Scene::load(resourceFile, fontPath, width, height, *this);
+    if (!loaded) {
+        return zm::Error{loaded.error()};
+    }
+    scene = std::move(*loaded);
+    spec.width = width;
+    spec.height = height;
+    for (const auto& [page, content] : scene->describe().items()) {
+        pages.insert(std::atoi(page.c_str()));
+    }
+    return zm::ok();
+}
+
+void ViewImpl::setVisible(bool show) {
+    spec.visible = show;
+    pending.visible = show;
+}
+
+void ViewImpl::setOrder(int order) {
+    spec.order = order;
+    pending.order = order;
+}
+
+void ViewImpl::setAlpha(bool alpha) {
+    spec.alpha = alpha;
+    pending.alpha = alpha;
+}
+
+zm::Status ViewImpl::flushProps() {
+    const zm::WindowProps props = std::exchange(pending, {});
+    if (!window || props.empty()) {
+        return zm::ok();
+    }
+    return application.screen()->setProps(window->number(), props);
+}
+
+zm::Status ViewImpl::paint() {
+    if (!window) {
+        return zm::ok();
+    }
+    return window->present(scene->paint(window->surface(), window->stride()));
+}
+
+nlohmann::json ViewImpl::describe(int onlyWindow) const {
+    const auto shown = scene->shownWindows();
+    return {{"window", shown.empty() ? 0 : shown.back()},
+            {"shown", shown},
+            {"visible", spec.visible},
+            {"windows", scene->describe(onlyWindow)}};
+}
+
+void ViewImpl::itemClicked(int page, int control, int state) {
+    view.OnClick(&scene->wndMng(), page, control, state);
+}
+
+void ViewImpl::listScrolled(int page, int kind, _tagList_Info& info) {
+    view.OnListInfoMessage(&scene->wndMng(), page, kind, &info);
+}
+
+} // namespace Oro::ZMCAR

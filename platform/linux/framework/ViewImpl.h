@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/linux/framework/Application.h"
+#include "platform/linux/toolkit/Scene.h"
+#include "zmcar/ViewBase.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <string>
+
+namespace Oro::ZMCAR {
+
+/** What stands behind a view: its pages, its window and what the application last asked of it. */
+struct ViewImpl : zm::SceneListener {
+    explicit ViewImpl(ViewBase& owner) : view(owner) {}
+
+    /** Loads the pages; false if it was done before or the resource is faulty. */
+    zm::Status load(const std::string& resourceFile, const std::string& fontPath, int width, int height);
+    /** Event thread. */
+    bool isMain() const { return application.mainView() == this; }
+
+    /** Asks for visibility or order; takes effect at the next flush. */
+    void setVisible(bool show);
+    void setOrder(int order);
+    void setAlpha(bool alpha);
+    /** Sends what was asked for since the last flush. */
+    zm::Status flushProps();
+    /** Draws and commits what changed. */
+    zm::Status paint();
+    /** What the head unit's `screen` request tells of the view. */
+    nlohmann::json describe(int window) const;
+
+    void itemClicked(int window, int control, int state) override;
+    void listScrolled(int window, int kind, _tagList_Info& info) override;
+
+    ViewBase& view;
+    zm::Application& application = zm::Application::instance();
+    std::string name;        ///< of the view and of its window
+    std::string windowGroup; ///< of the main view
+    zm::WindowSpec spec;     ///< `visible` and `order` as last asked for
+    zm::WindowProps pending;
+    std::set<int> pages; ///< all pages of the resource; may be read from any thread after loading
+    std::unique_ptr<zm::Scene> scene;
+    zm::ScreenWindow* window = nullptr;
+    int64_t tickedMs = 0; ///< time of the scene's latest tick
+};
+
+} // namespace Oro::ZMCAR

@@ -1,0 +1,104 @@
+#include "platform/linux/framework/Worker.h"
+
+#include "platform/linux/qdb/QdbHold.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace zm {
+
+namespace {
+
+// A worker that comes to a held row tells nobody, so it is looked for.
+constexpr std::chrono::milliseconds LookAgain(2);
+
+} // namespace
+
+Worker::~Worker() {
+    stop();
+}
+
+Status Worker::start(Hooks hooks) {
+    std::lock_guard lock(m_mutex);
+    if (m_running || m_thread.joinable()) {
+        return Error{"the worker thread runs already"};
+    }
+    m_hooks = std::move(hooks);
+    try {
+        m_thread = std::thread([this] { run(); });
+    } catch (const std::system_error& error) {
+        return Error{std::string("worker thread: ") + error.what()};
+    }
+    m_running = true;
+    return ok();
+}
+
+void Worker::request() {
+    std::lock_guard lock(m_mutex);
+    m_requested = true;
+    ++m_activity;
+    m_changed.notify_all();
+}
+
+void Worker::stop() {
+    bool busy = false;
+    {
+        std::lock_guard lock(m_mutex);
+        m_running = false;
+        m_requested = false;
+        busy = m_busy;
+        m_changed.notify_all();
+    }
+    if (!m_thread.joinable() || m_thread.get_id() == std::this_thread::get_id()) {
+        return;
+    }
+    if (busy) {
+        qdbRelease();
+    }
+    m_thread.join();
+}
+
+bool Worker::drain(TimePoint deadline) {
+    std::unique_lock lock(m_mutex);
+    while (m_running && (m_busy || m_requested)) {
+        const TimePoint now = std::chrono::steady_clock::now();
+        if (m_busy && qdbHeld()) {
+            return true;
+        }
+        if (now >= deadline) {
+            return false;
+        }
+        m_changed.wait_until(lock, std::min(deadline, now + LookAgain));
+    }
+    return true;
+}
+
+uint64_t Worker::activity() const {
+    std::lock_guard lock(m_mutex);
+    return m_activity;
+}
+
+void Worker::run() {
+    qdbMarkWorker(true);
+    m_hooks.begin();
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_changed.wait(lock, [this] { return m_requested || !m_running; });
+        if (!m_running) {
+            break;
+        }
+        m_requested = false;
+        m_busy = true;
+        lock.unlock();
+        m_hooks.task();
+        lock.lock();
+        m_busy = false;
+        ++m_activity;
+        m_changed.notify_all();
+    }
+    lock.unlock();
+    m_hooks.end();
+    qdbMarkWorker(false);
+}
+
+} // namespace zm

@@ -31,13 +31,14 @@ public:
 class Scene {
 public:
     /** Loads and validates a resource file; the error gives file, line and what was expected. */
-    static Result<std::unique_ptr<Scene>> load(const std::string& resourceFile, const std::string& fontDir, int width,
-                                               int height, SceneListener& listener);
+    static Result<std::unique_ptr<Scene>> load(const std::string& resourceFile, const std::string& fontDir,
+                                               int width, int height, SceneListener& listener);
     ~Scene();
 
     CUIWndMng& wndMng();
 
-    /** Shows or hides a page. Pages marked "stacked" in the resource lie above the others; of the rest one at a time is shown. */
+    /** Shows or hides a page. Pages marked "stacked" in the resource lie above the others; of the rest one at
+     * a time is shown. */
     bool showWindow(int window, bool show);
     /** Shown pages, bottom first. */
     std::vector<int> shownWindows() const;
@@ -45,7 +46,8 @@ public:
     /** Whether a touch at that point belongs to this scene: some shown window covers it. */
     bool hits(int x, int y) const;
     void press(int x, int y);
-    /** A drag of a list begins once the finger has moved 12 pixels; the touch then reports no hold and no release click. */
+    /** A drag of a list begins once the finger has moved 12 pixels; the touch then reports no hold and no
+     * release click. */
     void move(int x, int y, int64_t nowMs);
     /** The finger has rested for 800 ms. */
     void hold();
@@ -55,12 +57,14 @@ public:
     int64_t nextTick() const;
     void tick(int64_t nowMs);
 
-    /** Draws what was made visible since the last call into premultiplied ARGB32 pixels; gives the areas drawn. */
+    /** Draws what was made visible since the last call into premultiplied ARGB32 pixels; gives the areas
+     * drawn. */
     std::vector<Rect> paint(uint8_t* pixels, int stride);
     /** Marks everything as to be drawn. */
     void invalidate();
 
-    /** Codes "en", "de", "zh", "ar"; unknown ones fall back to English. False if the code is not in the resource. */
+    /** Codes "en", "de", "zh", "ar"; unknown ones fall back to English. False if the code is not in the
+     * resource. */
     bool setLanguage(const std::string& code);
     /** "night" or "day". */
     bool setTheme(const std::string& name);

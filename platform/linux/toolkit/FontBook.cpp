@@ -1,0 +1,156 @@
+#include "platform/linux/toolkit/FontBook.h"
+
+#include <fontconfig/fontconfig.h>
+#include <glib-object.h>
+#include <pango/pangocairo.h>
+#include <pango/pangofc-fontmap.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+
+namespace zm {
+
+namespace {
+
+constexpr const char* textFamily = "zmtext";
+constexpr const char* glyphFamily = "Material Design Icons";
+constexpr size_t longestDrawn = 600;
+constexpr unsigned char firstLetterOfOtherScripts = 0xD6; ///< lead byte of U+0580 and above
+
+/** Small fonts that every page needs; the others are loaded with the first text that is not Latin, Greek or
+ * Cyrillic. */
+constexpr std::array<const char*, 3> firstFonts = {"NotoSans-Regular.ttf", "NotoSans-Bold.ttf",
+                                                   "materialdesignicons-webfont.ttf"};
+
+constexpr const char* configuration =
+    "<fontconfig><alias binding=\"strong\"><family>zmtext</family><prefer><family>Noto Sans</family>"
+    "<family>Noto Sans CJK SC</family><family>Noto Sans Arabic</family></prefer></alias></fontconfig>";
+
+} // namespace
+
+void Unref::operator()(void* object) const {
+    g_object_unref(object);
+}
+
+Result<std::unique_ptr<FontBook>> FontBook::open(const std::string& fontDir) {
+    std::unique_ptr<FontBook> book(new FontBook);
+    book->m_fontDir = fontDir;
+    book->m_map = pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT);
+    std::vector<std::string> first;
+    for (const char* name : firstFonts) {
+        first.push_back((std::filesystem::path(fontDir) / name).string());
+    }
+    if (!book->load(first) && !book->load(book->allFonts())) {
+        return Error{fontDir + ": holds no fonts, expected at least " + firstFonts.front()};
+    }
+    book->m_context = pango_font_map_create_context(book->m_map);
+    // Else a row number in front of an Arabic name would stand at the right end.
+    pango_context_set_base_dir(book->m_context, PANGO_DIRECTION_LTR);
+    cairo_font_options_t* options = cairo_font_options_create();
+    cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_SLIGHT);
+    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_ON);
+    pango_cairo_context_set_font_options(book->m_context, options);
+    cairo_font_options_destroy(options);
+    return book;
+}
+
+FontBook::~FontBook() {
+    if (m_context) {
+        g_object_unref(m_context);
+    }
+    if (m_map) {
+        g_object_unref(m_map);
+    }
+}
+
+std::vector<std::string> FontBook::allFonts() const {
+    std::vector<std::string> files;
+    std::error_code failed;
+    for (const auto& entry : std::filesystem::directory_iterator(m_fontDir, failed)) {
+        files.push_back(entry.path().string());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+bool FontBook::load(const std::vector<std::string>& files) {
+    FcConfig* config = FcConfigCreate();
+    FcConfigParseAndLoadFromMemory(config, reinterpret_cast<const FcChar8*>(configuration), FcTrue);
+    bool found = false;
+    for (const std::string& file : files) {
+        found =
+            FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str())) == FcTrue || found;
+    }
+    if (found) {
+        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(m_map), config);
+    }
+    FcConfigDestroy(config);
+    return found;
+}
+
+void FontBook::prepare(const std::string& text) {
+    const auto isOther = [](char byte) {
+        return static_cast<unsigned char>(byte) >= firstLetterOfOtherScripts;
+    };
+    if (!m_all && std::any_of(text.begin(), text.end(), isOther)) {
+        m_all = true; // also when it fails: there is nothing more to load
+        load(allFonts());
+    }
+}
+
+LayoutPtr FontBook::layout(int pixels, bool bold) {
+    LayoutPtr layout(pango_layout_new(m_context));
+    pango_layout_set_auto_dir(layout.get(), FALSE);
+    pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
+    pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
+    pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
+    PangoFontDescription* font = pango_font_description_new();
+    pango_font_description_set_family_static(font, textFamily);
+    pango_font_description_set_weight(font, bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+    pango_font_description_set_absolute_size(font, static_cast<double>(pixels) * PANGO_SCALE);
+    pango_layout_set_font_description(layout.get(), font);
+    pango_font_description_free(font);
+    return layout;
+}
+
+LayoutPtr FontBook::glyph(const std::string& text, double pixels) {
+    LayoutPtr layout(pango_layout_new(m_context));
+    PangoFontDescription* font = pango_font_description_new();
+    pango_font_description_set_family_static(font, glyphFamily);
+    pango_font_description_set_absolute_size(font, pixels * PANGO_SCALE);
+    pango_layout_set_font_description(layout.get(), font);
+    pango_font_description_free(font);
+    pango_layout_set_text(layout.get(), text.c_str(), static_cast<int>(text.size()));
+    return layout;
+}
+
+std::string fromWide(const wchar_t* text) {
+    std::string bytes;
+    for (; *text; ++text) {
+        const auto character = static_cast<gunichar>(*text);
+        char buffer[6];
+        const bool valid = g_unichar_validate(character);
+        bytes.append(buffer, static_cast<size_t>(g_unichar_to_utf8(valid ? character : 0xFFFD, buffer)));
+    }
+    return bytes;
+}
+
+std::string drawable(const std::string& text) {
+    char* valid = g_utf8_make_valid(text.c_str(), static_cast<gssize>(text.size()));
+    std::string line(valid);
+    g_free(valid);
+    if (line.size() > longestDrawn) {
+        const char* end = g_utf8_find_prev_char(line.c_str(), line.c_str() + longestDrawn);
+        line.resize(static_cast<size_t>(end - line.c_str()));
+    }
+    for (char& byte : line) {
+        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) {
+            byte = ' ';
+        }
+    }
+    return line;
+}
+
+} // namespace zm

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "base/Result.h"
+
+#include <cairo.h>
+#include <pango/pango.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zm {
+
+struct Unref {
+    void operator()(void* object) const;
+};
+using LayoutPtr = std::unique_ptr<PangoLayout, Unref>;
+
+/**
+ * The fonts of one folder and nothing else of the machine, so that the same text gives the same pixels
+ * everywhere. Belongs to one thread.
+ */
+class FontBook {
+public:
+    /** Fails if the folder holds no font. */
+    static Result<std::unique_ptr<FontBook>> open(const std::string& fontDir);
+    ~FontBook();
+    FontBook(const FontBook&) = delete;
+    FontBook& operator=(const FontBook&) = delete;
+
+    /** An empty layout: one paragraph, left to right, cut with an ellipsis at its end. */
+    LayoutPtr layout(int pixels, bool bold);
+    /** A layout of one glyph of the icon font. */
+    LayoutPtr glyph(const std::string& text, double pixels);
+
+    /** Loads the fonts of other scripts as soon as a text needs them; they are large. Layouts adapt
+     * themselves. */
+    void prepare(const std::string& text);
+
+private:
+    FontBook() = default;
+    bool load(const std::vector<std::string>& files);
+    std::vector<std::string> allFonts() const;
+
+    std::string m_fontDir;
+    bool m_all = false;
+    PangoFontMap* m_map = nullptr;
+    PangoContext* m_context = nullptr;
+};
+
+/** UTF-8 of 32-bit characters; what is no character becomes U+FFFD. */
+std::string fromWide(const wchar_t* text);
+/** The text as it can be drawn in one line: valid UTF-8 without control characters, at most 600 bytes. */
+std::string drawable(const std::string& text);
+
+} // namespace zm

@@ -1,0 +1,162 @@
+#include "platform/linux/toolkit/ListControl.h"
+
+#include <algorithm>
+#include <cmath>
+
+using zm::Rect;
+
+double CUI_BtList::Impl::rowHeight() const {
+    return static_cast<double>(item.spec.rect.h) / pages.style(item).rows;
+}
+
+int CUI_BtList::Impl::top() const {
+    return static_cast<int>(std::lround(scroll / rowHeight()));
+}
+
+double CUI_BtList::Impl::end() const {
+    return std::max(0.0, static_cast<double>(rows.size()) * rowHeight() - item.spec.rect.h);
+}
+
+Rect CUI_BtList::Impl::rowRect(int index) const {
+    const Rect& view = item.spec.rect;
+    const int above = static_cast<int>(std::lround(index * rowHeight() - scroll));
+    const int below = static_cast<int>(std::lround((index + 1) * rowHeight() - scroll));
+    return {view.x, view.y + above, view.w, below - above};
+}
+
+int CUI_BtList::Impl::rowAt(int x, int y) const {
+    if (!item.spec.rect.contains(x, y)) {
+        return -1;
+    }
+    const int index = static_cast<int>(std::floor((y - item.spec.rect.y + scroll) / rowHeight()));
+    return has(index) ? index : -1;
+}
+
+void CUI_BtList::Impl::drawRow(int index) {
+    if (item.onPage()) {
+        pages.damage(item.window, rowRect(index).intersected(item.spec.rect));
+    }
+}
+
+void CUI_BtList::Impl::drawList() {
+    if (item.onPage()) {
+        pages.damage(item.window, item.spec.rect);
+    }
+}
+
+void CUI_BtList::Impl::select(int index) {
+    const int before = current;
+    current = index;
+    if (before != index) {
+        drawRow(before);
+        drawRow(index);
+    }
+}
+
+void CUI_BtList::Impl::scrollTo(double position, double furthest) {
+    const double wanted = std::clamp(position, 0.0, furthest);
+    if (wanted != scroll) {
+        scroll = wanted;
+        drawList();
+    }
+}
+
+CUI_BtList::CUI_BtList(std::unique_ptr<Impl> impl) : m_pImpl(std::move(impl)) {}
+CUI_BtList::~CUI_BtList() = default;
+
+int CUI_BtList::GetItemCount() {
+    return static_cast<int>(m_pImpl->rows.size());
+}
+
+bool CUI_BtList::InsertItem(int index, int) {
+    const int count = GetItemCount();
+    if (index < 0 || index > count) {
+        return false;
+    }
+    m_pImpl->rows.insert(m_pImpl->rows.begin() + index, Impl::Row{});
+    if (index <= m_pImpl->current) {
+        ++m_pImpl->current;
+    }
+    m_pImpl->item.dirty = true;
+    return true;
+}
+
+bool CUI_BtList::DeleteAllItems() {
+    m_pImpl->rows.clear();
+    m_pImpl->keptRows.clear();
+    m_pImpl->current = -1;
+    m_pImpl->scroll = 0;
+    m_pImpl->item.dirty = true;
+    return true;
+}
+
+bool CUI_BtList::SetItemICon(int index, int icon, int state, int slot, int redraw) {
+    const bool pictureKnown = icon == 0 || m_pImpl->pages.resource().pictures.contains(icon);
+    const bool stateKnown = state >= zm::statePressed && state <= zm::stateAll;
+    if (!m_pImpl->has(index) || slot < 0 || slot >= Impl::slots || !pictureKnown || !stateKnown) {
+        return false;
+    }
+    int32_t& present = m_pImpl->rows[static_cast<size_t>(index)].icons[static_cast<size_t>(slot)];
+    const bool looksOther = std::max(present, 0) != icon;
+    present = icon;
+    if (looksOther && redraw) {
+        m_pImpl->drawRow(index);
+    } else if (looksOther) {
+        m_pImpl->item.dirty = true;
+    }
+    return true;
+}
+
+bool CUI_BtList::SetItemString(int index, const wchar_t* text, int redraw) {
+    if (!m_pImpl->has(index) || !text) {
+        return false;
+    }
+    m_pImpl->rows[static_cast<size_t>(index)].text = zm::fromWide(text);
+    if (redraw) {
+        m_pImpl->drawRow(index);
+    } else {
+        m_pImpl->item.dirty = true;
+    }
+    return true;
+}
+
+bool CUI_BtList::GetCurSel(int* index, int* a, int* b) {
+    for (int* unused : {a, b}) {
+        if (unused) {
+            *unused = 0;
+        }
+    }
+    if (m_pImpl->current < 0) {
+        return false;
+    }
+    if (index) {
+        *index = m_pImpl->current;
+    }
+    return true;
+}
+
+bool CUI_BtList::SetCurSel(int index, int) {
+    if (!m_pImpl->has(index)) {
+        return false;
+    }
+    m_pImpl->select(index);
+    return true;
+}
+
+int CUI_BtList::GetTopIndex() {
+    return m_pImpl->top();
+}
+
+bool CUI_BtList::SetTopIndex(int index, int redraw, int, int, int) {
+    const int top = std::max(index, 0);
+    if (!m_pImpl->has(top)) {
+        return false;
+    }
+    m_pImpl->scroll = top * m_pImpl->rowHeight();
+    if (redraw) {
+        m_pImpl->drawList();
+    } else {
+        m_pImpl->item.dirty = true;
+    }
+    return true;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/linux/toolkit/Pages.h"
+#include "zmui/CUI_BtList.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/**
+ * Rows, selection and scroll position of a list control. Rows cost their text and four picture numbers,
+ * wherever they stand; only rows in view are ever drawn or laid out.
+ */
+struct CUI_BtList::Impl {
+    static constexpr int slots = 4;
+    static constexpr int noPicture = -1; ///< nothing was ever put into the slot
+
+    struct Row {
+        std::string text;
+        std::array<int32_t, slots> icons{noPicture, noPicture, noPicture, noPicture};
+    };
+
+    Impl(zm::Pages& owner, zm::Item& listItem) : pages(owner), item(listItem) {}
+
+    zm::Pages& pages;
+    zm::Item& item;
+    std::vector<Row> rows;
+    int current = -1;
+    double scroll = 0; ///< pixels between the top of row 0 and the top of the view
+
+    bool has(int index) const { return index >= 0 && index < static_cast<int>(rows.size()); }
+    double rowHeight() const;
+    /** The row at the top of the view; the nearest one while the list moves. */
+    int top() const;
+    /** Scroll position that has the last row at the bottom. */
+    double end() const;
+    /** Where a row stands on the screen; it may lie outside the list. */
+    zm::Rect rowRect(int index) const;
+    /** The row at a point of the screen, or -1. */
+    int rowAt(int x, int y) const;
+    void drawRow(int index);
+    void drawList();
+    void select(int index);
+    /** Scrolls between the ends and draws. */
+    void scrollTo(double position, double furthest);
+
+    /** Layouts of the rows that were drawn last. */
+    struct KeptRow {
+        int index;
+        zm::KeptLayout kept;
+    };
+    std::vector<KeptRow> keptRows;
+};

@@ -1,0 +1,209 @@
+#include "platform/linux/toolkit/Motion.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace zm {
+
+namespace {
+
+constexpr int64_t quickFrameMs = 16;
+constexpr int64_t calmFrameMs = 33;
+constexpr int64_t busyTurnMs = 1200;
+constexpr int64_t leavingMs = 180;
+constexpr double longestStepMs = 50;
+constexpr double flingMs = 325; ///< in this time a flung list does all but 1/e of its way
+constexpr double flingRestPixels = 0.5;
+constexpr double walkMs = 120;
+constexpr double walkRest = 0.02;   ///< of one unit of the range
+constexpr double walkedPart = 0.02; ///< steps up to this part of the range are walked, larger ones jump
+constexpr int listScrolling = 3;
+
+struct LeavingStyle {
+    int style;
+    int slide;
+};
+constexpr std::array<LeavingStyle, 3> leavingStyles = {{{2, 0}, {4, 24}, {6, 48}}};
+
+Rect bounds(const Window& window) {
+    Rect area;
+    for (const auto& item : window.items) {
+        area = area.united(item->spec.rect);
+    }
+    return area;
+}
+
+} // namespace
+
+Motion::Motion(Pages& pages, SceneListener& listener) : m_pages(pages), m_listener(listener) {
+    for (const auto& [id, window] : pages.windows()) {
+        for (const auto& item : window->items) {
+            if (item->spec.kind == ItemKind::Animation) {
+                m_busyItems.push_back(item.get());
+            }
+        }
+    }
+}
+
+bool Motion::busyShown() const {
+    return std::any_of(m_busyItems.begin(), m_busyItems.end(),
+                       [&](const Item* item) { return m_pages.isShown(item->window) && item->onPage(); });
+}
+
+int64_t Motion::next() const {
+    const bool quick = m_fling || m_leaving;
+    if (!quick && m_walking.empty() && !busyShown()) {
+        return -1;
+    }
+    return m_lastTick < 0 ? 0 : m_lastTick + (quick ? quickFrameMs : calmFrameMs);
+}
+
+void Motion::tick(int64_t nowMs) {
+    const int64_t due = next();
+    if (due < 0 || nowMs < due) {
+        return;
+    }
+    const double elapsed =
+        m_lastTick < 0 ? 0 : std::min(longestStepMs, static_cast<double>(nowMs - m_lastTick));
+    m_lastTick = nowMs;
+    stepBusy(nowMs);
+    stepProgress(elapsed);
+    stepFling(nowMs);
+    stepLeaving(nowMs);
+}
+
+void Motion::stepBusy(int64_t nowMs) {
+    if (!busyShown()) {
+        m_busyStart = -1;
+        m_busyTurn = 0;
+        return;
+    }
+    if (m_busyStart < 0) {
+        m_busyStart = nowMs;
+    }
+    m_busyTurn = static_cast<double>((nowMs - m_busyStart) % busyTurnMs) / static_cast<double>(busyTurnMs);
+    for (const Item* item : m_busyItems) {
+        if (item->onPage()) {
+            m_pages.damage(item->window, item->spec.rect);
+        }
+    }
+}
+
+void Motion::progressSet(Item& item) {
+    ProgressValue& value = item.progress;
+    const double range = value.maximum - value.minimum;
+    const double step = std::abs(value.position - value.shown);
+    const bool walks =
+        step > 0 && step <= range * walkedPart && m_pages.isShown(item.window) && item.onPage();
+    std::erase(m_walking, &item);
+    if (walks) {
+        m_walking.push_back(&item);
+    } else {
+        value.shown = value.position;
+    }
+}
+
+void Motion::stepProgress(double elapsedMs) {
+    std::erase_if(m_walking, [&](Item* item) {
+        ProgressValue& value = item->progress;
+        value.shown += (value.position - value.shown) * (1 - std::exp(-elapsedMs / walkMs));
+        const bool arrived =
+            std::abs(value.position - value.shown) < walkRest || !m_pages.isShown(item->window);
+        if (arrived) {
+            value.shown = value.position;
+        }
+        if (item->onPage()) {
+            m_pages.damage(item->window, item->spec.rect);
+        }
+        return arrived;
+    });
+}
+
+void Motion::fling(CUI_BtList::Impl& list, double speed, int64_t nowMs) {
+    const double row = list.rowHeight();
+    const double wanted = std::round((list.scroll + speed * flingMs) / row) * row;
+    const double target = std::clamp(wanted, 0.0, list.end());
+    m_fling = Fling{&list, list.scroll, target, list.scroll, nowMs};
+}
+
+double Motion::stopFling(const CUI_BtList::Impl& list) {
+    if (!m_fling || m_fling->list != &list) {
+        return 0;
+    }
+    const double speed = std::abs(m_fling->to - list.scroll) / flingMs;
+    m_fling.reset();
+    report(list, 5);
+    return speed;
+}
+
+void Motion::stepFling(int64_t nowMs) {
+    if (!m_fling) {
+        return;
+    }
+    const Fling run = *m_fling;
+    const double left = (run.to - run.from) * std::exp(-static_cast<double>(nowMs - run.start) / flingMs);
+    const bool movedByOthers = run.list->scroll != run.at;
+    const bool gone = !m_pages.isShown(run.list->item.window);
+    const bool arrived = gone || std::abs(left) < flingRestPixels;
+    if (!movedByOthers) {
+        run.list->scrollTo(arrived ? run.to : run.to - left, run.list->end());
+        m_fling->at = run.list->scroll;
+    }
+    if (arrived || movedByOthers) {
+        m_fling.reset();
+        report(*run.list, 5);
+    }
+}
+
+void Motion::report(const CUI_BtList::Impl& list, int state) {
+    _tagList_Info info{list.item.spec.id, state, list.top()};
+    m_listener.listScrolled(list.item.window.spec.id, listScrolling, info);
+}
+
+bool Motion::trigger(Window& window, int from, int to) {
+    const auto style =
+        std::find_if(leavingStyles.begin(), leavingStyles.end(),
+                     [&](const LeavingStyle& known) { return known.style == from && known.style == to; });
+    if (style == leavingStyles.end()) {
+        return false;
+    }
+    m_triggered = &window;
+    m_triggeredSlide = style->slide;
+    return true;
+}
+
+void Motion::windowShown(const Window& window) {
+    if (m_triggered == &window) {
+        m_triggered = nullptr;
+    }
+    if (m_leaving && m_leaving->window == &window) {
+        m_leaving.reset();
+        m_pages.damageAll();
+    }
+}
+
+void Motion::windowHidden(Window& window) {
+    if (m_triggered == &window) {
+        m_triggered = nullptr;
+        m_leaving = Leaving{&window, m_triggeredSlide};
+    }
+}
+
+void Motion::stepLeaving(int64_t nowMs) {
+    if (!m_leaving) {
+        return;
+    }
+    if (m_leaving->start < 0) {
+        m_leaving->start = nowMs;
+    }
+    m_leaving->done = static_cast<double>(nowMs - m_leaving->start) / static_cast<double>(leavingMs);
+    Rect area = bounds(*m_leaving->window);
+    area.h += m_leaving->slide;
+    m_pages.damaged().add(area);
+    if (m_leaving->done >= 1) {
+        m_leaving.reset();
+    }
+}
+
+} // namespace zm

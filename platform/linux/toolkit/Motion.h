@@ -1,0 +1,77 @@
+#pragma once
+
+#include "platform/linux/toolkit/ListControl.h"
+#include "platform/linux/toolkit/Scene.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace zm {
+
+/**
+ * What moves by itself: busy animations, progress bars on their way to a new position, lists that were flung
+ * and pages that fade out. Every movement ends in the state that would have stood there without it.
+ */
+class Motion {
+public:
+    Motion(Pages& pages, SceneListener& listener);
+
+    /** The moment of the next step, or -1; 0 when a movement waits for its first step. */
+    int64_t next() const;
+    void tick(int64_t nowMs);
+
+    /** The position of a progress bar was set: small steps on a shown page are walked smoothly. */
+    void progressSet(Item& item);
+    /** Lets the window leave with animation `from`..`to` when it is hidden next; false for an unknown one. */
+    bool trigger(Window& window, int from, int to);
+    void windowShown(const Window& window);
+    void windowHidden(Window& window);
+
+    /** Lets a list run on with a speed in pixels a millisecond; it comes to rest on a whole row. */
+    void fling(CUI_BtList::Impl& list, double speed, int64_t nowMs);
+    /** Stops a running list where it is; gives its speed in pixels a millisecond, 0 if it did not run. */
+    double stopFling(const CUI_BtList::Impl& list);
+    /** Tells the listener that a list begins (3) or ends (5) to scroll. */
+    void report(const CUI_BtList::Impl& list, int state);
+
+    /** A window that is no longer shown but still fades. */
+    struct Leaving {
+        Window* window;
+        int slide; ///< pixels downwards during the whole movement
+        int64_t start = -1;
+        double done = 0; ///< 0..1
+    };
+    const std::optional<Leaving>& leaving() const { return m_leaving; }
+    /** Turn of the busy animation, 0..1. */
+    double busyTurn() const { return m_busyTurn; }
+
+private:
+    struct Fling {
+        CUI_BtList::Impl* list;
+        double from;
+        double to;
+        double at; ///< where the last step left the list
+        int64_t start;
+    };
+
+    bool busyShown() const;
+    void stepBusy(int64_t nowMs);
+    void stepProgress(double elapsedMs);
+    void stepFling(int64_t nowMs);
+    void stepLeaving(int64_t nowMs);
+
+    Pages& m_pages;
+    SceneListener& m_listener;
+    std::vector<Item*> m_busyItems;
+    std::vector<Item*> m_walking; ///< progress bars not yet at their position
+    std::optional<Fling> m_fling;
+    std::optional<Leaving> m_leaving;
+    const Window* m_triggered = nullptr;
+    int m_triggeredSlide = 0;
+    int64_t m_lastTick = -1;
+    int64_t m_busyStart = -1;
+    double m_busyTurn = 0;
+};
+
+} // namespace zm

@@ -1,0 +1,118 @@
+#include "platform/linux/toolkit/Pages.h"
+
+#include <algorithm>
+
+namespace zm {
+
+Pages::Pages(Resource resource, int width, int height)
+    : m_resource(std::move(resource)), m_screen{0, 0, width, height},
+      m_palette(&m_resource.themes.at("night")) {
+    for (const WindowSpec& spec : m_resource.windows) {
+        Window& window = *(m_windows[spec.id] = std::make_unique<Window>(spec));
+        for (const auto& item : window.items) {
+            if (item->textId != 0) {
+                setText(*item, item->textId);
+            }
+        }
+    }
+}
+
+Window* Pages::window(int id) const {
+    const auto found = m_windows.find(id);
+    return found == m_windows.end() ? nullptr : found->second.get();
+}
+
+Item* Pages::item(int windowId, int itemId) const {
+    const Window* owner = window(windowId);
+    return owner ? owner->find(itemId) : nullptr;
+}
+
+bool Pages::isShown(const Window& window) const {
+    return std::find(m_shown.begin(), m_shown.end(), &window) != m_shown.end();
+}
+
+bool Pages::show(Window& window, bool show) {
+    if (show == isShown(window)) {
+        drawWindow(window);
+        return false;
+    }
+    if (!show) {
+        std::erase(m_shown, &window);
+    } else if (window.spec.stacked) {
+        m_shown.push_back(&window);
+    } else {
+        std::erase_if(m_shown, [](const Window* other) { return !other->spec.stacked; });
+        m_shown.insert(m_shown.begin(), &window);
+    }
+    Rect area = window.spec.stacked ? Rect{} : m_screen;
+    for (const auto& item : window.items) {
+        item->dirty = false;
+        area = area.united(item->spec.rect);
+    }
+    m_damage.add(area);
+    return true;
+}
+
+void Pages::draw(Item& item) {
+    if (!isShown(item.window)) {
+        return;
+    }
+    if (item.dirty) {
+        item.dirty = false;
+        m_damage.add(item.spec.rect);
+    }
+    for (Item* child : item.children) {
+        draw(*child);
+    }
+}
+
+void Pages::drawWindow(Window& window) {
+    for (const auto& item : window.items) {
+        draw(*item);
+    }
+}
+
+void Pages::drawAll() {
+    for (Window* window : m_shown) {
+        drawWindow(*window);
+    }
+}
+
+void Pages::damage(const Window& window, const Rect& area) {
+    if (isShown(window)) {
+        m_damage.add(area);
+    }
+}
+
+bool Pages::setLanguage(const std::string& code) {
+    const auto found = std::find(m_resource.languages.begin(), m_resource.languages.end(), code);
+    const bool known = found != m_resource.languages.end();
+    m_language = known ? static_cast<size_t>(found - m_resource.languages.begin()) : 0;
+    m_rightToLeft = m_resource.languages[m_language] == "ar";
+    for (const auto& [id, window] : m_windows) {
+        for (const auto& item : window->items) {
+            if (item->textId != 0) {
+                setText(*item, item->textId);
+            }
+        }
+    }
+    damageAll();
+    return known;
+}
+
+void Pages::setText(Item& item, int textId) {
+    item.textId = textId;
+    item.text = m_resource.text(textId, m_language);
+}
+
+bool Pages::setTheme(const std::string& name) {
+    const auto found = m_resource.themes.find(name);
+    if (found == m_resource.themes.end()) {
+        return false;
+    }
+    m_palette = &found->second;
+    damageAll();
+    return true;
+}
+
+} // namespace zm

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/linux/toolkit/Damage.h"
+#include "platform/linux/toolkit/Item.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace zm {
+
+/** All windows of a resource, which of them are shown, and what of them has to be drawn anew. */
+class Pages {
+public:
+    Pages(Resource resource, int width, int height);
+
+    const Resource& resource() const { return m_resource; }
+    const Rect& screen() const { return m_screen; }
+    Window* window(int id) const;
+    Item* item(int windowId, int itemId) const;
+    const std::map<int, std::unique_ptr<Window>>& windows() const { return m_windows; }
+
+    bool show(Window& window, bool show);
+    bool isShown(const Window& window) const;
+    const std::vector<Window*>& shown() const { return m_shown; } ///< bottom first
+
+    /** Makes the changes of the item, and of what belongs to it, visible if its window is shown. */
+    void draw(Item& item);
+    void drawAll();
+    /** Marks an area of a shown window as to be drawn. */
+    void damage(const Window& window, const Rect& area);
+    void damageAll() { m_damage.add(m_screen); }
+    Damage& damaged() { return m_damage; }
+
+    bool setLanguage(const std::string& code);
+    bool rightToLeft() const { return m_rightToLeft; }
+    /** Puts a text of the resource into the item, in the present language. */
+    void setText(Item& item, int textId);
+
+    bool setTheme(const std::string& name);
+    const Color& color(int index) const { return (*m_palette)[static_cast<size_t>(index)]; }
+    const Style& style(const Item& item) const {
+        return m_resource.styles[static_cast<size_t>(item.spec.style)];
+    }
+
+private:
+    void drawWindow(Window& window);
+
+    Resource m_resource;
+    Rect m_screen;
+    std::map<int, std::unique_ptr<Window>> m_windows;
+    std::vector<Window*> m_shown;
+    Damage m_damage;
+    size_t m_language = 0;
+    bool m_rightToLeft = false;
+    const std::vector<Color>* m_palette;
+};
+
+} // namespace zm

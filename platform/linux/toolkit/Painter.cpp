@@ -1,0 +1,198 @@
+#include "platform/linux/toolkit/Painter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace zm {
+
+namespace {
+
+bool disabled(const Item& item) {
+    return !item.enabled || (item.parent && disabled(*item.parent));
+}
+
+} // namespace
+
+void Painter::source(int color) {
+    const Color& c = m_pages.color(color);
+    cairo_set_source_rgba(m_cairo, c.red, c.green, c.blue, c.alpha);
+}
+
+void Painter::paint(cairo_t* cairo, const Rect& area) {
+    m_cairo = cairo;
+    cairo_save(m_cairo);
+    cairo_rectangle(m_cairo, area.x, area.y, area.w, area.h);
+    cairo_clip(m_cairo);
+    cairo_set_operator(m_cairo, CAIRO_OPERATOR_CLEAR);
+    cairo_paint(m_cairo);
+    cairo_set_operator(m_cairo, CAIRO_OPERATOR_OVER);
+    for (const Window* window : m_pages.shown()) {
+        paintWindow(*window, area);
+    }
+    if (const auto& leaving = m_motion.leaving()) {
+        paintLeaving(*leaving, area);
+    }
+    cairo_restore(m_cairo);
+}
+
+void Painter::paintWindow(const Window& window, const Rect& area) {
+    if (window.spec.background != noColor) {
+        source(window.spec.background);
+        cairo_paint(m_cairo);
+    }
+    for (const auto& item : window.items) {
+        if (!item->spec.rect.intersected(area).empty() && item->onPage()) {
+            cairo_save(m_cairo);
+            paintItem(*item, area);
+            cairo_restore(m_cairo);
+        }
+    }
+}
+
+void Painter::paintLeaving(const Motion::Leaving& leaving, const Rect& area) {
+    cairo_push_group(m_cairo);
+    paintWindow(*leaving.window, m_pages.screen());
+    cairo_pop_group_to_source(m_cairo);
+    cairo_pattern_t* picture = cairo_get_source(m_cairo);
+    cairo_matrix_t back;
+    cairo_matrix_init_translate(&back, 0, -std::round(leaving.slide * leaving.done));
+    cairo_pattern_set_matrix(picture, &back);
+    cairo_rectangle(m_cairo, area.x, area.y, area.w, area.h);
+    cairo_clip(m_cairo);
+    cairo_paint_with_alpha(m_cairo, 1 - std::min(1.0, leaving.done));
+}
+
+Painter::Appearance Painter::appearance(const Item& item) const {
+    const Style& style = m_pages.style(item);
+    const bool selected = item.state == stateSelected;
+    if (disabled(item)) {
+        return {style.look(LookState::Disabled), selected ? stateSelected : stateNormal};
+    }
+    if (item.pressed) {
+        Appearance result{style.look(LookState::Pressed), statePressed};
+        result.look.marker = selected ? style.look(LookState::Selected).marker : result.look.marker;
+        return result;
+    }
+    return selected ? Appearance{style.look(LookState::Selected), stateSelected}
+                    : Appearance{style.look(LookState::Normal), stateNormal};
+}
+
+void Painter::paintItem(Item& item, const Rect& area) {
+    const Rect& box = item.spec.rect;
+    switch (item.spec.kind) {
+    case ItemKind::Progress:
+        return paintProgress(item);
+    case ItemKind::Animation:
+        return paintAnimation(item);
+    case ItemKind::List:
+        return paintList(item, area);
+    case ItemKind::Panel:
+        return paintBox(box, m_pages.style(item), appearance(item).look);
+    case ItemKind::Text:
+    case ItemKind::Icon:
+    case ItemKind::Button:
+        return paintLabel(item);
+    }
+}
+
+void Painter::roundedPath(const Rect& box, double radius, double inset) {
+    constexpr double quarter = std::numbers::pi / 2;
+    const double left = box.x + inset;
+    const double top = box.y + inset;
+    const double right = box.x + box.w - inset;
+    const double bottom = box.y + box.h - inset;
+    const double r = std::clamp(radius - inset, 0.0, std::min(right - left, bottom - top) / 2);
+    cairo_new_sub_path(m_cairo);
+    if (r <= 0) {
+        cairo_rectangle(m_cairo, left, top, right - left, bottom - top);
+        return;
+    }
+    cairo_arc(m_cairo, right - r, top + r, r, -quarter, 0);
+    cairo_arc(m_cairo, right - r, bottom - r, r, 0, quarter);
+    cairo_arc(m_cairo, left + r, bottom - r, r, quarter, 2 * quarter);
+    cairo_arc(m_cairo, left + r, top + r, r, 2 * quarter, 3 * quarter);
+    cairo_close_path(m_cairo);
+}
+
+void Painter::paintBox(const Rect& box, const Style& style, const Look& look) {
+    if (look.fill != noColor) {
+        roundedPath(box, style.radius, 0);
+        source(look.fill);
+        cairo_fill(m_cairo);
+    }
+    if (look.border != noColor && look.borderWidth > 0) {
+        roundedPath(box, style.radius, look.borderWidth / 2.0);
+        source(look.border);
+        cairo_set_line_width(m_cairo, look.borderWidth);
+        constexpr std::array<double, 2> dashes = {8, 6};
+        cairo_set_dash(m_cairo, dashes.data(), look.dashed ? static_cast<int>(dashes.size()) : 0, 0);
+        cairo_stroke(m_cairo);
+    }
+}
+
+void Painter::paintMarker(const Rect& box, const Look& look) {
+    constexpr int thickness = 6;
+    const bool rtl = m_pages.rightToLeft();
+    Rect bar;
+    switch (look.marker) {
+    case Marker::None:
+        return;
+    case Marker::Start:
+        bar = {rtl ? box.x + box.w - thickness - 4 : box.x + 4, box.y + box.h / 5, thickness,
+               box.h - 2 * (box.h / 5)};
+        break;
+    case Marker::Bottom:
+        bar = {box.x + box.w / 4, box.y + box.h - thickness - 4, box.w - 2 * (box.w / 4), thickness};
+        break;
+    }
+    roundedPath(bar, thickness / 2.0, 0);
+    source(look.icon);
+    cairo_fill(m_cairo);
+}
+
+void Painter::paintProgress(const Item& item) {
+    const Style& style = m_pages.style(item);
+    const Look look = appearance(item).look;
+    const Rect& box = item.spec.rect;
+    const int knob = style.iconSize;
+    const Rect track{box.x + style.padding, box.y + (box.h - style.thickness) / 2, box.w - 2 * style.padding,
+                     style.thickness};
+    roundedPath(track, style.thickness / 2.0, 0);
+    source(look.fill);
+    cairo_fill(m_cairo);
+    const ProgressValue& value = item.progress;
+    const double range = std::max(1, value.maximum - value.minimum);
+    const double part = std::clamp((value.shown - value.minimum) / range, 0.0, 1.0);
+    const double reach = (track.w - knob) * part + knob / 2.0;
+    cairo_save(m_cairo);
+    cairo_rectangle(m_cairo, track.x, track.y, reach, track.h);
+    cairo_clip(m_cairo);
+    roundedPath(track, style.thickness / 2.0, 0);
+    source(look.icon);
+    cairo_fill(m_cairo);
+    cairo_restore(m_cairo);
+    cairo_arc(m_cairo, track.x + reach, box.y + box.h / 2.0, knob / 2.0, 0, 2 * std::numbers::pi);
+    source(look.text);
+    cairo_fill(m_cairo);
+}
+
+void Painter::paintAnimation(const Item& item) {
+    const Style& style = m_pages.style(item);
+    const Look look = appearance(item).look;
+    const Rect& box = item.spec.rect;
+    const double radius = (std::min(box.w, box.h) - style.thickness) / 2.0;
+    const double x = box.x + box.w / 2.0;
+    const double y = box.y + box.h / 2.0;
+    cairo_set_line_width(m_cairo, style.thickness);
+    cairo_set_line_cap(m_cairo, CAIRO_LINE_CAP_ROUND);
+    cairo_arc(m_cairo, x, y, radius, 0, 2 * std::numbers::pi);
+    source(look.fill);
+    cairo_stroke(m_cairo);
+    const double start = (m_motion.busyTurn() * 2 - 0.5) * std::numbers::pi;
+    cairo_arc(m_cairo, x, y, radius, start, start + std::numbers::pi / 2);
+    source(look.icon);
+    cairo_stroke(m_cairo);
+}
+
+} // namespace zm

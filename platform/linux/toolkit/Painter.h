@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/linux/toolkit/ListControl.h"
+#include "platform/linux/toolkit/Motion.h"
+#include "platform/linux/toolkit/Pictures.h"
+
+#include <cairo.h>
+
+namespace zm {
+
+/** Draws pages; what it draws depends on nothing but their contents and the movements' present step. */
+class Painter {
+public:
+    Painter(Pages& pages, const Motion& motion, FontBook& fonts)
+        : m_pages(pages), m_motion(motion), m_fonts(fonts), m_pictures(pages.resource(), fonts) {}
+
+    /** Draws all shown windows inside `area`. */
+    void paint(cairo_t* cairo, const Rect& area);
+
+private:
+    /** How an item looks now, and the button state whose picture it takes. */
+    struct Appearance {
+        Look look;
+        int buttonState;
+    };
+    Appearance appearance(const Item& item) const;
+
+    void paintWindow(const Window& window, const Rect& area);
+    void paintLeaving(const Motion::Leaving& leaving, const Rect& area);
+    void paintItem(Item& item, const Rect& area);
+    void paintLabel(Item& item);
+    void paintProgress(const Item& item);
+    void paintAnimation(const Item& item);
+    void paintList(Item& item, const Rect& area);
+    void paintRow(CUI_BtList::Impl& list, int index);
+    void paintScrollBar(const CUI_BtList::Impl& list);
+
+    void paintBox(const Rect& box, const Style& style, const Look& look);
+    void paintMarker(const Rect& box, const Look& look);
+    void paintText(KeptLayout& kept, const std::string& text, const Rect& box, const Style& style,
+                   const Look& look, Align align);
+    KeptLayout& keptRow(CUI_BtList::Impl& list, int index);
+    void source(int color);
+    void roundedPath(const Rect& box, double radius, double inset);
+    int naturalWidth(KeptLayout& kept, const std::string& text, const Style& style, bool bold);
+    PangoLayout* prepare(KeptLayout& kept, const std::string& text, const Style& style, bool bold);
+
+    Pages& m_pages;
+    const Motion& m_motion;
+    FontBook& m_fonts;
+    Pictures m_pictures;
+    cairo_t* m_cairo = nullptr;
+};
+
+} // namespace zm

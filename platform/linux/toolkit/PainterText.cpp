@@ -1,0 +1,116 @@
+// Labels: boxes with a picture and a text.
+
+#include "platform/linux/toolkit/Painter.h"
+
+#include <pango/pangocairo.h>
+
+#include <algorithm>
+
+namespace zm {
+
+PangoLayout* Painter::prepare(KeptLayout& kept, const std::string& text, const Style& style, bool bold) {
+    if (!kept.layout || kept.bold != bold) {
+        kept = {m_fonts.layout(style.textSize, bold), {}, bold, 0};
+    }
+    if (kept.text != text) {
+        kept.text = text;
+        const std::string line = drawable(text + style.suffix);
+        m_fonts.prepare(line);
+        pango_layout_set_text(kept.layout.get(), line.c_str(), static_cast<int>(line.size()));
+        kept.width = 0;
+    }
+    return kept.layout.get();
+}
+
+int Painter::naturalWidth(KeptLayout& kept, const std::string& text, const Style& style, bool bold) {
+    PangoLayout* layout = prepare(kept, text, style, bold);
+    pango_layout_set_width(layout, -1);
+    kept.width = 0;
+    int width = 0;
+    pango_layout_get_pixel_size(layout, &width, nullptr);
+    return width;
+}
+
+void Painter::paintText(KeptLayout& kept, const std::string& text, const Rect& box, const Style& style,
+                        const Look& look, Align align) {
+    if (text.empty() || look.text == noColor || box.empty()) {
+        return;
+    }
+    PangoLayout* layout = prepare(kept, text, style, look.bold);
+    if (kept.width != box.w) {
+        kept.width = box.w;
+        pango_layout_set_width(layout, box.w * PANGO_SCALE);
+        pango_layout_set_height(layout, style.lines == 1 ? 0 : -style.lines);
+        pango_layout_set_single_paragraph_mode(layout, TRUE);
+    }
+    const bool right = align == Align::Right || align == (m_pages.rightToLeft() ? Align::Start : Align::End);
+    pango_layout_set_alignment(layout, align == Align::Center ? PANGO_ALIGN_CENTER
+                                       : right                ? PANGO_ALIGN_RIGHT
+                                                              : PANGO_ALIGN_LEFT);
+    int height = 0;
+    pango_layout_get_pixel_size(layout, nullptr, &height);
+    source(look.text);
+    cairo_move_to(m_cairo, box.x, box.y + (box.h - height) / 2);
+    pango_cairo_show_layout(m_cairo, layout);
+}
+
+void Painter::paintLabel(Item& item) {
+    const Style& style = m_pages.style(item);
+    const auto [look, buttonState] = appearance(item);
+    Rect box = item.spec.rect;
+    if (style.hugs) {
+        const bool blank = item.text.find_first_not_of(' ') == std::string::npos;
+        const int width =
+            blank ? 0 : naturalWidth(item.kept, item.text, style, look.bold) + 1 + 2 * style.padding;
+        box.w = std::min(box.w, width);
+    }
+    if (box.empty()) {
+        return;
+    }
+    paintBox(box, style, look);
+    paintMarker(box, look);
+
+    Rect inner{box.x + style.padding, box.y + look.nudge, box.w - 2 * style.padding, box.h};
+    if (!item.spec.pictureOfText.empty()) {
+        const auto found = item.spec.pictureOfText.find(item.text);
+        if (found != item.spec.pictureOfText.end()) {
+            m_pictures.draw(m_cairo, found->second, inner.x + (inner.w - style.iconSize) / 2,
+                            inner.y + (inner.h - style.iconSize) / 2, style.iconSize,
+                            m_pages.color(look.icon));
+        }
+        return;
+    }
+    const int picture = look.icon == noColor ? 0 : item.icon(buttonState);
+    const std::string& text = item.spec.kind == ItemKind::Icon ? std::string() : item.text;
+    if (picture == 0) {
+        cairo_rectangle(m_cairo, box.x, box.y, box.w, box.h);
+        cairo_clip(m_cairo);
+        return paintText(item.kept, text, inner, style, look, style.align);
+    }
+    const int icon = style.iconSize;
+    const bool rtl = m_pages.rightToLeft();
+    int x = inner.x + (inner.w - icon) / 2;
+    int y = inner.y + (inner.h - icon) / 2;
+    Align align = style.align;
+    if (style.iconAt == IconAt::Start) {
+        x = rtl ? inner.x + inner.w - icon : inner.x;
+        const int taken = icon + style.gap;
+        inner = {rtl ? inner.x : inner.x + taken, inner.y, inner.w - taken, inner.h};
+    } else if (style.iconAt == IconAt::Top && !text.empty()) {
+        const int lines = style.lines * style.textSize * 4 / 3;
+        const int top = inner.y + (inner.h - icon - style.gap - lines) / 2;
+        y = top;
+        inner = {inner.x, top + icon + style.gap, inner.w, lines};
+    } else if (!text.empty()) {
+        const int room = inner.w - icon - style.gap;
+        const int width = std::min(room, naturalWidth(item.kept, text, style, look.bold) + 1);
+        const int left = inner.x + (room - width) / 2;
+        x = rtl ? left + width + style.gap : left;
+        inner = {rtl ? left : left + icon + style.gap, inner.y, width, inner.h};
+        align = Align::Start;
+    }
+    m_pictures.draw(m_cairo, picture, x, y, icon, m_pages.color(look.icon));
+    paintText(item.kept, text, inner, style, look, align);
+}
+
+} // namespace zm

@@ -1,0 +1,128 @@
+#pragma once
+
+#include "base/Rect.h"
+#include "base/Result.h"
+
+#include <array>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zm {
+
+/** Button states as the application numbers them. */
+enum ButtonState : int { statePressed = 1, stateNormal = 2, stateSelected = 3, stateAll = 4 };
+
+enum class ItemKind { Text, Icon, Button, Progress, Animation, List, Panel };
+inline constexpr int itemKinds = 7;
+/** The kinds' names in resource texts and descriptions, in the order of ItemKind. */
+inline constexpr std::array<const char*, itemKinds> itemKindNames = {
+    "text", "icon", "button", "progress", "animation", "list", "panel"};
+
+struct Color {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+    double alpha = 1;
+};
+
+inline constexpr int noColor = -1; ///< where a palette index may be missing: nothing is drawn
+
+enum class Marker { None, Start, Bottom };
+enum class Align { Left, Center, Right, Start, End }; ///< Start and End follow the language's direction
+enum class IconAt { Center, Start, Top };
+enum class LookState { Normal, Pressed, Selected, Disabled };
+inline constexpr int lookStates = 4;
+
+/** How an item is drawn in one state. Colours are indices into the theme's palette. */
+struct Look {
+    int text = noColor;
+    int icon = noColor;
+    int fill = noColor;
+    int border = noColor;
+    int borderWidth = 0;
+    int nudge = 0; ///< pixels by which the content moves down
+    bool dashed = false;
+    bool bold = false;
+    Marker marker = Marker::None;
+};
+
+struct Style {
+    std::string name;
+    int textSize = 24;
+    int iconSize = 36;
+    int lines = 1;
+    int radius = 0;
+    int padding = 0;
+    int gap = 8;  ///< between icon and text
+    int rows = 5; ///< of a list
+    int rowGap = 0;
+    int thickness = 8; ///< of a progress bar or the busy animation
+    Align align = Align::Center;
+    IconAt iconAt = IconAt::Center;
+    std::string suffix; ///< drawn behind the text, e.g. a unit
+    bool hugs = false;  ///< the box is as wide as the text, and not drawn behind a blank one
+    std::array<Look, lookStates> looks;
+
+    const Look& look(LookState state) const { return looks[static_cast<size_t>(state)]; }
+};
+
+/** A picture: glyphs of the icon font or short texts one over the other. */
+struct Picture {
+    struct Layer {
+        std::string text; ///< UTF-8
+        bool glyph = true;
+        double scale = 1; ///< of the picture's size
+        double dx = 0;    ///< from the middle, in parts of the picture's size
+        double dy = 0;
+    };
+    std::vector<Layer> layers;
+};
+
+/** An item as the resource describes it. */
+struct ItemSpec {
+    int id = 0;
+    ItemKind kind = ItemKind::Text;
+    Rect rect;
+    int style = 0;
+    int parent = 0; ///< id of the item it belongs to; 0 for none
+    int textId = 0;
+    std::string text;
+    std::map<int, int> icons;                 ///< picture per button state
+    std::map<std::string, int> pictureOfText; ///< a state image: picture chosen by the item's text
+    int state = 0;
+    bool visible = true;
+    bool enabled = true;
+    bool touch = false;
+};
+
+struct WindowSpec {
+    int id = 0;
+    std::string name;
+    int background = noColor;
+    bool stacked = false;  ///< lies above the others instead of replacing them
+    bool touchAll = false; ///< the whole window takes touches, not only its items
+    std::vector<ItemSpec> items;
+};
+
+/** A loaded resource file: everything that does not change while the program runs. */
+struct Resource {
+    std::vector<std::string> languages;
+    std::vector<std::string> palette; ///< colour names
+    std::map<std::string, std::vector<Color>> themes;
+    std::vector<Style> styles;
+    std::map<int, Picture> pictures;
+    std::map<int, std::vector<std::string>> texts; ///< one per language, empty where there is none
+    std::vector<WindowSpec> windows;
+
+    /** The text in a language (index into `languages`); the first language where there is none in that one.
+     */
+    const std::string& text(int id, size_t language) const;
+};
+
+/** Reads and validates a resource file with everything it includes. Errors read "file:line: found ...,
+ * expected ...". */
+Result<Resource> loadResource(const std::string& file, int width, int height);
+
+} // namespace zm

@@ -1,0 +1,178 @@
+// Languages, themes, texts and pictures of a resource.
+
+#include "platform/linux/toolkit/ResourceReader.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace zm {
+
+namespace {
+
+std::string utf8(long codePoint) {
+    const auto part = [&](int shift, int lead, int mask) {
+        return static_cast<char>(lead | ((codePoint >> shift) & mask));
+    };
+    if (codePoint < 0x800) {
+        return {part(6, 0xC0, 0x1F), part(0, 0x80, 0x3F)};
+    }
+    return {part(12, 0xE0, 0x0F), part(6, 0x80, 0x3F), part(0, 0x80, 0x3F)};
+}
+
+} // namespace
+
+const std::string& Resource::text(int id, size_t language) const {
+    static const std::string none;
+    const auto found = texts.find(id);
+    if (found == texts.end()) {
+        return none;
+    }
+    const std::string& own = found->second[language];
+    return own.empty() ? found->second.front() : own;
+}
+
+void ResourceReader::readLanguages() {
+    const Node& list = *m_sections.find("languages");
+    for (const Node& code : array(list, "language codes").items) {
+        m_resource.languages.push_back(string(code, "a language code"));
+    }
+    if (m_resource.languages.empty() || m_resource.languages.front() != "en") {
+        failFound(list, "languages without \"en\" in front", "[\"en\", ...]");
+    }
+}
+
+void ResourceReader::readThemes() {
+    const Node& themes = *m_sections.find("themes");
+    if (themes.kind != Node::Kind::Object || !themes.find("night")) {
+        failFound(themes, "themes without \"night\"", "an object of themes, \"night\" among them");
+    }
+    readTheme("night", *themes.find("night"), true);
+    for (const auto& [name, theme] : themes.members) {
+        if (name != "night") {
+            readTheme(name, theme, false);
+        }
+    }
+}
+
+void ResourceReader::readTheme(const std::string& name, const Node& node, bool first) {
+    if (node.kind != Node::Kind::Object) {
+        fail(node, "an object of colours");
+    }
+    if (first) {
+        for (const auto& [colorName, value] : node.members) {
+            m_resource.palette.push_back(colorName);
+        }
+    }
+    std::vector<Color>& colors = m_resource.themes[name];
+    for (const std::string& colorName : m_resource.palette) {
+        const Node* value = node.find(colorName);
+        if (!value) {
+            failFound(node, "no colour \"" + colorName + "\"", "every colour of the theme \"night\"");
+        }
+        colors.push_back(color(*value));
+    }
+    if (node.members.size() != colors.size()) {
+        failFound(node, "a colour that the theme \"night\" has not", "the same names in every theme");
+    }
+}
+
+Color ResourceReader::color(const Node& node) const {
+    const std::string expected = "a colour \"#RRGGBB\" or \"#RRGGBBAA\"";
+    const std::string& text = string(node, expected);
+    if ((text.size() != 7 && text.size() != 9) || text[0] != '#' ||
+        text.find_first_not_of("0123456789abcdefABCDEF", 1) != std::string::npos) {
+        fail(node, expected);
+    }
+    const auto channel = [&](size_t at) {
+        return at < text.size()
+                   ? static_cast<double>(std::strtol(text.substr(at, 2).c_str(), nullptr, 16)) / 255.0
+                   : 1.0;
+    };
+    return {channel(1), channel(3), channel(5), channel(7)};
+}
+
+void ResourceReader::readTexts() {
+    const Node* texts = m_sections.find("texts");
+    if (!texts) {
+        return;
+    }
+    if (texts->kind != Node::Kind::Object) {
+        fail(*texts, "an object of texts");
+    }
+    std::vector<MemberName> names;
+    for (const std::string& code : m_resource.languages) {
+        names.push_back({code.c_str(), code == "en"});
+    }
+    for (const auto& [name, node] : texts->members) {
+        const int id = idOf(name, node, "a text id");
+        object(node, names);
+        std::vector<std::string>& versions = m_resource.texts[id];
+        for (const std::string& code : m_resource.languages) {
+            const Node* version = node.find(code);
+            versions.push_back(version ? string(*version, "a text") : "");
+        }
+    }
+}
+
+std::string ResourceReader::glyph(const Node& node) const {
+    const std::string& name = string(node, "the name of a glyph");
+    const Node* glyphs = m_sections.find("glyphs");
+    const Node* code = glyphs ? glyphs->find(name) : nullptr;
+    if (!code) {
+        fail(node, "the name of a glyph from the section \"glyphs\"");
+    }
+    const std::string& digits = string(*code, "a code point such as \"F40A\"");
+    char* end = nullptr;
+    const long codePoint = std::strtol(digits.c_str(), &end, 16);
+    if (digits.size() != 4 || *end != '\0' || codePoint < 0x80 ||
+        (codePoint >= 0xD800 && codePoint < 0xE000)) {
+        fail(*code, "a code point such as \"F40A\"");
+    }
+    return utf8(codePoint);
+}
+
+Picture::Layer ResourceReader::pictureLayer(const Node& node) const {
+    static constexpr std::array<MemberName, 4> names = {{{"glyph"}, {"text"}, {"percent"}, {"at"}}};
+    object(node, names);
+    const Node* glyphName = node.find("glyph");
+    const Node* text = node.find("text");
+    if (!glyphName == !text) {
+        failFound(node, "a layer with both or none of \"glyph\" and \"text\"", "one of them");
+    }
+    Picture::Layer layer;
+    layer.glyph = glyphName != nullptr;
+    layer.text = glyphName ? glyph(*glyphName) : string(*text, "a short text");
+    if (const Node* percent = node.find("percent")) {
+        layer.scale = integer(*percent, 5, 200, "the layer's size in percent of the picture") / 100.0;
+    }
+    if (const Node* at = node.find("at")) {
+        if (at->kind != Node::Kind::Array || at->items.size() != 2) {
+            fail(*at, "[right, down] in percent of the picture");
+        }
+        layer.dx = integer(at->items[0], -100, 100, "an offset in percent") / 100.0;
+        layer.dy = integer(at->items[1], -100, 100, "an offset in percent") / 100.0;
+    }
+    return layer;
+}
+
+void ResourceReader::readPictures() {
+    const Node* pictures = m_sections.find("pictures");
+    if (!pictures) {
+        return;
+    }
+    if (pictures->kind != Node::Kind::Object) {
+        fail(*pictures, "an object of pictures");
+    }
+    for (const auto& [name, node] : pictures->members) {
+        Picture& picture = m_resource.pictures[idOf(name, node, "a picture id")];
+        if (node.kind == Node::Kind::String) {
+            picture.layers.push_back({glyph(node), true, 1, 0, 0});
+            continue;
+        }
+        for (const Node& layer : array(node, "layers, or the name of a glyph").items) {
+            picture.layers.push_back(pictureLayer(layer));
+        }
+    }
+}
+
+} // namespace zm

@@ -1,0 +1,266 @@
+// Windows and items of a resource. Shared parts are expanded and changed as nodes, before anything is
+// interpreted, so that faults name the line where a value stands.
+
+#include "platform/linux/toolkit/ResourceChoice.h"
+#include "platform/linux/toolkit/ResourceReader.h"
+
+#include <algorithm>
+
+namespace zm {
+
+namespace {
+
+constexpr int maximumPartDepth = 8;
+constexpr int mostPartsUsed = 5000;
+constexpr int highestId = 99999;
+
+constexpr std::array<std::pair<const char*, ItemKind>, itemKinds> kinds = {
+    {{"text", ItemKind::Text},
+     {"icon", ItemKind::Icon},
+     {"button", ItemKind::Button},
+     {"progress", ItemKind::Progress},
+     {"animation", ItemKind::Animation},
+     {"list", ItemKind::List},
+     {"panel", ItemKind::Panel}}};
+constexpr std::array<std::pair<const char*, int>, 2> startStates = {
+    {{"normal", stateNormal}, {"selected", stateSelected}}};
+constexpr std::array<std::pair<const char*, bool>, 2> touchModes = {{{"all", true}, {"items", false}}};
+constexpr std::array<std::pair<const char*, int>, 4> iconStates = {
+    {{"pressed", statePressed}, {"normal", stateNormal}, {"selected", stateSelected}, {"all", stateAll}}};
+
+constexpr std::array<MemberName, 6> windowNames = {
+    {{"id", true}, {"name"}, {"background"}, {"stacked"}, {"touch"}, {"items", true}}};
+constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
+constexpr std::array<MemberName, 13> itemNames = {{{"id", true},
+                                                   {"kind", true},
+                                                   {"rect", true},
+                                                   {"style", true},
+                                                   {"in"},
+                                                   {"text"},
+                                                   {"icon"},
+                                                   {"icons"},
+                                                   {"pictureOfText"},
+                                                   {"state"},
+                                                   {"visible"},
+                                                   {"enabled"},
+                                                   {"touch"}}};
+
+/** A change names the item and any of the others. */
+constexpr std::array<MemberName, itemNames.size()> changeNames = [] {
+    std::array<MemberName, itemNames.size()> names = itemNames;
+    for (MemberName& member : names) {
+        member.required = false;
+    }
+    names[0] = {"change", true};
+    return names;
+}();
+
+bool hasId(const Node& item, double id) {
+    const Node* own = item.find("id");
+    return own && own->kind == Node::Kind::Number && own->number == id;
+}
+
+bool contains(const Node* ids, const Node& item) {
+    return ids && std::any_of(ids->items.begin(), ids->items.end(),
+                              [&](const Node& id) { return hasId(item, id.number); });
+}
+
+void shift(Node& item, double dx, double dy) {
+    for (auto& [name, value] : item.members) {
+        if (name == "rect" && value.items.size() == 4) {
+            value.items[0].number += dx;
+            value.items[1].number += dy;
+        }
+    }
+}
+
+} // namespace
+
+void ResourceReader::expand(const Node& items, std::vector<Node>& out, int depth) const {
+    for (const Node& node : array(items, "items").items) {
+        if (node.find("use")) {
+            expandPart(node, out, depth);
+        } else if (node.find("change")) {
+            applyChange(node, out);
+        } else {
+            object(node, itemNames);
+            out.push_back(node);
+        }
+    }
+}
+
+void ResourceReader::expandPart(const Node& use, std::vector<Node>& out, int depth) const {
+    object(use, useNames);
+    const Node& name = *use.find("use");
+    const Node* parts = m_sections.find("parts");
+    const Node* part = parts ? parts->find(string(name, "the name of a part")) : nullptr;
+    if (!part) {
+        fail(name, "the name of a part from the section \"parts\"");
+    }
+    if (depth == maximumPartDepth || ++m_partsUsed > mostPartsUsed) {
+        fail(name, "parts that do not use themselves");
+    }
+    for (const char* list : {"without", "only"}) {
+        if (const Node* ids = use.find(list)) {
+            for (const Node& id : array(*ids, "item ids").items) {
+                integer(id, 1, highestId, "an item id");
+            }
+        }
+    }
+    std::vector<Node> items;
+    expand(*part, items, depth + 1);
+    const Node* at = use.find("at");
+    if (at && (at->kind != Node::Kind::Array || at->items.size() != 2)) {
+        fail(*at, "an offset [x, y]");
+    }
+    const Node* only = use.find("only");
+    for (Node& item : items) {
+        if (contains(use.find("without"), item) || (only && !contains(only, item))) {
+            continue;
+        }
+        if (at) {
+            shift(item, integer(at->items[0], -4096, 4096, "an offset"),
+                  integer(at->items[1], -4096, 4096, "an offset"));
+        }
+        if (const Node* parent = use.find("in"); parent && !item.find("in")) {
+            item.set("in", *parent);
+        }
+        out.push_back(std::move(item));
+    }
+}
+
+void ResourceReader::applyChange(const Node& change, std::vector<Node>& out) const {
+    object(change, changeNames);
+    const Node& id = *change.find("change");
+    integer(id, 1, highestId, "an item id");
+    const auto found =
+        std::find_if(out.begin(), out.end(), [&](const Node& item) { return hasId(item, id.number); });
+    if (found == out.end()) {
+        fail(id, "the id of an item that stands above in this list");
+    }
+    for (const auto& [name, value] : change.members) {
+        if (name != "change") {
+            found->set(name, value);
+        }
+    }
+}
+
+int ResourceReader::picture(const Node& node) const {
+    const int id = integer(node, 0, highestId, "a picture id");
+    if (id != 0 && !m_resource.pictures.contains(id)) {
+        fail(node, "the id of a picture from the section \"pictures\"");
+    }
+    return id;
+}
+
+void ResourceReader::itemContent(const Node& node, ItemSpec& item) const {
+    if (const Node* text = node.find("text")) {
+        if (text->kind == Node::Kind::Number) {
+            item.textId = integer(*text, 1, highestId, "a text id");
+            if (!m_resource.texts.contains(item.textId)) {
+                fail(*text, "the id of a text from the section \"texts\"");
+            }
+        } else {
+            item.text = string(*text, "a text id or a text");
+        }
+    }
+    if (const Node* icon = node.find("icon")) {
+        item.icons[stateAll] = picture(*icon);
+    }
+    if (const Node* icons = node.find("icons")) {
+        static constexpr std::array<MemberName, 4> names = {{{"pressed"}, {"normal"}, {"selected"}, {"all"}}};
+        object(*icons, names);
+        for (const auto& [name, state] : iconStates) {
+            if (const Node* icon = icons->find(name)) {
+                item.icons[state] = picture(*icon);
+            }
+        }
+    }
+    if (const Node* pictures = node.find("pictureOfText")) {
+        if (pictures->kind != Node::Kind::Object) {
+            fail(*pictures, "an object {text: picture id}");
+        }
+        for (const auto& [text, value] : pictures->members) {
+            item.pictureOfText[text] = picture(value);
+        }
+    }
+}
+
+ItemSpec ResourceReader::item(const Node& node) const {
+    ItemSpec item;
+    item.id = integer(*node.find("id"), 1, highestId, "an item id");
+    item.kind = choice(*node.find("kind"), kinds);
+    item.rect = rect(*node.find("rect"));
+    item.style = styleIndex(*node.find("style"));
+    item.touch =
+        item.kind == ItemKind::Button || item.kind == ItemKind::List || item.kind == ItemKind::Progress;
+    itemContent(node, item);
+    if (const Node* parent = node.find("in")) {
+        item.parent = integer(*parent, 1, highestId, "an item id");
+    }
+    if (const Node* state = node.find("state")) {
+        item.state = choice(*state, startStates);
+    }
+    if (const Node* visible = node.find("visible")) {
+        item.visible = boolean(*visible);
+    }
+    if (const Node* enabled = node.find("enabled")) {
+        item.enabled = boolean(*enabled);
+    }
+    if (const Node* touch = node.find("touch")) {
+        item.touch = boolean(*touch);
+    }
+    return item;
+}
+
+void ResourceReader::checkParents(const WindowSpec& window, const std::vector<Node>& nodes) const {
+    std::set<int> above;
+    for (size_t i = 0; i < window.items.size(); ++i) {
+        const ItemSpec& item = window.items[i];
+        if (item.parent != 0 && !above.contains(item.parent)) {
+            fail(*nodes[i].find("in"), "the id of an item that stands above in this window");
+        }
+        if (!above.insert(item.id).second) {
+            failFound(*nodes[i].find("id"), "item " + std::to_string(item.id) + " a second time",
+                      "it once in window " + std::to_string(window.id));
+        }
+    }
+}
+
+void ResourceReader::readWindow(const Node& node) {
+    object(node, windowNames);
+    WindowSpec window;
+    window.id = integer(*node.find("id"), 1, highestId, "a window id");
+    for (const WindowSpec& other : m_resource.windows) {
+        if (other.id == window.id) {
+            failFound(*node.find("id"), "window " + std::to_string(window.id) + " a second time", "it once");
+        }
+    }
+    if (const Node* name = node.find("name")) {
+        window.name = string(*name, "a name");
+    }
+    if (const Node* background = node.find("background")) {
+        window.background = colorIndex(*background);
+    }
+    if (const Node* stacked = node.find("stacked")) {
+        window.stacked = boolean(*stacked);
+    }
+    if (const Node* touch = node.find("touch")) {
+        window.touchAll = choice(*touch, touchModes);
+    }
+    std::vector<Node> items;
+    expand(*node.find("items"), items, 0);
+    for (const Node& itemNode : items) {
+        window.items.push_back(item(itemNode));
+    }
+    checkParents(window, items);
+    m_resource.windows.push_back(std::move(window));
+}
+
+void ResourceReader::readWindows() {
+    for (const Node& window : array(*m_sections.find("windows"), "windows").items) {
+        readWindow(window);
+    }
+}
+
+} // namespace zm

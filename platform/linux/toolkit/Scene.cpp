@@ -1,0 +1,117 @@
+#include "platform/linux/toolkit/SceneImpl.h"
+#include "platform/linux/toolkit/UiMng.h"
+
+namespace zm {
+
+Scene::Impl::Impl(Resource resource, std::unique_ptr<FontBook> fontBook, int width, int height,
+                  SceneListener& listener)
+    : fonts(std::move(fontBook)), pages(std::move(resource), width, height), motion(pages, listener),
+      touch(pages, motion, listener), painter(pages, motion, *fonts),
+      wndMng(std::make_unique<CUIWndMng>(std::make_unique<CUIWndMng::Impl>(pages, motion))) {
+    for (const auto& [id, window] : pages.windows()) {
+        for (const auto& item : window->items) {
+            if (item->spec.kind == ItemKind::List) {
+                item->list = std::make_unique<CUI_BtList>(std::make_unique<CUI_BtList::Impl>(pages, *item));
+            }
+        }
+    }
+}
+
+Scene::Scene(std::unique_ptr<Impl> impl) : m_impl(std::move(impl)) {}
+Scene::~Scene() = default;
+
+Result<std::unique_ptr<Scene>> Scene::load(const std::string& resourceFile, const std::string& fontDir,
+                                           int width, int height, SceneListener& listener) {
+    Result<Resource> resource = loadResource(resourceFile, width, height);
+    if (!resource) {
+        return Error{resource.error()};
+    }
+    Result<std::unique_ptr<FontBook>> fonts = FontBook::open(fontDir);
+    if (!fonts) {
+        return Error{fonts.error()};
+    }
+    auto impl = std::make_unique<Impl>(std::move(*resource), std::move(*fonts), width, height, listener);
+    return std::unique_ptr<Scene>(new Scene(std::move(impl)));
+}
+
+CUIWndMng& Scene::wndMng() {
+    return *m_impl->wndMng;
+}
+
+bool Scene::showWindow(int id, bool show) {
+    Window* window = m_impl->pages.window(id);
+    if (!window) {
+        return false;
+    }
+    if (m_impl->pages.show(*window, show)) {
+        show ? m_impl->motion.windowShown(*window) : m_impl->motion.windowHidden(*window);
+    }
+    return true;
+}
+
+std::vector<int> Scene::shownWindows() const {
+    std::vector<int> ids;
+    for (const Window* window : m_impl->pages.shown()) {
+        ids.push_back(window->spec.id);
+    }
+    return ids;
+}
+
+bool Scene::hits(int x, int y) const {
+    return m_impl->touch.covers(x, y);
+}
+
+void Scene::press(int x, int y) {
+    m_impl->touch.press(x, y);
+}
+
+void Scene::move(int x, int y, int64_t nowMs) {
+    m_impl->touch.move(x, y, nowMs);
+}
+
+void Scene::hold() {
+    m_impl->touch.hold();
+}
+
+void Scene::release(int x, int y, int64_t nowMs) {
+    m_impl->touch.release(x, y, nowMs);
+}
+
+int64_t Scene::nextTick() const {
+    return m_impl->motion.next();
+}
+
+void Scene::tick(int64_t nowMs) {
+    m_impl->motion.tick(nowMs);
+}
+
+std::vector<Rect> Scene::paint(uint8_t* pixels, int stride) {
+    const Rect& screen = m_impl->pages.screen();
+    const std::vector<Rect> areas = m_impl->pages.damaged().take(screen);
+    if (areas.empty()) {
+        return areas;
+    }
+    const SurfacePtr surface(
+        cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_ARGB32, screen.w, screen.h, stride));
+    cairo_t* cairo = cairo_create(surface.get());
+    for (const Rect& area : areas) {
+        m_impl->painter.paint(cairo, area);
+    }
+    cairo_destroy(cairo);
+    cairo_surface_flush(surface.get());
+    return areas;
+}
+
+void Scene::invalidate() {
+    m_impl->pages.damageAll();
+}
+
+bool Scene::setLanguage(const std::string& code) {
+    return m_impl->pages.setLanguage(code);
+}
+
+bool Scene::setTheme(const std::string& name) {
+    return m_impl->pages.setTheme(name);
+}
+
+} // namespace zm

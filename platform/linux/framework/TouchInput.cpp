@@ -21,9 +21,6 @@ constexpr int DragRestMs = 300;
 } // namespace
 
 void TouchInput::press(Point at) {
-    if (m_view) {
-        release(m_last);
-    }
     pressAt(at);
     AppClock& clock = m_application.clock();
     clock.set({this, 0}, {clock.nowMs() + HoldMs, 0, AlarmKind::Handler, [this] { hold(); }});
@@ -58,9 +55,7 @@ void TouchInput::drag(Point from, Point to) {
         moveTo({from.x + (to.x - from.x) * step / DragSteps, from.y + (to.y - from.y) * step / DragSteps},
                now);
     }
-    now += DragRestMs;
-    moveTo(to, now);
-    releaseAt(to, now);
+    releaseAt(to, now + DragRestMs);
 }
 
 void TouchInput::forget(const ViewImpl& view) {
@@ -80,7 +75,7 @@ void TouchInput::pressAt(Point at) {
             m_view = views[i];
         }
     }
-    m_down = m_last = at;
+    m_down = at;
     if (m_view) {
         m_view->view.OnLButtonDown(at.x, at.y);
         m_view->scene->press(at.x, at.y);
@@ -88,7 +83,6 @@ void TouchInput::pressAt(Point at) {
 }
 
 void TouchInput::moveTo(Point to, int64_t nowMs) {
-    m_last = to;
     if (m_view) {
         m_view->view.OnMouseMove(to.x, to.y);
         m_view->scene->move(to.x, to.y, nowMs);

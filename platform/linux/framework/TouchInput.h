@@ -24,13 +24,13 @@ class TouchInput {
 public:
     explicit TouchInput(Application& application) : m_application(application) {}
 
-    /** A press while the finger is down lifts it first where it is. */
+    /** A press while the finger is down means that its release got lost: the earlier touch ends without a report. */
     void press(Point at);
     void move(Point to);
     void release(Point at);
     /** A whole touch; of `holdMs` it is reported as held at once if it lasts long enough. */
     void touch(Point at, int holdMs);
-    /** Press, moves, a rest and release: never held, and without momentum. */
+    /** Press, moves, a rest and release: never held, and a list does not go on by itself. */
     void drag(Point from, Point to);
     /** The view goes away. */
     void forget(const Oro::ZMCAR::ViewImpl& view);
@@ -45,7 +45,6 @@ private:
     Application& m_application;
     Oro::ZMCAR::ViewImpl* m_view = nullptr; ///< under the finger since the press
     Point m_down;
-    Point m_last;
 };
 
 } // namespace zm

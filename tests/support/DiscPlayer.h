@@ -39,9 +39,9 @@ public:
     explicit DiscPlayer(Unit& unit) : m_unit(unit) {}
 
     /**
-     * A disc goes in and plays its first item: presence, reading, mixed types, media type, disc state 2, one after the
-     * other. `mediaType` 0 DVD, 1 audio CD, 2 music, 3 video, 4 photo, 5 VCD; `mixedType` 2 music, 4 video, 8 photos
-     * (0: the bit of the media type).
+     * A disc goes in and plays its first item: presence, reading, mixed types, media type, disc state 2, one
+     * after the other. `mediaType` 0 DVD, 1 audio CD, 2 music, 3 video, 4 photo, 5 VCD; `mixedType` 2 music,
+     * 4 video, 8 photos (0: the bit of the media type).
      */
     void insert(int mediaType = 2, int mixedType = 0);
     /** Ejecting, then no disc. */

@@ -1,9 +1,9 @@
 #pragma once
 
 /*
- * The whole unit inside one test process: head unit (PPS service, compositor, video service, passive launcher, manual
- * clock), the application with both views, controller and catalogue worker on the real stand-ins; no disc service:
- * the test plays it. One Unit a process (each test runs in a process of its own).
+ * The whole unit inside one test process: head unit (PPS service, compositor, video service, passive
+ * launcher, manual clock), the application with both views, controller and catalogue worker on the real
+ * stand-ins; no disc service: the test plays it. One Unit a process (each test runs in a process of its own).
  *
  *     TEST(MusicPage, ShowsTheTitle) {
  *         Catalogue catalogue;                       // optional; made before the unit starts
@@ -14,13 +14,14 @@
  *         EXPECT_EQ(unit.main.window(), 6);
  *         EXPECT_EQ(unit.main.item(6, 2065).text, "Title");
  *         unit.clearCommands();
- *         unit.click(6, 2071);                       // the view's OnClick; unit.touch(x, y) goes through the hit test
- *         EXPECT_THAT(unit.commands(), testing::ElementsAre("5,0,0"));
- *         unit.advance(8s);                          // fires what falls due, in order of time
+ *         unit.click(6, 2071);                       // the view's OnClick; unit.touch(x, y) goes through the
+ * hit test EXPECT_THAT(unit.commands(), testing::ElementsAre("5,0,0")); unit.advance(8s); // fires what falls
+ * due, in order of time
  *     }
  *
- * Every action returns when the unit is settled again: all published changes delivered, view queue empty, worker idle
- * (or held), frames composed, log written. An action that fails adds a test failure that names it.
+ * Every action returns when the unit is settled again: all published changes delivered, view queue empty,
+ * worker idle (or held), frames composed, log written. An action that fails adds a test failure that names
+ * it.
  */
 
 #include "tests/support/Catalogue.h"

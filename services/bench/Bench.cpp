@@ -1,0 +1,96 @@
+#include "services/bench/Bench.h"
+
+#include "base/Paths.h"
+
+#include <cstdio>
+
+namespace zm {
+
+namespace {
+
+constexpr size_t PageLogLines = 500;
+
+Json logJson(const std::vector<LogEntry>& entries) {
+    Json result = Json::array();
+    for (const auto& entry : entries) {
+        result.push_back({{"severity", entry.severity}, {"process", entry.process}, {"text", entry.text}});
+    }
+    return result;
+}
+
+} // namespace
+
+Bench::Bench(EventLoop& loop, BenchOptions options)
+    : m_loop(loop), m_options(std::move(options)), m_unit(loop, m_options.unit), m_processor(m_unit),
+      m_ctl(loop, ctlSocket(m_options.unit.runtimeDir), m_processor),
+      m_log(logFile(m_options.unit.runtimeDir)) {}
+
+Bench::~Bench() = default;
+
+Status Bench::start() {
+    m_unit.onReady = [this] { announce(); };
+    if (m_options.web) {
+        auto url = startPage();
+        if (!url) {
+            return Error{url.error()};
+        }
+        m_url = *url;
+    }
+    if (auto started = m_unit.start(); !started) {
+        return started;
+    }
+    return m_ctl.start();
+}
+
+// Standard output is read by whoever waits for the bench: one line, once.
+void Bench::announce() {
+    if (std::exchange(m_announced, true)) {
+        return;
+    }
+    std::printf(m_url.empty() ? "ready\n" : "ready %s\n", m_url.c_str());
+    std::fflush(stdout);
+}
+
+Result<std::string> Bench::startPage() {
+    WebBackend backend{[this](std::vector<std::string> words, std::function<void(WebBackend::Answer)> done) {
+                           auto answer = std::make_shared<WebBackend::Answer>();
+                           m_processor.execute(std::make_shared<CommandRun>(
+                               std::move(words), "/",
+                               CommandRun::Sink{[answer](const std::string& text) { answer->out += text; },
+                                                [answer](const std::string& text) { answer->err += text; },
+                                                [answer, done = std::move(done)](int status) {
+                                                    answer->exit = status;
+                                                    done(*answer);
+                                                }}));
+                       },
+                       m_unit.compositor(), pageSources()};
+    m_page = std::make_unique<WebServer>(m_loop, std::move(backend), m_options.unit.shareDir + "/web");
+    m_unit.compositor().onDamage = [this](Rect area) { m_page->screen().damaged(area); };
+    m_unit.onPpsChange = [this](const std::string& object, const std::string& text) {
+        m_page->state().ppsChanged(object, text);
+    };
+    m_unit.launcher().onRequest = [this](const Json& request) { m_page->state().requested(request); };
+    return m_page->start(m_options.port);
+}
+
+WebState::Sources Bench::pageSources() {
+    WebState::Sources sources;
+    sources.state = [this] { return m_unit.state(); };
+    sources.objects = [this] {
+        std::vector<std::pair<std::string, std::string>> objects;
+        const auto names = ppsList(m_unit.ppsSocket());
+        for (const auto& name : names ? *names : std::vector<std::string>()) {
+            auto file = PpsFile::open(m_unit.ppsSocket(), "/pps/" + name, 0, 0);
+            const auto text = file ? file->read() : Result<std::string>(std::string());
+            objects.emplace_back(name, text ? *text : std::string());
+        }
+        return objects;
+    };
+    sources.logTail = [this] {
+        return logJson(LogReader(logFile(m_options.unit.runtimeDir)).last(PageLogLines));
+    };
+    sources.newLog = [this] { return logJson(m_log.readNew()); };
+    return sources;
+}
+
+} // namespace zm

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "services/bench/Arguments.h"
+#include "services/bench/CommandRun.h"
+#include "services/bench/HeadUnit.h"
+
+#include <memory>
+#include <span>
+#include <string_view>
+
+namespace zm {
+
+/** What a command gets: the head unit, its caller, its words. */
+struct CommandCall {
+    HeadUnit& unit;
+    std::shared_ptr<CommandRun> run;
+    Arguments arguments;
+};
+
+/** One command: how it is written, what it does. */
+struct CommandRow {
+    std::string_view name;
+    std::string_view usage;
+    std::string_view help;
+    /** Gives false, having done nothing, when the words do not fit the usage. */
+    bool (*handler)(CommandCall& call);
+};
+
+/** The commands that drive the head unit: one table for zmctl, the page and the tests. Loop's thread only. */
+class CommandProcessor {
+public:
+    explicit CommandProcessor(HeadUnit& unit) : m_unit(unit) {}
+
+    /** Starts a command; the sink of `run` gets its output and its exit status, at once or later. */
+    void execute(const std::shared_ptr<CommandRun>& run);
+
+private:
+    HeadUnit& m_unit;
+};
+
+/** The rows of each subject, in the order of the help text. */
+std::span<const CommandRow> ppsCommands();
+std::span<const CommandRow> launcherCommands();
+std::span<const CommandRow> vehicleCommands();
+std::span<const CommandRow> inputCommands();
+std::span<const CommandRow> discCommands();
+std::span<const CommandRow> screenCommands();
+std::span<const CommandRow> systemCommands();
+
+/** Sends a message to the application and ends the command with its answer. */
+void forward(CommandCall& call, Json message, std::chrono::milliseconds timeout = std::chrono::seconds(10));
+/** Ends the command with a reply of the application. */
+ShellServer::Reply endWith(const std::shared_ptr<CommandRun>& run);
+/** Ends the command as `status` says. */
+void endWith(const std::shared_ptr<CommandRun>& run, const Status& status);
+
+} // namespace zm

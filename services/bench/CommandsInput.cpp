@@ -1,0 +1,89 @@
+#include "services/bench/CommandProcessor.h"
+
+#include <array>
+
+namespace zm {
+
+namespace {
+
+// Input belongs to the application in front; a plain page knows the end of a touch only.
+bool input(CommandCall& call, Json message, std::optional<std::pair<int, int>> releasedAt) {
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    if (call.unit.launcher().discInFront()) {
+        forward(call, std::move(message));
+        return true;
+    }
+    if (releasedAt) {
+        call.unit.launcher().released(releasedAt->first, releasedAt->second);
+    }
+    call.run->finish();
+    return true;
+}
+
+bool key(CommandCall& call) {
+    const int code = call.arguments.number();
+    return input(call, {{"t", "key"}, {"code", code}}, std::nullopt);
+}
+
+bool touch(CommandCall& call) {
+    const int hold = call.arguments.number("--hold", 0).value_or(0);
+    const int x = call.arguments.number();
+    const int y = call.arguments.number();
+    return input(call, {{"t", "touch"}, {"x", x}, {"y", y}, {"hold", hold}}, std::pair(x, y));
+}
+
+bool drag(CommandCall& call) {
+    const int x1 = call.arguments.number();
+    const int y1 = call.arguments.number();
+    const int x2 = call.arguments.number();
+    const int y2 = call.arguments.number();
+    return input(call, {{"t", "drag"}, {"x1", x1}, {"y1", y1}, {"x2", x2}, {"y2", y2}}, std::nullopt);
+}
+
+bool step(CommandCall& call) {
+    const std::string kind = call.run->words()[0];
+    const int x = call.arguments.number();
+    const int y = call.arguments.number();
+    return input(call, {{"t", kind}, {"x", x}, {"y", y}},
+                 kind == "release" ? std::optional(std::pair(x, y)) : std::nullopt);
+}
+
+bool click(CommandCall& call) {
+    const std::string view = call.arguments.word();
+    const int window = call.arguments.number();
+    const int control = call.arguments.number();
+    const int state = call.arguments.number();
+    if (!call.arguments.complete() || (view != "main" && view != "osd")) {
+        return false;
+    }
+    forward(call,
+            {{"t", "click"}, {"view", view}, {"window", window}, {"control", control}, {"state", state}});
+    return true;
+}
+
+constexpr std::array Rows = {
+    CommandRow{"key", "key CODE", "a hard key\nExample: zmctl key 1", key},
+    CommandRow{"touch", "touch X Y [--hold MS]",
+               "a touch of the screen; held from 800 ms on, without waiting in real time\nExample: zmctl "
+               "touch 400 240",
+               touch},
+    CommandRow{"drag", "drag X1 Y1 X2 Y2",
+               "a finger that moves over the screen\nExample: zmctl drag 400 300 400 100", drag},
+    CommandRow{"press", "press X Y", "a finger comes down, in real time\nExample: zmctl press 400 240", step},
+    CommandRow{"move", "move X Y", "the finger moves\nExample: zmctl move 400 200", step},
+    CommandRow{"release", "release X Y", "the finger goes up\nExample: zmctl release 400 200", step},
+    CommandRow{"click", "click main|osd WINDOW CONTROL STATE",
+               "calls a view's OnClick straight (state 0 press, 1 release, 4 held)\nExample: zmctl click "
+               "main 6 6523 1",
+               click},
+};
+
+} // namespace
+
+std::span<const CommandRow> inputCommands() {
+    return Rows;
+}
+
+} // namespace zm

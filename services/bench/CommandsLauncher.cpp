@@ -1,0 +1,113 @@
+#include "services/bench/CommandProcessor.h"
+
+#include <array>
+
+namespace zm {
+
+namespace {
+
+struct StatusName {
+    std::string_view name;
+    AppStatus status;
+};
+
+constexpr std::array<StatusName, 5> StatusNames = {{
+    {"resume", AppStatus::Resume},
+    {"pause", AppStatus::Pause},
+    {"showonly", AppStatus::ShowOnly},
+    {"hideonly", AppStatus::HideOnly},
+    {"quit", AppStatus::Quit},
+}};
+
+void start(CommandCall& call) {
+    if (call.unit.startApplication()) {
+        call.run->finish();
+    } else {
+        call.run->fail("this bench starts no programs");
+    }
+}
+
+bool app(CommandCall& call) {
+    const std::string name = call.arguments.word();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    if (name == "start") {
+        start(call);
+        return true;
+    }
+    for (const auto& row : StatusNames) {
+        if (row.name == name) {
+            call.unit.launcher().send(row.status, endWith(call.run));
+            return true;
+        }
+    }
+    return false;
+}
+
+bool appData(CommandCall& call) {
+    const std::string text = call.arguments.word();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    forward(call, {{"t", "appdata"}, {"text", text}});
+    return true;
+}
+
+bool language(CommandCall& call) {
+    const std::string code = call.arguments.word();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    call.unit.setLanguage(code, endWith(call.run));
+    return true;
+}
+
+bool theme(CommandCall& call) {
+    const std::string name = call.arguments.word();
+    if (!call.arguments.complete() || (name != "night" && name != "day")) {
+        return false;
+    }
+    call.unit.setTheme(name, endWith(call.run));
+    return true;
+}
+
+bool requests(CommandCall& call) {
+    const bool clear = call.arguments.flag("--clear");
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    auto& launcher = call.unit.launcher();
+    std::string lines;
+    for (const auto& request : launcher.requests()) {
+        lines += request + "\n";
+    }
+    if (clear) {
+        launcher.clearRequests();
+    }
+    call.run->out(lines);
+    call.run->finish();
+    return true;
+}
+
+constexpr std::array Rows = {
+    CommandRow{"app", "app start|resume|pause|showonly|hideonly|quit",
+               "launcher message to the application, or starting it again\nExample: zmctl app pause", app},
+    CommandRow{"appdata", "appdata TEXT", "application data\nExample: zmctl appdata '--song=\"Blue\"'",
+               appData},
+    CommandRow{"language", "language CODE",
+               "language of all texts: en, de, zh, ar\nExample: zmctl language de", language},
+    CommandRow{"theme", "theme night|day", "colours of the screen\nExample: zmctl theme day", theme},
+    CommandRow{"requests", "requests [--clear]",
+               "what the application asked of the launcher, one JSON object a line, oldest first\n"
+               "--clear empties the list after printing it.\nExample: zmctl requests --clear",
+               requests},
+};
+
+} // namespace
+
+std::span<const CommandRow> launcherCommands() {
+    return Rows;
+}
+
+} // namespace zm

@@ -1,0 +1,70 @@
+#include "services/bench/CommandProcessor.h"
+
+#include <array>
+#include <cstdio>
+
+namespace zm {
+
+namespace {
+
+bool device(CommandCall& call) {
+    auto& arguments = call.arguments;
+    const bool silent = arguments.flag("--silent");
+    const int id = arguments.number();
+    const bool fails = call.run->words().back() == "fail";
+    std::optional<int> value;
+    if (fails) {
+        arguments.word();
+    } else {
+        value = arguments.number();
+    }
+    if (!arguments.complete()) {
+        return false;
+    }
+    call.unit.vehicle().setDevice(id, value, silent ? Notice::Silent : Notice::Send, endWith(call.run));
+    return true;
+}
+
+std::optional<std::pair<int, int>> parseTime(const std::string& text) {
+    int hour = 0;
+    int minute = 0;
+    int length = 0;
+    if (std::sscanf(text.c_str(), "%2d:%2d%n", &hour, &minute, &length) != 2 ||
+        static_cast<size_t>(length) != text.size() || hour < 0 || hour > 24 || minute < 0 || minute > 59) {
+        return std::nullopt;
+    }
+    return std::pair(hour, minute);
+}
+
+bool time(CommandCall& call) {
+    const auto parsed = parseTime(call.arguments.word());
+    const std::string format = call.arguments.more() ? call.arguments.word() : "";
+    if (!call.arguments.complete() || !parsed || (!format.empty() && format != "12" && format != "24")) {
+        return false;
+    }
+    ClockSetting setting = call.unit.vehicle().time();
+    setting.hour = parsed->first;
+    setting.minute = parsed->second;
+    if (!format.empty()) {
+        setting.format = format == "12" ? 1 : 0;
+    }
+    call.unit.vehicle().setTime(setting, endWith(call.run));
+    return true;
+}
+
+constexpr std::array Rows = {
+    CommandRow{"device", "device [--silent] ID VALUE|fail",
+               "a vehicle value: 2 parked, 6 muted (255), 7 outside temperature in tenths, 86 Bluetooth\n"
+               "Sends the message about it unless --silent is given. \"fail\" makes reading it fail.\n"
+               "Example: zmctl device 7 -52",
+               device},
+    CommandRow{"time", "time HH:MM [12|24]", "the clock and its display\nExample: zmctl time 23:05 12", time},
+};
+
+} // namespace
+
+std::span<const CommandRow> vehicleCommands() {
+    return Rows;
+}
+
+} // namespace zm

@@ -1,0 +1,68 @@
+#include "services/bench/CtlServer.h"
+
+namespace zm {
+
+struct CtlServer::Client {
+    Client(EventLoop& loop, UniqueFd fd) : connection(loop, std::move(fd)) {}
+    ~Client() {
+        if (run) {
+            run->cancel();
+        }
+    }
+    Connection connection;
+    std::shared_ptr<CommandRun> run;
+};
+
+CtlServer::CtlServer(EventLoop& loop, std::string socket, CommandProcessor& processor)
+    : m_loop(loop), m_socket(std::move(socket)), m_processor(processor) {}
+
+CtlServer::~CtlServer() = default;
+
+Status CtlServer::start() {
+    auto fd = listenUnix(m_socket);
+    if (!fd) {
+        return Error{fd.error()};
+    }
+    m_listener = std::make_unique<Listener>(m_loop, std::move(*fd),
+                                            [this](UniqueFd peer) { accept(std::move(peer)); });
+    return ok();
+}
+
+void CtlServer::accept(UniqueFd fd) {
+    Client& client = *m_clients.emplace_back(std::make_unique<Client>(m_loop, std::move(fd)));
+    client.connection.onMessage = [this, &client](Message message) { received(client, message.text); };
+    client.connection.onClosed = [this, &client] { drop(client); };
+}
+
+void CtlServer::drop(Client& client) {
+    m_clients.remove_if([&](const auto& other) { return other.get() == &client; });
+}
+
+void CtlServer::received(Client& client, const std::string& text) {
+    const Json message = Json::parse(text, nullptr, false);
+    std::vector<std::string> words;
+    bool good = message.is_object() && message.contains("argv") && message["argv"].is_array() &&
+                (!client.run || client.run->finished());
+    if (good) {
+        for (const auto& word : message["argv"]) {
+            good = good && word.is_string();
+            words.push_back(good ? word.get<std::string>() : std::string());
+        }
+    }
+    if (!good) {
+        drop(client);
+        return;
+    }
+    const auto cwd = message.find("cwd");
+    const auto send = [&client](const char* member, const Json& value) {
+        client.connection.send(jsonText({{member, value}}));
+    };
+    client.run = std::make_shared<CommandRun>(
+        std::move(words), cwd != message.end() && cwd->is_string() ? cwd->get<std::string>() : std::string(),
+        CommandRun::Sink{[send](const std::string& out) { send("out", out); },
+                         [send](const std::string& err) { send("err", err); },
+                         [send](int status) { send("exit", status); }});
+    m_processor.execute(client.run);
+}
+
+} // namespace zm

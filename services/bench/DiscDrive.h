@@ -1,0 +1,40 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "base/Result.h"
+#include "services/bench/PpsWatch.h"
+
+#include <memory>
+#include <string>
+
+namespace zm {
+
+/**
+ * The disc drive, as the disc service offers it in the PPS object "zelmar/disc/drive": attribute "drive" is
+ * what is asked of it ({"op":"insert","path":...}, {"op":"eject"}), "drivestate" its answer.
+ */
+class DiscDrive {
+public:
+    DiscDrive(EventLoop& loop, std::string ppsSocket);
+
+    /** Opens the object; the PPS service runs already. */
+    Status start();
+    Status insert(const std::string& path);
+    Status eject();
+    /** Makes the drive fail: "read", "surface", "temperature", "region", "noanswer", "gone", or "none" again.
+     */
+    Status fault(const std::string& kind);
+    /** The latest "drivestate" as JSON text; empty before the disc service has said anything. */
+    std::string state();
+
+private:
+    Status ask(const std::string& json);
+
+    EventLoop& m_loop;
+    std::string m_socket;
+    std::unique_ptr<PpsWatch> m_watch;
+    std::unique_ptr<PpsFile> m_object;
+    std::string m_state;
+};
+
+} // namespace zm

@@ -1,0 +1,221 @@
+#include "services/bench/HeadUnit.h"
+
+#include "base/Paths.h"
+
+#include <glib.h>
+
+#include <cstdio>
+
+namespace zm {
+
+namespace {
+
+// What the application is started with: "disc" and the words of `text`, separated as a shell would.
+std::vector<std::string> applicationArguments(const std::string& text) {
+    std::vector<std::string> arguments{"disc"};
+    int count = 0;
+    char** words = nullptr;
+    if (g_shell_parse_argv(text.c_str(), &count, &words, nullptr)) {
+        arguments.insert(arguments.end(), words, words + count);
+        g_strfreev(words);
+    }
+    return arguments;
+}
+
+} // namespace
+
+HeadUnit::HeadUnit(EventLoop& loop, HeadUnitOptions options)
+    : m_loop(loop), m_options(std::move(options)), m_pps(loop, zm::ppsSocket(m_options.runtimeDir)),
+      m_compositor(loop, screenSocket(m_options.runtimeDir)), m_video(loop, m_compositor, ppsSocket()),
+      m_shell(loop, shellSocket(m_options.runtimeDir)), m_launcher(m_options.launcher, m_shell, m_compositor),
+      m_vehicle(m_shell), m_drive(loop, ppsSocket()) {
+    connectParts();
+    makeChildren();
+}
+
+HeadUnit::~HeadUnit() {
+    m_shell.onGone = nullptr;
+    for (Child* each : children()) {
+        each->stop();
+    }
+    // Whatever waits for the service on this thread must be let go before it is destroyed.
+    m_pps.stop();
+}
+
+std::string HeadUnit::ppsSocket() const {
+    return zm::ppsSocket(m_options.runtimeDir);
+}
+
+void HeadUnit::connectParts() {
+    m_pps.onChange = [this](const std::string& object, const std::string& text) {
+        ++m_ppsChanges;
+        if (onPpsChange) {
+            onPpsChange(object, text);
+        }
+    };
+    m_video.onChildPosted = [this](const std::string&, const std::string& child, unsigned window) {
+        m_shell.tell({{"t", "childpost"}, {"name", child}, {"window", window}});
+    };
+    m_video.onChildWithdrawn = [this](const std::string&, const std::string& child) {
+        m_shell.tell({{"t", "childgone"}, {"name", child}});
+    };
+    m_shell.welcome = [this] { return welcome(); };
+    m_shell.onRunning = [this] { applicationRuns(); };
+    m_shell.onRequest = [this](const Json& request) { m_launcher.requested(request); };
+    m_shell.onGone = [this](bool) { applicationGone(); };
+    m_launcher.onStartWanted = [this] { startApplication(); };
+}
+
+void HeadUnit::makeChildren() {
+    if (m_options.programDir.empty()) {
+        return;
+    }
+    const std::vector<std::pair<std::string, std::string>> environment = {
+        {"ZM_RUNTIME", m_options.runtimeDir},
+        {"ZM_CATALOGUE", m_options.catalogue},
+        {"ZM_RCC_PATH", m_options.shareDir + "/rccs/"},
+        {"ZM_FONT_PATH", m_options.shareDir + "/fonts/"},
+    };
+    m_application =
+        std::make_unique<Child>(m_loop, ChildSetup{"app", m_options.programDir + "/Platen",
+                                                   applicationArguments(m_options.appArgs), environment});
+    m_application->onDown = [this] { m_launcher.applicationEnded(); };
+    if (m_options.discService) {
+        m_discService = std::make_unique<Child>(
+            m_loop, ChildSetup{"disc", m_options.programDir + "/zmdiscd", {}, environment});
+    }
+}
+
+Status HeadUnit::start() {
+    for (auto step : {std::function<Status()>([this] { return m_pps.start(); }),
+                      std::function<Status()>([this] { return m_compositor.start(); }),
+                      std::function<Status()>([this] { return m_video.start(); }),
+                      std::function<Status()>([this] { return m_shell.start(); }),
+                      std::function<Status()>([this] { return m_drive.start(); })}) {
+        if (auto done = step(); !done) {
+            return done;
+        }
+    }
+    if (!m_options.disc.empty()) {
+        // Written before the disc service starts: it finds the wish when it opens the object.
+        if (auto written = m_drive.insert(m_options.disc); !written) {
+            return written;
+        }
+    }
+    for (Child* each : children()) {
+        each->start();
+    }
+    return ok();
+}
+
+Json HeadUnit::welcome() const {
+    Json start = {
+        {"manualClock", m_options.clock == ClockMode::Manual}, {"language", m_language}, {"theme", m_theme}};
+    m_vehicle.describe(start);
+    return start;
+}
+
+void HeadUnit::applicationRuns() {
+    const auto becomeReady = [this](const Result<Json>&) {
+        if (!m_shell.running()) {
+            return;
+        }
+        m_ready = true;
+        if (onReady) {
+            onReady();
+        }
+    };
+    if (m_launcher.discInFront()) {
+        m_launcher.send(AppStatus::Resume, becomeReady);
+    } else {
+        becomeReady(Json());
+    }
+}
+
+void HeadUnit::applicationGone() {
+    m_ready = false;
+    m_video.applicationGone();
+}
+
+bool HeadUnit::applicationExpected() const {
+    return !m_ready && (m_shell.connected() || (m_application && m_application->expected()));
+}
+
+bool HeadUnit::startApplication() {
+    if (!m_application) {
+        return false;
+    }
+    if (m_application->state() != Child::State::Running) {
+        m_launcher.bringToFront();
+        m_application->start();
+    }
+    return true;
+}
+
+void HeadUnit::setLanguage(const std::string& code, ShellServer::Reply reply) {
+    m_language = code;
+    m_shell.ask({{"t", "language"}, {"code", code}}, std::move(reply));
+}
+
+void HeadUnit::setTheme(const std::string& name, ShellServer::Reply reply) {
+    m_theme = name;
+    m_shell.ask({{"t", "theme"}, {"name", name}}, std::move(reply));
+}
+
+std::vector<Child*> HeadUnit::children() {
+    std::vector<Child*> result;
+    // The disc service first: it opens the catalogue that the application reads.
+    for (Child* each : {m_discService.get(), m_application.get()}) {
+        if (each) {
+            result.push_back(each);
+        }
+    }
+    return result;
+}
+
+Child* HeadUnit::child(const std::string& name) {
+    for (Child* each : children()) {
+        if (each->name() == name) {
+            return each;
+        }
+    }
+    return nullptr;
+}
+
+Json HeadUnit::state() {
+    Json result = {{"running", m_shell.running()},
+                   {"language", m_language},
+                   {"theme", m_theme},
+                   {"launcher", m_options.launcher == LauncherMode::Active ? "active" : "passive"},
+                   {"front", m_launcher.front()},
+                   {"drive", m_drive.state()},
+                   {"children", Json::array()}};
+    m_vehicle.describe(result);
+    for (Child* each : children()) {
+        result["children"].push_back({{"name", each->name()},
+                                      {"pid", each->pid() > 0 ? Json(each->pid()) : Json()},
+                                      {"state", each->describeState()},
+                                      {"starts", each->starts()}});
+    }
+    return result;
+}
+
+void HeadUnit::follow(const void* owner, std::function<void()> drain) {
+    m_followers[owner] = std::move(drain);
+}
+
+void HeadUnit::unfollow(const void* owner) {
+    m_followers.erase(owner);
+}
+
+void HeadUnit::drainFollowers() {
+    // Copies, because draining may end a command and with it take it off the list.
+    const auto followers = m_followers;
+    for (const auto& [owner, drain] : followers) {
+        if (m_followers.count(owner)) {
+            drain();
+        }
+    }
+}
+
+} // namespace zm

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace zm {
+
+/** An active launcher carries out what the application asks of it; a passive one only records it. */
+enum class LauncherMode { Active, Passive };
+
+/** The application's timers follow real time, or stand until `clock advance`. */
+enum class ClockMode { Real, Manual };
+
+/** How a head unit is set up. */
+struct HeadUnitOptions {
+    std::string runtimeDir; ///< exists, mode 0700
+    std::string shareDir;   ///< has the folders rccs, fonts and web
+    std::string catalogue;  ///< SQLite file that the application reads
+    std::string programDir; ///< folder of Platen and zmdiscd; empty: nothing is started
+    bool discService = true;
+    std::string disc;    ///< put into the drive at the start; empty: none
+    std::string appArgs; ///< appended to the application's command line, separated as a shell would
+    LauncherMode launcher = LauncherMode::Active;
+    ClockMode clock = ClockMode::Real;
+};
+
+} // namespace zm

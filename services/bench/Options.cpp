@@ -1,0 +1,157 @@
+#include "services/bench/Options.h"
+
+#include "base/Paths.h"
+
+#include <array>
+#include <charconv>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include <glib.h>
+
+namespace zm {
+
+const char* const BenchUsage =
+    "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
+    "--no-web]\n"
+    "               [--manual-clock] [--launcher active|passive] [--app-args TEXT]\n";
+
+namespace {
+
+struct Parsed {
+    BenchOptions options;
+    std::string launcher;
+    bool port = false;
+};
+
+std::string absolute(const std::string& path) {
+    return std::filesystem::absolute(path).lexically_normal().string();
+}
+
+bool takePort(Parsed& parsed, const std::string& value) {
+    int& port = parsed.options.port;
+    parsed.port = true;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), port);
+    return error == std::errc() && end == value.data() + value.size() && port >= 0 && port <= 65535;
+}
+
+bool takeAppArgs(Parsed& parsed, const std::string& value) {
+    parsed.options.unit.appArgs = value;
+    GError* error = nullptr;
+    if (g_shell_parse_argv(value.c_str(), nullptr, nullptr, &error)) {
+        return true;
+    }
+    const bool empty = g_error_matches(error, G_SHELL_ERROR, G_SHELL_ERROR_EMPTY_STRING);
+    g_error_free(error);
+    return empty;
+}
+
+struct OptionRow {
+    std::string_view name;
+    bool takesValue;
+    bool (*take)(Parsed& parsed, const std::string& value);
+};
+
+constexpr std::array<OptionRow, 9> Rows = {{
+    {"--runtime", true,
+     [](Parsed& p, const std::string& v) {
+         p.options.unit.runtimeDir = absolute(v);
+         return !v.empty();
+     }},
+    {"--disc", true,
+     [](Parsed& p, const std::string& v) {
+         p.options.unit.disc = absolute(v);
+         return !v.empty();
+     }},
+    {"--no-disc-service", false,
+     [](Parsed& p, const std::string&) {
+         p.options.unit.discService = false;
+         return true;
+     }},
+    {"--catalogue", true,
+     [](Parsed& p, const std::string& v) {
+         p.options.unit.catalogue = absolute(v);
+         return !v.empty();
+     }},
+    {"--port", true, takePort},
+    {"--no-web", false,
+     [](Parsed& p, const std::string&) {
+         p.options.web = false;
+         return true;
+     }},
+    {"--manual-clock", false,
+     [](Parsed& p, const std::string&) {
+         p.options.unit.clock = ClockMode::Manual;
+         return true;
+     }},
+    {"--launcher", true,
+     [](Parsed& p, const std::string& v) {
+         p.launcher = v;
+         return v == "active" || v == "passive";
+     }},
+    {"--app-args", true, takeAppArgs},
+}};
+
+const OptionRow* find(std::string_view name) {
+    for (const auto& row : Rows) {
+        if (row.name == name) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
+// What only makes sense together or apart.
+Status check(const Parsed& parsed) {
+    const auto& unit = parsed.options.unit;
+    const struct {
+        bool wrong;
+        const char* why;
+    } rules[] = {
+        {!unit.disc.empty() && !unit.discService, "--disc and --no-disc-service exclude each other"},
+        {!unit.catalogue.empty() && unit.discService, "--catalogue needs --no-disc-service"},
+        {parsed.port && !parsed.options.web, "--port and --no-web exclude each other"},
+        {unit.clock == ClockMode::Manual && parsed.launcher == "active",
+         "--manual-clock implies a passive launcher"},
+    };
+    for (const auto& rule : rules) {
+        if (rule.wrong) {
+            return Error{rule.why};
+        }
+    }
+    return ok();
+}
+
+} // namespace
+
+Result<BenchOptions> parseBenchOptions(const std::vector<std::string>& arguments) {
+    Parsed parsed;
+    parsed.options.unit.runtimeDir = runtimeDir();
+    for (size_t i = 0; i < arguments.size(); ++i) {
+        std::string name = arguments[i];
+        const OptionRow* row = find(name);
+        if (!row) {
+            return Error{"unknown argument \"" + name + "\""};
+        }
+        if (row->takesValue && ++i == arguments.size()) {
+            return Error{name + " needs a value"};
+        }
+        const std::string& value = row->takesValue ? arguments[i] : name;
+        if (!row->take(parsed, value)) {
+            return Error{name + ": wrong value \"" + value + "\""};
+        }
+    }
+    if (auto good = check(parsed); !good) {
+        return Error{good.error()};
+    }
+    auto& unit = parsed.options.unit;
+    const bool passive = parsed.launcher == "passive" || unit.clock == ClockMode::Manual;
+    unit.launcher = passive ? LauncherMode::Passive : LauncherMode::Active;
+    if (unit.catalogue.empty()) {
+        unit.catalogue = unit.runtimeDir + "/discdb.sqlite";
+    }
+    return parsed.options;
+}
+
+} // namespace zm

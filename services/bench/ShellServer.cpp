@@ -1,0 +1,135 @@
+#include "services/bench/ShellServer.h"
+
+namespace zm {
+
+std::string jsonText(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+ShellServer::ShellServer(EventLoop& loop, std::string socket) : m_loop(loop), m_socket(std::move(socket)) {}
+
+ShellServer::~ShellServer() {
+    *m_alive = false;
+}
+
+Status ShellServer::start() {
+    auto fd = listenUnix(m_socket);
+    if (!fd) {
+        return Error{fd.error()};
+    }
+    m_listener = std::make_unique<Listener>(m_loop, std::move(*fd),
+                                            [this](UniqueFd peer) { accept(std::move(peer)); });
+    return ok();
+}
+
+int ShellServer::pid() const {
+    return m_application ? m_application->peerPid() : -1;
+}
+
+void ShellServer::accept(UniqueFd fd) {
+    if (m_application) {
+        return;
+    }
+    m_application = std::make_unique<Connection>(m_loop, std::move(fd));
+    m_application->onMessage = [this](Message message) { received(message.text); };
+    m_application->onClosed = [this] { gone(); };
+}
+
+void ShellServer::received(const std::string& text) {
+    const Json message = Json::parse(text, nullptr, false);
+    if (!message.is_object() || !message.value("t", Json()).is_string()) {
+        gone();
+        return;
+    }
+    const std::string kind = message["t"];
+    if (kind == "hello") {
+        m_group = message.contains("group") && message["group"].is_string() ? message["group"] : Json("");
+        Json start = welcome ? welcome() : Json::object();
+        start["t"] = "welcome";
+        tell(start);
+    } else if (kind == "running") {
+        m_running = true;
+        if (onRunning) {
+            onRunning();
+        }
+    } else if (kind == "request") {
+        if (onRequest) {
+            onRequest(message);
+        }
+    } else if (kind == "reply") {
+        answered(message);
+    } else if (kind == "bye") {
+        m_inOrder = true;
+    }
+}
+
+void ShellServer::answered(const Json& message) {
+    if (!message.contains("id") || !message["id"].is_number_integer()) {
+        return;
+    }
+    const bool good = message.contains("ok") && message["ok"] == true;
+    if (good) {
+        settleQuestion(message["id"], message.contains("data") ? message["data"] : Json());
+    } else {
+        const auto text = message.contains("error") && message["error"].is_string()
+                              ? message["error"].get<std::string>()
+                              : std::string("the application refused");
+        settleQuestion(message["id"], Error{text});
+    }
+}
+
+void ShellServer::settleQuestion(int id, Result<Json> result) {
+    auto found = m_questions.find(id);
+    if (found == m_questions.end()) {
+        return;
+    }
+    auto question = std::move(found->second);
+    m_questions.erase(found);
+    question.reply(std::move(result));
+}
+
+void ShellServer::gone() {
+    if (!m_application) {
+        return;
+    }
+    m_application.reset();
+    m_running = false;
+    m_group.clear();
+    const bool inOrder = std::exchange(m_inOrder, false);
+    auto open = std::exchange(m_questions, {});
+    for (auto& [id, question] : open) {
+        question.reply(Error{"the application has ended"});
+    }
+    if (onGone) {
+        onGone(inOrder);
+    }
+}
+
+void ShellServer::tell(const Json& message) {
+    if (m_application) {
+        ++m_sent;
+        m_application->send(jsonText(message));
+    }
+}
+
+void ShellServer::ask(Json message, Reply reply, std::chrono::milliseconds timeout) {
+    if (!m_application) {
+        m_loop.post([reply = std::move(reply)] { reply(Error{"the application is not running"}); });
+        return;
+    }
+    const int id = m_nextId++;
+    message["id"] = id;
+    Question question{std::move(reply), {}};
+    question.deadline = afterDelay(m_loop, timeout, [this, id, alive = m_alive] {
+        // Answered from a fresh turn: answering destroys this very timer.
+        m_loop.post([this, id, alive] {
+            if (*alive) {
+                settleQuestion(id, Error{"the application does not answer"});
+            }
+        });
+    });
+    m_questions.emplace(id, std::move(question));
+    tell(message);
+}
+
+} // namespace zm

@@ -1,0 +1,47 @@
+#include "services/bench/Vehicle.h"
+
+namespace zm {
+
+namespace {
+
+Json valueJson(const std::optional<int>& value) {
+    return value ? Json(*value) : Json();
+}
+
+Json timeJson(const ClockSetting& time) {
+    return {{"hour", time.hour}, {"minute", time.minute}, {"format", time.format}};
+}
+
+} // namespace
+
+void Vehicle::describe(Json& welcome) const {
+    auto& devices = welcome["devices"] = Json::object();
+    for (const auto& [id, value] : m_devices) {
+        devices[std::to_string(id)] = valueJson(value);
+    }
+    welcome["time"] = timeJson(m_time);
+}
+
+void Vehicle::setDevice(int id, std::optional<int> value, Notice notice, ShellServer::Reply reply) {
+    m_devices[id] = value;
+    pass({{"t", "device"}, {"device", id}, {"value", valueJson(value)}, {"notify", notice == Notice::Send}},
+         std::move(reply));
+}
+
+void Vehicle::setTime(const ClockSetting& time, ShellServer::Reply reply) {
+    m_time = time;
+    Json message = timeJson(time);
+    message["t"] = "time";
+    pass(std::move(message), std::move(reply));
+}
+
+void Vehicle::pass(Json message, ShellServer::Reply reply) {
+    if (m_shell.connected()) {
+        m_shell.ask(std::move(message), std::move(reply));
+    } else {
+        // An application that starts later gets the value with its welcome.
+        reply(Json());
+    }
+}
+
+} // namespace zm

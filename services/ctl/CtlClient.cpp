@@ -1,0 +1,72 @@
+#include "services/ctl/CtlClient.h"
+
+#include "base/Paths.h"
+#include "base/Socket.h"
+
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+
+namespace zm {
+
+namespace {
+
+using Json = nlohmann::json;
+
+std::string request(const std::vector<std::string>& words) {
+    std::error_code error;
+    const Json message = {{"argv", words}, {"cwd", std::filesystem::current_path(error).string()}};
+    return message.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+void pass(const Json& message, const char* member, const CtlClient::Print& print) {
+    if (auto found = message.find(member); found != message.end() && found->is_string()) {
+        print(found->get<std::string>());
+    }
+}
+
+} // namespace
+
+CtlClient::CtlClient(std::string runtimeDir) : m_runtimeDir(std::move(runtimeDir)) {}
+
+Result<int> CtlClient::run(const std::vector<std::string>& words, const Print& out, const Print& err) const {
+    auto fd = connectUnix(ctlSocket(m_runtimeDir));
+    if (!fd) {
+        return Error{"no bench runs in " + m_runtimeDir + " (" + fd.error() + ")"};
+    }
+    SyncConnection connection(std::move(*fd));
+    if (auto sent = connection.send(request(words)); !sent) {
+        return Error{sent.error()};
+    }
+    for (;;) {
+        auto received = connection.receive();
+        if (!received) {
+            return Error{"the bench has gone: " + received.error()};
+        }
+        const Json message = Json::parse(received->text, nullptr, false);
+        if (!message.is_object()) {
+            return Error{"the bench's answer is not understood"};
+        }
+        pass(message, "out", out);
+        pass(message, "err", err);
+        if (auto exit = message.find("exit"); exit != message.end() && exit->is_number_integer()) {
+            return exit->get<int>();
+        }
+    }
+}
+
+CtlAnswer CtlClient::run(const std::vector<std::string>& words) const {
+    CtlAnswer answer;
+    auto status = run(
+        words, [&](const std::string& text) { answer.out += text; },
+        [&](const std::string& text) { answer.err += text; });
+    if (status) {
+        answer.exit = *status;
+    } else {
+        answer.exit = 1;
+        answer.err += status.error() + "\n";
+    }
+    return answer;
+}
+
+} // namespace zm

@@ -15,7 +15,7 @@
 
 namespace zm {
 
-/** A picture of 32-bit pixels: B, G, R, A in memory, premultiplied; the composed frame is opaque. */
+/** A picture of 32-bit pixels: B, G, R, A in memory, premultiplied; in the composed frame A means nothing. */
 struct Image {
     int width = 0;
     int height = 0;
@@ -25,13 +25,15 @@ struct Image {
     Image() = default;
     /** A transparent black picture. */
     Image(int pictureWidth, int pictureHeight);
-    const uint8_t* at(int x, int y) const { return pixels.data() + static_cast<size_t>(y) * stride + size_t{4} * x; }
+    const uint8_t* at(int x, int y) const {
+        return pixels.data() + static_cast<size_t>(y) * stride + size_t{4} * x;
+    }
     uint8_t* at(int x, int y) { return pixels.data() + static_cast<size_t>(y) * stride + size_t{4} * x; }
 };
 
 /**
- * The screen of the head unit: takes the windows of its clients on a socket (docs/protocols.md, screen.sock) and
- * composes them by order and alpha into one frame. Everything on the loop's thread.
+ * The screen of the head unit: takes the windows of its clients on a socket (docs/protocols.md, screen.sock)
+ * and composes them by order and alpha into one frame. Everything on the loop's thread.
  */
 class Compositor {
 public:
@@ -45,33 +47,35 @@ public:
     Status start();
 
     /**
-     * The frame will change inside `damage` (the smallest rectangle around all changes): called at most once per turn
-     * of the loop, never from inside another call. Not called again until `compose` has run.
+     * The frame will change inside `damage` (the smallest rectangle around all changes): called at most once
+     * per turn of the loop, never from inside another call. Not called again until `compose` has run.
      */
     std::function<void(Rect damage)> onDamage;
 
-    /** Brings the composed frame up to date, drawing what changed only. The reference stays valid and the same. */
+    /** Brings the composed frame up to date, drawing what changed only. The reference stays valid and the
+     * same. */
     const Image& compose();
     /** How often `compose` had something to draw. */
     uint64_t composedFrames() const;
 
-    /** Whether the application's windows are on the screen; hidden, the cover is shown (black without one). */
+    /** Whether the application's windows are on the screen; hidden, the cover is shown (black without one).
+     */
     void setAppVisible(bool visible);
     /** The picture over a hidden application: a launcher's page. Drawn from the top left corner. */
     void setCover(std::optional<Image> cover);
 
     /**
-     * Posts a child window `name` that shows the decoder's pictures, black until the next one: full screen, hidden,
-     * z-order 0 until the application places it. Returns its window number. A child that is already posted stays as
-     * it is and keeps its number.
+     * Posts a child window `name` that shows the decoder's pictures, black until the next one: full screen,
+     * hidden, z-order 0 until the application places it. Returns its window number. A child that is already
+     * posted stays as it is and keeps its number.
      */
     unsigned postChild(const std::string& name);
     /** Takes it away; false if there is none. */
     bool withdrawChild(const std::string& name);
 
     /**
-     * {"posted","visible","rect":[x,y,w,h],"zorder","frames"}: the posted child, frames being the decoder's pictures
-     * that it took since it was posted.
+     * {"posted","visible","rect":[x,y,w,h],"zorder","frames"}: the posted child, frames being the decoder's
+     * pictures that it took since it was posted.
      */
     nlohmann::json videoState() const;
     /** A client with the role "app" is connected. */

@@ -78,7 +78,8 @@ void Drive::insert(const std::string& path) {
     m_gate = std::make_shared<FaultGate>(*medium);
     m_state.drive({"reading", path, ""});
     rememberTray();
-    m_load = std::make_unique<DiscLoad>(m_loop, *this, m_gate, m_catalogue);
+    LoadListener& listener = *this;
+    m_load = std::make_unique<DiscLoad>(m_loop, listener, m_gate, m_catalogue);
 }
 
 void Drive::loadBegun() {

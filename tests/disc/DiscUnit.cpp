@@ -1,0 +1,184 @@
+#include "tests/disc/DiscUnit.h"
+
+#include "base/Paths.h"
+#include "services/disc/PpsInbox.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <future>
+
+namespace zm::test {
+
+void Recorder::add(const std::string& object, const std::string& text) {
+    std::lock_guard lock(m_mutex);
+    for (auto& line : disc::attributesOf(text)) {
+        const auto slash = object.rfind('/');
+        m_records.push_back({object.substr(slash + 1), line.name, line.value, std::chrono::steady_clock::now()});
+    }
+    m_changed.notify_all();
+}
+
+std::optional<Published> Recorder::wait(size_t& from, const Condition& condition, std::chrono::milliseconds timeout) {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    std::unique_lock lock(m_mutex);
+    for (size_t at = from;; ++at) {
+        if (!m_changed.wait_until(lock, deadline, [&] { return at < m_records.size(); })) {
+            return std::nullopt;
+        }
+        if (condition(m_records[at])) {
+            from = at + 1;
+            return m_records[at];
+        }
+    }
+}
+
+std::vector<Published> Recorder::all() const {
+    std::lock_guard lock(m_mutex);
+    return m_records;
+}
+
+std::string Recorder::text() const {
+    std::string result;
+    for (const auto& record : all()) {
+        result += record.object + " " + record.name + "=" + record.value + "\n";
+    }
+    return result;
+}
+
+void LoopThread::end() {
+    if (m_thread.joinable()) {
+        m_loop.quit();
+        m_thread.join();
+    }
+}
+
+void LoopThread::call(const std::function<void()>& task) {
+    std::promise<void> done;
+    m_loop.post([&] {
+        task();
+        done.set_value();
+    });
+    done.get_future().wait();
+}
+
+DiscUnit::DiscUnit() {
+    ::setenv("ZM_RUNTIME", runtime().c_str(), 1);
+    startObjects();
+}
+
+DiscUnit::~DiscUnit() {
+    if (::testing::Test::HasFailure()) {
+        std::fputs(m_recorder.text().c_str(), stderr);
+    }
+    stopService();
+    stopObjects();
+}
+
+void DiscUnit::startObjects() {
+    m_objectsThread = std::make_unique<LoopThread>();
+    m_objectsThread->call([&] {
+        m_objects = std::make_unique<PpsService>(m_objectsThread->loop(), ppsSocket(runtime()));
+        m_objects->onChange = [this](const std::string& object, const std::string& text) { m_recorder.add(object, text); };
+        const auto status = m_objects->start();
+        ASSERT_TRUE(status) << status.error();
+    });
+}
+
+void DiscUnit::stopObjects() {
+    if (m_objectsThread) {
+        m_objectsThread->call([&] { m_objects.reset(); });
+        m_objectsThread.reset();
+    }
+}
+
+void DiscUnit::startService(const std::string& disc) {
+    m_serviceThread = std::make_unique<LoopThread>();
+    m_serviceThread->call([&] {
+        auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), disc);
+        ASSERT_TRUE(service) << service.error();
+        m_service = std::move(*service);
+    });
+    const auto open = [&](const char* path) {
+        auto file = PpsFile::open(ppsSocket(runtime()), path, 257, 0666);
+        EXPECT_TRUE(file) << file.error();
+        return std::move(*file);
+    };
+    m_control = open("/pps/zelmar/disc/control?delta");
+    m_drive = open("/pps/zelmar/disc/drive?delta");
+}
+
+void DiscUnit::stopService() {
+    if (m_serviceThread) {
+        m_serviceThread->call([&] { m_service.reset(); });
+        m_serviceThread.reset();
+    }
+}
+
+void DiscUnit::command(int number, int first, int second) {
+    const nlohmann::ordered_json json{{"cmd", number}, {"param1", first}, {"param2", second}};
+    const auto status = m_control->write("@control\nzmcmd:json:" + json.dump() + "\n");
+    ASSERT_TRUE(status) << status.error();
+}
+
+void DiscUnit::request(const nlohmann::json& json) {
+    const auto status = m_drive->write("drive:json:" + json.dump() + "\n");
+    ASSERT_TRUE(status) << status.error();
+}
+
+void DiscUnit::play(const std::string& disc) {
+    startService(disc);
+    command(187, 1, 0);
+    nextState(disc::PlayState::Playing);
+    mark();
+}
+
+Published DiscUnit::next(const std::string& name, const Recorder::Condition& condition, std::chrono::milliseconds timeout) {
+    const auto found = m_recorder.wait(
+        m_from, [&](const Published& each) { return each.name == name && condition(each); }, timeout);
+    EXPECT_TRUE(found) << "\"" << name << "\" as expected did not come";
+    return found.value_or(Published{});
+}
+
+Published DiscUnit::next(const std::string& name, const std::string& value, std::chrono::milliseconds timeout) {
+    SCOPED_TRACE(name + " = " + value);
+    return next(name, [&](const Published& each) { return each.value == value; }, timeout);
+}
+
+Published DiscUnit::nextState(disc::PlayState state, std::chrono::milliseconds timeout) {
+    return next("discstate", std::to_string(static_cast<int>(state)), timeout);
+}
+
+bool DiscUnit::follows(const std::string& name, const std::string& value, std::chrono::milliseconds time) {
+    size_t from = m_from;
+    return m_recorder.wait(from, [&](const Published& each) { return each.name == name && each.value == value; }, time)
+        .has_value();
+}
+
+void DiscUnit::mark() {
+    m_from = m_recorder.all().size();
+}
+
+std::vector<std::string> DiscUnit::since(const std::string& name) const {
+    const auto records = m_recorder.all();
+    std::vector<std::string> values;
+    for (size_t i = m_from; i < records.size(); ++i) {
+        if (records[i].name == name) {
+            values.push_back(records[i].value);
+        }
+    }
+    return values;
+}
+
+std::vector<std::string> DiscUnit::sequence(const std::vector<std::string>& names) const {
+    const auto records = m_recorder.all();
+    std::vector<std::string> values;
+    for (size_t i = m_from; i < records.size(); ++i) {
+        if (std::find(names.begin(), names.end(), records[i].name) != names.end()) {
+            values.push_back(records[i].name + "=" + records[i].value);
+        }
+    }
+    return values;
+}
+
+} // namespace zm::test

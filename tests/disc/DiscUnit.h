@@ -1,0 +1,113 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "platform/linux/pps/PpsFile.h"
+#include "platform/linux/pps/PpsService.h"
+#include "services/disc/Service.h"
+#include "tests/disc/Samples.h"
+
+#include <nlohmann/json.hpp>
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace zm::test {
+
+/** One attribute as it was published. */
+struct Published {
+    std::string object; ///< "device", "status", "playing", ...
+    std::string name;
+    std::string value;
+    std::chrono::steady_clock::time_point when;
+
+    nlohmann::json json() const { return nlohmann::json::parse(value); }
+};
+
+/** Records what is published, in order; waits for conditions with a deadline. Any thread. */
+class Recorder {
+public:
+    using Condition = std::function<bool(const Published&)>;
+
+    void add(const std::string& object, const std::string& text);
+    /** The first record from place `from` on that fulfils `condition`; its place is left in `from`, plus one. */
+    std::optional<Published> wait(size_t& from, const Condition& condition, std::chrono::milliseconds timeout);
+    std::vector<Published> all() const;
+    std::string text() const;
+
+private:
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<Published> m_records;
+};
+
+/** An event loop on a thread of its own. */
+class LoopThread {
+public:
+    LoopThread() : m_thread([this] { m_loop.run(); }) {}
+    ~LoopThread() { end(); }
+    void end();
+    EventLoop& loop() { return m_loop; }
+    /** Runs `task` there and waits for it. */
+    void call(const std::function<void()>& task);
+
+private:
+    EventLoop m_loop;
+    std::thread m_thread;
+};
+
+/** The objects' service and the disc service in this process, and the application's side of both. */
+class DiscUnit {
+public:
+    DiscUnit();
+    ~DiscUnit();
+
+    void startObjects();
+    void stopObjects();
+    /** Starts the disc service, with `disc` inside unless empty. */
+    void startService(const std::string& disc = "");
+    void stopService();
+
+    void command(int number, int first = 0, int second = 0);
+    void request(const nlohmann::json& json);
+    /** Inserts a disc, requests the source and waits until it plays. */
+    void play(const std::string& disc);
+
+    /** The next publication of `name` that fulfils `condition`; fails the test after `timeout`. */
+    Published next(const std::string& name, const Recorder::Condition& condition,
+                   std::chrono::milliseconds timeout = std::chrono::seconds(15));
+    /** The next publication of `name` with that value. */
+    Published next(const std::string& name, const std::string& value,
+                   std::chrono::milliseconds timeout = std::chrono::seconds(15));
+    Published nextState(disc::PlayState state, std::chrono::milliseconds timeout = std::chrono::seconds(15));
+    /** Whether `name` is published with that value within `time`. */
+    bool follows(const std::string& name, const std::string& value, std::chrono::milliseconds time);
+    /** From here on `next` looks only at what comes later. */
+    void mark();
+    /** Values of `name` since the mark, in order. */
+    std::vector<std::string> since(const std::string& name) const;
+    /** Publications since the mark as "name=value", of the names given. */
+    std::vector<std::string> sequence(const std::vector<std::string>& names) const;
+
+    const std::string runtime() const { return m_folder.path().string(); }
+    std::string catalogue() const { return m_folder / "discdb.sqlite"; }
+    Recorder& recorder() { return m_recorder; }
+
+private:
+    TempFolder m_folder;
+    Recorder m_recorder;
+    size_t m_from = 0;
+    std::unique_ptr<LoopThread> m_objectsThread;
+    std::unique_ptr<PpsService> m_objects;
+    std::unique_ptr<LoopThread> m_serviceThread;
+    std::unique_ptr<disc::Service> m_service;
+    std::optional<PpsFile> m_control;
+    std::optional<PpsFile> m_drive;
+};
+
+} // namespace zm::test

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace zm::test {
+
+/** A folder that is removed at the end. */
+class TempFolder {
+public:
+    TempFolder();
+    ~TempFolder();
+    const std::filesystem::path& path() const { return m_path; }
+    std::string operator/(const std::string& name) const { return (m_path / name).string(); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+/** Options for a sample: what it is called, how ffmpeg makes it. */
+struct SampleRecipe {
+    std::string name;      ///< file name in the cache
+    std::string arguments; ///< everything between "ffmpeg" and the output file
+};
+
+/** The path of a sample file, made once for all tests of a build folder. Throws when it cannot be made. */
+std::string sample(const SampleRecipe& recipe);
+
+/** A tone of some seconds in the format of `extension`, with tags. */
+std::string toneFile(const std::string& extension, int seconds, const std::string& title = "", const std::string& artist = "",
+                     const std::string& album = "", int track = 0);
+
+/** Copies `source` to `target`, making the folders on the way. */
+void place(const std::string& source, const std::string& target);
+void writeFile(const std::string& target, const std::string& bytes);
+
+} // namespace zm::test

@@ -16,7 +16,9 @@ namespace {
 constexpr const char* textFamily = "zmtext";
 constexpr const char* glyphFamily = "Material Design Icons";
 constexpr size_t longestDrawn = 600;
-constexpr unsigned char firstLetterOfOtherScripts = 0xD6; ///< lead byte of U+0580 and above
+constexpr gunichar firstOfOtherScripts = 0x0590;
+constexpr gunichar firstLatinAgain = 0x1E00; ///< Latin and Greek additions, punctuation, currencies
+constexpr gunichar lastLatinAgain = 0x20CF;
 
 /** Small fonts that every page needs; the others are loaded with the first text that is not Latin, Greek or
  * Cyrillic. */
@@ -91,10 +93,11 @@ bool FontBook::load(const std::vector<std::string>& files) {
 }
 
 void FontBook::prepare(const std::string& text) {
-    const auto isOther = [](char byte) {
-        return static_cast<unsigned char>(byte) >= firstLetterOfOtherScripts;
-    };
-    if (!m_all && std::any_of(text.begin(), text.end(), isOther)) {
+    for (const char* at = text.c_str(); !m_all && *at; at = g_utf8_next_char(at)) {
+        const gunichar character = g_utf8_get_char(at);
+        if (character < firstOfOtherScripts || (character >= firstLatinAgain && character <= lastLatinAgain)) {
+            continue;
+        }
         m_all = true; // also when it fails: there is nothing more to load
         load(allFonts());
     }

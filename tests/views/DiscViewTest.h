@@ -1,0 +1,73 @@
+#pragma once
+
+#include "DiscView.h"
+#include "tests/support/Harness.h"
+
+/**
+ * What of the main view neither screen, log nor public operations show, and states that the system itself
+ * never enters. Each call runs on the view's event thread.
+ */
+struct DiscViewTest {
+    explicit DiscViewTest(zm::test::Unit& unit) : m_unit(unit) {}
+
+    int state() { return get(&DiscView::m_uiCurState); }
+    void setState(int state) { set(&DiscView::m_uiCurState, state); }
+    int page() { return get(&DiscView::m_nCurWndId); }
+    int playType() { return get(&DiscView::m_nCurPlayType); }
+    int browsedType() { return get(&DiscView::m_nCurType); }
+    void setBrowsedType(int type) { set(&DiscView::m_nCurType, type); }
+    int mixedType() { return get(&DiscView::m_nMixedType); }
+    int listFrom() { return get(&DiscView::m_nCurListFrom); }
+    void setListFrom(int source) { set(&DiscView::m_nCurListFrom, source); }
+    int playListFrom() { return get(&DiscView::m_nPlayListFrom); }
+    int listTopIndex() { return get(&DiscView::m_nListTopIndex); }
+    int folderTopIndex() { return get(&DiscView::m_nFolderTopIndex); }
+    int folderCurSel() { return get(&DiscView::m_nFolderCurSel); }
+    int clickFolderId() { return get(&DiscView::m_nClickFolderId); }
+    bool followsPlaying() { return get(&DiscView::m_bSelPlayingRow); }
+    void setFollowsPlaying(bool follows) { set(&DiscView::m_bSelPlayingRow, follows); }
+    bool noFileOfType() { return get(&DiscView::m_bNoFileOfType); }
+    bool videoAllowed() { return get(&DiscView::m_bVideoAllowed); }
+    bool videoIsVisible() { return get(&DiscView::m_bVideoIsVisible); }
+    bool overlayShown() { return get(&DiscView::m_bVideoOsd); }
+    bool paused() { return get(&DiscView::m_bAppPaused); }
+    bool hidden() { return get(&DiscView::m_bAppHidden); }
+    int statusBeforePause() { return get(&DiscView::m_nPlayStatusBeforePause); }
+    bool sourceRequested() { return get(&DiscView::m_bSourceRequested); }
+    bool voicePlayPending() { return get(&DiscView::m_bVoicePlayPending); }
+    std::string voicePlay() { return get(&DiscView::m_strVoicePlay); }
+
+    /** The last pause by the launcher was that long ago. */
+    void ageLastPause(std::chrono::seconds age) {
+        m_unit.onViewThread([this, age] { m_unit.view().m_tvLastPause.tv_sec -= age.count(); });
+    }
+    void showLeftState(int window, int source) {
+        m_unit.onViewThread([this, window, source] { m_unit.view().SetShowLeftState(window, source); });
+    }
+    void gotoVideoPage(int type) {
+        m_unit.onViewThread([this, type] { m_unit.view().GotoVideoPage(type); });
+        m_unit.settle();
+    }
+    void placeVideo(bool show, int x, int y, int w, int h) {
+        m_unit.onViewThread([=, this] { m_unit.view().ManipulateVideoWin(show, x, y, w, h); });
+        m_unit.settle();
+    }
+    void clickPicture(int control) {
+        m_unit.onViewThread([this, control] { m_unit.view().OnClickPictureWnd(control); });
+        m_unit.settle();
+    }
+
+private:
+    template <class T>
+    T get(T DiscView::*member) {
+        T value{};
+        m_unit.onViewThread([&] { value = m_unit.view().*member; });
+        return value;
+    }
+    template <class T>
+    void set(T DiscView::*member, T value) {
+        m_unit.onViewThread([&] { m_unit.view().*member = value; });
+    }
+
+    zm::test::Unit& m_unit;
+};

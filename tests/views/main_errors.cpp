@@ -1,0 +1,83 @@
+#include "DiscTimers.h"
+#include "tests/views/main_view.h"
+
+namespace zm::test {
+
+using MainErrors = MainView;
+
+TEST_F(MainErrors, SurfaceAndTemperatureErrorsAreOnlyLogged) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.error(34);
+    unit.disc.error(48);
+    unit.disc.error(33);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------SURFACE_ERROR").size(), 1u);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------TEMP_ERROR").size(), 1u);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+}
+
+TEST_F(MainErrors, RegionErrorShowsItsMessageAndEjectsThreeSecondsLater) {
+    play(PLAY_TYPE_DVD);
+    unit.disc.error(144);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------REGION_CODE_ERROR").size(), 1u);
+    EXPECT_EQ(unit.log("[RegionError]").size(), 1u);
+    EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
+    EXPECT_EQ(inside.state(), VIEW_STATE_REGION_ERROR);
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 13067);
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 125);
+    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
+    unit.advance(2999ms);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    unit.advance(1ms);
+    EXPECT_THAT(unit.commands(), ElementsAre("13,0,0"));
+}
+
+TEST_F(MainErrors, ReadErrorSkipsToTheNextTrack) {
+    struct Row {
+        int track;
+        const char* command; ///< null: none
+    };
+    for (const int type : {PLAY_TYPE_CD, PLAY_TYPE_VCD}) {
+        play(type);
+        for (const auto& [track, command] : {Row{3, "182,4,0"}, Row{12, "182,1,0"}, Row{13, nullptr}}) {
+            SCOPED_TRACE(track);
+            unit.disc.track({.curMediaId = 1, .curMediaIds = 1, .mediaId = track, .mediaIds = 12});
+            unit.clearCommands();
+            unit.disc.error(32);
+            EXPECT_EQ(unit.commands(),
+                      command ? std::vector<std::string>{command} : std::vector<std::string>{});
+        }
+    }
+}
+
+TEST_F(MainErrors, ReadErrorSkipsToTheNextFileAndWrapsWithTheIndexInTheFoldersPlace) {
+    struct Row {
+        int index;
+        const char* command;
+    };
+    for (const int type : {PLAY_TYPE_MUSIC, PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
+        play(type);
+        for (const auto& [index, command] : {Row{3, "182,4,9"}, Row{12, "182,1,13"}, Row{13, nullptr}}) {
+            SCOPED_TRACE(index);
+            unit.disc.track(
+                {.curMediaId = index, .curMediaIds = 12, .mediaId = 1, .mediaIds = 1, .parentFolder = 9});
+            unit.clearCommands();
+            unit.disc.error(35);
+            EXPECT_EQ(unit.commands(),
+                      command ? std::vector<std::string>{command} : std::vector<std::string>{});
+        }
+    }
+}
+
+TEST_F(MainErrors, ReadErrorOfADvdOrUnknownDiscSkipsNothing) {
+    for (const int type : {static_cast<int>(PLAY_TYPE_DVD), 255}) {
+        unit.disc.mediaType(type);
+        unit.disc.track({.curMediaId = 1, .curMediaIds = 5, .mediaId = 1, .mediaIds = 5});
+        unit.clearCommands();
+        unit.disc.error(32);
+        EXPECT_THAT(unit.commands(), IsEmpty()) << type;
+    }
+    EXPECT_FALSE(unit.log("[DiscView::OnUserMessage]-------READ_ERROR").empty());
+}
+
+} // namespace zm::test

@@ -1,0 +1,161 @@
+#include "tests/views/main_view.h"
+
+namespace zm::test {
+
+using MainFrame = MainView;
+
+TEST_F(MainFrame, StartsOnTheLoadingPage) {
+    EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
+    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(unit.log("[DiscView::ViewInit]").size(), 1u);
+}
+
+TEST_F(MainFrame, StartsWithItsDefaults) {
+    EXPECT_EQ(inside.page(), WND_DISC_LOADING);
+    EXPECT_EQ(inside.playType(), 255);
+    EXPECT_EQ(inside.browsedType(), 255);
+    EXPECT_EQ(inside.listFrom(), LIST_FROM_ALL_AUDIO);
+    EXPECT_EQ(inside.playListFrom(), 0);
+    EXPECT_EQ(inside.clickFolderId(), 1);
+    EXPECT_EQ(inside.mixedType(), 0);
+    EXPECT_EQ(inside.listTopIndex(), -1);
+    EXPECT_EQ(inside.folderTopIndex(), -1);
+    EXPECT_EQ(inside.folderCurSel(), -1);
+    EXPECT_TRUE(inside.videoAllowed());
+    EXPECT_FALSE(inside.paused());
+    EXPECT_FALSE(inside.hidden());
+    EXPECT_FALSE(inside.noFileOfType());
+    EXPECT_FALSE(inside.sourceRequested());
+    EXPECT_FALSE(inside.overlayShown());
+    EXPECT_FALSE(inside.videoIsVisible());
+    EXPECT_FALSE(inside.voicePlayPending());
+}
+
+TEST_F(MainFrame, SourceNameStandsOnSevenPages) {
+    for (const int page : {WND_DISC_LOADING, WND_FOLDER_LIST, WND_MEDIA_LIST, WND_CD_LIST, WND_AUDIO_PLAY,
+                           WND_DISC_ERROR, WND_PARKING}) {
+        EXPECT_EQ(unit.main.item(page, ITEM_SRC_BUTTON).textId, 30) << page;
+    }
+}
+
+TEST_F(MainFrame, PlayPageStartsWithoutATrackNumber) {
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, "--/--");
+}
+
+TEST_F(MainFrame, ListsStartEmpty) {
+    for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST, WND_CD_LIST}) {
+        EXPECT_THAT(unit.main.item(page, ITEM_LIST).rows, IsEmpty()) << page;
+    }
+}
+
+TEST_F(MainFrame, HidingAPageChangesNothing) {
+    const int before = inside.page();
+    unit.onViewThread([&] { unit.view().OnShow(WND_MEDIA_LIST, false, 0); });
+    EXPECT_EQ(inside.page(), before);
+    EXPECT_EQ(unit.log("[DiscView::OnShow] dwWndId=24,bShow=0").size(), 1u);
+}
+
+TEST_F(MainFrame, ShowingAPageLogsBeginningAndEnd) {
+    EXPECT_FALSE(unit.log("[DiscView::OnShow] dwWndId=1,bShow=1").empty());
+    EXPECT_FALSE(unit.log("[DiscView::OnShow] end").empty());
+}
+
+TEST_F(MainFrame, ShowingAPageClosesItsSourcePopup) {
+    unit.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
+    ASSERT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    unit.disc.state(DISC_STATE_LOADING);
+    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+}
+
+TEST_F(MainFrame, ErrorPageNamesTheError) {
+    unit.disc.state(DISC_STATE_ERROR);
+    EXPECT_EQ(unit.main.item(WND_DISC_ERROR, ITEM_ERROR_TEXT).textId, 13007);
+}
+
+TEST_F(MainFrame, ParkingPageSpeaksOfPhotosOrOfVideo) {
+    unit.device(DEV_STATUS_PARKING, 0);
+    for (const int type : {PLAY_TYPE_PHOTO, PLAY_TYPE_DVD, PLAY_TYPE_PHOTO, PLAY_TYPE_VCD}) {
+        unit.disc.mediaType(type);
+        inside.gotoVideoPage(type);
+        ASSERT_EQ(unit.main.window(), WND_PARKING);
+        const bool photo = type == PLAY_TYPE_PHOTO;
+        EXPECT_EQ(unit.main.item(WND_PARKING, PARK_CTRL_BACK).visible, photo) << type;
+        EXPECT_EQ(unit.main.item(WND_PARKING, PARK_CTRL_HOME).visible, !photo) << type;
+    }
+}
+
+TEST_F(MainFrame, ParkingPageKeepsItsWordingForVideoFiles) {
+    unit.device(DEV_STATUS_PARKING, 0);
+    unit.disc.mediaType(PLAY_TYPE_PHOTO);
+    inside.gotoVideoPage(PLAY_TYPE_PHOTO);
+    unit.disc.mediaType(PLAY_TYPE_VIDEO);
+    inside.gotoVideoPage(PLAY_TYPE_VIDEO);
+    EXPECT_TRUE(unit.main.item(WND_PARKING, PARK_CTRL_BACK).visible);
+    EXPECT_FALSE(unit.main.item(WND_PARKING, PARK_CTRL_HOME).visible);
+}
+
+TEST_F(MainFrame, NumberPadShowsBackInsteadOfHome) {
+    play(PLAY_TYPE_MUSIC);
+    unit.key(K_GOTO);
+    ASSERT_EQ(unit.main.window(), WND_GOTO);
+    EXPECT_TRUE(unit.main.item(WND_GOTO, ITEM_BACK).visible);
+    EXPECT_FALSE(unit.main.item(WND_GOTO, ITEM_HOME).visible);
+}
+
+TEST_F(MainFrame, ListPageOffersTheWayBackOnlyForThePlayingType) {
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    ASSERT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    EXPECT_TRUE(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).visible);
+    EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).text, "song 1");
+    unit.onViewThread([&] { unit.view().OnShow(WND_FOLDER_LIST, true, 0); });
+    EXPECT_TRUE(unit.main.item(WND_FOLDER_LIST, ITEM_TO_PLAYING).visible);
+    inside.setBrowsedType(PLAY_TYPE_VIDEO);
+    for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
+        unit.onViewThread([&] { unit.view().OnShow(page, true, 0); });
+        EXPECT_FALSE(unit.main.item(page, ITEM_TO_PLAYING).visible) << page;
+    }
+}
+
+TEST_F(MainFrame, ListPageOfAMissingTypeOffersNoWayBack) {
+    play(PLAY_TYPE_MUSIC); // a disc with music only
+    openList();
+    unit.click(WND_MEDIA_LIST, ITEM_TAB_VIDEO);
+    ASSERT_TRUE(inside.noFileOfType());
+    inside.setBrowsedType(PLAY_TYPE_MUSIC);
+    unit.onViewThread([&] { unit.view().OnShow(WND_MEDIA_LIST, true, 0); });
+    EXPECT_FALSE(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).visible);
+}
+
+TEST_F(MainFrame, ListPageShowsTheBrowsedType) {
+    struct Row {
+        int type;
+        int icon;
+    };
+    for (const auto& [type, icon] :
+         {Row{PLAY_TYPE_VIDEO, 80}, Row{PLAY_TYPE_PHOTO, 55}, Row{PLAY_TYPE_MUSIC, 90}}) {
+        inside.setBrowsedType(type);
+        for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
+            unit.onViewThread([&] { unit.view().OnShow(page, true, 0); });
+            EXPECT_EQ(unit.main.item(page, ITEM_TYPE_ICON).icon(), icon) << page;
+        }
+    }
+}
+
+TEST_F(MainFrame, CdListPageAlwaysOffersTheWayBack) {
+    unit.onViewThread([&] { unit.view().OnShow(WND_CD_LIST, true, 0); });
+    EXPECT_TRUE(unit.main.item(WND_CD_LIST, ITEM_TO_PLAYING).visible);
+}
+
+TEST_F(MainFrame, EndingAfterStartSucceeds) {
+    EXPECT_TRUE(unit.endApplication());
+}
+
+TEST_F(MainFrame, EndingStopsCaptureThatIsOn) {
+    play(PLAY_TYPE_DVD);
+    ASSERT_THAT(captures(), ElementsAre("on"));
+    EXPECT_TRUE(unit.endApplication());
+    EXPECT_THAT(captures(), ElementsAre("on", "off"));
+}
+
+} // namespace zm::test

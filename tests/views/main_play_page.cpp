@@ -1,0 +1,269 @@
+#include "tests/views/main_view.h"
+
+namespace zm::test {
+
+using MainPlayPage = MainView;
+
+namespace {
+
+/** The three pictures of a mode button: normal, selected, pressed. */
+std::vector<int> icons(const Item& item) {
+    return {item.icon(2), item.icon(3), item.icon(1)};
+}
+
+} // namespace
+
+TEST_F(MainPlayPage, RepeatModesHaveTheirPictures) {
+    play(PLAY_TYPE_MUSIC);
+    struct Row {
+        int mode, icon, pressed;
+    };
+    for (const auto& [mode, icon, pressed] :
+         {Row{1, 161, 162}, Row{2, 53, 54}, Row{4, 85, 86}, Row{8, 83, 84}}) {
+        unit.disc.playState(mode, 0, 0);
+        EXPECT_THAT(icons(unit.main.item(WND_AUDIO_PLAY, ITEM_REPEAT)), ElementsAre(icon, icon, pressed))
+            << mode;
+    }
+    for (const int mode : {0, 3, 16}) {
+        unit.disc.playState(mode, 0, 0);
+        EXPECT_THAT(icons(unit.main.item(WND_AUDIO_PLAY, ITEM_REPEAT)), ElementsAre(83, 83, 84)) << mode;
+    }
+}
+
+TEST_F(MainPlayPage, ShuffleModesHaveTheirPictures) {
+    play(PLAY_TYPE_CD);
+    struct Row {
+        int mode, icon, pressed;
+    };
+    for (const auto& [mode, icon, pressed] : {Row{0, 94, 95}, Row{1, 165, 166}, Row{2, 87, 88}}) {
+        unit.disc.playState(1, mode, 0);
+        EXPECT_THAT(icons(unit.main.item(WND_AUDIO_PLAY, ITEM_SHUFFLE)), ElementsAre(icon, icon, pressed))
+            << mode;
+    }
+    unit.disc.playState(1, 3, 0);
+    EXPECT_THAT(icons(unit.main.item(WND_AUDIO_PLAY, ITEM_SHUFFLE)), ElementsAre(87, 87, 88));
+}
+
+TEST_F(MainPlayPage, ModesOfOtherTypesLeaveTheButtons) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.playState(1, 0, 0);
+    unit.disc.mediaType(PLAY_TYPE_VIDEO);
+    unit.disc.playState(8, 1, 0);
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_REPEAT).icon(2), 161);
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_SHUFFLE).icon(2), 94);
+}
+
+TEST_F(MainPlayPage, TimesChangeTheirFormAtAnHour) {
+    play(PLAY_TYPE_MUSIC);
+    struct Row {
+        int elapsed, total;
+        const char* elapsedText;
+        const char* totalText;
+        int percent;
+    };
+    for (const Row& row :
+         {Row{0, 0, "00:00", "00:00", 0}, Row{3599, 3600, "59:59", "01:00:00", 99},
+          Row{3600, 7322, "01:00:00", "02:02:02", 49}, Row{61, 200, "01:01", "03:20", 30},
+          Row{5, 0, "00:05", "00:00", 0}, Row{5, -1, "00:05", "00:-1", 0},
+          Row{300, 200, "05:00", "03:20", 100}, Row{359999, 360000, "99:59:59", "100:00:00", 99}}) {
+        SCOPED_TRACE(row.elapsed);
+        unit.disc.playTime(row.elapsed, row.total);
+        EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ELAPSED).text, row.elapsedText);
+        EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TOTAL).text, row.totalText);
+        EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_PROGRESS).progress, row.percent);
+    }
+}
+
+TEST_F(MainPlayPage, TimesThatOverflowAPercentageFillTheBar) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.playTime(2147483647, 1);
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_PROGRESS).progress, 100);
+    unit.disc.playTime(-2147483647, 1);
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_PROGRESS).progress, 0);
+}
+
+TEST_F(MainPlayPage, TimesOutsideThePlayPageAreIgnored) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.playTime(10, 100);
+    openList();
+    unit.disc.playTime(20, 100);
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ELAPSED).text, "00:10");
+    unit.key(K_Enter);
+    inside.setState(VIEW_STATE_AUDIO_PLAY);
+    unit.onViewThread([&] { unit.view().ShowWnd(WND_AUDIO_PLAY, true, 0); });
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ELAPSED).text, "00:20") << "showing the page refreshes it";
+}
+
+TEST_F(MainPlayPage, FilesAreCountedInTheirFolder) {
+    struct Row {
+        int number, count;
+        const char* text;
+    };
+    for (const int type : {PLAY_TYPE_MUSIC, PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
+        unit.disc.mediaType(type);
+        inside.setState(VIEW_STATE_AUDIO_PLAY);
+        for (const auto& [number, count, text] :
+             {Row{3, 12, "3/12"}, Row{150, 300, "150/300"}, Row{1, 0, "--/--"}, Row{2, -1, "--/--"},
+              Row{0, 12, "--/12"}, Row{-1, 300, "--/300"}, Row{0, 0, "--/--"}}) {
+            SCOPED_TRACE(text);
+            unit.disc.track({.curMediaId = number, .curMediaIds = count, .mediaId = 77, .mediaIds = 88});
+            EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, text);
+        }
+    }
+}
+
+TEST_F(MainPlayPage, TracksOfACdAreCountedUpToNinetyNine) {
+    play(PLAY_TYPE_CD);
+    struct Row {
+        int number, count;
+        const char* text;
+    };
+    for (const auto& [number, count, text] :
+         {Row{3, 12, "3/12"}, Row{99, 99, "99/99"}, Row{0, 12, "--/12"}, Row{100, 12, "--/--"},
+          Row{1, 100, "--/--"}, Row{0, 100, "--/--"}, Row{1, 0, "--/--"}, Row{-1, 12, "--/--"}}) {
+        SCOPED_TRACE(text);
+        unit.disc.track({.curMediaId = 7, .curMediaIds = 8, .mediaId = number, .mediaIds = count});
+        EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, text);
+    }
+}
+
+TEST_F(MainPlayPage, PlayStateRebuildsTheNumberOfAMusicFileOnly) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 5, .curMediaIds = 9});
+    ASSERT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, "5/9");
+    unit.disc.mediaType(PLAY_TYPE_CD);
+    unit.disc.track({.curMediaId = 5, .curMediaIds = 9, .mediaId = 2, .mediaIds = 3});
+    unit.disc.playState(1, 0, 0);
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, "2/3");
+    unit.disc.mediaType(PLAY_TYPE_MUSIC);
+    unit.disc.playState(2, 0, 0);
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, "5/9");
+}
+
+TEST_F(MainPlayPage, TrackInfoIsLoggedWithTheListSource) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.mediaId = 4, .mediaIds = 9});
+    EXPECT_EQ(unit.log("[DiscView::OnUserMsgTrackInfo]----m_nCurListFrom=6,track:4/9").size(), 1u);
+    EXPECT_FALSE(unit.log("[DiscView::OnUserMsgTrackInfo]----end------").empty());
+}
+
+TEST_F(MainPlayPage, MusicFileIsCalledByItsNameInTheCatalogue) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 4, .curMediaIds = 12, .parentFolder = 1});
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, "song 4");
+    // The name is kept for the now-playing publication, also an empty one.
+    unit.disc.id3("", "", "");
+    EXPECT_THAT(unit.attribute(NOW_PLAYING, "zmdisc"), HasSubstr("song 4"));
+    unit.disc.track({.curMediaId = 99, .curMediaIds = 12, .parentFolder = 1});
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, "unknown title");
+    unit.disc.id3("", "", "");
+    EXPECT_THAT(unit.attribute(NOW_PLAYING, "zmdisc"), HasSubstr(R"("info0":"")"));
+}
+
+TEST_F(MainPlayPage, FileWithAnEmptyNameHasAnUnknownTitle) {
+    catalogue.file(50, 1, Catalogue::Music, "");
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 50, .curMediaIds = 50, .parentFolder = 1});
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, "unknown title");
+}
+
+TEST_F(MainPlayPage, NamesOfAnyScriptAndLengthAreShown) {
+    std::string name;
+    for (int i = 0; i < 100; ++i) {
+        name += "字"; // 300 bytes, cut to 86 characters by the name's buffer
+    }
+    catalogue.file(51, 1, Catalogue::Music, name);
+    catalogue.file(52, 1, Catalogue::Music, "a\xFFz");
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 51, .curMediaIds = 52, .parentFolder = 1});
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, name.substr(0, 86 * 3));
+    unit.disc.track({.curMediaId = 52, .curMediaIds = 52, .parentFolder = 1});
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, "a\xEF\xBF\xBDz");
+}
+
+TEST_F(MainPlayPage, ListTitleFollowsThePlayingFileForSomeSourcesOnly) {
+    struct Row {
+        int source;
+        int page; ///< 0: none
+    };
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    for (const auto& [source, page] :
+         {Row{0, WND_MEDIA_LIST}, Row{1, WND_FOLDER_LIST}, Row{2, 0}, Row{3, 0}, Row{4, WND_MEDIA_LIST},
+          Row{5, WND_FOLDER_LIST}, Row{6, WND_MEDIA_LIST}, Row{7, WND_MEDIA_LIST}, Row{8, 0}, Row{9, 0},
+          Row{10, WND_MEDIA_LIST}}) {
+        SCOPED_TRACE(source);
+        inside.setListFrom(LIST_FROM_AUDIO_FOLDERS);
+        unit.disc.track({.curMediaId = 1, .curMediaIds = 12, .parentFolder = 1});
+        inside.setListFrom(LIST_FROM_AUDIO_IN_FOLDER);
+        unit.disc.track({.curMediaId = 1, .curMediaIds = 12, .mediaId = 1, .parentFolder = 1});
+        inside.setListFrom(source);
+        unit.disc.track({.curMediaId = 2, .curMediaIds = 12, .parentFolder = 1});
+        for (const int each : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
+            EXPECT_EQ(unit.main.item(each, ITEM_TO_PLAYING).text, each == page ? "song 2" : "song 1");
+        }
+    }
+}
+
+TEST_F(MainPlayPage, ListTitleIsThatOfThePlayingType) {
+    struct Row {
+        int type;
+        const char* title;
+    };
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    for (const auto& [type, title] :
+         {Row{PLAY_TYPE_MUSIC, "song 3"}, Row{PLAY_TYPE_VIDEO, "film 3"}, Row{PLAY_TYPE_PHOTO, "photo 3"}}) {
+        unit.disc.mediaType(type);
+        unit.disc.track({.curMediaId = 3, .curMediaIds = 12, .mediaId = type, .parentFolder = 1});
+        EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).text, title);
+    }
+}
+
+TEST_F(MainPlayPage, ListTitleDoesNotBecomeThePlayingName) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 1, .curMediaIds = 12, .parentFolder = 1});
+    openList();
+    unit.disc.track({.curMediaId = 2, .curMediaIds = 12, .parentFolder = 1});
+    unit.disc.id3("", "", "");
+    EXPECT_THAT(unit.attribute(NOW_PLAYING, "zmdisc"), HasSubstr("song 1"));
+}
+
+TEST_F(MainPlayPage, TagsOfACdAreShownOnAllItsPages) {
+    play(PLAY_TYPE_CD);
+    unit.disc.id3("Title", "Artist", "Album");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, "Title");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ARTIST).text, "Artist");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ALBUM).text, "Album");
+    for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST, WND_CD_LIST}) {
+        EXPECT_EQ(unit.main.item(page, ITEM_TO_PLAYING).text, "Title");
+    }
+    for (const char* line :
+         {"[DiscView::OnUserMsgID3] title=Title,artist=Artist,album=Album", "[DiscView::OnUserMsgID3]artist",
+          "[DiscView::OnUserMsgID3]artist SetItemText end", "[DiscView::OnUserMsgID3]album",
+          "[DiscView::OnUserMsgID3]album SetItemText end", "[DiscView::OnUserMsgID3] end"}) {
+        EXPECT_FALSE(unit.log(line).empty()) << line;
+    }
+}
+
+TEST_F(MainPlayPage, MissingTagsAreUnknown) {
+    play(PLAY_TYPE_CD);
+    unit.disc.id3("Title", "Artist", "Album");
+    unit.disc.id3("", "", "");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, "unknown title");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ARTIST).text, "unknown artist");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ALBUM).text, "unknown album");
+    EXPECT_EQ(unit.main.item(WND_CD_LIST, ITEM_TO_PLAYING).text, "unknown title");
+    EXPECT_EQ(unit.log("[DiscView::OnUserMsgID3] artist empty").size(), 1u);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMsgID3] album empty").size(), 1u);
+}
+
+TEST_F(MainPlayPage, TitleTagOfAFileIsNotShown) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 1, .curMediaIds = 12, .parentFolder = 1});
+    unit.disc.id3("Title", "Artist", "Album");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, "song 1");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ARTIST).text, "Artist");
+}
+
+} // namespace zm::test

@@ -1,0 +1,328 @@
+#include "DiscTimers.h"
+#include "ZMModel/ViewMessages.h"
+#include "tests/views/main_view.h"
+
+namespace zm::test {
+
+using MainState = MainView;
+
+TEST_F(MainState, MessagesOutsideTheTableAreIgnored) {
+    const auto lines = unit.log("[DiscView::").size();
+    for (const int code :
+         {-1, 0, 999, 1001, 1002, 1003, 1005, 1007, 1008, 1009, 1010, 1018, 1026, 1027, 1028, 2000}) {
+        viewMessage(code);
+    }
+    unit.onViewThread([&] { EXPECT_EQ(unit.view().OnUserMessage(nullptr), 0); });
+    EXPECT_EQ(unit.log("[DiscView::").size(), lines);
+    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+}
+
+TEST_F(MainState, ConnectedAndMixedSwitchingAreOnlyLogged) {
+    viewMessage(DISC_VMSG_CONNECTED);
+    unit.disc.mixedSwitching(1);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_CONNECTED").size(), 1u);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_MIXEDSWITCHING").size(), 1u);
+    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+}
+
+TEST_F(MainState, DatabaseUpdateIsLoggedAndHandled) {
+    unit.disc.updateDb(0);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_UPDATEDB").size(), 1u);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMsgUpdateDb] m_nClickFolderId=1").size(), 1u);
+}
+
+TEST_F(MainState, MixedTypeIsTaken) {
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_PHOTO);
+    EXPECT_EQ(inside.mixedType(), 10);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_MIXEDTYPE").size(), 1u);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]------m_nMixedType=0xa").size(), 1u);
+}
+
+TEST_F(MainState, MediaTypeSetsPlayTypeBrowsedTypeAndTab) {
+    struct Row {
+        int type;
+        int tab;
+    };
+    // Types without a list leave the tab of the one before.
+    for (const auto& [type, tab] : {Row{PLAY_TYPE_VIDEO, 1}, Row{PLAY_TYPE_DVD, 1}, Row{PLAY_TYPE_PHOTO, 2},
+                                    Row{PLAY_TYPE_VCD, 2}, Row{PLAY_TYPE_CD, 2}, Row{PLAY_TYPE_MUSIC, 0}}) {
+        SCOPED_TRACE(type);
+        unit.disc.mediaType(type);
+        EXPECT_EQ(inside.playType(), type);
+        EXPECT_EQ(inside.browsedType(), type);
+        EXPECT_EQ(inside.playListFrom(), tab);
+        EXPECT_EQ(
+            unit.log("[DiscView::OnUserMessage]------set m_nCurPlayType=" + std::to_string(type)).size(), 1u);
+    }
+    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_CLIPSTYPE").size(), 6u);
+}
+
+TEST_F(MainState, MediaTypeSelectsItsTabOnBothListPages) {
+    struct Row {
+        int type;
+        int music, video, photo;
+    };
+    for (const auto& [type, music, video, photo] :
+         {Row{PLAY_TYPE_MUSIC, 3, 2, 2}, Row{PLAY_TYPE_VIDEO, 2, 3, 2}, Row{PLAY_TYPE_PHOTO, 2, 2, 3},
+          Row{PLAY_TYPE_DVD, 2, 2, 3}}) { // a type without a tab changes nothing
+        SCOPED_TRACE(type);
+        unit.disc.mediaType(type);
+        for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
+            EXPECT_EQ(unit.main.item(page, ITEM_TAB_MUSIC).state, music);
+            EXPECT_EQ(unit.main.item(page, ITEM_TAB_VIDEO).state, video);
+            EXPECT_EQ(unit.main.item(page, ITEM_TAB_PHOTO).state, photo);
+        }
+    }
+}
+
+TEST_F(MainState, LeftMenuFollowsTheListSource) {
+    struct Row {
+        int source;
+        int shown;
+        int state;
+        int folderState;
+    };
+    constexpr Row ROWS[] = {
+        {0, ITEM_ALL_MUSIC, 2, 3},  {1, ITEM_ALL_MUSIC, 2, 3}, {2, ITEM_ALL_VIDEO, 2, 3},
+        {3, ITEM_ALL_VIDEO, 2, 3},  {4, ITEM_ALL_PHOTO, 2, 3}, {5, ITEM_ALL_PHOTO, 2, 3},
+        {6, ITEM_ALL_MUSIC, 3, 2},  {7, ITEM_ALL_PHOTO, 3, 2}, {8, ITEM_ALL_VIDEO, 3, 2},
+        {10, ITEM_ALL_MUSIC, 2, 2},
+    };
+    for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
+        for (const Row& row : ROWS) {
+            SCOPED_TRACE(row.source);
+            inside.showLeftState(page, row.source);
+            for (const int item : {ITEM_ALL_MUSIC, ITEM_ALL_VIDEO, ITEM_ALL_PHOTO}) {
+                EXPECT_EQ(unit.main.item(page, item).visible, item == row.shown) << item;
+            }
+            EXPECT_EQ(unit.main.item(page, row.shown).state, row.state);
+            EXPECT_EQ(unit.main.item(page, ITEM_FOLDER_MENU).state, row.folderState);
+        }
+    }
+}
+
+TEST_F(MainState, LeftMenuKeepsItsLookForTheCdListAndUnknownSources) {
+    inside.showLeftState(WND_MEDIA_LIST, LIST_FROM_ALL_VIDEO);
+    for (const int source : {9, 11, 12, -1}) {
+        inside.showLeftState(WND_MEDIA_LIST, source);
+        EXPECT_TRUE(unit.main.item(WND_MEDIA_LIST, ITEM_ALL_VIDEO).visible) << source;
+        EXPECT_FALSE(unit.main.item(WND_MEDIA_LIST, ITEM_ALL_MUSIC).visible) << source;
+        EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_ALL_VIDEO).state, 3) << source;
+        EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_FOLDER_MENU).state, 2) << source;
+    }
+}
+
+TEST_F(MainState, NoDiscIsShownWhileLoadingOnly) {
+    unit.disc.presence(0);
+    EXPECT_EQ(inside.state(), VIEW_STATE_NO_DISC);
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 34);
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 133);
+    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
+    EXPECT_EQ(unit.log("[DiscView::OnUserMsgDeviceState]-------bDiscExisting=0------").size(), 1u);
+}
+
+TEST_F(MainState, RemovedDiscLeavesThePlayPageToTheDiscState) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.presence(0);
+    EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+}
+
+TEST_F(MainState, LoadingShowsItsMessageAndStartsItsTimer) {
+    unit.disc.presence(0);
+    unit.disc.state(DISC_STATE_LOADING);
+    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 33);
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 0);
+    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
+    EXPECT_EQ(unit.log("[OnUserMsgDiscState]  playStatus.nPlayStatus=1").size(), 1u);
+    unit.clearRequests();
+    unit.advance(39999ms);
+    EXPECT_THAT(unit.requests(), IsEmpty()) << "the no-disc timer has been ended";
+    unit.advance(1ms);
+    EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR);
+}
+
+TEST_F(MainState, FirstPlayingStateChoosesThePage) {
+    struct Row {
+        int type;
+        int status;
+        int page;
+        int state;
+        int tab;
+    };
+    constexpr Row ROWS[] = {
+        {PLAY_TYPE_DVD, DISC_STATE_PLAYING, WND_VIDEO, VIEW_STATE_VIDEO_PLAY, 1},
+        {PLAY_TYPE_DVD, DISC_STATE_PAUSED, WND_VIDEO, VIEW_STATE_VIDEO_PLAY, 1},
+        {PLAY_TYPE_CD, DISC_STATE_PLAYING, WND_AUDIO_PLAY, VIEW_STATE_AUDIO_PLAY, 6},
+        {PLAY_TYPE_CD, DISC_STATE_PAUSED, WND_AUDIO_PLAY, VIEW_STATE_AUDIO_PLAY, 6},
+        {PLAY_TYPE_MUSIC, DISC_STATE_PLAYING, WND_AUDIO_PLAY, VIEW_STATE_AUDIO_PLAY, 0},
+        {PLAY_TYPE_MUSIC, DISC_STATE_PAUSED, WND_AUDIO_PLAY, VIEW_STATE_AUDIO_PLAY, 0},
+        {PLAY_TYPE_VIDEO, DISC_STATE_PLAYING, WND_VIDEO, VIEW_STATE_VIDEO_PLAY, 1},
+        {PLAY_TYPE_PHOTO, DISC_STATE_PLAYING, WND_VIDEO, VIEW_STATE_PHOTO_PLAY, 2},
+        {PLAY_TYPE_PHOTO, DISC_STATE_PAUSED, WND_VIDEO, VIEW_STATE_PHOTO_PLAY, 2},
+        {PLAY_TYPE_VCD, DISC_STATE_PLAYING, WND_VIDEO, VIEW_STATE_VIDEO_PLAY, 1},
+    };
+    unit.disc.videoMode(VIDEO_MODE_ON);
+    for (const Row& row : ROWS) {
+        SCOPED_TRACE(std::to_string(row.type) + " with " + std::to_string(row.status));
+        unit.disc.mediaType(row.type);
+        unit.disc.state(DISC_STATE_LOADING);
+        unit.clearCommands();
+        unit.disc.state(row.status);
+        EXPECT_EQ(unit.main.window(), row.page);
+        EXPECT_EQ(inside.state(), row.state);
+        EXPECT_EQ(inside.playListFrom(), row.tab);
+        const bool starts = row.status == DISC_STATE_PAUSED;
+        EXPECT_EQ(unit.commands(), starts ? std::vector<std::string>{"131,0,0"} : std::vector<std::string>{});
+        unit.advance(45s);
+        EXPECT_EQ(inside.state(), row.state) << "the loading timer has been ended";
+    }
+}
+
+TEST_F(MainState, VideoWaitsForItsMode) {
+    for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VIDEO, PLAY_TYPE_VCD}) {
+        SCOPED_TRACE(type);
+        unit.disc.videoMode(VIDEO_MODE_OFF);
+        unit.disc.mediaType(type);
+        unit.disc.state(DISC_STATE_LOADING);
+        unit.disc.state(DISC_STATE_PLAYING);
+        EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
+        unit.disc.videoMode(VIDEO_MODE_ON);
+        EXPECT_EQ(unit.main.window(), WND_VIDEO);
+        EXPECT_EQ(inside.playListFrom(), 1);
+        unit.advance(45s);
+        EXPECT_EQ(inside.state(), VIEW_STATE_VIDEO_PLAY);
+    }
+}
+
+TEST_F(MainState, PlayingStateOutsideLoadingKeepsThePage) {
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    unit.disc.state(DISC_STATE_PAUSED);
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+}
+
+TEST_F(MainState, PlayAndPauseButtonFollowTheState) {
+    struct Row {
+        int status;
+        bool play;
+    };
+    for (const int type : {PLAY_TYPE_CD, PLAY_TYPE_MUSIC}) {
+        unit.disc.mediaType(type);
+        unit.disc.state(DISC_STATE_LOADING);
+        for (const auto& [status, isPlay] :
+             {Row{2, false}, Row{0, true}, Row{2, false}, Row{6, true}, Row{2, false}, Row{10, true},
+              Row{2, false}, Row{11, true}, Row{2, false}, Row{5, false}}) {
+            SCOPED_TRACE(status);
+            unit.disc.state(status);
+            EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_PLAY).visible, isPlay);
+            EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_PAUSE).visible, !isPlay);
+        }
+    }
+}
+
+TEST_F(MainState, StoppedVideoShowsTheOverlay) {
+    for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VIDEO, PLAY_TYPE_VCD}) {
+        SCOPED_TRACE(type);
+        play(type);
+        inside.gotoVideoPage(type);
+        ASSERT_FALSE(unit.osd.visible());
+        unit.disc.state(DISC_STATE_STOPPED);
+        EXPECT_TRUE(unit.osd.visible());
+        unit.click(WND_VIDEO, 1);
+    }
+}
+
+TEST_F(MainState, StoppedVideoShowsNoOverlayOnTheParkingPageOrInAList) {
+    play(PLAY_TYPE_DVD);
+    unit.device(DEV_STATUS_PARKING, 0);
+    ASSERT_EQ(unit.main.window(), WND_PARKING);
+    unit.disc.state(DISC_STATE_STOPPED);
+    EXPECT_FALSE(unit.osd.visible());
+    unit.device(DEV_STATUS_PARKING, 1);
+    inside.setState(VIEW_STATE_VIDEO_LIST);
+    unit.disc.state(DISC_STATE_STOPPED);
+    EXPECT_FALSE(unit.osd.visible());
+}
+
+TEST_F(MainState, DiscErrorComesFromAnyState) {
+    for (const int type : {PLAY_TYPE_MUSIC, PLAY_TYPE_DVD, PLAY_TYPE_PHOTO}) {
+        SCOPED_TRACE(type);
+        play(type);
+        const auto sent = captures().size();
+        unit.disc.state(DISC_STATE_ERROR);
+        EXPECT_EQ(unit.main.window(), WND_DISC_ERROR);
+        EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR);
+        EXPECT_GT(captures().size(), sent);
+        EXPECT_EQ(captures().back(), "off");
+        EXPECT_FALSE(inside.overlayShown());
+        unit.advance(3s);
+        EXPECT_THAT(unit.commands(), ElementsAre("13,0,0"));
+    }
+    EXPECT_EQ(unit.log("[DiscError]").size(), 3u);
+}
+
+TEST_F(MainState, EjectingShowsItsMessageAndHidesTheVideo) {
+    play(PLAY_TYPE_DVD);
+    unit.click(WND_VIDEO, 1);
+    ASSERT_TRUE(inside.overlayShown());
+    unit.disc.state(DISC_STATE_EJECTING);
+    EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
+    EXPECT_EQ(inside.state(), VIEW_STATE_EXIT);
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 110);
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 134);
+    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
+    EXPECT_FALSE(inside.videoIsVisible());
+    EXPECT_FALSE(inside.overlayShown());
+    EXPECT_FALSE(unit.osd.visible());
+    EXPECT_EQ(captures().back(), "off");
+    EXPECT_EQ(unit.log("[DiscExit]").size(), 1u);
+    unit.clearCommands();
+    unit.clearRequests();
+    unit.advance(60s);
+    EXPECT_EQ(inside.state(), VIEW_STATE_EXIT) << "no timer runs";
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_THAT(unit.requests(), IsEmpty());
+}
+
+TEST_F(MainState, PendingVoiceRequestIsCarriedOutOnceMusicPlays) {
+    unit.disc.mixedType(MIXED_MUSIC);
+    unit.appData("--song='song 7'");
+    ASSERT_TRUE(inside.voicePlayPending());
+    unit.disc.mediaType(PLAY_TYPE_CD);
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_TRUE(inside.voicePlayPending()) << "a CD is no music file";
+    unit.disc.mediaType(PLAY_TYPE_MUSIC);
+    unit.clearCommands();
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_FALSE(inside.voicePlayPending());
+    EXPECT_THAT(unit.commands(), ElementsAre("182,7,1"));
+}
+
+TEST_F(MainState, RootMenuHidesTheOverlay) {
+    play(PLAY_TYPE_DVD);
+    unit.click(WND_VIDEO, 1);
+    unit.disc.rootMenu(false);
+    EXPECT_TRUE(unit.osd.visible());
+    unit.disc.rootMenu(true);
+    EXPECT_FALSE(unit.osd.visible());
+    EXPECT_FALSE(inside.overlayShown());
+}
+
+TEST_F(MainState, CaptureStateIsOnlyLogged) {
+    unit.pps(VIDEO_STATUS, R"(zmvideo:json:{"status":"on","wndgp_id":"","wnd_id":"","src":""})");
+    EXPECT_EQ(unit.log("[DiscView::OnCaptureStateChanged]state=1").size(), 1u);
+    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+}
+
+TEST_F(MainState, RepeatedDiscStateIsHandledAgain) {
+    play(PLAY_TYPE_MUSIC);
+    const auto lines = unit.log("[OnUserMsgDiscState]  playStatus.nPlayStatus=2").size();
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_EQ(unit.log("[OnUserMsgDiscState]  playStatus.nPlayStatus=2").size(), lines + 1);
+}
+
+} // namespace zm::test

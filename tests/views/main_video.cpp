@@ -1,0 +1,242 @@
+#include "ZMModel/ViewMessages.h"
+#include "tests/views/main_view.h"
+
+namespace zm::test {
+
+using MainVideo = MainView;
+
+namespace {
+
+constexpr auto LIST_WAIT = 50ms;
+
+Json rect(int x, int y, int w, int h) {
+    return {x, y, w, h};
+}
+
+} // namespace
+
+TEST_F(MainVideo, CaptureIsAskedForWithGroupWindowAndSource) {
+    play(PLAY_TYPE_DVD);
+    const std::string request = unit.attribute(VIDEO_COMMAND, "zmvideo");
+    EXPECT_THAT(request, HasSubstr(R"("status":"on")"));
+    EXPECT_THAT(request, HasSubstr(R"("wnd_id":"zmdisc_video_win")"));
+    EXPECT_THAT(request, HasSubstr(R"("src":"zmdisc")"));
+    EXPECT_THAT(request, HasSubstr(R"("wndgp_id":"1-)"));
+    EXPECT_EQ(unit.log("[OperateVideoCapture]: bStart=1,").size(), 1u);
+}
+
+TEST_F(MainVideo, PostedWindowFillsTheScreenBetweenViewAndOverlay) {
+    play(PLAY_TYPE_DVD);
+    const Json video = unit.video();
+    EXPECT_TRUE(video.at("posted"));
+    EXPECT_TRUE(video.at("visible"));
+    EXPECT_EQ(video.at("zorder"), 2);
+    EXPECT_EQ(video.at("rect"), rect(0, 0, 800, 480));
+    EXPECT_EQ(unit.log("[DiscView::OnChildPost] strChild=zmdisc_video_win").size(), 1u);
+    EXPECT_EQ(unit.log("[DiscView::OnChildPost] ================== video view ======").size(), 1u);
+}
+
+TEST_F(MainVideo, OnlyItsOwnChildrenAreExpected) {
+    unit.onViewThread([&] {
+        EXPECT_EQ(unit.view().OnChildPost("zmdisc_video_win"), 1);
+        EXPECT_EQ(unit.view().OnChildPost("Disc_osd"), 1);
+        EXPECT_EQ(unit.view().OnChildPost("other"), 0);
+        EXPECT_EQ(unit.view().OnChildPost(""), 0);
+        EXPECT_EQ(unit.view().OnChildPost(nullptr), 0);
+    });
+    EXPECT_FALSE(unit.log("[DiscView::OnChildPost] ================== osd view ======").empty());
+}
+
+TEST_F(MainVideo, PostedOverlayIsHidden) {
+    play(PLAY_TYPE_DVD);
+    unit.click(WND_VIDEO, 1);
+    ASSERT_TRUE(inside.overlayShown());
+    unit.onViewThread([&] { unit.view().OnChildPost("Disc_osd"); });
+    EXPECT_FALSE(inside.overlayShown());
+}
+
+TEST_F(MainVideo, WindowPostedAfterTheWishIsShownAtOnce) {
+    unit.disc.mediaType(PLAY_TYPE_DVD);
+    unit.app("pause"); // no capture, hence no window yet
+    inside.gotoVideoPage(PLAY_TYPE_DVD);
+    EXPECT_TRUE(inside.videoIsVisible());
+    EXPECT_FALSE(unit.video().value("posted", false));
+    unit.app("resume");
+    EXPECT_TRUE(unit.video().at("visible"));
+    EXPECT_EQ(unit.video().at("rect"), rect(0, 0, 800, 480));
+}
+
+TEST_F(MainVideo, HidingRequestLeavesTheWindowWhereItIs) {
+    play(PLAY_TYPE_DVD);
+    inside.placeVideo(false, 10, 20, 30, 40);
+    EXPECT_EQ(unit.video().at("rect"), rect(0, 0, 800, 480));
+    inside.placeVideo(true, 10, 20, 300, 200);
+    unit.disc.videoMode(VIDEO_MODE_ON); // flushes
+    EXPECT_EQ(unit.video().at("rect"), rect(10, 20, 300, 200));
+}
+
+TEST_F(MainVideo, PageWithoutCaptureWhilePausedByTheLauncher) {
+    unit.app("pause");
+    unit.disc.mediaType(PLAY_TYPE_VCD);
+    inside.gotoVideoPage(PLAY_TYPE_VCD);
+    EXPECT_EQ(unit.main.window(), WND_VIDEO);
+    EXPECT_THAT(captures(), IsEmpty());
+}
+
+TEST_F(MainVideo, CaptureThatIsOnIsNotStartedAgain) {
+    unit.pps(VIDEO_STATUS, R"(zmvideo:json:{"status":"on","wndgp_id":"","wnd_id":"","src":""})");
+    inside.gotoVideoPage(PLAY_TYPE_DVD);
+    EXPECT_EQ(unit.main.window(), WND_VIDEO);
+    EXPECT_THAT(captures(), IsEmpty());
+}
+
+TEST_F(MainVideo, PageSetsTheStateOfItsType) {
+    struct Row {
+        int type;
+        int state;
+    };
+    for (const auto& [type, state] :
+         {Row{PLAY_TYPE_DVD, 6}, Row{PLAY_TYPE_VIDEO, 6}, Row{PLAY_TYPE_VCD, 6}, Row{PLAY_TYPE_PHOTO, 7},
+          Row{PLAY_TYPE_MUSIC, VIEW_STATE_LOADING}, Row{PLAY_TYPE_CD, VIEW_STATE_LOADING}}) {
+        inside.setState(VIEW_STATE_LOADING);
+        inside.gotoVideoPage(type);
+        EXPECT_EQ(inside.state(), state) << type;
+        EXPECT_EQ(unit.log("[GotoVideoPage]  nType=" + std::to_string(type)).size(), 1u);
+    }
+}
+
+TEST_F(MainVideo, PageWhileDrivingIsTheParkingPage) {
+    unit.device(DEV_STATUS_PARKING, 0);
+    play(PLAY_TYPE_DVD);
+    EXPECT_EQ(unit.main.window(), WND_PARKING);
+    EXPECT_EQ(inside.state(), VIEW_STATE_VIDEO_PLAY);
+    EXPECT_FALSE(inside.videoIsVisible());
+    EXPECT_THAT(captures(), ElementsAre("on"));
+    EXPECT_EQ(unit.log("[OnGotoParkingView]").size(), 1u);
+}
+
+TEST_F(MainVideo, VisibilityIsLogged) {
+    play(PLAY_TYPE_DVD);
+    unit.click(WND_VIDEO, 1);
+    unit.click(WND_VIDEO, 1);
+    EXPECT_FALSE(
+        unit.log("[DiscView::SetVisibleVideo] ===============m_bVideoIsVisible=1===========").empty());
+    EXPECT_EQ(unit.log("[DiscView::SetVisibleOsd] ===============m_bVideoOsd=1===========").size(), 1u);
+    EXPECT_FALSE(unit.log("[DiscView::SetVisibleOsd] ===============m_bVideoOsd=0===========").empty());
+}
+
+TEST_F(MainVideo, HiddenOverlaysTimerRunsOutWithoutHarm) {
+    play(PLAY_TYPE_DVD);
+    unit.click(WND_VIDEO, 1);
+    unit.click(WND_VIDEO, 1);
+    const auto hidden = unit.log("[DiscView::SetVisibleOsd] ===============m_bVideoOsd=0===========").size();
+    unit.advance(10s);
+    EXPECT_EQ(unit.log("[DiscView::SetVisibleOsd] ===============m_bVideoOsd=0===========").size(),
+              hidden + 1);
+    EXPECT_FALSE(unit.osd.visible());
+}
+
+TEST_F(MainVideo, ModeOffHidesTheVideoAndStopsCapture) {
+    play(PLAY_TYPE_DVD);
+    unit.disc.videoMode(VIDEO_MODE_OFF);
+    EXPECT_FALSE(inside.videoIsVisible());
+    EXPECT_EQ(captures().back(), "off");
+    EXPECT_EQ(unit.log("[DiscView::OnUserMsgVideoMode]-------videomode=2").size(), 1u);
+    EXPECT_EQ(unit.main.window(), WND_VIDEO);
+}
+
+TEST_F(MainVideo, ModeOnShowsThePageOnlyOfARunningVideo) {
+    struct Row {
+        int type, status;
+        bool shows;
+    };
+    for (const auto& [type, status, shows] :
+         {Row{PLAY_TYPE_DVD, 2, true}, Row{PLAY_TYPE_VIDEO, 6, true}, Row{PLAY_TYPE_VCD, 2, true},
+          Row{PLAY_TYPE_DVD, 0, false}, Row{PLAY_TYPE_DVD, 10, false}, Row{PLAY_TYPE_PHOTO, 2, false},
+          Row{PLAY_TYPE_MUSIC, 2, false}}) {
+        SCOPED_TRACE(std::to_string(type) + " with " + std::to_string(status));
+        unit.disc.mediaType(type);
+        unit.disc.videoMode(VIDEO_MODE_OFF);
+        inside.setState(VIEW_STATE_VIDEO_LIST);
+        unit.disc.state(status);
+        unit.onViewThread([&] { unit.view().ShowWnd(WND_MEDIA_LIST, true, 0); });
+        unit.disc.videoMode(VIDEO_MODE_ON);
+        EXPECT_EQ(unit.main.window(), shows ? WND_VIDEO : WND_MEDIA_LIST);
+    }
+}
+
+TEST_F(MainVideo, ModeToListReturnsFromAVideoFile) {
+    play(PLAY_TYPE_VIDEO);
+    unit.click(WND_VIDEO, 1);
+    unit.clearCommands();
+    unit.disc.videoMode(VIDEO_MODE_TO_LIST);
+    EXPECT_FALSE(inside.overlayShown());
+    EXPECT_FALSE(inside.videoIsVisible());
+    EXPECT_EQ(unit.commands().front(), "186,3,1");
+    EXPECT_EQ(inside.state(), VIEW_STATE_VIDEO_LIST);
+    unit.advance(LIST_WAIT);
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    unit.advance(8s);
+    EXPECT_EQ(unit.main.window(), WND_VIDEO) << "the way back to the video";
+}
+
+TEST_F(MainVideo, ModeToListMeansNothingElsewhere) {
+    for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VCD, PLAY_TYPE_PHOTO}) {
+        play(type);
+        inside.gotoVideoPage(type);
+        unit.disc.videoMode(VIDEO_MODE_TO_LIST);
+        EXPECT_EQ(unit.main.window(), WND_VIDEO) << type;
+        EXPECT_THAT(unit.commands(), IsEmpty()) << type;
+    }
+    unit.disc.mediaType(PLAY_TYPE_VIDEO);
+    inside.setState(VIEW_STATE_PHOTO_PLAY);
+    unit.disc.videoMode(VIDEO_MODE_TO_LIST);
+    EXPECT_EQ(inside.state(), VIEW_STATE_PHOTO_PLAY);
+}
+
+TEST_F(MainVideo, OverlayReturnLeavesVideoFilesAndPhotos) {
+    struct Row {
+        int type, state;
+        const char* command;
+    };
+    for (const auto& [type, state, command] : {Row{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_LIST, "186,3,1"},
+                                               Row{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_LIST, "186,4,1"}}) {
+        SCOPED_TRACE(type);
+        play(type);
+        inside.gotoVideoPage(type);
+        unit.click(WND_VIDEO, 1);
+        unit.clearCommands();
+        viewMessage(DISC_VMSG_OSDRETURN);
+        EXPECT_EQ(unit.log("DISC_VMSG_OSDRETURN m_nCurPlayType=" + std::to_string(type)).size(), 1u);
+        EXPECT_FALSE(inside.overlayShown());
+        EXPECT_FALSE(unit.osd.visible());
+        EXPECT_FALSE(inside.videoIsVisible());
+        EXPECT_EQ(unit.commands().front(), command);
+        EXPECT_EQ(inside.state(), state);
+        unit.advance(LIST_WAIT);
+        EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    }
+}
+
+TEST_F(MainVideo, OverlayReturnOfACompleteCatalogueSendsNothing) {
+    for (const int type : {PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
+        play(type);
+        inside.gotoVideoPage(type);
+        unit.disc.updateDb(0x10000);
+        viewMessage(DISC_VMSG_OSDRETURN);
+        EXPECT_THAT(unit.commands(), IsEmpty()) << type;
+    }
+}
+
+TEST_F(MainVideo, OverlayReturnMeansNothingForDiscVideo) {
+    for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VCD}) {
+        play(type);
+        inside.gotoVideoPage(type);
+        viewMessage(DISC_VMSG_OSDRETURN);
+        EXPECT_EQ(unit.main.window(), WND_VIDEO);
+        EXPECT_TRUE(inside.videoIsVisible());
+        EXPECT_THAT(unit.commands(), IsEmpty());
+    }
+}
+
+} // namespace zm::test

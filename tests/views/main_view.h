@@ -1,0 +1,52 @@
+#pragma once
+
+#include "DiscOsdView.h"
+#include "DiscViewController.h"
+#include "DiscViewItems.h"
+#include "SourceGroup.h"
+#include "StatusBar.h"
+#include "tests/views/DiscViewTest.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace zm::test {
+
+inline constexpr char CONTROL[] = "zelmar/disc/control";
+inline constexpr char VIDEO_COMMAND[] = "zelmar/videoservice/command";
+inline constexpr char VIDEO_STATUS[] = "zelmar/videoservice/status";
+inline constexpr char NOW_PLAYING[] = "zelmar/navigator/nowplaying";
+
+/** The whole unit with a catalogue of a few files in the root folder, and no disc yet. */
+class MainView : public testing::Test {
+protected:
+    MainView();
+
+    /** A disc of that type plays and its page is shown; what was sent until then is forgotten. */
+    void play(int mediaType);
+    /** From the play page to its list, which is shown. */
+    void openList();
+    /** What the view does on expiry of that timer. */
+    void expire(int timer);
+    /** Sends the view a launcher message. */
+    void appsMessage(int kind, int subCode, int first, int second = 0);
+    void viewMessage(int code);
+    /** A whole touch's effect, whatever the page: press and release positions, then the released click. */
+    void swipe(int window, int control, int fromX, int toX, int y);
+
+    /** "on" and "off" requests to the video service, oldest first. */
+    std::vector<std::string> captures();
+    /** Applications asked for: "zmhome null". */
+    std::vector<std::string> applications();
+    int beeps();
+
+    Catalogue catalogue;
+    Unit unit;
+    DiscViewTest inside{unit};
+};
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+} // namespace zm::test

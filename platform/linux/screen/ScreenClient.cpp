@@ -45,7 +45,7 @@ ScreenClient::connect(const std::string& socket, const std::string& role, std::c
     return client;
 }
 
-Result<ScreenWindow*> ScreenClient::makeWindow(const WindowSpec& spec) {
+Result<ScreenWindow*> ScreenClient::makeWindow(const SurfaceSpec& spec) {
     if (spec.width <= 0 || spec.height <= 0 || spec.width > MaxPixels || spec.height > MaxPixels) {
         return Error{"window " + spec.name + ": " + std::to_string(spec.width) + " x " +
                      std::to_string(spec.height) + " is no size"};

@@ -38,7 +38,7 @@ public:
                                                          std::chrono::milliseconds timeout);
 
     /** Makes a window; the client owns it. Fails if the memory cannot be had or the compositor is gone. */
-    Result<ScreenWindow*> makeWindow(const WindowSpec& spec);
+    Result<ScreenWindow*> makeWindow(const SurfaceSpec& spec);
     /** Takes a window away; the pointer is invalid afterwards. */
     void closeWindow(ScreenWindow* window);
 

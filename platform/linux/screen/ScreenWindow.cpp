@@ -31,7 +31,7 @@ void addArea(std::vector<Rect>& areas, const Rect& area) {
 
 } // namespace
 
-ScreenWindow::ScreenWindow(ScreenClient& client, int number, WindowSpec spec)
+ScreenWindow::ScreenWindow(ScreenClient& client, int number, SurfaceSpec spec)
     : m_client(client), m_number(number), m_spec(std::move(spec)), m_stride(m_spec.width * BytesPerPixel),
       m_bufferBytes(static_cast<size_t>(m_stride) * static_cast<size_t>(m_spec.height)) {}
 

@@ -14,7 +14,7 @@ namespace zm {
 class ScreenClient;
 
 /** What a new window is like. */
-struct WindowSpec {
+struct SurfaceSpec {
     std::string name;
     int width = 0;  ///< pixels
     int height = 0; ///< pixels
@@ -36,7 +36,7 @@ public:
     ScreenWindow& operator=(const ScreenWindow&) = delete;
 
     int number() const { return m_number; }
-    const WindowSpec& spec() const { return m_spec; }
+    const SurfaceSpec& spec() const { return m_spec; }
     /** Bytes from one row to the next, of the surface and of each buffer. */
     int stride() const { return m_stride; }
 
@@ -61,7 +61,7 @@ public:
 
 private:
     friend class ScreenClient;
-    ScreenWindow(ScreenClient& client, int number, WindowSpec spec);
+    ScreenWindow(ScreenClient& client, int number, SurfaceSpec spec);
     /** Makes the sealed memory and maps it; gives its descriptor. */
     Result<UniqueFd> allocate();
     Status commit(int buffer, const std::vector<Rect>& damage);
@@ -78,7 +78,7 @@ private:
 
     ScreenClient& m_client;
     int m_number;
-    WindowSpec m_spec;
+    SurfaceSpec m_spec;
     int m_stride;
     size_t m_bufferBytes;
     uint8_t* m_memory = nullptr;

@@ -69,7 +69,7 @@ Result<std::string> PpsObject::merge(std::string_view text) {
     if (text.size() > PpsObjectBytes) {
         return tooLarge;
     }
-    auto lines = parseLines(text);
+    const auto lines = parseLines(text);
     if (!lines) {
         return Error{m_leaf + ": " + lines.error()};
     }
@@ -77,13 +77,13 @@ Result<std::string> PpsObject::merge(std::string_view text) {
     // does it pay to try the change on a copy first.
     if (size() + text.size() + lines->size() * (Nonpersistent.size() + 1) > PpsObjectBytes) {
         PpsObject trial(m_leaf);
-        std::string whole = this->text();
+        const std::string present = this->text();
+        const auto presentLines = parseLines(present);
         std::string ignored;
-        for (auto& line : *parseLines(whole)) {
-            trial.set(line, ignored);
-        }
-        for (auto& line : *lines) {
-            trial.set(line, ignored);
+        for (const auto* part : {&*presentLines, &*lines}) {
+            for (const auto& line : *part) {
+                trial.set(line, ignored);
+            }
         }
         if (trial.size() > PpsObjectBytes) {
             return tooLarge;

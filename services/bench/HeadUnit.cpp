@@ -81,8 +81,12 @@ void HeadUnit::makeChildren() {
                                                    applicationArguments(m_options.appArgs), environment});
     m_application->onDown = [this] { m_launcher.applicationEnded(); };
     if (m_options.discService) {
+        std::vector<std::string> arguments;
+        if (!m_options.disc.empty()) {
+            arguments = {"--disc", m_options.disc};
+        }
         m_discService = std::make_unique<Child>(
-            m_loop, ChildSetup{"disc", m_options.programDir + "/zmdiscd", {}, environment});
+            m_loop, ChildSetup{"disc", m_options.programDir + "/zmdiscd", arguments, environment});
     }
 }
 
@@ -94,12 +98,6 @@ Status HeadUnit::start() {
                       std::function<Status()>([this] { return m_drive.start(); })}) {
         if (auto done = step(); !done) {
             return done;
-        }
-    }
-    if (!m_options.disc.empty()) {
-        // Written before the disc service starts: it finds the wish when it opens the object.
-        if (auto written = m_drive.insert(m_options.disc); !written) {
-            return written;
         }
     }
     for (Child* each : children()) {

@@ -105,9 +105,11 @@ void Service::begin(const std::string& disc) {
     // What was asked before this run began is over; only what the drive remembers counts.
     m_control.read();
     m_state->statusFile().read();
-    const Tray tray = recall();
+    // A service that was started again finds the disc (or the empty tray) that the one before it left.
+    const auto remembered = recall();
+    const Tray tray = remembered.value_or(Tray{});
     m_drive.start(tray);
-    const std::string& path = tray.path.empty() ? disc : tray.path;
+    const std::string& path = remembered ? tray.path : disc;
     if (!path.empty()) {
         m_drive.insert(path);
     }
@@ -120,12 +122,12 @@ void Service::begin(const std::string& disc) {
         m_mailbox);
 }
 
-Tray Service::recall() {
-    Tray tray;
+std::optional<Tray> Service::recall() {
+    std::optional<Tray> tray;
     if (const auto text = m_state->driveFile().read()) {
         forEachJson(*text, "tray", [&](const std::string& value) {
             const Json json = parseObject(value);
-            tray = {string(json, "path"), flag(json, "source")};
+            tray = Tray{string(json, "path"), flag(json, "source")};
         });
     }
     return tray;

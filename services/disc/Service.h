@@ -8,6 +8,7 @@
 #include "services/disc/PpsInbox.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace zm::disc {
@@ -27,7 +28,7 @@ public:
 private:
     Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control);
     void begin(const std::string& disc);
-    Tray recall();
+    std::optional<Tray> recall();
     void controlText(const std::string& text);
     void driveText(const std::string& text);
     void statusText(const std::string& text);

@@ -37,8 +37,8 @@ struct Item {
     int current = -1;
     int top = 0;
 
-    int icon(int state = 4) const {
-        auto found = icons.find(state);
+    int icon(int buttonState = 4) const {
+        auto found = icons.find(buttonState);
         return found == icons.end() ? 0 : found->second;
     }
     std::vector<std::string> rowTexts() const;

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+class DiscView;
+class DiscOsdView;
+class DiscViewController;
+
+namespace zm::test {
+
+/** The application on threads of this process, started and ended in the order of its own main function. */
+class Application {
+public:
+    Application();
+    /** Ends it if that has not been done. */
+    ~Application();
+
+    /** Starts everything up to the shown windows, with `song` as the long parameter unless it is empty; false
+     * if a step failed. */
+    bool start(const std::string& song);
+    /** The shut-down sequence; false if a step failed. */
+    bool end();
+
+    /** Runs `task` on the view's event thread and waits for it. */
+    void onViewThread(std::function<void()> task);
+    /** Codes of the view messages that reached the main view, oldest first. */
+    std::vector<int> viewMessages() const;
+
+    DiscView& view();
+    DiscOsdView& osd();
+    DiscViewController& controller();
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
+};
+
+} // namespace zm::test

@@ -1,0 +1,302 @@
+#include "tests/support/Harness.h"
+
+#include "services/bench/PpsText.h"
+#include "tests/support/Application.h"
+#include "tests/support/UnitServer.h"
+
+#include "base/Paths.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <sstream>
+
+namespace zm::test {
+
+namespace {
+
+constexpr const char* Control = "zelmar/disc/control";
+
+std::string freshFolder() {
+    char folder[] = "/tmp/zm-unit-XXXXXX";
+    EXPECT_NE(mkdtemp(folder), nullptr);
+    return folder;
+}
+
+// The application reads its surroundings from the environment and ends by SIGTERM to its own process: both
+// are settled before any thread exists.
+std::string prepareProcess(const std::string& catalogue) {
+    const std::string folder = freshFolder();
+    setenv("ZM_RUNTIME", folder.c_str(), 1);
+    setenv("ZM_CATALOGUE", catalogue.empty() ? (folder + "/none.sqlite").c_str() : catalogue.c_str(), 1);
+    setenv("ZM_RCC_PATH", ZM_SHARE_DIR "/rccs/", 1);
+    setenv("ZM_FONT_PATH", ZM_SHARE_DIR "/fonts/", 1);
+    sigset_t ending;
+    sigemptyset(&ending);
+    sigaddset(&ending, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &ending, nullptr);
+    return folder;
+}
+
+HeadUnitOptions unitOptions(const std::string& folder) {
+    HeadUnitOptions options;
+    options.runtimeDir = folder;
+    options.shareDir = ZM_SHARE_DIR;
+    options.catalogue = catalogueFile(folder);
+    options.discService = false;
+    options.launcher = LauncherMode::Passive;
+    options.clock = ClockMode::Manual;
+    return options;
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const auto& word : words) {
+        text += (text.empty() ? "" : " ") + word;
+    }
+    return text;
+}
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> result;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        result.push_back(line);
+    }
+    return result;
+}
+
+std::vector<std::string> numbers(std::initializer_list<int> values) {
+    std::vector<std::string> result;
+    for (int value : values) {
+        result.push_back(std::to_string(value));
+    }
+    return result;
+}
+
+std::vector<std::string> command(std::vector<std::string> words, std::initializer_list<int> values) {
+    const auto more = numbers(values);
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+} // namespace
+
+struct Unit::Impl {
+    explicit Impl(const UnitOptions& options)
+        : folder(prepareProcess(options.catalogue)), server(unitOptions(folder)) {}
+
+    std::string folder;
+    UnitServer server;
+    std::unique_ptr<Application> application;
+    size_t seenCommands = 0;
+};
+
+Unit::Unit(UnitOptions options) : m_impl(std::make_unique<Impl>(options)) {
+    const std::string failure = m_impl->server.start();
+    EXPECT_EQ(failure, "");
+    m_impl->application = std::make_unique<Application>();
+    EXPECT_TRUE(m_impl->application->start(options.song)) << "the application does not start";
+    EXPECT_TRUE(m_impl->server.waitReady()) << "the application has not been resumed";
+    settle();
+}
+
+Unit::~Unit() {
+    m_impl->application.reset();
+    const std::string folder = m_impl->folder;
+    m_impl.reset();
+    std::error_code error;
+    std::filesystem::remove_all(folder, error);
+}
+
+Unit::Answer Unit::run(const std::vector<std::string>& words) const {
+    const auto answer = m_impl->server.run(words);
+    return {answer.exit, answer.out, answer.err};
+}
+
+std::string Unit::must(const std::vector<std::string>& words) const {
+    const auto answer = run(words);
+    EXPECT_EQ(answer.exit, 0) << joined(words) << ": " << answer.err;
+    return answer.out;
+}
+
+void Unit::act(const std::vector<std::string>& words) {
+    must(words);
+    settle();
+}
+
+void Unit::pps(const std::string& object, const std::vector<std::string>& changes) {
+    std::vector<std::string> words{"pps", "put", object};
+    words.insert(words.end(), changes.begin(), changes.end());
+    act(words);
+}
+
+void Unit::app(const std::string& status) {
+    act({"app", status});
+}
+
+void Unit::appData(const std::string& text) {
+    act({"appdata", text});
+}
+
+void Unit::device(int id, int value) {
+    act(command({"device"}, {id, value}));
+}
+
+void Unit::deviceSilently(int id, int value) {
+    act(command({"device", "--silent"}, {id, value}));
+}
+
+void Unit::deviceFails(int id) {
+    act({"device", "--silent", std::to_string(id), "fail"});
+}
+
+void Unit::time(const std::string& text, int format) {
+    act({"time", text, std::to_string(format)});
+}
+
+void Unit::language(const std::string& code) {
+    act({"language", code});
+}
+
+void Unit::key(int code) {
+    act(command({"key"}, {code}));
+}
+
+void Unit::touch(int x, int y, std::chrono::milliseconds hold) {
+    auto words = command({"touch"}, {x, y});
+    words.insert(words.end(), {"--hold", std::to_string(hold.count())});
+    act(words);
+}
+
+void Unit::drag(int x1, int y1, int x2, int y2) {
+    act(command({"drag"}, {x1, y1, x2, y2}));
+}
+
+void Unit::touchItem(const View& view, int window, int item, std::chrono::milliseconds hold) {
+    const Rect rect = view.item(window, item).rect;
+    touch(rect.x + rect.w / 2, rect.y + rect.h / 2, hold);
+}
+
+void Unit::click(int window, int control) {
+    click(window, control, 0);
+    click(window, control, 1);
+}
+
+void Unit::click(int window, int control, int state) {
+    act(command({"click", "main"}, {window, control, state}));
+}
+
+void Unit::clickOsd(int window, int control) {
+    clickOsd(window, control, 0);
+    clickOsd(window, control, 1);
+}
+
+void Unit::clickOsd(int window, int control, int state) {
+    act(command({"click", "osd"}, {window, control, state}));
+}
+
+void Unit::advance(std::chrono::milliseconds time) {
+    act({"clock", "advance", std::to_string(time.count())});
+}
+
+void Unit::holdCatalogue(int rows) {
+    act({"catalogue", "hold", std::to_string(rows)});
+}
+
+void Unit::releaseCatalogue() {
+    act({"catalogue", "release"});
+}
+
+void Unit::settle() {
+    must({"settle"});
+}
+
+Json Unit::video() {
+    return Json::parse(must({"screen"})).value("video", Json::object());
+}
+
+std::vector<std::string> Unit::commands() const {
+    std::vector<std::string> result;
+    const auto written = published(Control);
+    for (size_t i = m_impl->seenCommands; i < written.size(); ++i) {
+        std::string value;
+        if (ppsValue(written[i], "zmcmd", value)) {
+            const Json json = Json::parse(value);
+            result.push_back(json.at("cmd").dump() + "," + json.at("param1").dump() + "," +
+                             json.at("param2").dump());
+        }
+    }
+    return result;
+}
+
+void Unit::clearCommands() {
+    m_impl->seenCommands = published(Control).size();
+}
+
+std::vector<std::string> Unit::published(const std::string& object) const {
+    return m_impl->server.published(object);
+}
+
+std::string Unit::attribute(const std::string& object, const std::string& name) {
+    std::string value;
+    for (const auto& line : lines(must({"pps", "get", object}))) {
+        ppsValue(line, name, value);
+    }
+    return value;
+}
+
+std::vector<std::string> Unit::requests() {
+    return lines(must({"requests"}));
+}
+
+void Unit::clearRequests() {
+    must({"requests", "--clear"});
+}
+
+std::vector<std::string> Unit::log() const {
+    return lines(must({"log"}));
+}
+
+std::vector<std::string> Unit::log(const std::string& text) const {
+    std::vector<std::string> result;
+    for (auto& line : log()) {
+        if (line.find(text) != std::string::npos) {
+            result.push_back(std::move(line));
+        }
+    }
+    return result;
+}
+
+std::vector<int> Unit::viewMessages() const {
+    return m_impl->application->viewMessages();
+}
+
+void Unit::onViewThread(std::function<void()> task) {
+    m_impl->application->onViewThread(std::move(task));
+    settle();
+}
+
+DiscView& Unit::view() {
+    return m_impl->application->view();
+}
+
+DiscOsdView& Unit::osdView() {
+    return m_impl->application->osd();
+}
+
+DiscViewController& Unit::controller() {
+    return m_impl->application->controller();
+}
+
+bool Unit::endApplication() {
+    return m_impl->application->end();
+}
+
+const std::string& Unit::runtimeDir() const {
+    return m_impl->folder;
+}
+
+} // namespace zm::test

@@ -95,7 +95,8 @@ bool FontBook::load(const std::vector<std::string>& files) {
 void FontBook::prepare(const std::string& text) {
     for (const char* at = text.c_str(); !m_all && *at; at = g_utf8_next_char(at)) {
         const gunichar character = g_utf8_get_char(at);
-        if (character < firstOfOtherScripts || (character >= firstLatinAgain && character <= lastLatinAgain)) {
+        if (character < firstOfOtherScripts ||
+            (character >= firstLatinAgain && character <= lastLatinAgain)) {
             continue;
         }
         m_all = true; // also when it fails: there is nothing more to load

@@ -131,15 +131,14 @@ void Painter::paintBox(const Rect& box, const Style& style, const Look& look) {
     }
 }
 
-void Painter::paintMarker(const Rect& box, const Look& look) {
+void Painter::paintMarker(const Rect& box, const Look& look, bool mirrored) {
     constexpr int thickness = 6;
-    const bool rtl = m_pages.rightToLeft();
     Rect bar;
     switch (look.marker) {
     case Marker::None:
         return;
     case Marker::Start:
-        bar = {rtl ? box.x + box.w - thickness - 4 : box.x + 4, box.y + box.h / 5, thickness,
+        bar = {mirrored ? box.x + box.w - thickness - 4 : box.x + 4, box.y + box.h / 5, thickness,
                box.h - 2 * (box.h / 5)};
         break;
     case Marker::Bottom:
@@ -172,6 +171,7 @@ void Painter::paintProgress(const Item& item) {
     source(look.icon);
     cairo_fill(m_cairo);
     cairo_restore(m_cairo);
+    cairo_new_path(m_cairo);
     cairo_arc(m_cairo, track.x + reach, box.y + box.h / 2.0, knob / 2.0, 0, 2 * std::numbers::pi);
     source(look.text);
     cairo_fill(m_cairo);
@@ -186,6 +186,7 @@ void Painter::paintAnimation(const Item& item) {
     const double y = box.y + box.h / 2.0;
     cairo_set_line_width(m_cairo, style.thickness);
     cairo_set_line_cap(m_cairo, CAIRO_LINE_CAP_ROUND);
+    cairo_new_path(m_cairo);
     cairo_arc(m_cairo, x, y, radius, 0, 2 * std::numbers::pi);
     source(look.fill);
     cairo_stroke(m_cairo);

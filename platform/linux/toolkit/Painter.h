@@ -29,6 +29,7 @@ private:
     void paintLeaving(const Motion::Leaving& leaving, const Rect& area);
     void paintItem(Item& item, const Rect& area);
     void paintLabel(Item& item);
+    std::string shownText(const Item& item) const;
     void paintProgress(const Item& item);
     void paintAnimation(const Item& item);
     void paintList(Item& item, const Rect& area);
@@ -36,7 +37,7 @@ private:
     void paintScrollBar(const CUI_BtList::Impl& list);
 
     void paintBox(const Rect& box, const Style& style, const Look& look);
-    void paintMarker(const Rect& box, const Look& look);
+    void paintMarker(const Rect& box, const Look& look, bool mirrored);
     void paintText(KeptLayout& kept, const std::string& text, const Rect& box, const Style& style,
                    const Look& look, Align align);
     KeptLayout& keptRow(CUI_BtList::Impl& list, int index);

@@ -61,7 +61,7 @@ void Painter::paintRow(CUI_BtList::Impl& list, int index) {
     const Rect place = list.rowRect(index);
     const Rect box{place.x, place.y, place.w - scrollBarWidth - 8, place.h - style.rowGap};
     paintBox(box, style, look);
-    paintMarker(box, look);
+    paintMarker(box, look, false); // rows keep their number on the left in every language
 
     const int icon = style.iconSize;
     const int left = box.x + style.padding;

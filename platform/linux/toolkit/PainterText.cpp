@@ -54,21 +54,32 @@ void Painter::paintText(KeptLayout& kept, const std::string& text, const Rect& b
     pango_cairo_show_layout(m_cairo, layout);
 }
 
+std::string Painter::shownText(const Item& item) const {
+    if (item.spec.kind == ItemKind::Icon) {
+        return {};
+    }
+    // Texts of the resource are whole sentences of the language, so their full stop belongs at the sentence's
+    // end. Names of other languages stay in the order that suits a row number in front of them.
+    const bool rtlSentence = m_pages.rightToLeft() && item.textId != 0 && !item.text.empty();
+    return rtlSentence ? "\u202B" + item.text + "\u202C" : item.text;
+}
+
 void Painter::paintLabel(Item& item) {
     const Style& style = m_pages.style(item);
     const auto [look, buttonState] = appearance(item);
     Rect box = item.spec.rect;
+    const bool rtl = m_pages.rightToLeft();
+    const std::string text = shownText(item);
     if (style.hugs) {
-        const bool blank = item.text.find_first_not_of(' ') == std::string::npos;
-        const int width =
-            blank ? 0 : naturalWidth(item.kept, item.text, style, look.bold) + 1 + 2 * style.padding;
+        const bool blank = text.find_first_not_of(' ') == std::string::npos;
+        const int width = blank ? 0 : naturalWidth(item.kept, text, style, look.bold) + 1 + 2 * style.padding;
         box.w = std::min(box.w, width);
     }
     if (box.empty()) {
         return;
     }
     paintBox(box, style, look);
-    paintMarker(box, look);
+    paintMarker(box, look, rtl);
 
     Rect inner{box.x + style.padding, box.y + look.nudge, box.w - 2 * style.padding, box.h};
     if (!item.spec.pictureOfText.empty()) {
@@ -81,21 +92,20 @@ void Painter::paintLabel(Item& item) {
         return;
     }
     const int picture = look.icon == noColor ? 0 : item.icon(buttonState);
-    const std::string& text = item.spec.kind == ItemKind::Icon ? std::string() : item.text;
     if (picture == 0) {
         cairo_rectangle(m_cairo, box.x, box.y, box.w, box.h);
         cairo_clip(m_cairo);
         return paintText(item.kept, text, inner, style, look, style.align);
     }
     const int icon = style.iconSize;
-    const bool rtl = m_pages.rightToLeft();
     int x = inner.x + (inner.w - icon) / 2;
     int y = inner.y + (inner.h - icon) / 2;
     Align align = style.align;
-    if (style.iconAt == IconAt::Start) {
-        x = rtl ? inner.x + inner.w - icon : inner.x;
+    if (style.iconAt == IconAt::Start || style.iconAt == IconAt::Left) {
+        const bool mirrored = rtl && style.iconAt == IconAt::Start;
+        x = mirrored ? inner.x + inner.w - icon : inner.x;
         const int taken = icon + style.gap;
-        inner = {rtl ? inner.x : inner.x + taken, inner.y, inner.w - taken, inner.h};
+        inner = {mirrored ? inner.x : inner.x + taken, inner.y, inner.w - taken, inner.h};
     } else if (style.iconAt == IconAt::Top && !text.empty()) {
         const int lines = style.lines * style.textSize * 4 / 3;
         const int top = inner.y + (inner.h - icon - style.gap - lines) / 2;

@@ -31,7 +31,7 @@ inline constexpr int noColor = -1; ///< where a palette index may be missing: no
 
 enum class Marker { None, Start, Bottom };
 enum class Align { Left, Center, Right, Start, End }; ///< Start and End follow the language's direction
-enum class IconAt { Center, Start, Top };
+enum class IconAt { Center, Left, Start, Top };
 enum class LookState { Normal, Pressed, Selected, Disabled };
 inline constexpr int lookStates = 4;
 

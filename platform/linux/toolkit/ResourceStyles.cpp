@@ -14,8 +14,8 @@ constexpr std::array<std::pair<const char*, Align>, 5> alignments = {{{"left", A
                                                                       {"right", Align::Right},
                                                                       {"start", Align::Start},
                                                                       {"end", Align::End}}};
-constexpr std::array<std::pair<const char*, IconAt>, 3> iconPlaces = {
-    {{"center", IconAt::Center}, {"start", IconAt::Start}, {"top", IconAt::Top}}};
+constexpr std::array<std::pair<const char*, IconAt>, 4> iconPlaces = {
+    {{"center", IconAt::Center}, {"left", IconAt::Left}, {"start", IconAt::Start}, {"top", IconAt::Top}}};
 constexpr std::array<std::pair<const char*, Marker>, 3> markers = {
     {{"none", Marker::None}, {"start", Marker::Start}, {"bottom", Marker::Bottom}}};
 

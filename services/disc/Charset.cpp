@@ -116,17 +116,32 @@ bool isLatinLetter(char32_t c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-// Cyrillic words are whole words of Cyrillic letters with capitals in front only (or throughout).
+bool isCyrillic(char32_t c) {
+    return g_unichar_get_script(c) == G_UNICODE_SCRIPT_CYRILLIC;
+}
+
+// Letters that no Cyrillic word begins with: hard and soft sign, yery.
+bool neverFirst(char32_t c) {
+    const char32_t lower = g_unichar_tolower(c);
+    return lower >= 0x044A && lower <= 0x044C;
+}
+
+// Cyrillic words are whole words of Cyrillic letters, with a capital in front only or capitals throughout.
 double cyrillicHabits(const std::u32string& text) {
     double points = 0;
-    for (size_t i = 1; i < text.size(); ++i) {
-        const bool here = g_unichar_get_script(text[i]) == G_UNICODE_SCRIPT_CYRILLIC;
-        const bool before = g_unichar_get_script(text[i - 1]) == G_UNICODE_SCRIPT_CYRILLIC;
-        if (here && before) {
-            points += g_unichar_isupper(text[i]) && g_unichar_islower(text[i - 1]) ? -3.0 : 0.5;
-        } else if ((here && isLatinLetter(text[i - 1])) || (before && isLatinLetter(text[i]))) {
-            points -= 3.0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool here = isCyrillic(text[i]);
+        const bool before = i > 0 && isCyrillic(text[i - 1]);
+        if (here && !before) {
+            points -= neverFirst(text[i]) ? 4.0 : 0.0;
         }
+        if (here && before) {
+            const bool rises = g_unichar_isupper(text[i]) && g_unichar_islower(text[i - 1]);
+            const bool falls = g_unichar_islower(text[i]) && i > 1 && g_unichar_isupper(text[i - 1]) && g_unichar_isupper(text[i - 2]);
+            points += rises ? -6.0 : falls ? -3.0 : 0.5;
+        }
+        const bool mixed = i > 0 && ((here && isLatinLetter(text[i - 1])) || (before && isLatinLetter(text[i])));
+        points -= mixed ? 3.0 : 0.0;
     }
     return points;
 }

@@ -1,0 +1,551 @@
+#include "tests/disc/DiscUnit.h"
+
+#include <gtest/gtest.h>
+
+using namespace zm::test;
+using namespace zm::disc;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Root: 1 and 2; folder 2 "a": 1, 2, 3; all short tones of different titles.
+void makeDisc(const TempFolder& disc, int seconds = 30) {
+    place(toneFile("mp3", seconds, "Root one", "Ann", "First", 1), disc / "1.mp3");
+    place(toneFile("ogg", seconds, "Root two", "Ann", "First", 2), disc / "2.ogg");
+    place(toneFile("flac", seconds, "A one", "Bob", "Second", 1), disc / "a/01.flac");
+    place(toneFile("m4a", seconds, "A two", "Bob", "Second", 2), disc / "a/02.m4a");
+    place(toneFile("mp3", seconds, "A three", "Bob", "Second", 3), disc / "a/03.mp3");
+}
+
+class DiscService : public testing::Test {
+protected:
+    void SetUp() override { makeDisc(m_disc); }
+
+    void play() { m_unit.play(m_disc.path().string()); }
+
+    // The next "trackinfo" of file `file` in folder `folder`.
+    Published nextTrack(int folder, int file) {
+        return m_unit.next("trackinfo", [=](const Published& each) {
+            return each.json()["parentFolder"] == folder && each.json()["curmediaid"] == file;
+        });
+    }
+    Published nextTitle(const std::string& title) {
+        return m_unit.next("ID3", [=](const Published& each) { return each.json()["title"] == title; });
+    }
+    Published nextTime(int from, int to, std::chrono::milliseconds timeout = 15s) {
+        return m_unit.next(
+            "playtime",
+            [=](const Published& each) { return each.json()["time"] >= from && each.json()["time"] <= to; }, timeout);
+    }
+    void nextTip(int tip) { m_unit.next("msgtip", std::to_string(tip)); }
+
+    TempFolder m_disc;
+    DiscUnit m_unit;
+};
+
+} // namespace
+
+// ---- insertion
+
+TEST_F(DiscService, AnEmptyDriveIsPublishedAtStart) {
+    m_unit.startService();
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "empty"; });
+    EXPECT_EQ(m_unit.recorder().text().find("disc=1"), std::string::npos);
+    const auto text = m_unit.recorder().text();
+    for (const char* line :
+         {"device disc=0", "device mediatype=255", "device errorstatus=0", "status discstate=0", "mpeginfo version=1.0",
+          "status playstate={\"repeat\":2,\"shuffle\":0,\"scan\":0}"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+    }
+}
+
+TEST_F(DiscService, InsertionIsPublishedInItsOrder) {
+    m_unit.startService();
+    m_unit.mark();
+    m_unit.request({{"op", "insert"}, {"path", m_disc.path().string()}});
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "loaded"; });
+    const auto text = m_unit.recorder().text();
+    size_t at = text.find("drive drive=");
+    for (const char* line : {"drive drivestate={\"state\":\"reading\"", "device disc=1", "status discstate=1", "device mixedtype=2",
+                             "device mediatype=2", "status updatedb=65537", "drive drivestate={\"state\":\"loaded\""}) {
+        at = text.find(line, at);
+        ASSERT_NE(at, std::string::npos) << line << " is missing or too early in\n" << text;
+    }
+}
+
+TEST_F(DiscService, EachKindsCatalogueIsReported) {
+    writeFile(m_disc / "clip.mp4", "");
+    writeFile(m_disc / "photo.jpg", "");
+    m_unit.startService(m_disc.path().string());
+    m_unit.next("mixedtype", "14");
+    m_unit.next("mediatype", "2");
+    for (int kind = 0; kind < 3; ++kind) {
+        m_unit.next("updatedb", "65537");
+    }
+}
+
+TEST_F(DiscService, TheDiscWaitsUntilTheSourceIsRequested) {
+    m_unit.startService(m_disc.path().string());
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "loaded"; });
+    EXPECT_FALSE(m_unit.follows("discstate", "2", 500ms));
+    m_unit.mark();
+    m_unit.command(187, 1, 0);
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, RequestingTheSourceRepeatsMediaTypeAndThenDiscState) {
+    play();
+    m_unit.command(187, 1, 0);
+    m_unit.next("mediatype", "2");
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, ThePlayingItemIsPublishedBeforeTheStatePlaying) {
+    m_unit.startService(m_disc.path().string());
+    m_unit.command(187, 1, 0);
+    const auto track = nextTrack(1, 1).json();
+    EXPECT_EQ(track["curmediaids"], 2);
+    EXPECT_EQ(track["mediaid"], 1);
+    EXPECT_EQ(track["mediaids"], 5);
+    EXPECT_EQ(nextTitle("Root one").json()["artist"], "Ann");
+    EXPECT_EQ(nextTime(0, 0).json()["tracktime"], 30);
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, TheSourceStaysRequestedForTheNextDisc) {
+    play();
+    TempFolder other;
+    place(toneFile("mp3", 30, "Other"), other / "x.mp3");
+    m_unit.request({{"op", "insert"}, {"path", other.path().string()}});
+    m_unit.next("disc", "0");
+    m_unit.next("trackinfo", [](const Published& each) { return each.json()["mediaids"] == 0; });
+    m_unit.next("disc", "1");
+    m_unit.nextState(PlayState::Loading);
+    nextTitle("Other");
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, ANewDiscShowsNothingOfTheOldOne) {
+    play();
+    TempFolder other;
+    writeFile(other / "clip.mp4", "");
+    m_unit.command(187, 0, 0);
+    m_unit.nextState(PlayState::Stopped);
+    m_unit.request({{"op", "insert"}, {"path", other.path().string()}});
+    m_unit.next("disc", "0");
+    m_unit.next("mediatype", "255");
+    m_unit.next("trackinfo", [](const Published& each) { return each.json()["curmediaid"] == 0; });
+    m_unit.next("ID3", [](const Published& each) { return each.json()["title"] == ""; });
+    m_unit.next("playtime", [](const Published& each) { return each.json()["tracktime"] == 0; });
+    m_unit.next("disc", "1");
+    m_unit.next("mixedtype", "4");
+}
+
+TEST_F(DiscService, APathThatCannotBeReadIsAnErrorThatNamesItAndChangesNothing) {
+    play();
+    for (const std::string& path : {m_disc / "nowhere", m_disc / "1.mp3"}) {
+        m_unit.mark();
+        m_unit.request({{"op", "insert"}, {"path", path}});
+        const auto state =
+            m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "error"; }).json();
+        EXPECT_EQ(state["path"], path);
+        EXPECT_NE(state["text"].get<std::string>().find(path), std::string::npos);
+    }
+    nextTime(0, 30);
+    EXPECT_EQ(m_unit.since("disc"), std::vector<std::string>{});
+}
+
+TEST_F(DiscService, ADiscWithNothingToPlayIsADiscError) {
+    TempFolder empty;
+    m_unit.startService(empty.path().string());
+    m_unit.next("disc", "1");
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "error"; });
+    m_unit.nextState(PlayState::Error);
+}
+
+// ---- commands
+
+TEST_F(DiscService, PlayTimeComesAtLeastTwiceASecondWithSmoothSeconds) {
+    play();
+    const auto begin = m_unit.next("playtime", [](const Published&) { return true; });
+    int updates = 0;
+    int last = begin.json()["time"];
+    Published time;
+    do {
+        time = m_unit.next("playtime", [](const Published&) { return true; });
+        const int now = time.json()["time"];
+        EXPECT_GE(now, last);
+        EXPECT_LE(now, last + 1);
+        last = now;
+        ++updates;
+    } while (last < 3);
+    const std::chrono::duration<double> took = time.when - begin.when;
+    EXPECT_GE(updates / took.count(), 2.0);
+    EXPECT_NEAR(took.count(), 3.0, 1.0);
+}
+
+TEST_F(DiscService, NextAndPreviousMoveThroughTheDisc) {
+    play();
+    m_unit.command(1);
+    nextTrack(1, 2);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.command(1);
+    EXPECT_EQ(nextTrack(2, 1).json()["mediaid"], 3);
+    nextTitle("A one");
+    nextTip(3);
+    m_unit.command(2);
+    nextTrack(1, 2);
+    nextTip(2);
+    m_unit.command(2);
+    nextTrack(1, 1);
+    m_unit.command(2);
+    nextTrack(2, 3);
+}
+
+TEST_F(DiscService, EqualCommandsCountEach) {
+    play();
+    for (int i = 0; i < 4; ++i) {
+        m_unit.command(1);
+    }
+    nextTrack(2, 3);
+}
+
+TEST_F(DiscService, CommandsFromBeforeTheStartAreNotCarriedOut) {
+    play();
+    m_unit.command(1);
+    nextTrack(1, 2);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.stopService();
+    m_unit.mark();
+    m_unit.startService();
+    nextTrack(1, 1);
+    m_unit.nextState(PlayState::Playing);
+    EXPECT_FALSE(m_unit.follows("msgtip", "3", 500ms));
+}
+
+TEST_F(DiscService, PlayPauseTogglesAndPauseAndPlayDoNot) {
+    play();
+    m_unit.command(5);
+    m_unit.nextState(PlayState::Paused);
+    nextTip(5);
+    m_unit.command(5);
+    m_unit.nextState(PlayState::Playing);
+    nextTip(6);
+    m_unit.command(131);
+    m_unit.command(130);
+    m_unit.nextState(PlayState::Paused);
+    m_unit.mark();
+    m_unit.command(130);
+    EXPECT_FALSE(m_unit.follows("discstate", "2", 300ms));
+    m_unit.command(131);
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, NoPlayTimePassesWhilePaused) {
+    play();
+    nextTime(1, 5);
+    m_unit.command(130);
+    m_unit.nextState(PlayState::Paused);
+    nextTip(5);
+    EXPECT_FALSE(m_unit.follows("playtime", "none", 700ms));
+    const auto times = m_unit.since("playtime");
+    EXPECT_LE(times.size(), 1u) << "at most the position at which it stands";
+}
+
+TEST_F(DiscService, SeekGoesToTheSecond) {
+    play();
+    m_unit.command(185, 20);
+    nextTime(20, 20);
+    nextTime(21, 21);
+    m_unit.command(130);
+    m_unit.nextState(PlayState::Paused);
+    m_unit.command(185, 5);
+    nextTime(5, 5);
+    m_unit.command(131);
+    nextTime(6, 6);
+    m_unit.command(185, -3);
+    nextTime(0, 0);
+}
+
+TEST_F(DiscService, SeekBeyondTheEndGoesOnWithTheNextItem) {
+    play();
+    m_unit.command(185, 1000);
+    nextTrack(1, 2);
+}
+
+TEST_F(DiscService, StopGoesToTheBeginningAndPlayStartsThere) {
+    play();
+    nextTime(1, 3);
+    m_unit.command(22);
+    m_unit.nextState(PlayState::Stopped);
+    nextTime(0, 0);
+    nextTip(4);
+    m_unit.command(131);
+    nextTrack(1, 1);
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, FastForwardStepsThroughItsSpeeds) {
+    play();
+    const char* speeds[] = {"2", "4", "8", "20", "2"};
+    const int tips[] = {18, 19, 20, 21, 18};
+    for (int i = 0; i < 5; ++i) {
+        m_unit.command(3);
+        m_unit.next("playspeed", speeds[i]);
+        m_unit.nextState(PlayState::Forward);
+        nextTip(tips[i]);
+    }
+    m_unit.command(5);
+    m_unit.next("playspeed", "1");
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, FastBackwardStepsThroughItsSpeeds) {
+    play();
+    m_unit.command(185, 25);
+    nextTime(25, 25);
+    const char* speeds[] = {"-2", "-4", "-8", "-20"};
+    for (int i = 0; i < 4; ++i) {
+        m_unit.command(4);
+        m_unit.next("playspeed", speeds[i]);
+        m_unit.nextState(PlayState::Backward);
+        nextTip(22 + i);
+    }
+    m_unit.command(3);
+    m_unit.next("playspeed", "2");
+    m_unit.nextState(PlayState::Forward);
+}
+
+TEST_F(DiscService, FastForwardRunsAtItsSpeed) {
+    play();
+    m_unit.command(3);
+    m_unit.command(3);
+    m_unit.command(3);
+    const auto from = nextTime(4, 6);
+    const auto to = nextTime(20, 22);
+    const double seconds = std::chrono::duration<double>(to.when - from.when).count();
+    EXPECT_NEAR((to.json()["time"].get<int>() - from.json()["time"].get<int>()) / seconds, 8.0, 2.0);
+}
+
+TEST_F(DiscService, FastForwardOverTheEndGoesOnWithTheNextItem) {
+    play();
+    m_unit.command(185, 25);
+    for (int i = 0; i < 4; ++i) {
+        m_unit.command(3);
+    }
+    nextTrack(1, 2);
+    m_unit.next("playtime", [](const Published& each) { return each.json()["time"] == 1; });
+    EXPECT_EQ(m_unit.since("playspeed").size(), 0u) << "back at normal speed";
+}
+
+TEST_F(DiscService, FastBackwardToTheBeginningPlaysOn) {
+    play();
+    m_unit.command(185, 3);
+    nextTime(3, 3);
+    m_unit.command(4);
+    m_unit.command(4);
+    m_unit.nextState(PlayState::Backward);
+    nextTrack(1, 1);
+    m_unit.nextState(PlayState::Playing);
+    nextTime(1, 1);
+}
+
+TEST_F(DiscService, PlayTrackTakesAPackedNumber) {
+    play();
+    m_unit.command(182, (2 << 16) + 3, 1);
+    EXPECT_EQ(nextTrack(2, 3).json()["mediaid"], 5);
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, PlayTrackTakesFileAndFolder) {
+    play();
+    m_unit.command(182, 2, 2);
+    nextTrack(2, 2);
+}
+
+TEST_F(DiscService, PlayTrackTakesAPositionInThePlayingFolder) {
+    play();
+    m_unit.command(182, 2, 0);
+    nextTrack(1, 2);
+}
+
+TEST_F(DiscService, PlayTrackOfTheCurrentItemStartsItAgain) {
+    play();
+    m_unit.command(185, 10);
+    nextTime(10, 10);
+    m_unit.command(182, 1, 0);
+    nextTrack(1, 1);
+    nextTime(0, 0);
+}
+
+TEST_F(DiscService, PlayTrackOfNothingIsRefusedAndPlayingGoesOn) {
+    play();
+    m_unit.command(182, 9, 9);
+    m_unit.next("keyinvalid", [](const Published&) { return true; });
+    nextTip(1);
+    nextTime(1, 5);
+    EXPECT_TRUE(m_unit.since("trackinfo").empty());
+}
+
+TEST_F(DiscService, RepeatModesAreSetAndSteppedThrough) {
+    play();
+    const struct {
+        int command;
+        int mode;
+        int tip;
+    } steps[] = {{1, 1, 7}, {2, 2, 8}, {4, 4, 10}, {8, 8, 9}, {2, 2, 8}, {0, 8, 9}, {0, 4, 10}, {0, 1, 7}, {0, 2, 8}};
+    for (const auto& step : steps) {
+        m_unit.command(9, step.command);
+        m_unit.next("playstate", [&](const Published& each) { return each.json()["repeat"] == step.mode; });
+        nextTip(step.tip);
+    }
+    m_unit.command(9, 3);
+    nextTip(1);
+}
+
+TEST_F(DiscService, ShuffleModesAreSetAndSteppedThrough) {
+    play();
+    const int steps[][2] = {{1, 1}, {2, 2}, {4, 0}, {0, 1}, {0, 2}, {0, 0}};
+    for (const auto& [command, mode] : steps) {
+        m_unit.command(7, command);
+        m_unit.next("playstate", [mode = mode](const Published& each) { return each.json()["shuffle"] == mode; });
+    }
+    m_unit.command(7, 9);
+    nextTip(1);
+}
+
+TEST_F(DiscService, PassageIsRepeatedBetweenTwoPresses) {
+    play();
+    m_unit.command(185, 10);
+    nextTime(10, 10);
+    m_unit.command(10);
+    nextTime(11, 11);
+    m_unit.command(10);
+    nextTip(12);
+    nextTime(10, 10);
+    m_unit.command(10);
+    nextTip(11);
+    nextTime(13, 13);
+}
+
+TEST_F(DiscService, BrowsingIsAnsweredByTheCatalogueOfTheFolder) {
+    play();
+    m_unit.command(186, 2, 2);
+    m_unit.next("updatedb", std::to_string(0x10000 + 2));
+    m_unit.command(142, 4, 0);
+    m_unit.next("updatedb", std::to_string(0x10000 + 1));
+    nextTime(1, 20);
+    EXPECT_TRUE(m_unit.since("mediatype").empty()) << "playing goes on meanwhile";
+}
+
+TEST_F(DiscService, CommandsOfOtherDiscsAreRefused) {
+    play();
+    for (const int command : {12, 18, 19, 21, 145, 183, 184, 188, 189}) {
+        m_unit.command(command, 1, 1);
+        nextTip(1);
+    }
+}
+
+TEST_F(DiscService, UnknownCommandsDoNothing) {
+    play();
+    m_unit.command(9999);
+    m_unit.command(-1);
+    m_unit.command(1);
+    nextTrack(1, 2);
+}
+
+TEST_F(DiscService, SourceOffSilencesAndSourceOnGoesOnWhereItWas) {
+    play();
+    m_unit.command(185, 12);
+    nextTime(12, 12);
+    m_unit.command(187, 0, 0);
+    m_unit.nextState(PlayState::Stopped);
+    m_unit.mark();
+    EXPECT_FALSE(m_unit.follows("discstate", "2", 300ms));
+    m_unit.command(187, 1, 0);
+    nextTrack(1, 1);
+    m_unit.nextState(PlayState::Playing);
+    nextTime(12, 14);
+}
+
+// ---- the end of an item
+
+TEST(DiscServiceEnd, TheNextItemFollowsAndTheDiscGoesRound) {
+    TempFolder disc;
+    makeDisc(disc, 1);
+    DiscUnit unit;
+    unit.play(disc.path().string());
+    for (const int position : {2, 3, 4, 5, 1}) {
+        unit.next("trackinfo", [=](const Published& each) { return each.json()["mediaid"] == position; });
+    }
+}
+
+TEST(DiscServiceEnd, RepeatOffStopsAfterTheLastItem) {
+    TempFolder disc;
+    makeDisc(disc, 1);
+    DiscUnit unit;
+    unit.play(disc.path().string());
+    unit.command(9, 1);
+    unit.command(182, 3, 2);
+    unit.next("trackinfo", [](const Published& each) { return each.json()["mediaid"] == 5; });
+    unit.nextState(PlayState::Stopped);
+    unit.next("trackinfo", [](const Published& each) { return each.json()["mediaid"] == 1; });
+}
+
+// ---- ejection
+
+TEST_F(DiscService, EjectIsAnsweredAtOnceAndEmptiesTheDrive) {
+    play();
+    m_unit.command(13);
+    const auto asked = m_unit.next("zmcmd", [](const Published&) { return true; });
+    const auto answer = m_unit.nextState(PlayState::Ejecting);
+    EXPECT_LE(answer.when - asked.when, 200ms);
+    m_unit.next("disc", "0");
+    m_unit.next("mixedtype", "0");
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "empty"; });
+    m_unit.mark();
+    m_unit.command(131);
+    EXPECT_FALSE(m_unit.follows("discstate", "2", 300ms));
+    m_unit.request({{"op", "insert"}, {"path", m_disc.path().string()}});
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, TheDrivesOwnEjectDoesTheSame) {
+    play();
+    m_unit.request({{"op", "eject"}});
+    m_unit.nextState(PlayState::Ejecting);
+    m_unit.next("disc", "0");
+}
+
+// ---- restarts
+
+TEST_F(DiscService, AServiceStartedAgainFindsItsDiscAndItsSource) {
+    play();
+    m_unit.stopService();
+    m_unit.mark();
+    m_unit.startService("/another/disc/on/the/command/line");
+    m_unit.next("disc", "0");
+    m_unit.next("disc", "1");
+    nextTitle("Root one");
+    m_unit.nextState(PlayState::Playing);
+}
+
+TEST_F(DiscService, EverythingIsPublishedAgainWhenTheObjectsAreStartedAnew) {
+    play();
+    m_unit.stopObjects();
+    m_unit.mark();
+    m_unit.startObjects();
+    m_unit.next("mediatype", "2");
+    m_unit.next("disc", "1");
+    m_unit.next("ID3", [](const Published& each) { return each.json()["title"] == "Root one"; });
+    m_unit.nextState(PlayState::Playing);
+    m_unit.next("playtime", [](const Published&) { return true; });
+}
+
+TEST(DiscServiceStart, FailsWithoutTheObjectsService) {
+    TempFolder runtime;
+    zm::EventLoop loop;
+    const auto service = Service::start(loop, runtime.path().string(), runtime / "db", "");
+    ASSERT_FALSE(service);
+    EXPECT_NE(service.error().find(runtime.path().string()), std::string::npos);
+}

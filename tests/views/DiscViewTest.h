@@ -21,8 +21,12 @@ struct DiscViewTest {
     void setListFrom(int source) { set(&DiscView::m_nCurListFrom, source); }
     int playListFrom() { return get(&DiscView::m_nPlayListFrom); }
     int listTopIndex() { return get(&DiscView::m_nListTopIndex); }
+    void setListTopIndex(int row) { set(&DiscView::m_nListTopIndex, row); }
     int folderTopIndex() { return get(&DiscView::m_nFolderTopIndex); }
+    void setFolderTopIndex(int row) { set(&DiscView::m_nFolderTopIndex, row); }
     int folderCurSel() { return get(&DiscView::m_nFolderCurSel); }
+    void setFolderCurSel(int row) { set(&DiscView::m_nFolderCurSel, row); }
+    void setPlayListFrom(int list) { set(&DiscView::m_nPlayListFrom, list); }
     int clickFolderId() { return get(&DiscView::m_nClickFolderId); }
     bool followsPlaying() { return get(&DiscView::m_bSelPlayingRow); }
     void setFollowsPlaying(bool follows) { set(&DiscView::m_bSelPlayingRow, follows); }
@@ -41,6 +45,42 @@ struct DiscViewTest {
     void ageLastPause(std::chrono::seconds age) {
         m_unit.onViewThread([this, age] { m_unit.view().m_tvLastPause.tv_sec -= age.count(); });
     }
+    /** What the worker says about itself. */
+    void setCatalogueFinished(bool finished) {
+        m_unit.onViewThread([this, finished] { m_unit.view().m_discDb.SetFinishFlag(finished); });
+    }
+    void waitForQuery() {
+        m_unit.onViewThread([this] { m_unit.view().SetQueryWaitTimer(); });
+    }
+    void insertRows(int source) {
+        m_unit.onViewThread([this, source] { m_unit.view().InsertUIListData(source); });
+    }
+    void clickRow(int playType, int source, int line) {
+        m_unit.onViewThread([=, this] { m_unit.view().OnHandleUIListClick(playType, source, line); });
+        m_unit.settle();
+    }
+    void queryFolderList(int folder) {
+        m_unit.onViewThread([this, folder] { m_unit.view().OnQueryFolderList(folder); });
+        m_unit.settle();
+    }
+    void queryFolderList2(int folder) {
+        m_unit.onViewThread([this, folder] { m_unit.view().OnQueryFolderList2(folder); });
+        m_unit.settle();
+    }
+    void queryAllFolders() {
+        m_unit.onViewThread([this] { m_unit.view().OnQueryAllFolders(); });
+        m_unit.settle();
+    }
+    void gotoFolder(int folder) {
+        m_unit.onViewThread([this, folder] { m_unit.view().OnGotoFolderListPage(folder); });
+        m_unit.settle();
+    }
+    void openFolder(int source, int line) {
+        m_unit.onViewThread([=, this] { m_unit.view().OnOpenFolder(source, line); });
+        m_unit.settle();
+    }
+    /** The view without its folder list control. */
+    void dropFolderList() { set(&DiscView::m_pFolderAudioList, static_cast<CUI_BtList*>(nullptr)); }
     void showLeftState(int window, int source) {
         m_unit.onViewThread([this, window, source] { m_unit.view().SetShowLeftState(window, source); });
     }

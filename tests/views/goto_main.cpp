@@ -1,0 +1,159 @@
+#include "tests/views/goto_pad.h"
+
+namespace zm::test {
+
+class GotoMain : public GotoPad {
+protected:
+    void open(int type, const Track& track) {
+        play(type);
+        unit.disc.track(track);
+        unit.key(K_GOTO);
+        forget();
+    }
+    View& padView() override { return unit.main; }
+    void clickPad(int control) override { unit.click(WND_GOTO, control, BT_STATE_RELEASED); }
+};
+
+TEST_F(GotoMain, OpensForTheFilesOfTheFolder) {
+    for (const int type : {PLAY_TYPE_MUSIC, PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
+        open(type, {.curMediaIds = 12, .mediaIds = 40});
+        EXPECT_EQ(unit.main.window(), WND_GOTO) << type;
+        EXPECT_EQ(display(), "_/12") << type;
+        EXPECT_EQ(caption(), 14122);
+        EXPECT_EQ(inside.state(), VIEW_STATE_GOTO);
+    }
+}
+
+TEST_F(GotoMain, OpensForTheTracksOfACd) {
+    open(PLAY_TYPE_CD, {.curMediaIds = 40, .mediaIds = 12});
+    EXPECT_EQ(display(), "_/12");
+}
+
+TEST_F(GotoMain, OnlyNumbersWithinTheBoundCanBeTyped) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    expectEnabling();
+    EXPECT_FALSE(unit.log("[DealInputNum]-[DiscOsdView::DealInputNum] nInputNum=12").empty());
+    EXPECT_FALSE(unit.log("[DealInputNum]-[DiscOsdView::DealInputNum] totalNum=12").empty());
+}
+
+TEST_F(GotoMain, WithoutACountNothingCanBeTyped) {
+    open(PLAY_TYPE_CD, {});
+    expectNothingCanBeTyped();
+}
+
+TEST_F(GotoMain, DigitsAreShownBeforeTheBound) {
+    open(PLAY_TYPE_MUSIC, {.curMediaIds = 12345});
+    expectTyping();
+}
+
+TEST_F(GotoMain, EachKeyBeepsButTheCaption) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    for (const int control : {511, 519, 520, 523, 531}) {
+        forget();
+        clickPad(control);
+        EXPECT_EQ(beeps(), 1) << control;
+    }
+    forget();
+    clickPad(GOTO_ITEM_MODE);
+    EXPECT_THAT(unit.requests(), IsEmpty());
+}
+
+TEST_F(GotoMain, OtherKeysGoToTheSourceGroup) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    clickPad(SRC_CTRL_RADIO);
+    EXPECT_THAT(applications(), ElementsAre("zmradio null"));
+}
+
+TEST_F(GotoMain, OkOnACdTouchesTheRowOfTheTrack) {
+    catalogue.sql("DELETE FROM files");
+    catalogue.file(11, 1, Catalogue::Music, "first");
+    catalogue.file(12, 1, Catalogue::Music, "second");
+    play(PLAY_TYPE_CD);
+    unit.click(WND_AUDIO_PLAY, ITEM_TO_LIST, BT_STATE_RELEASED);
+    unit.advance(50ms);
+    open(PLAY_TYPE_CD, {.mediaId = 11, .mediaIds = 2});
+    type("2");
+    clickPad(GOTO_KEY_OK);
+    EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClick] nPlayType=1,nUiFrom=9,nLine=1").empty());
+    EXPECT_THAT(unit.commands(), ElementsAre("182,12,1"));
+    EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
+}
+
+struct MainOkCase {
+    int type;
+    const char* command;
+    int state;
+};
+
+TEST_F(GotoMain, OkPlaysAFileOfTheFolder) {
+    const MainOkCase rows[] = {
+        {PLAY_TYPE_MUSIC, "182,131079,1", VIEW_STATE_AUDIO_PLAY},
+        {PLAY_TYPE_PHOTO, "182,131079,2", VIEW_STATE_PHOTO_PLAY},
+        {PLAY_TYPE_VIDEO, "182,131079,3", VIEW_STATE_VIDEO_PLAY},
+    };
+    for (const MainOkCase& row : rows) {
+        SCOPED_TRACE(row.type);
+        open(row.type, {.curMediaId = 3, .curMediaIds = 12, .parentFolder = 2});
+        type("7");
+        clickPad(GOTO_KEY_OK);
+        EXPECT_THAT(unit.commands(), ElementsAre(row.command));
+        EXPECT_EQ(inside.state(), row.state);
+        EXPECT_EQ(display(), "");
+        EXPECT_THAT(unit.main.shown(), testing::Not(testing::Contains(WND_GOTO)));
+    }
+    EXPECT_EQ(unit.log("[DiscView::OnClickGotoWnd] wParam=0x20007").size(), 3u);
+}
+
+TEST_F(GotoMain, ThePlayingFileSendsNothingButCloses) {
+    for (const int type : {PLAY_TYPE_MUSIC, PLAY_TYPE_PHOTO, PLAY_TYPE_VIDEO}) {
+        open(type, {.curMediaId = 7, .curMediaIds = 12, .parentFolder = 2});
+        this->type("7");
+        clickPad(GOTO_KEY_OK);
+        EXPECT_THAT(unit.commands(), IsEmpty()) << type;
+        EXPECT_EQ(display(), "");
+        EXPECT_THAT(unit.main.shown(), testing::Not(testing::Contains(WND_GOTO)));
+    }
+}
+
+TEST_F(GotoMain, AnInvalidOkKeepsPadAndEntry) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    clickPad(GOTO_KEY_OK);
+    EXPECT_EQ(display(), "_/12");
+    type("9");
+    unit.disc.track({.mediaIds = 5}); // checked against the disc as it is now
+    clickPad(GOTO_KEY_OK);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_EQ(unit.main.window(), WND_GOTO);
+    EXPECT_EQ(display(), "9/12");
+}
+
+TEST_F(GotoMain, TheShownBoundStaysWhileDigitsAreCheckedAgainstTheDisc) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    unit.disc.track({.mediaIds = 5});
+    type("9");
+    EXPECT_EQ(display(), "_/12");
+    type("4");
+    EXPECT_EQ(display(), "4/12");
+}
+
+TEST_F(GotoMain, TheCloseKeyReturnsToTheList) {
+    open(PLAY_TYPE_MUSIC, {.curMediaId = 1, .curMediaIds = 12, .mediaIds = 12, .parentFolder = 1});
+    type("1");
+    forget();
+    clickPad(GOTO_KEY_CLOSE);
+    EXPECT_EQ(beeps(), 1);
+    unit.advance(50ms);
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
+    unit.advance(7950ms); // back to the play page
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+}
+
+TEST_F(GotoMain, OpeningClearsTheEntry) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    type("1");
+    unit.key(K_GOTO);
+    EXPECT_EQ(display(), "_/12");
+}
+
+} // namespace zm::test

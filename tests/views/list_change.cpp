@@ -1,0 +1,280 @@
+#include "tests/views/list_view.h"
+
+namespace zm::test {
+
+struct TabCase {
+    int tab;
+    int type;
+    int bit;
+    int noFileText;
+    int source;
+    int state;
+    const char* command;
+    int playList;
+    int menuItem;
+};
+
+constexpr TabCase TABS[] = {
+    {503, 2, 2, 71, 6, 2, "186,2,1", 0, 542},
+    {504, 3, 4, 72, 8, 3, "186,3,1", 1, 545},
+    {505, 4, 8, 70, 7, 4, "142,4,0", 2, 546}, // a format, where the others send a list
+};
+
+class ListChange : public ListView {
+protected:
+    /** Something of another type plays. */
+    void playOther(const TabCase& tab) {
+        play(tab.type == PLAY_TYPE_MUSIC ? PLAY_TYPE_VIDEO : PLAY_TYPE_MUSIC);
+        unit.disc.mixedType(14);
+        forget();
+    }
+};
+
+TEST_F(ListChange, EachTabListsItsFiles) {
+    for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
+        for (const TabCase& tab : TABS) {
+            SCOPED_TRACE(tab.tab);
+            playOther(tab);
+            press(tab.tab, page);
+            EXPECT_EQ(beeps(), 1);
+            EXPECT_THAT(unit.commands(), ElementsAre(tab.command));
+            EXPECT_EQ(inside.browsedType(), tab.type);
+            EXPECT_EQ(inside.listFrom(), tab.source);
+            EXPECT_EQ(inside.state(), tab.state);
+            EXPECT_EQ(inside.playListFrom(), tab.playList);
+            EXPECT_TRUE(inside.followsPlaying());
+            EXPECT_FALSE(inside.noFileOfType());
+            EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+            EXPECT_EQ(tip().textId, 33);
+            EXPECT_TRUE(tip().visible);
+            EXPECT_THAT(list().rows, IsEmpty());
+            EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, tab.menuItem).state, ITEM_STATE_SELECTED);
+            EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, tab.tab).state, ITEM_STATE_SELECTED);
+            tick();
+            EXPECT_EQ(list().rows.size(), 12u);
+        }
+    }
+}
+
+TEST_F(ListChange, ADiscWithoutTheTypeShowsItsTextOverAnEmptyList) {
+    for (const TabCase& tab : TABS) {
+        SCOPED_TRACE(tab.tab);
+        playOther(tab);
+        press(tab.type == PLAY_TYPE_MUSIC ? ITEM_TAB_VIDEO : ITEM_TAB_MUSIC);
+        tick();
+        unit.disc.mixedType(14 & ~tab.bit);
+        forget();
+        press(tab.tab);
+        EXPECT_THAT(unit.commands(), IsEmpty());
+        EXPECT_TRUE(inside.noFileOfType());
+        EXPECT_THAT(list().rows, IsEmpty());
+        EXPECT_EQ(tip().textId, tab.noFileText);
+        EXPECT_TRUE(tip().visible);
+        EXPECT_EQ(inside.state(), tab.state);
+        EXPECT_EQ(inside.listFrom(), tab.source);
+        EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+        EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, tab.menuItem).state, ITEM_STATE_SELECTED);
+    }
+}
+
+TEST_F(ListChange, ATabInItsOwnStateDoesNothingMore) {
+    for (const TabCase& tab : TABS) {
+        playOther(tab);
+        press(tab.tab);
+        tick();
+        forget();
+        press(tab.tab);
+        EXPECT_THAT(unit.commands(), IsEmpty()) << tab.tab;
+        EXPECT_EQ(list().rows.size(), 12u);
+    }
+}
+
+TEST_F(ListChange, MusicAndVideoAreLoggedButNotPhoto) {
+    playOther(TABS[0]);
+    inside.setState(VIEW_STATE_VIDEO_PLAY);
+    press(503);
+    EXPECT_FALSE(unit.log("[OnHandleChangeToMusic]--m_uiCurState:6").empty());
+    press(504);
+    EXPECT_FALSE(unit.log("[OnHandleChangeToVideo]--m_uiCurState:2").empty());
+    press(505);
+    EXPECT_THAT(unit.log("[OnHandleChangeToPhoto]"), IsEmpty());
+}
+
+/** Back from a play page. */
+class ListReturn : public ListView {
+protected:
+    void returnTo(int playType, int playList) {
+        play(playType);
+        unit.disc.mixedType(14);
+        inside.setPlayListFrom(playList);
+        inside.setBrowsedType(PLAY_TYPE_UNKNOWN);
+        inside.setFollowsPlaying(false);
+        forget();
+        press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    }
+};
+
+TEST_F(ListReturn, ToAllFilesOfTheType) {
+    for (const TabCase& tab : TABS) {
+        SCOPED_TRACE(tab.tab);
+        returnTo(tab.type, tab.playList);
+        EXPECT_FALSE(
+            unit.log("[OnHandleUIReturnList]--m_nPlayListFrom:" + std::to_string(tab.playList)).empty());
+        EXPECT_THAT(unit.commands(), ElementsAre("186," + std::to_string(tab.type) + ",1"));
+        EXPECT_EQ(inside.listFrom(), tab.source);
+        EXPECT_EQ(inside.state(), tab.state);
+        EXPECT_EQ(inside.browsedType(), tab.type);
+        EXPECT_TRUE(inside.followsPlaying());
+        tick();
+        EXPECT_EQ(list().rows.size(), 12u);
+        EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    }
+}
+
+TEST_F(ListReturn, ACompleteCatalogueIsNotAskedForAgain) {
+    for (const TabCase& tab : TABS) {
+        play(tab.type);
+        unit.disc.updateDb(0x10000);
+        returnTo(tab.type, tab.playList);
+        EXPECT_THAT(unit.commands(), IsEmpty()) << tab.tab;
+    }
+}
+
+TEST_F(ListReturn, ACompleteCatalogueOfAnotherTypeDoesNotCount) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.updateDb(0x10000);
+    returnTo(PLAY_TYPE_VIDEO, PLAY_LIST_VIDEO);
+    EXPECT_THAT(unit.commands(), ElementsAre("186,3,1"));
+}
+
+TEST_F(ListReturn, ToTheFolderOfWhatPlays) {
+    const struct {
+        int playList;
+        int type;
+        int source;
+        int state;
+    } rows[] = {{3, 2, 1, 2}, {4, 3, 3, 3}, {5, 4, 5, 4}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.playList);
+        returnTo(row.type, row.playList);
+        EXPECT_THAT(unit.commands(), IsEmpty());
+        EXPECT_EQ(inside.listFrom(), row.source);
+        EXPECT_EQ(inside.state(), row.state);
+        EXPECT_EQ(inside.clickFolderId(), 1);
+        tick();
+        EXPECT_EQ(unit.main.window(), WND_FOLDER_LIST);
+        EXPECT_EQ(list(WND_FOLDER_LIST).rows.size(), 12u);
+    }
+}
+
+TEST_F(ListReturn, ToTheTracksOfACd) {
+    returnTo(PLAY_TYPE_CD, PLAY_LIST_CD);
+    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
+    tick();
+    EXPECT_EQ(unit.main.window(), WND_CD_LIST);
+}
+
+TEST_F(ListReturn, ToTheSearchResultWithoutANewQuery) {
+    play(PLAY_TYPE_MUSIC);
+    unit.appData("--song=\"song 1\"");
+    ASSERT_EQ(inside.playListFrom(), PLAY_LIST_SEARCH);
+    loggedAgain("QueryPlayListCmd");
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    EXPECT_FALSE(loggedAgain("QueryPlayListCmd"));
+    EXPECT_EQ(inside.listFrom(), LIST_FROM_SEARCH);
+    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    EXPECT_THAT(list().rowTexts(), ElementsAre("1  song 1", "2  song 10", "3  song 11", "4  song 12"));
+    EXPECT_EQ(list().rows.front().icon(ROW_SLOT_KIND), 140);
+    EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_ALL_MUSIC).state, ITEM_STATE_NORMAL);
+}
+
+TEST_F(ListReturn, ToNothingElse) {
+    returnTo(PLAY_TYPE_MUSIC, 8);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+    EXPECT_EQ(inside.browsedType(), PLAY_TYPE_MUSIC);
+    EXPECT_TRUE(inside.followsPlaying());
+}
+
+/** The disc service writes on in its catalogue. */
+class ListUpdate : public ListView {
+protected:
+    /** The list of all files of the tab is on screen. */
+    void listOf(const TabCase& tab) {
+        play(tab.type == PLAY_TYPE_MUSIC ? PLAY_TYPE_VIDEO : PLAY_TYPE_MUSIC);
+        unit.disc.mixedType(14);
+        press(tab.tab);
+        tick();
+        loggedAgain("QueryPlayListCmd");
+    }
+};
+
+TEST_F(ListUpdate, TheListOfAllFilesIsReadAgainAndGrows) {
+    for (const TabCase& tab : TABS) {
+        SCOPED_TRACE(tab.tab);
+        listOf(tab);
+        catalogue.file(500, 9, static_cast<Catalogue::Type>(tab.type - 1), "new");
+        unit.disc.updateDb(77);
+        EXPECT_TRUE(loggedAgain("QueryPlayListCmd"));
+        tick();
+        EXPECT_EQ(list().rows.size(), 13u);
+        EXPECT_EQ(list().rows.back().text, "13  new");
+    }
+    EXPECT_FALSE(
+        unit.log("[DiscView::OnUserMsgUpdateDb] m_nClickFolderId=1,m_uiCurState=4,m_nCurListFrom=7").empty());
+    EXPECT_FALSE(unit.log("[DiscView::OnUserMsgUpdateDb] m_nCurType=4").empty());
+}
+
+TEST_F(ListUpdate, RowsAlreadyShownAreNotRewritten) {
+    listOf(TABS[0]);
+    catalogue.sql("UPDATE files SET filename = 'renamed'");
+    unit.disc.updateDb(1);
+    tick();
+    EXPECT_EQ(list().rows.front().text, "1  song 1");
+}
+
+TEST_F(ListUpdate, AListOfFoldersIsNotReadAgain) {
+    for (const TabCase& tab : TABS) {
+        listOf(tab);
+        press(ITEM_FOLDER_MENU);
+        tick();
+        loggedAgain("QueryPlayListCmd");
+        unit.disc.updateDb(0x10001);
+        EXPECT_FALSE(loggedAgain("QueryPlayListCmd")) << tab.tab;
+    }
+}
+
+TEST_F(ListUpdate, AFolderIsReadAgainWhenItWasUpdated) {
+    for (const TabCase& tab : TABS) {
+        SCOPED_TRACE(tab.tab);
+        listOf(tab);
+        inside.gotoFolder(1);
+        tick();
+        loggedAgain("[OnQueryAudiosInFolder]");
+        unit.disc.updateDb(2);
+        EXPECT_FALSE(loggedAgain("[OnQueryAudiosInFolder]"));
+        unit.disc.updateDb(1);
+        EXPECT_TRUE(loggedAgain("[OnQueryAudiosInFolder]"));
+        unit.disc.updateDb(0x10001); // complete: the folder stands in the low half
+        EXPECT_TRUE(loggedAgain("[OnQueryAudiosInFolder]"));
+        unit.disc.updateDb(0x20001); // not complete: the whole value is the folder
+        EXPECT_FALSE(loggedAgain("[OnQueryAudiosInFolder]"));
+    }
+}
+
+TEST_F(ListUpdate, OnThePlayPageNothingIsReadAgain) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.updateDb(0x10000);
+    EXPECT_THAT(unit.log("QueryPlayListCmd"), IsEmpty());
+}
+
+TEST_F(ListUpdate, OtherTypesReadNothing) {
+    play(PLAY_TYPE_CD);
+    openList();
+    loggedAgain("QueryPlayListCmd");
+    unit.disc.updateDb(0x10001);
+    EXPECT_FALSE(loggedAgain("QueryPlayListCmd"));
+}
+
+} // namespace zm::test

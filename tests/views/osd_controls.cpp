@@ -1,0 +1,316 @@
+#include "tests/views/osd_view.h"
+#include "zmui/CUIAnalysis.h"
+#include "zmui/CUIWndMng.h"
+
+namespace zm::test {
+
+struct ControlCase {
+    int control;
+    std::vector<std::string> commands = {};
+    int keyType = 0;
+    std::vector<std::string> applications = {};
+    int beeps = 1;
+};
+
+class OsdControls : public OsdView {
+protected:
+    /** Clicks each control with a fresh key type and compares what it did. */
+    void expectRows(const std::vector<ControlCase>& rows) {
+        for (const ControlCase& row : rows) {
+            SCOPED_TRACE(row.control);
+            setKeyType(OSD_KEY_NONE);
+            forget();
+            press(row.control);
+            EXPECT_EQ(unit.commands(), row.commands);
+            EXPECT_EQ(keyType(), row.keyType);
+            EXPECT_EQ(applications(), row.applications);
+            EXPECT_EQ(beeps(), row.beeps);
+        }
+    }
+};
+
+const std::vector<ControlCase> SOURCE_GROUP = {
+    {103, {}, 0, {"zmradio null"}},   {105, {}, 0, {"zmusb null"}},
+    {106, {}, 0, {"zmbttel null"}},   {107, {}, 0, {"zmnavi null"}},
+    {111, {}, 0, {"zmasr null"}},     {118, {}, 0, {"zmaux1 null"}},
+    {119, {}, 0, {"zmaircond null"}}, {99},
+};
+
+TEST_F(OsdControls, DiscBar) {
+    for (const OsdClip& clip : {DVD, VCD}) {
+        SCOPED_TRACE(clip.type);
+        playClip(clip);
+        expectRows({
+            {6522, {"5,0,0"}, 5},
+            {6523, {"5,0,0"}, 5},
+            {6503, {"7,0,0"}, 7},
+            {6504, {"9,0,0"}, 9},
+            {6506},
+            {6507},
+            {5007},
+            {5008},
+            {2069, {}, 0, {}, 0},
+            {3, {}, 0, {"zmhome null"}},
+            {6525, {}, 0, {"zmeq null"}},
+            {6535, {"11,0,0"}, clip.type == PLAY_TYPE_VCD ? 69 : 11},
+            {6551, {"22,0,0"}, 22},
+            {6555, {"18,0,0"}, 18},
+            {6556, {"12,0,0"}, 12},
+            {6557, {"21,0,0"}, 21},
+            {6558},
+            {6561, {"19,0,0"}},
+            {4, {}, 0, {}, 0}, // no way back from a disc
+            {6571, {}, 0, {}, 0},
+            {7777, {}, 0, {}, 0},
+        });
+        expectRows(SOURCE_GROUP);
+    }
+}
+
+TEST_F(OsdControls, VideoBar) {
+    playClip(VIDEO);
+    expectRows({
+        {6522, {"5,0,0"}, 5},
+        {6523, {"5,0,0"}, 5},
+        {6503, {"7,0,0"}, 7},
+        {6504, {"9,0,0"}, 9},
+        {6506},
+        {6603},
+        {2069, {}, 0, {}, 0},
+        {6525, {}, 0, {"zmeq null"}},
+        {6551, {"22,0,0"}, 22},
+        {3, {}, 0, {}, 0}, // no home: silent
+        {6507, {}, 0, {}, 0},
+        {5007, {}, 0, {}, 0},
+        {6535, {}, 0, {}, 0},
+        {6555, {}, 0, {}, 0},
+        {7777, {}, 0, {}, 0},
+    });
+    expectRows(SOURCE_GROUP);
+}
+
+TEST_F(OsdControls, PictureBar) {
+    playClip(PICTURE);
+    expectRows({
+        {6522, {"5,0,0"}},
+        {6523, {"5,0,0"}},
+        {6521, {"2,0,0"}},
+        {6524, {"1,0,0"}},
+        {6571, {"20,0,0"}},
+        {6574, {"163,0,0"}},
+        {3, {}, 0, {}, 0},
+        {2069, {}, 0, {}, 0},
+        {6503, {}, 0, {}, 0},
+        {6505, {}, 0, {}, 0},
+        {6525, {}, 0, {}, 0},
+        {7777, {}, 0, {}, 0},
+    });
+    expectRows(SOURCE_GROUP);
+}
+
+TEST_F(OsdControls, ReturnLeavesTheOverlayForTheList) {
+    for (const OsdClip& clip : {VIDEO, PICTURE}) {
+        playClip(clip);
+        unit.clickOsd(clip.window, OSD_CTRL_RETURN, BT_STATE_RELEASED);
+        EXPECT_EQ(beeps(), 1);
+        EXPECT_FALSE(unit.log("DISC_VMSG_OSDRETURN m_nCurPlayType=" + std::to_string(clip.type)).empty());
+        unit.advance(50ms);
+        EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    }
+}
+
+TEST_F(OsdControls, TheNumberPadOpensOnDiscAndVideoBars) {
+    for (const OsdClip& clip : {DVD, VCD, VIDEO}) {
+        playClip(clip);
+        press(OSD_CTRL_GOTO);
+        EXPECT_THAT(unit.osd.shown(), testing::Contains(OSD_WND_GOTO)) << clip.type;
+        EXPECT_EQ(beeps(), 1);
+        unit.clickOsd(OSD_WND_GOTO, GOTO_KEY_CLOSE, BT_STATE_RELEASED);
+    }
+}
+
+TEST_F(OsdControls, AudioOnAnUnknownClipOnlyBeeps) {
+    playClip(DVD);
+    unit.disc.mediaType(PLAY_TYPE_VIDEO);
+    forget();
+    unit.clickOsd(OSD_WND_DVD, OSD_CTRL_AUDIO, BT_STATE_RELEASED);
+    EXPECT_EQ(beeps(), 1);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_EQ(keyType(), OSD_KEY_NONE);
+}
+
+TEST_F(OsdControls, AFunctionThatIsMissingIsShownForThreeSeconds) {
+    playClip(DVD);
+    press(OSD_CTRL_NOFUNC);
+    EXPECT_EQ(picture(), 275);
+    EXPECT_EQ(item(OSD_ITEM_STATE_TEXT).textId, 163);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    unit.advance(2999ms);
+    EXPECT_EQ(picture(), 275);
+    unit.advance(1ms);
+    EXPECT_EQ(picture(), 0);
+}
+
+TEST_F(OsdControls, OnlyAReleaseActsExceptForSeeking) {
+    for (const OsdClip& clip : EVERY_CLIP) {
+        playClip(clip);
+        for (const int state : {0, 2, 3, 4}) {
+            unit.clickOsd(clip.window, OSD_CTRL_PLAY, state);
+            unit.clickOsd(clip.window, SRC_CTRL_RADIO, state);
+        }
+        EXPECT_THAT(unit.commands(), IsEmpty()) << clip.type;
+        EXPECT_THAT(unit.requests(), IsEmpty()) << clip.type;
+    }
+}
+
+TEST_F(OsdControls, ClicksOnOtherWindowsDoNothingButAreLogged) {
+    playClip(DVD);
+    unit.clickOsd(3, OSD_CTRL_STOP, BT_STATE_RELEASED);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_FALSE(unit.log("[DiscOsdView::OnClick]--nWndId=3,nCtrlId=6551,nBtState=1").empty());
+}
+
+TEST_F(OsdControls, TheSourceGroupClosesAfterFiveSeconds) {
+    for (const OsdClip& clip : EVERY_CLIP) {
+        SCOPED_TRACE(clip.type);
+        playClip(clip);
+        press(SRC_CTRL_OPEN);
+        EXPECT_EQ(beeps(), 1);
+        EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
+        unit.advance(4999ms);
+        EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
+        unit.advance(1ms);
+        EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+    }
+}
+
+TEST_F(OsdControls, ClosingTheSourceGroupLeavesItsTimerRunning) {
+    playClip(DVD);
+    press(SRC_CTRL_OPEN);
+    unit.advance(3s);
+    press(SRC_CTRL_CLOSE);
+    EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+    // The timer's expiry shows on the main view's page, where the group is opened behind its back.
+    const int page = unit.main.window();
+    unit.onViewThread(
+        [&] { unit.view().GetUIWndMgrWrapper()->GetUIAnalysisObj()->ShowItem(page, ITEM_SRC_GROUP, true); });
+    unit.advance(2s);
+    EXPECT_FALSE(unit.main.item(page, ITEM_SRC_GROUP).visible);
+}
+
+/** The previous and next buttons of the disc and video bars. */
+class OsdSeek : public OsdView {};
+
+TEST_F(OsdSeek, AClickChangesTheClip) {
+    for (const OsdClip& clip : {DVD, VCD, VIDEO}) {
+        playClip(clip);
+        press(OSD_CTRL_NEXT);
+        press(OSD_CTRL_PREV);
+        EXPECT_THAT(unit.commands(), ElementsAre("1,0,0", "2,0,0")) << clip.type;
+        EXPECT_EQ(beeps(), 2);
+    }
+    EXPECT_EQ(unit.log("]-touch").size(), 6u);
+}
+
+TEST_F(OsdSeek, ALongTouchSeeksAndItsReleaseDoesNothing) {
+    for (const OsdClip& clip : {DVD, VCD, VIDEO}) {
+        playClip(clip);
+        hold(OSD_CTRL_NEXT);
+        press(OSD_CTRL_NEXT);
+        EXPECT_THAT(unit.commands(), ElementsAre("3,0,0")) << clip.type;
+        EXPECT_EQ(beeps(), 1);
+        forget();
+        hold(OSD_CTRL_PREV);
+        press(OSD_CTRL_PREV);
+        EXPECT_THAT(unit.commands(), ElementsAre("4,0,0")) << clip.type;
+    }
+    EXPECT_EQ(unit.log("]-long touch").size(), 6u);
+}
+
+TEST_F(OsdSeek, EachLongTouchReportSeeks) {
+    playClip(DVD);
+    hold(OSD_CTRL_NEXT);
+    hold(OSD_CTRL_NEXT);
+    EXPECT_THAT(unit.commands(), ElementsAre("3,0,0", "3,0,0"));
+}
+
+TEST_F(OsdSeek, TheMemoryOfALongTouchEndsWithAnyOtherClick) {
+    playClip(DVD);
+    hold(OSD_CTRL_NEXT);
+    unit.clickOsd(3, 1, BT_STATE_PRESSED); // even one that hits nothing
+    press(OSD_CTRL_NEXT);
+    EXPECT_THAT(unit.commands(), ElementsAre("3,0,0", "1,0,0"));
+}
+
+TEST_F(OsdSeek, APressAloneDoesNothing) {
+    playClip(DVD);
+    unit.clickOsd(OSD_WND_DVD, OSD_CTRL_NEXT, BT_STATE_PRESSED);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_EQ(beeps(), 0);
+}
+
+TEST_F(OsdSeek, PicturesAreNotSoughtByALongTouch) {
+    playClip(PICTURE);
+    hold(OSD_CTRL_NEXT);
+    press(OSD_CTRL_NEXT); // nor does the long touch swallow the release
+    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0"));
+}
+
+TEST_F(OsdSeek, AHeldTouchOnTheScreenSeeksOnce) {
+    playClip(DVD);
+    unit.click(WND_VIDEO, 1, BT_STATE_RELEASED);
+    ASSERT_EQ(unit.osd.window(), OSD_WND_DVD);
+    forget();
+    unit.touchItem(unit.osd, OSD_WND_DVD, OSD_CTRL_NEXT, 900ms);
+    EXPECT_THAT(unit.commands(), ElementsAre("3,0,0"));
+    forget();
+    unit.touchItem(unit.osd, OSD_WND_DVD, OSD_CTRL_NEXT);
+    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0"));
+}
+
+/** After a click on next or previous the chapter counter stands beside the chapter read then. */
+TEST_F(OsdSeek, TwoClicksOnNextCountFromTheChapterAtTheSecond) {
+    playClip(DVD);
+    unit.disc.track({.chapter = 2, .chapters = 9});
+    press(OSD_CTRL_NEXT);
+    unit.disc.track({.chapter = 3, .chapters = 9});
+    press(OSD_CTRL_NEXT);
+    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0", "1,0,0"));
+    unit.disc.error(32);
+    forget();
+    unit.disc.state(2); // the unreadable chapter is 4
+    EXPECT_THAT(unit.commands(), ElementsAre("183,5,0"));
+}
+
+TEST_F(OsdSeek, PreviousCountsDown) {
+    playClip(DVD);
+    unit.disc.track({.chapter = 5, .chapters = 9});
+    press(OSD_CTRL_PREV);
+    unit.disc.error(32);
+    forget();
+    unit.disc.state(2);
+    EXPECT_THAT(unit.commands(), ElementsAre("183,5,0"));
+}
+
+/** An overlay that nobody gave a controller. */
+TEST_F(OsdControls, WithoutAControllerTheBarsDoNothing) {
+    playClip(DVD);
+    unit.onViewThread([&] {
+        DiscOsdView lonely;
+        for (const int bar : {OSD_WND_DVD, OSD_WND_VIDEO, OSD_WND_PICTURE}) {
+            for (const int control :
+                 {6522, 6524, 6505, 5, 103}) {
+                lonely.OnClick(nullptr, bar, control, BT_STATE_RELEASED);
+                lonely.OnClick(nullptr, bar, control, BT_STATE_HELD);
+            }
+        }
+        lonely.ToBeep();
+        lonely.ShowPlayState();
+        lonely.OnUserMsgTrackInfo();
+        EXPECT_EQ(lonely.GetCurKeyType(), OSD_KEY_NONE);
+    });
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_THAT(unit.requests(), IsEmpty());
+}
+
+} // namespace zm::test

@@ -1,0 +1,194 @@
+#include "tests/framework/FakeHeadUnit.h"
+
+#include "base/Paths.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace zm::test {
+
+namespace {
+
+constexpr std::chrono::seconds Patience(10);
+
+std::vector<json> ofKind(const std::vector<json>& messages, const std::string& kind) {
+    std::vector<json> result;
+    for (const json& message : messages) {
+        if (message["t"] == kind) {
+            result.push_back(message);
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+FakeHeadUnit::FakeHeadUnit(json start, Welcome welcome) : m_start(std::move(start)), m_welcome(welcome) {
+    char pattern[] = "/tmp/zm-framework-XXXXXX";
+    m_folder = mkdtemp(pattern);
+    setenv("ZM_RUNTIME", m_folder.c_str(), 1);
+    m_pps = std::make_unique<PpsService>(m_loop, ppsSocket(m_folder));
+    EXPECT_TRUE(m_pps->start());
+    serve();
+    m_thread = std::thread([this] { m_loop.run(); });
+}
+
+FakeHeadUnit::~FakeHeadUnit() {
+    m_loop.quit();
+    m_thread.join();
+    std::filesystem::remove_all(m_folder);
+}
+
+void FakeHeadUnit::serve() {
+    const auto listen = [this](const std::string& path, std::unique_ptr<Connection>& slot, auto handler) {
+        auto fd = listenUnix(path);
+        EXPECT_TRUE(fd) << path;
+        return std::make_unique<Listener>(m_loop, std::move(*fd), [this, &slot, handler](UniqueFd peer) {
+            slot = std::make_unique<Connection>(m_loop, std::move(peer));
+            slot->onMessage = [this, handler](Message message) {
+                (this->*handler)(json::parse(message.text));
+            };
+            slot->onClosed = [&slot] { slot.reset(); };
+        });
+    };
+    m_shellListener = listen(shellSocket(m_folder), m_shell, &FakeHeadUnit::onShell);
+    m_screenListener = listen(screenSocket(m_folder), m_screen, &FakeHeadUnit::onScreen);
+}
+
+void FakeHeadUnit::onShell(const json& message) {
+    if (message["t"] == "hello" && m_welcome == Welcome::Normal) {
+        json welcome = m_start;
+        welcome["t"] = "welcome";
+        m_shell->send(welcome.dump());
+    } else if (message["t"] == "hello" && m_welcome == Welcome::Nonsense) {
+        m_shell->send("[1,2,3]");
+    }
+    std::lock_guard lock(m_mutex);
+    m_shellMessages.push_back(message);
+    m_changed.notify_all();
+}
+
+void FakeHeadUnit::onScreen(const json& message) {
+    std::lock_guard lock(m_mutex);
+    m_screenMessages.push_back(message);
+    m_changed.notify_all();
+    if (message["t"] == "sync") {
+        m_screen->send(json{{"t", "synced"}, {"id", message["id"]}}.dump());
+    } else if (message["t"] == "commit") {
+        // The newest frame stays; those that it replaces go back.
+        std::vector<json> kept{message};
+        for (const json& frame : m_held) {
+            if (m_keepFrames || frame["window"] != message["window"]) {
+                kept.push_back(frame);
+            } else {
+                m_screen->send(json{
+                    {"t", "release"},
+                    {"window", frame["window"]},
+                    {"buffer", frame["buffer"]},
+                    {"seq",
+                     frame["seq"]}}.dump());
+            }
+        }
+        m_held = kept;
+    }
+}
+
+void FakeHeadUnit::tell(const json& message) {
+    m_loop.post([this, text = message.dump()] {
+        if (m_shell) {
+            m_shell->send(text);
+        }
+    });
+}
+
+json FakeHeadUnit::ask(json message) {
+    const int id = m_nextId++;
+    message["id"] = id;
+    tell(message);
+    json reply;
+    const bool answered = waitUntil([&] {
+        for (const json& candidate : ofKind(m_shellMessages, "reply")) {
+            if (candidate["id"] == id) {
+                reply = candidate;
+            }
+        }
+        return !reply.is_null();
+    });
+    EXPECT_TRUE(answered) << "no reply to " << message;
+    return reply;
+}
+
+json FakeHeadUnit::askData(const json& message) {
+    const json reply = ask(message);
+    EXPECT_EQ(reply.value("ok", false), true) << message << " gave " << reply;
+    return reply.value("data", json());
+}
+
+void FakeHeadUnit::settle() {
+    const auto deadline = std::chrono::steady_clock::now() + Patience;
+    while (askData({{"t", "settle"}, {"timeout", 5000}}) != json{{"quiet", true}}) {
+        ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "never quiet";
+    }
+}
+
+void FakeHeadUnit::advance(int ms) {
+    askData({{"t", "advance"}, {"ms", ms}});
+}
+
+std::vector<json> FakeHeadUnit::shell(const std::string& kind) {
+    std::lock_guard lock(m_mutex);
+    return ofKind(m_shellMessages, kind);
+}
+
+std::vector<json> FakeHeadUnit::screen(const std::string& kind) {
+    std::lock_guard lock(m_mutex);
+    return ofKind(m_screenMessages, kind);
+}
+
+bool FakeHeadUnit::waitForShell(const std::string& kind, size_t count) {
+    return waitUntil([&] { return ofKind(m_shellMessages, kind).size() >= count; });
+}
+
+bool FakeHeadUnit::waitForScreen(const std::string& kind, size_t count) {
+    return waitUntil([&] { return ofKind(m_screenMessages, kind).size() >= count; });
+}
+
+void FakeHeadUnit::hangUp() {
+    m_loop.post([this] { m_shell.reset(); });
+}
+
+void FakeHeadUnit::keepFrames(bool keep) {
+    m_loop.post([this, keep] {
+        std::lock_guard lock(m_mutex);
+        m_keepFrames = keep;
+        if (keep) {
+            return;
+        }
+        for (const json& frame : std::exchange(m_held, {})) {
+            m_screen->send(json{
+                {"t", "release"},
+                {"window", frame["window"]},
+                {"buffer", frame["buffer"]},
+                {"seq",
+                 frame["seq"]}}.dump());
+        }
+    });
+}
+
+PpsFile FakeHeadUnit::openPps(const std::string& path, int flags) {
+    auto file = PpsFile::open(ppsSocket(m_folder), path, flags, 0666);
+    if (!file) {
+        ADD_FAILURE() << file.error();
+        std::abort();
+    }
+    return std::move(*file);
+}
+
+bool FakeHeadUnit::waitUntil(const std::function<bool()>& condition) {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, Patience, condition);
+}
+
+} // namespace zm::test

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "base/Socket.h"
+#include "platform/linux/pps/PpsFile.h"
+#include "platform/linux/pps/PpsService.h"
+
+#include <nlohmann/json.hpp>
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace zm::test {
+
+using json = nlohmann::json;
+
+/** How the head unit answers a hello. */
+enum class Welcome { Normal, Silent, Nonsense };
+
+/**
+ * The head unit's end of all sockets, on a thread of its own: records what the application sends and sends
+ * what a test wants. Frames are taken and given back as a compositor does. Its folder becomes the runtime
+ * folder.
+ */
+class FakeHeadUnit {
+public:
+    explicit FakeHeadUnit(json start = json::object(), Welcome welcome = Welcome::Normal);
+    ~FakeHeadUnit();
+
+    const std::string& folder() const { return m_folder; }
+
+    void tell(const json& message);
+    /** Sends and waits for the reply; the whole reply. */
+    json ask(json message);
+    /** The data of a reply that has to be good. */
+    json askData(const json& message);
+    void settle();
+    void advance(int ms);
+
+    /** Messages of that kind so far, from shell.sock and from screen.sock. */
+    std::vector<json> shell(const std::string& kind);
+    std::vector<json> screen(const std::string& kind);
+    bool waitForShell(const std::string& kind, size_t count = 1);
+    bool waitForScreen(const std::string& kind, size_t count = 1);
+
+    /** Closes shell.sock's connection. */
+    void hangUp();
+    /** From now on no frame is given back, or again all are. */
+    void keepFrames(bool keep);
+
+    PpsFile openPps(const std::string& path, int flags = 258);
+
+private:
+    void serve();
+    void onShell(const json& message);
+    void onScreen(const json& message);
+    bool waitUntil(const std::function<bool()>& condition);
+
+    std::string m_folder;
+    json m_start;
+    Welcome m_welcome;
+    bool m_keepFrames = false;
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<json> m_shellMessages;
+    std::vector<json> m_screenMessages;
+    std::vector<json> m_held;
+    int m_nextId = 1;
+
+    EventLoop m_loop;
+    std::unique_ptr<PpsService> m_pps;
+    std::unique_ptr<Listener> m_shellListener;
+    std::unique_ptr<Listener> m_screenListener;
+    std::unique_ptr<Connection> m_shell;
+    std::unique_ptr<Connection> m_screen;
+    std::thread m_thread;
+};
+
+} // namespace zm::test

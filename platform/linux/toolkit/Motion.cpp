@@ -61,7 +61,8 @@ int64_t Motion::next() const {
 
 void Motion::tick(int64_t nowMs) {
     const int64_t due = next();
-    if (due < 0 || nowMs < due) {
+    const bool early = nowMs < due && nowMs >= m_lastTick; // a clock that went back starts anew
+    if (due < 0 || early) {
         return;
     }
     const double elapsed =

@@ -5,8 +5,28 @@
 #include <pango/pangocairo.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace zm {
+
+namespace {
+
+/**
+ * Where a text begins in a box of that height. One line stands with its capitals in the middle, whatever the
+ * script, so that texts side by side share a line; several lines are centred as a block.
+ */
+int topOfText(PangoLayout* layout, int boxHeight, const Style& style) {
+    constexpr double halfCapital = 0.357;
+    if (style.lines > 1) {
+        int height = 0;
+        pango_layout_get_pixel_size(layout, nullptr, &height);
+        return (boxHeight - height) / 2;
+    }
+    const int baseline = PANGO_PIXELS(pango_layout_get_baseline(layout));
+    return static_cast<int>(std::lround(boxHeight / 2.0 + halfCapital * style.textSize)) - baseline;
+}
+
+} // namespace
 
 PangoLayout* Painter::prepare(KeptLayout& kept, const std::string& text, const Style& style, bool bold) {
     if (!kept.layout || kept.bold != bold) {
@@ -47,10 +67,8 @@ void Painter::paintText(KeptLayout& kept, const std::string& text, const Rect& b
     pango_layout_set_alignment(layout, align == Align::Center ? PANGO_ALIGN_CENTER
                                        : right                ? PANGO_ALIGN_RIGHT
                                                               : PANGO_ALIGN_LEFT);
-    int height = 0;
-    pango_layout_get_pixel_size(layout, nullptr, &height);
     source(look.text);
-    cairo_move_to(m_cairo, box.x, box.y + (box.h - height) / 2);
+    cairo_move_to(m_cairo, box.x, box.y + topOfText(layout, box.h, style));
     pango_cairo_show_layout(m_cairo, layout);
 }
 

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
 #include <optional>
@@ -87,7 +88,8 @@ public:
         return true;
     }
     bool parse_error(size_t, const std::string& lastToken, const nlohmann::detail::exception& exception) {
-        const std::string text = exception.what();
+        std::string text = exception.what();
+        text.resize(std::min(text.size(), text.find("; last read")));
         const size_t start = text.find(" - ");
         const std::string reason =
             start == std::string::npos ? "cannot read \"" + lastToken + "\"" : text.substr(start + 3);

@@ -1,0 +1,217 @@
+// Every fault of a resource is reported with file, line and what was expected.
+
+#include "SceneFixture.h"
+
+#include "platform/linux/toolkit/Resource.h"
+
+using zmtest::TemporaryFolder;
+
+namespace {
+
+/** A correct resource; each test case replaces one piece of it. */
+const std::string good = R"({
+    "languages": ["en", "de"],
+    "themes": {"night": {"page": "#000000", "text": "#FFFFFF"}, "day": {"page": "#FFFFFF", "text": "#000000"}},
+    "styles": {
+        "plain": {"textSize": 24, "color": "text"},
+        "button": {"base": "plain", "pressed": {"fill": "page"}}
+    },
+    "glyphs": {"play": "F40A"},
+    "pictures": {"7": "play", "8": [{"glyph": "play", "percent": 50, "at": [0, 10]}, {"text": "A-B"}]},
+    "texts": {"33": {"en": "Loading", "de": "Lädt"}},
+    "parts": {
+        "head": [
+            {"id": 3, "kind": "button", "rect": [0, 0, 80, 60], "style": "button", "icon": 7}
+        ]
+    },
+    "windows": [
+        {
+            "id": 1, "background": "page",
+            "items": [
+                {"use": "head"},
+                // a comment
+                {"id": 8, "kind": "text", "rect": [100, 0, 80, 60], "style": "plain", "text": 33}
+            ]
+        }
+    ]
+})";
+
+struct Fault {
+    const char* name;
+    const char* piece; ///< of the correct resource
+    const char* instead;
+    const char* message; ///< behind the file name
+};
+
+const Fault faults[] = {
+    {"UnknownSection", R"("glyphs": {"play": "F40A"},)", R"("glyfs": {},)",
+     ":8: found the name \"glyfs\", expected one of include, languages, themes, styles, glyphs, pictures, "
+     "texts, parts, "
+     "windows"},
+    {"MissingSection", R"("languages": ["en", "de"],)", "",
+     ":1: found no section \"languages\", expected it here or in an included file"},
+    {"EnglishNotFirst", R"(["en", "de"])", R"(["de", "en"])",
+     ":2: found languages without \"en\" in front, expected [\"en\", ...]"},
+    {"ColourText", R"("page": "#000000")", R"("page": "black")",
+     ":3: found \"black\", expected a colour \"#RRGGBB\" or \"#RRGGBBAA\""},
+    {"ThemeWithoutColour", R"("day": {"page": "#FFFFFF", )", R"("day": {)",
+     ":3: found no colour \"page\", expected every colour of the theme \"night\""},
+    {"NoNightTheme", R"("night": {)", R"("dusk": {)",
+     ":3: found themes without \"night\", expected an object of themes, \"night\" among them"},
+    {"StyleMember", R"("textSize": 24,)", R"("textsize": 24,)",
+     ":5: found the name \"textsize\", expected one of base, "},
+    {"StyleSize", R"("textSize": 24,)", R"("textSize": 2.5,)",
+     ":5: found 2.5, expected a size, a whole number from 8 to 200"},
+    {"StyleColour", R"("color": "text"})", R"("color": "blue"})",
+     ":5: found \"blue\", expected the name of a colour of the themes, or \"none\""},
+    {"StyleBase", R"("base": "plain")", R"("base": "planes")",
+     ":6: found \"planes\", expected the name of a style that stands above"},
+    {"GlyphName", R"("7": "play")", R"("7": "plya")",
+     ":9: found \"plya\", expected the name of a glyph from the section \"glyphs\""},
+    {"GlyphCode", R"("F40A")", R"("40A")", ":8: found \"40A\", expected a code point such as \"F40A\""},
+    {"PictureId", R"("7": "play")", R"("seven": "play")",
+     ":9: found the name \"seven\", expected a picture id, a number from 0 to 99999 in quotes"},
+    {"PictureLayer", R"({"text": "A-B"})", R"({"percent": 40})",
+     ":9: found a layer with both or none of \"glyph\" and \"text\", expected one of them"},
+    {"TextWithoutEnglish", R"("en": "Loading", )", "", ":10: found no \"en\", expected it in this object"},
+    {"TextLanguage", R"("de": "Lädt")", R"("fr": "Charge")",
+     ":10: found the name \"fr\", expected one of en, de"},
+    {"ItemKind", R"("kind": "text")", R"("kind": "txt")",
+     ":22: found \"txt\", expected one of text, icon, button, progress, animation, list, panel"},
+    {"ItemWithoutStyle", R"(, "style": "plain")", "", ":22: found no \"style\", expected it in this object"},
+    {"ItemStyle", R"("style": "plain", "text")", R"("style": "fancy", "text")",
+     ":22: found \"fancy\", expected the name of a style that stands above"},
+    {"ItemRect", R"([100, 0, 80, 60])", R"([100, 0, 80])",
+     ":22: found a list of 3, expected a rectangle [x, y, width, height]"},
+    {"ItemRectOutside", R"([100, 0, 80, 60])", R"([740, 0, 80, 60])",
+     ":22: found a rectangle that leaves the screen, expected one inside 800 x 480 pixels"},
+    {"ItemRectEmpty", R"([100, 0, 80, 60])", R"([100, 0, 80, 0])",
+     ":22: found an empty rectangle, expected width and height above 0"},
+    {"ItemText", R"("text": 33})", R"("text": 34})",
+     ":22: found 34, expected the id of a text from the section \"texts\""},
+    {"ItemPicture", R"("icon": 7})", R"("icon": 9})",
+     ":13: found 9, expected the id of a picture from the section \"pictures\""},
+    {"ItemTwice", R"("id": 8, "kind")", R"("id": 3, "kind")",
+     ":22: found item 3 a second time, expected it once in window 1"},
+    {"ItemParent", R"("id": 8, "kind")", R"("id": 8, "in": 9, "kind")",
+     ":22: found 9, expected the id of an item that stands above in this window"},
+    {"ItemMember", R"("text": 33})", R"("text": 33, "tooltip": "x"})",
+     ":22: found the name \"tooltip\", expected one of id, "},
+    {"PartName", R"({"use": "head"})", R"({"use": "heads"})",
+     ":20: found \"heads\", expected the name of a part from the section \"parts\""},
+    {"PartMember", R"({"use": "head"})", R"({"use": "head", "offset": 3})",
+     ":20: found the name \"offset\", expected one of use, at, in, without, only"},
+    {"PartUsesItself", R"({"id": 3, "kind": "button", "rect": [0, 0, 80, 60], "style": "button", "icon": 7})",
+     R"({"use": "head"})", ":13: found \"head\", expected parts that do not use themselves"},
+    {"ChangeOfNothing", R"({"use": "head"})", R"({"change": 4, "visible": false})",
+     ":20: found 4, expected the id of an item that stands above in this list"},
+    {"WindowBackground", R"("background": "page")", R"("background": "paper")",
+     ":18: found \"paper\", expected the name of a colour of the themes, or \"none\""},
+    {"WindowWithoutId", R"("id": 1, )", "", ":17: found no \"id\", expected it in this object"},
+    {"MissingComma", R"("id": 1, )", R"("id": 1 )", ":18: unexpected string literal; expected '}'"},
+    {"NameTwice", R"("id": 1, )", R"("id": 1, "id": 2, )",
+     ":18: found the name \"id\" twice in one object, expected it once"},
+    {"OpenComment", R"(// a comment)", R"(/* a comment)", ":26: invalid comment; missing closing '*/'"},
+    {"MissingInclude", R"("languages": ["en", "de"],)",
+     R"("languages": ["en", "de"], "include": ["none.zmrc"],)", ":2: found a file that cannot be read: "},
+};
+
+class ResourceFaults : public testing::TestWithParam<Fault> {};
+
+TEST_P(ResourceFaults, isReportedWithFileLineAndRemedy) {
+    const TemporaryFolder folder;
+    std::string text = good;
+    const size_t at = text.find(GetParam().piece);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, std::string(GetParam().piece).size(), GetParam().instead);
+    const std::string file = folder.write("broken.zmrc", text);
+    const auto result = zm::loadResource(file, 800, 480);
+    ASSERT_FALSE(result);
+    EXPECT_THAT(result.error(), testing::StartsWith(file + GetParam().message));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ResourceFaults, testing::ValuesIn(faults),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Resource, theCorrectOneLoads) {
+    const TemporaryFolder folder;
+    const auto result = zm::loadResource(folder.write("good.zmrc", good), 800, 480);
+    ASSERT_TRUE(result) << result.error();
+    EXPECT_EQ(result->windows.size(), 1u);
+    EXPECT_EQ(result->text(33, 1), "Lädt");
+}
+
+TEST(Resource, aFileThatDoesNotExistIsNamed) {
+    const auto result = zm::loadResource("/nowhere/DISC.zmrc_device", 800, 480);
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error(), "/nowhere/DISC.zmrc_device: cannot be read, expected a resource file");
+}
+
+TEST(Resource, faultsInIncludedFilesNameThatFile) {
+    const TemporaryFolder folder;
+    const std::string inner = folder.write("inner.zmrc", "{\n\n  \"styles\": 5\n}");
+    const std::string outer =
+        folder.write("outer.zmrc", "{\"include\": [\"inner.zmrc\"], \"languages\": [\"en\"],"
+                                   "\"themes\": {\"night\": {}}, \"windows\": []}");
+    const auto result = zm::loadResource(outer, 800, 480);
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error(), inner + ":3: found 5, expected an object of styles");
+}
+
+TEST(Resource, aFileIncludedTwiceIsAFault) {
+    const TemporaryFolder folder;
+    folder.write("inner.zmrc", "{}");
+    const std::string outer =
+        folder.write("outer.zmrc", "{\n\"include\": [\"inner.zmrc\",\n\"inner.zmrc\"]}");
+    const auto result = zm::loadResource(outer, 800, 480);
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.error(), outer + ":3: found \"" + folder.path() +
+                                  "/inner.zmrc\" a second time, expected each file to be included once");
+}
+
+TEST(Resource, partsThatGrowWithoutEndAreRefused) {
+    const TemporaryFolder folder;
+    std::string parts = "\"p8\": []";
+    for (int level = 7; level >= 0; --level) {
+        std::string uses;
+        for (int i = 0; i < 20; ++i) {
+            uses += std::string(i ? "," : "") + "{\"use\": \"p" + std::to_string(level + 1) + "\"}";
+        }
+        parts += ",\"p" + std::to_string(level) + "\": [" + uses + "]";
+    }
+    std::string text = good;
+    text.replace(text.find("\"head\": ["), 1, parts + ", \"");
+    text.replace(text.find("{\"use\": \"head\"}"), 15, "{\"use\": \"p0\"}");
+    const auto result = zm::loadResource(folder.write("wide.zmrc", text), 800, 480);
+    ASSERT_FALSE(result);
+    EXPECT_THAT(result.error(), testing::HasSubstr("expected parts that do not use themselves"));
+}
+
+TEST(Resource, partsAreMovedChangedAndChosenFrom) {
+    const TemporaryFolder folder;
+    std::string text = good;
+    text.replace(text.find("{\"use\": \"head\"}"), 15,
+                 R"({"use": "head", "at": [10, 20], "in": 9},)"
+                 R"({"change": 3, "kind": "icon", "visible": false}, {"use": "head", "without": [3]})");
+    text.replace(text.find("\"items\": ["), 10,
+                 R"("items": [{"id": 9, "kind": "panel", "rect": [0, 0, 99, 99], "style": "plain"},)");
+    const auto result = zm::loadResource(folder.write("parts.zmrc", text), 800, 480);
+    ASSERT_TRUE(result) << result.error();
+    const zm::ItemSpec& item = result->windows[0].items[1];
+    EXPECT_EQ(item.rect, (zm::Rect{10, 20, 80, 60}));
+    EXPECT_EQ(item.kind, zm::ItemKind::Icon);
+    EXPECT_EQ(item.parent, 9);
+    EXPECT_FALSE(item.visible);
+    EXPECT_EQ(result->windows[0].items.size(), 3u);
+}
+
+TEST(Scene, withoutFontsSaysSo) {
+    const TemporaryFolder folder;
+    zmtest::Recorder recorder;
+    const auto scene =
+        zm::Scene::load(zmtest::resourceDir + "DISC.zmrc_device", folder.path(), 800, 480, recorder);
+    ASSERT_FALSE(scene);
+    EXPECT_EQ(scene.error(), folder.path() + ": holds no fonts, expected at least NotoSans-Regular.ttf");
+}
+
+} // namespace

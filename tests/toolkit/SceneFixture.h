@@ -1,0 +1,121 @@
+#pragma once
+
+#include "platform/linux/toolkit/Scene.h"
+#include "zmui/CUIAnalysis.h"
+#include "zmui/CUIWndMng.h"
+#include "zmui/CUI_BtList.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace zmtest {
+
+inline constexpr int width = 800;
+inline constexpr int height = 480;
+inline const std::string fontDir = ZM_BINARY_DIR "/share/fonts/";
+inline const std::string resourceDir = ZM_SOURCE_DIR "/resources/";
+
+/** Writes down what a scene reports: "6/6521:1" is the release of control 6521 on page 6, "24 scroll 3@0" a
+ * list's start. */
+class Recorder : public zm::SceneListener {
+public:
+    void itemClicked(int window, int control, int state) override {
+        events.push_back(std::to_string(window) + "/" + std::to_string(control) + ":" +
+                         std::to_string(state));
+    }
+    void listScrolled(int window, int kind, _tagList_Info& info) override {
+        events.push_back(std::to_string(window) + " scroll kind " + std::to_string(kind) + " item " +
+                         std::to_string(info.nItemId) + " state " + std::to_string(info.nState));
+    }
+    std::vector<std::string> take() { return std::exchange(events, {}); }
+
+    std::vector<std::string> events;
+};
+
+/** A folder that is gone after the test. */
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string pattern = std::filesystem::temp_directory_path() / "zmtoolkitXXXXXX";
+        m_path = mkdtemp(pattern.data());
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
+    std::string write(const std::string& name, const std::string& content) const {
+        const std::string path = m_path + "/" + name;
+        std::ofstream(path, std::ios::binary) << content;
+        return path;
+    }
+    const std::string& path() const { return m_path; }
+
+private:
+    std::string m_path;
+};
+
+/** A scene with the pixels that it draws into. */
+class Stage {
+public:
+    explicit Stage(const std::string& file) : pixels(width * height * 4, 0x55) {
+        auto loaded = zm::Scene::load(file, fontDir, width, height, recorder);
+        if (!loaded) {
+            ADD_FAILURE() << loaded.error();
+            std::abort();
+        }
+        scene = std::move(*loaded);
+        ui = scene->wndMng().GetUIAnalysisObj();
+    }
+
+    std::vector<zm::Rect> paint() { return scene->paint(pixels.data(), width * 4); }
+    uint32_t pixel(int x, int y) const {
+        uint32_t value = 0;
+        std::memcpy(&value, &pixels[static_cast<size_t>((y * width + x) * 4)], 4);
+        return value;
+    }
+    nlohmann::json item(int window, int id) const {
+        return scene->describe(window).at(std::to_string(window)).at("items").at(std::to_string(id));
+    }
+    zm::Rect rect(int window, int id) const {
+        const auto box = item(window, id).at("rect");
+        return {box[0], box[1], box[2], box[3]};
+    }
+    void pressItem(int window, int id) {
+        const zm::Rect box = rect(window, id);
+        scene->press(box.x + box.w / 2, box.y + box.h / 2);
+    }
+    void click(int window, int id) {
+        pressItem(window, id);
+        scene->release(0, 0, 0);
+    }
+    CUI_BtList* list(int window) {
+        CUI_BtList* control = nullptr;
+        ui->GetItemData(window, 2000, control);
+        return control;
+    }
+    void fill(CUI_BtList& control, int rows) {
+        for (int i = control.GetItemCount(); i < rows; ++i) {
+            control.InsertItem(i, -1);
+            control.SetItemICon(i, 140, 4, 0, 1);
+            control.SetItemString(i, (std::to_wstring(i + 1) + L"  Song").c_str(), 1);
+        }
+    }
+
+    Recorder recorder;
+    std::unique_ptr<zm::Scene> scene;
+    CUIAnalysis* ui = nullptr;
+    std::vector<uint8_t> pixels;
+};
+
+inline int area(const std::vector<zm::Rect>& areas) {
+    int sum = 0;
+    for (const zm::Rect& one : areas) {
+        sum += one.w * one.h;
+    }
+    return sum;
+}
+
+} // namespace zmtest

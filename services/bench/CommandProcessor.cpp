@@ -6,8 +6,8 @@ namespace zm {
 
 namespace {
 
-constexpr std::array Subjects = {ppsCommands,  launcherCommands, vehicleCommands, inputCommands,
-                                 discCommands, screenCommands,   systemCommands};
+constexpr std::array Subjects = {ppsCommandRows,  launcherCommandRows, vehicleCommandRows, inputCommandRows,
+                                 discCommandRows, screenCommandRows,   systemCommandRows};
 
 const CommandRow* find(std::string_view name) {
     for (const auto subject : Subjects) {

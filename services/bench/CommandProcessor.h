@@ -39,13 +39,13 @@ private:
 };
 
 /** The rows of each subject, in the order of the help text. */
-std::span<const CommandRow> ppsCommands();
-std::span<const CommandRow> launcherCommands();
-std::span<const CommandRow> vehicleCommands();
-std::span<const CommandRow> inputCommands();
-std::span<const CommandRow> discCommands();
-std::span<const CommandRow> screenCommands();
-std::span<const CommandRow> systemCommands();
+std::span<const CommandRow> ppsCommandRows();
+std::span<const CommandRow> launcherCommandRows();
+std::span<const CommandRow> vehicleCommandRows();
+std::span<const CommandRow> inputCommandRows();
+std::span<const CommandRow> discCommandRows();
+std::span<const CommandRow> screenCommandRows();
+std::span<const CommandRow> systemCommandRows();
 
 /** Sends a message to the application and ends the command with its answer. */
 void forward(CommandCall& call, Json message, std::chrono::milliseconds timeout = std::chrono::seconds(10));

@@ -101,7 +101,7 @@ constexpr std::array Rows = {
 
 } // namespace
 
-std::span<const CommandRow> discCommands() {
+std::span<const CommandRow> discCommandRows() {
     return Rows;
 }
 

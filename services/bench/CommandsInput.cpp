@@ -82,7 +82,7 @@ constexpr std::array Rows = {
 
 } // namespace
 
-std::span<const CommandRow> inputCommands() {
+std::span<const CommandRow> inputCommandRows() {
     return Rows;
 }
 

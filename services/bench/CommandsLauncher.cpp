@@ -106,7 +106,7 @@ constexpr std::array Rows = {
 
 } // namespace
 
-std::span<const CommandRow> launcherCommands() {
+std::span<const CommandRow> launcherCommandRows() {
     return Rows;
 }
 

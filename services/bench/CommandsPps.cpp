@@ -161,7 +161,7 @@ constexpr std::array Rows = {
 
 } // namespace
 
-std::span<const CommandRow> ppsCommands() {
+std::span<const CommandRow> ppsCommandRows() {
     return Rows;
 }
 

@@ -62,7 +62,7 @@ constexpr std::array Rows = {
 
 } // namespace
 
-std::span<const CommandRow> screenCommands() {
+std::span<const CommandRow> screenCommandRows() {
     return Rows;
 }
 

@@ -127,7 +127,7 @@ constexpr std::array Rows = {
 
 } // namespace
 
-std::span<const CommandRow> systemCommands() {
+std::span<const CommandRow> systemCommandRows() {
     return Rows;
 }
 

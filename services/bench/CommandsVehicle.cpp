@@ -63,7 +63,7 @@ constexpr std::array Rows = {
 
 } // namespace
 
-std::span<const CommandRow> vehicleCommands() {
+std::span<const CommandRow> vehicleCommandRows() {
     return Rows;
 }
 

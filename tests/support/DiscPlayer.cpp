@@ -43,6 +43,9 @@ void DiscPlayer::insert(int type, int mask) {
     state(1);
     mixedType(mask ? mask : mixedBit(type));
     mediaType(type);
+    if (type == 0 || type == 3 || type == 5) {
+        videoMode(1);
+    }
     state(2);
 }
 

@@ -1,0 +1,211 @@
+#include "tests/model/ControllerTest.h"
+#include "tests/model/PpsAttribute.h"
+
+namespace zm::test {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ControllerChangesTest : public RunningControllerTest {};
+
+struct ChangeRow {
+    std::string object;
+    std::string line;
+    int code; ///< 0: no message
+    bool publishesMediaInfo = false;
+    bool publishesTrackText = false;
+};
+
+void PrintTo(const ChangeRow& row, std::ostream* out) {
+    *out << row.object << " " << row.line;
+}
+
+const ChangeRow CHANGES[] = {
+    {"/pps/zelmar/disc/status", "discstate::2", 1021, true},
+    {"/pps/zelmar/disc/status", R"(playstate:json:{"repeat":1,"shuffle":1,"scan":0})", 1000},
+    {"/pps/zelmar/disc/status", "playstate::1", 1000},
+    {"/pps/zelmar/disc/status", "rootmenu::true", 1004},
+    {"/pps/zelmar/disc/status", "parental::true", 1005},
+    {"/pps/zelmar/disc/status", "updatedb::16", 1006},
+    {"/pps/zelmar/disc/status", "dvdstate:json:{}", 1007},
+    {"/pps/zelmar/disc/status", "audiochannel::1", 1008},
+    {"/pps/zelmar/disc/status", "playspeed::2", 1009},
+    {"/pps/zelmar/disc/status", "keyinvalid::1", 1010},
+    {"/pps/zelmar/disc/status", "msgtip::3", 1026},
+    {"/pps/zelmar/disc/status", "unknown::3", 0},
+    {"/pps/zelmar/disc/device", "disc::1", 1013},
+    {"/pps/zelmar/disc/device", "mediatype::2", 1011, true, true},
+    {"/pps/zelmar/disc/device", "mixedtype::2", 1012},
+    {"/pps/zelmar/disc/device", "mixedswitching::1", 1023},
+    {"/pps/zelmar/disc/device", "errorstatus::48", 1024},
+    {"/pps/zelmar/disc/device", "videomode::1", 1025},
+    {"/pps/zelmar/disc/device", "connected::1", 0},
+    {"/pps/zelmar/disc/playing", "trackinfo:json:{}", 1015, true},
+    {"/pps/zelmar/disc/playing", R"(playtime:json:{"time":1,"tracktime":2,"times":3})", 1016, true},
+    {"/pps/zelmar/disc/playing", R"(ID3:json:{"title":"t","artist":"a","album":"b"})", 1017, false, true},
+    {"/pps/zelmar/disc/mpeginfo", "version::1.0", 1018},
+    {"/pps/zelmar/disc/mpeginfo", "other::1.0", 0},
+    {"/pps/zelmar/videoservice/status",
+     R"(zmvideo:json:{"status":"on","wndgp_id":"g","wnd_id":"w","src":"zmdisc"})", 1019},
+    {"/pps/zelmar/videoservice/status", R"(zmdisc:json:{"valid":1,"type":"t"})", 0},
+    {"/pps/zelmar/system/dev_status", "autodiscin::1", 0},
+    {"/pps/zelmar/system/dev_status", "discstatus::on", 0},
+};
+
+class EachChangeTest : public ControllerChangesTest, public testing::WithParamInterface<ChangeRow> {};
+
+TEST_P(EachChangeTest, SendsItsMessageAndPublishes) {
+    const ChangeRow& row = GetParam();
+    std::string published =
+        expectMessages(row.object, row.line, row.code ? std::vector{row.code} : std::vector<int>{});
+    EXPECT_EQ(published.find("zmdisc_mediainfo:json:") != std::string::npos, row.publishesMediaInfo)
+        << published;
+    EXPECT_EQ(published.find("zmdisc:json:") != std::string::npos, row.publishesTrackText) << published;
+}
+
+INSTANTIATE_TEST_SUITE_P(Changes, EachChangeTest, testing::ValuesIn(CHANGES));
+
+TEST_F(ControllerChangesTest, ADeletedAttributeCountsAsEmpty) {
+    publish(STATUS, "playspeed::8");
+    EXPECT_THAT(m_view.codes(1), ElementsAre(1009));
+    EXPECT_EQ(CDiscData::GetInstance()->GetPlaySpeed(), 8);
+    publish(STATUS, "-playspeed");
+    EXPECT_THAT(m_view.codes(1), ElementsAre(1009));
+    EXPECT_EQ(CDiscData::GetInstance()->GetPlaySpeed(), 0);
+}
+
+TEST_F(ControllerChangesTest, SeveralAttributesOfOneWriteComeInTheOrderOfTheLines) {
+    expectMessages(STATUS, "playspeed::1\nmsgtip::2\ndiscstate::6\nunknown::1\nrootmenu::false\n",
+                   {1009, 1026, 1021, 1004});
+}
+
+TEST_F(ControllerChangesTest, MessagesCarryNothingButTheirCode) {
+    publish(STATUS, "playspeed::8");
+    EXPECT_THAT(m_view.take(1), ElementsAre(ViewMessage{1009, 0, 0, 0}));
+}
+
+TEST_F(ControllerTest, TheStoreIsWrittenBeforeTheMessageAndNowPlayingPublishedBehindIt) {
+    int stateAtMessage = -1;
+    std::string publishedAtMessage;
+    m_view.onMessage = [&](int) {
+        stateAtMessage = CDiscData::GetInstance()->GetCurPlayStatus().discState;
+        publishedAtMessage = object(NOWPLAYING);
+    };
+    EXPECT_TRUE(m_controller.Init());
+    EXPECT_TRUE(m_controller.Start());
+    PpsFile reader = open(NOWPLAYING, "?delta");
+    reader.read();
+    publish(STATUS, "discstate::2");
+    EXPECT_THAT(m_view.codes(1), ElementsAre(1021));
+    EXPECT_EQ(stateAtMessage, 2);
+    EXPECT_EQ(publishedAtMessage, "@nowplaying\n");
+    EXPECT_THAT(next(reader), HasSubstr("\"status\":\"play\""));
+}
+
+TEST_F(ControllerChangesTest, AMediaTypePublishesMediaInfoAndThenTheTrackText) {
+    PpsFile reader = open(NOWPLAYING, "?delta");
+    reader.read();
+    expectMessages(DEVICE, "mediatype::1", {1011});
+    std::string text = next(reader);
+    size_t info = text.find("zmdisc_mediainfo:json:");
+    size_t track = text.find("zmdisc:json:");
+    ASSERT_NE(info, std::string::npos);
+    ASSERT_NE(track, std::string::npos);
+    EXPECT_LT(info, track);
+    EXPECT_THAT(text, HasSubstr("\"mediatype\":\"cd\""));
+}
+
+TEST_F(ControllerChangesTest, AVideoServiceThatShowsThisSourceDoesNotChangeTheStore) {
+    expectMessages(VIDEO_STATUS, R"(zmvideo:json:{"status":"on","wndgp_id":"g","wnd_id":"w","src":"zmdisc"})",
+                   {1019});
+    EXPECT_FALSE(CDiscData::GetInstance()->GetVideoStatus());
+}
+
+TEST_F(ControllerChangesTest, NothingArrivesFromTheSystemObject) {
+    expectMessages(SYSTEM, "autodiscin::1", {});
+    EXPECT_FALSE(CDiscData::GetInstance()->GetDiscAutoInsertFlag());
+}
+
+TEST_F(ControllerChangesTest, AChangeDeliveredForTheSystemObjectIsParsedWithoutAMessage) {
+    m_controller.OnAttributeChange(8, PpsAttribute("autodiscin", "", "1").get());
+    EXPECT_TRUE(CDiscData::GetInstance()->GetDiscAutoInsertFlag());
+    EXPECT_THAT(m_view.take(0), IsEmpty());
+}
+
+TEST_F(ControllerChangesTest, ChangesUnderOtherKeysAreLeftToTheFramework) {
+    for (int key : {-1, 0, 5, 6, 9, 10}) {
+        m_controller.OnAttributeChange(key, PpsAttribute("discstate", "", "2").get());
+    }
+    EXPECT_THAT(m_view.take(0), IsEmpty());
+    EXPECT_EQ(CDiscData::GetInstance()->GetCurPlayStatus().discState, -1);
+}
+
+TEST_F(ControllerTest, WhatWasThereBeforeComesInTheOrderOfTheObjects) {
+    publish(DEVICE, "disc::1");
+    publish(VIDEO_STATUS, "zmvideo:json:{}");
+    publish(MPEGINFO, "version::2");
+    publish(PLAYING, R"(playtime:json:{"time":1,"tracktime":2,"times":3})");
+    publish(STATUS, "discstate::2");
+    publish(SYSTEM, "discstatus::on");
+    EXPECT_TRUE(m_controller.Init());
+    EXPECT_TRUE(m_controller.Start());
+    EXPECT_THAT(m_view.codes(5), ElementsAre(1021, 1016, 1018, 1013, 1019));
+    EXPECT_TRUE(m_controller.Stop());
+}
+
+TEST_F(ControllerTest, InitOpensEveryObjectAndEmptiesTheControlObject) {
+    publish(CONTROL, "zmcmd:json:{}");
+    EXPECT_TRUE(m_controller.Init());
+    auto names = ppsList(socket());
+    ASSERT_TRUE(names);
+    EXPECT_THAT(*names,
+                testing::UnorderedElementsAre(
+                    "zelmar/disc/control", "zelmar/disc/status", "zelmar/disc/device", "zelmar/disc/playing",
+                    "zelmar/disc/mpeginfo", "zelmar/videoservice/command", "zelmar/videoservice/status",
+                    "zelmar/system/dev_status", "zelmar/navigator/nowplaying"));
+    EXPECT_EQ(object(CONTROL), "@control\n");
+}
+
+TEST_F(ControllerTest, InitTriesEveryObjectAlsoWhenTheFirstFails) {
+    publish("/pps/zelmar/disc/status/inside", "a::1"); // the object's name belongs to a folder now
+    EXPECT_FALSE(m_controller.Init());
+    EXPECT_TRUE(m_controller.NextClip()) << "the control object, the last one, was opened";
+    EXPECT_TRUE(m_controller.OperateVideoCapture(true, "", "", ""));
+}
+
+TEST_F(ControllerTest, InitFailsWhenTheObjectsAreOpenAlready) {
+    EXPECT_TRUE(m_controller.Init());
+    EXPECT_FALSE(m_controller.Init());
+}
+
+TEST_F(ControllerTest, AnOrderlyEnd) {
+    EXPECT_TRUE(m_controller.Init());
+    EXPECT_TRUE(m_controller.Start());
+    EXPECT_TRUE(m_controller.Stop());
+    EXPECT_TRUE(m_controller.Close());
+    publish(STATUS, "discstate::2");
+    EXPECT_THAT(m_view.take(0), IsEmpty());
+}
+
+TEST_F(ControllerTest, AfterAnEndItCanBeginAgain) {
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(m_controller.Init());
+        EXPECT_TRUE(m_controller.Start());
+        publish(MPEGINFO, "version::2");
+        EXPECT_FALSE(m_view.codes(1).empty());
+        EXPECT_TRUE(m_controller.Stop());
+        EXPECT_TRUE(m_controller.Close());
+        m_view.take(0);
+    }
+}
+
+TEST_F(ControllerTest, DestroyedWhileItMonitorsItEndsItsThread) {
+    auto controller = std::make_unique<DiscViewController>(&m_view);
+    EXPECT_TRUE(controller->Init());
+    EXPECT_TRUE(controller->Start());
+    publish(STATUS, "discstate::2\nplayspeed::1\nmsgtip::2");
+    controller.reset();
+}
+
+} // namespace zm::test

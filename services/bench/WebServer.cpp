@@ -75,12 +75,10 @@ std::vector<std::string> commandWords(std::string_view body) {
 
 WebServer::WebServer(EventLoop& loop, WebBackend backend, std::string pageFolder)
     : m_backend(std::move(backend)), m_pageFolder(std::move(pageFolder)),
-      m_guard(runtimeDir() + "/page-token"),
+      m_guard(runtimeDir() + "/page-token"), m_loop(loop),
       m_screen(m_backend.compositor,
                [this](std::vector<std::string> argv) { m_backend.run(std::move(argv), [](auto) {}); }),
       m_state(loop, m_backend.sources), m_server(nullptr) {
-    // libsoup takes the loop from the thread default context of whoever creates the server and listens.
-    g_main_context_push_thread_default(loop.context());
     m_server = soup_server_new("server-header", "bench", nullptr);
     soup_server_remove_websocket_extension(m_server, SOUP_TYPE_WEBSOCKET_EXTENSION_DEFLATE);
     // The guard stands on each exact path: one on a shorter path is not asked for a longer one.
@@ -102,7 +100,6 @@ WebServer::WebServer(EventLoop& loop, WebBackend backend, std::string pageFolder
     for (const char* path : {"/", "/api"}) {
         soup_server_add_handler(m_server, path, &WebServer::serve, this, nullptr);
     }
-    g_main_context_pop_thread_default(loop.context());
 }
 
 WebServer::~WebServer() {
@@ -112,7 +109,12 @@ WebServer::~WebServer() {
 
 Result<std::string> WebServer::start(int port) {
     GError* error = nullptr;
-    if (!soup_server_listen_local(m_server, static_cast<guint>(port), SOUP_SERVER_LISTEN_IPV4_ONLY, &error)) {
+    // libsoup takes its loop from the thread default context of whoever makes it listen.
+    g_main_context_push_thread_default(m_loop.context());
+    const bool listens =
+        soup_server_listen_local(m_server, static_cast<guint>(port), SOUP_SERVER_LISTEN_IPV4_ONLY, &error);
+    g_main_context_pop_thread_default(m_loop.context());
+    if (!listens) {
         const std::string text = error->message;
         g_error_free(error);
         return Error{"port " + std::to_string(port) + ": " + text};

@@ -60,6 +60,7 @@ private:
     WebBackend m_backend;
     std::string m_pageFolder;
     WebGuard m_guard;
+    EventLoop& m_loop;
     WebScreen m_screen;
     WebState m_state;
     SoupServer* m_server;

@@ -1,0 +1,259 @@
+#include "base/Socket.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <thread>
+
+namespace zm {
+
+using namespace std::chrono_literals;
+
+class SocketTest : public testing::Test {
+protected:
+    SocketTest() {
+        char pattern[] = "/tmp/zm-socket-XXXXXX";
+        folder = mkdtemp(pattern);
+        path = folder + "/test.sock";
+    }
+    ~SocketTest() override { std::filesystem::remove_all(folder); }
+
+    /** Both ends of a connection. */
+    std::pair<UniqueFd, UniqueFd> pair() {
+        int ends[2];
+        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);
+        return {UniqueFd(ends[0]), UniqueFd(ends[1])};
+    }
+    static bool sameFile(int left, int right) {
+        struct stat a {};
+        struct stat b {};
+        return fstat(left, &a) == 0 && fstat(right, &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+    }
+
+    std::string folder;
+    std::string path;
+};
+
+TEST_F(SocketTest, MessagesOfAnySizeArriveWholeAndInOrder) {
+    auto [left, right] = pair();
+    SyncConnection sender(std::move(left));
+    SyncConnection receiver(std::move(right));
+    std::vector<std::string> messages;
+    for (size_t size : {0u, 1u, 65535u, 65536u, 65537u, 131072u, 5000000u}) {
+        std::string text(size, 'x');
+        for (size_t i = 0; i < size; i += 997) {
+            text[i] = static_cast<char>(i % 251);
+        }
+        messages.push_back(std::move(text));
+    }
+    std::thread sending([&] {
+        for (const auto& message : messages) {
+            EXPECT_TRUE(sender.send(message));
+        }
+    });
+    for (const auto& message : messages) {
+        auto received = receiver.receive(10s);
+        ASSERT_TRUE(received) << received.error();
+        EXPECT_TRUE(received->text == message) << message.size() << " bytes";
+    }
+    sending.join();
+}
+
+TEST_F(SocketTest, DescriptorsTravelWithTheirMessage) {
+    auto [left, right] = pair();
+    SyncConnection sender(std::move(left));
+    SyncConnection receiver(std::move(right));
+    UniqueFd file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    std::thread sending([&] {
+        EXPECT_TRUE(sender.send("none"));
+        EXPECT_TRUE(sender.send(std::string(200000, 'x'), {file.get(), file.get()}));
+        EXPECT_TRUE(sender.send("none again"));
+    });
+    EXPECT_TRUE(receiver.receive(10s)->fds.empty());
+    const auto message = receiver.receive(10s);
+    ASSERT_EQ(message->fds.size(), 2u);
+    EXPECT_TRUE(sameFile(message->fds[0].get(), file.get()));
+    EXPECT_TRUE(sameFile(message->fds[1].get(), file.get()));
+    EXPECT_EQ(fcntl(message->fds[0].get(), F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
+    EXPECT_TRUE(receiver.receive(10s)->fds.empty());
+    sending.join();
+}
+
+TEST_F(SocketTest, ReceivingEndsWithItsTimeOrItsPeer) {
+    auto [left, right] = pair();
+    SyncConnection receiver(std::move(right));
+    EXPECT_EQ(receiver.receive(1ms).error(), "no answer in time");
+    left.reset();
+    EXPECT_EQ(receiver.receive(5s).error(), "connection closed");
+    EXPECT_FALSE(receiver.send("x")) << "and kills nobody by a signal";
+}
+
+TEST_F(SocketTest, AStaleSocketIsReplacedAndAServedOneIsNot) {
+    {
+        auto first = listenUnix(path);
+        ASSERT_TRUE(first) << first.error();
+        EXPECT_NE(listenUnix(path).error().find("already served"), std::string::npos);
+        EXPECT_TRUE(connectUnix(path));
+    }
+    EXPECT_TRUE(std::filesystem::exists(path)) << "the file is left behind";
+    EXPECT_FALSE(connectUnix(path));
+    EXPECT_TRUE(listenUnix(path));
+}
+
+TEST_F(SocketTest, ConnectingWaitsForAServerThatComesLater) {
+    EXPECT_NE(connectUnix(path).error().find(path), std::string::npos);
+    Result<UniqueFd> listening = Error{""};
+    std::thread server([&] { listening = listenUnix(path); });
+    EXPECT_TRUE(connectUnix(path, 5s));
+    server.join();
+}
+
+TEST_F(SocketTest, APathThatIsTooLongIsAnErrorAndNotCut) {
+    const std::string longPath = folder + "/" + std::string(200, 'x');
+    EXPECT_NE(listenUnix(longPath).error().find("too long"), std::string::npos);
+    EXPECT_NE(connectUnix(longPath).error().find("too long"), std::string::npos);
+}
+
+TEST_F(SocketTest, AServedConnectionReceivesAndAnswers) {
+    EventLoop loop;
+    auto listening = listenUnix(path);
+    ASSERT_TRUE(listening);
+    std::unique_ptr<Connection> connection;
+    bool closed = false;
+    Listener listener(loop, std::move(*listening), [&](UniqueFd fd) {
+        connection = std::make_unique<Connection>(loop, std::move(fd));
+        EXPECT_EQ(connection->peerPid(), getpid());
+        connection->onMessage = [&](Message message) { connection->send("echo " + message.text); };
+        connection->onClosed = [&] {
+            closed = true;
+            loop.quit();
+        };
+    });
+    std::thread client([&] {
+        SyncConnection own(std::move(*connectUnix(path)));
+        for (size_t size : {3u, 300000u}) {
+            const std::string text(size, 'y');
+            EXPECT_TRUE(own.send(text));
+            auto answer = own.receive(10s);
+            ASSERT_TRUE(answer) << answer.error();
+            EXPECT_TRUE(answer->text == "echo " + text);
+        }
+    });
+    loop.run();
+    client.join();
+    EXPECT_TRUE(closed);
+}
+
+TEST_F(SocketTest, ASlowPeerGetsEverythingInTheEndDescriptorsToo) {
+    EventLoop loop;
+    auto [left, right] = pair();
+    Connection connection(loop, std::move(left));
+    UniqueFd file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    constexpr int Messages = 300;
+    for (int i = 0; i < Messages; ++i) {
+        connection.send(std::to_string(i) + std::string(20000, 'x'), {file.get()});
+    }
+    EXPECT_GT(connection.backlog(), 0u) << "more than the socket takes";
+    std::thread client([&, end = std::move(right)]() mutable {
+        SyncConnection own(std::move(end));
+        for (int i = 0; i < Messages; ++i) {
+            auto message = own.receive(10s);
+            ASSERT_TRUE(message) << message.error();
+            EXPECT_TRUE(message->text.starts_with(std::to_string(i) + "x"));
+            ASSERT_EQ(message->fds.size(), 1u);
+            EXPECT_TRUE(sameFile(message->fds[0].get(), file.get()));
+        }
+        loop.quit();
+    });
+    loop.run();
+    client.join();
+    EXPECT_EQ(connection.backlog(), 0u);
+}
+
+TEST_F(SocketTest, APeerThatNeverReadsIsCutOffOnceAndNotInsideSend) {
+    EventLoop loop;
+    auto [left, right] = pair();
+    Connection connection(loop, std::move(left), 100000);
+    int closed = 0;
+    connection.onClosed = [&] { ++closed; };
+    for (int i = 0; i < 1000; ++i) {
+        connection.send(std::string(10000, 'x'));
+    }
+    EXPECT_EQ(closed, 0);
+    EXPECT_EQ(connection.backlog(), 0u) << "nothing is kept for it";
+    while (loop.iterate(false)) {
+    }
+    EXPECT_EQ(closed, 1);
+}
+
+TEST_F(SocketTest, AConnectionMayBeDestroyedInsideItsCallbacks) {
+    for (const bool byMessage : {true, false}) {
+        EventLoop loop;
+        auto [left, right] = pair();
+        auto connection = std::make_unique<Connection>(loop, std::move(left));
+        connection->onMessage = [&](Message) { connection.reset(); };
+        connection->onClosed = [&] { connection.reset(); };
+        {
+            SyncConnection peer(std::move(right));
+            if (byMessage) {
+                ASSERT_TRUE(peer.send("one"));
+                ASSERT_TRUE(peer.send("two"));
+            }
+        }
+        const auto deadline = std::chrono::steady_clock::now() + 5s;
+        while (connection && std::chrono::steady_clock::now() < deadline) {
+            loop.iterate(false);
+        }
+        EXPECT_EQ(connection, nullptr);
+    }
+}
+
+TEST_F(SocketTest, AnInterruptedMessageIsNeverDelivered) {
+    EventLoop loop;
+    auto [left, right] = pair();
+    Connection connection(loop, std::move(left));
+    int messages = 0;
+    bool closed = false;
+    connection.onMessage = [&](Message) { ++messages; };
+    connection.onClosed = [&] { closed = true; };
+    // The first byte says that more packets follow.
+    ASSERT_GT(::send(right.get(), "\1part", 5, 0), 0);
+    right.reset();
+    const auto deadline = std::chrono::steady_clock::now() + 5s;
+    while (!closed && std::chrono::steady_clock::now() < deadline) {
+        loop.iterate(false);
+    }
+    EXPECT_TRUE(closed);
+    EXPECT_EQ(messages, 0);
+}
+
+TEST_F(SocketTest, OneBusyPeerDoesNotStarveAnother) {
+    EventLoop loop;
+    auto [busyLeft, busyRight] = pair();
+    auto [quietLeft, quietRight] = pair();
+    Connection busy(loop, std::move(busyLeft));
+    Connection quiet(loop, std::move(quietLeft));
+    std::atomic<bool> stop = false;
+    busy.onMessage = [](Message) {};
+    quiet.onMessage = [&](Message) {
+        stop = true;
+        loop.quit();
+    };
+    std::thread flooding([&, end = std::move(busyRight)]() mutable {
+        SyncConnection own(std::move(end));
+        while (!stop && own.send("x")) {
+        }
+    });
+    SyncConnection whisper(std::move(quietRight));
+    ASSERT_TRUE(whisper.send("y"));
+    loop.run();
+    EXPECT_TRUE(stop);
+    flooding.join();
+}
+
+} // namespace zm

@@ -62,10 +62,7 @@ TEST_F(ListQuery, TracksOfACd) {
 
 TEST_F(ListQuery, WithoutACdTheTrackListStaysEmpty) {
     listMusic();
-    unit.disc.mediaType(PLAY_TYPE_CD);
-    unit.disc.state(1);
-    unit.disc.state(2); // the play page of a CD returns to its tracks
-    unit.disc.mediaType(PLAY_TYPE_MUSIC);
+    inside.setPlayListFrom(PLAY_LIST_CD);
     press(ITEM_TO_LIST, WND_AUDIO_PLAY);
     tick();
     EXPECT_FALSE(unit.log("[OnQueryCurAudioList]--m_szListSql:SELECT fid,folderid,ftype,filename from files "

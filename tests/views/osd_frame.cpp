@@ -37,7 +37,7 @@ TEST_F(OsdFrame, TheBarFollowsTheClipType) {
         unit.disc.mediaType(clip.type);
         unit.onViewThread([&] { unit.osdView().ShowCurWnd(true); });
         unit.settle();
-        EXPECT_EQ(unit.osd.window(), clip.window);
+        EXPECT_EQ(unit.osd.shown().front(), clip.window);
     }
     EXPECT_EQ(unit.log("[DiscOsdView::OnUserMessage]-------set m_nCurPlayType=4").size(), 1u);
 }
@@ -106,6 +106,14 @@ TEST_F(OsdFrame, ShowingABarClosesTheSourceGroup) {
         unit.onViewThread([&] { unit.osdView().ShowCurWnd(true); });
         EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
     }
+}
+
+TEST_F(OsdFrame, ThePadThatStartUpShowsGoesWithTheFirstOverlay) {
+    EXPECT_THAT(unit.osd.shown(), ElementsAre(OSD_WND_GOTO));
+    play(PLAY_TYPE_DVD);
+    unit.click(WND_VIDEO, 1, BT_STATE_RELEASED);
+    unit.advance(10s);
+    EXPECT_THAT(unit.osd.shown(), testing::Not(testing::Contains(OSD_WND_GOTO)));
 }
 
 TEST_F(OsdFrame, RedrawingEverythingClosesTheSourceGroup) {

@@ -22,6 +22,9 @@ protected:
     void playClip(const OsdClip& clip) {
         play(clip.type);
         window = clip.window;
+        // Start-up shows the pad's window; it stays until the overlay goes for the first time.
+        unit.onViewThread([&] { unit.osdView().HideGotoView(); });
+        unit.settle();
     }
     Item item(int id) { return unit.osd.item(window, id); }
     std::string text(int id) { return item(id).text; }

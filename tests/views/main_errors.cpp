@@ -33,13 +33,13 @@ TEST_F(MainErrors, RegionErrorShowsItsMessageAndEjectsThreeSecondsLater) {
 }
 
 TEST_F(MainErrors, ReadErrorSkipsToTheNextTrack) {
-    struct Row {
+    struct Case {
         int track;
         const char* command; ///< null: none
     };
     for (const int type : {PLAY_TYPE_CD, PLAY_TYPE_VCD}) {
         play(type);
-        for (const auto& [track, command] : {Row{3, "182,4,0"}, Row{12, "182,1,0"}, Row{13, nullptr}}) {
+        for (const auto& [track, command] : {Case{3, "182,4,0"}, Case{12, "182,1,0"}, Case{13, nullptr}}) {
             SCOPED_TRACE(track);
             unit.disc.track({.curMediaId = 1, .curMediaIds = 1, .mediaId = track, .mediaIds = 12});
             unit.clearCommands();
@@ -51,13 +51,13 @@ TEST_F(MainErrors, ReadErrorSkipsToTheNextTrack) {
 }
 
 TEST_F(MainErrors, ReadErrorSkipsToTheNextFileAndWrapsWithTheIndexInTheFoldersPlace) {
-    struct Row {
+    struct Case {
         int index;
         const char* command;
     };
     for (const int type : {PLAY_TYPE_MUSIC, PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
         play(type);
-        for (const auto& [index, command] : {Row{3, "182,4,9"}, Row{12, "182,1,13"}, Row{13, nullptr}}) {
+        for (const auto& [index, command] : {Case{3, "182,4,9"}, Case{12, "182,1,13"}, Case{13, nullptr}}) {
             SCOPED_TRACE(index);
             unit.disc.track(
                 {.curMediaId = index, .curMediaIds = 12, .mediaId = 1, .mediaIds = 1, .parentFolder = 9});

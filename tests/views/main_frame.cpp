@@ -128,12 +128,12 @@ TEST_F(MainFrame, ListPageOfAMissingTypeOffersNoWayBack) {
 }
 
 TEST_F(MainFrame, ListPageShowsTheBrowsedType) {
-    struct Row {
+    struct Case {
         int type;
         int icon;
     };
     for (const auto& [type, icon] :
-         {Row{PLAY_TYPE_VIDEO, 80}, Row{PLAY_TYPE_PHOTO, 55}, Row{PLAY_TYPE_MUSIC, 90}}) {
+         {Case{PLAY_TYPE_VIDEO, 80}, Case{PLAY_TYPE_PHOTO, 55}, Case{PLAY_TYPE_MUSIC, 90}}) {
         inside.setBrowsedType(type);
         for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
             unit.onViewThread([&] { unit.view().OnShow(page, true, 0); });
@@ -154,8 +154,15 @@ TEST_F(MainFrame, EndingAfterStartSucceeds) {
 TEST_F(MainFrame, EndingStopsCaptureThatIsOn) {
     play(PLAY_TYPE_DVD);
     ASSERT_THAT(captures(), ElementsAre("on"));
+    CDiscData::GetInstance()->SetVideoStatus(true);
     EXPECT_TRUE(unit.endApplication());
-    EXPECT_THAT(captures(), ElementsAre("on", "off"));
+    EXPECT_THAT(unit.attribute(VIDEO_COMMAND, "zmvideo"), HasSubstr(R"("status":"off")"));
+}
+
+TEST_F(MainFrame, EndingLeavesCaptureThatIsNotReported) {
+    play(PLAY_TYPE_DVD);
+    EXPECT_TRUE(unit.endApplication());
+    EXPECT_THAT(unit.attribute(VIDEO_COMMAND, "zmvideo"), HasSubstr(R"("status":"on")"));
 }
 
 } // namespace zm::test

@@ -143,11 +143,11 @@ TEST_F(MainKeys, DirectionKeysAndEncoderMoveTheListsSelection) {
     openList();
     const int start = unit.main.item(WND_MEDIA_LIST, ITEM_LIST).current;
     ASSERT_GE(start, 0);
-    struct Row {
+    struct Case {
         int code, step;
     };
     int expected = start;
-    for (const auto& [code, step] : {Row{46, 1}, Row{87, 1}, Row{46, 1}, Row{45, -1}, Row{88, -1}}) {
+    for (const auto& [code, step] : {Case{46, 1}, Case{87, 1}, Case{46, 1}, Case{45, -1}, Case{88, -1}}) {
         unit.key(code);
         expected += step;
         EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_LIST).current, expected) << code;

@@ -11,14 +11,14 @@ constexpr auto LONG_AGO = 5s; // more than the interval in which a second pause 
 }
 
 TEST_F(MainLauncher, EachStatusIsLogged) {
-    struct Row {
+    struct Case {
         const char* status;
         const char* name;
         int number;
     };
     for (const auto& [status, name, number] :
-         {Row{"resume", "RESUME", 0}, Row{"pause", "PAUSE", 1}, Row{"showonly", "SHOWONLY", 2},
-          Row{"hideonly", "HIDEONLY", 3}}) {
+         {Case{"resume", "RESUME", 0}, Case{"pause", "PAUSE", 1}, Case{"showonly", "SHOWONLY", 2},
+          Case{"hideonly", "HIDEONLY", 3}}) {
         SCOPED_TRACE(status);
         const std::string param = "[OnAppsMessage] APPSMSG_APPSTATUS Param1=" + std::to_string(number);
         const std::string banner = std::string("[OnAppsMessage] =====================APPS_STATUS_") + name +
@@ -120,18 +120,18 @@ TEST_F(MainLauncher, PauseOfADiscThatDoesNotPlaySendsNoToggle) {
 }
 
 TEST_F(MainLauncher, ResumeTogglesPlayWhenThePauseFoundItRunning) {
-    struct Row {
+    struct Case {
         int before;
         int now;
         bool toggles;
     };
     play(PLAY_TYPE_MUSIC);
-    for (const auto& [before, now, toggles] : {Row{DISC_STATE_PLAYING, DISC_STATE_PAUSED, true},
-                                               Row{DISC_STATE_FAST_FORWARD, DISC_STATE_PAUSED, true},
-                                               Row{DISC_STATE_FAST_BACKWARD, DISC_STATE_STOPPED, true},
-                                               Row{DISC_STATE_PAUSED, DISC_STATE_PAUSED, false},
-                                               Row{DISC_STATE_STOPPED, DISC_STATE_STOPPED, false},
-                                               Row{DISC_STATE_PLAYING, DISC_STATE_PLAYING, false}}) {
+    for (const auto& [before, now, toggles] : {Case{DISC_STATE_PLAYING, DISC_STATE_PAUSED, true},
+                                               Case{DISC_STATE_FAST_FORWARD, DISC_STATE_PAUSED, true},
+                                               Case{DISC_STATE_FAST_BACKWARD, DISC_STATE_STOPPED, true},
+                                               Case{DISC_STATE_PAUSED, DISC_STATE_PAUSED, false},
+                                               Case{DISC_STATE_STOPPED, DISC_STATE_STOPPED, false},
+                                               Case{DISC_STATE_PLAYING, DISC_STATE_PLAYING, false}}) {
         SCOPED_TRACE(std::to_string(before) + " then " + std::to_string(now));
         unit.disc.state(before);
         inside.ageLastPause(LONG_AGO);
@@ -236,13 +236,13 @@ TEST_F(MainLauncher, ResumeWhileDrivingShowsTheParkingPage) {
 }
 
 TEST_F(MainLauncher, ResumeOfVideoFilesAndPhotosStartsCapture) {
-    struct Row {
+    struct Case {
         int type;
         int state;
     };
     for (const auto& [type, state] :
-         {Row{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_PLAY}, Row{PLAY_TYPE_VIDEO, VIEW_STATE_PHOTO_PLAY},
-          Row{PLAY_TYPE_PHOTO, VIEW_STATE_VIDEO_PLAY}, Row{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_PLAY}}) {
+         {Case{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_PLAY}, Case{PLAY_TYPE_VIDEO, VIEW_STATE_PHOTO_PLAY},
+          Case{PLAY_TYPE_PHOTO, VIEW_STATE_VIDEO_PLAY}, Case{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_PLAY}}) {
         SCOPED_TRACE(std::to_string(type) + " in " + std::to_string(state));
         unit.disc.mediaType(type);
         inside.setState(state);

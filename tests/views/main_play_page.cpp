@@ -15,11 +15,11 @@ std::vector<int> icons(const Item& item) {
 
 TEST_F(MainPlayPage, RepeatModesHaveTheirPictures) {
     play(PLAY_TYPE_MUSIC);
-    struct Row {
+    struct Case {
         int mode, icon, pressed;
     };
     for (const auto& [mode, icon, pressed] :
-         {Row{1, 161, 162}, Row{2, 53, 54}, Row{4, 85, 86}, Row{8, 83, 84}}) {
+         {Case{1, 161, 162}, Case{2, 53, 54}, Case{4, 85, 86}, Case{8, 83, 84}}) {
         unit.disc.playState(mode, 0, 0);
         EXPECT_THAT(icons(unit.main.item(WND_AUDIO_PLAY, ITEM_REPEAT)), ElementsAre(icon, icon, pressed))
             << mode;
@@ -32,10 +32,10 @@ TEST_F(MainPlayPage, RepeatModesHaveTheirPictures) {
 
 TEST_F(MainPlayPage, ShuffleModesHaveTheirPictures) {
     play(PLAY_TYPE_CD);
-    struct Row {
+    struct Case {
         int mode, icon, pressed;
     };
-    for (const auto& [mode, icon, pressed] : {Row{0, 94, 95}, Row{1, 165, 166}, Row{2, 87, 88}}) {
+    for (const auto& [mode, icon, pressed] : {Case{0, 94, 95}, Case{1, 165, 166}, Case{2, 87, 88}}) {
         unit.disc.playState(1, mode, 0);
         EXPECT_THAT(icons(unit.main.item(WND_AUDIO_PLAY, ITEM_SHUFFLE)), ElementsAre(icon, icon, pressed))
             << mode;
@@ -55,17 +55,17 @@ TEST_F(MainPlayPage, ModesOfOtherTypesLeaveTheButtons) {
 
 TEST_F(MainPlayPage, TimesChangeTheirFormAtAnHour) {
     play(PLAY_TYPE_MUSIC);
-    struct Row {
+    struct Case {
         int elapsed, total;
         const char* elapsedText;
         const char* totalText;
         int percent;
     };
-    for (const Row& row :
-         {Row{0, 0, "00:00", "00:00", 0}, Row{3599, 3600, "59:59", "01:00:00", 99},
-          Row{3600, 7322, "01:00:00", "02:02:02", 49}, Row{61, 200, "01:01", "03:20", 30},
-          Row{5, 0, "00:05", "00:00", 0}, Row{5, -1, "00:05", "00:-1", 0},
-          Row{300, 200, "05:00", "03:20", 100}, Row{359999, 360000, "99:59:59", "100:00:00", 99}}) {
+    for (const Case& row :
+         {Case{0, 0, "00:00", "00:00", 0}, Case{3599, 3600, "59:59", "01:00:00", 99},
+          Case{3600, 7322, "01:00:00", "02:02:02", 49}, Case{61, 200, "01:01", "03:20", 30},
+          Case{5, 0, "00:05", "00:00", 0}, Case{5, -1, "00:05", "00:-1", 0},
+          Case{300, 200, "05:00", "03:20", 100}, Case{359999, 360000, "99:59:59", "100:00:00", 99}}) {
         SCOPED_TRACE(row.elapsed);
         unit.disc.playTime(row.elapsed, row.total);
         EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ELAPSED).text, row.elapsedText);
@@ -95,7 +95,7 @@ TEST_F(MainPlayPage, TimesOutsideThePlayPageAreIgnored) {
 }
 
 TEST_F(MainPlayPage, FilesAreCountedInTheirFolder) {
-    struct Row {
+    struct Case {
         int number, count;
         const char* text;
     };
@@ -103,8 +103,8 @@ TEST_F(MainPlayPage, FilesAreCountedInTheirFolder) {
         unit.disc.mediaType(type);
         inside.setState(VIEW_STATE_AUDIO_PLAY);
         for (const auto& [number, count, text] :
-             {Row{3, 12, "3/12"}, Row{150, 300, "150/300"}, Row{1, 0, "--/--"}, Row{2, -1, "--/--"},
-              Row{0, 12, "--/12"}, Row{-1, 300, "--/300"}, Row{0, 0, "--/--"}}) {
+             {Case{3, 12, "3/12"}, Case{150, 300, "150/300"}, Case{1, 0, "--/--"}, Case{2, -1, "--/--"},
+              Case{0, 12, "--/12"}, Case{-1, 300, "--/300"}, Case{0, 0, "--/--"}}) {
             SCOPED_TRACE(text);
             unit.disc.track({.curMediaId = number, .curMediaIds = count, .mediaId = 77, .mediaIds = 88});
             EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, text);
@@ -114,13 +114,13 @@ TEST_F(MainPlayPage, FilesAreCountedInTheirFolder) {
 
 TEST_F(MainPlayPage, TracksOfACdAreCountedUpToNinetyNine) {
     play(PLAY_TYPE_CD);
-    struct Row {
+    struct Case {
         int number, count;
         const char* text;
     };
     for (const auto& [number, count, text] :
-         {Row{3, 12, "3/12"}, Row{99, 99, "99/99"}, Row{0, 12, "--/12"}, Row{100, 12, "--/--"},
-          Row{1, 100, "--/--"}, Row{0, 100, "--/--"}, Row{1, 0, "--/--"}, Row{-1, 12, "--/--"}}) {
+         {Case{3, 12, "3/12"}, Case{99, 99, "99/99"}, Case{0, 12, "--/12"}, Case{100, 12, "--/--"},
+          Case{1, 100, "--/--"}, Case{0, 100, "--/--"}, Case{1, 0, "--/--"}, Case{-1, 12, "--/--"}}) {
         SCOPED_TRACE(text);
         unit.disc.track({.curMediaId = 7, .curMediaIds = 8, .mediaId = number, .mediaIds = count});
         EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, text);
@@ -182,16 +182,16 @@ TEST_F(MainPlayPage, NamesOfAnyScriptAndLengthAreShown) {
 }
 
 TEST_F(MainPlayPage, ListTitleFollowsThePlayingFileForSomeSourcesOnly) {
-    struct Row {
+    struct Case {
         int source;
         int page; ///< 0: none
     };
     play(PLAY_TYPE_MUSIC);
     openList();
     for (const auto& [source, page] :
-         {Row{0, WND_MEDIA_LIST}, Row{1, WND_FOLDER_LIST}, Row{2, 0}, Row{3, 0}, Row{4, WND_MEDIA_LIST},
-          Row{5, WND_FOLDER_LIST}, Row{6, WND_MEDIA_LIST}, Row{7, WND_MEDIA_LIST}, Row{8, 0}, Row{9, 0},
-          Row{10, WND_MEDIA_LIST}}) {
+         {Case{0, WND_MEDIA_LIST}, Case{1, WND_FOLDER_LIST}, Case{2, 0}, Case{3, 0}, Case{4, WND_MEDIA_LIST},
+          Case{5, WND_FOLDER_LIST}, Case{6, WND_MEDIA_LIST}, Case{7, WND_MEDIA_LIST}, Case{8, 0}, Case{9, 0},
+          Case{10, WND_MEDIA_LIST}}) {
         SCOPED_TRACE(source);
         inside.setListFrom(LIST_FROM_AUDIO_FOLDERS);
         unit.disc.track({.curMediaId = 1, .curMediaIds = 12, .parentFolder = 1});
@@ -206,14 +206,14 @@ TEST_F(MainPlayPage, ListTitleFollowsThePlayingFileForSomeSourcesOnly) {
 }
 
 TEST_F(MainPlayPage, ListTitleIsThatOfThePlayingType) {
-    struct Row {
+    struct Case {
         int type;
         const char* title;
     };
     play(PLAY_TYPE_MUSIC);
     openList();
-    for (const auto& [type, title] :
-         {Row{PLAY_TYPE_MUSIC, "song 3"}, Row{PLAY_TYPE_VIDEO, "film 3"}, Row{PLAY_TYPE_PHOTO, "photo 3"}}) {
+    for (const auto& [type, title] : {Case{PLAY_TYPE_MUSIC, "song 3"}, Case{PLAY_TYPE_VIDEO, "film 3"},
+                                      Case{PLAY_TYPE_PHOTO, "photo 3"}}) {
         unit.disc.mediaType(type);
         unit.disc.track({.curMediaId = 3, .curMediaIds = 12, .mediaId = type, .parentFolder = 1});
         EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).text, title);

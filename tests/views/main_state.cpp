@@ -12,7 +12,7 @@ TEST_F(MainState, MessagesOutsideTheTableAreIgnored) {
          {-1, 0, 999, 1001, 1002, 1003, 1005, 1007, 1008, 1009, 1010, 1018, 1026, 1027, 1028, 2000}) {
         viewMessage(code);
     }
-    unit.onViewThread([&] { EXPECT_EQ(unit.view().OnUserMessage(nullptr), 0); });
+    unit.onViewThread([&] { EXPECT_EQ(unit.view().DiscView::OnUserMessage(nullptr), 0); });
     EXPECT_EQ(unit.log("[DiscView::").size(), lines);
     EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
 }
@@ -39,13 +39,14 @@ TEST_F(MainState, MixedTypeIsTaken) {
 }
 
 TEST_F(MainState, MediaTypeSetsPlayTypeBrowsedTypeAndTab) {
-    struct Row {
+    struct Case {
         int type;
         int tab;
     };
     // Types without a list leave the tab of the one before.
-    for (const auto& [type, tab] : {Row{PLAY_TYPE_VIDEO, 1}, Row{PLAY_TYPE_DVD, 1}, Row{PLAY_TYPE_PHOTO, 2},
-                                    Row{PLAY_TYPE_VCD, 2}, Row{PLAY_TYPE_CD, 2}, Row{PLAY_TYPE_MUSIC, 0}}) {
+    for (const auto& [type, tab] :
+         {Case{PLAY_TYPE_VIDEO, 1}, Case{PLAY_TYPE_DVD, 1}, Case{PLAY_TYPE_PHOTO, 2}, Case{PLAY_TYPE_VCD, 2},
+          Case{PLAY_TYPE_CD, 2}, Case{PLAY_TYPE_MUSIC, 0}}) {
         SCOPED_TRACE(type);
         unit.disc.mediaType(type);
         EXPECT_EQ(inside.playType(), type);
@@ -58,13 +59,13 @@ TEST_F(MainState, MediaTypeSetsPlayTypeBrowsedTypeAndTab) {
 }
 
 TEST_F(MainState, MediaTypeSelectsItsTabOnBothListPages) {
-    struct Row {
+    struct Case {
         int type;
         int music, video, photo;
     };
     for (const auto& [type, music, video, photo] :
-         {Row{PLAY_TYPE_MUSIC, 3, 2, 2}, Row{PLAY_TYPE_VIDEO, 2, 3, 2}, Row{PLAY_TYPE_PHOTO, 2, 2, 3},
-          Row{PLAY_TYPE_DVD, 2, 2, 3}}) { // a type without a tab changes nothing
+         {Case{PLAY_TYPE_MUSIC, 3, 2, 2}, Case{PLAY_TYPE_VIDEO, 2, 3, 2}, Case{PLAY_TYPE_PHOTO, 2, 2, 3},
+          Case{PLAY_TYPE_DVD, 2, 2, 3}}) { // a type without a tab changes nothing
         SCOPED_TRACE(type);
         unit.disc.mediaType(type);
         for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
@@ -76,20 +77,20 @@ TEST_F(MainState, MediaTypeSelectsItsTabOnBothListPages) {
 }
 
 TEST_F(MainState, LeftMenuFollowsTheListSource) {
-    struct Row {
+    struct Case {
         int source;
         int shown;
         int state;
         int folderState;
     };
-    constexpr Row ROWS[] = {
+    constexpr Case ROWS[] = {
         {0, ITEM_ALL_MUSIC, 2, 3},  {1, ITEM_ALL_MUSIC, 2, 3}, {2, ITEM_ALL_VIDEO, 2, 3},
         {3, ITEM_ALL_VIDEO, 2, 3},  {4, ITEM_ALL_PHOTO, 2, 3}, {5, ITEM_ALL_PHOTO, 2, 3},
         {6, ITEM_ALL_MUSIC, 3, 2},  {7, ITEM_ALL_PHOTO, 3, 2}, {8, ITEM_ALL_VIDEO, 3, 2},
         {10, ITEM_ALL_MUSIC, 2, 2},
     };
     for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
-        for (const Row& row : ROWS) {
+        for (const Case& row : ROWS) {
             SCOPED_TRACE(row.source);
             inside.showLeftState(page, row.source);
             for (const int item : {ITEM_ALL_MUSIC, ITEM_ALL_VIDEO, ITEM_ALL_PHOTO}) {
@@ -144,14 +145,14 @@ TEST_F(MainState, LoadingShowsItsMessageAndStartsItsTimer) {
 }
 
 TEST_F(MainState, FirstPlayingStateChoosesThePage) {
-    struct Row {
+    struct Case {
         int type;
         int status;
         int page;
         int state;
         int tab;
     };
-    constexpr Row ROWS[] = {
+    constexpr Case ROWS[] = {
         {PLAY_TYPE_DVD, DISC_STATE_PLAYING, WND_VIDEO, VIEW_STATE_VIDEO_PLAY, 1},
         {PLAY_TYPE_DVD, DISC_STATE_PAUSED, WND_VIDEO, VIEW_STATE_VIDEO_PLAY, 1},
         {PLAY_TYPE_CD, DISC_STATE_PLAYING, WND_AUDIO_PLAY, VIEW_STATE_AUDIO_PLAY, 6},
@@ -164,7 +165,7 @@ TEST_F(MainState, FirstPlayingStateChoosesThePage) {
         {PLAY_TYPE_VCD, DISC_STATE_PLAYING, WND_VIDEO, VIEW_STATE_VIDEO_PLAY, 1},
     };
     unit.disc.videoMode(VIDEO_MODE_ON);
-    for (const Row& row : ROWS) {
+    for (const Case& row : ROWS) {
         SCOPED_TRACE(std::to_string(row.type) + " with " + std::to_string(row.status));
         unit.disc.mediaType(row.type);
         unit.disc.state(DISC_STATE_LOADING);
@@ -206,7 +207,7 @@ TEST_F(MainState, PlayingStateOutsideLoadingKeepsThePage) {
 }
 
 TEST_F(MainState, PlayAndPauseButtonFollowTheState) {
-    struct Row {
+    struct Case {
         int status;
         bool play;
     };
@@ -214,8 +215,8 @@ TEST_F(MainState, PlayAndPauseButtonFollowTheState) {
         unit.disc.mediaType(type);
         unit.disc.state(DISC_STATE_LOADING);
         for (const auto& [status, isPlay] :
-             {Row{2, false}, Row{0, true}, Row{2, false}, Row{6, true}, Row{2, false}, Row{10, true},
-              Row{2, false}, Row{11, true}, Row{2, false}, Row{5, false}}) {
+             {Case{2, false}, Case{0, true}, Case{2, false}, Case{6, true}, Case{2, false}, Case{10, true},
+              Case{2, false}, Case{11, true}, Case{2, false}, Case{5, false}}) {
             SCOPED_TRACE(status);
             unit.disc.state(status);
             EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_PLAY).visible, isPlay);
@@ -313,9 +314,14 @@ TEST_F(MainState, RootMenuHidesTheOverlay) {
 }
 
 TEST_F(MainState, CaptureStateIsOnlyLogged) {
-    unit.pps(VIDEO_STATUS, R"(zmvideo:json:{"status":"on","wndgp_id":"","wnd_id":"","src":""})");
-    EXPECT_EQ(unit.log("[DiscView::OnCaptureStateChanged]state=1").size(), 1u);
+    for (const bool on : {true, false}) {
+        CDiscData::GetInstance()->SetVideoStatus(on);
+        viewMessage(DISC_VMSG_VIDEOSTATUS);
+        EXPECT_EQ(unit.log(std::string("[DiscView::OnCaptureStateChanged]state=") + (on ? "1" : "0")).size(),
+                  1u);
+    }
     EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
 }
 
 TEST_F(MainState, RepeatedDiscStateIsHandledAgain) {

@@ -5,18 +5,18 @@ namespace zm::test {
 using MainStatus = MainView;
 
 TEST_F(MainStatus, ClockShowsTwelveAndTwentyFourHours) {
-    struct Row {
+    struct Case {
         const char* time;
         int format;
         const char* text;
         bool am, pm;
     };
-    for (const Row& row :
-         {Row{"0:05", 12, "12:05", true, false}, Row{"1:00", 12, "01:00", true, false},
-          Row{"11:59", 12, "11:59", true, false}, Row{"12:00", 12, "12:00", false, true},
-          Row{"13:07", 12, "01:07", false, true}, Row{"23:05", 12, "11:05", false, true},
-          Row{"24:00", 12, "24:00", false, false}, Row{"0:05", 24, "00:05", false, false},
-          Row{"12:00", 24, "12:00", false, false}, Row{"23:59", 24, "23:59", false, false}}) {
+    for (const Case& row :
+         {Case{"0:05", 12, "12:05", true, false}, Case{"1:00", 12, "01:00", true, false},
+          Case{"11:59", 12, "11:59", true, false}, Case{"12:00", 12, "12:00", false, true},
+          Case{"13:07", 12, "01:07", false, true}, Case{"23:05", 12, "11:05", false, true},
+          Case{"24:00", 12, "24:00", false, false}, Case{"0:05", 24, "00:05", false, false},
+          Case{"12:00", 24, "12:00", false, false}, Case{"23:59", 24, "23:59", false, false}}) {
         SCOPED_TRACE(row.time);
         unit.time(row.time, row.format);
         EXPECT_EQ(unit.main.item(WND_DISC_LOADING, OSD_ITEM_CLOCK).text, row.text);
@@ -60,16 +60,16 @@ TEST_F(MainStatus, MuteMarkStandsForExactlyTwoHundredFiftyFive) {
 }
 
 TEST_F(MainStatus, TemperatureIsShownWithinItsRange) {
-    struct Row {
+    struct Case {
         int tenths;
         const char* text;
     };
     for (const auto& [tenths, text] :
-         {Row{235, "23.5"}, Row{-52, "-5.2"}, Row{870, "87.0"}, Row{871, "--.-"}, Row{-400, "-40.0"},
-          Row{-401, "--.-"}, Row{0, " 0.0"}, Row{5, " 0.5"}, Row{-5, "-0.5"}, Row{999, "--.-"}}) {
+         {Case{235, "23.5"}, Case{-52, "-5.2"}, Case{870, "87.0"}, Case{871, "--.-"}, Case{-400, "-40.0"},
+          Case{-401, "--.-"}, Case{0, " 0.0"}, Case{5, " 0.5"}, Case{-5, "-0.5"}, Case{999, "--.-"}}) {
         unit.device(DEV_STATUS_CAR_TEMP, tenths);
         EXPECT_EQ(unit.main.item(WND_DISC_LOADING, OSD_ITEM_TEMP).text, text);
-        EXPECT_EQ(unit.log("[OnAppsMessage] car temp update:" + std::to_string(tenths)).size(), 1u);
+        EXPECT_FALSE(unit.log("[OnAppsMessage] car temp update:" + std::to_string(tenths)).empty());
         EXPECT_FALSE(unit.log("[DiscView::UpdateCarTemp]-----status:" + std::to_string(tenths)).empty());
     }
 }
@@ -127,10 +127,10 @@ TEST_F(MainStatus, ShowingAPageRefreshesItsIndicators) {
 }
 
 TEST_F(MainStatus, DrivingReplacesTheVideoByTheParkingPage) {
-    struct Row {
+    struct Case {
         int type, state;
     };
-    for (const auto& [type, state] : {Row{PLAY_TYPE_DVD, 6}, Row{PLAY_TYPE_PHOTO, 7}}) {
+    for (const auto& [type, state] : {Case{PLAY_TYPE_DVD, 6}, Case{PLAY_TYPE_PHOTO, 7}}) {
         play(type);
         inside.gotoVideoPage(type);
         unit.click(WND_VIDEO, 1);

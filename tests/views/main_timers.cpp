@@ -121,13 +121,14 @@ TEST_F(MainTimers, PlayPageTimerLeavesAListOfNothing) {
 }
 
 TEST_F(MainTimers, PlayPageTimerNeedsARunningOrPausedVideo) {
-    struct Row {
+    struct Case {
         int status;
         bool returns;
     };
     play(PLAY_TYPE_VIDEO);
-    for (const auto& [status, returns] : {Row{DISC_STATE_STOPPED, false}, Row{DISC_STATE_FAST_FORWARD, false},
-                                          Row{DISC_STATE_PAUSED, true}, Row{DISC_STATE_PLAYING, true}}) {
+    for (const auto& [status, returns] :
+         {Case{DISC_STATE_STOPPED, false}, Case{DISC_STATE_FAST_FORWARD, false},
+          Case{DISC_STATE_PAUSED, true}, Case{DISC_STATE_PLAYING, true}}) {
         SCOPED_TRACE(status);
         unit.controller().OnMessageOSDReturn();
         unit.advance(50ms);

@@ -51,14 +51,14 @@ TEST_F(MainTouch, ListClicksRestartTheWayBack) {
 }
 
 TEST_F(MainTouch, PlayPageButtonsSendTheirCommands) {
-    struct Row {
+    struct Case {
         int control;
         const char* command; ///< null: none
     };
     play(PLAY_TYPE_MUSIC);
     for (const auto& [control, command] :
-         {Row{6503, "7,0,0"}, Row{6504, "9,0,0"}, Row{6521, "2,0,0"}, Row{6522, "5,0,0"}, Row{6523, "5,0,0"},
-          Row{6524, "1,0,0"}, Row{2069, nullptr}}) {
+         {Case{6503, "7,0,0"}, Case{6504, "9,0,0"}, Case{6521, "2,0,0"}, Case{6522, "5,0,0"},
+          Case{6523, "5,0,0"}, Case{6524, "1,0,0"}, Case{2069, nullptr}}) {
         SCOPED_TRACE(control);
         unit.clearCommands();
         unit.clearRequests();
@@ -89,11 +89,11 @@ TEST_F(MainTouch, ListButtonReturnsToTheListAndStartsTheWayBack) {
 
 TEST_F(MainTouch, EachHeldReportOfAFastButtonSendsOneCommandAndItsReleaseNone) {
     play(PLAY_TYPE_MUSIC);
-    struct Row {
+    struct Case {
         int control;
         const char* command;
     };
-    for (const auto& [control, command] : {Row{6524, "3,0,0"}, Row{6521, "4,0,0"}}) {
+    for (const auto& [control, command] : {Case{6524, "3,0,0"}, Case{6521, "4,0,0"}}) {
         SCOPED_TRACE(control);
         unit.clearCommands();
         unit.click(WND_AUDIO_PLAY, control, 0);
@@ -136,14 +136,14 @@ TEST_F(MainTouch, OtherControlsIgnoreBeingHeld) {
 }
 
 TEST_F(MainTouch, SwipesOfMoreThanAHundredPixelsChangeTheItem) {
-    struct Row {
+    struct Case {
         int from, to;
         const char* command;
     };
     play(PLAY_TYPE_MUSIC);
     for (const auto& [from, to, command] :
-         {Row{300, 400, nullptr}, Row{300, 401, "2,0,0"}, Row{400, 300, nullptr}, Row{400, 299, "1,0,0"},
-          Row{300, 300, nullptr}}) {
+         {Case{300, 400, nullptr}, Case{300, 401, "2,0,0"}, Case{400, 300, nullptr}, Case{400, 299, "1,0,0"},
+          Case{300, 300, nullptr}}) {
         SCOPED_TRACE(to - from);
         unit.clearCommands();
         unit.clearRequests();
@@ -187,16 +187,16 @@ TEST_F(MainTouch, SwipeAcrossTheRealPage) {
 }
 
 TEST_F(MainTouch, SourceGroupAsksForTheOtherApplications) {
-    struct Row {
+    struct Case {
         int control;
         const char* request;
     };
     for (const int page : {WND_DISC_LOADING, WND_AUDIO_PLAY, WND_PARKING, WND_GOTO, WND_DISC_ERROR,
                            WND_MEDIA_LIST, WND_FOLDER_LIST, WND_CD_LIST}) {
         for (const auto& [control, request] :
-             {Row{103, "zmradio null"}, Row{105, "zmusb null"}, Row{106, "zmbttel null"},
-              Row{107, "zmnavi null"}, Row{111, "zmasr --type=ui"}, Row{118, "zmaux1 null"},
-              Row{119, "zmaircond null"}}) {
+             {Case{103, "zmradio null"}, Case{105, "zmusb null"}, Case{106, "zmbttel null"},
+              Case{107, "zmnavi null"}, Case{111, "zmasr --type=ui"}, Case{118, "zmaux1 null"},
+              Case{119, "zmaircond null"}}) {
             SCOPED_TRACE(std::to_string(control) + " on " + std::to_string(page));
             unit.clearRequests();
             unit.click(page, control);
@@ -251,14 +251,14 @@ TEST_F(MainTouch, PictureClickTogglesTheOverlay) {
 }
 
 TEST_F(MainTouch, DiscMenuGetsTheTouchWithItsWidthScaled) {
-    struct Row {
+    struct Case {
         int x, y;
         const char* command;
     };
     play(PLAY_TYPE_DVD);
     unit.disc.rootMenu(true);
-    for (const auto& [x, y, command] : {Row{400, 300, "188,360,300"}, Row{799, 479, "188,719,479"},
-                                        Row{200, 0, "188,180,0"}, Row{0, 80, "188,0,80"}}) {
+    for (const auto& [x, y, command] : {Case{400, 300, "188,360,300"}, Case{799, 479, "188,719,479"},
+                                        Case{200, 0, "188,180,0"}, Case{0, 80, "188,0,80"}}) {
         SCOPED_TRACE(command);
         unit.clearCommands();
         swipe(WND_VIDEO, 1, x, x, y);

@@ -84,20 +84,23 @@ TEST_F(MainVideo, PageWithoutCaptureWhilePausedByTheLauncher) {
 }
 
 TEST_F(MainVideo, CaptureThatIsOnIsNotStartedAgain) {
-    unit.pps(VIDEO_STATUS, R"(zmvideo:json:{"status":"on","wndgp_id":"","wnd_id":"","src":""})");
+    CDiscData::GetInstance()->SetVideoStatus(true);
     inside.gotoVideoPage(PLAY_TYPE_DVD);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
     EXPECT_THAT(captures(), IsEmpty());
+    CDiscData::GetInstance()->SetVideoStatus(false);
+    inside.gotoVideoPage(PLAY_TYPE_DVD);
+    EXPECT_THAT(captures(), ElementsAre("on"));
 }
 
 TEST_F(MainVideo, PageSetsTheStateOfItsType) {
-    struct Row {
+    struct Case {
         int type;
         int state;
     };
     for (const auto& [type, state] :
-         {Row{PLAY_TYPE_DVD, 6}, Row{PLAY_TYPE_VIDEO, 6}, Row{PLAY_TYPE_VCD, 6}, Row{PLAY_TYPE_PHOTO, 7},
-          Row{PLAY_TYPE_MUSIC, VIEW_STATE_LOADING}, Row{PLAY_TYPE_CD, VIEW_STATE_LOADING}}) {
+         {Case{PLAY_TYPE_DVD, 6}, Case{PLAY_TYPE_VIDEO, 6}, Case{PLAY_TYPE_VCD, 6}, Case{PLAY_TYPE_PHOTO, 7},
+          Case{PLAY_TYPE_MUSIC, VIEW_STATE_LOADING}, Case{PLAY_TYPE_CD, VIEW_STATE_LOADING}}) {
         inside.setState(VIEW_STATE_LOADING);
         inside.gotoVideoPage(type);
         EXPECT_EQ(inside.state(), state) << type;
@@ -146,14 +149,14 @@ TEST_F(MainVideo, ModeOffHidesTheVideoAndStopsCapture) {
 }
 
 TEST_F(MainVideo, ModeOnShowsThePageOnlyOfARunningVideo) {
-    struct Row {
+    struct Case {
         int type, status;
         bool shows;
     };
     for (const auto& [type, status, shows] :
-         {Row{PLAY_TYPE_DVD, 2, true}, Row{PLAY_TYPE_VIDEO, 6, true}, Row{PLAY_TYPE_VCD, 2, true},
-          Row{PLAY_TYPE_DVD, 0, false}, Row{PLAY_TYPE_DVD, 10, false}, Row{PLAY_TYPE_PHOTO, 2, false},
-          Row{PLAY_TYPE_MUSIC, 2, false}}) {
+         {Case{PLAY_TYPE_DVD, 2, true}, Case{PLAY_TYPE_VIDEO, 6, true}, Case{PLAY_TYPE_VCD, 2, true},
+          Case{PLAY_TYPE_DVD, 0, false}, Case{PLAY_TYPE_DVD, 10, false}, Case{PLAY_TYPE_PHOTO, 2, false},
+          Case{PLAY_TYPE_MUSIC, 2, false}}) {
         SCOPED_TRACE(std::to_string(type) + " with " + std::to_string(status));
         unit.disc.mediaType(type);
         unit.disc.videoMode(VIDEO_MODE_OFF);
@@ -195,12 +198,12 @@ TEST_F(MainVideo, ModeToListMeansNothingElsewhere) {
 }
 
 TEST_F(MainVideo, OverlayReturnLeavesVideoFilesAndPhotos) {
-    struct Row {
+    struct Case {
         int type, state;
         const char* command;
     };
-    for (const auto& [type, state, command] : {Row{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_LIST, "186,3,1"},
-                                               Row{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_LIST, "186,4,1"}}) {
+    for (const auto& [type, state, command] : {Case{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_LIST, "186,3,1"},
+                                               Case{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_LIST, "186,4,1"}}) {
         SCOPED_TRACE(type);
         play(type);
         inside.gotoVideoPage(type);

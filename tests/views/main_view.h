@@ -12,9 +12,7 @@
 
 namespace zm::test {
 
-inline constexpr char CONTROL[] = "zelmar/disc/control";
 inline constexpr char VIDEO_COMMAND[] = "zelmar/videoservice/command";
-inline constexpr char VIDEO_STATUS[] = "zelmar/videoservice/status";
 inline constexpr char NOW_PLAYING[] = "zelmar/navigator/nowplaying";
 
 /** The whole unit with a catalogue of a few files in the root folder, and no disc yet. */

@@ -21,7 +21,8 @@ zm::Status ViewImpl::load(const std::string& resourceFile, const std::string& fo
     scene = std::move(*loaded);
     spec.width = width;
     spec.height = height;
-    for (const auto& [page, content] : scene->describe().items()) {
+    const nlohmann::json all = scene->describe();
+    for (const auto& [page, content] : all.items()) {
         pages.insert(std::atoi(page.c_str()));
     }
     return zm::ok();

@@ -49,7 +49,7 @@ TEST(Start, FailsWhenTheHeadUnitTalksNonsense) {
 TEST(Start, FaultyResourceFailsAndNamesFileAndLine) {
     FakeHeadUnit headUnit;
     TestApplication app(headUnit);
-    std::ofstream(headUnit.folder() + "/MAIN.zmrc_device") << "{\"languages\": [\"en\"],\n\"windows\": 7}";
+    std::ofstream(headUnit.folder() + "/MAIN.zmrc_device") << "{\n\"languages\": 7}";
     testing::internal::CaptureStderr();
     EXPECT_FALSE(app.initialise());
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("MAIN.zmrc_device:2"));

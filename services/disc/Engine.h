@@ -2,6 +2,7 @@
 
 #include "services/disc/Media.h"
 #include "services/disc/Medium.h"
+#include "services/disc/PictureView.h"
 
 #include <chrono>
 #include <memory>
@@ -53,6 +54,8 @@ public:
     virtual void seek(Milliseconds position) = 0;
     /** Runs silently through the item `speed` times as fast, backwards if negative. */
     virtual void scan(int speed) = 0;
+    /** Looks at the picture in another way, until the next `start`. */
+    virtual void view(const PictureView& view) = 0;
     virtual void stop() = 0;
 };
 

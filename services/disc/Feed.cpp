@@ -94,30 +94,32 @@ Result<uint64_t> Feed::open() {
 }
 
 std::vector<char> Feed::read(uint64_t offset, size_t size) {
-    const bool held = offset >= m_blockStart && offset < m_blockStart + m_block.size();
-    if (!held) {
-        std::unique_lock lock(m_shared->mutex);
-        m_shared->request = offset;
-        m_shared->block.reset();
-        m_shared->changed.notify_all();
-        if (!m_shared->wait(lock, [&] { return m_shared->block.has_value(); })) {
-            return {};
+    std::vector<char> bytes;
+    while (bytes.size() < size) {
+        const uint64_t at = offset + bytes.size();
+        const bool held = at >= m_blockStart && at < m_blockStart + m_block.size();
+        if (!held && !fetch(at)) {
+            break;
         }
-        m_block = std::move(*m_shared->block);
-        m_shared->block.reset();
-        m_blockStart = offset;
+        const auto first = static_cast<std::ptrdiff_t>(at - m_blockStart);
+        const size_t count = std::min(size - bytes.size(), m_block.size() - static_cast<size_t>(first));
+        bytes.insert(bytes.end(), m_block.begin() + first, m_block.begin() + first + static_cast<std::ptrdiff_t>(count));
     }
-    const auto first = static_cast<size_t>(offset - m_blockStart);
-    const size_t count = std::min(size, m_block.size() - first);
-    const auto begin = m_block.begin() + static_cast<std::ptrdiff_t>(first);
-    std::vector<char> bytes(begin, begin + static_cast<std::ptrdiff_t>(count));
-    if (count == 0 || count == size) {
-        return bytes;
-    }
-    // The wanted bytes reach into the next block.
-    const auto more = read(offset + count, size - count);
-    bytes.insert(bytes.end(), more.begin(), more.end());
     return bytes;
+}
+
+bool Feed::fetch(uint64_t offset) {
+    std::unique_lock lock(m_shared->mutex);
+    m_shared->request = offset;
+    m_shared->block.reset();
+    m_shared->changed.notify_all();
+    if (!m_shared->wait(lock, [&] { return m_shared->block.has_value(); })) {
+        return false;
+    }
+    m_block = std::move(*m_shared->block);
+    m_shared->block.reset();
+    m_blockStart = offset;
+    return !m_block.empty();
 }
 
 void Feed::cancel() {

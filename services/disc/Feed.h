@@ -33,6 +33,9 @@ public:
 
 private:
     struct Shared;
+    /** Makes the block that begins at `offset` the present one; false if there is none. */
+    bool fetch(uint64_t offset);
+
     std::shared_ptr<Shared> m_shared;
     std::vector<char> m_block; ///< the part of the file read last
     uint64_t m_blockStart = 0;

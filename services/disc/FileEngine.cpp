@@ -14,6 +14,23 @@ namespace {
 constexpr Milliseconds StartDeadline{15000};
 constexpr auto LeaveDeadline = std::chrono::seconds(1);
 
+struct RankRow {
+    const char* decoder;
+    guint rank;
+};
+// Bitmaps: the decoder of higher rank takes them in one piece only, which files are not read in.
+constexpr RankRow ranks[] = {{"avdec_bmp", GST_RANK_NONE}, {"gdkpixbufdec", GST_RANK_MARGINAL}};
+
+void initDecoders() {
+    gst_init(nullptr, nullptr);
+    for (const auto& row : ranks) {
+        if (GstPluginFeature* feature = gst_registry_lookup_feature(gst_registry_get(), row.decoder)) {
+            gst_plugin_feature_set_rank(feature, row.rank);
+            gst_object_unref(feature);
+        }
+    }
+}
+
 } // namespace
 
 /** Carries a pipeline's reports from the engine's thread to the service's loop. */
@@ -61,16 +78,18 @@ private:
 /** The engine's thread and what lives on it. Kept alive by the thread itself, which may outlast the engine. */
 struct FileEngine::Worker {
     EventLoop loop;
+    std::shared_ptr<FrameSink> frames;
     std::unique_ptr<Reporter> reporter;
     std::unique_ptr<FilePipeline> pipeline;
     std::mutex mutex;
     std::condition_variable left;
     bool gone = false;
 
-    static std::shared_ptr<Worker> launch() {
+    static std::shared_ptr<Worker> launch(const std::shared_ptr<FrameSink>& frames) {
         auto worker = std::make_shared<Worker>();
+        worker->frames = frames;
         std::thread([worker] {
-            gst_init(nullptr, nullptr);
+            initDecoders();
             worker->loop.run();
             worker->pipeline.reset();
             std::lock_guard lock(worker->mutex);
@@ -97,8 +116,8 @@ struct FileEngine::Worker {
     }
 };
 
-FileEngine::FileEngine(EventLoop& home)
-    : m_home(home), m_mailbox(std::make_shared<Mailbox>(home)), m_worker(Worker::launch()) {}
+FileEngine::FileEngine(EventLoop& home, std::shared_ptr<FrameSink> frames)
+    : m_home(home), m_frames(std::move(frames)), m_mailbox(std::make_shared<Mailbox>(home)), m_worker(Worker::launch(m_frames)) {}
 
 FileEngine::~FileEngine() {
     drop();
@@ -124,8 +143,11 @@ void FileEngine::start(const Playable& playable, EngineListener& listener, Milli
     auto reporter = std::make_shared<Reporter>(*this, m_generation);
     m_worker->loop.post([worker = m_worker.get(), feed = m_feed, reporter, playable, position, mode] {
         worker->pipeline.reset();
+        if (playable.kind == MediaKind::Music) {
+            worker->frames->clear();
+        }
         worker->reporter = std::make_unique<Reporter>(*reporter);
-        worker->pipeline = std::make_unique<FilePipeline>(worker->loop, *worker->reporter, playable, feed);
+        worker->pipeline = std::make_unique<FilePipeline>(worker->loop, *worker->reporter, *worker->frames, playable, feed);
         worker->pipeline->start(position, mode);
     });
     watchStart();
@@ -136,7 +158,7 @@ void FileEngine::watchStart() {
         logWarning("the decoder hangs and is replaced\n");
         drop();
         m_worker->loop.quit();
-        m_worker = Worker::launch();
+        m_worker = Worker::launch(m_frames);
         m_listener->engineFailed("the decoder does not answer");
     });
 }
@@ -157,9 +179,16 @@ void FileEngine::scan(int speed) {
     Worker::post(m_worker, [speed](FilePipeline& pipeline) { pipeline.scan(speed); });
 }
 
+void FileEngine::view(const PictureView& view) {
+    Worker::post(m_worker, [view](FilePipeline& pipeline) { pipeline.view(view); });
+}
+
 void FileEngine::stop() {
     drop();
-    m_worker->loop.post([worker = m_worker.get()] { worker->pipeline.reset(); });
+    m_worker->loop.post([worker = m_worker.get()] {
+        worker->pipeline.reset();
+        worker->frames->clear();
+    });
 }
 
 } // namespace zm::disc

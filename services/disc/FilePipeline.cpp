@@ -17,8 +17,10 @@ constexpr Milliseconds EndMargin{1000};
 constexpr size_t PushBytes = 64 * 1024;
 constexpr guint64 QueueBytes = 256 * 1024;
 
-// Flags of "playbin": sound and its volume only. A music file's cover is no picture to show.
+// Flags of "playbin". A music file's cover is no picture to show, so music is sound and its volume only. Native video
+// keeps the decoder from scaling pictures before they are ours.
 constexpr int SoundFlags = 0x02 | 0x10;
+constexpr int PictureFlags = 0x01 | 0x02 | 0x04 | 0x10 | 0x40;
 
 Milliseconds fromClock(gint64 time) {
     return std::chrono::duration_cast<Milliseconds>(std::chrono::nanoseconds(std::max<gint64>(0, time)));
@@ -37,8 +39,9 @@ std::string errorText(GstMessage* message) {
 
 } // namespace
 
-FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, const Playable& playable, std::shared_ptr<Feed> feed)
-    : m_loop(loop), m_listener(listener), m_playable(playable), m_feed(std::move(feed)) {}
+FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames, const Playable& playable,
+                           std::shared_ptr<Feed> feed)
+    : m_loop(loop), m_listener(listener), m_frames(frames), m_playable(playable), m_feed(std::move(feed)) {}
 
 FilePipeline::~FilePipeline() {
     m_feed->cancel();
@@ -57,19 +60,40 @@ void FilePipeline::start(Milliseconds position, StartMode mode) {
         return;
     }
     m_size = *size;
-    GstElement* playbin = gst_element_factory_make("playbin", nullptr);
-    if (!playbin) {
+    if (!build()) {
         fail("no decoder installed");
         return;
     }
+    listen();
+    if (gst_element_set_state(m_playbin.get(), GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE) {
+        fail("cannot be decoded");
+    }
+}
+
+bool FilePipeline::build() {
+    GstElement* playbin = gst_element_factory_make("playbin", nullptr);
+    if (!playbin) {
+        return false;
+    }
     m_playbin.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
-    g_object_set(playbin, "uri", "appsrc://", "flags", SoundFlags, "audio-sink", makeSoundSink(), nullptr);
+    const bool music = m_playable.kind == MediaKind::Music;
+    g_object_set(playbin, "uri", "appsrc://", "flags", music ? SoundFlags : PictureFlags, "audio-sink", makeSoundSink(), nullptr);
+    if (!music) {
+        m_picture.emplace(m_frames, m_playable.kind == MediaKind::Photo ? PictureShape::Keep : PictureShape::Fill);
+        if (!m_picture->element()) {
+            return false;
+        }
+        g_object_set(playbin, "video-sink", m_picture->element(), nullptr);
+    }
     auto onSource = +[](GstElement*, GstElement* source, gpointer self) {
         static_cast<FilePipeline*>(self)->connectSource(source);
     };
     g_signal_connect(playbin, "source-setup", G_CALLBACK(onSource), this);
+    return true;
+}
 
-    const GstOwned<GstBus> bus(gst_element_get_bus(playbin));
+void FilePipeline::listen() {
+    const GstOwned<GstBus> bus(gst_element_get_bus(m_playbin.get()));
     GSource* watch = gst_bus_create_watch(bus.get());
     GstBusFunc onMessage = [](GstBus*, GstMessage* message, gpointer self) -> gboolean {
         static_cast<FilePipeline*>(self)->receive(message);
@@ -78,14 +102,14 @@ void FilePipeline::start(Milliseconds position, StartMode mode) {
     g_source_set_callback(watch, G_SOURCE_FUNC(onMessage), this, nullptr);
     g_source_attach(watch, m_loop.context());
     m_bus = SourceHandle(watch);
-
-    if (gst_element_set_state(playbin, GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE) {
-        fail("cannot be decoded");
-    }
 }
 
 void FilePipeline::connectSource(GstElement* source) {
     auto* appsrc = GST_APP_SRC(source);
+    {
+        std::lock_guard lock(m_supplyMutex);
+        m_offset = 0;
+    }
     g_object_set(source, "format", GST_FORMAT_BYTES, "stream-type", GST_APP_STREAM_TYPE_RANDOM_ACCESS, "size",
                  static_cast<gint64>(m_size), "max-bytes", QueueBytes, nullptr);
     GstAppSrcCallbacks callbacks{};
@@ -140,7 +164,7 @@ void FilePipeline::receive(GstMessage* message) {
 void FilePipeline::prerolled() {
     m_seeking = false;
     if (m_started) {
-        if (m_scanSpeed == 0) {
+        if (m_scanSpeed == 0 && m_playable.kind != MediaKind::Photo) {
             report();
         }
         return;
@@ -156,6 +180,9 @@ void FilePipeline::prerolled() {
 }
 
 void FilePipeline::ended() {
+    if (m_playable.kind == MediaKind::Photo && m_feed->failure().empty()) {
+        return; // it stands there until somebody goes on
+    }
     if (!m_feed->failure().empty()) {
         fail(m_feed->failure());
         return;
@@ -198,7 +225,9 @@ void FilePipeline::resume() {
         jump(m_scanPosition, Precision::KeyFrame);
     }
     gst_element_set_state(m_playbin.get(), GST_STATE_PLAYING);
-    m_clock = everyInterval(m_loop, Tick, [this] { report(); });
+    if (m_playable.kind != MediaKind::Photo) {
+        m_clock = everyInterval(m_loop, Tick, [this] { report(); });
+    }
 }
 
 void FilePipeline::seek(Milliseconds position) {
@@ -238,6 +267,20 @@ void FilePipeline::scanStep() {
         jump(m_scanPosition, Precision::KeyFrame);
     }
     m_listener.engineMoved(m_scanPosition, length());
+}
+
+void FilePipeline::view(const PictureView& view) {
+    if (!m_picture || !m_started || m_over) {
+        return;
+    }
+    m_picture->view(view);
+    if (m_playable.kind == MediaKind::Photo) {
+        // A photo gives its one picture only when it is decoded anew.
+        gst_element_set_state(m_playbin.get(), GST_STATE_READY);
+        gst_element_set_state(m_playbin.get(), GST_STATE_PAUSED);
+    } else if (m_mode == StartMode::Paused) {
+        jump(position(), Precision::Exact);
+    }
 }
 
 bool FilePipeline::jump(Milliseconds position, Precision precision) {

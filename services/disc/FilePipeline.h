@@ -4,8 +4,10 @@
 #include "services/disc/Engine.h"
 #include "services/disc/Feed.h"
 #include "services/disc/Gst.h"
+#include "services/disc/PictureBin.h"
 
 #include <mutex>
+#include <optional>
 
 namespace zm::disc {
 
@@ -15,7 +17,8 @@ namespace zm::disc {
  */
 class FilePipeline {
 public:
-    FilePipeline(EventLoop& loop, EngineListener& listener, const Playable& playable, std::shared_ptr<Feed> feed);
+    FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames, const Playable& playable,
+                 std::shared_ptr<Feed> feed);
     ~FilePipeline();
     FilePipeline(const FilePipeline&) = delete;
     FilePipeline& operator=(const FilePipeline&) = delete;
@@ -25,10 +28,13 @@ public:
     void resume();
     void seek(Milliseconds position);
     void scan(int speed);
+    void view(const PictureView& view);
 
 private:
     enum class Precision { KeyFrame, Exact };
 
+    bool build();
+    void listen();
     void connectSource(GstElement* source);
     void supply(GstElement* source, size_t size);
     void receive(GstMessage* message);
@@ -43,6 +49,8 @@ private:
 
     EventLoop& m_loop;
     EngineListener& m_listener;
+    FrameSink& m_frames;
+    std::optional<PictureBin> m_picture; ///< outlives the decoder that feeds it
     Playable m_playable;
     std::shared_ptr<Feed> m_feed;
     GstOwned<GstElement> m_playbin;

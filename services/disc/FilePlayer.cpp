@@ -9,6 +9,9 @@ namespace zm::disc {
 
 namespace {
 
+// How long each photo of a slide show stands.
+constexpr Milliseconds SlideTime{5000};
+
 // An item that has played this long counts as playable, whatever happens later.
 constexpr Milliseconds PlayableAfter{1000};
 
@@ -49,7 +52,7 @@ std::vector<int> foldersOf(const std::vector<Item>& items) {
 
 FilePlayer::FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, std::shared_ptr<Medium> medium,
                        std::shared_ptr<const Contents> contents)
-    : m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)), m_contents(std::move(contents)),
+    : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)), m_contents(std::move(contents)),
       m_kind(m_contents->firstKind()), m_browsed(m_kind), m_announced(m_kind), m_skip(loop, state) {
     for (const auto& row : kinds) {
         if (const auto& items = m_contents->of(row.kind); !items.empty()) {
@@ -79,10 +82,7 @@ void FilePlayer::sourceOn() {
 
 void FilePlayer::sourceOff() {
     if (std::exchange(m_source, false)) {
-        m_skip.cancel();
-        m_scan.end();
-        m_engine.stop();
-        publishState(PlayState::Stopped);
+        halt(PlayState::Stopped);
     }
 }
 
@@ -108,6 +108,8 @@ void FilePlayer::announceType() {
 void FilePlayer::begin(Milliseconds position, StartMode mode) {
     m_skip.cancel();
     m_passage.clear();
+    m_slide.reset();
+    m_view = {};
     leaveScan();
     m_source = true;
     m_mode = mode;
@@ -149,6 +151,7 @@ void FilePlayer::advance() {
 
 void FilePlayer::halt(PlayState state) {
     m_skip.cancel();
+    m_slide.reset();
     leaveScan();
     m_engine.stop();
     publishState(state);
@@ -180,6 +183,14 @@ void FilePlayer::engineStarted(Milliseconds length) {
     m_length = length;
     publishTime();
     publishState(m_mode == StartMode::Playing ? PlayState::Playing : PlayState::Paused);
+    showSlide();
+}
+
+void FilePlayer::showSlide() {
+    if (m_kind == MediaKind::Photo && m_mode == StartMode::Playing) {
+        m_failures = 0;
+        m_slide = afterDelay(m_loop, SlideTime, [this] { advance(); });
+    }
 }
 
 void FilePlayer::engineMoved(Milliseconds position, Milliseconds length) {
@@ -279,6 +290,7 @@ void FilePlayer::pause(int, int) {
         return;
     }
     leaveScan();
+    m_slide.reset();
     m_mode = StartMode::Paused;
     m_engine.pause();
     publishState(PlayState::Paused);
@@ -294,6 +306,7 @@ void FilePlayer::play(int, int) {
         leaveScan();
         m_engine.resume();
         publishState(PlayState::Playing);
+        showSlide();
     } else {
         begin(m_position);
     }
@@ -338,6 +351,26 @@ void FilePlayer::repeatPassage(int, int) {
     const auto change = m_passage.press(m_position);
     if (change != PassageRepeat::Change::Begun) {
         m_state.tip(change == PassageRepeat::Change::On ? Tip::RepeatAbOn : Tip::RepeatAbOff);
+    }
+}
+
+void FilePlayer::zoom(int, int) {
+    changeView(&PictureView::nextZoom);
+}
+
+void FilePlayer::rotate(int, int) {
+    changeView(&PictureView::turn);
+}
+
+void FilePlayer::changeView(void (PictureView::*change)()) {
+    if (m_kind == MediaKind::Music) {
+        refuse();
+        return;
+    }
+    (m_view.*change)();
+    m_engine.view(m_view);
+    if (m_slide.active()) {
+        showSlide(); // the user wants to look at this one
     }
 }
 

@@ -38,6 +38,8 @@ public:
     void shuffle(int mode, int) override;
     void repeat(int mode, int) override;
     void repeatPassage(int, int) override;
+    void zoom(int, int) override;
+    void rotate(int, int) override;
     void playTrack(int first, int second) override;
     void seek(int position, int) override;
     void browse(int mediaType, int folder) override;
@@ -61,12 +63,15 @@ private:
     void halt(PlayState state);
     void scan(ScanDirection direction);
     void leaveScan();
+    void showSlide();
+    void changeView(void (PictureView::*change)());
     void announceType();
     void publishState(PlayState state);
     void publishTime();
     void publishModes();
     TrackInfo trackInfo();
 
+    EventLoop& m_loop;
     DiscState& m_state;
     PlayModes& m_modes;
     Engine& m_engine;
@@ -83,6 +88,8 @@ private:
     Milliseconds m_length{0};
     ScanSpeed m_scan;
     PassageRepeat m_passage;
+    PictureView m_view;
+    SourceHandle m_slide; ///< runs while a photo is shown in a slide show
     size_t m_failures = 0; ///< items in a row that could not be played
     ReadErrorSkip m_skip;
 };

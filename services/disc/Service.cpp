@@ -72,7 +72,7 @@ void forEachJson(const std::string& text, const char* name, Handle handle) {
 } // namespace
 
 Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::string& runtime, const std::string& catalogueFile,
-                                                const std::string& disc) {
+                                                const std::string& disc, std::shared_ptr<FrameSink> frames) {
     auto catalogue = Catalogue::open(catalogueFile);
     if (!catalogue) {
         return Error{catalogue.error()};
@@ -86,13 +86,15 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
         return Error{control.error()};
     }
     std::unique_ptr<Service> service(
-        new Service(loop, std::move(*state), std::shared_ptr<Catalogue>(std::move(*catalogue)), std::move(*control)));
+        new Service(loop, std::move(*state), std::shared_ptr<Catalogue>(std::move(*catalogue)), std::move(*control),
+                    std::move(frames)));
     service->begin(disc);
     return service;
 }
 
-Service::Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control)
-    : m_loop(loop), m_state(std::move(state)), m_engine(loop),
+Service::Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control,
+                 std::shared_ptr<FrameSink> frames)
+    : m_state(std::move(state)), m_engine(loop, std::move(frames)),
       m_drive(loop, *m_state, m_modes, m_engine, std::move(catalogue)), m_control(std::move(control)),
       m_mailbox(std::make_shared<Mailbox>(loop)) {}
 

@@ -18,15 +18,18 @@ class Service {
 public:
     /**
      * Connects to the objects' service of the runtime folder `runtime` and makes the catalogue `catalogueFile`. A disc
-     * that an earlier run has left in the drive is taken again, else the one at `disc` unless that is empty.
+     * that an earlier run has left in the drive is taken again, else the one at `disc` unless that is empty. Pictures
+     * go to `frames`.
      * Everything happens on `loop`, which the caller runs.
      */
     static Result<std::unique_ptr<Service>> start(EventLoop& loop, const std::string& runtime,
-                                                  const std::string& catalogueFile, const std::string& disc);
+                                                  const std::string& catalogueFile, const std::string& disc,
+                                                  std::shared_ptr<FrameSink> frames);
     ~Service();
 
 private:
-    Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control);
+    Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control,
+            std::shared_ptr<FrameSink> frames);
     void begin(const std::string& disc);
     std::optional<Tray> recall();
     void controlText(const std::string& text);
@@ -35,7 +38,6 @@ private:
     void command(const std::string& json);
     void driveRequest(const std::string& json);
 
-    EventLoop& m_loop;
     std::unique_ptr<DiscState> m_state;
     PlayModes m_modes;
     FileEngine m_engine;

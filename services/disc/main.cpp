@@ -1,5 +1,6 @@
 #include "base/Paths.h"
 #include "services/disc/Log.h"
+#include "services/disc/ScreenFrames.h"
 #include "services/disc/Service.h"
 
 #include <csignal>
@@ -31,7 +32,8 @@ int main(int argc, char** argv) {
     zm::EventLoop loop;
     const auto term = zm::watchSignal(loop, SIGTERM, [&] { loop.quit(); });
     const auto interrupt = zm::watchSignal(loop, SIGINT, [&] { loop.quit(); });
-    auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime), disc);
+    auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime), disc,
+                                             std::make_shared<zm::disc::ScreenFrames>(zm::screenSocket(runtime)));
     if (!service) {
         std::fprintf(stderr, "zmdiscd: %s\n", service.error().c_str());
         return 1;

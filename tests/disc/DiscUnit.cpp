@@ -46,6 +46,78 @@ std::string Recorder::text() const {
     return result;
 }
 
+namespace {
+
+constexpr int PatchRadius = 10;
+constexpr int BytesPerPixel = 4;
+constexpr int ColourTolerance = 40;
+
+} // namespace
+
+void PictureRecorder::show(const uint8_t* pixels, int stride) {
+    std::lock_guard lock(m_mutex);
+    m_pixels.clear();
+    for (int row = 0; row < disc::PictureHeight; ++row) {
+        const uint8_t* line = pixels + row * stride;
+        m_pixels.insert(m_pixels.end(), line, line + disc::PictureWidth * BytesPerPixel);
+    }
+    ++m_frames;
+    m_cleared = false;
+    m_changed.notify_all();
+}
+
+void PictureRecorder::clear() {
+    std::lock_guard lock(m_mutex);
+    m_cleared = true;
+    m_changed.notify_all();
+}
+
+int PictureRecorder::frames() const {
+    std::lock_guard lock(m_mutex);
+    return m_frames;
+}
+
+bool PictureRecorder::cleared() const {
+    std::lock_guard lock(m_mutex);
+    return m_cleared;
+}
+
+Colour PictureRecorder::mean(int x, int y) const {
+    if (m_pixels.empty()) {
+        return {};
+    }
+    int sums[3] = {};
+    int count = 0;
+    for (int row = y - PatchRadius; row < y + PatchRadius; ++row) {
+        for (int column = x - PatchRadius; column < x + PatchRadius; ++column, ++count) {
+            const auto* pixel = &m_pixels[static_cast<size_t>(row * disc::PictureWidth + column) * BytesPerPixel];
+            for (int i = 0; i < 3; ++i) {
+                sums[i] += pixel[i];
+            }
+        }
+    }
+    return {sums[2] / count, sums[1] / count, sums[0] / count};
+}
+
+Colour PictureRecorder::at(int x, int y) const {
+    std::lock_guard lock(m_mutex);
+    return mean(x, y);
+}
+
+bool PictureRecorder::waitFor(int x, int y, Colour wanted, std::chrono::milliseconds timeout) {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, [&] {
+        const Colour found = mean(x, y);
+        const auto near = [](int a, int b) { return std::abs(a - b) <= ColourTolerance; };
+        return !m_pixels.empty() && near(found.red, wanted.red) && near(found.green, wanted.green) && near(found.blue, wanted.blue);
+    });
+}
+
+bool PictureRecorder::waitFrames(int before, int count, std::chrono::milliseconds timeout) {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, [&] { return m_frames >= before + count; });
+}
+
 void LoopThread::end() {
     if (m_thread.joinable()) {
         m_loop.quit();
@@ -95,7 +167,7 @@ void DiscUnit::stopObjects() {
 void DiscUnit::startService(const std::string& disc) {
     m_serviceThread = std::make_unique<LoopThread>();
     m_serviceThread->call([&] {
-        auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), disc);
+        auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), disc, m_pictures);
         ASSERT_TRUE(service) << service.error();
         m_service = std::move(*service);
     });

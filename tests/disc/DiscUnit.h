@@ -46,6 +46,37 @@ private:
     std::vector<Published> m_records;
 };
 
+/** Colour of a picture or a part of it, 0 to 255 each. */
+struct Colour {
+    int red = 0;
+    int green = 0;
+    int blue = 0;
+};
+
+/** Keeps the last picture that was shown. Any thread. */
+class PictureRecorder : public disc::FrameSink {
+public:
+    void show(const uint8_t* pixels, int stride) override;
+    void clear() override;
+
+    int frames() const;
+    bool cleared() const;
+    /** Mean colour of the part around (x, y) of the last picture. */
+    Colour at(int x, int y) const;
+    /** Waits until the part around (x, y) has that colour, more or less. */
+    bool waitFor(int x, int y, Colour wanted, std::chrono::milliseconds timeout = std::chrono::seconds(10));
+    /** Waits until `count` pictures more than `before` were shown. */
+    bool waitFrames(int before, int count, std::chrono::milliseconds timeout = std::chrono::seconds(10));
+
+private:
+    Colour mean(int x, int y) const;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<uint8_t> m_pixels;
+    int m_frames = 0;
+    bool m_cleared = false;
+};
+
 /** An event loop on a thread of its own. */
 class LoopThread {
 public:
@@ -97,10 +128,12 @@ public:
     const std::string runtime() const { return m_folder.path().string(); }
     std::string catalogue() const { return m_folder / "discdb.sqlite"; }
     Recorder& recorder() { return m_recorder; }
+    PictureRecorder& pictures() { return *m_pictures; }
 
 private:
     TempFolder m_folder;
     Recorder m_recorder;
+    std::shared_ptr<PictureRecorder> m_pictures = std::make_shared<PictureRecorder>();
     size_t m_from = 0;
     std::unique_ptr<LoopThread> m_objectsThread;
     std::unique_ptr<PpsService> m_objects;

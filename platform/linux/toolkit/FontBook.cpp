@@ -63,6 +63,11 @@ FontBook::~FontBook() {
         g_object_unref(m_context);
     }
     if (m_map) {
+        // The map keeps its last configuration with all its fonts for good; an empty one costs next to
+        // nothing.
+        FcConfig* empty = FcConfigCreate();
+        pango_fc_font_map_set_config(PANGO_FC_FONT_MAP(m_map), empty);
+        FcConfigDestroy(empty);
         g_object_unref(m_map);
     }
 }

@@ -28,7 +28,7 @@ bool insert(CommandCall& call) {
         return true;
     }
     const std::string path =
-        demonstration ? call.unit.options().shareDir + "/demo" : call.run->absolute(given);
+        demonstration ? call.unit.options().shareDir + "/../demo" : call.run->absolute(given);
     if (::access(path.c_str(), R_OK) != 0) {
         call.run->fail(systemError(path).message);
         return true;

@@ -10,6 +10,8 @@ namespace zm {
 
 namespace {
 
+constexpr std::chrono::milliseconds StartTime(1000);
+
 // What the application is started with: "disc" and the words of `text`, separated as a shell would.
 std::vector<std::string> applicationArguments(const std::string& text) {
     std::vector<std::string> arguments{"disc"};
@@ -123,11 +125,15 @@ void HeadUnit::applicationRuns() {
             onReady();
         }
     };
-    if (m_launcher.discInFront()) {
-        m_launcher.send(AppStatus::Resume, becomeReady);
-    } else {
-        becomeReady(Json());
-    }
+    // The launcher is slower than the application's own start: by the first resume it knows the present state
+    // of all objects, so that what the resume does never depends on which of two threads was faster.
+    m_shell.ask({{"t", "settle"}, {"timeout", StartTime.count()}}, [this, becomeReady](const Result<Json>&) {
+        if (m_launcher.discInFront()) {
+            m_launcher.send(AppStatus::Resume, becomeReady);
+        } else {
+            becomeReady(Json());
+        }
+    });
 }
 
 void HeadUnit::applicationGone() {

@@ -9,26 +9,12 @@
 namespace {
 
 constexpr int ITEM_FOLDER_TITLE = 1012;
-constexpr int ROOT_FOLDER = 1;
 
 /** A count that could not be read counts as rows: no tip is shown. */
 constexpr int COUNT_UNREAD = -1;
 
-/** What an empty folder's page shows, by the type that is browsed. */
-struct EmptyFolderRow {
-    int type;
-    int leftState;
-    int tip;
-    int fileType;
-};
-
-constexpr EmptyFolderRow EMPTY_FOLDERS[] = {
-    {PLAY_TYPE_MUSIC, LIST_FROM_AUDIO_IN_FOLDER, 71, FTYPE_AUDIO},
-    {PLAY_TYPE_VIDEO, LIST_FROM_VIDEO_IN_FOLDER, 72, FTYPE_VIDEO},
-    {PLAY_TYPE_PHOTO, LIST_FROM_PHOTO_IN_FOLDER, 70, FTYPE_PICTURE},
-};
-/** Types without a row look like music but are counted as video. */
-constexpr EmptyFolderRow OTHER_EMPTY_FOLDER = {PLAY_TYPE_UNKNOWN, LIST_FROM_AUDIO_IN_FOLDER, 71, FTYPE_VIDEO};
+/** Types without file lists look like music but are counted as video. */
+constexpr int OTHER_COUNTED_TYPE = FTYPE_VIDEO;
 
 } // namespace
 
@@ -63,13 +49,14 @@ void DiscView::OnGotoFolderListPage(int nFolderId) {
     } else {
         DeleteRows(m_pFolderAudioList);
         OnQueryAudiosInFolder(nFolderId);
-        const EmptyFolderRow* row = FindRow(EMPTY_FOLDERS, &EmptyFolderRow::type, m_nCurType);
-        row = row ? row : &OTHER_EMPTY_FOLDER;
-        if (IsFolderEmpty(row->fileType, nFolderId)) {
-            SetShowLeftState(WND_FOLDER_LIST, row->leftState);
-            SetListTip(WND_FOLDER_LIST, row->tip);
+        const MediaType* type = FindMediaType(m_nCurType);
+        const MediaType& look = type ? *type : *FindMediaType(PLAY_TYPE_MUSIC);
+        const int nFileType = type ? type->fileType : OTHER_COUNTED_TYPE;
+        if (IsFolderEmpty(nFileType, nFolderId)) {
+            SetShowLeftState(WND_FOLDER_LIST, look.inFolderFrom);
+            SetListTip(WND_FOLDER_LIST, look.noFileText);
         }
-        ShowFolderTitle(row->fileType, nFolderId);
+        ShowFolderTitle(nFileType, nFolderId);
         SetShowLeftState(WND_FOLDER_LIST, m_nCurListFrom);
         m_nClickFolderId = nFolderId;
     }

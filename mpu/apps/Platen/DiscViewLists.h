@@ -9,7 +9,9 @@
 inline constexpr int ITEM_LIST_TIP = 2003;
 inline constexpr int TXT_LIST_WAIT = 33;
 
-/** Slots and states of a row's icons. */
+inline constexpr int ROOT_FOLDER = 1;
+
+/** Slots of a row and the pictures of the playing mark. */
 enum : int { ROW_SLOT_KIND = 0, ROW_SLOT_PLAYING = 2 };
 enum : int { ICON_NONE = 0, ICON_ROW_PLAYING = 143 };
 

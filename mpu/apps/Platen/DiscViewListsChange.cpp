@@ -13,8 +13,6 @@ constexpr int UPDATE_COMPLETE = 0x10000;
 constexpr int UPDATE_FOLDER_MASK = 0xFFFF;
 constexpr unsigned int UPDATE_SETTLE_MS = 80; ///< the disc service may still be writing
 
-constexpr int ROOT_FOLDER = 1;
-
 } // namespace
 
 void DiscView::OnHandleChangeToMusic() {

@@ -31,7 +31,7 @@ struct DiscView::ListPage {
     bool guardsNoFiles; ///< the menu does nothing while the chosen type has no files
 };
 
-/** What a control of the two list pages does after the beep; null: nothing. */
+/** What a control of the two list pages does after the beep. */
 struct DiscView::ListControl {
     long control;
     void (*act)(DiscView& view, const ListPage& page, long ctrlId);
@@ -115,7 +115,7 @@ void DiscView::OnClickMediaRow() {
         OnHandleUIListClick(type->rowKind, type->allFrom, nRow);
         m_nPlayListFrom = type->playList;
     } else if (m_nCurListFrom == type->foldersFrom) {
-        m_nClickFolderId = 1;
+        m_nClickFolderId = ROOT_FOLDER;
         OnOpenFolder(type->foldersFrom, nRow);
         m_nFolderCurSel = nRow;
         m_nFolderTopIndex = m_pAudioList->GetTopIndex();

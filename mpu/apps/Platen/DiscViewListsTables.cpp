@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr int ROOT_FOLDER = 1;
-
 enum : int { ICON_ROW_PHOTO = 137, ICON_ROW_FOLDER = 138, ICON_ROW_VIDEO = 139, ICON_ROW_MUSIC = 140 };
 
 enum : int { TXT_NO_PHOTO = 70, TXT_NO_MUSIC = 71, TXT_NO_VIDEO = 72 };

@@ -64,7 +64,7 @@ void HeadUnit::connectParts() {
     m_shell.welcome = [this] { return welcome(); };
     m_shell.onRunning = [this] { applicationRuns(); };
     m_shell.onRequest = [this](const Json& request) { m_launcher.requested(request); };
-    m_shell.onGone = [this](bool) { applicationGone(); };
+    m_shell.onGone = [this](bool inOrder) { applicationGone(inOrder); };
     m_launcher.onStartWanted = [this] { startApplication(); };
 }
 
@@ -136,9 +136,13 @@ void HeadUnit::applicationRuns() {
     });
 }
 
-void HeadUnit::applicationGone() {
+void HeadUnit::applicationGone(bool inOrder) {
     m_ready = false;
     m_video.applicationGone();
+    // One that this bench started is watched as a process; of any other only its farewell is known.
+    if (inOrder && !m_application) {
+        m_launcher.applicationEnded();
+    }
 }
 
 bool HeadUnit::applicationExpected() const {

@@ -74,7 +74,7 @@ private:
     void connectParts();
     void makeChildren();
     void applicationRuns();
-    void applicationGone();
+    void applicationGone(bool inOrder);
     Json welcome() const;
 
     EventLoop& m_loop;

@@ -1,0 +1,46 @@
+#include "services/bench/Options.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+
+namespace zm {
+
+TEST(BenchOptions, HaveTheirDefaults) {
+    setenv("ZM_RUNTIME", "/tmp/somewhere", 1);
+    const auto options = parseBenchOptions({});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->unit.runtimeDir, "/tmp/somewhere");
+    EXPECT_EQ(options->unit.catalogue, "/tmp/somewhere/discdb.sqlite");
+    EXPECT_EQ(options->unit.launcher, LauncherMode::Active);
+    EXPECT_EQ(options->unit.clock, ClockMode::Real);
+    EXPECT_TRUE(options->unit.discService);
+    EXPECT_TRUE(options->web);
+    EXPECT_EQ(options->port, 0);
+}
+
+TEST(BenchOptions, AManualClockImpliesAPassiveLauncher) {
+    const auto options = parseBenchOptions({"--manual-clock"});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->unit.clock, ClockMode::Manual);
+    EXPECT_EQ(options->unit.launcher, LauncherMode::Passive);
+    EXPECT_TRUE(parseBenchOptions({"--manual-clock", "--launcher", "passive"}));
+}
+
+TEST(BenchOptions, PathsBecomeAbsolute) {
+    const std::string here = std::filesystem::current_path();
+    const auto options =
+        parseBenchOptions({"--runtime", "run", "--no-disc-service", "--catalogue", "../c.sqlite"});
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->unit.runtimeDir, here + "/run");
+    EXPECT_EQ(options->unit.catalogue, std::filesystem::path(here).parent_path().string() + "/c.sqlite");
+}
+
+TEST(BenchOptions, AnErrorNamesTheCulprit) {
+    EXPECT_NE(parseBenchOptions({"--port", "70000"}).error().find("70000"), std::string::npos);
+    EXPECT_NE(parseBenchOptions({"--colour"}).error().find("--colour"), std::string::npos);
+    EXPECT_NE(parseBenchOptions({"--disc"}).error().find("--disc"), std::string::npos);
+}
+
+} // namespace zm

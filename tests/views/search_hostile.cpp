@@ -1,0 +1,97 @@
+#include "tests/views/list_view.h"
+
+namespace zm::test {
+
+/** Names and requests that were made to do harm. */
+class SearchHostile : public ListView {
+protected:
+    int filesInCatalogue() {
+        openList();
+        return static_cast<int>(list().rows.size());
+    }
+    /** A request ends in order and leaves catalogue and player alone. */
+    void expectHarmless(const std::string& request) {
+        SCOPED_TRACE(request.substr(0, 60));
+        unit.appData(request);
+        EXPECT_THAT(unit.commands(), IsEmpty());
+        EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+    }
+};
+
+TEST_F(SearchHostile, RequestsChangeNothing) {
+    play(PLAY_TYPE_MUSIC);
+    const std::string requests[] = {
+        "--song=\"'\"",
+        "--song=\"'; DROP TABLE files; --\"",
+        "--song=\"' OR '1'='1\"",
+        "--song=\"%s%s%n%d%999999d\"",
+        "--song=" + std::string(10000, 'q'),
+        "--song=\xFF\xFE\xC3",
+        "--song=\xE2\x80\xAE\xE2\x80\x8F",
+        "--singer=\"\\\"",
+        "--kb_val=\"7; DROP TABLE files\" --kb_ret=",
+        "--kb_val=%n --kb_ret=%n",
+        "--kb_val=" + std::string(10000, '9') + " --kb_ret=1",
+    };
+    for (const std::string& request : requests) {
+        unit.clearCommands();
+        if (request.find("7;") != std::string::npos) {
+            unit.appData(request); // begins with a number, and only that counts
+            EXPECT_THAT(unit.commands(), ElementsAre("182,7,0"));
+        } else {
+            expectHarmless(request);
+        }
+    }
+    EXPECT_EQ(filesInCatalogue(), 12);
+}
+
+TEST_F(SearchHostile, NamesAreShownAsTheyAre) {
+    const std::string names[] = {"%s%n%d", "a'b\"c", "100%_", "\xE2\x80\xAEltr", "\xD8\xA7\xD8\xBA\xD9\x86"};
+    catalogue.sql("DELETE FROM files");
+    int fid = 0;
+    for (const std::string& name : names) {
+        catalogue.file(++fid, 1, Catalogue::Music, name);
+    }
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    for (size_t i = 0; i < std::size(names); ++i) {
+        EXPECT_EQ(list().rows.at(i).text, std::to_string(i + 1) + "  " + names[i]);
+    }
+}
+
+TEST_F(SearchHostile, FolderNamesAreShownAsTheyAre) {
+    const std::string longName = std::string(258, 'a') + "\xC3\xA4\xC3\xA4"; // the cut falls into a character
+    catalogue.folder(7, 1, Catalogue::Music, "%s' -- \xFF", 0, 1);
+    catalogue.folder(8, 1, Catalogue::Music, longName, 0, 1);
+    play(PLAY_TYPE_MUSIC);
+    inside.gotoFolder(7);
+    EXPECT_EQ(unit.main.item(WND_FOLDER_LIST, 1012).text, "%s' -- \xEF\xBF\xBD");
+    inside.gotoFolder(8);
+    EXPECT_EQ(unit.main.item(WND_FOLDER_LIST, 1012).text, std::string(258, 'a'));
+}
+
+TEST_F(SearchHostile, NumbersAtTheEndsOfTheirRangeArePackedAsTheyAre) {
+    catalogue.sql("DELETE FROM files");
+    catalogue.file(2147483647, 2147483647, Catalogue::Music, "largest");
+    catalogue.file(-2147483647, -5, Catalogue::Music, "smallest");
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    clickRow(0); // the smaller folder comes first
+    clickRow(1);
+    EXPECT_THAT(unit.commands(), ElementsAre("182,2147155969,1", "182,2147418111,1"));
+}
+
+TEST_F(SearchHostile, AListOf65535RowsIsShownWhole) {
+    catalogue.sql("DELETE FROM files");
+    catalogue.files(65535, Catalogue::Music, "song");
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 65535, .curMediaIds = 65535, .mediaIds = 65535, .parentFolder = 1});
+    openList();
+    const Item shown = list();
+    ASSERT_EQ(shown.rows.size(), 65535u);
+    EXPECT_EQ(shown.rows.back().text, "65535  song 65535");
+    EXPECT_EQ(shown.rows.back().icon(ROW_SLOT_PLAYING), ICON_ROW_PLAYING);
+    EXPECT_EQ(shown.current, 65534);
+}
+
+} // namespace zm::test

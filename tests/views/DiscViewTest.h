@@ -38,6 +38,9 @@ struct DiscViewTest {
     bool hidden() { return get(&DiscView::m_bAppHidden); }
     int statusBeforePause() { return get(&DiscView::m_nPlayStatusBeforePause); }
     bool sourceRequested() { return get(&DiscView::m_bSourceRequested); }
+    void setSourceRequested(bool requested) { set(&DiscView::m_bSourceRequested, requested); }
+    /** As before the launcher's first resume. */
+    void forgetShown() { set(&DiscView::m_bShown, false); }
     bool voicePlayPending() { return get(&DiscView::m_bVoicePlayPending); }
     std::string voicePlay() { return get(&DiscView::m_strVoicePlay); }
 

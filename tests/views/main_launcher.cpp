@@ -310,6 +310,49 @@ TEST_F(MainLauncher, SourceIsRequestedOnceByTheFirstReportOfADisc) {
     EXPECT_THAT(unit.commands(), ElementsAre("187,1,0"));
 }
 
+TEST_F(MainLauncher, ResumeRequestsTheSourceOfADiscThatIsThere) {
+    unit.disc.presence(1);
+    inside.setSourceRequested(false);
+    unit.clearCommands();
+    unit.app("resume");
+    EXPECT_THAT(unit.commands(), ElementsAre("187,1,0"));
+    EXPECT_EQ(unit.log("************* RequestSource on *************").size(), 2u);
+    unit.disc.presence(0);
+    inside.setSourceRequested(false);
+    unit.clearCommands();
+    unit.app("resume");
+    EXPECT_THAT(unit.commands(), IsEmpty());
+}
+
+TEST_F(MainLauncher, FirstResumeCatchesUpWithADiscThatPlays) {
+    struct Case {
+        int status;
+        bool catchesUp;
+    };
+    unit.disc.mediaType(PLAY_TYPE_MUSIC);
+    for (const auto& [status, catchesUp] :
+         {Case{DISC_STATE_STOPPED, false}, Case{DISC_STATE_LOADING, false}, Case{DISC_STATE_PLAYING, true}}) {
+        SCOPED_TRACE(status);
+        unit.disc.state(status);
+        inside.setState(VIEW_STATE_LOADING);
+        inside.forgetShown();
+        const auto handled = unit.log("[OnUserMsgDiscState]").size();
+        unit.app("resume");
+        EXPECT_EQ(unit.log("[OnUserMsgDiscState]").size(), handled + catchesUp);
+        unit.app("resume"); // no longer the first
+        EXPECT_EQ(unit.log("[OnUserMsgDiscState]").size(), handled + catchesUp);
+    }
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+}
+
+TEST_F(MainLauncher, FirstResumeLeavesPopupsAlone) {
+    unit.disc.mediaType(PLAY_TYPE_MUSIC);
+    inside.forgetShown();
+    unit.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
+    unit.app("resume");
+    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+}
+
 TEST_F(MainLauncher, QuitReleasesTheSourceStopsCaptureAndEndsTheProcess) {
     play(PLAY_TYPE_DVD);
     unit.clearCommands();

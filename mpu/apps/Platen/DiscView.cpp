@@ -1,7 +1,6 @@
 #include "DiscView.h"
 
 #include "DiscOsdView.h"
-#include "DiscTimers.h"
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
 #include "Log.h"

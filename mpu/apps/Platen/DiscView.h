@@ -16,7 +16,6 @@ class CUI_BtList;
 class DiscOsdView;
 class DiscViewController;
 class SourceGroup;
-struct T_MPEG_MEDIA_INFO;
 struct T_PLAY_STATUS;
 
 /**
@@ -136,7 +135,6 @@ private:
     void OnCaptureStateChanged();
     void OnUserMsgOsdReturn();
     void OnUserMsgDiscState();
-    void OnUserMsgMixedSwitching();
     void OnUserMsgErrorStatus();
     void OnUserMsgVideoMode();
     /** The first playing state after loading: to the page of the type. */
@@ -157,7 +155,6 @@ private:
     std::string QueryFileName(int nFileType);
     void ShowFileTitle(int nWndId, int nItem, const std::string& name);
     void ShowTrackText();
-    void ShowTag(int nItem, const char* name, const std::string& text);
 
     // File lists (DiscViewLists*.cpp)
     struct ListSource;

@@ -2,7 +2,6 @@
 
 #include "DiscOsdView.h"
 #include "DiscViewController.h"
-#include "DiscViewItems.h"
 #include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"

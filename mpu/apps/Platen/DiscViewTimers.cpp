@@ -7,8 +7,6 @@
 #include "Log.h"
 #include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
-#include "zmui/CUIAnalysis.h"
-#include "zmui/CUIWndMng.h"
 #include "zmui/CUI_BtList.h"
 
 void DiscView::KillTimer(unsigned int id) {

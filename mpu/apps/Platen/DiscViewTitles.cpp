@@ -16,9 +16,28 @@ void SetText(CUIAnalysis& ui, int nWndId, int nItem, const std::string& text) {
     ui.SetItemText(nWndId, nItem, wide);
 }
 
-const std::string& Known(const std::string& text, const std::string& unknown) {
+std::string Known(const std::string& text, const char* unknown) {
     return text.empty() ? unknown : text;
 }
+
+/** A tag that is shown for every disc, and what is logged before and after setting it. */
+struct TagRow {
+    int item;
+    std::string T_ID3_INFO::*text;
+    const char* log;
+    const char* endLog;
+    const char* emptyLog;
+    const char* unknown;
+};
+
+constexpr TagRow TAGS[] = {
+    {ITEM_ARTIST, &T_ID3_INFO::artist, "[DiscView::OnUserMsgID3]artist\n",
+     "[DiscView::OnUserMsgID3]artist SetItemText end\n", "[DiscView::OnUserMsgID3] artist empty\n",
+     "unknown artist"},
+    {ITEM_ALBUM, &T_ID3_INFO::album, "[DiscView::OnUserMsgID3]album\n",
+     "[DiscView::OnUserMsgID3]album SetItemText end\n", "[DiscView::OnUserMsgID3] album empty\n",
+     "unknown album"},
+};
 
 constexpr bool IsFileType(int type) {
     return type == PLAY_TYPE_MUSIC || type == PLAY_TYPE_VIDEO || type == PLAY_TYPE_PHOTO;
@@ -139,8 +158,14 @@ void DiscView::OnUserMsgID3() {
             SetText(*m_pUIAnalysis, page, ITEM_TO_PLAYING, title);
         }
     }
-    ShowTag(ITEM_ARTIST, "artist", info.artist);
-    ShowTag(ITEM_ALBUM, "album", info.album);
+    for (const TagRow& tag : TAGS) {
+        const std::string& text = info.*tag.text;
+        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "%s", text.empty() ? tag.emptyLog : tag.log);
+        SetText(*m_pUIAnalysis, WND_AUDIO_PLAY, tag.item, Known(text, tag.unknown));
+        if (!text.empty()) {
+            LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "%s", tag.endLog);
+        }
+    }
     for (const int item : {ITEM_TITLE, ITEM_ARTIST, ITEM_ALBUM}) {
         m_pUIAnalysis->drawItem(WND_AUDIO_PLAY, item);
     }
@@ -148,15 +173,4 @@ void DiscView::OnUserMsgID3() {
         m_pUIAnalysis->drawItem(page, ITEM_TO_PLAYING);
     }
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMsgID3] end\n");
-}
-
-void DiscView::ShowTag(int nItem, const char* name, const std::string& text) {
-    if (text.empty()) {
-        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMsgID3] %s empty\n", name);
-        SetText(*m_pUIAnalysis, WND_AUDIO_PLAY, nItem, std::string("unknown ") + name);
-        return;
-    }
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMsgID3]%s\n", name);
-    SetText(*m_pUIAnalysis, WND_AUDIO_PLAY, nItem, text);
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMsgID3]%s SetItemText end\n", name);
 }

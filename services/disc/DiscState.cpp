@@ -268,6 +268,10 @@ void DiscState::tray(const Tray& tray) {
     publish(Attribute::Tray, lenient({{"path", tray.path}, {"source", tray.source}}));
 }
 
+void DiscState::requestDone() {
+    write(Object::Drive, "-drive\n");
+}
+
 void DiscState::forgetDisc() {
     publishChanged(Attribute::Version, version);
     publishChanged(Attribute::MediaType, text(static_cast<int>(MediaType::Unknown)));

@@ -154,6 +154,8 @@ public:
     /** Writes all values again: the objects' service has been started anew and knows none. */
     void publishAll();
 
+    /** Takes the request to the drive out of its object: it has been seen to. */
+    void requestDone();
     /** The object "drive", which also carries requests to the service; for reading beside the writing here. */
     PpsFile& driveFile();
     /** The object "status", for noticing that it has lost its attributes. */

@@ -1,12 +1,11 @@
 #include "services/disc/Drive.h"
 
 #include "services/disc/FilePlayer.h"
-#include "services/disc/FolderMedium.h"
 #include "services/disc/Log.h"
+#include "services/disc/OpenMedium.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <unistd.h>
+#include <string_view>
 
 namespace zm::disc {
 
@@ -16,19 +15,6 @@ namespace {
 constexpr Milliseconds EjectTime{800};
 
 constexpr int RootFolder = 1;
-
-Result<std::shared_ptr<Medium>> openMedium(const std::string& path) {
-    if (::access(path.c_str(), R_OK) != 0) {
-        return systemError(path);
-    }
-    if (!std::filesystem::is_directory(path)) {
-        return Error{path + ": not a disc (a folder is wanted)"};
-    }
-    if (::access(path.c_str(), X_OK) != 0) {
-        return systemError(path);
-    }
-    return std::shared_ptr<Medium>(std::make_shared<FolderMedium>(path));
-}
 
 struct FaultRow {
     std::string_view name;

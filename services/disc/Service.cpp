@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <optional>
 
 namespace zm::disc {
 
@@ -69,6 +70,16 @@ void forEachJson(const std::string& text, const char* name, Handle handle) {
     }
 }
 
+// What an earlier run has left in the drive's object.
+std::optional<Tray> trayOf(const std::string& driveObject) {
+    std::optional<Tray> tray;
+    forEachJson(driveObject, "tray", [&](const std::string& value) {
+        const Json json = parseObject(value);
+        tray = Tray{string(json, "path"), flag(json, "source")};
+    });
+    return tray;
+}
+
 } // namespace
 
 Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::string& runtime, const std::string& catalogueFile,
@@ -108,13 +119,16 @@ void Service::begin(const std::string& disc) {
     m_control.read();
     m_state->statusFile().read();
     // A service that was started again finds the disc (or the empty tray) that the one before it left.
-    const auto remembered = recall();
+    const auto left = m_state->driveFile().read();
+    const std::string driveObject = left ? *left : std::string();
+    const auto remembered = trayOf(driveObject);
     const Tray tray = remembered.value_or(Tray{});
     m_drive.start(tray);
     const std::string& path = remembered ? tray.path : disc;
     if (!path.empty()) {
         m_drive.insert(path);
     }
+    driveText(driveObject); // a request that nobody was there to see to
     m_inbox = std::make_unique<PpsInbox>(
         std::vector<PpsInbox::Watch>{
             {&m_control, [this](const std::string& text) { controlText(text); }},
@@ -122,17 +136,6 @@ void Service::begin(const std::string& disc) {
             {&m_state->statusFile(), [this](const std::string& text) { statusText(text); }},
         },
         m_mailbox);
-}
-
-std::optional<Tray> Service::recall() {
-    std::optional<Tray> tray;
-    if (const auto text = m_state->driveFile().read()) {
-        forEachJson(*text, "tray", [&](const std::string& value) {
-            const Json json = parseObject(value);
-            tray = Tray{string(json, "path"), flag(json, "source")};
-        });
-    }
-    return tray;
 }
 
 void Service::controlText(const std::string& text) {
@@ -176,6 +179,7 @@ void Service::command(const std::string& value) {
 void Service::driveRequest(const std::string& value) {
     const Json json = parseObject(value);
     const std::string op = string(json, "op");
+    m_state->requestDone();
     if (op == "insert") {
         m_drive.insert(string(json, "path"));
     } else if (op == "eject") {

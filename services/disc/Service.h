@@ -8,7 +8,6 @@
 #include "services/disc/PpsInbox.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace zm::disc {
@@ -31,7 +30,6 @@ private:
     Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control,
             std::shared_ptr<FrameSink> frames);
     void begin(const std::string& disc);
-    std::optional<Tray> recall();
     void controlText(const std::string& text);
     void driveText(const std::string& text);
     void statusText(const std::string& text);

@@ -530,6 +530,33 @@ TEST_F(DiscService, AServiceStartedAgainFindsItsDiscAndItsSource) {
     m_unit.nextState(PlayState::Playing);
 }
 
+TEST_F(DiscService, AServiceStartedAgainAfterAnEjectionFindsAnEmptyDrive) {
+    play();
+    m_unit.request({{"op", "eject"}});
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "empty"; });
+    m_unit.next("tray", [](const Published& each) { return each.json()["path"] == ""; });
+    m_unit.stopService();
+    m_unit.mark();
+    m_unit.startService(m_disc.path().string());
+    m_unit.next("disc", "0");
+    EXPECT_FALSE(m_unit.follows("disc", "1", 500ms));
+}
+
+TEST_F(DiscService, ARequestToTheDriveThatNobodyHasSeenIsCarriedOutAtTheNextStart) {
+    m_unit.startService();
+    m_unit.next("disc", "0");
+    m_unit.stopService();
+    m_unit.request({{"op", "insert"}, {"path", m_disc.path().string()}});
+    m_unit.mark();
+    m_unit.startService();
+    m_unit.next("disc", "1");
+    m_unit.stopService();
+    m_unit.mark();
+    m_unit.startService();
+    m_unit.next("disc", "1"); // the tray's, once
+    EXPECT_FALSE(m_unit.follows("disc", "1", 500ms));
+}
+
 TEST_F(DiscService, EverythingIsPublishedAgainWhenTheObjectsAreStartedAnew) {
     play();
     m_unit.stopObjects();

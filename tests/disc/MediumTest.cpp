@@ -1,0 +1,122 @@
+#include "services/disc/OpenMedium.h"
+
+#include "services/disc/Scanner.h"
+#include "tests/disc/DiscUnit.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+using namespace zm::disc;
+using namespace zm::test;
+
+namespace {
+
+std::string makeImage(const TempFolder& folder, const std::string& content, const std::string& options) {
+    const std::string image = folder / "disc.iso";
+    const std::string command = "xorriso -as mkisofs -quiet -V TESTDISC " + options + " -o '" + image + "' '" + content + "' 2>/dev/null";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    return image;
+}
+
+std::shared_ptr<Medium> openGood(const std::string& path) {
+    auto medium = openMedium(path);
+    EXPECT_TRUE(medium) << (medium ? "" : medium.error());
+    return medium ? *medium : nullptr;
+}
+
+std::vector<std::string> musicNames(Medium& medium) {
+    ScanProgress progress;
+    const auto contents = scan(medium, progress);
+    EXPECT_TRUE(contents);
+    std::vector<std::string> names;
+    for (const auto& item : contents->of(MediaKind::Music)) {
+        names.push_back(contents->folder(item.folderId).name + "/" + item.name);
+    }
+    return names;
+}
+
+using Names = std::vector<std::string>;
+
+} // namespace
+
+TEST(Medium, WhatIsNoDiscIsAnErrorThatNamesThePath) {
+    TempFolder folder;
+    writeFile(folder / "text.txt", "no image");
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    for (const std::string& path : {folder / "missing", folder / "text.txt", folder / "fifo", std::string()}) {
+        const auto medium = openMedium(path);
+        ASSERT_FALSE(medium) << path;
+        EXPECT_EQ(medium.error().rfind(path, 0), 0u) << medium.error();
+    }
+}
+
+TEST(Medium, AnImageWithLongNamesIsReadLikeAFolder) {
+    for (const char* options : {"-r", "-J -joliet-long"}) {
+        TempFolder folder;
+        for (const char* name : {"content/10 ten.mp3", "content/2 two.mp3", "content/Ünï/晨光 with a rather long name.mp3"}) {
+            writeFile(folder / name, "");
+        }
+        const auto medium = openGood(makeImage(folder, folder / "content", options));
+        EXPECT_EQ(musicNames(*medium), (Names{"TESTDISC/2 two.mp3", "TESTDISC/10 ten.mp3", "Ünï/晨光 with a rather long name.mp3"})) << options;
+    }
+}
+
+TEST(Medium, AnImageWithoutLongNamesShowsThemWithoutVersions) {
+    TempFolder folder;
+    writeFile(folder / "content/SUB/SONG.MP3", "");
+    const auto medium = openGood(makeImage(folder, folder / "content", "--norock -iso-level 1"));
+    EXPECT_EQ(musicNames(*medium), (Names{"sub/song.mp3"}));
+}
+
+TEST(Medium, FilesOfAnImageAreReadAtAnyPlace) {
+    TempFolder folder;
+    std::string bytes;
+    for (int i = 0; i < 10000; ++i) {
+        bytes += static_cast<char>(i * 7);
+    }
+    writeFile(folder / "content/first.mp3", "first");
+    writeFile(folder / "content/sub/data.mp3", bytes);
+    const auto medium = openGood(makeImage(folder, folder / "content", "-r"));
+    EXPECT_FALSE(medium->open("sub/data.mp3")) << "its folder has not been listed";
+    ASSERT_TRUE(medium->list(""));
+    ASSERT_TRUE(medium->list("sub"));
+    EXPECT_FALSE(medium->list("nowhere"));
+    auto reader = medium->open("sub/data.mp3");
+    ASSERT_TRUE(reader);
+    EXPECT_EQ((*reader)->size(), bytes.size());
+    for (const size_t offset : {0, 1, 2047, 2048, 5000, 9999, 10000, 20000}) {
+        std::string part(300, '\0');
+        const auto count = (*reader)->readAt(offset, part);
+        ASSERT_TRUE(count);
+        EXPECT_EQ(part.substr(0, *count), offset < bytes.size() ? bytes.substr(offset, 300) : "") << offset;
+    }
+}
+
+TEST(Medium, AnImageIsPlayed) {
+    TempFolder folder;
+    place(toneFile("mp3", 30, "In the image", "Ann"), folder / "content/a/1.mp3");
+    place(toneFile("m4a", 30, "Second"), folder / "content/a/2.m4a");
+    DiscUnit unit;
+    unit.startService(makeImage(folder, folder / "content", "-r -J"));
+    unit.command(187, 1, 0);
+    unit.next("ID3", [](const Published& each) { return each.json()["title"] == "In the image"; });
+    unit.nextState(PlayState::Playing);
+    unit.command(1);
+    unit.next("ID3", [](const Published& each) { return each.json()["title"] == "Second"; });
+    unit.nextState(PlayState::Playing);
+    unit.next("playtime", [](const Published& each) { return each.json()["time"] == 2; });
+}
+
+TEST(Medium, ATruncatedImageDoesNoHarm) {
+    TempFolder folder;
+    place(toneFile("mp3", 30), folder / "content/1.mp3");
+    const std::string image = makeImage(folder, folder / "content", "-r");
+    const auto size = std::filesystem::file_size(image);
+    for (const auto part : {size / 2, size / 8, size / 32, static_cast<uintmax_t>(40000), static_cast<uintmax_t>(100)}) {
+        std::filesystem::resize_file(image, part);
+        if (const auto medium = openMedium(image)) {
+            ScanProgress progress;
+            scan(**medium, progress);
+        }
+    }
+}

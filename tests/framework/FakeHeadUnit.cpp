@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
+#include <unistd.h>
 
 namespace zm::test {
 
@@ -47,9 +49,7 @@ void FakeHeadUnit::serve() {
         EXPECT_TRUE(fd) << path;
         return std::make_unique<Listener>(m_loop, std::move(*fd), [this, &slot, handler](UniqueFd peer) {
             slot = std::make_unique<Connection>(m_loop, std::move(peer));
-            slot->onMessage = [this, handler](Message message) {
-                (this->*handler)(json::parse(message.text));
-            };
+            slot->onMessage = [this, handler](Message message) { (this->*handler)(std::move(message)); };
             slot->onClosed = [&slot] { slot.reset(); };
         });
     };
@@ -57,7 +57,8 @@ void FakeHeadUnit::serve() {
     m_screenListener = listen(screenSocket(m_folder), m_screen, &FakeHeadUnit::onScreen);
 }
 
-void FakeHeadUnit::onShell(const json& message) {
+void FakeHeadUnit::onShell(Message packet) {
+    const json message = json::parse(packet.text);
     if (message["t"] == "hello" && m_welcome == Welcome::Normal) {
         json welcome = m_start;
         welcome["t"] = "welcome";
@@ -70,8 +71,12 @@ void FakeHeadUnit::onShell(const json& message) {
     m_changed.notify_all();
 }
 
-void FakeHeadUnit::onScreen(const json& message) {
+void FakeHeadUnit::onScreen(Message packet) {
+    const json message = json::parse(packet.text);
     std::lock_guard lock(m_mutex);
+    if (message["t"] == "window") {
+        m_memory[message["window"]] = std::move(packet.fds.at(0));
+    }
     m_screenMessages.push_back(message);
     m_changed.notify_all();
     if (message["t"] == "sync") {
@@ -155,12 +160,64 @@ bool FakeHeadUnit::waitForScreen(const std::string& kind, size_t count) {
     return waitUntil([&] { return ofKind(m_screenMessages, kind).size() >= count; });
 }
 
+// Runs `task` on the loop's thread and waits for it.
+void FakeHeadUnit::onLoop(const std::function<void()>& task) {
+    bool done = false;
+    m_loop.post([&] {
+        task();
+        std::lock_guard lock(m_mutex);
+        done = true;
+        m_changed.notify_all();
+    });
+    EXPECT_TRUE(waitUntil([&] { return done; }));
+}
+
 void FakeHeadUnit::hangUp() {
-    m_loop.post([this] { m_shell.reset(); });
+    onLoop([this] { m_shell.reset(); });
+}
+
+void FakeHeadUnit::hangUpScreen() {
+    onLoop([this] { m_screen.reset(); });
+}
+
+void FakeHeadUnit::tellScreen(const json& message) {
+    onLoop([&] { m_screen->send(message.dump()); });
+}
+
+// With m_mutex held.
+json FakeHeadUnit::findWindow(const std::string& name) {
+    for (const json& window : ofKind(m_screenMessages, "window")) {
+        if (window["name"] == name) {
+            return window;
+        }
+    }
+    ADD_FAILURE() << "no window " << name;
+    return {};
+}
+
+std::vector<uint8_t> FakeHeadUnit::framePixels(const std::string& name) {
+    std::lock_guard lock(m_mutex);
+    const json window = findWindow(name);
+    const size_t bytes = window["stride"].get<size_t>() * window["height"].get<size_t>();
+    std::vector<uint8_t> pixels(bytes);
+    for (const json& frame : m_held) {
+        if (frame["window"] == window["window"]) {
+            const auto offset = static_cast<off_t>(frame["buffer"].get<size_t>() * bytes);
+            EXPECT_EQ(pread(m_memory[window["window"]].get(), pixels.data(), bytes, offset),
+                      static_cast<ssize_t>(bytes));
+            break;
+        }
+    }
+    return pixels;
+}
+
+int FakeHeadUnit::windowSeals(const std::string& name) {
+    std::lock_guard lock(m_mutex);
+    return fcntl(m_memory[findWindow(name)["window"]].get(), F_GET_SEALS);
 }
 
 void FakeHeadUnit::keepFrames(bool keep) {
-    m_loop.post([this, keep] {
+    onLoop([&] {
         std::lock_guard lock(m_mutex);
         m_keepFrames = keep;
         if (keep) {

@@ -50,8 +50,13 @@ public:
     bool waitForShell(const std::string& kind, size_t count = 1);
     bool waitForScreen(const std::string& kind, size_t count = 1);
 
-    /** Closes shell.sock's connection. */
+    /** Closes the connection of shell.sock or of screen.sock. */
     void hangUp();
+    void hangUpScreen();
+    void tellScreen(const json& message);
+    /** What the compositor can read of a window: its newest frame, and the seals of its memory. */
+    std::vector<uint8_t> framePixels(const std::string& window);
+    int windowSeals(const std::string& window);
     /** From now on no frame is given back, or again all are. */
     void keepFrames(bool keep);
 
@@ -59,8 +64,10 @@ public:
 
 private:
     void serve();
-    void onShell(const json& message);
-    void onScreen(const json& message);
+    void onLoop(const std::function<void()>& task);
+    void onShell(Message packet);
+    void onScreen(Message packet);
+    json findWindow(const std::string& name);
     bool waitUntil(const std::function<bool()>& condition);
 
     std::string m_folder;
@@ -73,6 +80,7 @@ private:
     std::vector<json> m_shellMessages;
     std::vector<json> m_screenMessages;
     std::vector<json> m_held;
+    std::map<int, UniqueFd> m_memory; ///< by window number
     int m_nextId = 1;
 
     EventLoop m_loop;

@@ -53,6 +53,7 @@ TEST_F(MonitorTest, EachLineOfADeltaIsOneChangeInOrder) {
     ASSERT_TRUE(status.OpenPPS());
     app.controller.AddFile(1, &status);
     app.controller.Start();
+    headUnit.settle();
     put("disc/status", "a::1\nb:n:2\n");
     put("disc/status", "a::3\n");
     put("disc/status", "a::3\n");
@@ -65,6 +66,7 @@ TEST_F(MonitorTest, ADeletedAttributeHasEmptyTexts) {
     ASSERT_TRUE(status.OpenPPS());
     app.controller.AddFile(1, &status);
     app.controller.Start();
+    headUnit.settle();
     put("disc/status", "a:n:1\n");
     put("disc/status", "-a\n");
     headUnit.settle();
@@ -137,6 +139,7 @@ TEST_F(MonitorTest, SettlingWaitsForMessagesThatAChangeSends) {
     ASSERT_TRUE(status.OpenPPS());
     app.controller.AddFile(1, &status);
     app.controller.Start();
+    headUnit.settle();
     app.controller.onChange = [this] { app.controller.SendViewMessage({{1021, 0, 0, 0}}); };
     for (int i = 0; i < 20; ++i) {
         put("disc/status", "discstate::2\n");

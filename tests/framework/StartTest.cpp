@@ -2,11 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <cwchar>
 #include <fstream>
+#include <sstream>
 #include <sys/stat.h>
 
 using namespace zm::test;
@@ -49,10 +51,19 @@ TEST(Start, FailsWhenTheHeadUnitTalksNonsense) {
 TEST(Start, FaultyResourceFailsAndNamesFileAndLine) {
     FakeHeadUnit headUnit;
     TestApplication app(headUnit);
-    std::ofstream(headUnit.folder() + "/MAIN.zmrc_device") << "{\n\"languages\": 7}";
+    const std::string file = headUnit.folder() + "/MAIN.zmrc_device";
+    std::stringstream content;
+    content << std::ifstream(file).rdbuf();
+    std::string text = content.str();
+    const std::string good = "[300, 100, 100, 100]";
+    const size_t at = text.find(good);
+    ASSERT_NE(at, std::string::npos);
+    const auto line = 1 + std::count(text.begin(), text.begin() + static_cast<ptrdiff_t>(at), '\n');
+    std::ofstream(file) << text.replace(at, good.size(), "7");
     testing::internal::CaptureStderr();
     EXPECT_FALSE(app.initialise());
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("MAIN.zmrc_device:2"));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::HasSubstr("MAIN.zmrc_device:" + std::to_string(line)));
 }
 
 TEST(Start, CanBeTriedAgainAfterAFailure) {

@@ -96,45 +96,48 @@ uint64_t PpsMonitor::activity() const {
 
 void PpsMonitor::run() {
     for (;;) {
-        uint64_t count = 0;
-        // Emptied before looking: a wake-up that comes later stays for the poll. Nothing to empty is no
-        // failure.
-        [[maybe_unused]] const auto emptied = ::read(m_wake.get(), &count, sizeof count);
-        std::vector<Entry> entries;
-        std::vector<std::shared_ptr<Fence>> fences;
-        bool running = false;
-        {
-            std::lock_guard lock(m_mutex);
-            entries = m_entries;
-            fences = std::exchange(m_fences, {});
-            running = m_running;
+        Turn turn = takeTurn();
+        for (const Entry& entry : turn.entries) {
+            // A fence asks for everything that was written before it, noticed or not.
+            if (turn.running && (entry.ready || !turn.fences.empty())) {
+                read(entry);
+            }
         }
-        while (running && readAll(entries)) {
-        }
-        for (const auto& fence : fences) {
+        for (const auto& fence : turn.fences) {
             fence->pass();
         }
-        if (!running) {
+        if (!turn.running) {
             return;
         }
-        wait(entries);
+        wait(turn.entries);
     }
 }
 
-// Reads each object once, in the order of adding; whether there was anything.
-bool PpsMonitor::readAll(std::vector<Entry>& entries) {
-    bool any = false;
-    for (Entry& entry : entries) {
-        auto text = entry.slot->read();
-        entry.failed = !text;
-        noteRead(entry, text ? "" : text.error());
-        if (text && !text->empty()) {
-            any = true;
-            deliver(entry, std::move(*text));
+PpsMonitor::Turn PpsMonitor::takeTurn() {
+    uint64_t count = 0;
+    // Emptied before looking: a wake-up that comes later stays for the poll. Nothing to empty is no failure.
+    [[maybe_unused]] const auto emptied = ::read(m_wake.get(), &count, sizeof count);
+    std::lock_guard lock(m_mutex);
+    Turn turn{m_entries, std::exchange(m_fences, {}), m_running};
+    for (Entry& entry : m_entries) {
+        entry.ready = false;
+    }
+    return turn;
+}
+
+void PpsMonitor::read(const Entry& entry) {
+    auto text = entry.slot->read();
+    {
+        std::lock_guard lock(m_mutex);
+        Entry* own = find(entry);
+        // Told once, until a read succeeds again.
+        if (own && std::exchange(own->failed, !text) != !text && !text) {
+            reportFailure("PPS object " + std::to_string(entry.key) + ": " + text.error());
         }
     }
-    std::lock_guard lock(m_mutex);
-    return any && m_running;
+    if (text && !text->empty()) {
+        deliver(entry, std::move(*text));
+    }
 }
 
 void PpsMonitor::deliver(const Entry& entry, std::string text) {
@@ -150,11 +153,7 @@ void PpsMonitor::deliver(const Entry& entry, std::string text) {
         }
         {
             std::lock_guard lock(m_mutex);
-            const bool wanted =
-                m_running && std::any_of(m_entries.begin(), m_entries.end(), [&](const Entry& other) {
-                    return other.key == entry.key && other.slot == entry.slot;
-                });
-            if (!wanted) {
+            if (!m_running || !find(entry)) {
                 return;
             }
             ++m_delivered;
@@ -163,29 +162,36 @@ void PpsMonitor::deliver(const Entry& entry, std::string text) {
     }
 }
 
-// Tells of a failure once, until a read succeeds again.
-void PpsMonitor::noteRead(const Entry& read, const std::string& why) {
-    std::lock_guard lock(m_mutex);
-    for (Entry& entry : m_entries) {
-        if (entry.key == read.key && std::exchange(entry.failed, read.failed) != read.failed && read.failed) {
-            reportFailure("PPS object " + std::to_string(entry.key) + ": " + why);
-        }
-    }
+// The entry as it is now; null if it was removed. With m_mutex held.
+PpsMonitor::Entry* PpsMonitor::find(const Entry& entry) {
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& other) {
+        return other.key == entry.key && other.slot == entry.slot;
+    });
+    return found == m_entries.end() ? nullptr : &*found;
 }
 
+bool PpsMonitor::failed(const Entry& entry) {
+    std::lock_guard lock(m_mutex);
+    const Entry* own = find(entry);
+    return own && own->failed;
+}
+
+// Waits until there is something to do, and notes which objects to read.
 void PpsMonitor::wait(const std::vector<Entry>& entries) {
     std::vector<pollfd> waits{{m_wake.get(), POLLIN, 0}};
-    int timeout = -1;
+    bool retry = false;
     for (const Entry& entry : entries) {
         // One whose read fails may well be readable all the time.
-        const int fd = entry.failed ? -1 : entry.slot->pollFd();
-        if (fd >= 0) {
-            waits.push_back({fd, POLLIN, 0});
-        } else if (entry.slot->isOpen()) {
-            timeout = RetryMs;
+        waits.push_back({failed(entry) ? -1 : entry.slot->pollFd(), POLLIN, 0});
+        retry = retry || (waits.back().fd < 0 && entry.slot->isOpen());
+    }
+    ::poll(waits.data(), waits.size(), retry ? RetryMs : -1);
+    std::lock_guard lock(m_mutex);
+    for (size_t i = 0; i < entries.size(); ++i) {
+        if (Entry* own = find(entries[i])) {
+            own->ready = own->ready || waits[i + 1].fd < 0 || waits[i + 1].revents != 0;
         }
     }
-    ::poll(waits.data(), waits.size(), timeout);
 }
 
 void PpsMonitor::wake() {

@@ -40,11 +40,20 @@ private:
         int key;
         std::shared_ptr<PpsSlot> slot;
         bool failed = false; ///< its last read failed, which has been told
+        bool ready = true;   ///< to be read: new, or it says that it has something
+    };
+    /** What one turn of the thread has to do. */
+    struct Turn {
+        std::vector<Entry> entries;
+        std::vector<std::shared_ptr<Fence>> fences;
+        bool running;
     };
     void run();
-    bool readAll(std::vector<Entry>& entries);
+    Turn takeTurn();
+    void read(const Entry& entry);
     void deliver(const Entry& entry, std::string text);
-    void noteRead(const Entry& read, const std::string& why);
+    Entry* find(const Entry& entry);
+    bool failed(const Entry& entry);
     void wait(const std::vector<Entry>& entries);
     void wake();
 

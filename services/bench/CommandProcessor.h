@@ -17,11 +17,9 @@ struct CommandCall {
     Arguments arguments;
 };
 
-/** One command: how it is written, what it does. */
+/** One command; how it is written stands in services/ctl/CommandTexts.h. */
 struct CommandRow {
     std::string_view name;
-    std::string_view usage;
-    std::string_view help;
     /** Gives false, having done nothing, when the words do not fit the usage. */
     bool (*handler)(CommandCall& call);
 };
@@ -33,6 +31,8 @@ public:
 
     /** Starts a command; the sink of `run` gets its output and its exit status, at once or later. */
     void execute(const std::shared_ptr<CommandRun>& run);
+    /** Whether there is a command of that name. */
+    static bool knows(std::string_view name);
 
 private:
     HeadUnit& m_unit;

@@ -88,15 +88,10 @@ bool catalogue(CommandCall& call) {
 }
 
 constexpr std::array Rows = {
-    CommandRow{"insert", "insert PATH\ninsert --demo",
-               "puts a folder, image or file into the disc drive\nExample: zmctl insert ~/Music", insert},
-    CommandRow{"eject", "eject", "takes the disc out\nExample: zmctl eject", eject},
-    CommandRow{"disc", "disc\ndisc fault read|surface|temperature|region|noanswer|gone|none",
-               "what the disc drive says, or makes it fail\nExample: zmctl disc", disc},
-    CommandRow{"catalogue", "catalogue hold ROWS\ncatalogue release",
-               "stops the application's next list query before that row, or lets it go on\n"
-               "Example: zmctl catalogue hold 3",
-               catalogue},
+    CommandRow{"insert", insert},
+    CommandRow{"eject", eject},
+    CommandRow{"disc", disc},
+    CommandRow{"catalogue", catalogue},
 };
 
 } // namespace

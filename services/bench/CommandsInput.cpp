@@ -64,20 +64,9 @@ bool click(CommandCall& call) {
 }
 
 constexpr std::array Rows = {
-    CommandRow{"key", "key CODE", "a hard key\nExample: zmctl key 1", key},
-    CommandRow{"touch", "touch X Y [--hold MS]",
-               "a touch of the screen; held from 800 ms on, without waiting in real time\nExample: zmctl "
-               "touch 400 240",
-               touch},
-    CommandRow{"drag", "drag X1 Y1 X2 Y2",
-               "a finger that moves over the screen\nExample: zmctl drag 400 300 400 100", drag},
-    CommandRow{"press", "press X Y", "a finger comes down, in real time\nExample: zmctl press 400 240", step},
-    CommandRow{"move", "move X Y", "the finger moves\nExample: zmctl move 400 200", step},
-    CommandRow{"release", "release X Y", "the finger goes up\nExample: zmctl release 400 200", step},
-    CommandRow{"click", "click main|osd WINDOW CONTROL STATE",
-               "calls a view's OnClick straight (state 0 press, 1 release, 4 held)\nExample: zmctl click "
-               "main 6 6523 1",
-               click},
+    CommandRow{"key", key},     CommandRow{"touch", touch}, CommandRow{"drag", drag},
+    CommandRow{"press", step},  CommandRow{"move", step},   CommandRow{"release", step},
+    CommandRow{"click", click},
 };
 
 } // namespace

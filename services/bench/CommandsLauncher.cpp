@@ -91,17 +91,8 @@ bool requests(CommandCall& call) {
 }
 
 constexpr std::array Rows = {
-    CommandRow{"app", "app start|resume|pause|showonly|hideonly|quit",
-               "launcher message to the application, or starting it again\nExample: zmctl app pause", app},
-    CommandRow{"appdata", "appdata TEXT", "application data\nExample: zmctl appdata '--song=\"Blue\"'",
-               appData},
-    CommandRow{"language", "language CODE",
-               "language of all texts: en, de, zh, ar\nExample: zmctl language de", language},
-    CommandRow{"theme", "theme night|day", "colours of the screen\nExample: zmctl theme day", theme},
-    CommandRow{"requests", "requests [--clear]",
-               "what the application asked of the launcher, one JSON object a line, oldest first\n"
-               "--clear empties the list after printing it.\nExample: zmctl requests --clear",
-               requests},
+    CommandRow{"app", app},     CommandRow{"appdata", appData},   CommandRow{"language", language},
+    CommandRow{"theme", theme}, CommandRow{"requests", requests},
 };
 
 } // namespace

@@ -150,13 +150,7 @@ bool pps(CommandCall& call) {
 }
 
 constexpr std::array Rows = {
-    CommandRow{
-        "pps", "pps ls\npps get OBJ\npps put OBJ LINE...\npps watch OBJ [-n N] [-t SECONDS]",
-        "the PPS objects; OBJ without /pps/, LINE is name:encoding:value or -name\n"
-        "put writes all lines as one change. watch prints the lines of each change from now on, until N\n"
-        "changes have come or the time is up.\n"
-        "Example: zmctl pps put zelmar/disc/device disc::1 mediatype::2",
-        pps},
+    CommandRow{"pps", pps},
 };
 
 } // namespace

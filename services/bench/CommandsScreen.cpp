@@ -54,10 +54,8 @@ bool shot(CommandCall& call) {
 }
 
 constexpr std::array Rows = {
-    CommandRow{"screen", "screen [main|osd] [WINDOW]",
-               "the pages' contents as JSON\nExample: zmctl screen main 6", screen},
-    CommandRow{"shot", "shot FILE.png",
-               "writes what the driver sees as a picture\nExample: zmctl shot page.png", shot},
+    CommandRow{"screen", screen},
+    CommandRow{"shot", shot},
 };
 
 } // namespace

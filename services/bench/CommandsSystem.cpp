@@ -113,16 +113,8 @@ bool kill(CommandCall& call) {
 }
 
 constexpr std::array Rows = {
-    CommandRow{"log", "log [-n N] [--follow]",
-               "the system log, oldest first: severity, blank, text\nExample: zmctl log -n 20 --follow", log},
-    CommandRow{"clock", "clock advance MS",
-               "fires every timer that falls due (with --manual-clock)\nExample: zmctl clock advance 8000",
-               clock},
-    CommandRow{"settle", "settle [-t SECONDS]",
-               "returns when nothing moves any more\nExample: zmctl settle -t 5", settleCommand},
-    CommandRow{"ps", "ps", "the child processes: name, process id, state\nExample: zmctl ps", processes},
-    CommandRow{"kill", "kill app|disc", "kills a child process as a crash would\nExample: zmctl kill app",
-               kill},
+    CommandRow{"log", log},      CommandRow{"clock", clock}, CommandRow{"settle", settleCommand},
+    CommandRow{"ps", processes}, CommandRow{"kill", kill},
 };
 
 } // namespace

@@ -53,12 +53,8 @@ bool time(CommandCall& call) {
 }
 
 constexpr std::array Rows = {
-    CommandRow{"device", "device [--silent] ID VALUE|fail",
-               "a vehicle value: 2 parked, 6 muted (255), 7 outside temperature in tenths, 86 Bluetooth\n"
-               "Sends the message about it unless --silent is given. \"fail\" makes reading it fail.\n"
-               "Example: zmctl device 7 -52",
-               device},
-    CommandRow{"time", "time HH:MM [12|24]", "the clock and its display\nExample: zmctl time 23:05 12", time},
+    CommandRow{"device", device},
+    CommandRow{"time", time},
 };
 
 } // namespace

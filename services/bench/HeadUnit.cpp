@@ -3,8 +3,7 @@
 #include "base/Paths.h"
 
 #include <glib.h>
-
-#include <cstdio>
+#include <unistd.h>
 
 namespace zm {
 
@@ -93,6 +92,9 @@ void HeadUnit::makeChildren() {
 }
 
 Status HeadUnit::start() {
+    if (!m_options.disc.empty() && ::access(m_options.disc.c_str(), R_OK) != 0) {
+        return systemError(m_options.disc);
+    }
     for (auto step : {std::function<Status()>([this] { return m_pps.start(); }),
                       std::function<Status()>([this] { return m_compositor.start(); }),
                       std::function<Status()>([this] { return m_video.start(); }),
@@ -162,12 +164,12 @@ bool HeadUnit::startApplication() {
 
 void HeadUnit::setLanguage(const std::string& code, ShellServer::Reply reply) {
     m_language = code;
-    m_shell.ask({{"t", "language"}, {"code", code}}, std::move(reply));
+    m_shell.inform({{"t", "language"}, {"code", code}}, std::move(reply));
 }
 
 void HeadUnit::setTheme(const std::string& name, ShellServer::Reply reply) {
     m_theme = name;
-    m_shell.ask({{"t", "theme"}, {"name", name}}, std::move(reply));
+    m_shell.inform({{"t", "theme"}, {"name", name}}, std::move(reply));
 }
 
 std::vector<Child*> HeadUnit::children() {

@@ -132,4 +132,12 @@ void ShellServer::ask(Json message, Reply reply, std::chrono::milliseconds timeo
     tell(message);
 }
 
+void ShellServer::inform(Json message, Reply reply) {
+    if (m_application) {
+        ask(std::move(message), std::move(reply));
+    } else {
+        m_loop.post([reply = std::move(reply)] { reply(Json()); });
+    }
+}
+
 } // namespace zm

@@ -55,6 +55,10 @@ public:
      */
     void ask(Json message, Reply reply, std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
+    /** As `ask` for a value that a later application gets with its welcome: without an application all is
+     * well. */
+    void inform(Json message, Reply reply);
+
 private:
     struct Question {
         Reply reply;

@@ -24,24 +24,16 @@ void Vehicle::describe(Json& welcome) const {
 
 void Vehicle::setDevice(int id, std::optional<int> value, Notice notice, ShellServer::Reply reply) {
     m_devices[id] = value;
-    pass({{"t", "device"}, {"device", id}, {"value", valueJson(value)}, {"notify", notice == Notice::Send}},
-         std::move(reply));
+    m_shell.inform(
+        {{"t", "device"}, {"device", id}, {"value", valueJson(value)}, {"notify", notice == Notice::Send}},
+        std::move(reply));
 }
 
 void Vehicle::setTime(const ClockSetting& time, ShellServer::Reply reply) {
     m_time = time;
     Json message = timeJson(time);
     message["t"] = "time";
-    pass(std::move(message), std::move(reply));
-}
-
-void Vehicle::pass(Json message, ShellServer::Reply reply) {
-    if (m_shell.connected()) {
-        m_shell.ask(std::move(message), std::move(reply));
-    } else {
-        // An application that starts later gets the value with its welcome.
-        reply(Json());
-    }
+    m_shell.inform(std::move(message), std::move(reply));
 }
 
 } // namespace zm

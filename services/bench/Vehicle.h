@@ -31,8 +31,6 @@ public:
     const ClockSetting& time() const { return m_time; }
 
 private:
-    void pass(Json message, ShellServer::Reply reply);
-
     ShellServer& m_shell;
     std::map<int, std::optional<int>> m_devices{{2, 1}, {6, 0}, {7, 200}, {86, 0}};
     ClockSetting m_time;

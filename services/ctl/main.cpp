@@ -1,4 +1,5 @@
 #include "base/Paths.h"
+#include "services/ctl/CommandTexts.h"
 #include "services/ctl/CtlClient.h"
 
 #include <cstdio>
@@ -14,7 +15,23 @@ void print(FILE* stream, const std::string& text) {
 }
 
 int wrongUsage() {
-    std::fputs("usage: zmctl [--runtime DIR] COMMAND\n", stderr);
+    print(stderr, zm::overviewText());
+    return 2;
+}
+
+// Explains the commands without a bench.
+int help(const std::vector<std::string>& words) {
+    if (words.size() == 1) {
+        print(stdout, zm::overviewText());
+        return 0;
+    }
+    const auto* text = zm::findCommandText(words[1]);
+    if (words.size() == 2 && text) {
+        print(stdout, zm::usageText(*text) + "\n" + std::string(text->help) + "\n");
+        return 0;
+    }
+    print(stderr, words.size() == 2 ? "zmctl: there is no command \"" + words[1] + "\"\n"
+                                    : zm::usageText(*zm::findCommandText("help")));
     return 2;
 }
 
@@ -32,6 +49,9 @@ int main(int argc, char** argv) {
     }
     if (words.empty()) {
         return wrongUsage();
+    }
+    if (words[0] == "help") {
+        return help(words);
     }
     const auto status = zm::CtlClient(dir).run(
         words, [](const std::string& text) { print(stdout, text); },

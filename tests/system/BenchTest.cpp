@@ -71,6 +71,19 @@ TEST_F(BenchStart, WrongArgumentsEndWithTheUsage) {
     }
 }
 
+TEST_F(BenchStart, ADiscThatDoesNotExistIsNamed) {
+    Process process({"zmbench", "--runtime", folder, "--no-web", "--disc", "/nowhere/disc"}, folder);
+    EXPECT_EQ(process.wait(), 1);
+    EXPECT_THAT(process.err(), HasSubstr("/nowhere/disc"));
+}
+
+TEST_F(BenchStart, ADiscGivenAtTheStartIsInTheDrive) {
+    std::filesystem::create_directory(folder + "/empty");
+    startBench({"--no-web", "--launcher", "passive", "--disc", folder + "/empty"});
+    EXPECT_TRUE(eventually([this] { return must({"disc"}).find(folder + "/empty") != std::string::npos; }))
+        << must({"disc"});
+}
+
 TEST_F(BenchStart, TheApplicationByHandFailsWithinTwoSecondsWithoutABench) {
     const auto begin = std::chrono::steady_clock::now();
     Process process({"Platen", "disc"}, folder);

@@ -1,5 +1,7 @@
 #include "tests/system/SystemTest.h"
 
+#include <signal.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -64,8 +66,7 @@ TEST_F(Command, WrongUsageExitsWithTwoAndTheUsageOfThatCommand) {
     EXPECT_THAT(mustFail({}, 2), HasSubstr("usage: zmctl"));
 }
 
-TEST_F(Command, HelpListsTheCommandsAndExplainsEach) {
-    startManual();
+TEST_F(Command, HelpListsTheCommandsAndExplainsEachWithoutABench) {
     const std::string list = must({"help"});
     for (const char* name :
          {"pps",  "catalogue", "app",  "appdata", "language", "device", "time",  "key",  "touch",
@@ -265,6 +266,29 @@ TEST_F(Command, ClockAdvanceFiresWhatFallsDue) {
     must({"clock", "advance", "3000"});
     EXPECT_THAT(lines({"requests"}), ElementsAre(R"({"op":"QueryCloseApp","app":"zmdisc","data":"null"})"));
     EXPECT_EQ(window(), 1) << "a passive launcher only records";
+}
+
+TEST_F(Command, SettleGivesUpOnAnApplicationThatHangs) {
+    startManual();
+    const int application = std::stoi(lines({"ps"}).at(0).substr(4));
+    kill(application, SIGSTOP);
+    EXPECT_THAT(mustFail({"settle", "-t", "0.3"}), HasSubstr("not settled in time"));
+    kill(application, SIGCONT);
+    settle();
+}
+
+TEST_F(Command, ValuesSetWhileNoApplicationRunsAreThereWhenOneStarts) {
+    startManual();
+    must({"app", "quit"});
+    ASSERT_TRUE(eventually([this] { return must({"ps"}) == "app - not running\n"; }));
+    must({"device", "7", "-52"});
+    must({"time", "08:15"});
+    must({"language", "de"});
+    must({"app", "start"});
+    settle();
+    EXPECT_EQ(item(1, 20)["text"], "-5.2");
+    EXPECT_EQ(item(1, 8)["text"], "08:15");
+    EXPECT_NE(item(1, 7004)["text"], "Loading ...");
 }
 
 TEST_F(Command, ClockNeedsTheManualClock) {

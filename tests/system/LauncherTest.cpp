@@ -89,11 +89,12 @@ TEST_F(ActiveLauncher, AClosedApplicationLeavesTheHomePageWhichStartsItAgain) {
     EXPECT_EQ(window(), 1);
 }
 
-TEST_F(ActiveLauncher, ClosingOnRequestQuitsTheApplication) {
-    must({"kill", "app"});
-    settle();
+using ActiveLauncherAtStart = SystemTest;
+
+TEST_F(ActiveLauncherAtStart, ClosesTheApplicationWhenItAsksForIt) {
+    startBench({"--no-disc-service", "--no-web"});
     putDevice({"disc::0"});
-    EXPECT_EQ(item(1, 7004)["textId"], 34) << "no disc: it asks to be closed after three seconds";
+    ASSERT_EQ(item(1, 7004)["textId"], 34) << "no disc: it asks to be closed after three seconds";
     ASSERT_TRUE(eventually([this] { return must({"ps"}) == "app - not running\n"; }));
     EXPECT_THAT(must({"requests"}), HasSubstr(R"({"op":"QueryCloseApp","app":"zmdisc","data":"null"})"));
 }

@@ -1,0 +1,102 @@
+#include "services/ctl/CommandTexts.h"
+
+#include <algorithm>
+#include <array>
+
+namespace zm {
+
+namespace {
+
+constexpr std::array Texts = {
+    CommandText{
+        "pps", "pps ls\npps get OBJ\npps put OBJ LINE...\npps watch OBJ [-n N] [-t SECONDS]",
+        "the PPS objects; OBJ without /pps/, LINE is name:encoding:value or -name\n"
+        "put writes all lines as one change. watch prints the lines of each change from now on, until N\n"
+        "changes have come or the time is up.\n"
+        "Example: zmctl pps put zelmar/disc/device disc::1 mediatype::2"},
+    CommandText{"app", "app start|resume|pause|showonly|hideonly|quit",
+                "launcher message to the application, or starting it again\nExample: zmctl app pause"},
+    CommandText{"appdata", "appdata TEXT", "application data\nExample: zmctl appdata '--song=\"Blue\"'"},
+    CommandText{"language", "language CODE",
+                "language of all texts: en, de, zh, ar\nExample: zmctl language de"},
+    CommandText{"theme", "theme night|day", "colours of the screen\nExample: zmctl theme day"},
+    CommandText{"requests", "requests [--clear]",
+                "what the application asked of the launcher, one JSON object a line, oldest first\n"
+                "--clear empties the list after printing it.\nExample: zmctl requests --clear"},
+    CommandText{"device", "device [--silent] ID VALUE|fail",
+                "a vehicle value: 2 parked, 6 muted (255), 7 outside temperature in tenths, 86 Bluetooth\n"
+                "Sends the message about it unless --silent is given. \"fail\" makes reading it fail.\n"
+                "Example: zmctl device 7 -52"},
+    CommandText{"time", "time HH:MM [12|24]", "the clock and its display\nExample: zmctl time 23:05 12"},
+    CommandText{"key", "key CODE", "a hard key\nExample: zmctl key 1"},
+    CommandText{"touch", "touch X Y [--hold MS]",
+                "a touch of the screen; held from 800 ms on, without waiting in real time\nExample: zmctl "
+                "touch 400 240"},
+    CommandText{"drag", "drag X1 Y1 X2 Y2",
+                "a finger that moves over the screen\nExample: zmctl drag 400 300 400 100"},
+    CommandText{"press", "press X Y", "a finger comes down, in real time\nExample: zmctl press 400 240"},
+    CommandText{"move", "move X Y", "the finger moves\nExample: zmctl move 400 200"},
+    CommandText{"release", "release X Y", "the finger goes up\nExample: zmctl release 400 200"},
+    CommandText{"click", "click main|osd WINDOW CONTROL STATE",
+                "calls a view's OnClick straight (state 0 press, 1 release, 4 held)\nExample: zmctl click "
+                "main 6 6523 1"},
+    CommandText{"insert", "insert PATH\ninsert --demo",
+                "puts a folder, image or file into the disc drive\nExample: zmctl insert ~/Music"},
+    CommandText{"eject", "eject", "takes the disc out\nExample: zmctl eject"},
+    CommandText{"disc", "disc\ndisc fault read|surface|temperature|region|noanswer|gone|none",
+                "what the disc drive says, or makes it fail\nExample: zmctl disc"},
+    CommandText{"catalogue", "catalogue hold ROWS\ncatalogue release",
+                "stops the application's next list query before that row, or lets it go on\n"
+                "Example: zmctl catalogue hold 3"},
+    CommandText{"screen", "screen [main|osd] [WINDOW]",
+                "the pages' contents as JSON\nExample: zmctl screen main 6"},
+    CommandText{"shot", "shot FILE.png",
+                "writes what the driver sees as a picture\nExample: zmctl shot page.png"},
+    CommandText{"log", "log [-n N] [--follow]",
+                "the system log, oldest first: severity, blank, text\nExample: zmctl log -n 20 --follow"},
+    CommandText{"clock", "clock advance MS",
+                "fires every timer that falls due (with --manual-clock)\nExample: zmctl clock advance 8000"},
+    CommandText{"settle", "settle [-t SECONDS]",
+                "returns when nothing moves any more\nExample: zmctl settle -t 5"},
+    CommandText{"ps", "ps", "the child processes: name, process id, state\nExample: zmctl ps"},
+    CommandText{"kill", "kill app|disc", "kills a child process as a crash would\nExample: zmctl kill app"},
+    CommandText{"help", "help [COMMAND]", "this list, or how a command is used\nExample: zmctl help touch"},
+};
+
+constexpr size_t NameColumn = 12;
+
+} // namespace
+
+std::span<const CommandText> commandTexts() {
+    return Texts;
+}
+
+const CommandText* findCommandText(std::string_view name) {
+    const auto found =
+        std::find_if(Texts.begin(), Texts.end(), [&](const auto& text) { return text.name == name; });
+    return found == Texts.end() ? nullptr : found;
+}
+
+std::string usageText(const CommandText& text) {
+    std::string result;
+    std::string_view rest = text.usage;
+    while (!rest.empty()) {
+        const auto end = rest.find('\n');
+        result +=
+            (result.empty() ? "usage: zmctl " : "       zmctl ") + std::string(rest.substr(0, end)) + "\n";
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    }
+    return result;
+}
+
+std::string overviewText() {
+    std::string result = "usage: zmctl [--runtime DIR] COMMAND\n\n";
+    for (const auto& text : Texts) {
+        std::string name(text.name);
+        name.resize(NameColumn, ' ');
+        result += "  " + name + std::string(text.help.substr(0, text.help.find('\n'))) + "\n";
+    }
+    return result;
+}
+
+} // namespace zm

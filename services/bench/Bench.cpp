@@ -9,6 +9,7 @@ namespace zm {
 namespace {
 
 constexpr size_t PageLogLines = 500;
+constexpr std::chrono::seconds PageCommandTime(60);
 
 Json logJson(const std::vector<LogEntry>& entries) {
     Json result = Json::array();
@@ -53,15 +54,7 @@ void Bench::announce() {
 
 Result<std::string> Bench::startPage() {
     WebBackend backend{[this](std::vector<std::string> words, std::function<void(WebBackend::Answer)> done) {
-                           auto answer = std::make_shared<WebBackend::Answer>();
-                           m_processor.execute(std::make_shared<CommandRun>(
-                               std::move(words), "/",
-                               CommandRun::Sink{[answer](const std::string& text) { answer->out += text; },
-                                                [answer](const std::string& text) { answer->err += text; },
-                                                [answer, done = std::move(done)](int status) {
-                                                    answer->exit = status;
-                                                    done(*answer);
-                                                }}));
+                           runForPage(std::move(words), std::move(done));
                        },
                        m_unit.compositor(), pageSources()};
     m_page = std::make_unique<WebServer>(m_loop, std::move(backend), m_options.unit.shareDir + "/web");
@@ -71,6 +64,23 @@ Result<std::string> Bench::startPage() {
     };
     m_unit.launcher().onRequest = [this](const Json& request) { m_page->state().requested(request); };
     return m_page->start(m_options.port);
+}
+
+void Bench::runForPage(std::vector<std::string> words, std::function<void(WebBackend::Answer)> done) {
+    auto answer = std::make_shared<WebBackend::Answer>();
+    auto limit = std::make_shared<SourceHandle>();
+    auto run = std::make_shared<CommandRun>(
+        std::move(words), "/",
+        CommandRun::Sink{[answer](const std::string& text) { answer->out += text; },
+                         [answer](const std::string& text) { answer->err += text; },
+                         [answer, limit, done = std::move(done)](int status) {
+                             limit->reset();
+                             answer->exit = status;
+                             done(*answer);
+                         }});
+    // A page gets its answer in one piece: a command that follows something must not collect for ever.
+    *limit = afterDelay(m_loop, PageCommandTime, [run] { run->fail("the command does not end by itself"); });
+    m_processor.execute(run);
 }
 
 WebState::Sources Bench::pageSources() {

@@ -24,6 +24,7 @@ public:
 private:
     void announce();
     Result<std::string> startPage();
+    void runForPage(std::vector<std::string> words, std::function<void(WebBackend::Answer)> done);
     WebState::Sources pageSources();
 
     EventLoop& m_loop;

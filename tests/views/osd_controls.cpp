@@ -298,8 +298,7 @@ TEST_F(OsdControls, WithoutAControllerTheBarsDoNothing) {
     unit.onViewThread([&] {
         DiscOsdView lonely;
         for (const int bar : {OSD_WND_DVD, OSD_WND_VIDEO, OSD_WND_PICTURE}) {
-            for (const int control :
-                 {6522, 6524, 6505, 5, 103}) {
+            for (const int control : {6522, 6524, 6505, 5, 103}) {
                 lonely.OnClick(nullptr, bar, control, BT_STATE_RELEASED);
                 lonely.OnClick(nullptr, bar, control, BT_STATE_HELD);
             }

@@ -24,6 +24,7 @@ TEST_F(SearchHostile, RequestsChangeNothing) {
         "--song=\"'\"",
         "--song=\"'; DROP TABLE files; --\"",
         "--song=\"' OR '1'='1\"",
+        "--song=\"x' UNION SELECT 99,99,1,'x\"",
         "--song=\"%s%s%n%d%999999d\"",
         "--song=" + std::string(10000, 'q'),
         "--song=\xFF\xFE\xC3",
@@ -43,6 +44,16 @@ TEST_F(SearchHostile, RequestsChangeNothing) {
         }
     }
     EXPECT_EQ(filesInCatalogue(), 12);
+}
+
+TEST_F(SearchHostile, AQuoteBringsNoRowsIntoTheSearchResult) {
+    play(PLAY_TYPE_MUSIC);
+    unit.appData("--song=\"song 7\"");
+    ASSERT_EQ(inside.playListFrom(), PLAY_LIST_SEARCH);
+    unit.appData("--song=\"x' UNION SELECT 99,99,1,'x\"");
+    EXPECT_FALSE(unit.log("not found this song.").empty());
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    EXPECT_THAT(list().rows, IsEmpty());
 }
 
 TEST_F(SearchHostile, NamesAreShownAsTheyAre) {

@@ -128,8 +128,14 @@ bool DiscView::OnQuerySongName(std::string name) {
                   name + "%%' ORDER BY folderid, fid;";
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[OnQuerySongName]--m_szListSql:%s\n", m_szListSql.c_str());
     m_discDb.QueryPlayListCmd(m_szListSql, LIST_FROM_SEARCH, "");
-    if (OnHandleQueryResult()) {
+    const bool bFound = OnHandleQueryResult();
+    if (bFound && name.find('\'') == std::string::npos) {
         return true;
+    }
+    if (bFound) {
+        // A name with a quote that leaves a valid statement chose rows that do not hold it: no match, and no
+        // such rows.
+        m_discDb.QueryPlayListCmd("", LIST_FROM_SEARCH, "");
     }
     m_nCurListFrom = nListFrom;
     return false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <cwchar>
 
 namespace {
@@ -29,6 +30,9 @@ constexpr LeadRow LEADS[] = {
 /** Takes one character off `text`, or the longest start of an invalid one. */
 wchar_t TakeCharacter(const char*& text) {
     const auto lead = static_cast<uint8_t>(*text++);
+    if (lead <= LEADS[0].last) {
+        return lead; // nearly every character: long lists are formatted row by row
+    }
     const LeadRow* row = std::find_if(std::begin(LEADS), std::end(LEADS), [lead](const LeadRow& candidate) {
         return lead >= candidate.first && lead <= candidate.last;
     });
@@ -49,58 +53,85 @@ wchar_t TakeCharacter(const char*& text) {
     return static_cast<wchar_t>(character);
 }
 
-/** One conversion of a number, from its % to its letter; those of this program are plain characters. */
-std::wstring FormatNumber(const std::wstring& conversion, const WideArgument& argument) {
-    const std::string format(conversion.begin(), conversion.end());
-    char text[400]; // the longest number printed with "%f" has 309 digits before the point
-    const int length = argument.GetKind() == WideArgument::Kind::Integer
-                           ? std::snprintf(text, sizeof text, format.c_str(), argument.Integer())
-                           : std::snprintf(text, sizeof text, format.c_str(), argument.Number());
-    return length > 0 ? WideFromUtf8(text) : std::wstring();
+/** Writes into a buffer and drops what no longer fits. */
+class Writer {
+public:
+    Writer(wchar_t* buffer, std::size_t size) : m_pAt(buffer), m_pLast(buffer + size - 1) {}
+    ~Writer() { *m_pAt = L'\0'; }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    void Put(wchar_t character) {
+        if (m_pAt < m_pLast) {
+            *m_pAt++ = character;
+        }
+    }
+    void PutText(const char* text) {
+        while (*text && m_pAt < m_pLast) {
+            Put(TakeCharacter(text));
+        }
+    }
+    /** `conversion` is that of a number, from its % to its letter. */
+    void PutNumber(const char* conversion, const WideArgument& argument) {
+        char text[400]; // the longest number printed with "%f" has 309 digits before the point
+        const int length = argument.GetKind() == WideArgument::Kind::Integer
+                               ? std::snprintf(text, sizeof text, conversion, argument.Integer())
+                               : std::snprintf(text, sizeof text, conversion, argument.Number());
+        if (length > 0) {
+            PutText(text);
+        }
+    }
+
+private:
+    wchar_t* m_pAt;
+    wchar_t* m_pLast; ///< of the end mark at the latest
+};
+
+constexpr std::size_t CONVERSION_SIZE = 16; ///< those of this program have six characters at most
+
+/** Reads one conversion, plain characters all; false if it does not end or is too long. */
+bool TakeConversion(const wchar_t*& format, char (&conversion)[CONVERSION_SIZE]) {
+    const std::size_t length = std::wcscspn(format, L"dxsf") + 1;
+    if (length >= CONVERSION_SIZE || !format[length - 1]) {
+        return false;
+    }
+    std::copy(format, format + length, conversion);
+    conversion[length] = '\0';
+    format += length;
+    return true;
 }
 
-constexpr WideArgument::Kind KindOf(wchar_t letter) {
-    if (letter == L's') {
+constexpr WideArgument::Kind KindOf(char letter) {
+    if (letter == 's') {
         return WideArgument::Kind::Text;
     }
-    return letter == L'f' ? WideArgument::Kind::Number : WideArgument::Kind::Integer;
+    return letter == 'f' ? WideArgument::Kind::Number : WideArgument::Kind::Integer;
 }
 
 } // namespace
 
-std::wstring WideFromUtf8(const char* text) {
-    std::wstring wide;
-    while (*text) {
-        wide += TakeCharacter(text);
-    }
-    return wide;
-}
-
 void FormatWide(wchar_t* buffer, std::size_t size, const wchar_t* format,
                 std::initializer_list<WideArgument> arguments) {
-    std::wstring text;
+    Writer writer(buffer, size);
     const WideArgument* argument = arguments.begin();
     while (*format) {
         if (*format != L'%') {
-            text += *format++;
+            writer.Put(*format++);
             continue;
         }
-        std::size_t length = std::wcscspn(format, L"dxsf");
-        if (!format[length]) {
+        char conversion[CONVERSION_SIZE];
+        if (!TakeConversion(format, conversion)) {
             break;
         }
-        const std::wstring conversion(format, ++length);
-        format += length;
         if (argument == arguments.end()) {
             continue;
         }
-        if (argument->GetKind() == KindOf(conversion.back())) {
-            text += conversion.back() == L's' ? WideFromUtf8(argument->Text())
-                                              : FormatNumber(conversion, *argument);
+        const WideArgument::Kind kind = KindOf(conversion[std::strlen(conversion) - 1]);
+        if (argument->GetKind() == kind && kind == WideArgument::Kind::Text) {
+            writer.PutText(argument->Text());
+        } else if (argument->GetKind() == kind) {
+            writer.PutNumber(conversion, *argument);
         }
         ++argument;
     }
-    const std::size_t count = std::min(text.size(), size - 1);
-    std::wmemcpy(buffer, text.data(), count);
-    buffer[count] = L'\0';
 }

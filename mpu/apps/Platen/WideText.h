@@ -41,6 +41,3 @@ template <std::size_t Size, class... Arguments>
 void FormatWide(wchar_t (&buffer)[Size], const wchar_t* format, const Arguments&... arguments) {
     FormatWide(buffer, Size, format, {WideArgument(arguments)...});
 }
-
-/** The characters of a UTF-8 text; each invalid sequence becomes one U+FFFD. */
-std::wstring WideFromUtf8(const char* text);

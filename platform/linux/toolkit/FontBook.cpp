@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cwchar>
 #include <filesystem>
 
 namespace zm {
@@ -136,9 +137,15 @@ LayoutPtr FontBook::glyph(const std::string& text, double pixels) {
 }
 
 std::string fromWide(const wchar_t* text) {
+    constexpr gunichar oneByte = 0x80; // nearly every character of a long list
     std::string bytes;
+    bytes.reserve(std::wcslen(text));
     for (; *text; ++text) {
         const auto character = static_cast<gunichar>(*text);
+        if (character < oneByte) {
+            bytes += static_cast<char>(character);
+            continue;
+        }
         char buffer[6];
         const bool valid = g_unichar_validate(character);
         bytes.append(buffer, static_cast<size_t>(g_unichar_to_utf8(valid ? character : 0xFFFD, buffer)));

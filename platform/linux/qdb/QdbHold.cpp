@@ -21,6 +21,7 @@ void HoldPoint::release() {
     std::lock_guard guard(m_mutex);
     m_armedRow.reset();
     ++m_releases;
+    m_waiting = 0; // from now on, even if they have not woken up yet
     m_released.notify_all();
 }
 
@@ -47,9 +48,10 @@ void HoldPoint::wait(uint64_t ticket) {
         return;
     }
     std::unique_lock lock(m_mutex);
-    ++m_waiting;
-    m_released.wait(lock, [&] { return m_releases != ticket; });
-    --m_waiting;
+    if (m_releases == ticket) {
+        ++m_waiting;
+        m_released.wait(lock, [&] { return m_releases != ticket; });
+    }
 }
 
 void qdbHold(int rows) {

@@ -12,18 +12,20 @@ namespace {
 
 constexpr int BusyMilliseconds = 2000;
 
-// Write-ahead logging keeps readers going while a disc is written; nothing in it needs to survive a power cut.
-constexpr const char* setUp = "PRAGMA journal_mode = WAL;"
-                              "PRAGMA synchronous = OFF;"
-                              "BEGIN IMMEDIATE;"
-                              "DROP TABLE IF EXISTS files;"
-                              "DROP TABLE IF EXISTS folders;"
-                              "CREATE TABLE files (fid INTEGER, folderid INTEGER, ftype INTEGER, filename TEXT);"
-                              "CREATE TABLE folders (folderid INTEGER, parentid INTEGER, foldername TEXT, ftype INTEGER,"
-                              " foldercount INTEGER, filecount INTEGER);"
-                              "CREATE INDEX files_by_number ON files (ftype, folderid, fid);"
-                              "CREATE INDEX folders_by_number ON folders (ftype, folderid);"
-                              "COMMIT;";
+// Write-ahead logging keeps readers going while a disc is written; nothing in it needs to survive a power
+// cut.
+constexpr const char* setUp =
+    "PRAGMA journal_mode = WAL;"
+    "PRAGMA synchronous = OFF;"
+    "BEGIN IMMEDIATE;"
+    "DROP TABLE IF EXISTS files;"
+    "DROP TABLE IF EXISTS folders;"
+    "CREATE TABLE files (fid INTEGER, folderid INTEGER, ftype INTEGER, filename TEXT);"
+    "CREATE TABLE folders (folderid INTEGER, parentid INTEGER, foldername TEXT, ftype INTEGER,"
+    " foldercount INTEGER, filecount INTEGER);"
+    "CREATE INDEX files_by_number ON files (ftype, folderid, fid);"
+    "CREATE INDEX folders_by_number ON folders (ftype, folderid);"
+    "COMMIT;";
 
 constexpr const char* clearAll = "BEGIN IMMEDIATE; DELETE FROM files; DELETE FROM folders; COMMIT;";
 
@@ -32,7 +34,9 @@ class Insert {
 public:
     using Value = std::variant<int, std::string_view>;
 
-    Insert(sqlite3* database, const char* sql) { sqlite3_prepare_v2(database, sql, -1, &m_statement, nullptr); }
+    Insert(sqlite3* database, const char* sql) {
+        sqlite3_prepare_v2(database, sql, -1, &m_statement, nullptr);
+    }
     ~Insert() { sqlite3_finalize(m_statement); }
     Insert(const Insert&) = delete;
     Insert& operator=(const Insert&) = delete;
@@ -43,7 +47,8 @@ public:
         for (const auto& value : values) {
             ++position;
             if (const auto* text = std::get_if<std::string_view>(&value)) {
-                sqlite3_bind_text(m_statement, position, text->data(), static_cast<int>(text->size()), SQLITE_STATIC);
+                sqlite3_bind_text(m_statement, position, text->data(), static_cast<int>(text->size()),
+                                  SQLITE_STATIC);
             } else {
                 sqlite3_bind_int(m_statement, position, std::get<int>(value));
             }
@@ -95,7 +100,8 @@ Status Catalogue::failure(const char* what) {
 }
 
 Status Catalogue::run(const char* statement) {
-    return sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) == SQLITE_OK ? ok() : failure("catalogue");
+    return sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) == SQLITE_OK ? ok()
+                                                                                       : failure("catalogue");
 }
 
 Status Catalogue::prepare() {
@@ -114,8 +120,8 @@ Status Catalogue::insertFolders(const Contents& contents, MediaKind kind) {
         if (counts.files + counts.folders == 0) {
             continue;
         }
-        if (!insert.row({folder.id, folder.parentId, std::string_view(folder.name), static_cast<int>(kind), counts.folders,
-                         counts.files})) {
+        if (!insert.row({folder.id, folder.parentId, std::string_view(folder.name), static_cast<int>(kind),
+                         counts.folders, counts.files})) {
             return failure("folders");
         }
     }

@@ -13,8 +13,8 @@ struct sqlite3;
 namespace zm::disc {
 
 /**
- * The database file in which the application looks up files and folders. It is made once and from then on only
- * refilled, so that readers that hold it open see each disc. Any thread; calls take turns.
+ * The database file in which the application looks up files and folders. It is made once and from then on
+ * only refilled, so that readers that hold it open see each disc. Any thread; calls take turns.
  */
 class Catalogue {
 public:
@@ -26,7 +26,8 @@ public:
 
     /** Empties the tables. */
     Status clear();
-    /** Adds all files and folders of one kind in one transaction; none of them when `cancelled` becomes true. */
+    /** Adds all files and folders of one kind in one transaction; none of them when `cancelled` becomes true.
+     */
     Status write(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled);
 
 private:

@@ -42,18 +42,49 @@ constexpr int LearnedTexts = 200;
 // Ranges that are rare in names in that language are left out and count as odd.
 const std::vector<CharsetRow>& rows() {
     static const std::vector<CharsetRow> table{
-        {Charset::Gbk, "GBK", "GB18030", &commonSimplified,
-         {{0x4E00, 0x9FA5, 1.0}, {0x3000, 0x3017, 0.5}, {0xFF01, 0xFF5E, 0.5}, {0x2014, 0x2026, 0.5}, {0xB7, 0xB7, 0.5}}},
-        {Charset::Big5, "BIG5", "BIG5", &commonTraditional,
+        {Charset::Gbk,
+         "GBK",
+         "GB18030",
+         &commonSimplified,
+         {{0x4E00, 0x9FA5, 1.0},
+          {0x3000, 0x3017, 0.5},
+          {0xFF01, 0xFF5E, 0.5},
+          {0x2014, 0x2026, 0.5},
+          {0xB7, 0xB7, 0.5}}},
+        {Charset::Big5,
+         "BIG5",
+         "BIG5",
+         &commonTraditional,
          {{0x4E00, 0x9FA5, 1.0}, {0x3000, 0x3017, 0.5}, {0xFF01, 0xFF5E, 0.5}, {0x2014, 0x2026, 0.5}}},
-        {Charset::ShiftJis, "CP932", "SHIFT_JIS", &commonKanji,
+        {Charset::ShiftJis,
+         "CP932",
+         "SHIFT_JIS",
+         &commonKanji,
          {{0x3041, 0x30FE, 2.5}, {0x4E00, 0x9FA5, 1.0}, {0x3000, 0x3017, 0.5}, {0xFF01, 0xFF5E, 0.5}}},
         {Charset::EucKr, "CP949", "EUC-KR", &commonHangul, {{0xAC00, 0xD7A3, 1.2}, {0x4E00, 0x9FA5, -1.0}}},
-        {Charset::Cp1251, "CP1251", "WINDOWS-1251", nullptr,
-         {{0x0410, 0x044F, 1.0}, {0x0401, 0x0401, 1.0}, {0x0451, 0x0451, 1.0}, {0xAB, 0xBB, 0.2}, {0x2013, 0x2122, 0.2}}},
-        {Charset::Latin1, "CP1252", "WINDOWS-1252", nullptr,
-         {{0xC0, 0xFF, 1.0}, {0x2013, 0x201E, 0.5}, {0xB4, 0xB4, 0.3}, {0xA1, 0xA1, 0.3}, {0xBF, 0xBF, 0.3},
-          {0x0152, 0x0178, 0.5}, {0xB0, 0xB0, 0.2}, {0xBA, 0xBA, 0.2}, {0xAA, 0xAB, 0.2}, {0xBB, 0xBB, 0.2}}},
+        {Charset::Cp1251,
+         "CP1251",
+         "WINDOWS-1251",
+         nullptr,
+         {{0x0410, 0x044F, 1.0},
+          {0x0401, 0x0401, 1.0},
+          {0x0451, 0x0451, 1.0},
+          {0xAB, 0xBB, 0.2},
+          {0x2013, 0x2122, 0.2}}},
+        {Charset::Latin1,
+         "CP1252",
+         "WINDOWS-1252",
+         nullptr,
+         {{0xC0, 0xFF, 1.0},
+          {0x2013, 0x201E, 0.5},
+          {0xB4, 0xB4, 0.3},
+          {0xA1, 0xA1, 0.3},
+          {0xBF, 0xBF, 0.3},
+          {0x0152, 0x0178, 0.5},
+          {0xB0, 0xB0, 0.2},
+          {0xBA, 0xBA, 0.2},
+          {0xAA, 0xAB, 0.2},
+          {0xBB, 0xBB, 0.2}}},
     };
     return table;
 }
@@ -63,7 +94,8 @@ const CharsetRow& rowOf(Charset charset) {
 }
 
 bool isAscii(std::string_view bytes) {
-    return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 bool isUtf8(std::string_view bytes) {
@@ -72,8 +104,9 @@ bool isUtf8(std::string_view bytes) {
 
 std::optional<std::string> convert(std::string_view bytes, const char* charset) {
     gsize written = 0;
-    std::unique_ptr<char, void (*)(void*)> text(
-        g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8", charset, nullptr, &written, nullptr), g_free);
+    std::unique_ptr<char, void (*)(void*)> text(g_convert(bytes.data(), static_cast<gssize>(bytes.size()),
+                                                          "UTF-8", charset, nullptr, &written, nullptr),
+                                                g_free);
     if (!text) {
         return std::nullopt;
     }
@@ -137,10 +170,12 @@ double cyrillicHabits(const std::u32string& text) {
         }
         if (here && before) {
             const bool rises = g_unichar_isupper(text[i]) && g_unichar_islower(text[i - 1]);
-            const bool falls = g_unichar_islower(text[i]) && i > 1 && g_unichar_isupper(text[i - 1]) && g_unichar_isupper(text[i - 2]);
+            const bool falls = g_unichar_islower(text[i]) && i > 1 && g_unichar_isupper(text[i - 1]) &&
+                               g_unichar_isupper(text[i - 2]);
             points += rises ? -6.0 : falls ? -3.0 : 0.5;
         }
-        const bool mixed = i > 0 && ((here && isLatinLetter(text[i - 1])) || (before && isLatinLetter(text[i])));
+        const bool mixed =
+            i > 0 && ((here && isLatinLetter(text[i - 1])) || (before && isLatinLetter(text[i])));
         points -= mixed ? 3.0 : 0.0;
     }
     return points;
@@ -199,8 +234,8 @@ std::string detectorOpinion(std::string_view bytes) {
 }
 
 size_t countHighBytes(std::string_view bytes) {
-    return static_cast<size_t>(
-        std::count_if(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }));
+    return static_cast<size_t>(std::count_if(bytes.begin(), bytes.end(),
+                                             [](char c) { return static_cast<unsigned char>(c) >= 0x80; }));
 }
 
 } // namespace
@@ -246,7 +281,8 @@ std::string CharsetRepair::toUtf8(std::string_view bytes) const {
 }
 
 std::string cleanText(std::string_view text) {
-    std::unique_ptr<char, void (*)(void*)> valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), g_free);
+    std::unique_ptr<char, void (*)(void*)> valid(
+        g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), g_free);
     std::string clean;
     for (const char* at = valid.get(); *at; at = g_utf8_next_char(at)) {
         const gunichar character = g_utf8_get_char(at);

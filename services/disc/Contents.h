@@ -59,7 +59,9 @@ struct Contents {
     }
     /** The first kind that there is, in the order of preference. Not for empty contents. */
     MediaKind firstKind() const {
-        return std::find_if(kinds.begin(), kinds.end(), [this](const KindNumbers& row) { return !of(row.kind).empty(); })->kind;
+        return std::find_if(kinds.begin(), kinds.end(),
+                            [this](const KindNumbers& row) { return !of(row.kind).empty(); })
+            ->kind;
     }
     /** The item's raw path relative to the disc's root. */
     std::string pathOf(const Item& item) const {

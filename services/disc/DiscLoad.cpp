@@ -12,8 +12,8 @@ namespace {
 // A drive that has not moved on for this long does not answer any more.
 constexpr std::chrono::seconds Patience{10};
 
-void fillCatalogue(Catalogue& catalogue, const Contents& contents, const ScanProgress& progress, Mailbox& mailbox,
-                   LoadListener& listener) {
+void fillCatalogue(Catalogue& catalogue, const Contents& contents, const ScanProgress& progress,
+                   Mailbox& mailbox, LoadListener& listener) {
     for (const auto& row : kinds) {
         if (contents.of(row.kind).empty()) {
             continue;
@@ -28,7 +28,8 @@ void fillCatalogue(Catalogue& catalogue, const Contents& contents, const ScanPro
 }
 
 // The reading thread. `listener` is only used in what the mailbox delivers.
-void load(Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox& mailbox, LoadListener& listener) {
+void load(Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox& mailbox,
+          LoadListener& listener) {
     if (auto status = catalogue.clear(); !status) {
         logError("%s\n", status.error().c_str());
     }
@@ -47,7 +48,8 @@ void load(Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox&
 
 DiscLoad::DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<Medium> medium,
                    std::shared_ptr<Catalogue> catalogue)
-    : m_listener(listener), m_mailbox(std::make_shared<Mailbox>(loop)), m_progress(std::make_shared<ScanProgress>()) {
+    : m_listener(listener), m_mailbox(std::make_shared<Mailbox>(loop)),
+      m_progress(std::make_shared<ScanProgress>()) {
     m_watch = everyInterval(loop, Patience, [this] { watch(); });
     std::thread([medium = std::move(medium), catalogue = std::move(catalogue), progress = m_progress,
                  mailbox = m_mailbox, &listener] {

@@ -28,12 +28,13 @@ public:
 };
 
 /**
- * Reads a disc and fills the catalogue, on a thread of its own. Destroying it ends the reports at once; a thread that
- * hangs in the drive is left behind. A drive that does not answer for long is a failure.
+ * Reads a disc and fills the catalogue, on a thread of its own. Destroying it ends the reports at once; a
+ * thread that hangs in the drive is left behind. A drive that does not answer for long is a failure.
  */
 class DiscLoad {
 public:
-    DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<Medium> medium, std::shared_ptr<Catalogue> catalogue);
+    DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<Medium> medium,
+             std::shared_ptr<Catalogue> catalogue);
     ~DiscLoad();
 
 private:

@@ -58,9 +58,11 @@ std::string truth(bool value) {
 }
 
 std::string text(const TrackInfo& info) {
-    return Json{{"curmediaid", info.inFolder}, {"curmediaids", info.filesInFolder}, {"mediaid", info.onDisc},
-                {"mediaids", info.filesOnDisc}, {"chapter", info.chapter},          {"chapters", info.chapters},
-                {"title", info.title},          {"titles", info.titles},            {"parentFolder", info.folder}}
+    return Json{{"curmediaid", info.inFolder}, {"curmediaids", info.filesInFolder},
+                {"mediaid", info.onDisc},      {"mediaids", info.filesOnDisc},
+                {"chapter", info.chapter},     {"chapters", info.chapters},
+                {"title", info.title},         {"titles", info.titles},
+                {"parentFolder", info.folder}}
         .dump();
 }
 
@@ -262,7 +264,8 @@ void DiscState::texts(const TrackTexts& texts) {
     publish(Attribute::Id3, text(texts));
 }
 void DiscState::drive(const DriveState& state) {
-    publish(Attribute::DriveState, lenient({{"state", state.state}, {"path", state.path}, {"text", state.text}}));
+    publish(Attribute::DriveState,
+            lenient({{"state", state.state}, {"path", state.path}, {"text", state.text}}));
 }
 void DiscState::tray(const Tray& tray) {
     publish(Attribute::Tray, lenient({{"path", tray.path}, {"source", tray.source}}));

@@ -108,16 +108,17 @@ struct DriveState {
     std::string text; ///< why, when "error"
 };
 
-/** What the drive remembers for a service that is started again: its disc and whether it is the head unit's source. */
+/** What the drive remembers for a service that is started again: its disc and whether it is the head unit's
+ * source. */
 struct Tray {
     std::string path;
     bool source = false;
 };
 
 /**
- * The objects that the service publishes, and the only place that knows their texts. Each call writes one attribute,
- * also when the value is the same as before, as readers take the change itself for the event. While the objects'
- * service is away values are kept and published when it is back. One thread.
+ * The objects that the service publishes, and the only place that knows their texts. Each call writes one
+ * attribute, also when the value is the same as before, as readers take the change itself for the event.
+ * While the objects' service is away values are kept and published when it is back. One thread.
  */
 class DiscState {
 public:
@@ -156,7 +157,8 @@ public:
 
     /** Takes the request to the drive out of its object: it has been seen to. */
     void requestDone();
-    /** The object "drive", which also carries requests to the service; for reading beside the writing here. */
+    /** The object "drive", which also carries requests to the service; for reading beside the writing here.
+     */
     PpsFile& driveFile();
     /** The object "status", for noticing that it has lost its attributes. */
     PpsFile& statusFile();

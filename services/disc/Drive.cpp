@@ -32,7 +32,8 @@ constexpr FaultRow faults[] = {
 
 } // namespace
 
-Drive::Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, std::shared_ptr<Catalogue> catalogue)
+Drive::Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
+             std::shared_ptr<Catalogue> catalogue)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_catalogue(std::move(catalogue)) {}
 
 Drive::~Drive() = default;
@@ -148,7 +149,8 @@ bool Drive::fault(const std::string& kind) {
         remove(DiscPresence::DriveGone);
         return true;
     }
-    const auto row = std::find_if(std::begin(faults), std::end(faults), [&](const FaultRow& each) { return each.name == kind; });
+    const auto row = std::find_if(std::begin(faults), std::end(faults),
+                                  [&](const FaultRow& each) { return each.name == kind; });
     if (row == std::end(faults)) {
         return false;
     }

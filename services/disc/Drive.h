@@ -12,12 +12,13 @@
 namespace zm::disc {
 
 /**
- * The drive and its disc: what happens from insertion to ejection. Everything on the service's loop; nothing waits
- * for the disc.
+ * The drive and its disc: what happens from insertion to ejection. Everything on the service's loop; nothing
+ * waits for the disc.
  */
 class Drive : private LoadListener {
 public:
-    Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, std::shared_ptr<Catalogue> catalogue);
+    Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
+          std::shared_ptr<Catalogue> catalogue);
     ~Drive() override;
 
     /** Publishes an empty drive; `tray` is what the drive remembers of an earlier run. */

@@ -39,15 +39,16 @@ public:
 };
 
 /**
- * Plays one thing at a time. No call waits for the disc or for a decoder; a call takes back what earlier ones have
- * not yet done. After `stop` and after a new `start` nothing more is reported of what was played before. All calls on
- * the service's loop.
+ * Plays one thing at a time. No call waits for the disc or for a decoder; a call takes back what earlier ones
+ * have not yet done. After `stop` and after a new `start` nothing more is reported of what was played before.
+ * All calls on the service's loop.
  */
 class Engine {
 public:
     virtual ~Engine() = default;
     /** `listener` lives until `stop`, the next `start` or the engine's end. */
-    virtual void start(const Playable& playable, EngineListener& listener, Milliseconds position, StartMode mode) = 0;
+    virtual void start(const Playable& playable, EngineListener& listener, Milliseconds position,
+                       StartMode mode) = 0;
     virtual void pause() = 0;
     /** Goes on at normal speed from where it stands, also out of a scan. */
     virtual void resume() = 0;

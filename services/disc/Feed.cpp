@@ -43,7 +43,8 @@ struct Feed::Shared {
     }
 
     // The reading thread: opens the file, then serves one request after the other until cancelled.
-    static void run(const std::shared_ptr<Shared>& shared, const std::shared_ptr<Medium>& medium, const std::string& path) {
+    static void run(const std::shared_ptr<Shared>& shared, const std::shared_ptr<Medium>& medium,
+                    const std::string& path) {
         auto reader = medium->open(path);
         if (!reader) {
             shared->fail(reader.error());
@@ -103,7 +104,8 @@ std::vector<char> Feed::read(uint64_t offset, size_t size) {
         }
         const auto first = static_cast<std::ptrdiff_t>(at - m_blockStart);
         const size_t count = std::min(size - bytes.size(), m_block.size() - static_cast<size_t>(first));
-        bytes.insert(bytes.end(), m_block.begin() + first, m_block.begin() + first + static_cast<std::ptrdiff_t>(count));
+        bytes.insert(bytes.end(), m_block.begin() + first,
+                     m_block.begin() + first + static_cast<std::ptrdiff_t>(count));
     }
     return bytes;
 }

@@ -11,10 +11,10 @@
 namespace zm::disc {
 
 /**
- * Reads one file of a disc for a decoder. The drive is touched by a thread of its own only, so that nobody is held by
- * a read that hangs: every call here ends after the read's deadline at the latest, or at once when `cancel` is called.
- * A thread that hangs is left behind and ends with its read. `cancel` and `failure` from any thread; the rest from
- * one thread at a time.
+ * Reads one file of a disc for a decoder. The drive is touched by a thread of its own only, so that nobody is
+ * held by a read that hangs: every call here ends after the read's deadline at the latest, or at once when
+ * `cancel` is called. A thread that hangs is left behind and ends with its read. `cancel` and `failure` from
+ * any thread; the rest from one thread at a time.
  */
 class Feed {
 public:

@@ -75,7 +75,8 @@ private:
     uint64_t m_generation;
 };
 
-/** The engine's thread and what lives on it. Kept alive by the thread itself, which may outlast the engine. */
+/** The engine's thread and what lives on it. Kept alive by the thread itself, which may outlast the engine.
+ */
 struct FileEngine::Worker {
     EventLoop loop;
     std::shared_ptr<FrameSink> frames;
@@ -117,7 +118,8 @@ struct FileEngine::Worker {
 };
 
 FileEngine::FileEngine(EventLoop& home, std::shared_ptr<FrameSink> frames)
-    : m_home(home), m_frames(std::move(frames)), m_mailbox(std::make_shared<Mailbox>(home)), m_worker(Worker::launch(m_frames)) {}
+    : m_home(home), m_frames(std::move(frames)), m_mailbox(std::make_shared<Mailbox>(home)),
+      m_worker(Worker::launch(m_frames)) {}
 
 FileEngine::~FileEngine() {
     drop();
@@ -136,7 +138,8 @@ void FileEngine::drop() {
     }
 }
 
-void FileEngine::start(const Playable& playable, EngineListener& listener, Milliseconds position, StartMode mode) {
+void FileEngine::start(const Playable& playable, EngineListener& listener, Milliseconds position,
+                       StartMode mode) {
     drop();
     m_listener = &listener;
     m_feed = std::make_shared<Feed>(playable.medium, playable.path);
@@ -147,7 +150,8 @@ void FileEngine::start(const Playable& playable, EngineListener& listener, Milli
             worker->frames->clear();
         }
         worker->reporter = std::make_unique<Reporter>(*reporter);
-        worker->pipeline = std::make_unique<FilePipeline>(worker->loop, *worker->reporter, *worker->frames, playable, feed);
+        worker->pipeline =
+            std::make_unique<FilePipeline>(worker->loop, *worker->reporter, *worker->frames, playable, feed);
         worker->pipeline->start(position, mode);
     });
     watchStart();
@@ -194,7 +198,8 @@ void FileEngine::stop() {
 } // namespace zm::disc
 
 #ifdef __SANITIZE_ADDRESS__
-// GLib replaces its table of names when it grows and, as other threads may still read it, never frees the old one.
+// GLib replaces its table of names when it grows and, as other threads may still read it, never frees the old
+// one.
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libglib-2.0.so\n";
 }

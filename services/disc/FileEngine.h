@@ -9,14 +9,16 @@
 
 namespace zm::disc {
 
-/** Plays files of any data disc with GStreamer, on a thread of its own that is replaced should it ever hang. */
+/** Plays files of any data disc with GStreamer, on a thread of its own that is replaced should it ever hang.
+ */
 class FileEngine : public Engine {
 public:
     /** Pictures go to `frames`. */
     FileEngine(EventLoop& home, std::shared_ptr<FrameSink> frames);
     ~FileEngine() override;
 
-    void start(const Playable& playable, EngineListener& listener, Milliseconds position, StartMode mode) override;
+    void start(const Playable& playable, EngineListener& listener, Milliseconds position,
+               StartMode mode) override;
     void pause() override;
     void resume() override;
     void seek(Milliseconds position) override;

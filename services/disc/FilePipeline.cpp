@@ -17,8 +17,8 @@ constexpr Milliseconds EndMargin{1000};
 constexpr size_t PushBytes = 64 * 1024;
 constexpr guint64 QueueBytes = 256 * 1024;
 
-// Flags of "playbin". A music file's cover is no picture to show, so music is sound and its volume only. Native video
-// keeps the decoder from scaling pictures before they are ours.
+// Flags of "playbin". A music file's cover is no picture to show, so music is sound and its volume only.
+// Native video keeps the decoder from scaling pictures before they are ours.
 constexpr int SoundFlags = 0x02 | 0x10;
 constexpr int PictureFlags = 0x01 | 0x02 | 0x04 | 0x10 | 0x40;
 
@@ -39,8 +39,8 @@ std::string errorText(GstMessage* message) {
 
 } // namespace
 
-FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames, const Playable& playable,
-                           std::shared_ptr<Feed> feed)
+FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames,
+                           const Playable& playable, std::shared_ptr<Feed> feed)
     : m_loop(loop), m_listener(listener), m_frames(frames), m_playable(playable), m_feed(std::move(feed)) {}
 
 FilePipeline::~FilePipeline() {
@@ -77,9 +77,11 @@ bool FilePipeline::build() {
     }
     m_playbin.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
     const bool music = m_playable.kind == MediaKind::Music;
-    g_object_set(playbin, "uri", "appsrc://", "flags", music ? SoundFlags : PictureFlags, "audio-sink", makeSoundSink(), nullptr);
+    g_object_set(playbin, "uri", "appsrc://", "flags", music ? SoundFlags : PictureFlags, "audio-sink",
+                 makeSoundSink(), nullptr);
     if (!music) {
-        m_picture.emplace(m_frames, m_playable.kind == MediaKind::Photo ? PictureShape::Keep : PictureShape::Fill);
+        m_picture.emplace(m_frames,
+                          m_playable.kind == MediaKind::Photo ? PictureShape::Keep : PictureShape::Fill);
         if (!m_picture->element()) {
             return false;
         }
@@ -125,7 +127,8 @@ void FilePipeline::connectSource(GstElement* source) {
     gst_app_src_set_callbacks(appsrc, &callbacks, this, nullptr);
 }
 
-// Exactly what was asked for is handed over: demuxers that jump about never find their place in larger pieces.
+// Exactly what was asked for is handed over: demuxers that jump about never find their place in larger
+// pieces.
 void FilePipeline::supply(GstElement* source, size_t size) {
     std::lock_guard lock(m_supplyMutex);
     const auto bytes = m_feed->read(m_offset, size == G_MAXUINT ? PushBytes : size);
@@ -284,9 +287,11 @@ void FilePipeline::view(const PictureView& view) {
 }
 
 bool FilePipeline::jump(Milliseconds position, Precision precision) {
-    const int how = precision == Precision::Exact ? GST_SEEK_FLAG_ACCURATE : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE;
-    m_seeking = gst_element_seek(m_playbin.get(), 1.0, GST_FORMAT_TIME, static_cast<GstSeekFlags>(GST_SEEK_FLAG_FLUSH | how),
-                                 GST_SEEK_TYPE_SET, toClock(position), GST_SEEK_TYPE_NONE, -1);
+    const int how = precision == Precision::Exact ? GST_SEEK_FLAG_ACCURATE
+                                                  : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE;
+    m_seeking = gst_element_seek(m_playbin.get(), 1.0, GST_FORMAT_TIME,
+                                 static_cast<GstSeekFlags>(GST_SEEK_FLAG_FLUSH | how), GST_SEEK_TYPE_SET,
+                                 toClock(position), GST_SEEK_TYPE_NONE, -1);
     return m_seeking;
 }
 

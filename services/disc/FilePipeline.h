@@ -12,8 +12,8 @@
 namespace zm::disc {
 
 /**
- * Decodes and plays one file. Everything on the thread of `loop`, where `listener` is called too; building, seeking
- * and destroying may take as long as a decoder does.
+ * Decodes and plays one file. Everything on the thread of `loop`, where `listener` is called too; building,
+ * seeking and destroying may take as long as a decoder does.
  */
 class FilePipeline {
 public:

@@ -19,8 +19,10 @@ struct RepeatRow {
     Repeat mode;
     Tip tip;
 };
-constexpr RepeatRow repeatRows[] = {
-    {Repeat::Off, Tip::RepeatOff}, {Repeat::All, Tip::RepeatAll}, {Repeat::Folder, Tip::RepeatFolder}, {Repeat::One, Tip::RepeatOne}};
+constexpr RepeatRow repeatRows[] = {{Repeat::Off, Tip::RepeatOff},
+                                    {Repeat::All, Tip::RepeatAll},
+                                    {Repeat::Folder, Tip::RepeatFolder},
+                                    {Repeat::One, Tip::RepeatOne}};
 
 struct ShuffleRow {
     int requested;
@@ -44,16 +46,18 @@ int seconds(Milliseconds time) {
 std::vector<int> foldersOf(const std::vector<Item>& items) {
     std::vector<int> folders;
     folders.reserve(items.size());
-    std::transform(items.begin(), items.end(), std::back_inserter(folders), [](const Item& item) { return item.folderId; });
+    std::transform(items.begin(), items.end(), std::back_inserter(folders),
+                   [](const Item& item) { return item.folderId; });
     return folders;
 }
 
 } // namespace
 
-FilePlayer::FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, std::shared_ptr<Medium> medium,
-                       std::shared_ptr<const Contents> contents)
-    : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)), m_contents(std::move(contents)),
-      m_kind(m_contents->firstKind()), m_browsed(m_kind), m_announced(m_kind), m_skip(loop, state) {
+FilePlayer::FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
+                       std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents)
+    : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)),
+      m_contents(std::move(contents)), m_kind(m_contents->firstKind()), m_browsed(m_kind),
+      m_announced(m_kind), m_skip(loop, state) {
     for (const auto& row : kinds) {
         if (const auto& items = m_contents->of(row.kind); !items.empty()) {
             auto& made = m_orders[kindIndex(row.kind)].emplace(foldersOf(items), std::random_device{}());
@@ -258,7 +262,8 @@ void FilePlayer::fastBackward(int, int) {
 }
 
 void FilePlayer::scan(ScanDirection direction) {
-    const bool running = m_playState == PlayState::Playing || m_playState == PlayState::Paused || m_scan.active();
+    const bool running =
+        m_playState == PlayState::Playing || m_playState == PlayState::Paused || m_scan.active();
     if (!running || m_kind == MediaKind::Photo) {
         refuse();
         return;
@@ -321,8 +326,10 @@ void FilePlayer::stop(int, int) {
 }
 
 void FilePlayer::repeat(int mode, int) {
-    const Repeat wanted = mode == 0 ? nextRepeat(static_cast<Repeat>(m_modes.repeat), true) : static_cast<Repeat>(mode);
-    const auto row = std::find_if(std::begin(repeatRows), std::end(repeatRows), [&](const RepeatRow& each) { return each.mode == wanted; });
+    const Repeat wanted =
+        mode == 0 ? nextRepeat(static_cast<Repeat>(m_modes.repeat), true) : static_cast<Repeat>(mode);
+    const auto row = std::find_if(std::begin(repeatRows), std::end(repeatRows),
+                                  [&](const RepeatRow& each) { return each.mode == wanted; });
     if (row == std::end(repeatRows)) {
         refuse();
         return;
@@ -333,7 +340,8 @@ void FilePlayer::repeat(int mode, int) {
 }
 
 void FilePlayer::shuffle(int mode, int) {
-    const auto row = std::find_if(std::begin(shuffleRows), std::end(shuffleRows), [&](const ShuffleRow& each) { return each.requested == mode; });
+    const auto row = std::find_if(std::begin(shuffleRows), std::end(shuffleRows),
+                                  [&](const ShuffleRow& each) { return each.requested == mode; });
     if (mode != 0 && row == std::end(shuffleRows)) {
         refuse();
         return;
@@ -390,7 +398,8 @@ void FilePlayer::playTrack(int first, int second) {
 }
 
 void FilePlayer::seek(int position, int) {
-    const bool running = m_playState == PlayState::Playing || m_playState == PlayState::Paused || m_scan.active();
+    const bool running =
+        m_playState == PlayState::Playing || m_playState == PlayState::Paused || m_scan.active();
     if (!running || m_kind == MediaKind::Photo) {
         refuse();
         return;
@@ -407,8 +416,9 @@ void FilePlayer::seek(int position, int) {
 }
 
 void FilePlayer::browse(int mediaType, int folder) {
-    const auto row = std::find_if(kinds.begin(), kinds.end(),
-                                  [&](const KindNumbers& each) { return static_cast<int>(each.mediaType) == mediaType; });
+    const auto row = std::find_if(kinds.begin(), kinds.end(), [&](const KindNumbers& each) {
+        return static_cast<int>(each.mediaType) == mediaType;
+    });
     if (row == kinds.end()) {
         refuse();
         return;

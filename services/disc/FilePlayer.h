@@ -19,9 +19,10 @@ namespace zm::disc {
 /** The files of a data disc: which one plays, and what each command means for them. */
 class FilePlayer : public Transport, private EngineListener {
 public:
-    /** `contents` has at least one item, the first of which is announced already. Playing begins with `sourceOn`. */
-    FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, std::shared_ptr<Medium> medium,
-               std::shared_ptr<const Contents> contents);
+    /** `contents` has at least one item, the first of which is announced already. Playing begins with
+     * `sourceOn`. */
+    FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
+               std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents);
     ~FilePlayer() override;
 
     void sourceOn() override;
@@ -89,7 +90,7 @@ private:
     ScanSpeed m_scan;
     PassageRepeat m_passage;
     PictureView m_view;
-    SourceHandle m_slide; ///< runs while a photo is shown in a slide show
+    SourceHandle m_slide;  ///< runs while a photo is shown in a slide show
     size_t m_failures = 0; ///< items in a row that could not be played
     ReadErrorSkip m_skip;
 };

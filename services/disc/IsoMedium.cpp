@@ -14,7 +14,8 @@ struct FileList {
     CdioList_t* list;
     ~FileList() {
         if (list) {
-            _cdio_list_free(list, true, [](void* stat) { iso9660_stat_free(static_cast<iso9660_stat_t*>(stat)); });
+            _cdio_list_free(list, true,
+                            [](void* stat) { iso9660_stat_free(static_cast<iso9660_stat_t*>(stat)); });
         }
     }
 };
@@ -61,7 +62,8 @@ std::string IsoMedium::label() const {
 Result<std::vector<Entry>> IsoMedium::list(const std::string& folder) {
     std::lock_guard lock(m_mutex);
     const auto known = m_folders.find(folder);
-    const FileList found{known == m_folders.end() ? nullptr : iso9660_ifs_readdir(m_iso, known->second.c_str())};
+    const FileList found{known == m_folders.end() ? nullptr
+                                                  : iso9660_ifs_readdir(m_iso, known->second.c_str())};
     if (!found.list) {
         return Error{m_image + ": " + folder + ": cannot be read"};
     }

@@ -10,8 +10,8 @@ struct _iso9660_s;
 namespace zm::disc {
 
 /**
- * A disc image with an ISO 9660 file system, read without mounting it. Names come from Rock Ridge or Joliet where the
- * disc has them. A file is opened after the folder that holds it has been listed.
+ * A disc image with an ISO 9660 file system, read without mounting it. Names come from Rock Ridge or Joliet
+ * where the disc has them. A file is opened after the folder that holds it has been listed.
  */
 class IsoMedium : public Medium {
 public:

@@ -9,9 +9,9 @@
 namespace zm::disc {
 
 /**
- * A way back to a loop for threads that may be left behind (a disc read can hang for ever): once closed, whatever was
- * or will be posted is dropped, so a thread that comes back late harms nobody. `post` from any thread; `close` on the
- * loop's thread.
+ * A way back to a loop for threads that may be left behind (a disc read can hang for ever): once closed,
+ * whatever was or will be posted is dropped, so a thread that comes back late harms nobody. `post` from any
+ * thread; `close` on the loop's thread.
  */
 class Mailbox : public std::enable_shared_from_this<Mailbox> {
 public:

@@ -17,7 +17,8 @@ public:
     virtual ~ByteReader() = default;
     /** Bytes in the file. */
     virtual uint64_t size() const = 0;
-    /** Fills `buffer` from `offset` on; fewer bytes only at the end of the file. May block as long as the drive does. */
+    /** Fills `buffer` from `offset` on; fewer bytes only at the end of the file. May block as long as the
+     * drive does. */
     virtual Result<size_t> readAt(uint64_t offset, std::span<char> buffer) = 0;
 };
 
@@ -31,9 +32,9 @@ struct Entry {
 };
 
 /**
- * The readable side of a disc, whatever it really is. Paths are raw bytes relative to the root, "" being the root.
- * Every call may block as long as the drive does, so none belongs on a thread that answers. Any thread, also several
- * at once.
+ * The readable side of a disc, whatever it really is. Paths are raw bytes relative to the root, "" being the
+ * root. Every call may block as long as the drive does, so none belongs on a thread that answers. Any thread,
+ * also several at once.
  */
 class Medium {
 public:

@@ -14,7 +14,8 @@ namespace {
 std::string description(PictureShape shape) {
     return "videocrop name=crop ! videoflip name=turn ! videoconvertscale n-threads=2 add-borders=" +
            std::string(shape == PictureShape::Keep ? "true" : "false") +
-           " ! video/x-raw,format=BGRx,width=" + std::to_string(PictureWidth) + ",height=" + std::to_string(PictureHeight) +
+           " ! video/x-raw,format=BGRx,width=" + std::to_string(PictureWidth) +
+           ",height=" + std::to_string(PictureHeight) +
            ",pixel-aspect-ratio=1/1 ! appsink name=frames max-buffers=2 sync=true qos=true";
 }
 
@@ -27,8 +28,9 @@ GstFlowReturn give(GstSample* taken, gpointer frames) {
     GstVideoFrame frame;
     if (gst_video_info_from_caps(&info, gst_sample_get_caps(sample.get())) &&
         gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample.get()), GST_MAP_READ)) {
-        static_cast<FrameSink*>(frames)->show(static_cast<const uint8_t*>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)),
-                                              GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0));
+        static_cast<FrameSink*>(frames)->show(
+            static_cast<const uint8_t*>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)),
+            GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0));
         gst_video_frame_unmap(&frame);
     }
     return GST_FLOW_OK;
@@ -48,8 +50,12 @@ PictureBin::PictureBin(FrameSink& frames, PictureShape shape) : m_frames(frames)
     const GstOwned<GstElement> sink(gst_bin_get_by_name(GST_BIN(bin), "frames"));
     // Pictures that stand still (paused, after a seek) come as preroll only.
     GstAppSinkCallbacks callbacks{};
-    callbacks.new_preroll = [](GstAppSink* from, gpointer to) { return give(gst_app_sink_pull_preroll(from), to); };
-    callbacks.new_sample = [](GstAppSink* from, gpointer to) { return give(gst_app_sink_pull_sample(from), to); };
+    callbacks.new_preroll = [](GstAppSink* from, gpointer to) {
+        return give(gst_app_sink_pull_preroll(from), to);
+    };
+    callbacks.new_sample = [](GstAppSink* from, gpointer to) {
+        return give(gst_app_sink_pull_sample(from), to);
+    };
     gst_app_sink_set_callbacks(GST_APP_SINK(sink.get()), &callbacks, &m_frames, nullptr);
 }
 

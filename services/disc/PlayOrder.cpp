@@ -27,7 +27,8 @@ Shuffle nextShuffle(Shuffle mode, bool hasFolders) {
     return stepped(std::array{Shuffle::Off, Shuffle::All, Shuffle::Folder}, mode, hasFolders);
 }
 
-PlayOrder::PlayOrder(std::vector<int> folders, uint32_t seed) : m_folders(std::move(folders)), m_random(seed) {
+PlayOrder::PlayOrder(std::vector<int> folders, uint32_t seed)
+    : m_folders(std::move(folders)), m_random(seed) {
     beginRound();
 }
 
@@ -42,7 +43,8 @@ void PlayOrder::beginRound() {
     size_t last = m_folders.size();
     if (m_repeat == Repeat::Folder || m_shuffle == Shuffle::Folder) {
         const int folder = m_folders[m_current];
-        first = static_cast<size_t>(std::find(m_folders.begin(), m_folders.end(), folder) - m_folders.begin());
+        first =
+            static_cast<size_t>(std::find(m_folders.begin(), m_folders.end(), folder) - m_folders.begin());
         last = first;
         while (last < m_folders.size() && m_folders[last] == folder) {
             ++last;

@@ -20,9 +20,9 @@ Repeat nextRepeat(Repeat mode, bool hasFolders);
 Shuffle nextShuffle(Shuffle mode, bool hasFolders);
 
 /**
- * Which item follows which. Items are numbered from 0 in the order of the disc; each lies in a folder. With "repeat
- * folder" or "shuffle folder" the round goes through the current item's folder, else through all items. A shuffled
- * round plays each item once, beginning with the one that was current when it began.
+ * Which item follows which. Items are numbered from 0 in the order of the disc; each lies in a folder. With
+ * "repeat folder" or "shuffle folder" the round goes through the current item's folder, else through all
+ * items. A shuffled round plays each item once, beginning with the one that was current when it began.
  */
 class PlayOrder {
 public:
@@ -37,8 +37,8 @@ public:
     /** The user's next and previous key: goes round at both ends, whatever the repeat mode. */
     size_t next();
     size_t previous();
-    /** The current item has ended: the item to play, or nothing when the round is over ("repeat off"); then the
-     * round's first item has become current. */
+    /** The current item has ended: the item to play, or nothing when the round is over ("repeat off"); then
+     * the round's first item has become current. */
     std::optional<size_t> advance();
     /** Items in the present round. */
     size_t roundSize() const { return m_round.size(); }

@@ -56,7 +56,8 @@ std::vector<AttributeLine> attributesOf(std::string text) {
     pps_status_t status;
     while ((status = ppsparse(&rest, nullptr, nullptr, &line, 0)) != PPS_END && status != PPS_ERROR) {
         if (status == PPS_ATTRIBUTE) {
-            lines.push_back({line.attr_name, line.encoding ? line.encoding : "", line.value ? line.value : ""});
+            lines.push_back(
+                {line.attr_name, line.encoding ? line.encoding : "", line.value ? line.value : ""});
         }
     }
     return lines;

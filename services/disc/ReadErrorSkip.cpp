@@ -9,14 +9,15 @@ namespace {
 constexpr std::chrono::milliseconds AnswerTime{300};
 constexpr std::chrono::seconds LateAnswerTime{3};
 
-// The application goes to the next item of the folder. At its end it sends item 1 with the item's number plus one in
-// the place of the folder.
+// The application goes to the next item of the folder. At its end it sends item 1 with the item's number plus
+// one in the place of the folder.
 std::optional<std::pair<int, int>> expectedAnswer(const TrackInfo& failed) {
     if (failed.inFolder > failed.filesInFolder) {
         return std::nullopt;
     }
     const int following = failed.inFolder + 1;
-    return failed.inFolder < failed.filesInFolder ? std::pair{following, failed.folder} : std::pair{1, following};
+    return failed.inFolder < failed.filesInFolder ? std::pair{following, failed.folder}
+                                                  : std::pair{1, following};
 }
 
 } // namespace

@@ -10,10 +10,10 @@
 namespace zm::disc {
 
 /**
- * The moment between an unreadable item and the next one. The application answers a read error with a "PlayTrack" of
- * its own; both sides moving on would skip two items. So the error is announced while the failed item is still the
- * current one, and the next one begins when that answer has come or has not come in time. The answer itself is
- * swallowed, also when it comes late. On the service's loop.
+ * The moment between an unreadable item and the next one. The application answers a read error with a
+ * "PlayTrack" of its own; both sides moving on would skip two items. So the error is announced while the
+ * failed item is still the current one, and the next one begins when that answer has come or has not come in
+ * time. The answer itself is swallowed, also when it comes late. On the service's loop.
  */
 class ReadErrorSkip {
 public:

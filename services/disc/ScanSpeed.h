@@ -7,7 +7,8 @@ namespace zm::disc {
 
 enum class ScanDirection { Forward, Backward };
 
-/** The steps of fast forward and backward: each press is the next speed, after the last comes the first again. */
+/** The steps of fast forward and backward: each press is the next speed, after the last comes the first
+ * again. */
 class ScanSpeed {
 public:
     static constexpr std::array<int, 4> speeds{2, 4, 8, 20};

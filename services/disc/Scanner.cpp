@@ -152,7 +152,8 @@ private:
         std::vector<Item> items;
         for (const auto& file : found.files) {
             if (file.kind == kind) {
-                items.push_back({folderId, 0, file.rawName, m_repair.toUtf8(file.rawName), repairTags(m_repair, file.tags)});
+                items.push_back({folderId, 0, file.rawName, m_repair.toUtf8(file.rawName),
+                                 repairTags(m_repair, file.tags)});
             }
         }
         std::sort(items.begin(), items.end(), before);

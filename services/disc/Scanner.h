@@ -20,10 +20,11 @@ inline constexpr int MaxFilesInFolder = 65535;
 inline constexpr int MaxDepth = 32;
 
 /**
- * Reads the whole disc: which folders and playable files there are, their order, their tags, their names as UTF-8.
- * Folders are numbered from the root (1) on, each before its sub-folders; folders without any playable file are left
- * out. Inside a folder music goes by disc and track number, then by name; the rest by name. A folder that cannot be
- * read is logged and left out; the error is for a root that cannot be read, or "cancelled". Blocks; any thread.
+ * Reads the whole disc: which folders and playable files there are, their order, their tags, their names as
+ * UTF-8. Folders are numbered from the root (1) on, each before its sub-folders; folders without any playable
+ * file are left out. Inside a folder music goes by disc and track number, then by name; the rest by name. A
+ * folder that cannot be read is logged and left out; the error is for a root that cannot be read, or
+ * "cancelled". Blocks; any thread.
  */
 Result<Contents> scan(Medium& medium, ScanProgress& progress);
 

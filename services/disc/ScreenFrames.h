@@ -11,8 +11,8 @@
 namespace zm::disc {
 
 /**
- * The decoder's window at the compositor. Connects when there is something to show, and again after the compositor has
- * gone; meanwhile pictures are dropped.
+ * The decoder's window at the compositor. Connects when there is something to show, and again after the
+ * compositor has gone; meanwhile pictures are dropped.
  */
 class ScreenFrames : public FrameSink {
 public:

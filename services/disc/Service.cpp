@@ -29,15 +29,20 @@ struct CommandRow {
 };
 
 constexpr CommandRow commands[] = {
-    {1, &Transport::next},          {2, &Transport::previous},     {3, &Transport::fastForward},
-    {4, &Transport::fastBackward},  {5, &Transport::playPause},    {7, &Transport::shuffle},
-    {9, &Transport::repeat},        {10, &Transport::repeatPassage}, {11, &Transport::audioChannel},
-    {12, &Transport::angle},        {18, &Transport::subtitle},    {19, &Transport::playbackControl},
-    {20, &Transport::zoom},         {21, &Transport::menu},        {22, &Transport::stop},
-    {130, &Transport::pause},       {131, &Transport::play},       {ChangeFormatCommand, &Transport::browse},
-    {145, &Transport::titleMenu},   {163, &Transport::rotate},     {182, &Transport::playTrack},
-    {183, &Transport::playChapter}, {184, &Transport::playTitle},  {185, &Transport::seek},
-    {186, &Transport::browse},      {188, &Transport::touch},      {189, &Transport::password},
+    {1, &Transport::next},          {2, &Transport::previous},
+    {3, &Transport::fastForward},   {4, &Transport::fastBackward},
+    {5, &Transport::playPause},     {7, &Transport::shuffle},
+    {9, &Transport::repeat},        {10, &Transport::repeatPassage},
+    {11, &Transport::audioChannel}, {12, &Transport::angle},
+    {18, &Transport::subtitle},     {19, &Transport::playbackControl},
+    {20, &Transport::zoom},         {21, &Transport::menu},
+    {22, &Transport::stop},         {130, &Transport::pause},
+    {131, &Transport::play},        {ChangeFormatCommand, &Transport::browse},
+    {145, &Transport::titleMenu},   {163, &Transport::rotate},
+    {182, &Transport::playTrack},   {183, &Transport::playChapter},
+    {184, &Transport::playTitle},   {185, &Transport::seek},
+    {186, &Transport::browse},      {188, &Transport::touch},
+    {189, &Transport::password},
 };
 
 int integer(const Json& object, const char* name) {
@@ -82,8 +87,9 @@ std::optional<Tray> trayOf(const std::string& driveObject) {
 
 } // namespace
 
-Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::string& runtime, const std::string& catalogueFile,
-                                                const std::string& disc, std::shared_ptr<FrameSink> frames) {
+Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::string& runtime,
+                                                const std::string& catalogueFile, const std::string& disc,
+                                                const EngineMaker& makeEngine) {
     auto catalogue = Catalogue::open(catalogueFile);
     if (!catalogue) {
         return Error{catalogue.error()};
@@ -96,17 +102,17 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
     if (!control) {
         return Error{control.error()};
     }
-    std::unique_ptr<Service> service(
-        new Service(loop, std::move(*state), std::shared_ptr<Catalogue>(std::move(*catalogue)), std::move(*control),
-                    std::move(frames)));
+    std::unique_ptr<Service> service(new Service(loop, std::move(*state),
+                                                 std::shared_ptr<Catalogue>(std::move(*catalogue)),
+                                                 std::move(*control), makeEngine));
     service->begin(disc);
     return service;
 }
 
-Service::Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control,
-                 std::shared_ptr<FrameSink> frames)
-    : m_state(std::move(state)), m_engine(loop, std::move(frames)),
-      m_drive(loop, *m_state, m_modes, m_engine, std::move(catalogue)), m_control(std::move(control)),
+Service::Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
+                 PpsFile control, const EngineMaker& makeEngine)
+    : m_state(std::move(state)), m_engine(makeEngine(loop)),
+      m_drive(loop, *m_state, m_modes, *m_engine, std::move(catalogue)), m_control(std::move(control)),
       m_mailbox(std::make_shared<Mailbox>(loop)) {}
 
 Service::~Service() {
@@ -146,7 +152,8 @@ void Service::driveText(const std::string& text) {
     forEachJson(text, "drive", [this](const std::string& value) { driveRequest(value); });
 }
 
-// Nobody else writes the status, so a text of it can only be a service that has been started anew and knows nothing.
+// Nobody else writes the status, so a text of it can only be a service that has been started anew and knows
+// nothing.
 void Service::statusText(const std::string& text) {
     if (attributesOf(text).empty()) {
         logInfo("published objects were lost: published again\n");
@@ -167,7 +174,8 @@ void Service::command(const std::string& value) {
         m_drive.source(first != 0);
         return;
     }
-    const auto row = std::find_if(std::begin(commands), std::end(commands), [&](const CommandRow& each) { return each.number == number; });
+    const auto row = std::find_if(std::begin(commands), std::end(commands),
+                                  [&](const CommandRow& each) { return each.number == number; });
     Transport* transport = m_drive.transport();
     if (row == std::end(commands) || !transport) {
         logInfo("command not carried out: %s\n", value.c_str());

@@ -4,31 +4,34 @@
 #include "base/Result.h"
 #include "services/disc/DiscState.h"
 #include "services/disc/Drive.h"
-#include "services/disc/FileEngine.h"
+#include "services/disc/Engine.h"
 #include "services/disc/PpsInbox.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
 namespace zm::disc {
 
+/** Makes the engine that decodes; it reports on the given loop. */
+using EngineMaker = std::function<std::unique_ptr<Engine>(EventLoop& loop)>;
+
 /** The whole disc service: takes commands from the published objects and has the drive carry them out. */
 class Service {
 public:
     /**
-     * Connects to the objects' service of the runtime folder `runtime` and makes the catalogue `catalogueFile`. A disc
-     * that an earlier run has left in the drive is taken again, else the one at `disc` unless that is empty. Pictures
-     * go to `frames`.
-     * Everything happens on `loop`, which the caller runs.
+     * Connects to the objects' service of the runtime folder `runtime` and makes the catalogue
+     * `catalogueFile`. A disc that an earlier run has left in the drive is taken again, else the one at
+     * `disc` unless that is empty. Everything happens on `loop`, which the caller runs.
      */
     static Result<std::unique_ptr<Service>> start(EventLoop& loop, const std::string& runtime,
                                                   const std::string& catalogueFile, const std::string& disc,
-                                                  std::shared_ptr<FrameSink> frames);
+                                                  const EngineMaker& makeEngine);
     ~Service();
 
 private:
-    Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue, PpsFile control,
-            std::shared_ptr<FrameSink> frames);
+    Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
+            PpsFile control, const EngineMaker& makeEngine);
     void begin(const std::string& disc);
     void controlText(const std::string& text);
     void driveText(const std::string& text);
@@ -38,7 +41,7 @@ private:
 
     std::unique_ptr<DiscState> m_state;
     PlayModes m_modes;
-    FileEngine m_engine;
+    std::unique_ptr<Engine> m_engine;
     Drive m_drive;
     PpsFile m_control;
     std::shared_ptr<Mailbox> m_mailbox;

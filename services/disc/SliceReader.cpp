@@ -14,8 +14,8 @@ Result<size_t> SliceReader::readAt(uint64_t offset, std::span<char> buffer) {
     const auto wanted = static_cast<size_t>(std::min<uint64_t>(buffer.size(), m_size - offset));
     size_t done = 0;
     while (done < wanted) {
-        const ssize_t count =
-            ::pread(m_fd.get(), buffer.data() + done, wanted - done, static_cast<off_t>(m_base + offset + done));
+        const ssize_t count = ::pread(m_fd.get(), buffer.data() + done, wanted - done,
+                                      static_cast<off_t>(m_base + offset + done));
         if (count < 0 && errno == EINTR) {
             continue;
         }

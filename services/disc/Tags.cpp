@@ -71,7 +71,8 @@ void takePlainTag(RawTags& tags, const TagLib::Tag& tag) {
 
 const TagLib::ID3v2::TextIdentificationFrame* textFrame(const TagLib::ID3v2::Tag& tag, const char* id) {
     const auto& frames = tag.frameList(id);
-    return frames.isEmpty() ? nullptr : dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame*>(frames.front());
+    return frames.isEmpty() ? nullptr
+                            : dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame*>(frames.front());
 }
 
 Text frameText(const TagLib::ID3v2::Tag& tag, const char* id) {
@@ -79,7 +80,8 @@ Text frameText(const TagLib::ID3v2::Tag& tag, const char* id) {
     if (!frame) {
         return {};
     }
-    return frame->textEncoding() == TagLib::String::Latin1 ? doubtfulText(frame->toString()) : knownText(frame->toString());
+    return frame->textEncoding() == TagLib::String::Latin1 ? doubtfulText(frame->toString())
+                                                           : knownText(frame->toString());
 }
 
 int frameNumber(const TagLib::ID3v2::Tag& tag, const char* id) {
@@ -214,8 +216,12 @@ void learnTags(CharsetRepair& repair, const RawTags& tags) {
 }
 
 Tags repairTags(const CharsetRepair& repair, const RawTags& tags) {
-    return {repairText(repair, tags.title), repairText(repair, tags.artist), repairText(repair, tags.album),
-            tags.disc, tags.track, tags.seconds};
+    return {repairText(repair, tags.title),
+            repairText(repair, tags.artist),
+            repairText(repair, tags.album),
+            tags.disc,
+            tags.track,
+            tags.seconds};
 }
 
 } // namespace zm::disc

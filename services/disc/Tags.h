@@ -7,7 +7,8 @@
 namespace zm::disc {
 
 /**
- * The tags of one file as they stand there. Texts are UTF-8 where the file says which character set they are in, else
+ * The tags of one file as they stand there. Texts are UTF-8 where the file says which character set they are
+ * in, else
  * (`ofUnknownCharset`) the bytes as found.
  */
 struct RawTags {
@@ -23,7 +24,8 @@ struct RawTags {
     int seconds = 0;
 };
 
-/** Reads the tags of a music file; a file without or with broken tags gives empty ones. `name` tells the format. */
+/** Reads the tags of a music file; a file without or with broken tags gives empty ones. `name` tells the
+ * format. */
 RawTags readTags(ByteReader& reader, const std::string& name);
 
 /** Shows the texts of unknown character set to `repair`. */

@@ -20,10 +20,10 @@ struct TrackContext {
 };
 
 /**
- * The item that "PlayTrack(a, b)" names, or nothing if there is none. `a` above 65535 (also a negative one, which is a
- * large unsigned one) has the folder in its upper and the file in its lower half, `b` being the kind; else a `b` above
- * 0 is the folder and the kind the browsed, the playing or any other one that has that file; else `a` is the
- * position in the playing folder.
+ * The item that "PlayTrack(a, b)" names, or nothing if there is none. `a` above 65535 (also a negative one,
+ * which is a large unsigned one) has the folder in its upper and the file in its lower half, `b` being the
+ * kind; else a `b` above 0 is the folder and the kind the browsed, the playing or any other one that has that
+ * file; else `a` is the position in the playing folder.
  */
 std::optional<ItemPlace> resolveTrack(const Contents& contents, const TrackContext& context, int a, int b);
 

@@ -3,8 +3,9 @@
 namespace zm::disc {
 
 /**
- * What the user can ask of a disc that plays. Numbers are those of the command, 0 where it has none. A kind of disc
- * that cannot do something says so with `refuse`. All calls on the service's loop; none waits for the disc.
+ * What the user can ask of a disc that plays. Numbers are those of the command, 0 where it has none. A kind
+ * of disc that cannot do something says so with `refuse`. All calls on the service's loop; none waits for the
+ * disc.
  */
 class Transport {
 public:

@@ -1,4 +1,5 @@
 #include "base/Paths.h"
+#include "services/disc/FileEngine.h"
 #include "services/disc/Log.h"
 #include "services/disc/ScreenFrames.h"
 #include "services/disc/Service.h"
@@ -10,8 +11,9 @@
 
 namespace {
 
-constexpr const char* usage = "usage: zmdiscd [--disc PATH]\n"
-                              "The disc service of the runtime folder in ZM_RUNTIME; ZM_CATALOGUE names the catalogue file.\n";
+constexpr const char* usage =
+    "usage: zmdiscd [--disc PATH]\n"
+    "The disc service of the runtime folder in ZM_RUNTIME; ZM_CATALOGUE names the catalogue file.\n";
 
 } // namespace
 
@@ -32,8 +34,11 @@ int main(int argc, char** argv) {
     zm::EventLoop loop;
     const auto term = zm::watchSignal(loop, SIGTERM, [&] { loop.quit(); });
     const auto interrupt = zm::watchSignal(loop, SIGINT, [&] { loop.quit(); });
-    auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime), disc,
-                                             std::make_shared<zm::disc::ScreenFrames>(zm::screenSocket(runtime)));
+    const auto makeEngine = [&](zm::EventLoop& home) {
+        return std::make_unique<zm::disc::FileEngine>(
+            home, std::make_shared<zm::disc::ScreenFrames>(zm::screenSocket(runtime)));
+    };
+    auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime), disc, makeEngine);
     if (!service) {
         std::fprintf(stderr, "zmdiscd: %s\n", service.error().c_str());
         return 1;

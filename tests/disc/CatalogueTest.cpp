@@ -15,7 +15,9 @@ using Rows = std::vector<std::string>;
 /** Reads as the application does: one connection, opened once and kept. */
 class Reader {
 public:
-    explicit Reader(const std::string& file) { EXPECT_EQ(sqlite3_open_v2(file.c_str(), &m_database, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK); }
+    explicit Reader(const std::string& file) {
+        EXPECT_EQ(sqlite3_open_v2(file.c_str(), &m_database, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+    }
     ~Reader() { sqlite3_close(m_database); }
 
     // Each row's cells, separated by blanks.
@@ -50,7 +52,8 @@ Contents exampleDisc() {
     contents.folders[1].counts[kindIndex(MediaKind::Music)] = {0, 1};
     contents.folders[1].counts[kindIndex(MediaKind::Video)] = {0, 1};
     contents.folders[0].counts[kindIndex(MediaKind::Video)] = {1, 0};
-    contents.items[kindIndex(MediaKind::Music)] = {{1, 1, "", "a.mp3", {}}, {1, 2, "", "b.mp3", {}}, {2, 1, "", "晨光.mp3", {}}};
+    contents.items[kindIndex(MediaKind::Music)] = {
+        {1, 1, "", "a.mp3", {}}, {1, 2, "", "b.mp3", {}}, {2, 1, "", "晨光.mp3", {}}};
     contents.items[kindIndex(MediaKind::Video)] = {{2, 1, "", "c.mp4", {}}};
     return contents;
 }
@@ -71,12 +74,17 @@ TEST(Catalogue, HoldsFilesAndFoldersOfEachKind) {
     ASSERT_TRUE(catalogue->write(exampleDisc(), MediaKind::Music, notCancelled));
     ASSERT_TRUE(catalogue->write(exampleDisc(), MediaKind::Video, notCancelled));
     Reader reader(folder / "db");
-    EXPECT_EQ(reader.rows("SELECT fid,folderid,ftype,filename FROM files WHERE ftype = 1 ORDER BY folderid, fid"),
-              (Rows{"1 1 1 a.mp3", "2 1 1 b.mp3", "1 2 1 晨光.mp3"}));
-    EXPECT_EQ(reader.rows("SELECT fid,folderid,ftype,FileName FROM files WHERE ftype == 2"), (Rows{"1 2 2 c.mp4"}));
-    EXPECT_EQ(reader.rows("SELECT folderid,parentid,foldername,ftype,foldercount,filecount FROM folders WHERE ftype = 1"),
-              (Rows{"1 0 root 1 1 2", "2 1 it's 1 0 1"}));
-    EXPECT_EQ(reader.rows("SELECT folderid,foldercount,filecount FROM folders WHERE ftype = 2"), (Rows{"1 1 0", "2 0 1"}));
+    EXPECT_EQ(
+        reader.rows("SELECT fid,folderid,ftype,filename FROM files WHERE ftype = 1 ORDER BY folderid, fid"),
+        (Rows{"1 1 1 a.mp3", "2 1 1 b.mp3", "1 2 1 晨光.mp3"}));
+    EXPECT_EQ(reader.rows("SELECT fid,folderid,ftype,FileName FROM files WHERE ftype == 2"),
+              (Rows{"1 2 2 c.mp4"}));
+    EXPECT_EQ(
+        reader.rows(
+            "SELECT folderid,parentid,foldername,ftype,foldercount,filecount FROM folders WHERE ftype = 1"),
+        (Rows{"1 0 root 1 1 2", "2 1 it's 1 0 1"}));
+    EXPECT_EQ(reader.rows("SELECT folderid,foldercount,filecount FROM folders WHERE ftype = 2"),
+              (Rows{"1 1 0", "2 0 1"}));
     EXPECT_EQ(reader.rows("SELECT * FROM folders WHERE ftype = 3"), Rows{});
 }
 

@@ -12,7 +12,8 @@ namespace {
 std::string encode(const std::string& utf8, const char* charset) {
     gsize size = 0;
     std::unique_ptr<char, void (*)(void*)> bytes(
-        g_convert(utf8.data(), static_cast<gssize>(utf8.size()), charset, "UTF-8", nullptr, &size, nullptr), g_free);
+        g_convert(utf8.data(), static_cast<gssize>(utf8.size()), charset, "UTF-8", nullptr, &size, nullptr),
+        g_free);
     EXPECT_TRUE(bytes) << utf8 << " in " << charset;
     return bytes ? std::string(bytes.get(), size) : std::string();
 }
@@ -40,18 +41,20 @@ TEST_P(CharsetOfOneText, IsRecognised) {
 
 INSTANTIATE_TEST_SUITE_P(
     Names, CharsetOfOneText,
-    testing::Values(Sample{"GBK", "月亮代表我的心"}, Sample{"GBK", "我的祖国"}, Sample{"GBK", "周杰伦 - 七里香.mp3"},
-                    Sample{"GBK", "甜蜜蜜"}, Sample{"GBK", "爱情买卖"}, Sample{"GBK", "01 童年.mp3"},
-                    Sample{"BIG5", "愛的代價"}, Sample{"BIG5", "鄧麗君 - 甜蜜蜜"}, Sample{"BIG5", "聽海"},
-                    Sample{"BIG5", "我們的歌"}, Sample{"CP932", "さくら"}, Sample{"CP932", "世界に一つだけの花"},
-                    Sample{"CP932", "夜空ノムコウ"}, Sample{"CP932", "君の名は。"}, Sample{"CP949", "사랑해요"},
-                    Sample{"CP949", "아리랑"}, Sample{"CP949", "비와 당신"}, Sample{"CP1251", "Катюша"},
-                    Sample{"CP1251", "Подмосковные вечера"}, Sample{"CP1251", "Кино - Группа крови"},
-                    Sample{"CP1251", "КАТЮША"}, Sample{"GBK", "红蜻蜓"}, Sample{"GBK", "茉莉花"}, Sample{"GBK", "梁祝"},
-                    Sample{"BIG5", "望春風"}, Sample{"BIG5", "雨夜花"}, Sample{"CP949", "강남스타일"}, Sample{"CP932", "春よ、来い"},
+    testing::Values(
+        Sample{"GBK", "月亮代表我的心"}, Sample{"GBK", "我的祖国"}, Sample{"GBK", "周杰伦 - 七里香.mp3"},
+        Sample{"GBK", "甜蜜蜜"}, Sample{"GBK", "爱情买卖"}, Sample{"GBK", "01 童年.mp3"},
+        Sample{"BIG5", "愛的代價"}, Sample{"BIG5", "鄧麗君 - 甜蜜蜜"}, Sample{"BIG5", "聽海"},
+        Sample{"BIG5", "我們的歌"}, Sample{"CP932", "さくら"}, Sample{"CP932", "世界に一つだけの花"},
+        Sample{"CP932", "夜空ノムコウ"}, Sample{"CP932", "君の名は。"}, Sample{"CP949", "사랑해요"},
+        Sample{"CP949", "아리랑"}, Sample{"CP949", "비와 당신"}, Sample{"CP1251", "Катюша"},
+        Sample{"CP1251", "Подмосковные вечера"}, Sample{"CP1251", "Кино - Группа крови"},
+        Sample{"CP1251", "КАТЮША"}, Sample{"GBK", "红蜻蜓"}, Sample{"GBK", "茉莉花"}, Sample{"GBK", "梁祝"},
+        Sample{"BIG5", "望春風"}, Sample{"BIG5", "雨夜花"}, Sample{"CP949", "강남스타일"},
+        Sample{"CP932", "春よ、来い"},
 
-                    Sample{"CP1252", "Für Elise"}, Sample{"CP1252", "Édith Piaf - La vie en rose"},
-                    Sample{"CP1252", "Señorita"}, Sample{"CP1252", "Smörgåsbord"}, Sample{"CP1252", "Père Noël"}));
+        Sample{"CP1252", "Für Elise"}, Sample{"CP1252", "Édith Piaf - La vie en rose"},
+        Sample{"CP1252", "Señorita"}, Sample{"CP1252", "Smörgåsbord"}, Sample{"CP1252", "Père Noël"}));
 
 TEST(CharsetRepair, Utf8AndAsciiStayAsTheyAre) {
     CharsetRepair repair;

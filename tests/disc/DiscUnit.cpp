@@ -1,7 +1,9 @@
 #include "tests/disc/DiscUnit.h"
 
 #include "base/Paths.h"
+#include "services/disc/FileEngine.h"
 #include "services/disc/PpsInbox.h"
+#include "tests/disc/ClockEngine.h"
 
 #include <gtest/gtest.h>
 
@@ -14,12 +16,14 @@ void Recorder::add(const std::string& object, const std::string& text) {
     std::lock_guard lock(m_mutex);
     for (auto& line : disc::attributesOf(text)) {
         const auto slash = object.rfind('/');
-        m_records.push_back({object.substr(slash + 1), line.name, line.value, std::chrono::steady_clock::now()});
+        m_records.push_back(
+            {object.substr(slash + 1), line.name, line.value, std::chrono::steady_clock::now()});
     }
     m_changed.notify_all();
 }
 
-std::optional<Published> Recorder::wait(size_t& from, const Condition& condition, std::chrono::milliseconds timeout) {
+std::optional<Published> Recorder::wait(size_t& from, const Condition& condition,
+                                        std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     std::unique_lock lock(m_mutex);
     for (size_t at = from;; ++at) {
@@ -90,7 +94,8 @@ Colour PictureRecorder::mean(int x, int y) const {
     int count = 0;
     for (int row = y - PatchRadius; row < y + PatchRadius; ++row) {
         for (int column = x - PatchRadius; column < x + PatchRadius; ++column, ++count) {
-            const auto* pixel = &m_pixels[static_cast<size_t>(row * disc::PictureWidth + column) * BytesPerPixel];
+            const auto* pixel =
+                &m_pixels[static_cast<size_t>(row * disc::PictureWidth + column) * BytesPerPixel];
             for (int i = 0; i < 3; ++i) {
                 sums[i] += pixel[i];
             }
@@ -109,7 +114,8 @@ bool PictureRecorder::waitFor(int x, int y, Colour wanted, std::chrono::millisec
     return m_changed.wait_for(lock, timeout, [&] {
         const Colour found = mean(x, y);
         const auto near = [](int a, int b) { return std::abs(a - b) <= ColourTolerance; };
-        return !m_pixels.empty() && near(found.red, wanted.red) && near(found.green, wanted.green) && near(found.blue, wanted.blue);
+        return !m_pixels.empty() && near(found.red, wanted.red) && near(found.green, wanted.green) &&
+               near(found.blue, wanted.blue);
     });
 }
 
@@ -134,6 +140,14 @@ void LoopThread::call(const std::function<void()>& task) {
     done.get_future().wait();
 }
 
+disc::EngineMaker engineMaker(std::shared_ptr<disc::FrameSink> frames) {
+#ifdef __SANITIZE_THREAD__
+    return [](EventLoop& loop) { return std::make_unique<ClockEngine>(loop); };
+#else
+    return [frames](EventLoop& loop) { return std::make_unique<disc::FileEngine>(loop, frames); };
+#endif
+}
+
 DiscUnit::DiscUnit() {
     ::setenv("ZM_RUNTIME", runtime().c_str(), 1);
     startObjects();
@@ -151,7 +165,9 @@ void DiscUnit::startObjects() {
     m_objectsThread = std::make_unique<LoopThread>();
     m_objectsThread->call([&] {
         m_objects = std::make_unique<PpsService>(m_objectsThread->loop(), ppsSocket(runtime()));
-        m_objects->onChange = [this](const std::string& object, const std::string& text) { m_recorder.add(object, text); };
+        m_objects->onChange = [this](const std::string& object, const std::string& text) {
+            m_recorder.add(object, text);
+        };
         const auto status = m_objects->start();
         ASSERT_TRUE(status) << status.error();
     });
@@ -167,7 +183,8 @@ void DiscUnit::stopObjects() {
 void DiscUnit::startService(const std::string& disc) {
     m_serviceThread = std::make_unique<LoopThread>();
     m_serviceThread->call([&] {
-        auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), disc, m_pictures);
+        auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), disc,
+                                            engineMaker(m_pictures));
         ASSERT_TRUE(service) << service.error();
         m_service = std::move(*service);
     });
@@ -205,16 +222,19 @@ void DiscUnit::play(const std::string& disc) {
     mark();
 }
 
-Published DiscUnit::next(const std::string& name, const Recorder::Condition& condition, std::chrono::milliseconds timeout) {
+Published DiscUnit::next(const std::string& name, const Recorder::Condition& condition,
+                         std::chrono::milliseconds timeout) {
     const auto found = m_recorder.wait(
         m_from, [&](const Published& each) { return each.name == name && condition(each); }, timeout);
     EXPECT_TRUE(found) << "\"" << name << "\" as expected did not come";
     return found.value_or(Published{});
 }
 
-Published DiscUnit::next(const std::string& name, const std::string& value, std::chrono::milliseconds timeout) {
+Published DiscUnit::next(const std::string& name, const std::string& value,
+                         std::chrono::milliseconds timeout) {
     SCOPED_TRACE(name + " = " + value);
-    return next(name, [&](const Published& each) { return each.value == value; }, timeout);
+    return next(
+        name, [&](const Published& each) { return each.value == value; }, timeout);
 }
 
 Published DiscUnit::nextState(disc::PlayState state, std::chrono::milliseconds timeout) {
@@ -223,7 +243,9 @@ Published DiscUnit::nextState(disc::PlayState state, std::chrono::milliseconds t
 
 bool DiscUnit::follows(const std::string& name, const std::string& value, std::chrono::milliseconds time) {
     size_t from = m_from;
-    return m_recorder.wait(from, [&](const Published& each) { return each.name == name && each.value == value; }, time)
+    return m_recorder
+        .wait(
+            from, [&](const Published& each) { return each.name == name && each.value == value; }, time)
         .has_value();
 }
 

@@ -3,6 +3,7 @@
 #include "base/EventLoop.h"
 #include "platform/linux/pps/PpsFile.h"
 #include "platform/linux/pps/PpsService.h"
+#include "services/disc/FrameSink.h"
 #include "services/disc/Service.h"
 #include "tests/disc/Samples.h"
 
@@ -35,8 +36,10 @@ public:
     using Condition = std::function<bool(const Published&)>;
 
     void add(const std::string& object, const std::string& text);
-    /** The first record from place `from` on that fulfils `condition`; its place is left in `from`, plus one. */
-    std::optional<Published> wait(size_t& from, const Condition& condition, std::chrono::milliseconds timeout);
+    /** The first record from place `from` on that fulfils `condition`; its place is left in `from`, plus one.
+     */
+    std::optional<Published> wait(size_t& from, const Condition& condition,
+                                  std::chrono::milliseconds timeout);
     std::vector<Published> all() const;
     std::string text() const;
 
@@ -91,6 +94,12 @@ private:
     EventLoop m_loop;
     std::thread m_thread;
 };
+
+/**
+ * The engine that tests use: the real one, or, where the thread sanitizer watches, one that only keeps the
+ * time: the decoder's libraries are not instrumented, so that their locks would not be seen.
+ */
+disc::EngineMaker engineMaker(std::shared_ptr<disc::FrameSink> frames);
 
 /** The objects' service and the disc service in this process, and the application's side of both. */
 class DiscUnit {

@@ -13,7 +13,8 @@ namespace {
 
 std::string makeImage(const TempFolder& folder, const std::string& content, const std::string& options) {
     const std::string image = folder / "disc.iso";
-    const std::string command = "xorriso -as mkisofs -quiet -V TESTDISC " + options + " -o '" + image + "' '" + content + "' 2>/dev/null";
+    const std::string command = "xorriso -as mkisofs -quiet -V TESTDISC " + options + " -o '" + image +
+                                "' '" + content + "' 2>/dev/null";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
     return image;
 }
@@ -43,7 +44,8 @@ TEST(Medium, WhatIsNoDiscIsAnErrorThatNamesThePath) {
     TempFolder folder;
     writeFile(folder / "text.txt", "no image");
     ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
-    for (const std::string& path : {folder / "missing", folder / "text.txt", folder / "fifo", std::string()}) {
+    for (const std::string& path :
+         {folder / "missing", folder / "text.txt", folder / "fifo", std::string()}) {
         const auto medium = openMedium(path);
         ASSERT_FALSE(medium) << path;
         EXPECT_EQ(medium.error().rfind(path, 0), 0u) << medium.error();
@@ -53,11 +55,14 @@ TEST(Medium, WhatIsNoDiscIsAnErrorThatNamesThePath) {
 TEST(Medium, AnImageWithLongNamesIsReadLikeAFolder) {
     for (const char* options : {"-r", "-J -joliet-long"}) {
         TempFolder folder;
-        for (const char* name : {"content/10 ten.mp3", "content/2 two.mp3", "content/Ünï/晨光 with a rather long name.mp3"}) {
+        for (const char* name :
+             {"content/10 ten.mp3", "content/2 two.mp3", "content/Ünï/晨光 with a rather long name.mp3"}) {
             writeFile(folder / name, "");
         }
         const auto medium = openGood(makeImage(folder, folder / "content", options));
-        EXPECT_EQ(musicNames(*medium), (Names{"TESTDISC/2 two.mp3", "TESTDISC/10 ten.mp3", "Ünï/晨光 with a rather long name.mp3"})) << options;
+        EXPECT_EQ(musicNames(*medium), (Names{"TESTDISC/2 two.mp3", "TESTDISC/10 ten.mp3",
+                                              "Ünï/晨光 with a rather long name.mp3"}))
+            << options;
     }
 }
 
@@ -112,7 +117,8 @@ TEST(Medium, ATruncatedImageDoesNoHarm) {
     place(toneFile("mp3", 30), folder / "content/1.mp3");
     const std::string image = makeImage(folder, folder / "content", "-r");
     const auto size = std::filesystem::file_size(image);
-    for (const auto part : {size / 2, size / 8, size / 32, static_cast<uintmax_t>(40000), static_cast<uintmax_t>(100)}) {
+    for (const auto part :
+         {size / 2, size / 8, size / 32, static_cast<uintmax_t>(40000), static_cast<uintmax_t>(100)}) {
         std::filesystem::resize_file(image, part);
         if (const auto medium = openMedium(image)) {
             ScanProgress progress;

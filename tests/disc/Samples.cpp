@@ -44,8 +44,8 @@ std::string sample(const SampleRecipe& recipe) {
     return file.string();
 }
 
-std::string toneFile(const std::string& extension, int seconds, const std::string& title, const std::string& artist,
-                     const std::string& album, int track) {
+std::string toneFile(const std::string& extension, int seconds, const std::string& title,
+                     const std::string& artist, const std::string& album, int track) {
     std::string arguments = "-f lavfi -i sine=frequency=440:duration=" + std::to_string(seconds) + " -ac 1";
     std::string name = "tone-" + std::to_string(seconds);
     const auto tag = [&](const char* key, const std::string& value) {

@@ -27,8 +27,8 @@ struct SampleRecipe {
 std::string sample(const SampleRecipe& recipe);
 
 /** A tone of some seconds in the format of `extension`, with tags. */
-std::string toneFile(const std::string& extension, int seconds, const std::string& title = "", const std::string& artist = "",
-                     const std::string& album = "", int track = 0);
+std::string toneFile(const std::string& extension, int seconds, const std::string& title = "",
+                     const std::string& artist = "", const std::string& album = "", int track = 0);
 
 /** Copies `source` to `target`, making the folders on the way. */
 void place(const std::string& source, const std::string& target);

@@ -33,7 +33,8 @@ std::vector<std::string> listing(const Contents& contents, MediaKind kind) {
 std::vector<std::string> folders(const Contents& contents) {
     std::vector<std::string> lines;
     for (const auto& folder : contents.folders) {
-        lines.push_back(std::to_string(folder.id) + "<" + std::to_string(folder.parentId) + " " + folder.name);
+        lines.push_back(std::to_string(folder.id) + "<" + std::to_string(folder.parentId) + " " +
+                        folder.name);
     }
     return lines;
 }
@@ -44,11 +45,13 @@ using Lines = std::vector<std::string>;
 
 TEST(Scanner, NumbersFilesInNaturalOrderInsideTheirFolderAndKind) {
     TempFolder disc;
-    for (const char* name : {"10 ten.mp3", "2 two.mp3", "b/1.mp3", "b/clip 10.mp4", "b/clip 9.mp4", "b/z.jpg", "a/x.ogg"}) {
+    for (const char* name :
+         {"10 ten.mp3", "2 two.mp3", "b/1.mp3", "b/clip 10.mp4", "b/clip 9.mp4", "b/z.jpg", "a/x.ogg"}) {
         writeFile(disc / name, "");
     }
     const Contents contents = scanFolder(disc.path());
-    EXPECT_EQ(listing(contents, MediaKind::Music), (Lines{"1/1 2 two.mp3", "1/2 10 ten.mp3", "2/1 x.ogg", "3/1 1.mp3"}));
+    EXPECT_EQ(listing(contents, MediaKind::Music),
+              (Lines{"1/1 2 two.mp3", "1/2 10 ten.mp3", "2/1 x.ogg", "3/1 1.mp3"}));
     EXPECT_EQ(listing(contents, MediaKind::Video), (Lines{"3/1 clip 9.mp4", "3/2 clip 10.mp4"}));
     EXPECT_EQ(listing(contents, MediaKind::Photo), (Lines{"3/1 z.jpg"}));
     EXPECT_EQ(contents.mixedMask(), 2 | 4 | 8);
@@ -61,7 +64,8 @@ TEST(Scanner, NumbersFoldersBeforeTheirSubFolders) {
     }
     const Contents contents = scanFolder(disc.path());
     const std::string root = disc.path().filename().string();
-    EXPECT_EQ(folders(contents), (Lines{"1<0 " + root, "2<1 a 2", "3<1 a 10", "4<1 b", "5<4 deep", "6<5 er"}));
+    EXPECT_EQ(folders(contents),
+              (Lines{"1<0 " + root, "2<1 a 2", "3<1 a 10", "4<1 b", "5<4 deep", "6<5 er"}));
 }
 
 TEST(Scanner, CountsFilesAndSubFoldersOfEachKind) {
@@ -70,7 +74,9 @@ TEST(Scanner, CountsFilesAndSubFoldersOfEachKind) {
         writeFile(disc / name, "");
     }
     const Contents contents = scanFolder(disc.path());
-    const auto music = [&](int folder) { return contents.folder(folder).counts[kindIndex(MediaKind::Music)]; };
+    const auto music = [&](int folder) {
+        return contents.folder(folder).counts[kindIndex(MediaKind::Music)];
+    };
     EXPECT_EQ(music(1).files, 1);
     EXPECT_EQ(music(1).folders, 2) << "a and c hold music, b does not";
     EXPECT_EQ(music(2).files, 2);
@@ -91,7 +97,8 @@ TEST(Scanner, TrackNumbersComeBeforeNames) {
 
 TEST(Scanner, LeavesOutEmptyFoldersHiddenFilesAndWhatCannotBePlayed) {
     TempFolder disc;
-    for (const char* name : {"1.mp3", ".hidden.mp3", "._1.mp3", ".trash/2.mp3", "readme.txt", "noextension", "docs/a.pdf"}) {
+    for (const char* name :
+         {"1.mp3", ".hidden.mp3", "._1.mp3", ".trash/2.mp3", "readme.txt", "noextension", "docs/a.pdf"}) {
         writeFile(disc / name, "");
     }
     fs::create_directories(disc / "empty/emptier");
@@ -123,7 +130,8 @@ TEST(Scanner, CircularLinksAreWalkedOnce) {
     fs::create_directory_symlink("a", disc / "b");
     fs::create_symlink("nowhere", disc / "broken.mp3");
     const Contents contents = scanFolder(disc.path());
-    // The way back up and the second name of the folder lead to nothing new (which name is met first is up to the disc).
+    // The way back up and the second name of the folder lead to nothing new (which name is met first is up to
+    // the disc).
     EXPECT_LE(contents.of(MediaKind::Music).size(), 2u);
     EXPECT_GE(contents.of(MediaKind::Music).size(), 1u);
     EXPECT_LE(contents.folders.size(), 4u);
@@ -152,7 +160,9 @@ public:
         }
         return folders[folder];
     }
-    zm::Result<std::unique_ptr<ByteReader>> open(const std::string& file) override { return zm::Error{file + ": unreadable"}; }
+    zm::Result<std::unique_ptr<ByteReader>> open(const std::string& file) override {
+        return zm::Error{file + ": unreadable"};
+    }
 };
 
 } // namespace

@@ -35,7 +35,8 @@ protected:
     Published nextTime(int from, int to, std::chrono::milliseconds timeout = 15s) {
         return m_unit.next(
             "playtime",
-            [=](const Published& each) { return each.json()["time"] >= from && each.json()["time"] <= to; }, timeout);
+            [=](const Published& each) { return each.json()["time"] >= from && each.json()["time"] <= to; },
+            timeout);
     }
     void nextTip(int tip) { m_unit.next("msgtip", std::to_string(tip)); }
 
@@ -53,8 +54,8 @@ TEST_F(DiscService, AnEmptyDriveIsPublishedAtStart) {
     EXPECT_EQ(m_unit.recorder().text().find("disc=1"), std::string::npos);
     const auto text = m_unit.recorder().text();
     for (const char* line :
-         {"device disc=0", "device mediatype=255", "device errorstatus=0", "status discstate=0", "mpeginfo version=1.0",
-          "status playstate={\"repeat\":2,\"shuffle\":0,\"scan\":0}"}) {
+         {"device disc=0", "device mediatype=255", "device errorstatus=0", "status discstate=0",
+          "mpeginfo version=1.0", "status playstate={\"repeat\":2,\"shuffle\":0,\"scan\":0}"}) {
         EXPECT_NE(text.find(line), std::string::npos) << line;
     }
 }
@@ -66,8 +67,9 @@ TEST_F(DiscService, InsertionIsPublishedInItsOrder) {
     m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "loaded"; });
     const auto text = m_unit.recorder().text();
     size_t at = text.find("drive drive=");
-    for (const char* line : {"drive drivestate={\"state\":\"reading\"", "device disc=1", "status discstate=1", "device mixedtype=2",
-                             "device mediatype=2", "status updatedb=65537", "drive drivestate={\"state\":\"loaded\""}) {
+    for (const char* line : {"drive drivestate={\"state\":\"reading\"", "device disc=1", "status discstate=1",
+                             "device mixedtype=2", "device mediatype=2", "status updatedb=65537",
+                             "drive drivestate={\"state\":\"loaded\""}) {
         at = text.find(line, at);
         ASSERT_NE(at, std::string::npos) << line << " is missing or too early in\n" << text;
     }
@@ -147,7 +149,8 @@ TEST_F(DiscService, APathThatCannotBeReadIsAnErrorThatNamesItAndChangesNothing) 
         m_unit.mark();
         m_unit.request({{"op", "insert"}, {"path", path}});
         const auto state =
-            m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "error"; }).json();
+            m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "error"; })
+                .json();
         EXPECT_EQ(state["path"], path);
         EXPECT_NE(state["text"].get<std::string>().find(path), std::string::npos);
     }
@@ -393,7 +396,8 @@ TEST_F(DiscService, RepeatModesAreSetAndSteppedThrough) {
         int command;
         int mode;
         int tip;
-    } steps[] = {{1, 1, 7}, {2, 2, 8}, {4, 4, 10}, {8, 8, 9}, {2, 2, 8}, {0, 8, 9}, {0, 4, 10}, {0, 1, 7}, {0, 2, 8}};
+    } steps[] = {{1, 1, 7}, {2, 2, 8},  {4, 4, 10}, {8, 8, 9}, {2, 2, 8},
+                 {0, 8, 9}, {0, 4, 10}, {0, 1, 7},  {0, 2, 8}};
     for (const auto& step : steps) {
         m_unit.command(9, step.command);
         m_unit.next("playstate", [&](const Published& each) { return each.json()["repeat"] == step.mode; });
@@ -408,7 +412,8 @@ TEST_F(DiscService, ShuffleModesAreSetAndSteppedThrough) {
     const int steps[][2] = {{1, 1}, {2, 2}, {4, 0}, {0, 1}, {0, 2}, {0, 0}};
     for (const auto& [command, mode] : steps) {
         m_unit.command(7, command);
-        m_unit.next("playstate", [mode = mode](const Published& each) { return each.json()["shuffle"] == mode; });
+        m_unit.next("playstate",
+                    [mode = mode](const Published& each) { return each.json()["shuffle"] == mode; });
     }
     m_unit.command(7, 9);
     nextTip(1);
@@ -572,7 +577,8 @@ TEST_F(DiscService, EverythingIsPublishedAgainWhenTheObjectsAreStartedAnew) {
 TEST(DiscServiceStart, FailsWithoutTheObjectsService) {
     TempFolder runtime;
     zm::EventLoop loop;
-    const auto service = Service::start(loop, runtime.path().string(), runtime / "db", "", std::make_shared<PictureRecorder>());
+    const auto service = Service::start(loop, runtime.path().string(), runtime / "db", "",
+                                        engineMaker(std::make_shared<PictureRecorder>()));
     ASSERT_FALSE(service);
     EXPECT_NE(service.error().find(runtime.path().string()), std::string::npos);
 }

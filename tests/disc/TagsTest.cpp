@@ -1,5 +1,5 @@
-#include "services/disc/FolderMedium.h"
 #include "services/disc/Tags.h"
+#include "services/disc/FolderMedium.h"
 #include "tests/disc/Samples.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +30,9 @@ std::string bytesOf(const std::string& file) {
 }
 
 std::string untaggedMp3() {
-    return sample({"untagged.mp3", "-f lavfi -i sine=frequency=440:duration=2 -ac 1 -map_metadata -1 -id3v2_version 0 -write_xing 0"});
+    return sample(
+        {"untagged.mp3",
+         "-f lavfi -i sine=frequency=440:duration=2 -ac 1 -map_metadata -1 -id3v2_version 0 -write_xing 0"});
 }
 
 // An old tag: 128 bytes at the end of the file.
@@ -48,7 +50,8 @@ std::string titleFrame(char encoding, const std::string& text) {
     const std::string body = encoding + text;
     const auto size = static_cast<char>(body.size());
     const std::string frame = std::string("TIT2") + '\0' + '\0' + '\0' + size + '\0' + '\0' + body;
-    return std::string("ID3\x03") + '\0' + '\0' + '\0' + '\0' + '\0' + static_cast<char>(frame.size()) + frame;
+    return std::string("ID3\x03") + '\0' + '\0' + '\0' + '\0' + '\0' + static_cast<char>(frame.size()) +
+           frame;
 }
 
 class TagsOfFormat : public testing::TestWithParam<const char*> {};
@@ -67,7 +70,8 @@ TEST_P(TagsOfFormat, AreReadAsUtf8WithLengthAndTrack) {
 INSTANTIATE_TEST_SUITE_P(Music, TagsOfFormat, testing::Values("mp3", "flac", "ogg", "m4a", "opus", "wma"));
 
 TEST(Tags, TrackOfTotalCountsAsTrack) {
-    const auto file = sample({"track-of.mp3", "-f lavfi -i sine=duration=2 -metadata track=3/12 -metadata disc=2/2"});
+    const auto file =
+        sample({"track-of.mp3", "-f lavfi -i sine=duration=2 -metadata track=3/12 -metadata disc=2/2"});
     EXPECT_EQ(tagsOf(file).track, 3);
     EXPECT_EQ(tagsOf(file).disc, 2);
 }
@@ -84,7 +88,8 @@ TEST(Tags, OldTagIsReadWhereThereIsNoNewOne) {
 
 TEST(Tags, OldTagFillsWhatTheNewOneLacks) {
     TempFolder folder;
-    writeFile(folder / "both.mp3", titleFrame(0, "New title") + bytesOf(untaggedMp3()) + oldTag("Old title", "Old artist", "", 0));
+    writeFile(folder / "both.mp3",
+              titleFrame(0, "New title") + bytesOf(untaggedMp3()) + oldTag("Old title", "Old artist", "", 0));
     const Tags tags = tagsOf(folder / "both.mp3");
     EXPECT_EQ(tags.title, "New title");
     EXPECT_EQ(tags.artist, "Old artist");
@@ -95,7 +100,8 @@ TEST(Tags, OldTagInAnotherCharacterSetIsRepaired) {
     TempFolder folder;
     // "月亮代表我的心" and "邓丽君" in GBK
     writeFile(folder / "gbk.mp3",
-              bytesOf(untaggedMp3()) + oldTag("\xD4\xC2\xC1\xC1\xB4\xFA\xB1\xED\xCE\xD2\xB5\xC4\xD0\xC4", "\xB5\xCB\xC0\xF6\xBE\xFD", "", 1));
+              bytesOf(untaggedMp3()) + oldTag("\xD4\xC2\xC1\xC1\xB4\xFA\xB1\xED\xCE\xD2\xB5\xC4\xD0\xC4",
+                                              "\xB5\xCB\xC0\xF6\xBE\xFD", "", 1));
     const Tags tags = tagsOf(folder / "gbk.mp3");
     EXPECT_EQ(tags.title, "月亮代表我的心");
     EXPECT_EQ(tags.artist, "邓丽君");
@@ -118,7 +124,8 @@ TEST(Tags, CharacterCutInTheMiddleByAnOldTagIsLeftOut) {
 
 TEST(Tags, TextsThatClaimToBeLatin1AreRepaired) {
     TempFolder folder;
-    writeFile(folder / "cyrillic.mp3", titleFrame(0, "\xCA\xE0\xF2\xFE\xF8\xE0") + bytesOf(untaggedMp3())); // Катюша
+    writeFile(folder / "cyrillic.mp3",
+              titleFrame(0, "\xCA\xE0\xF2\xFE\xF8\xE0") + bytesOf(untaggedMp3())); // Катюша
     EXPECT_EQ(tagsOf(folder / "cyrillic.mp3").title, "Катюша");
     writeFile(folder / "utf8.mp3", titleFrame(0, "Überfahrt") + bytesOf(untaggedMp3()));
     EXPECT_EQ(tagsOf(folder / "utf8.mp3").title, "Überfahrt");
@@ -136,7 +143,8 @@ TEST(Tags, BrokenTagsGiveNothingAndDoNoHarm) {
     // A tag that claims to be longer than the file.
     writeFile(folder / "long.mp3", std::string("ID3\x03") + '\0' + '\0' + "\x7F\x7F\x7F\x7F" + "TIT2");
     EXPECT_EQ(tagsOf(folder / "long.mp3").title, "");
-    for (const char* name : {"empty.mp3", "empty.flac", "empty.ogg", "empty.m4a", "empty.wav", "empty.wma", "empty.opus"}) {
+    for (const char* name :
+         {"empty.mp3", "empty.flac", "empty.ogg", "empty.m4a", "empty.wav", "empty.wma", "empty.opus"}) {
         writeFile(folder / name, "");
         EXPECT_EQ(tagsOf(folder / name).seconds, 0) << name;
     }
@@ -147,7 +155,8 @@ TEST(Tags, BrokenTagsGiveNothingAndDoNoHarm) {
 }
 
 TEST(Tags, OverlongTextsAreCutAndControlCharactersDropped) {
-    const auto file = sample({"overlong.flac", "-f lavfi -i sine=duration=1 -metadata title=" + std::string(5000, 'x')});
+    const auto file =
+        sample({"overlong.flac", "-f lavfi -i sine=duration=1 -metadata title=" + std::string(5000, 'x')});
     EXPECT_EQ(tagsOf(file).title, std::string(250, 'x'));
     TempFolder folder;
     writeFile(folder / "controls.mp3", titleFrame(0, "a\nb\tc ") + bytesOf(untaggedMp3()));

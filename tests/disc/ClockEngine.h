@@ -1,0 +1,44 @@
+#pragma once
+
+#include "services/disc/Engine.h"
+#include "services/disc/Feed.h"
+#include "services/disc/Mailbox.h"
+
+namespace zm::test {
+
+/**
+ * An engine that decodes nothing: it reads the beginning of a file from the disc, calls it playable if that
+ * is no plain text, and lets its time pass. The file's length is that of its tags, else five seconds.
+ */
+class ClockEngine : public disc::Engine {
+public:
+    explicit ClockEngine(EventLoop& loop);
+    ~ClockEngine() override;
+
+    void start(const disc::Playable& playable, disc::EngineListener& listener, disc::Milliseconds position,
+               disc::StartMode mode) override;
+    void pause() override;
+    void resume() override;
+    void seek(disc::Milliseconds position) override;
+    void scan(int speed) override;
+    void view(const disc::PictureView&) override {}
+    void stop() override;
+
+private:
+    void opened(const std::string& failure);
+    void tick();
+
+    EventLoop& m_loop;
+    std::shared_ptr<disc::Mailbox> m_mailbox;
+    std::shared_ptr<disc::Feed> m_feed;
+    disc::EngineListener* m_listener = nullptr;
+    int m_generation = 0;
+    bool m_started = false;
+    bool m_running = true;
+    int m_speed = 1;
+    disc::Milliseconds m_position{0};
+    disc::Milliseconds m_length{0};
+    SourceHandle m_clock;
+};
+
+} // namespace zm::test

@@ -16,13 +16,15 @@ using testing::IsEmpty;
 /** Arguments as a program gets them. */
 class Arguments {
 public:
-    Arguments(std::initializer_list<const char*> words) : m_words(words.begin(), words.end()) {
+    explicit Arguments(const std::vector<const char*>& words) : m_words(words.begin(), words.end()) {
         for (std::string& word : m_words) {
             m_pointers.push_back(word.data());
         }
         m_pointers.push_back(nullptr);
     }
     int count() const { return static_cast<int>(m_words.size()); }
+    Arguments(const Arguments&) = delete;
+    Arguments& operator=(const Arguments&) = delete;
     char** values() { return m_pointers.data(); }
 
 private:
@@ -31,7 +33,7 @@ private:
 };
 
 /** The program in a process whose standard output is its standard error, which can be matched. */
-static int runProgram(std::initializer_list<const char*> words) {
+static int runProgram(const std::vector<const char*>& words) {
     dup2(STDERR_FILENO, STDOUT_FILENO);
     Arguments arguments(words);
     return PlatenMain(arguments.count(), arguments.values());
@@ -76,7 +78,7 @@ TEST_F(StartUpDeathTest, UnknownOptionsAndMissingValuesPrintTheUsageToo) {
 
 TEST_F(StartUpTest, AFirstArgumentThatIsNoOptionGoesOnAndResetsTheScan) {
     for (int round = 0; round < 2; ++round) {
-        Arguments arguments{"Platen", "disc", "-v", "--song=x"};
+        Arguments arguments({"Platen", "disc", "-v", "--song=x"});
         get_options(arguments.count(), arguments.values());
         EXPECT_EQ(optind, 0);
         EXPECT_STREQ(arguments.values()[1], "disc") << "arguments keep their order";
@@ -84,16 +86,18 @@ TEST_F(StartUpTest, AFirstArgumentThatIsNoOptionGoesOnAndResetsTheScan) {
 }
 
 TEST_F(StartUpTest, TheSongParameterIsRead) {
-    const std::tuple<Arguments, bool, std::string> ROWS[] = {
+    const std::tuple<std::vector<const char*>, bool, std::string> ROWS[] = {
         {{"Platen", "disc"}, false, ""},
         {{"Platen", "disc", "--song=Yellow"}, true, "Yellow"},
         {{"Platen", "disc", "--song", "Two words"}, true, "Two words"},
         {{"Platen", "disc", "--singer=x"}, false, ""},
         {{"Platen", "disc", "--song="}, true, ""},
     };
-    for (auto [arguments, given, text] : ROWS) {
+    for (const auto& [words, given, text] : ROWS) {
+        Arguments arguments(words);
         std::string song;
-        EXPECT_EQ(get_song(arguments.count(), arguments.values(), song), given) << arguments.values()[2];
+        EXPECT_EQ(get_song(arguments.count(), arguments.values(), song), given)
+            << testing::PrintToString(words);
         EXPECT_EQ(song, text);
     }
 }
@@ -112,7 +116,7 @@ TEST_F(StartUpTest, PathsComeFromTheEnvironmentAsTheyAre) {
 TEST_F(StartUpTest, WithoutAHeadUnitItEndsWithOneAndSaysSo) {
     setenv("ZM_RCC_PATH", "/nowhere/", 1);
     setenv("ZM_FONT_PATH", "/fonts/", 1);
-    Arguments arguments{"Platen", "disc"};
+    Arguments arguments({"Platen", "disc"});
     EXPECT_EQ(PlatenMain(arguments.count(), arguments.values()), 1);
     std::vector<std::string> lines;
     for (const auto& entry : m_log->readNew()) {

@@ -91,6 +91,26 @@ TEST_F(QdbConnectedTest, ADatabaseThatIsReplacedIsReadAnew) {
     EXPECT_EQ(count("files"), 1);
 }
 
+TEST_F(QdbConnectedTest, AReplacedDatabaseKeepsItsWriteAheadLog) {
+    sql("PRAGMA journal_mode = WAL;");
+    EXPECT_EQ(count("files"), 3);
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        fs::remove(m_file + suffix);
+    }
+    sqlite3* service = nullptr;
+    ASSERT_EQ(sqlite3_open(m_file.c_str(), &service), SQLITE_OK);
+    ASSERT_EQ(
+        sqlite3_exec(service,
+                     "PRAGMA journal_mode = WAL; CREATE TABLE files (fid); INSERT INTO files VALUES (7);",
+                     nullptr, nullptr, nullptr),
+        SQLITE_OK);
+    EXPECT_EQ(count("files"), 1) << "the old connection was closed on the way";
+    EXPECT_TRUE(fs::exists(m_file + "-wal"));
+    ASSERT_EQ(sqlite3_exec(service, "INSERT INTO files VALUES (8);", nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_EQ(count("files"), 2);
+    sqlite3_close(service);
+}
+
 TEST_F(QdbConnectedTest, ALockedDatabaseIsWaitedFor) {
     sqlite3* writer = nullptr;
     ASSERT_EQ(sqlite3_open(m_file.c_str(), &writer), SQLITE_OK);

@@ -15,8 +15,8 @@ enum LOG_LEV_EN {
 };
 
 /**
- * Sends one message of at most 511 bytes to the system log, "_PLATEN_[func]-" before it; callers pass __FUNCTION__.
- * Every source file has its own copy, and with it its own message counter. Any thread.
+ * Sends one message of at most 511 bytes to the system log, "_PLATEN_[func]-" before it; callers pass
+ * __FUNCTION__. Every source file has its own copy, and with it its own message counter. Any thread.
  */
 [[maybe_unused]] __attribute__((format(printf, 3, 4))) static void LOGBASE(LOG_LEV_EN level, const char* func,
                                                                            const char* fmt, ...) {

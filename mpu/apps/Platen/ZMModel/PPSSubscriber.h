@@ -23,10 +23,16 @@ inline char* PPSText(char* text) {
 /** Hands the attribute to the row of its name; the row's index, or -1 when the name is missing or unknown. */
 template <class Module, size_t N>
 int PPSDispatch(Module& module, const PPSSubscribeRow<Module> (&rows)[N], pps_attrib_t* attr) {
-    for (size_t i = 0; attr->attr_name && i < N; ++i) {
+    if (!attr->attr_name) {
+        return -1;
+    }
+    for (size_t i = 0; i < N; ++i) {
         if (std::strcmp(attr->attr_name, rows[i].name) == 0) {
-            if (rows[i].subscribe) {
-                (module.*rows[i].subscribe)(PPSText(attr->encoding), PPSText(attr->value));
+            // A copy: called straight from the table, one compiler's checked builds take the table's first
+            // row.
+            const auto subscribe = rows[i].subscribe;
+            if (subscribe) {
+                (module.*subscribe)(PPSText(attr->encoding), PPSText(attr->value));
             }
             return static_cast<int>(i);
         }

@@ -65,9 +65,12 @@ bool advanceTo(Application& application, int64_t target) {
             return false;
         }
         *called = false;
-        application.events().runAndWait(
-            [&application, called, target] { *called = application.clock().advanceToHandler(target); },
-            deadline);
+        const auto step = [&application, called, target] {
+            *called = application.clock().advanceToHandler(target);
+        };
+        if (!application.events().runAndWait(step, deadline)) {
+            return false;
+        }
     }
     return syncFrames(application, steady_clock::now() + AdvanceLimit);
 }

@@ -9,7 +9,7 @@ namespace {
 constexpr const char* Common = R"(
     "languages": ["en", "de"],
     "themes": {"night": {"page": "#000000", "ink": "#FFFFFF"}, "day": {"page": "#FFFFFF", "ink": "#000000"}},
-    "styles": {"plain": {"fill": "page", "color": "ink"}},
+    "styles": {"plain": {"fill": "page", "color": "ink", "iconColor": "ink"}},
     "texts": {"30": {"en": "Disc", "de": "Scheibe"}},
 )";
 

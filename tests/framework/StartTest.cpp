@@ -9,7 +9,7 @@
 #include <cwchar>
 #include <fstream>
 #include <sstream>
-#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace zm::test;
 using testing::ElementsAre;
@@ -32,6 +32,7 @@ TEST(Start, FailsWithinTwoSecondsWithoutAHeadUnit) {
     EXPECT_FALSE(view.Init("/none/", "zmdisc", "MAIN.zmrc_device", "1-7-zelmar-disc", "/none/", 800, 480));
     EXPECT_LT(Clock::now() - start, TwoSeconds);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("no head unit"));
+    rmdir(pattern);
 }
 
 TEST(Start, FailsWithinTwoSecondsWhenTheHeadUnitDoesNotAnswer) {

@@ -4,7 +4,10 @@
 
 namespace Oro::ZMCAR {
 
-/** One worker thread that runs a task each time it is asked to. */
+/**
+ * One worker thread that runs a task each time it is asked to. The thread calls a derived class, which therefore has to
+ * Close it before its own members go away.
+ */
 class ThreadControl {
 public:
     ThreadControl();

@@ -15,6 +15,8 @@ constexpr size_t RectsOfCommit = 256;
 constexpr int FarthestPixel = 100000;
 // A client that does not read its releases is stuck; they are tiny.
 constexpr size_t Backlog = 256 * 1024;
+// A connection closed while the client is still sending would lose the reason on its way.
+constexpr std::chrono::milliseconds RefusalPause(50);
 
 // The member as a number inside the limits; the nearest limit if it lies outside, `fallback` if it is none.
 int integer(const Json& message, const char* name, int fallback, int low = -FarthestPixel,
@@ -76,9 +78,12 @@ SurfaceClient::~SurfaceClient() {
 
 void SurfaceClient::refuse(const std::string& why) {
     m_refused = true;
+    m_role = Role::Unknown;
+    m_scene.removeClient(m_number);
+    onChange();
     m_connection.send(
         Json{{"t", "error"}, {"text", why}}.dump(-1, ' ', false, Json::error_handler_t::replace));
-    m_end = afterDelay(m_loop, std::chrono::milliseconds(0), [this] { end(); });
+    m_end = afterDelay(m_loop, RefusalPause, [this] { end(); });
 }
 
 void SurfaceClient::end() {

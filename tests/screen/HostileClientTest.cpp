@@ -165,4 +165,21 @@ TEST_F(ScreenTest, PicturesThatAreNotPremultipliedGiveWrongColoursAndNothingWors
     EXPECT_EQ(pixel(0, 3), Black);
 }
 
+TEST_F(ScreenTest, ARefusedClientLosesItsWindowsAtOnceAndIsHeardNoMore) {
+    Memory memory(100, 100);
+    memory.fill(0, Red);
+    RawClient app(socket, "app");
+    app.send(memory.window(1, 1, false), {memory.fd()});
+    app.send(commitOf(1, 0, 1));
+    app.sync();
+    EXPECT_EQ(pixel(1, 1), Red);
+    app.send(commitOf(9, 0, 1));
+    app.send(memory.window(2, 1, false), {memory.fd()});
+    app.send(commitOf(2, 0, 1));
+    EXPECT_EQ(app.receive()["t"], "error");
+    EXPECT_EQ(pixel(1, 1), Black);
+    EXPECT_TRUE(app.receive().is_null());
+    EXPECT_EQ(pixel(1, 1), Black);
+}
+
 } // namespace zm

@@ -67,9 +67,9 @@ public:
     /** Sends a message that has to be refused; gives the reason. */
     std::string refusal(const Json& message, const std::vector<int>& fds = {}) {
         send(message, fds);
-        const auto messages = sync();
-        const bool refused = messages.size() == 2 && messages[0]["t"] == "error" && messages[1].is_null();
-        return refused ? messages[0]["text"].get<std::string>() : std::string();
+        const Json answer = receive();
+        const bool refused = answer.is_object() && answer["t"] == "error" && receive().is_null();
+        return refused ? answer["text"].get<std::string>() : std::string();
     }
 
 private:

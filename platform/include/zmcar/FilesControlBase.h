@@ -9,8 +9,8 @@ namespace Oro::ZMCAR {
 class PPSFileBase;
 
 /**
- * The set of monitored PPS objects and the thread that reads them. The thread calls a derived class, which therefore
- * has to Stop it before its own members go away.
+ * The set of monitored PPS objects and the thread that reads them. The thread calls a derived class, which
+ * therefore has to Stop it before its own members go away.
  */
 class FilesControlBase : public IPPSOnChange {
 public:

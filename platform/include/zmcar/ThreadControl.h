@@ -5,8 +5,8 @@
 namespace Oro::ZMCAR {
 
 /**
- * One worker thread that runs a task each time it is asked to. The thread calls a derived class, which therefore has to
- * Close it before its own members go away.
+ * One worker thread that runs a task each time it is asked to. The thread calls a derived class, which
+ * therefore has to Close it before its own members go away.
  */
 class ThreadControl {
 public:

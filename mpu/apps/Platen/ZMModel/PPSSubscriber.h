@@ -28,8 +28,7 @@ int PPSDispatch(Module& module, const PPSSubscribeRow<Module> (&rows)[N], pps_at
     }
     for (size_t i = 0; i < N; ++i) {
         if (std::strcmp(attr->attr_name, rows[i].name) == 0) {
-            // A copy: called straight from the table, one compiler's checked builds take the table's first
-            // row.
+            // A copy: called as rows[i].subscribe, GCC 12 with its sanitizers calls that of the first row.
             const auto subscribe = rows[i].subscribe;
             if (subscribe) {
                 (module.*subscribe)(PPSText(attr->encoding), PPSText(attr->value));

@@ -11,6 +11,18 @@ struct StatusName {
     AppStatus status;
 };
 
+// An application that quits may be gone before it has answered: it has then done what it was told.
+ShellServer::Reply endWithQuit(CommandCall& call) {
+    return [run = call.run, &shell = call.unit.shell(),
+            ran = call.unit.shell().connected()](const Result<Json>& reply) {
+        if (reply || (ran && !shell.connected())) {
+            run->finish();
+        } else {
+            run->fail(reply.error());
+        }
+    };
+}
+
 constexpr std::array<StatusName, 5> StatusNames = {{
     {"resume", AppStatus::Resume},
     {"pause", AppStatus::Pause},
@@ -38,7 +50,8 @@ bool app(CommandCall& call) {
     }
     for (const auto& row : StatusNames) {
         if (row.name == name) {
-            call.unit.launcher().send(row.status, endWith(call.run));
+            call.unit.launcher().send(row.status,
+                                      row.status == AppStatus::Quit ? endWithQuit(call) : endWith(call.run));
             return true;
         }
     }

@@ -24,7 +24,8 @@ class TouchInput {
 public:
     explicit TouchInput(Application& application) : m_application(application) {}
 
-    /** A press while the finger is down means that its release got lost: the earlier touch ends without a report. */
+    /** A press while the finger is down means that its release got lost: the earlier touch ends without a
+     * report. */
     void press(Point at);
     void move(Point to);
     void release(Point at);

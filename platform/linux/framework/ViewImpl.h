@@ -40,7 +40,7 @@ struct ViewImpl : zm::SceneListener {
     zm::Application& application = zm::Application::instance();
     std::string name;        ///< of the view and of its window
     std::string windowGroup; ///< of the main view
-    zm::SurfaceSpec spec;     ///< `visible` and `order` as last asked for
+    zm::SurfaceSpec spec;    ///< `visible` and `order` as last asked for
     zm::WindowProps pending;
     std::set<int> pages; ///< all pages of the resource; may be read from any thread after loading
     std::unique_ptr<zm::Scene> scene;

@@ -3,7 +3,6 @@
 
 #include <cstring>
 
-using zm::PpsLine;
 using zm::PpsLineKind;
 
 namespace {

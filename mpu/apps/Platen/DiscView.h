@@ -121,7 +121,7 @@ private:
     void OnQuit(const T_PLAY_STATUS& playStatus);
     void ResumePage();
     void RedrawOsd();
-    void RequestDiscSource();
+    void RequestDiscSource(const char* logName);
 
     // Disc state (DiscViewState.cpp, DiscViewPlay.cpp, DiscViewTitles.cpp, DiscViewTabs.cpp)
     void OnUserMsgPlayState();

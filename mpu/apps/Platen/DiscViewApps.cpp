@@ -18,6 +18,9 @@ enum : int { APPSMSG_APPSTATUS, APPSMSG_APPDATA, APPSMSG_TIMER, APPSMSG_TIME, AP
 /** Within this time a further pause by the launcher does not count as the user's wish to stop playing. */
 constexpr long PAUSE_INTERVAL_MS = 1200;
 
+/** The function that log lines about the launcher's statuses name. */
+constexpr const char* APP_STATUS_FUNC = "OnAppsMsgAppStatus";
+
 constexpr int LAST_IDLE_STATE = 1; ///< disc states above it have something to show
 
 long MillisecondsSince(const timeval& last, const timeval& now) {
@@ -95,14 +98,14 @@ void DiscView::OnResume(const T_PLAY_STATUS& playStatus) {
                              nBefore == DISC_STATE_FAST_BACKWARD;
         if (bPlayed && playStatus.discState != DISC_STATE_PLAYING) {
             Send(&DiscViewController::PlayPause);
-            LOGBASE(LOG_LEV_TRACE, __FUNCTION__,
+            LOGBASE(LOG_LEV_TRACE, APP_STATUS_FUNC,
                     "[OnAppsMessage] -------------------- Play() -------------\n");
         }
     }
     m_bAppHidden = false;
     ResumePage();
     if (!m_bSourceRequested && CDiscData::GetInstance()->GetDeviceStatus().bExisting) {
-        RequestDiscSource();
+        RequestDiscSource(APP_STATUS_FUNC);
     }
     if (!m_bShown) {
         m_bShown = true;
@@ -149,8 +152,8 @@ void DiscView::RedrawOsd() {
     }
 }
 
-void DiscView::RequestDiscSource() {
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "************* RequestSource on *************\n");
+void DiscView::RequestDiscSource(const char* logName) {
+    LOGBASE(LOG_LEV_TRACE, logName, "************* RequestSource on *************\n");
     m_bSourceRequested = true;
     Send(&DiscViewController::RequestSource, 1, 0);
 }
@@ -166,7 +169,7 @@ void DiscView::OnPause(const T_PLAY_STATUS& playStatus) {
     timeval now;
     gettimeofday(&now, nullptr);
     const long itv = MillisecondsSince(m_tvLastPause, now);
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "************* itv=%ld *************\n", itv);
+    LOGBASE(LOG_LEV_TRACE, APP_STATUS_FUNC, "************* itv=%ld *************\n", itv);
     if (itv > PAUSE_INTERVAL_MS) {
         m_nPlayStatusBeforePause = playStatus.discState;
     }
@@ -174,7 +177,8 @@ void DiscView::OnPause(const T_PLAY_STATUS& playStatus) {
     m_bAppHidden = false;
     if (playStatus.discState == DISC_STATE_PLAYING) {
         Send(&DiscViewController::PlayPause);
-        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[OnAppsMessage] -------------------- pause() -------------\n");
+        LOGBASE(LOG_LEV_TRACE, APP_STATUS_FUNC,
+                "[OnAppsMessage] -------------------- pause() -------------\n");
     }
     SetVisibleOsd(false);
     OperateCapture(false);

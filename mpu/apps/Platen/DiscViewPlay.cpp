@@ -175,7 +175,7 @@ void DiscView::OnUserMsgVideoMode() {
 }
 
 void DiscView::OnUserMsgOsdReturn() {
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "DISC_VMSG_OSDRETURN m_nCurPlayType=%d\n", m_nCurPlayType);
+    LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "DISC_VMSG_OSDRETURN m_nCurPlayType=%d\n", m_nCurPlayType);
     if (m_nCurPlayType == PLAY_TYPE_VIDEO || m_nCurPlayType == PLAY_TYPE_PHOTO) {
         SetDisplayPlayViewTimer();
         WithdrawOsd();

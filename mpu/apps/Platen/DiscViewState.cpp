@@ -53,7 +53,7 @@ void DiscView::OnUserMsgRootMenu() {
 
 void DiscView::OnUserMsgClipsType() {
     m_nCurPlayType = CDiscData::GetInstance()->GetDeviceStatus().nMediaType;
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMessage]------set m_nCurPlayType=%d\n",
+    LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscView::OnUserMessage]------set m_nCurPlayType=%d\n",
             m_nCurPlayType);
     m_nCurType = m_nCurPlayType;
     SetMediaTypeIcon(WND_MEDIA_LIST);
@@ -73,7 +73,7 @@ void DiscView::OnUserMsgClipsType() {
 
 void DiscView::OnUserMsgMixedType() {
     m_nMixedType = CDiscData::GetInstance()->GetDeviceStatus().nMixedType;
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMessage]------m_nMixedType=0x%x\n",
+    LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscView::OnUserMessage]------m_nMixedType=0x%x\n",
             static_cast<unsigned>(m_nMixedType));
 }
 
@@ -85,7 +85,7 @@ void DiscView::OnUserMsgDeviceState() {
     if (bExisting) {
         if (!m_bSourceRequested) {
             m_discDb.InitDataBase();
-            RequestDiscSource();
+            RequestDiscSource(__FUNCTION__);
         }
     } else if (m_uiCurState == VIEW_STATE_LOADING) {
         ShowMessage(Message::NoDisc);
@@ -101,17 +101,17 @@ void DiscView::OnUserMsgErrorStatus() {
     switch (CDiscData::GetInstance()->GetDeviceStatus().nErrorStatus) {
     case ERROR_STATUS_READ:
     case ERROR_STATUS_READ_2:
-        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMessage]-------READ_ERROR\n");
+        LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscView::OnUserMessage]-------READ_ERROR\n");
         SkipUnreadable();
         break;
     case ERROR_STATUS_SURFACE:
-        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMessage]-------SURFACE_ERROR\n");
+        LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscView::OnUserMessage]-------SURFACE_ERROR\n");
         break;
     case ERROR_STATUS_TEMP:
-        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMessage]-------TEMP_ERROR\n");
+        LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscView::OnUserMessage]-------TEMP_ERROR\n");
         break;
     case ERROR_STATUS_REGION:
-        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnUserMessage]-------REGION_CODE_ERROR\n");
+        LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscView::OnUserMessage]-------REGION_CODE_ERROR\n");
         RegionError();
         break;
     }

@@ -160,7 +160,7 @@ void DiscView::OnClickVideoWnd(long) {
 
 void DiscView::OnClickDiscMenu() {
     const auto [x, y] = m_ptLButtonUp;
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnLButtonUp]--X=%ld,Y=%ld\n", static_cast<long>(x),
+    LOGBASE(LOG_LEV_TRACE, "OnClickVideoWnd", "[DiscView::OnLButtonUp]--X=%ld,Y=%ld\n", static_cast<long>(x),
             static_cast<long>(y));
     const bool bCorner = x < CORNER_WIDTH && y < CORNER_HEIGHT;
     if (bCorner && !m_bVideoOsd) {

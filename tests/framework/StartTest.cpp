@@ -127,6 +127,13 @@ TEST_F(FrameworkTest, JoiningNeedsAnInitialisedViewAndAFreeName) {
     EXPECT_EQ(app.main.GetViewUI("other"), nullptr);
 }
 
+TEST_F(FrameworkTest, JoiningFailsWithoutTheCompositor) {
+    ASSERT_TRUE(app.initialise());
+    headUnit.hangUpScreen();
+    EXPECT_FALSE(app.join());
+    EXPECT_EQ(app.main.GetViewUI("Disc_osd"), nullptr);
+}
+
 TEST_F(FrameworkTest, AnOverlayNeedsAMainView) {
     EXPECT_FALSE(app.osd.Init("Disc_osd", headUnit.folder() + "/OSD.zmrc_device", fontFolder(), 800, 480));
 }

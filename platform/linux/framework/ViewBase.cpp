@@ -6,6 +6,9 @@
 #include "platform/linux/framework/ViewImpl.h"
 #include "zmcar/ViewUI.h"
 
+#include <atomic>
+#include <memory>
+
 namespace Oro::ZMCAR {
 
 namespace {
@@ -59,8 +62,11 @@ bool ViewBase::JoinView(ViewUI* child, std::string name, int order) {
     joined.name = joined.spec.name = name;
     joined.spec.order = order;
     joined.spec.visible = false;
-    return view.application.perform(
-        view, [&application = view.application, &joined] { told(application.join(joined)); });
+    // Stays true while joining is only queued.
+    const auto good = std::make_shared<std::atomic<bool>>(true);
+    const bool taken = view.application.perform(
+        view, [&application = view.application, &joined, good] { *good = told(application.join(joined)); });
+    return taken && *good;
 }
 
 bool ViewBase::StartEventLoop() {

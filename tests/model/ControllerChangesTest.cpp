@@ -1,6 +1,8 @@
 #include "tests/model/ControllerTest.h"
 #include "tests/model/PpsAttribute.h"
 
+#include <regex>
+
 namespace zm::test {
 
 using testing::ElementsAre;
@@ -172,6 +174,27 @@ TEST_F(ControllerTest, InitTriesEveryObjectAlsoWhenTheFirstFails) {
     EXPECT_FALSE(m_controller.Init());
     EXPECT_TRUE(m_controller.NextClip()) << "the control object, the last one, was opened";
     EXPECT_TRUE(m_controller.OperateVideoCapture(true, "", "", ""));
+}
+
+/** No PPS service: every object that is opened is complained about. */
+class ControllerWithoutServiceTest : public ModelTest {
+protected:
+    RecordingView m_view;
+    DiscViewController m_controller{&m_view};
+};
+
+TEST_F(ControllerWithoutServiceTest, InitTriesAllObjectsInTheirOrder) {
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(m_controller.Init());
+    const std::string errors = testing::internal::GetCapturedStderr();
+    const std::regex path("/pps/zelmar/([a-z_/]+)\\?");
+    std::vector<std::string> tried;
+    for (std::sregex_iterator it(errors.begin(), errors.end(), path), end; it != end; ++it) {
+        tried.push_back((*it)[1]);
+    }
+    EXPECT_THAT(tried, ElementsAre("disc/status", "disc/playing", "disc/mpeginfo", "disc/device",
+                                   "videoservice/command", "videoservice/status", "system/dev_status",
+                                   "navigator/nowplaying", "disc/control"));
 }
 
 TEST_F(ControllerTest, InitFailsWhenTheObjectsAreOpenAlready) {

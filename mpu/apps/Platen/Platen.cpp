@@ -105,7 +105,7 @@ int PlatenMain(int argc, char** argv) {
     DiscViewController viewController(&theApp);
     theApp.AttachControl(&viewController);
     theOsd.AttachControl(&viewController);
-    theApp.MaskSignals(); // before any thread is started, so that all inherit it
+    theApp.MaskSignals(); // before the threads start that do not do it themselves
     LOGBASE(LOG_LEV_TRACE, FUNC, "theApp.Init\n");
 
     if (!StartUp(theApp, theOsd, viewController, argv[1], bSong, strSong)) {

@@ -209,7 +209,8 @@ TEST_F(OsdSeek, AClickChangesTheClip) {
         EXPECT_THAT(unit.commands(), ElementsAre("1,0,0", "2,0,0")) << clip.type;
         EXPECT_EQ(beeps(), 2);
     }
-    EXPECT_EQ(unit.log("]-touch").size(), 6u);
+    EXPECT_EQ(unit.log("_PLATEN_[OnClickMainWnd]-touch").size(), 4u);
+    EXPECT_EQ(unit.log("_PLATEN_[OnClickVideoWnd]-touch").size(), 2u);
 }
 
 TEST_F(OsdSeek, ALongTouchSeeksAndItsReleaseDoesNothing) {
@@ -224,7 +225,8 @@ TEST_F(OsdSeek, ALongTouchSeeksAndItsReleaseDoesNothing) {
         press(OSD_CTRL_PREV);
         EXPECT_THAT(unit.commands(), ElementsAre("4,0,0")) << clip.type;
     }
-    EXPECT_EQ(unit.log("]-long touch").size(), 6u);
+    EXPECT_EQ(unit.log("_PLATEN_[OnClickMainWnd]-long touch").size(), 4u);
+    EXPECT_EQ(unit.log("_PLATEN_[OnClickVideoWnd]-long touch").size(), 2u);
 }
 
 TEST_F(OsdSeek, EachLongTouchReportSeeks) {

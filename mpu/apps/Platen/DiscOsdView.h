@@ -97,8 +97,8 @@ private:
     void OnClickGotoWnd(long ctrlId);
     void OnClickSrcGroup(long ctrlId);
 
-    void OnClickSeekBar(std::span<const ControlRow> rows, long ctrlId, int btState);
-    void OnClickSeek(long ctrlId, int btState);
+    void OnClickSeekBar(const char* logName, std::span<const ControlRow> rows, long ctrlId, int btState);
+    void OnClickSeek(const char* logName, long ctrlId, int btState);
     void PressControl(std::span<const ControlRow> rows, long ctrlId);
     void SelectAudio();
     void ShowNoFunction();

@@ -77,7 +77,7 @@ void DiscOsdView::OnClickMainWnd(long ctrlId, int btState) {
         {OSD_CTRL_PBC, [](DiscOsdView& view) { view.m_pController->VCD_PBC(); }},
     };
     if (m_pController) {
-        OnClickSeekBar(ROWS, ctrlId, btState);
+        OnClickSeekBar(__FUNCTION__, ROWS, ctrlId, btState);
     }
 }
 
@@ -97,7 +97,7 @@ void DiscOsdView::OnClickVideoWnd(long ctrlId, int btState) {
         {OSD_CTRL_STOP, [](DiscOsdView& view) { view.m_pController->StopPlayBack(); }, OSD_KEY_STOP},
     };
     if (m_pController) {
-        OnClickSeekBar(ROWS, ctrlId, btState);
+        OnClickSeekBar(__FUNCTION__, ROWS, ctrlId, btState);
     }
 }
 
@@ -116,15 +116,16 @@ void DiscOsdView::OnClickPictureWnd(long ctrlId, int btState) {
     }
 }
 
-void DiscOsdView::OnClickSeekBar(std::span<const ControlRow> rows, long ctrlId, int btState) {
+void DiscOsdView::OnClickSeekBar(const char* logName, std::span<const ControlRow> rows, long ctrlId,
+                                 int btState) {
     if (ctrlId == OSD_CTRL_PREV || ctrlId == OSD_CTRL_NEXT) {
-        OnClickSeek(ctrlId, btState);
+        OnClickSeek(logName, ctrlId, btState);
     } else if (btState == BT_STATE_RELEASED) {
         PressControl(rows, ctrlId);
     }
 }
 
-void DiscOsdView::OnClickSeek(long ctrlId, int btState) {
+void DiscOsdView::OnClickSeek(const char* logName, long ctrlId, int btState) {
     struct SeekRow {
         long control;
         bool (DiscViewController::*seek)();
@@ -138,11 +139,11 @@ void DiscOsdView::OnClickSeek(long ctrlId, int btState) {
     const SeekRow& row = ctrlId == PREVIOUS.control ? PREVIOUS : NEXT;
     if (btState == BT_STATE_HELD) {
         ToBeep();
-        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "long touch");
+        LOGBASE(LOG_LEV_TRACE, logName, "long touch");
         (m_pController->*row.seek)();
     } else if (btState == BT_STATE_RELEASED && m_nLastBtState != BT_STATE_HELD) {
         ToBeep();
-        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "touch");
+        LOGBASE(LOG_LEV_TRACE, logName, "touch");
         m_nNextChapter = CDiscData::GetInstance()->GetCurPlayInfo().chapter + row.chapterStep;
         (m_pController->*row.skip)();
     }

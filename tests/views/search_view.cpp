@@ -11,8 +11,11 @@ TEST_F(SearchKeyboard, ANumberPlaysTheTrack) {
         EXPECT_THAT(unit.commands(), ElementsAre("182,7,0")) << type;
         EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
     }
-    EXPECT_FALSE(unit.log("[OnAppsMessage]--APPSMSG_APPDATA--input:--kb_val=7 --kb_ret=1").empty());
-    EXPECT_FALSE(unit.log("[OnAppsMessage]--APPSMSG_APPDATA--m_szSearch:7").empty());
+    EXPECT_FALSE(
+        unit.log("_PLATEN_[OnAppsMsgAppData]-[OnAppsMessage]--APPSMSG_APPDATA--input:--kb_val=7 --kb_ret=1")
+            .empty());
+    EXPECT_FALSE(
+        unit.log("_PLATEN_[OnAppsMsgAppData]-[OnAppsMessage]--APPSMSG_APPDATA--m_szSearch:7").empty());
 }
 
 TEST_F(SearchKeyboard, ANumberPlaysTheRowOfAllVideosOrPhotos) {

@@ -38,11 +38,10 @@ void DiscView::OnAppsMsgAppData(std::string& data) {
     }
     Params params;
     Oro::ZMCAR::ArgvDecode::GetOpt_LongParams(data, params);
-    LOGBASE(LOG_LEV_TRACE, "OnAppsMessage", "[OnAppsMessage]--APPSMSG_APPDATA--input:%s\n", data.c_str());
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[OnAppsMessage]--APPSMSG_APPDATA--input:%s\n", data.c_str());
     if (params.contains("kb_val") && params.contains("kb_ret")) {
         CopyText(m_szSearch, sizeof m_szSearch, params["kb_val"]);
-        LOGBASE(LOG_LEV_TRACE, "OnAppsMessage", "[OnAppsMessage]--APPSMSG_APPDATA--m_szSearch:%s\n",
-                m_szSearch);
+        LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[OnAppsMessage]--APPSMSG_APPDATA--m_szSearch:%s\n", m_szSearch);
         PlayNumber(std::strtol(m_szSearch, nullptr, 10));
     } else if (params.contains("song") || params.contains("singer")) {
         const std::string song = ValueOf(params, "song");

@@ -139,6 +139,7 @@ void Child::ended(int status) {
 void Child::died(const std::string& how) {
     const auto now = std::chrono::steady_clock::now();
     m_deaths.push_back(now);
+    ++m_allDeaths;
     while (now - m_deaths.front() > DeathWindow) {
         m_deaths.pop_front();
     }

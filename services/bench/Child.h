@@ -46,6 +46,8 @@ public:
     bool expected() const { return m_state == State::Running || m_state == State::Waiting; }
     int pid() const { return m_pid; }
     int starts() const { return m_starts; }
+    /** How often it ended out of order since this object began. */
+    int deaths() const { return m_allDeaths; }
     const std::string& name() const { return m_setup.name; }
     std::string describeState() const;
 
@@ -59,6 +61,7 @@ private:
     State m_state = State::Down;
     int m_pid = -1;
     int m_starts = 0;
+    int m_allDeaths = 0;
     SourceHandle m_watch;
     SourceHandle m_retry;
     std::deque<std::chrono::steady_clock::time_point> m_deaths;

@@ -88,7 +88,8 @@ bool processes(CommandCall& call) {
     std::string lines;
     for (const Child* child : call.unit.children()) {
         lines += child->name() + " " + (child->pid() > 0 ? std::to_string(child->pid()) : "-") + " " +
-                 child->describeState() + "\n";
+                 child->describeState() +
+                 (child->deaths() > 0 ? " (deaths: " + std::to_string(child->deaths()) + ")" : "") + "\n";
     }
     if (!call.unit.child("app") && call.unit.shell().connected()) {
         lines += "app " + std::to_string(call.unit.shell().pid()) + " running, not started by this bench\n";

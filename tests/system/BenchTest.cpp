@@ -127,7 +127,7 @@ TEST_F(BenchChildren, FiveDeathsInAMinuteAreEnoughAndAppStartBeginsAnew) {
         must({"kill", "app"});
         settle();
     }
-    EXPECT_EQ(must({"ps"}), "app - died too often, given up\n");
+    EXPECT_EQ(must({"ps"}), "app - died too often, given up (deaths: 5)\n");
     EXPECT_THAT(bench->err(), HasSubstr("not started again"));
     EXPECT_THAT(mustFail({"screen"}), HasSubstr("not running"));
     must({"app", "start"});
@@ -163,7 +163,7 @@ TEST_F(BenchChildren, TheDiscServiceIsWatchedToo) {
     must({"kill", "disc"});
     EXPECT_TRUE(eventually([&] {
         const std::string now = lines({"ps"}).at(0);
-        return now != before && now.ends_with(" running");
+        return now != before && now.ends_with(" running (deaths: 1)");
     }));
     EXPECT_THAT(bench->err(), HasSubstr("zmdiscd was killed by signal 9"));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/bench/Arguments.h"
+#include "services/ctl/Arguments.h"
 #include "services/bench/CommandRun.h"
 #include "services/bench/HeadUnit.h"
 

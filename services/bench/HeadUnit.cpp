@@ -1,8 +1,8 @@
 #include "services/bench/HeadUnit.h"
 
 #include "base/Paths.h"
+#include "services/ctl/ShellWords.h"
 
-#include <glib.h>
 #include <unistd.h>
 
 namespace zm {
@@ -14,11 +14,8 @@ constexpr std::chrono::milliseconds StartTime(1000);
 // What the application is started with: "disc" and the words of `text`, separated as a shell would.
 std::vector<std::string> applicationArguments(const std::string& text) {
     std::vector<std::string> arguments{"disc"};
-    int count = 0;
-    char** words = nullptr;
-    if (g_shell_parse_argv(text.c_str(), &count, &words, nullptr)) {
-        arguments.insert(arguments.end(), words, words + count);
-        g_strfreev(words);
+    if (auto words = shellWords(text)) {
+        arguments.insert(arguments.end(), words->begin(), words->end());
     }
     return arguments;
 }
@@ -95,7 +92,7 @@ Status HeadUnit::start() {
     if (!m_options.disc.empty() && ::access(m_options.disc.c_str(), R_OK) != 0) {
         return systemError(m_options.disc);
     }
-    for (auto step : {std::function<Status()>([this] { return m_pps.start(); }),
+    for (const auto& step : {std::function<Status()>([this] { return m_pps.start(); }),
                       std::function<Status()>([this] { return m_compositor.start(); }),
                       std::function<Status()>([this] { return m_video.start(); }),
                       std::function<Status()>([this] { return m_shell.start(); }),

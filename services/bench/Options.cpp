@@ -1,14 +1,13 @@
 #include "services/bench/Options.h"
 
 #include "base/Paths.h"
+#include "services/ctl/ShellWords.h"
 
 #include <array>
 #include <charconv>
 #include <filesystem>
 #include <string_view>
 #include <vector>
-
-#include <glib.h>
 
 namespace zm {
 
@@ -38,13 +37,7 @@ bool takePort(Parsed& parsed, const std::string& value) {
 
 bool takeAppArgs(Parsed& parsed, const std::string& value) {
     parsed.options.unit.appArgs = value;
-    GError* error = nullptr;
-    if (g_shell_parse_argv(value.c_str(), nullptr, nullptr, &error)) {
-        return true;
-    }
-    const bool empty = g_error_matches(error, G_SHELL_ERROR, G_SHELL_ERROR_EMPTY_STRING);
-    g_error_free(error);
-    return empty;
+    return bool(shellWords(value));
 }
 
 struct OptionRow {

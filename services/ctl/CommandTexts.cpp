@@ -60,7 +60,28 @@ constexpr std::array Texts = {
                 "returns when nothing moves any more\nExample: zmctl settle -t 5"},
     CommandText{"ps", "ps", "the child processes: name, process id, state\nExample: zmctl ps"},
     CommandText{"kill", "kill app|disc", "kills a child process as a crash would\nExample: zmctl kill app"},
-    CommandText{"help", "help [COMMAND]", "this list, or how a command is used\nExample: zmctl help touch"},
+    CommandText{
+        "run", "run FILE",
+        "carries out a script, \"-\" is standard input\n"
+        "A command a line as behind zmctl, words quoted as in a shell, # begins a comment; \"try\" before\n"
+        "a command lets it fail. Ends at the first line that fails with status 1, and without having\n"
+        "begun with status 2 if a line is wrong.\nExample: zmctl run page.zmctl",
+        CommandPlace::Terminal},
+    CommandText{"wait", "wait MS", "lets real time pass\nExample: zmctl wait 500", CommandPlace::Script},
+    CommandText{"expect", "expect PATH OP VALUE [within MS]",
+                "asks until something holds, 2000 ms unless said otherwise, and fails if it does not\n"
+                "PATH begins with screen, pps.OBJ.ATTRIBUTE, requests or ps; a list has numbers (-1 is the "
+                "last) and\n"
+                "\"size\". OP is ==, !=, <, <=, >, >=, contains or matches (a regular expression).\n"
+                "Example: zmctl expect screen.main.windows.6.items.2065.text contains Song",
+                CommandPlace::Script},
+    CommandText{"monkey", "monkey [--seed N] [--seconds S] [--file FILE]",
+                "random input for 60 seconds or as said, the same for the same number N\n"
+                "Ends with status 1 when a program dies or does not answer within a second, and leaves FILE\n"
+                "(monkey-N.zmctl), which \"zmctl run\" repeats.\nExample: zmctl monkey --seed 7 --seconds 30",
+                CommandPlace::Terminal},
+    CommandText{"help", "help [COMMAND]", "this list, or how a command is used\nExample: zmctl help touch",
+                CommandPlace::Terminal},
 };
 
 constexpr size_t NameColumn = 12;

@@ -6,11 +6,19 @@
 
 namespace zm {
 
-/** How a command of the bench is written and what it is for. */
+/** Who carries a command out. */
+enum class CommandPlace {
+    Bench,   ///< the bench
+    Script,  ///< zmctl itself, in scripts too
+    Terminal ///< zmctl itself, but not in scripts
+};
+
+/** How a command is written and what it is for. */
 struct CommandText {
     std::string_view name;
     std::string_view usage; ///< a line for each form
     std::string_view help;  ///< a summary in its first line, then more, then an example
+    CommandPlace place = CommandPlace::Bench;
 };
 
 /** All commands, grouped by subject. */

@@ -1,10 +1,9 @@
 #include "base/Paths.h"
 #include "services/ctl/CommandTexts.h"
-#include "services/ctl/CtlClient.h"
+#include "services/ctl/LocalCommands.h"
 
 #include <cstdio>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -16,22 +15,6 @@ void print(FILE* stream, const std::string& text) {
 
 int wrongUsage() {
     print(stderr, zm::overviewText());
-    return 2;
-}
-
-// Explains the commands without a bench.
-int help(const std::vector<std::string>& words) {
-    if (words.size() == 1) {
-        print(stdout, zm::overviewText());
-        return 0;
-    }
-    const auto* text = zm::findCommandText(words[1]);
-    if (words.size() == 2 && text) {
-        print(stdout, zm::usageText(*text) + "\n" + std::string(text->help) + "\n");
-        return 0;
-    }
-    print(stderr, words.size() == 2 ? "zmctl: there is no command \"" + words[1] + "\"\n"
-                                    : zm::usageText(*zm::findCommandText("help")));
     return 2;
 }
 
@@ -50,15 +33,7 @@ int main(int argc, char** argv) {
     if (words.empty()) {
         return wrongUsage();
     }
-    if (words[0] == "help") {
-        return help(words);
-    }
-    const auto status = zm::CtlClient(dir).run(
-        words, [](const std::string& text) { print(stdout, text); },
+    return zm::runCommand(
+        zm::CtlClient(dir), words, [](const std::string& text) { print(stdout, text); },
         [](const std::string& text) { print(stderr, text); });
-    if (!status) {
-        print(stderr, "zmctl: " + status.error() + "\n");
-        return 1;
-    }
-    return *status;
 }

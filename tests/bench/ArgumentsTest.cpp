@@ -1,4 +1,4 @@
-#include "services/bench/Arguments.h"
+#include "services/ctl/Arguments.h"
 
 #include <gtest/gtest.h>
 

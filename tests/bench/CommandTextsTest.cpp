@@ -8,20 +8,23 @@ namespace zm {
 
 TEST(CommandTexts, EveryCommandThatIsExplainedExists) {
     for (const auto& text : commandTexts()) {
-        EXPECT_EQ(CommandProcessor::knows(text.name), text.name != "help") << text.name;
+        EXPECT_EQ(CommandProcessor::knows(text.name), text.place == CommandPlace::Bench) << text.name;
     }
 }
 
-TEST(CommandTexts, EveryCommandIsExplainedWithAnExample) {
+TEST(CommandTexts, EveryCommandOfTheBenchIsExplained) {
     for (const auto subject : {ppsCommandRows, launcherCommandRows, vehicleCommandRows, inputCommandRows,
                                discCommandRows, screenCommandRows, systemCommandRows}) {
         for (const auto& row : subject()) {
-            const CommandText* text = findCommandText(row.name);
-            ASSERT_NE(text, nullptr) << row.name;
-            EXPECT_TRUE(text->usage.starts_with(row.name)) << row.name;
-            EXPECT_THAT(std::string(text->help),
-                        testing::HasSubstr("\nExample: zmctl " + std::string(row.name)));
+            EXPECT_NE(findCommandText(row.name), nullptr) << row.name;
         }
+    }
+}
+
+TEST(CommandTexts, EveryCommandHasAnExample) {
+    for (const auto& text : commandTexts()) {
+        EXPECT_TRUE(text.usage.starts_with(text.name)) << text.name;
+        EXPECT_THAT(std::string(text.help), testing::HasSubstr("\nExample: zmctl " + std::string(text.name)));
     }
 }
 

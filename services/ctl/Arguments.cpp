@@ -1,26 +1,13 @@
-#include "services/bench/Arguments.h"
+#include "services/ctl/Arguments.h"
+
+#include "services/ctl/Numbers.h"
 
 #include <algorithm>
-#include <charconv>
 #include <climits>
 #include <cmath>
 #include <utility>
 
 namespace zm {
-
-namespace {
-
-template <class Number>
-std::optional<Number> parse(const std::string& text) {
-    Number value{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return value;
-}
-
-} // namespace
 
 bool Arguments::flag(std::string_view name) {
     auto found = std::find(m_words.begin(), m_words.end(), name);
@@ -47,7 +34,7 @@ std::optional<std::string> Arguments::option(std::string_view name) {
 
 std::optional<int> Arguments::number(std::string_view name, int least) {
     const auto text = option(name);
-    const auto value = text ? parse<int>(*text) : std::nullopt;
+    const auto value = text ? parseNumber<int>(*text) : std::nullopt;
     if (text && (!value || *value < least)) {
         refuse();
     }
@@ -59,7 +46,7 @@ std::optional<int> Arguments::seconds(std::string_view name) {
     if (!text) {
         return std::nullopt;
     }
-    const auto value = parse<double>(*text);
+    const auto value = parseNumber<double>(*text);
     if (!value || !(*value >= 0) || *value * 1000 > INT_MAX) {
         refuse();
         return std::nullopt;
@@ -78,7 +65,7 @@ std::string Arguments::word() {
 }
 
 int Arguments::number() {
-    const auto value = parse<int>(word());
+    const auto value = parseNumber<int>(word());
     if (!value) {
         refuse();
     }

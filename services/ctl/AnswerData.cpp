@@ -1,0 +1,73 @@
+#include "services/ctl/AnswerData.h"
+
+#include "services/ctl/Numbers.h"
+
+#include <sstream>
+
+namespace zm {
+
+using Json = nlohmann::json;
+
+namespace {
+
+constexpr std::string_view DeathsMark = " (deaths: ";
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> result;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        result.push_back(line);
+    }
+    return result;
+}
+
+Json parsed(const std::string& text) {
+    return Json::parse(text, nullptr, false);
+}
+
+// What stands before `mark`, which is taken away with it.
+std::string takeUntil(std::string& text, std::string_view mark) {
+    const size_t at = text.find(mark);
+    std::string result = text.substr(0, at);
+    text.erase(0, at == std::string::npos ? at : at + mark.size());
+    return result;
+}
+
+} // namespace
+
+Json screenData(const std::string& output) {
+    return parsed(output);
+}
+
+Json ppsData(const std::string& output) {
+    Json result = Json::object();
+    for (std::string line : lines(output)) {
+        const std::string name = takeUntil(line, ":");
+        const std::string encoding = takeUntil(line, ":");
+        result[name] = encoding == "json" ? parsed(line) : Json(line);
+    }
+    return result;
+}
+
+Json requestsData(const std::string& output) {
+    Json result = Json::array();
+    for (const auto& line : lines(output)) {
+        result.push_back(parsed(line));
+    }
+    return result;
+}
+
+Json processesData(const std::string& output) {
+    Json result = Json::object();
+    for (std::string line : lines(output)) {
+        const std::string name = takeUntil(line, " ");
+        const std::string pid = takeUntil(line, " ");
+        const std::string state = takeUntil(line, DeathsMark);
+        result[name] = {{"pid", parseNumber<int>(pid).value_or(0)},
+                        {"state", state},
+                        {"deaths", parseNumber<int>(takeUntil(line, ")")).value_or(0)}};
+    }
+    return result;
+}
+
+} // namespace zm

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+namespace zm {
+
+/** Output of `screen`. Of this and the following: what is no such output gives no data or less of it. */
+nlohmann::json screenData(const std::string& output);
+/** Output of `pps get`: an object of the attributes; one with encoding "json" as its value, others as text.
+ */
+nlohmann::json ppsData(const std::string& output);
+/** Output of `requests`: a list. */
+nlohmann::json requestsData(const std::string& output);
+/** Output of `ps`: {"app":{"pid":123,"state":"running","deaths":0}}, pid 0 if it does not run. */
+nlohmann::json processesData(const std::string& output);
+
+} // namespace zm

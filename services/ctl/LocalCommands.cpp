@@ -1,0 +1,172 @@
+#include "services/ctl/LocalCommands.h"
+
+#include "services/ctl/Arguments.h"
+#include "services/ctl/CommandTexts.h"
+#include "services/ctl/Expectation.h"
+#include "services/ctl/Monkey.h"
+#include "services/ctl/Script.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <iostream>
+#include <thread>
+
+namespace zm {
+
+namespace {
+
+using Words = std::vector<std::string>;
+using Print = CtlClient::Print;
+using Clock = std::chrono::steady_clock;
+
+constexpr int Failed = 1;
+constexpr int WrongUsage = 2;
+constexpr std::chrono::milliseconds AskAgain(20);
+
+/** A command that zmctl carries out itself; `words` are those behind its name and have been checked. */
+struct LocalCommand {
+    std::string_view name;
+    Status (*check)(const Words& words);
+    int (*run)(const CtlClient& client, const Words& words, const Print& out, const Print& err);
+};
+
+Status wrongUsage(std::string_view command) {
+    std::string usage = usageText(*findCommandText(command));
+    usage.pop_back();
+    return Error{usage};
+}
+
+// Words that `take` understands completely.
+template <class Take>
+Status fits(std::string_view command, const Words& words, Take take) {
+    Arguments arguments(words);
+    take(arguments);
+    return arguments.complete() ? ok() : wrongUsage(command);
+}
+
+Status checkHelp(const Words& words) {
+    if (words.size() == 1 && !findCommandText(words[0])) {
+        return Error{"zmctl: there is no command \"" + words[0] + "\""};
+    }
+    return words.size() <= 1 ? ok() : wrongUsage("help");
+}
+
+int help(const CtlClient&, const Words& words, const Print& out, const Print&) {
+    if (words.empty()) {
+        out(overviewText());
+        return 0;
+    }
+    const auto& text = *findCommandText(words[0]);
+    out(usageText(text) + "\n" + std::string(text.help) + "\n");
+    return 0;
+}
+
+Status checkWait(const Words& words) {
+    return fits("wait", words, [](Arguments& arguments) {
+        if (arguments.number() < 0) {
+            arguments.refuse();
+        }
+    });
+}
+
+int wait(const CtlClient&, const Words& words, const Print&, const Print&) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(Arguments(words).number()));
+    return 0;
+}
+
+Status checkExpect(const Words& words) {
+    const auto expectation = Expectation::parse(words);
+    return expectation ? ok() : Status(Error{"zmctl: " + expectation.error()});
+}
+
+int expect(const CtlClient& client, const Words& words, const Print&, const Print& err) {
+    const auto expectation = *Expectation::parse(words);
+    const auto deadline = Clock::now() + expectation.limit();
+    for (;;) {
+        const CtlAnswer answer = client.run(expectation.command());
+        const auto found = answer.exit == 0 ? expectation.find(answer.out) : nlohmann::json();
+        if (answer.exit == 0 && expectation.holds(found)) {
+            return 0;
+        }
+        if (Clock::now() >= deadline) {
+            err("expected: " + expectation.text() +
+                "\nfound:    " + (answer.exit == 0 ? shownValue(found) + "\n" : answer.err));
+            return Failed;
+        }
+        std::this_thread::sleep_for(AskAgain);
+    }
+}
+
+Status checkRun(const Words& words) {
+    return fits("run", words, [](Arguments& arguments) { arguments.word(); });
+}
+
+int run(const CtlClient& client, const Words& words, const Print& out, const Print& err) {
+    const bool standardInput = words[0] == "-";
+    std::ifstream file;
+    if (!standardInput) {
+        file.open(words[0], std::ios::binary);
+    }
+    std::istream& stream = standardInput ? std::cin : file;
+    std::string text;
+    std::getline(stream, text, '\0');
+    if ((!standardInput && !file.is_open()) || stream.bad()) {
+        err("zmctl: " + systemError(words[0]).message + "\n");
+        return Failed;
+    }
+    const auto lines = parseScript(standardInput ? "standard input" : words[0], text);
+    if (!lines) {
+        err(lines.error() + "\n");
+        return WrongUsage;
+    }
+    return runScript(client, *lines, out, err);
+}
+
+Status checkMonkey(const Words& words) {
+    return fits("monkey", words, [](Arguments& arguments) { monkeyOptions(arguments); });
+}
+
+int monkey(const CtlClient& client, const Words& words, const Print& out, const Print& err) {
+    Arguments arguments(words);
+    return Monkey(client, monkeyOptions(arguments), out, err).run();
+}
+
+constexpr std::array<LocalCommand, 5> Commands = {{
+    {"help", checkHelp, help},
+    {"run", checkRun, run},
+    {"wait", checkWait, wait},
+    {"expect", checkExpect, expect},
+    {"monkey", checkMonkey, monkey},
+}};
+
+const LocalCommand* find(const std::string& name) {
+    const auto found = std::find_if(Commands.begin(), Commands.end(),
+                                    [&](const LocalCommand& command) { return command.name == name; });
+    return found == Commands.end() ? nullptr : found;
+}
+
+} // namespace
+
+Status checkLocalCommand(const Words& words) {
+    const LocalCommand* command = find(words[0]);
+    return command ? command->check({words.begin() + 1, words.end()}) : ok();
+}
+
+int runCommand(const CtlClient& client, const Words& words, const Print& out, const Print& err) {
+    if (const LocalCommand* command = find(words[0])) {
+        if (auto good = checkLocalCommand(words); !good) {
+            err(good.error() + "\n");
+            return WrongUsage;
+        }
+        return command->run(client, {words.begin() + 1, words.end()}, out, err);
+    }
+    const auto status = client.run(words, out, err);
+    if (!status) {
+        err("zmctl: " + status.error() + "\n");
+        return Failed;
+    }
+    return *status;
+}
+
+} // namespace zm

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "services/ctl/Arguments.h"
+#include "services/ctl/CtlClient.h"
+#include "services/ctl/MonkeySteps.h"
+
+#include <nlohmann/json.hpp>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace zm {
+
+struct MonkeyOptions {
+    unsigned seed = 0;
+    std::chrono::milliseconds time{60000};
+    std::string file; ///< where a failing run is kept
+};
+
+/** Takes the options of `monkey`; a seed that was not given is a fresh one. */
+MonkeyOptions monkeyOptions(Arguments& arguments);
+
+/**
+ * Gives a bench random input and looks after each step whether the programs still run and answer. What they
+ * answer does not matter: refusing a command is no failure.
+ */
+class Monkey {
+public:
+    Monkey(const CtlClient& client, MonkeyOptions options, CtlClient::Print out, CtlClient::Print err);
+
+    /** Exit status: 1 when something failed, having left the file. */
+    int run();
+
+private:
+    /** What failed and the script lines that find it again. */
+    struct Failure {
+        std::string why;
+        std::vector<std::string> proof;
+    };
+    using Finding = std::optional<Failure>;
+
+    Finding play();
+    Finding step(const std::string& line);
+    Finding lookAt(const std::string& line, const nlohmann::json& processes);
+    Finding lookForAnswer();
+    Finding ended(const std::string& line);
+    nlohmann::json processes() const;
+    size_t closeRequests() const;
+    MonkeyWorld world() const;
+    int report(const Failure& failure) const;
+
+    const CtlClient& m_client;
+    const MonkeyOptions m_options;
+    CtlClient::Print m_out;
+    CtlClient::Print m_err;
+    std::vector<std::string> m_lines; ///< the script so far
+    nlohmann::json m_processes;       ///< as they were after the step before
+    size_t m_closeRequests = 0;
+    size_t m_refused = 0;
+};
+
+} // namespace zm

@@ -1,0 +1,73 @@
+#include "services/ctl/Script.h"
+
+#include "services/ctl/CommandTexts.h"
+#include "services/ctl/LocalCommands.h"
+#include "services/ctl/ShellWords.h"
+
+#include <sstream>
+
+namespace zm {
+
+namespace {
+
+constexpr int WrongUsage = 2;
+
+Status check(ScriptLine& line) {
+    auto words = shellWords(line.text);
+    if (!words) {
+        return Error{words.error()};
+    }
+    line.words = std::move(*words);
+    if (!line.words.empty() && line.words[0] == "try") {
+        line.mayFail = true;
+        line.words.erase(line.words.begin());
+        if (line.words.empty()) {
+            return Error{"\"try\" stands before a command"};
+        }
+    }
+    if (line.words.empty()) {
+        return ok();
+    }
+    const CommandText* text = findCommandText(line.words[0]);
+    if (!text || text->place == CommandPlace::Terminal) {
+        return Error{"there is no command \"" + line.words[0] + "\" in scripts"};
+    }
+    return checkLocalCommand(line.words);
+}
+
+} // namespace
+
+Result<std::vector<ScriptLine>> parseScript(const std::string& name, const std::string& text) {
+    std::vector<ScriptLine> result;
+    std::istringstream stream(text);
+    int number = 0;
+    for (std::string written; std::getline(stream, written);) {
+        if (written.ends_with('\r')) {
+            written.pop_back();
+        }
+        ScriptLine line{name + ":" + std::to_string(++number), written, {}};
+        if (auto good = check(line); !good) {
+            return Error{line.place + ": " + written + "\n" + good.error()};
+        }
+        if (!line.words.empty()) {
+            result.push_back(std::move(line));
+        }
+    }
+    return result;
+}
+
+int runScript(const CtlClient& client, const std::vector<ScriptLine>& lines, const CtlClient::Print& out,
+              const CtlClient::Print& err) {
+    for (const auto& line : lines) {
+        std::string said;
+        const int status =
+            runCommand(client, line.words, out, [&](const std::string& text) { said += text; });
+        if (status == WrongUsage || (status != 0 && !line.mayFail)) {
+            err(line.place + ": " + line.text + "\n" + said);
+            return status;
+        }
+    }
+    return 0;
+}
+
+} // namespace zm

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "services/ctl/CtlClient.h"
+
+#include <string>
+#include <vector>
+
+namespace zm {
+
+/** A command of a script. */
+struct ScriptLine {
+    std::string place; ///< "FILE:LINE"
+    std::string text;  ///< as it was written
+    std::vector<std::string> words;
+    bool mayFail = false; ///< "try" stood before it
+};
+
+/**
+ * The commands of `text`, one a line; `name` is the file's. The error names the first line that cannot be a
+ * command. Whether the bench understands the words of its commands shows when they run.
+ */
+Result<std::vector<ScriptLine>> parseScript(const std::string& name, const std::string& text);
+
+/**
+ * Carries the commands out one after the other until one fails; gives its exit status, having named its line
+ * and what it said.
+ */
+int runScript(const CtlClient& client, const std::vector<ScriptLine>& lines, const CtlClient::Print& out,
+              const CtlClient::Print& err);
+
+} // namespace zm

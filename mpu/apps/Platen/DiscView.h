@@ -288,6 +288,7 @@ private:
     void SetVisibleVideo(bool bShow);
     void SetVisibleOsd(bool bShow);
     void HideOsdAndPad();
+    void HideOsdPad();
     void WithdrawOsd();
     void OperateCapture(bool bStart);
 

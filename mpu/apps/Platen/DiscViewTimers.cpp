@@ -75,7 +75,8 @@ void DiscView::DisplayStateEnd() {
 
 void DiscView::DisplayOSDEnd() {
     KillTimer(ENUM_TIMER_DISPLAY_OSD);
-    HideOsdAndPad();
+    HideOsdPad();
+    SetVisibleOsd(false);
 }
 
 void DiscView::OnTimerPlayView() {

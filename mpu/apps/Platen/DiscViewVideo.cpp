@@ -76,11 +76,15 @@ void DiscView::WithdrawOsd() {
     FlushContext();
 }
 
-void DiscView::HideOsdAndPad() {
+void DiscView::HideOsdPad() {
     if (DiscOsdView* osd = Osd()) {
         osd->HideGotoView();
     }
+}
+
+void DiscView::HideOsdAndPad() {
     SetVisibleOsd(false);
+    HideOsdPad();
 }
 
 void DiscView::OperateCapture(bool bStart) {

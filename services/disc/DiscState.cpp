@@ -43,7 +43,6 @@ namespace {
 enum class Kind { Plain, Json, Event };
 
 constexpr const char* version = "1.0";
-constexpr int CatalogueComplete = 0x10000;
 // Flags of the target: read and write, create.
 constexpr int OpenFlags = 258;
 constexpr unsigned OpenMode = 0666;
@@ -236,8 +235,8 @@ void DiscState::modes(const PlayModes& modes) {
 void DiscState::rootMenu(bool shown) {
     publishChanged(Attribute::RootMenu, truth(shown));
 }
-void DiscState::catalogueComplete(int folder) {
-    publish(Attribute::UpdateDb, CatalogueComplete | (folder & 0xFFFF));
+void DiscState::catalogue(Reading reading, int folder) {
+    publish(Attribute::UpdateDb, static_cast<int>(reading) | (folder & 0xFFFF));
 }
 void DiscState::dvd(const DvdDetail& detail) {
     publish(Attribute::Dvd, text(detail));

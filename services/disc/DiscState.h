@@ -53,6 +53,9 @@ enum class Tip {
     PbcOff = 30
 };
 
+/** Whether a kind's catalogue is still being made, in "updatedb". */
+enum class Reading { Unfinished = 0, Complete = 0x10000 };
+
 /** "trackinfo": current and total numbers, 0 when unknown. */
 struct TrackInfo {
     int inFolder = 0;
@@ -136,8 +139,8 @@ public:
     void repeatTypeAndState();
     void modes(const PlayModes& modes);
     void rootMenu(bool shown);
-    /** The catalogue of `folder` is complete. */
-    void catalogueComplete(int folder);
+    /** The catalogue of a kind has something new, in `folder`. */
+    void catalogue(Reading reading, int folder);
     void dvd(const DvdDetail& detail);
     void audioChannel(int channel);
     /** 1 normal, else the factor, negative backwards. */

@@ -70,6 +70,7 @@ void Drive::insert(const std::string& path) {
 }
 
 void Drive::loadBegun() {
+    m_catalogued = 0;
     m_state.disc(DiscPresence::Present);
     m_state.playState(PlayState::Loading);
 }
@@ -84,7 +85,8 @@ void Drive::loadScanned(std::shared_ptr<const Contents> contents) {
 
 void Drive::loadCatalogued(MediaKind kind) {
     logInfo("catalogue: %zu files of %s\n", m_contents->of(kind).size(), numbersOf(kind).name);
-    m_state.catalogueComplete(RootFolder);
+    m_catalogued |= numbersOf(kind).mixedBit;
+    m_state.catalogue(Reading::Complete, RootFolder);
 }
 
 void Drive::loadFinished() {
@@ -117,6 +119,14 @@ void Drive::source(bool on) {
         m_transport->sourceOn();
     } else {
         m_transport->sourceOff();
+    }
+}
+
+void Drive::browse(int mediaType, int folder) {
+    const auto* row = kindOfMediaType(mediaType);
+    if (m_load && row) {
+        const bool complete = (m_catalogued & row->mixedBit) != 0;
+        m_state.catalogue(complete ? Reading::Complete : Reading::Unfinished, std::max(RootFolder, folder));
     }
 }
 

@@ -30,6 +30,8 @@ public:
     /** Gives the drive a fault by its name; false for an unknown one. */
     bool fault(const std::string& kind);
     void source(bool on);
+    /** The user looks at `folder` of a disc that is still being read. */
+    void browse(int mediaType, int folder);
     /** What plays, or null while no disc is ready. */
     Transport* transport() const { return m_transport.get(); }
 
@@ -52,6 +54,7 @@ private:
     bool m_source = false;
     std::shared_ptr<FaultGate> m_gate;
     std::shared_ptr<const Contents> m_contents;
+    int m_catalogued = 0; ///< mixed bits of the kinds whose catalogue is complete
     std::unique_ptr<DiscLoad> m_load;
     std::unique_ptr<Transport> m_transport;
     SourceHandle m_ejecting;

@@ -3,6 +3,7 @@
 #include "services/disc/Media.h"
 #include "services/disc/Medium.h"
 #include "services/disc/PictureView.h"
+#include "services/disc/Streams.h"
 
 #include <chrono>
 #include <memory>
@@ -27,6 +28,8 @@ enum class ScanEdge { Beginning, End };
 class EngineListener {
 public:
     virtual ~EngineListener() = default;
+    /** What the user can choose from; comes before "started", for videos only. */
+    virtual void engineStreams(const Streams& streams) = 0;
     /** Sound or picture is there. A length of 0 is not known. */
     virtual void engineStarted(Milliseconds length) = 0;
     /** Several times a second while playing or scanning, and after a seek. */
@@ -57,6 +60,8 @@ public:
     virtual void scan(int speed) = 0;
     /** Looks at the picture in another way, until the next `start`. */
     virtual void view(const PictureView& view) = 0;
+    /** Goes over to these streams of those reported, until the next `start`. */
+    virtual void choose(const StreamChoice& choice) = 0;
     virtual void stop() = 0;
 };
 

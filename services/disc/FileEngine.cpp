@@ -39,6 +39,9 @@ public:
     Reporter(FileEngine& engine, uint64_t generation)
         : m_engine(engine), m_mailbox(engine.m_mailbox), m_generation(generation) {}
 
+    void engineStreams(const Streams& streams) override {
+        post([streams](FileEngine& engine) { engine.m_listener->engineStreams(streams); });
+    }
     void engineStarted(Milliseconds length) override {
         post([length](FileEngine& engine) {
             engine.m_startWatch.reset();
@@ -185,6 +188,10 @@ void FileEngine::scan(int speed) {
 
 void FileEngine::view(const PictureView& view) {
     Worker::post(m_worker, [view](FilePipeline& pipeline) { pipeline.view(view); });
+}
+
+void FileEngine::choose(const StreamChoice& choice) {
+    Worker::post(m_worker, [choice](FilePipeline& pipeline) { pipeline.choose(choice); });
 }
 
 void FileEngine::stop() {

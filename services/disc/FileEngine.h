@@ -24,6 +24,7 @@ public:
     void seek(Milliseconds position) override;
     void scan(int speed) override;
     void view(const PictureView& view) override;
+    void choose(const StreamChoice& choice) override;
     void stop() override;
 
 private:

@@ -1,5 +1,7 @@
 #include "services/disc/FilePipeline.h"
 
+#include "services/disc/Log.h"
+#include "services/disc/PlaybinStreams.h"
 #include "services/disc/SoundOut.h"
 
 #include <gst/app/gstappsrc.h>
@@ -20,7 +22,8 @@ constexpr guint64 QueueBytes = 256 * 1024;
 // Flags of "playbin". A music file's cover is no picture to show, so music is sound and its volume only.
 // Native video keeps the decoder from scaling pictures before they are ours.
 constexpr int SoundFlags = 0x02 | 0x10;
-constexpr int PictureFlags = 0x01 | 0x02 | 0x04 | 0x10 | 0x40;
+// Subtitles are off until somebody asks for them.
+constexpr int PictureFlags = 0x01 | 0x02 | 0x10 | 0x40;
 
 Milliseconds fromClock(gint64 time) {
     return std::chrono::duration_cast<Milliseconds>(std::chrono::nanoseconds(std::max<gint64>(0, time)));
@@ -148,7 +151,12 @@ void FilePipeline::receive(GstMessage* message) {
     }
     switch (GST_MESSAGE_TYPE(message)) {
     case GST_MESSAGE_ERROR:
-        fail(m_feed->failure().empty() ? errorText(message) : m_feed->failure());
+        fail(!m_feed->failure().empty() ? m_feed->failure()
+             : !m_missing.empty()       ? missingDecoders()
+                                        : errorText(message));
+        break;
+    case GST_MESSAGE_ELEMENT:
+        noteMissing(message);
         break;
     case GST_MESSAGE_ASYNC_DONE:
         prerolled();
@@ -172,6 +180,13 @@ void FilePipeline::prerolled() {
         }
         return;
     }
+    if (m_playable.kind == MediaKind::Video) {
+        if (!m_missing.empty() && !hasPicture(m_playbin.get())) {
+            fail(missingDecoders());
+            return;
+        }
+        m_listener.engineStreams(streamsOf(m_playbin.get()));
+    }
     m_started = true;
     m_listener.engineStarted(length());
     if (m_first > Milliseconds{0}) {
@@ -180,6 +195,21 @@ void FilePipeline::prerolled() {
     if (m_mode == StartMode::Playing) {
         resume();
     }
+}
+
+// A file with some decodable stream plays all the same, so that this is no failure yet.
+void FilePipeline::noteMissing(GstMessage* message) {
+    const GstStructure* content = gst_message_get_structure(message);
+    if (!gst_structure_has_name(content, "missing-plugin")) {
+        return;
+    }
+    const char* name = gst_structure_get_string(content, "name");
+    m_missing += (m_missing.empty() ? "" : ", ") + std::string(name ? name : "an unknown format");
+    logWarning("%s: not installed: %s\n", m_playable.path.c_str(), name ? name : "a decoder");
+}
+
+std::string FilePipeline::missingDecoders() const {
+    return "not installed: " + m_missing;
 }
 
 void FilePipeline::ended() {
@@ -283,6 +313,15 @@ void FilePipeline::view(const PictureView& view) {
         gst_element_set_state(m_playbin.get(), GST_STATE_PAUSED);
     } else if (m_mode == StartMode::Paused) {
         jump(position(), Precision::Exact);
+    }
+}
+
+void FilePipeline::choose(const StreamChoice& choice) {
+    if (m_started && !m_over) {
+        chooseStreams(m_playbin.get(), choice);
+        if (m_scanSpeed == 0) {
+            jump(position(), Precision::Exact);
+        }
     }
 }
 

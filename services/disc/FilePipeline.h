@@ -29,6 +29,7 @@ public:
     void seek(Milliseconds position);
     void scan(int speed);
     void view(const PictureView& view);
+    void choose(const StreamChoice& choice);
 
 private:
     enum class Precision { KeyFrame, Exact };
@@ -39,6 +40,8 @@ private:
     void supply(GstElement* source, size_t size);
     void receive(GstMessage* message);
     void prerolled();
+    void noteMissing(GstMessage* message);
+    std::string missingDecoders() const;
     void ended();
     void fail(const std::string& reason);
     void report();
@@ -61,6 +64,7 @@ private:
     uint64_t m_offset = 0;
     uint64_t m_size = 0;
 
+    std::string m_missing; ///< what decoders are not installed for
     bool m_started = false;
     bool m_over = false; ///< ended or failed: nothing more is reported
     StartMode m_mode = StartMode::Playing;

@@ -9,6 +9,9 @@ namespace zm::disc {
 
 namespace {
 
+// "cursubtitlenum" of the first subtitle, less one; smaller numbers stand for no subtitle.
+constexpr int SubtitleOffset = 80;
+
 // How long each photo of a slide show stands.
 constexpr Milliseconds SlideTime{5000};
 
@@ -114,6 +117,7 @@ void FilePlayer::begin(Milliseconds position, StartMode mode) {
     m_passage.clear();
     m_slide.reset();
     m_view = {};
+    forgetStreams();
     leaveScan();
     m_source = true;
     m_mode = mode;
@@ -157,6 +161,7 @@ void FilePlayer::halt(PlayState state) {
     m_skip.cancel();
     m_slide.reset();
     leaveScan();
+    forgetStreams();
     m_engine.stop();
     publishState(state);
 }
@@ -172,6 +177,31 @@ void FilePlayer::publishTime() {
     m_state.time({length > 0 ? std::min(elapsed, length) : elapsed, length, length});
 }
 
+void FilePlayer::publishStreams() {
+    DvdDetail detail;
+    detail.audios = static_cast<int>(m_streams.audio.size());
+    if (detail.audios > 0) {
+        const auto& heard = m_streams.audio[static_cast<size_t>(m_choice.audio)];
+        detail.audio = m_choice.audio + 1;
+        detail.audioType = heard.format;
+        detail.audioLanguage = heard.language;
+    }
+    detail.subtitles = static_cast<int>(m_streams.subtitles.size());
+    if (m_choice.subtitle != StreamChoice::NoSubtitle) {
+        detail.subtitle = SubtitleOffset + m_choice.subtitle + 1;
+        detail.subtitleLanguage = m_streams.subtitles[static_cast<size_t>(m_choice.subtitle)].language;
+    }
+    m_state.dvd(detail);
+}
+
+void FilePlayer::forgetStreams() {
+    if (!m_streams.audio.empty() || !m_streams.subtitles.empty()) {
+        m_streams = {};
+        m_choice = {};
+        publishStreams();
+    }
+}
+
 void FilePlayer::publishModes() {
     for (auto& each : m_orders) {
         if (each) {
@@ -182,6 +212,11 @@ void FilePlayer::publishModes() {
 }
 
 // ---- reports of the engine
+
+void FilePlayer::engineStreams(const Streams& streams) {
+    m_streams = streams;
+    publishStreams();
+}
 
 void FilePlayer::engineStarted(Milliseconds length) {
     m_length = length;
@@ -222,6 +257,9 @@ void FilePlayer::engineScanned(ScanEdge edge) {
 
 void FilePlayer::engineFailed(const std::string& reason) {
     logWarning("%s: %s\n", item().name.c_str(), reason.c_str());
+    if (m_kind != MediaKind::Music) {
+        m_state.tip(Tip::NotAvailable);
+    }
     ++m_failures;
     m_skip.begin(trackInfo(), [this] { skipUnreadable(); });
 }
@@ -362,6 +400,31 @@ void FilePlayer::repeatPassage(int, int) {
     }
 }
 
+void FilePlayer::audioChannel(int, int) {
+    if (m_streams.audio.size() < 2) {
+        refuse();
+        return;
+    }
+    const int count = static_cast<int>(m_streams.audio.size());
+    useStreams({(m_choice.audio + 1) % count, m_choice.subtitle});
+}
+
+void FilePlayer::subtitle(int, int) {
+    if (m_streams.subtitles.empty()) {
+        refuse();
+        return;
+    }
+    const int last = static_cast<int>(m_streams.subtitles.size()) - 1;
+    const bool off = m_choice.subtitle == last;
+    useStreams({m_choice.audio, off ? StreamChoice::NoSubtitle : m_choice.subtitle + 1});
+}
+
+void FilePlayer::useStreams(const StreamChoice& choice) {
+    m_choice = choice;
+    m_engine.choose(choice);
+    publishStreams();
+}
+
 void FilePlayer::zoom(int, int) {
     changeView(&PictureView::nextZoom);
 }
@@ -416,16 +479,14 @@ void FilePlayer::seek(int position, int) {
 }
 
 void FilePlayer::browse(int mediaType, int folder) {
-    const auto row = std::find_if(kinds.begin(), kinds.end(), [&](const KindNumbers& each) {
-        return static_cast<int>(each.mediaType) == mediaType;
-    });
-    if (row == kinds.end()) {
+    const auto* row = kindOfMediaType(mediaType);
+    if (!row) {
         refuse();
         return;
     }
     m_browsed = row->kind;
     // The catalogue was complete before playing began, so that there is nothing more to fetch.
-    m_state.catalogueComplete(std::max(1, folder));
+    m_state.catalogue(Reading::Complete, std::max(1, folder));
 }
 
 } // namespace zm::disc

@@ -39,6 +39,8 @@ public:
     void shuffle(int mode, int) override;
     void repeat(int mode, int) override;
     void repeatPassage(int, int) override;
+    void audioChannel(int, int) override;
+    void subtitle(int, int) override;
     void zoom(int, int) override;
     void rotate(int, int) override;
     void playTrack(int first, int second) override;
@@ -49,6 +51,7 @@ protected:
     void refuse() override;
 
 private:
+    void engineStreams(const Streams& streams) override;
     void engineStarted(Milliseconds length) override;
     void engineMoved(Milliseconds position, Milliseconds length) override;
     void engineEnded() override;
@@ -66,7 +69,10 @@ private:
     void leaveScan();
     void showSlide();
     void changeView(void (PictureView::*change)());
+    void useStreams(const StreamChoice& choice);
+    void forgetStreams();
     void announceType();
+    void publishStreams();
     void publishState(PlayState state);
     void publishTime();
     void publishModes();
@@ -90,6 +96,8 @@ private:
     ScanSpeed m_scan;
     PassageRepeat m_passage;
     PictureView m_view;
+    Streams m_streams; ///< of a video that plays
+    StreamChoice m_choice;
     SourceHandle m_slide;  ///< runs while a photo is shown in a slide show
     size_t m_failures = 0; ///< items in a row that could not be played
     ReadErrorSkip m_skip;

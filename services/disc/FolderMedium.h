@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/UniqueFd.h"
 #include "services/disc/Medium.h"
 
 namespace zm::disc {
@@ -14,6 +15,7 @@ public:
 
 private:
     std::string absolute(const std::string& path) const;
+    Result<UniqueFd> openAt(const std::string& path, int flags) const;
     std::string m_root;
 };
 

@@ -36,4 +36,14 @@ constexpr const KindNumbers& numbersOf(MediaKind kind) {
     return kinds[kindIndex(kind)];
 }
 
+/** The kind whose media type is `number`; null if it is none of a data disc. */
+constexpr const KindNumbers* kindOfMediaType(int number) {
+    for (const auto& row : kinds) {
+        if (static_cast<int>(row.mediaType) == number) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace zm::disc

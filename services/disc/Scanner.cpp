@@ -67,7 +67,7 @@ private:
     void readFolder(FoundFolder& parent, const Entry& entry, int depth) {
         FoundFolder folder{entry.rawName, join(parent.path, entry.rawName), {}, {}};
         if (depth == MaxDepth || m_folders == MaxFolders) {
-            logWarning("%s: left out, too deep or too many folders", folder.path.c_str());
+            logWarning("%s: left out, too deep or too many folders\n", folder.path.c_str());
             return;
         }
         if (entry.identity != decltype(entry.identity){} && !m_visited.insert(entry.identity).second) {
@@ -75,7 +75,7 @@ private:
         }
         ++m_folders;
         if (auto status = read(folder, depth + 1); !status && !m_progress.cancelled) {
-            logWarning("%s: folder left out", status.error().c_str());
+            logWarning("%s: folder left out\n", status.error().c_str());
             return;
         }
         if (!folder.empty()) {

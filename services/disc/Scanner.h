@@ -17,7 +17,7 @@ struct ScanProgress {
 /** Limits of what a disc may hold; they come from the numbers' places in a packed "PlayTrack". */
 inline constexpr int MaxFolders = 65535;
 inline constexpr int MaxFilesInFolder = 65535;
-inline constexpr int MaxDepth = 32;
+inline constexpr int MaxDepth = 128;
 
 /**
  * Reads the whole disc: which folders and playable files there are, their order, their tags, their names as

@@ -21,6 +21,7 @@ constexpr unsigned ControlMode = 0666;
 
 constexpr int EjectCommand = 13;
 constexpr int ChangeFormatCommand = 142;
+constexpr int BrowseCommand = 186;
 constexpr int SourceCommand = 187;
 
 struct CommandRow {
@@ -29,19 +30,32 @@ struct CommandRow {
 };
 
 constexpr CommandRow commands[] = {
-    {1, &Transport::next},          {2, &Transport::previous},
-    {3, &Transport::fastForward},   {4, &Transport::fastBackward},
-    {5, &Transport::playPause},     {7, &Transport::shuffle},
-    {9, &Transport::repeat},        {10, &Transport::repeatPassage},
-    {11, &Transport::audioChannel}, {12, &Transport::angle},
-    {18, &Transport::subtitle},     {19, &Transport::playbackControl},
-    {20, &Transport::zoom},         {21, &Transport::menu},
-    {22, &Transport::stop},         {130, &Transport::pause},
-    {131, &Transport::play},        {ChangeFormatCommand, &Transport::browse},
-    {145, &Transport::titleMenu},   {163, &Transport::rotate},
-    {182, &Transport::playTrack},   {183, &Transport::playChapter},
-    {184, &Transport::playTitle},   {185, &Transport::seek},
-    {186, &Transport::browse},      {188, &Transport::touch},
+    {1, &Transport::next},
+    {2, &Transport::previous},
+    {3, &Transport::fastForward},
+    {4, &Transport::fastBackward},
+    {5, &Transport::playPause},
+    {7, &Transport::shuffle},
+    {9, &Transport::repeat},
+    {10, &Transport::repeatPassage},
+    {11, &Transport::audioChannel},
+    {12, &Transport::angle},
+    {18, &Transport::subtitle},
+    {19, &Transport::playbackControl},
+    {20, &Transport::zoom},
+    {21, &Transport::menu},
+    {22, &Transport::stop},
+    {130, &Transport::pause},
+    {131, &Transport::play},
+    {ChangeFormatCommand, &Transport::browse},
+    {145, &Transport::titleMenu},
+    {163, &Transport::rotate},
+    {182, &Transport::playTrack},
+    {183, &Transport::playChapter},
+    {184, &Transport::playTitle},
+    {185, &Transport::seek},
+    {BrowseCommand, &Transport::browse},
+    {188, &Transport::touch},
     {189, &Transport::password},
 };
 
@@ -177,6 +191,10 @@ void Service::command(const std::string& value) {
     const auto row = std::find_if(std::begin(commands), std::end(commands),
                                   [&](const CommandRow& each) { return each.number == number; });
     Transport* transport = m_drive.transport();
+    if (number == BrowseCommand && !transport) {
+        m_drive.browse(first, second);
+        return;
+    }
     if (row == std::end(commands) || !transport) {
         logInfo("command not carried out: %s\n", value.c_str());
         return;

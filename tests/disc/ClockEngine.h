@@ -22,6 +22,7 @@ public:
     void seek(disc::Milliseconds position) override;
     void scan(int speed) override;
     void view(const disc::PictureView&) override {}
+    void choose(const disc::StreamChoice&) override {}
     void stop() override;
 
 private:

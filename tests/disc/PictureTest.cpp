@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 using namespace zm::test;
 using namespace zm::disc;
 using namespace std::chrono_literals;
@@ -26,6 +28,14 @@ std::string redThenBlue(const std::string& extension, const std::string& codec) 
 
 std::string mp4() {
     return redThenBlue("mp4", "-c:v libx264 -preset ultrafast -pix_fmt yuv420p -c:a aac");
+}
+
+std::string mkv() {
+    return redThenBlue("mkv", "-c:v libx264 -preset ultrafast -pix_fmt yuv420p -c:a libvorbis");
+}
+
+std::string mov() {
+    return redThenBlue("mov", "-c:v libx264 -preset ultrafast -pix_fmt yuv420p -c:a aac");
 }
 
 std::string mpg() {
@@ -77,13 +87,14 @@ protected:
 
 class VideoFormat : public Pictures, public testing::WithParamInterface<const char*> {
 protected:
+    const std::map<std::string, std::string (*)()> makers{
+        {"mp4", mp4}, {"mpg", mpg}, {"avi", avi}, {"mkv", mkv}, {"mov", mov}};
     // The red and blue video in the format of the parameter.
     void playClip() {
         const std::string extension = GetParam();
-        place(extension == "mp4"   ? mp4()
-              : extension == "mpg" ? mpg()
-                                   : avi(),
-              m_disc / ("clip." + extension));
+        const auto maker = makers.find(extension);
+        ASSERT_NE(maker, makers.end());
+        place(maker->second(), m_disc / ("clip." + extension));
         play();
     }
 };
@@ -117,7 +128,7 @@ TEST_P(VideoFormat, IsScannedBothWays) {
     m_unit.nextState(PlayState::Backward);
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, VideoFormat, testing::Values("mp4", "mpg", "avi"));
+INSTANTIATE_TEST_SUITE_P(Files, VideoFormat, testing::Values("mp4", "mpg", "avi", "mkv", "mov"));
 
 TEST_F(Pictures, VideoIsAnnouncedBeforeItPlays) {
     place(mp4(), m_disc / "clip.mp4");
@@ -175,6 +186,7 @@ TEST_F(Pictures, AVideoThatCannotBeDecodedIsSkipped) {
     place(mp4(), m_disc / "b.mp4");
     m_unit.startService(m_disc.path().string());
     m_unit.command(187, 1, 0);
+    m_unit.next("msgtip", "1");
     m_unit.next("errorstatus", "32");
     nextFile(2);
     EXPECT_TRUE(shows(red));

@@ -445,7 +445,7 @@ TEST_F(DiscService, BrowsingIsAnsweredByTheCatalogueOfTheFolder) {
 
 TEST_F(DiscService, CommandsOfOtherDiscsAreRefused) {
     play();
-    for (const int command : {12, 18, 19, 21, 145, 183, 184, 188, 189}) {
+    for (const int command : {11, 12, 18, 19, 21, 145, 183, 184, 188, 189}) {
         m_unit.command(command, 1, 1);
         nextTip(1);
     }

@@ -148,6 +148,14 @@ TEST_F(ApplicationByHand, TheFirstArgumentStandsInTheWindowGroupOnly) {
     EXPECT_THAT(std::vector(seen.begin(), seen.begin() + 3), testing::ElementsAreArray(firstSteps()));
 }
 
+TEST_F(ApplicationByHand, AFirstArgumentOfAnyLengthAndBytesDoesNoHarm) {
+    for (const std::string& argument :
+         {std::string("\xff\xfe"), std::string(1000, 'x'), std::string(239, 'x') + "\xe4\xb8\xad"}) {
+        startAndShow({argument});
+        EXPECT_EQ(end(SIGTERM), 0);
+    }
+}
+
 TEST_F(ApplicationByHand, ResourceNamesFollowThePathWithoutASlash) {
     prefixResources();
     startAndShow({"disc"});

@@ -32,6 +32,61 @@ TEST_F(MainErrors, RegionErrorShowsItsMessageAndEjectsThreeSecondsLater) {
     EXPECT_THAT(unit.commands(), ElementsAre("13,0,0"));
 }
 
+TEST_F(MainErrors, ErrorAndEjectingAreShownFromEveryState) {
+    for (int state = VIEW_STATE_MUSIC_LIST; state <= VIEW_STATE_REGION_ERROR; ++state) {
+        SCOPED_TRACE(state);
+        inside.setState(state);
+        unit.disc.state(DISC_STATE_ERROR);
+        EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR);
+        EXPECT_EQ(unit.main.window(), WND_DISC_ERROR);
+        inside.setState(state);
+        unit.disc.state(DISC_STATE_EJECTING);
+        EXPECT_EQ(inside.state(), VIEW_STATE_EXIT);
+        EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
+    }
+}
+
+TEST_F(MainErrors, ErrorAndEjectingEndTheWaitForAList) {
+    for (const int status : {DISC_STATE_ERROR, DISC_STATE_EJECTING}) {
+        SCOPED_TRACE(status);
+        play(PLAY_TYPE_MUSIC);
+        unit.click(WND_AUDIO_PLAY, ITEM_TO_LIST);
+        unit.disc.state(status);
+        const int page = unit.main.window();
+        unit.advance(1s);
+        EXPECT_EQ(unit.main.window(), page);
+        EXPECT_THAT(unit.log("[DiscView::FileQueryWait]"), IsEmpty());
+    }
+}
+
+TEST_F(MainErrors, ErrorAndEjectingEndTheOverlaysTimer) {
+    constexpr char HIDDEN[] = "[DiscView::SetVisibleOsd] ===============m_bVideoOsd=0===========";
+    for (const int status : {DISC_STATE_ERROR, DISC_STATE_EJECTING}) {
+        SCOPED_TRACE(status);
+        play(PLAY_TYPE_DVD);
+        unit.click(WND_VIDEO, 1);
+        unit.disc.state(status);
+        const auto hidden = unit.log(HIDDEN).size();
+        unit.advance(11s);
+        EXPECT_EQ(unit.log(HIDDEN).size(), hidden);
+    }
+}
+
+TEST_F(MainErrors, EjectingEndsTheTimerOfTheStatePictureAndAnErrorDoesNot) {
+    for (const int status : {DISC_STATE_ERROR, DISC_STATE_EJECTING}) {
+        play(PLAY_TYPE_DVD);
+        unit.onViewThread([&] {
+            unit.osdView().SetCurKeyType(OSD_KEY_TYPE_NEXT);
+            unit.osdView().SetDisplayStateTimer();
+        });
+        unit.disc.state(status);
+        unit.advance(3s);
+        int keyType = 0; // taking the picture away resets it
+        unit.onViewThread([&] { keyType = unit.osdView().GetCurKeyType(); });
+        EXPECT_EQ(keyType, status == DISC_STATE_EJECTING ? OSD_KEY_TYPE_NEXT : 0) << status;
+    }
+}
+
 TEST_F(MainErrors, ReadErrorSkipsToTheNextTrack) {
     struct Case {
         int track;

@@ -38,6 +38,39 @@ TEST_F(MainFrame, SourceNameStandsOnSevenPages) {
     }
 }
 
+TEST_F(MainFrame, InitialisationEmptiesTheListsAndSetsThePlaceholders) {
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    ASSERT_FALSE(unit.main.item(WND_MEDIA_LIST, ITEM_LIST).rows.empty());
+    unit.disc.state(DISC_STATE_LOADING);
+    unit.device(DEV_STATUS_MUTE, 255);
+    unit.time("9:30", 12);
+    unit.onViewThread([&] { unit.view().ViewInit(); });
+    EXPECT_THAT(unit.main.item(WND_MEDIA_LIST, ITEM_LIST).rows, IsEmpty());
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, "--/--");
+    for (const int item : {OSD_ITEM_MUTE, OSD_ITEM_AM, OSD_ITEM_PM}) {
+        EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, item).visible) << item;
+    }
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, OSD_ITEM_TEMP).text, "--.-");
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, OSD_ITEM_CLOCK).text, "00:00");
+    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    unit.advance(40s);
+    EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR) << "the loading timer runs";
+}
+
+TEST_F(MainFrame, ShownPageRefreshesMuteBluetoothTemperatureAndClock) {
+    const std::vector<std::string> lines = {
+        "_PLATEN_[OnShow]-[DiscView::OnShow] dwWndId=22,bShow=1",
+        "_PLATEN_[UpdateMuteStatus]-[DiscView::UpdateMuteStatus]-----status:0",
+        "_PLATEN_[UpdateBTStatus]-[DiscView::UpdateBTStatus]",
+        "_PLATEN_[UpdateCarTemp]-[DiscView::UpdateCarTemp]-----status:200",
+        "_PLATEN_[OnShow]-[DiscView::OnShow] end",
+    };
+    const auto begin = unit.log().size();
+    unit.onViewThread([&] { unit.view().OnShow(WND_DISC_ERROR, true, 0); });
+    EXPECT_EQ(logged(begin, lines), lines);
+}
+
 TEST_F(MainFrame, PlayPageStartsWithoutATrackNumber) {
     EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, "--/--");
 }

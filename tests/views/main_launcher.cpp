@@ -255,6 +255,44 @@ TEST_F(MainLauncher, ResumeOfVideoFilesAndPhotosStartsCapture) {
     }
 }
 
+TEST_F(MainLauncher, ResumeOfADiscStartsCaptureBeforeThePageAndOfFilesAfterIt) {
+    const std::string capture = "[OperateVideoCapture]: bStart=1,";
+    const std::string page = "[OnHideParkingView]";
+    struct Case {
+        int type;
+        bool captureFirst;
+    };
+    for (const auto& [type, captureFirst] : {Case{PLAY_TYPE_DVD, true}, Case{PLAY_TYPE_VCD, true},
+                                             Case{PLAY_TYPE_VIDEO, false}, Case{PLAY_TYPE_PHOTO, false}}) {
+        SCOPED_TRACE(type);
+        unit.disc.mediaType(type);
+        inside.gotoVideoPage(type);
+        unit.app("pause");
+        const auto begin = unit.log().size();
+        unit.app("resume");
+        EXPECT_THAT(logged(begin, {capture, page}),
+                    captureFirst ? ElementsAre(capture, page) : ElementsAre(page, capture));
+    }
+}
+
+TEST_F(MainLauncher, LinesOfAStatusNameItsHandler) {
+    play(PLAY_TYPE_MUSIC);
+    inside.ageLastPause(LONG_AGO);
+    const std::string function = "_PLATEN_[OnAppsMsgAppStatus]-";
+    const std::vector<std::string> lines = {
+        function + "[OnAppsMessage] =====================APPS_STATUS_PAUSE========================",
+        function + "************* itv=",
+        function + "[OnAppsMessage] -------------------- pause() -------------",
+        function + "[OnAppsMessage] =====================APPS_STATUS_RESUME========================",
+        function + "[OnAppsMessage] -------------------- Play() -------------",
+    };
+    const auto begin = unit.log().size();
+    unit.app("pause");
+    unit.disc.state(DISC_STATE_PAUSED);
+    unit.app("resume");
+    EXPECT_EQ(logged(begin, lines), lines);
+}
+
 TEST_F(MainLauncher, ResumeOfDiscVideoOutsideItsPageStartsNoCapture) {
     unit.disc.mediaType(PLAY_TYPE_DVD);
     inside.setState(VIEW_STATE_PHOTO_PLAY);

@@ -246,6 +246,23 @@ TEST_F(MainPlayPage, TagsOfACdAreShownOnAllItsPages) {
     }
 }
 
+TEST_F(MainPlayPage, TagsAreLoggedInTheirOrder) {
+    play(PLAY_TYPE_MUSIC);
+    const std::string function = "_PLATEN_[OnUserMsgID3]-[DiscView::OnUserMsgID3]";
+    const std::vector<std::string> lines = {
+        function + " title=T,artist=,album=B", function + " artist empty", function + "album",
+        function + "album SetItemText end",    function + " end",
+    };
+    const auto begin = unit.log().size();
+    unit.disc.id3("T", "", "B");
+    std::vector<std::string> found;
+    for (const std::string& line : unit.log("OnUserMsgID3")) {
+        found.push_back(line.substr(line.find("_PLATEN_")));
+    }
+    EXPECT_EQ(found, lines);
+    EXPECT_THAT(logged(begin, {"artist SetItemText end"}), IsEmpty());
+}
+
 TEST_F(MainPlayPage, MissingTagsAreUnknown) {
     play(PLAY_TYPE_CD);
     unit.disc.id3("Title", "Artist", "Album");

@@ -25,6 +25,24 @@ TEST_F(MainState, ConnectedAndMixedSwitchingAreOnlyLogged) {
     EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
 }
 
+TEST_F(MainState, LinesOfTheDispatcherNameIt) {
+    const std::string function = "_PLATEN_[OnUserMessage]-";
+    const std::vector<std::string> lines = {
+        function + "[DiscView::OnUserMessage]-------DISC_VMSG_MIXEDTYPE",
+        function + "[DiscView::OnUserMessage]------m_nMixedType=0x2",
+        function + "[DiscView::OnUserMessage]-------DISC_VMSG_CLIPSTYPE",
+        function + "[DiscView::OnUserMessage]------set m_nCurPlayType=3",
+        function + "[DiscView::OnUserMessage]-------SURFACE_ERROR",
+        function + "DISC_VMSG_OSDRETURN m_nCurPlayType=3",
+    };
+    const auto begin = unit.log().size();
+    unit.disc.mixedType(MIXED_MUSIC);
+    unit.disc.mediaType(PLAY_TYPE_VIDEO);
+    unit.disc.error(ERROR_STATUS_SURFACE);
+    viewMessage(DISC_VMSG_OSDRETURN);
+    EXPECT_EQ(logged(begin, lines), lines);
+}
+
 TEST_F(MainState, DatabaseUpdateIsLoggedAndHandled) {
     unit.disc.updateDb(0);
     EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_UPDATEDB").size(), 1u);

@@ -16,6 +16,11 @@ TEST_F(MainTimers, DeviceThatNeverReportsCountsAsNoDisc) {
     EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
     EXPECT_EQ(unit.log("**************[DiscView::SetWaitDeviceStateTimer]*******************").size(), 1u);
     EXPECT_EQ(unit.log("[DiscView::OnTimer] ENUM_TIMER_WAIT_DEVICESTATE").size(), 1u);
+    unit.clearRequests();
+    unit.advance(2999ms);
+    EXPECT_THAT(unit.requests(), IsEmpty());
+    unit.advance(1ms);
+    EXPECT_THAT(unit.requests(), ElementsAre(R"({"op":"QueryCloseApp","app":"zmdisc","data":"null"})"));
 }
 
 TEST_F(MainTimers, NoDiscClosesTheApplicationThreeSecondsLater) {

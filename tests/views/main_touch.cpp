@@ -241,6 +241,22 @@ TEST_F(MainTouch, TouchThatHidesTheOverlayClosesItsNumberPad) {
     EXPECT_FALSE(unit.osd.visible());
 }
 
+TEST_F(MainTouch, TouchHidesTheBarBeforeThePadAndTheTimerThePadBeforeTheBar) {
+    const std::string bar = "[DiscOsdView::OnShow] dwWndId=1,bShow=0";
+    const std::string pad = "[DiscOsdView::OnShow] dwWndId=20,bShow=0";
+    play(PLAY_TYPE_DVD);
+    unit.click(WND_VIDEO, 1);
+    unit.clickOsd(1, 6505);
+    const auto touched = unit.log().size();
+    unit.click(WND_VIDEO, 1);
+    EXPECT_THAT(logged(touched, {bar, pad}), ElementsAre(bar, pad));
+    unit.click(WND_VIDEO, 1);
+    unit.clickOsd(1, 6505);
+    const auto timed = unit.log().size();
+    unit.advance(10s);
+    EXPECT_THAT(logged(timed, {bar, pad}), ElementsAre(pad, bar));
+}
+
 TEST_F(MainTouch, PictureClickTogglesTheOverlay) {
     play(PLAY_TYPE_PHOTO);
     inside.clickPicture(1);

@@ -104,4 +104,17 @@ int MainView::beeps() {
     return count;
 }
 
+std::vector<std::string> MainView::logged(size_t begin, const std::vector<std::string>& texts) {
+    std::vector<std::string> found;
+    const std::vector<std::string> lines = unit.log();
+    for (size_t i = begin; i < lines.size(); ++i) {
+        for (const std::string& text : texts) {
+            if (lines[i].find(text) != std::string::npos) {
+                found.push_back(text);
+            }
+        }
+    }
+    return found;
+}
+
 } // namespace zm::test

@@ -37,6 +37,8 @@ protected:
     /** Applications asked for: "zmhome null". */
     std::vector<std::string> applications();
     int beeps();
+    /** Those of `texts` that the log holds beyond its first `begin` lines, in its order and as often. */
+    std::vector<std::string> logged(size_t begin, const std::vector<std::string>& texts);
 
     Catalogue catalogue;
     Unit unit;

@@ -8,12 +8,11 @@ TEST_F(FolderBrowse, TheFolderViewListsEveryFolderFlat) {
     for (const FolderKind& kind : FOLDER_KINDS) {
         SCOPED_TRACE(kind.type);
         listFolders(kind);
-        EXPECT_FALSE(
-            unit.log(
-                    "[OnQueryFolderList]--m_szListSql:select folderid,parentid,foldername from folders where "
-                    "ftype = " +
-                    std::to_string(kind.fileType) + ";")
-                .empty());
+        EXPECT_FALSE(unit.log("_PLATEN_[OnQueryAllFolders]-[OnQueryFolderList]--m_szListSql:select "
+                              "folderid,parentid,foldername from folders where "
+                              "ftype = " +
+                              std::to_string(kind.fileType) + ";")
+                         .empty());
         EXPECT_EQ(inside.listFrom(), kind.folders);
         EXPECT_EQ(inside.state(), kind.state);
         EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
@@ -205,7 +204,7 @@ TEST_F(FolderSubQuery, SubFoldersStandBeforeFiles) {
                               type + " and folderid = 5 AND filename <> '' ORDER BY fid;")
                          .empty());
     }
-    EXPECT_FALSE(unit.log("[OnQueryFolderList]--nFolderId=5").empty());
+    EXPECT_FALSE(unit.log("[OnQueryFolderList]-[OnQueryFolderList]--nFolderId=5").empty());
 }
 
 TEST_F(FolderSubQuery, TheRootIsAListOfFolders) {
@@ -233,8 +232,25 @@ TEST_F(FolderSubQuery, TheSecondFormKeepsTheRows) {
     ASSERT_EQ(contents().rows.size(), 8u);
     inside.queryFolderList2(5);
     EXPECT_EQ(contents().rows.size(), 8u);
+    EXPECT_FALSE(unit.log("[OnQueryFolderList2]-[OnQueryFolderList]--nFolderId=5").empty());
+    EXPECT_FALSE(unit.log("[OnQueryFolderList2]-[OnQueryFolderList]--SqlSecond:").empty());
     inside.queryFolderList(5);
     EXPECT_THAT(contents().rows, IsEmpty());
+}
+
+TEST_F(FolderSubQuery, OnlyTheFirstFormOrdersTheSubFolders) {
+    catalogue.folder(52, 5, Catalogue::Music, "inserted first");
+    catalogue.folder(51, 5, Catalogue::Music, "inserted last");
+    playIn(FOLDER_KINDS[0], 5);
+    inside.queryFolderList2(5);
+    tick();
+    EXPECT_EQ(contents().rows.at(0).text, "1  inserted first");
+    EXPECT_EQ(contents().rows.at(1).text, "2  inserted last");
+    inside.queryFolderList(5);
+    tick();
+    EXPECT_EQ(contents().rows.at(0).text, "1  inserted last");
+    EXPECT_EQ(contents().rows.at(1).text, "2  inserted first");
+    EXPECT_EQ(contents().rows.at(2).text, "3  file 1");
 }
 
 } // namespace zm::test

@@ -66,7 +66,9 @@ TEST_F(ListClick, ATouchedRowOfVideoIsAlwaysPlayedPacked) {
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickVideo] nUiFrom=8,nLine=0").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickVideo] nFid=3,nFolder=2").empty());
-    EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickAudio] wParam=0x20003").empty());
+    EXPECT_FALSE(
+        unit.log("_PLATEN_[OnHandleUIListClickVideo]-[DiscView::OnHandleUIListClickAudio] wParam=0x20003")
+            .empty());
 }
 
 TEST_F(ListClick, VideoStaysOnTheListUntilItsModeIsOn) {

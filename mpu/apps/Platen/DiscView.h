@@ -192,7 +192,8 @@ private:
     void OnUserMsgUpdateDb();
     void OnClickAudioListWnd(long nCtrlId);
     void OnClickCDListWnd(long nCtrlId);
-    /** Stores, logs and sends a statement for the list of m_nCurListFrom, and starts the wait for its rows. */
+    /** Stores, logs and sends a statement for the list of m_nCurListFrom, and starts the wait for its rows.
+     */
     void SendQuery(const char* logName, const std::string& sql);
     void TakeFetchedRows();
     void InsertRows(const ListSource& source, CUI_BtList& list, int nCount);
@@ -206,7 +207,7 @@ private:
     bool SelectedRow(CUI_BtList* list, int& nRow);
     void RedrawAll();
     FileIds ReadFileIds(const char* logName, int nUiFrom, int nLine);
-    void PlayPacked(const FileIds& ids, int nKind);
+    void PlayPacked(const char* logName, const FileIds& ids, int nKind);
     void ChangeToType(int nType);
     void ShowNoFiles(const MediaType& type);
     void ShowAllFiles(const MediaType& type);
@@ -236,7 +237,7 @@ private:
     void OnClickFolderListWnd(long nCtrlId);
     bool IsFolderEmpty(int nFileType, int nFolderId);
     void ShowFolderTitle(int nFileType, int nFolderId);
-    void QuerySubFolders(int nFolderId, const char* order);
+    void QuerySubFolders(const char* logName, int nFolderId, const char* order);
     int FindPlayingRow(const FolderMark& mark, CUI_BtList& list);
     void SelectWithoutPlaying(const FolderMark& mark, CUI_BtList& list);
     static int TopRowFor(int nRow, int nRemembered, int nMargin);
@@ -287,8 +288,8 @@ private:
     void ManipulateVideoWin(bool bShow, int x, int y, int w, int h);
     void SetVisibleVideo(bool bShow);
     void SetVisibleOsd(bool bShow);
-    void HideOsdAndPad();
     void HideOsdPad();
+    void HideOsdAndPad();
     void WithdrawOsd();
     void OperateCapture(bool bStart);
 

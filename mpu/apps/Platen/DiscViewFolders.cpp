@@ -24,9 +24,12 @@ void DiscView::OnQueryAllFolders() {
     if (type) {
         m_nCurListFrom = type->foldersFrom;
     }
-    SendQuery("OnQueryFolderList",
-              SqlText("select folderid,parentid,foldername from folders where ftype = %d;",
-                      type ? type->fileType : FTYPE_AUDIO));
+    m_szListSql = SqlText("select folderid,parentid,foldername from folders where ftype = %d;",
+                          type ? type->fileType : FTYPE_AUDIO);
+    // The line carries the name of the query by parent folder.
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[OnQueryFolderList]--m_szListSql:%s\n", m_szListSql.c_str());
+    m_discDb.QueryPlayListCmd(m_szListSql, m_nCurListFrom, "");
+    SetQueryWaitTimer();
 }
 
 void DiscView::OnQueryAudiosInFolder(int nFolderId) {
@@ -116,15 +119,15 @@ void DiscView::OnQueryFolderList(int nFolderId) {
     if (bKnown) {
         DeleteRows(nFolderId == ROOT_FOLDER ? m_pAudioList : m_pFolderAudioList);
     }
-    QuerySubFolders(nFolderId, " ORDER BY folderid");
+    QuerySubFolders(__FUNCTION__, nFolderId, " ORDER BY folderid");
 }
 
 void DiscView::OnQueryFolderList2(int nFolderId) {
-    QuerySubFolders(nFolderId, "");
+    QuerySubFolders(__FUNCTION__, nFolderId, "");
 }
 
-void DiscView::QuerySubFolders(int nFolderId, const char* order) {
-    LOGBASE(LOG_LEV_TRACE, "OnQueryFolderList", "[OnQueryFolderList]--nFolderId=%d\n", nFolderId);
+void DiscView::QuerySubFolders(const char* logName, int nFolderId, const char* order) {
+    LOGBASE(LOG_LEV_TRACE, logName, "[OnQueryFolderList]--nFolderId=%d\n", nFolderId);
     const MediaType* type = FindMediaType(m_nCurPlayType);
     if (type) {
         m_nCurListFrom = nFolderId == ROOT_FOLDER ? type->foldersFrom : type->inFolderFrom;
@@ -136,7 +139,7 @@ void DiscView::QuerySubFolders(int nFolderId, const char* order) {
     const std::string second = SqlText("SELECT fid,folderid,ftype,filename from files WHERE ftype = %d and "
                                        "folderid = %d AND filename <> '' ORDER BY fid;",
                                        nFileType, nFolderId);
-    LOGBASE(LOG_LEV_TRACE, "OnQueryFolderList", "[OnQueryFolderList]--SqlSecond:%s\n", second.c_str());
+    LOGBASE(LOG_LEV_TRACE, logName, "[OnQueryFolderList]--SqlSecond:%s\n", second.c_str());
     m_discDb.QueryPlayListCmd(m_szListSql, m_nCurListFrom, second);
     SetQueryWaitTimer();
 }

@@ -45,13 +45,13 @@ void DiscView::OnHandleUIListClickAudio(int nUiFrom, int nLine) {
             m_pController->PlayTrack(ids.nFid, TRACK_KIND_MUSIC);
         }
     } else if (ids.nFid != info.curMediaId || ids.nFolder != info.parentFolder) {
-        PlayPacked(ids, TRACK_KIND_MUSIC);
+        PlayPacked(__FUNCTION__, ids, TRACK_KIND_MUSIC);
     }
     OnGotoAudioPlayPage();
 }
 
 void DiscView::OnHandleUIListClickVideo(int nUiFrom, int nLine) {
-    PlayPacked(ReadFileIds(__FUNCTION__, nUiFrom, nLine), TRACK_KIND_VIDEO);
+    PlayPacked(__FUNCTION__, ReadFileIds(__FUNCTION__, nUiFrom, nLine), TRACK_KIND_VIDEO);
     if (CDiscData::GetInstance()->GetDeviceStatus().nVideoMode == VIDEO_MODE_ON) {
         GotoVideoPage(PLAY_TYPE_VIDEO);
     }
@@ -66,11 +66,10 @@ void DiscView::OnHandleUIListClickPicture(int nUiFrom, int nLine) {
     GotoVideoPage(PLAY_TYPE_PHOTO);
 }
 
-void DiscView::PlayPacked(const FileIds& ids, int nKind) {
+void DiscView::PlayPacked(const char* logName, const FileIds& ids, int nKind) {
     const int wParam = PackTrack(ids.nFolder, ids.nFid);
-    // Video is logged under the music handler's name, too.
-    LOGBASE(LOG_LEV_TRACE, "OnHandleUIListClickAudio", "[DiscView::OnHandleUIListClickAudio] wParam=0x%x\n",
-            wParam);
+    // The text names the music handler for video, too.
+    LOGBASE(LOG_LEV_TRACE, logName, "[DiscView::OnHandleUIListClickAudio] wParam=0x%x\n", wParam);
     if (m_pController) {
         m_pController->PlayTrack(wParam, nKind);
     }

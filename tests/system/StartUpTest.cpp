@@ -189,6 +189,9 @@ TEST_F(ApplicationByHand, AnObjectThatCannotBeOpenedDoesNotStopTheStart) {
     putDevice({"disc::1", "mediatype::2"});
     putStatus({"discstate::2"});
     EXPECT_EQ(window(), 6);
+
+    EXPECT_EQ(end(SIGTERM), 1) << "nor can it be closed";
+    EXPECT_THAT(steps(), testing::Not(testing::Contains("5 [main]-main end")));
 }
 
 } // namespace zm::test

@@ -20,10 +20,14 @@ constexpr size_t PushBytes = 64 * 1024;
 constexpr guint64 QueueBytes = 256 * 1024;
 
 // Flags of "playbin". A music file's cover is no picture to show, so music is sound and its volume only.
-// Native video keeps the decoder from scaling pictures before they are ours.
+// Native video keeps photos from being scaled before they are ours; with it no subtitle could be drawn.
 constexpr int SoundFlags = 0x02 | 0x10;
-// Subtitles are off until somebody asks for them.
-constexpr int PictureFlags = 0x01 | 0x02 | 0x10 | 0x40;
+constexpr int VideoFlags = 0x01 | 0x02 | 0x04 | 0x10;
+constexpr int PhotoFlags = 0x01 | 0x40;
+
+int flagsFor(MediaKind kind) {
+    return kind == MediaKind::Music ? SoundFlags : kind == MediaKind::Video ? VideoFlags : PhotoFlags;
+}
 
 Milliseconds fromClock(gint64 time) {
     return std::chrono::duration_cast<Milliseconds>(std::chrono::nanoseconds(std::max<gint64>(0, time)));
@@ -80,7 +84,7 @@ bool FilePipeline::build() {
     }
     m_playbin.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
     const bool music = m_playable.kind == MediaKind::Music;
-    g_object_set(playbin, "uri", "appsrc://", "flags", music ? SoundFlags : PictureFlags, "audio-sink",
+    g_object_set(playbin, "uri", "appsrc://", "flags", flagsFor(m_playable.kind), "audio-sink",
                  makeSoundSink(), nullptr);
     if (!music) {
         m_picture.emplace(m_frames,
@@ -185,6 +189,8 @@ void FilePipeline::prerolled() {
             fail(missingDecoders());
             return;
         }
+        // Subtitles are off until somebody asks for them; but their way is only laid with the first picture.
+        chooseStreams(m_playbin.get(), {});
         m_listener.engineStreams(streamsOf(m_playbin.get()));
     }
     m_started = true;

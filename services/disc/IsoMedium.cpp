@@ -2,7 +2,6 @@
 
 #include "services/disc/SliceReader.h"
 
-#include <cdio/iso9660.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -10,93 +9,74 @@ namespace zm::disc {
 
 namespace {
 
-struct FileList {
-    CdioList_t* list;
-    ~FileList() {
-        if (list) {
-            _cdio_list_free(list, true,
-                            [](void* stat) { iso9660_stat_free(static_cast<iso9660_stat_t*>(stat)); });
-        }
-    }
-};
-
-bool isSelfOrParent(std::string_view name) {
-    return name.empty() || name == "." || name == ".." || name[0] == '\0' || name[0] == '\1';
-}
-
 std::string join(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : folder + "/" + name;
 }
 
-} // namespace
-
-Result<std::shared_ptr<IsoMedium>> IsoMedium::openImage(const std::string& image) {
-    const UniqueFd readable(::open(image.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!readable.valid()) {
+Result<std::unique_ptr<ByteReader>> openSlice(const std::string& image, const std::string& name,
+                                              const IsoExtent& extent) {
+    UniqueFd fd(::open(image.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!fd.valid()) {
         return systemError(image);
     }
-    iso9660_t* iso = iso9660_open_ext(image.c_str(), ISO_EXTENSION_ALL);
-    if (!iso) {
-        return Error{image + ": not a disc image"};
-    }
-    std::shared_ptr<IsoMedium> medium(new IsoMedium(image, iso));
-    medium->m_folders[""] = "/";
-    return medium;
+    return std::unique_ptr<ByteReader>(
+        std::make_unique<SliceReader>(std::move(fd), extent.offset, extent.size, name));
 }
 
-IsoMedium::~IsoMedium() {
-    iso9660_close(m_iso);
+Result<std::unique_ptr<ByteReader>> openWhole(const std::string& image) {
+    struct stat info {};
+    if (::stat(image.c_str(), &info) != 0) {
+        return systemError(image);
+    }
+    return openSlice(image, image, {0, static_cast<uint64_t>(info.st_size)});
 }
 
-std::string IsoMedium::label() const {
-    std::lock_guard lock(m_mutex);
-    cdio_utf8_t* id = nullptr;
-    if (!iso9660_ifs_get_volume_id(m_iso, &id) || !id) {
-        return {};
+} // namespace
+
+IsoMedium::IsoMedium(std::string image, std::unique_ptr<ByteReader> reader, IsoVolume volume)
+    : m_image(std::move(image)), m_reader(std::move(reader)), m_volume(std::move(volume)) {
+    m_folders[""] = m_volume.root;
+}
+
+Result<std::shared_ptr<IsoMedium>> IsoMedium::openImage(const std::string& image) {
+    auto reader = openWhole(image);
+    if (!reader) {
+        return Error{reader.error()};
     }
-    const std::string text = id;
-    std::free(id);
-    return text;
+    auto volume = readIsoVolume(**reader);
+    if (!volume) {
+        return Error{image + ": " + volume.error()};
+    }
+    return std::shared_ptr<IsoMedium>(new IsoMedium(image, std::move(*reader), std::move(*volume)));
 }
 
 Result<std::vector<Entry>> IsoMedium::list(const std::string& folder) {
     std::lock_guard lock(m_mutex);
     const auto known = m_folders.find(folder);
-    const FileList found{known == m_folders.end() ? nullptr
-                                                  : iso9660_ifs_readdir(m_iso, known->second.c_str())};
-    if (!found.list) {
-        return Error{m_image + ": " + folder + ": cannot be read"};
+    if (known == m_folders.end()) {
+        return Error{m_image + ": " + folder + ": no such folder"};
     }
-    const std::string base = known->second == "/" ? "/" : known->second + "/";
-    const uint8_t joliet = iso9660_ifs_get_joliet_level(m_iso);
+    const auto records = readIsoDirectory(*m_reader, m_volume, known->second);
+    if (!records) {
+        return Error{m_image + ": " + folder + ": " + records.error()};
+    }
     std::vector<Entry> entries;
-    for (auto* node = _cdio_list_begin(found.list); node; node = _cdio_list_node_next(node)) {
-        const auto& stat = *static_cast<iso9660_stat_t*>(_cdio_list_node_data(node));
-        const std::string spelled = stat.filename;
-        if (isSelfOrParent(spelled)) {
-            continue;
+    for (const auto& record : *records) {
+        if (record.name == "." || record.name == ".." || record.name.find('/') != std::string::npos) {
+            continue; // no name that a file could have
         }
-        std::string name = spelled;
-        if (stat.rr.b3_rock != yep) {
-            // Names of the bare file system end with a version, which nobody wants to see.
-            iso9660_name_translate_ext(spelled.c_str(), name.data(), joliet);
-            name.resize(std::char_traits<char>::length(name.c_str()));
-        }
-        const std::string path = join(folder, name);
-        const uint64_t offset = static_cast<uint64_t>(stat.lsn) * ISO_BLOCKSIZE;
-        if (stat.type == iso9660_stat_t::_STAT_DIR) {
-            m_folders[path] = base + spelled;
-            entries.push_back({name, Entry::Type::Folder, {1, offset}});
-        } else {
-            m_files[path] = {offset, stat.size};
-            entries.push_back({name, Entry::Type::File, {}});
-        }
+        const bool isFolder = record.type == Entry::Type::Folder;
+        (isFolder ? m_folders : m_files)[join(folder, record.name)] = record.extent;
+        // Two names of one folder begin at the same place.
+        const auto identity = isFolder ? std::pair<uint64_t, uint64_t>{1, record.extent.offset}
+                                       : std::pair<uint64_t, uint64_t>{};
+        entries.push_back({record.name, record.type, identity});
     }
     return entries;
 }
 
 Result<std::unique_ptr<ByteReader>> IsoMedium::open(const std::string& file) {
-    Extent extent;
+    IsoExtent extent;
     {
         std::lock_guard lock(m_mutex);
         const auto known = m_files.find(file);
@@ -105,12 +85,7 @@ Result<std::unique_ptr<ByteReader>> IsoMedium::open(const std::string& file) {
         }
         extent = known->second;
     }
-    UniqueFd fd(::open(m_image.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!fd.valid()) {
-        return systemError(m_image);
-    }
-    return std::unique_ptr<ByteReader>(
-        std::make_unique<SliceReader>(std::move(fd), extent.offset, extent.size, m_image + ": " + file));
+    return openSlice(m_image, m_image + ": " + file, extent);
 }
 
 } // namespace zm::disc

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "services/disc/Medium.h"
+#include "services/disc/IsoDirectory.h"
 
 #include <map>
 #include <mutex>
-
-struct _iso9660_s;
 
 namespace zm::disc {
 
@@ -17,24 +15,20 @@ class IsoMedium : public Medium {
 public:
     /** Fails if `image` cannot be read or holds no such file system. */
     static Result<std::shared_ptr<IsoMedium>> openImage(const std::string& image);
-    ~IsoMedium() override;
 
-    std::string label() const override;
+    std::string label() const override { return m_volume.label; }
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
 
 private:
-    struct Extent {
-        uint64_t offset = 0; ///< in the image, bytes
-        uint64_t size = 0;
-    };
-    explicit IsoMedium(std::string image, _iso9660_s* iso) : m_image(std::move(image)), m_iso(iso) {}
+    IsoMedium(std::string image, std::unique_ptr<ByteReader> reader, IsoVolume volume);
 
     std::string m_image;
-    mutable std::mutex m_mutex; ///< the library takes one caller at a time
-    _iso9660_s* m_iso;
-    std::map<std::string, std::string> m_folders; ///< by path as listed: the path as the disc spells it
-    std::map<std::string, Extent> m_files;
+    std::mutex m_mutex; ///< of the maps and the reader
+    std::unique_ptr<ByteReader> m_reader;
+    IsoVolume m_volume;
+    std::map<std::string, IsoExtent> m_folders; ///< by path; those that were listed by their parent
+    std::map<std::string, IsoExtent> m_files;
 };
 
 } // namespace zm::disc

@@ -97,6 +97,43 @@ TEST(Medium, FilesOfAnImageAreReadAtAnyPlace) {
     }
 }
 
+TEST(Medium, NamesInAnImageAreWholeUpToTheFileSystemsLimit) {
+    // 255 bytes, the most that Rock Ridge (and a folder of the system) can hold.
+    const std::string longest = std::string(251, 'n') + ".mp3";
+    TempFolder folder;
+    writeFile(folder / ("content/" + longest), "sound");
+    const auto medium = openGood(makeImage(folder, folder / "content", "-r"));
+    EXPECT_EQ(musicNames(*medium), (Names{"TESTDISC/" + longest}));
+    EXPECT_TRUE(medium->open(longest));
+}
+
+TEST(Medium, JolietNamesOfManyBytesAreWhole) {
+    // 85 characters, 255 bytes as UTF-8.
+    std::string longest;
+    for (int i = 0; i < 83; ++i) {
+        longest += "晨";
+    }
+    longest += "n.jpeg";
+    TempFolder folder;
+    writeFile(folder / ("content/" + longest), "");
+    const auto medium = openGood(makeImage(folder, folder / "content", "--norock -J -joliet-long"));
+    const auto entries = medium->list("");
+    ASSERT_TRUE(entries);
+    ASSERT_EQ(entries->size(), 1u);
+    EXPECT_EQ(entries->front().rawName, longest);
+}
+
+TEST(Medium, AnImageAHundredFoldersDeepIsRead) {
+    TempFolder folder;
+    std::string path = "content";
+    for (int depth = 1; depth <= 100; ++depth) {
+        path += "/d" + std::to_string(depth);
+    }
+    writeFile(folder / (path + "/deep.mp3"), "sound");
+    const auto medium = openGood(makeImage(folder, folder / "content", "-r"));
+    EXPECT_EQ(musicNames(*medium), (Names{"d100/deep.mp3"}));
+}
+
 TEST(Medium, AnImageIsPlayed) {
     TempFolder folder;
     place(toneFile("mp3", 30, "In the image", "Ann"), folder / "content/a/1.mp3");

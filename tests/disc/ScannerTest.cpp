@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <map>
 
 using namespace zm::disc;
@@ -135,6 +136,55 @@ TEST(Scanner, CircularLinksAreWalkedOnce) {
     EXPECT_LE(contents.of(MediaKind::Music).size(), 2u);
     EXPECT_GE(contents.of(MediaKind::Music).size(), 1u);
     EXPECT_LE(contents.folders.size(), 4u);
+}
+
+TEST(Scanner, AHundredLevelsWithLongNamesAreReadAndOpened) {
+    // The whole path has more than 20,000 bytes: more than the system takes at once.
+    constexpr int Depth = 100;
+    TempFolder disc;
+    const std::string name(200, 'd');
+    const auto home = fs::current_path();
+    fs::current_path(disc.path());
+    for (int depth = 1; depth <= Depth; ++depth) {
+        fs::create_directory(name);
+        fs::current_path(name);
+    }
+    std::ofstream("deep.mp3") << "sound";
+    fs::current_path(home);
+    FolderMedium medium(disc.path().string());
+    ScanProgress progress;
+    const auto contents = scan(medium, progress);
+    ASSERT_TRUE(contents);
+    ASSERT_EQ(contents->of(MediaKind::Music).size(), 1u);
+    const Item& item = contents->of(MediaKind::Music).front();
+    EXPECT_EQ(item.folderId, Depth + 1);
+    const auto reader = medium.open(contents->pathOf(item));
+    ASSERT_TRUE(reader) << reader.error();
+    EXPECT_EQ((*reader)->size(), 5u);
+}
+
+TEST(Scanner, ANameMayGrowBeyond260BytesAsUtf8) {
+    TempFolder disc;
+    std::string bytes;
+    std::string text;
+    for (int i = 0; i < 120; ++i) {
+        bytes += "\xCE\xD2"; // in GBK
+        text += "我";
+    }
+    writeFile((disc.path() / (bytes + ".mp3")).string(), "");
+    const Contents contents = scanFolder(disc.path());
+    EXPECT_EQ(listing(contents, MediaKind::Music), Lines{"1/1 " + text + ".mp3"});
+    EXPECT_EQ(contents.of(MediaKind::Music).front().name.size(), 364u);
+}
+
+TEST(Scanner, AFolderThatTheSystemRefusesIsLeftOut) {
+    TempFolder disc;
+    writeFile(disc / "1.mp3", "");
+    fs::create_symlink("loop", disc / "loop");
+    fs::create_directories(disc / "gone/inside");
+    fs::create_directory_symlink("gone/inside", disc / "link");
+    fs::remove_all(disc / "gone");
+    EXPECT_EQ(listing(scanFolder(disc.path()), MediaKind::Music), Lines{"1/1 1.mp3"});
 }
 
 TEST(Scanner, FoldersDeeperThanTheLimitAreLeftOut) {

@@ -46,6 +46,7 @@ void ShellServer::received(const std::string& text) {
         m_group = message.contains("group") && message["group"].is_string() ? message["group"] : Json("");
         Json start = welcome ? welcome() : Json::object();
         start["t"] = "welcome";
+        m_welcomed = true;
         tell(start);
     } else if (kind == "running") {
         m_running = true;
@@ -94,6 +95,7 @@ void ShellServer::gone() {
     }
     m_application.reset();
     m_running = false;
+    m_welcomed = false;
     m_group.clear();
     const bool inOrder = std::exchange(m_inOrder, false);
     auto open = std::exchange(m_questions, {});
@@ -106,15 +108,17 @@ void ShellServer::gone() {
 }
 
 void ShellServer::tell(const Json& message) {
-    if (m_application) {
+    if (m_welcomed) {
         ++m_sent;
         m_application->send(jsonText(message));
     }
 }
 
 void ShellServer::ask(Json message, Reply reply, std::chrono::milliseconds timeout) {
-    if (!m_application) {
-        m_loop.post([reply = std::move(reply)] { reply(Error{"the application is not running"}); });
+    if (!m_welcomed) {
+        const char* why =
+            m_application ? "the application has not started" : "the application is not running";
+        m_loop.post([reply = std::move(reply), why] { reply(Error{why}); });
         return;
     }
     const int id = m_nextId++;
@@ -133,7 +137,7 @@ void ShellServer::ask(Json message, Reply reply, std::chrono::milliseconds timeo
 }
 
 void ShellServer::inform(Json message, Reply reply) {
-    if (m_application) {
+    if (m_welcomed) {
         ask(std::move(message), std::move(reply));
     } else {
         m_loop.post([reply = std::move(reply)] { reply(Json()); });

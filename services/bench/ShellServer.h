@@ -20,7 +20,8 @@ std::string jsonText(const Json& value);
 
 /**
  * The head unit's end of shell.sock: the link to the application's framework. One application at a time;
- * another one that connects meanwhile is turned away. Everything on the loop's thread.
+ * another one that connects meanwhile is turned away. The welcome is the first that an application gets:
+ * before it there is nobody to tell or to ask. Everything on the loop's thread.
  */
 class ShellServer {
 public:
@@ -79,6 +80,7 @@ private:
     int m_nextId = 1;
     uint64_t m_sent = 0;
     bool m_running = false;
+    bool m_welcomed = false;
     bool m_inOrder = false;
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };

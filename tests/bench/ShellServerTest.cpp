@@ -29,6 +29,13 @@ protected:
         EXPECT_TRUE(fd);
         return SyncConnection(std::move(*fd));
     }
+    /** One that has been welcomed. */
+    SyncConnection connectAndGreet() {
+        auto application = connect();
+        EXPECT_TRUE(application.send(R"({"t":"hello","name":"zmdisc","group":"","pid":7})"));
+        EXPECT_EQ(receive(application)["t"], "welcome");
+        return application;
+    }
     void turn() {
         while (loop.iterate(false)) {
         }
@@ -65,8 +72,7 @@ TEST_F(ShellServerTest, AHelloIsAnsweredWithTheStartValues) {
 }
 
 TEST_F(ShellServerTest, AQuestionGetsItsOwnAnswer) {
-    auto application = connect();
-    waitFor([&] { return server->connected(); });
+    auto application = connectAndGreet();
     std::vector<std::string> answers;
     for (const char* name : {"first", "second"}) {
         server->ask({{"t", name}}, [&answers, name](const Result<Json>& reply) {
@@ -82,6 +88,21 @@ TEST_F(ShellServerTest, AQuestionGetsItsOwnAnswer) {
     EXPECT_THAT(answers, testing::ElementsAre("second no", "first5"));
 }
 
+TEST_F(ShellServerTest, NothingReachesAnApplicationBeforeItsWelcome) {
+    auto application = connect();
+    waitFor([&] { return server->connected(); });
+    std::string error;
+    bool informed = false;
+    server->ask({{"t", "screen"}}, [&](const Result<Json>& reply) { error = reply.error(); });
+    server->inform({{"t", "language"}}, [&](const Result<Json>& reply) { informed = bool(reply); });
+    server->tell({{"t", "childgone"}});
+    waitFor([&] { return informed; });
+    EXPECT_EQ(error, "the application has not started");
+    ASSERT_TRUE(application.send(R"({"t":"hello","name":"zmdisc","group":"","pid":7})"));
+    waitFor([&] { return server->messagesSent() == 1; });
+    EXPECT_EQ(receive(application)["t"], "welcome");
+}
+
 TEST_F(ShellServerTest, WithoutAnApplicationAQuestionFailsLater) {
     std::string error;
     server->ask({{"t", "screen"}}, [&](const Result<Json>& reply) { error = reply.error(); });
@@ -91,8 +112,7 @@ TEST_F(ShellServerTest, WithoutAnApplicationAQuestionFailsLater) {
 }
 
 TEST_F(ShellServerTest, AnApplicationThatDoesNotAnswerIsNotWaitedForForEver) {
-    auto application = connect();
-    waitFor([&] { return server->connected(); });
+    auto application = connectAndGreet();
     std::string error;
     server->ask(
         {{"t", "screen"}}, [&](const Result<Json>& reply) { error = reply.error(); }, 20ms);
@@ -103,8 +123,7 @@ TEST_F(ShellServerTest, AnApplicationThatDoesNotAnswerIsNotWaitedForForEver) {
 TEST_F(ShellServerTest, OpenQuestionsFailWhenTheApplicationDies) {
     std::string error;
     {
-        auto application = connect();
-        waitFor([&] { return server->connected(); });
+        auto application = connectAndGreet();
         server->ask({{"t", "screen"}}, [&](const Result<Json>& reply) { error = reply.error(); });
     }
     waitFor([&] { return !error.empty(); });

@@ -99,7 +99,7 @@ Monkey::Finding Monkey::step(const std::string& line) {
         m_client, *shellWords(line), [](const std::string&) {}, keep);
     const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
     m_refused += status != 0;
-    if (auto failure = lookAt(line, processes())) {
+    if (auto failure = lookAt(processes())) {
         return failure;
     }
     if (status == WrongUsage || (status != 0 && mustSucceed(line))) {
@@ -111,7 +111,7 @@ Monkey::Finding Monkey::step(const std::string& line) {
     return lookForAnswer();
 }
 
-Monkey::Finding Monkey::lookAt(const std::string& line, const Json& processes) {
+Monkey::Finding Monkey::lookAt(const Json& processes) {
     if (processes.empty()) {
         return Failure{"the bench does not answer\n", {"ps"}};
     }
@@ -128,11 +128,12 @@ Monkey::Finding Monkey::lookAt(const std::string& line, const Json& processes) {
         }
     }
     const bool stopped = state(before["app"]) == Running && state(processes["app"]) != Running;
-    return stopped ? ended(line) : std::nullopt;
+    return stopped ? ended() : std::nullopt;
 }
 
 // The application may end when it was told to: by the monkey, or by a launcher that it has asked itself.
-Monkey::Finding Monkey::ended(const std::string& line) {
+Monkey::Finding Monkey::ended() {
+    const std::string& line = m_lines.back();
     const size_t asked = closeRequests();
     if (std::exchange(m_closeRequests, asked) != asked || line.starts_with("app quit") ||
         line.starts_with("expect ps.app.state")) {
@@ -155,7 +156,7 @@ Monkey::Finding Monkey::lookForAnswer() {
     }
     if (answer.exit != 0) {
         // It may have ended since, or it may only just have been started.
-        if (auto failure = lookAt("screen", processes()); failure || state(m_processes["app"]) != Running) {
+        if (auto failure = lookAt(processes()); failure || state(m_processes["app"]) != Running) {
             return failure;
         }
         if (const auto settled = m_client.run({"settle"}); settled.exit != 0) {

@@ -42,9 +42,9 @@ private:
 
     Finding play();
     Finding step(const std::string& line);
-    Finding lookAt(const std::string& line, const nlohmann::json& processes);
+    Finding lookAt(const nlohmann::json& processes);
     Finding lookForAnswer();
-    Finding ended(const std::string& line);
+    Finding ended();
     nlohmann::json processes() const;
     size_t closeRequests() const;
     MonkeyWorld world() const;

@@ -171,6 +171,21 @@ TEST_F(Items, onlyOneUnstackedPageIsShownAtATime) {
     EXPECT_FALSE(stage.scene->showWindow(99, true));
 }
 
+TEST_F(Items, aPageThatReturnsNamesTheOneItReplaced) {
+    EXPECT_EQ(stage.scene->replacedBy(20), 0); // not shown
+    stage.scene->showWindow(24, true);
+    stage.scene->showWindow(20, true);
+    stage.scene->showWindow(20, true);
+    EXPECT_EQ(stage.scene->replacedBy(20), 24);
+    stage.scene->showWindow(6, true);
+    EXPECT_EQ(stage.scene->replacedBy(6), 0); // an ordinary page
+    EXPECT_EQ(stage.scene->replacedBy(20), 0);
+    stage.scene->showWindow(6, false);
+    stage.scene->showWindow(20, true);
+    EXPECT_EQ(stage.scene->replacedBy(20), 0); // nothing was shown before it
+    EXPECT_EQ(stage.scene->replacedBy(99), 0);
+}
+
 TEST_F(Items, showingAShownPageDrawsItsChangesOnly) {
     stage.scene->showWindow(24, true);
     stage.paint();

@@ -111,8 +111,27 @@ TEST_F(GotoMain, ThePlayingFileSendsNothingButCloses) {
         clickPad(GOTO_KEY_OK);
         EXPECT_THAT(unit.commands(), IsEmpty()) << type;
         EXPECT_EQ(display(), "");
-        EXPECT_THAT(unit.main.shown(), testing::Not(testing::Contains(WND_GOTO)));
+        EXPECT_THAT(unit.main.shown(), ElementsAre(IsAudioType(type) ? WND_AUDIO_PLAY : WND_VIDEO));
     }
+}
+
+TEST_F(GotoMain, AZeroThatReachesTheDisabledKeyIsNoNumber) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    type("0");
+    EXPECT_EQ(display(), "0/12");
+    EXPECT_EQ(enabledKeys(), "123456789");
+    clickPad(GOTO_KEY_OK);
+    EXPECT_EQ(unit.main.window(), WND_GOTO);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    type("07");
+    EXPECT_EQ(display(), "7/12");
+}
+
+TEST_F(GotoMain, AFileNumberBeyondSixteenBitsRunsOverIntoTheFolder) {
+    open(PLAY_TYPE_MUSIC, {.curMediaId = 3, .curMediaIds = 70000, .parentFolder = 2});
+    type("65537");
+    clickPad(GOTO_KEY_OK);
+    EXPECT_THAT(unit.commands(), ElementsAre("182,196609,1"));
 }
 
 TEST_F(GotoMain, AnInvalidOkKeepsPadAndEntry) {

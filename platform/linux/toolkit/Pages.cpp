@@ -41,7 +41,10 @@ bool Pages::show(Window& window, bool show) {
     } else if (window.spec.stacked) {
         m_shown.push_back(&window);
     } else {
-        std::erase_if(m_shown, [](const Window* other) { return !other->spec.stacked; });
+        const auto isPage = [](const Window* other) { return !other->spec.stacked; };
+        const auto present = std::find_if(m_shown.begin(), m_shown.end(), isPage);
+        m_replaced = present == m_shown.end() ? nullptr : *present;
+        std::erase_if(m_shown, isPage);
         m_shown.insert(m_shown.begin(), &window);
     }
     Rect area = window.spec.stacked ? Rect{} : m_screen;

@@ -24,6 +24,10 @@ public:
     bool show(Window& window, bool show);
     bool isShown(const Window& window) const;
     const std::vector<Window*>& shown() const { return m_shown; } ///< bottom first
+    /** The page that is to be shown again once this one is hidden, or null. */
+    const Window* replacedBy(const Window& window) const {
+        return window.spec.returns && isShown(window) ? m_replaced : nullptr;
+    }
 
     /** Makes the changes of the item, and of what belongs to it, visible if its window is shown. */
     void draw(Item& item);
@@ -51,6 +55,7 @@ private:
     Rect m_screen;
     std::map<int, std::unique_ptr<Window>> m_windows;
     std::vector<Window*> m_shown;
+    const Window* m_replaced = nullptr; ///< was shown before the present page
     Damage m_damage;
     size_t m_language = 0;
     bool m_rightToLeft = false;

@@ -102,6 +102,7 @@ struct WindowSpec {
     std::string name;
     int background = noColor;
     bool stacked = false;  ///< lies above the others instead of replacing them
+    bool returns = false;  ///< when hidden, gives way to the page that it replaced
     bool touchAll = false; ///< the whole window takes touches, not only its items
     std::vector<ItemSpec> items;
 };

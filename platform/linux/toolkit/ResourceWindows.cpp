@@ -28,8 +28,8 @@ constexpr std::array<std::pair<const char*, bool>, 2> touchModes = {{{"all", tru
 constexpr std::array<std::pair<const char*, int>, 4> iconStates = {
     {{"pressed", statePressed}, {"normal", stateNormal}, {"selected", stateSelected}, {"all", stateAll}}};
 
-constexpr std::array<MemberName, 6> windowNames = {
-    {{"id", true}, {"name"}, {"background"}, {"stacked"}, {"touch"}, {"items", true}}};
+constexpr std::array<MemberName, 7> windowNames = {
+    {{"id", true}, {"name"}, {"background"}, {"stacked"}, {"returns"}, {"touch"}, {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
 constexpr std::array<MemberName, 13> itemNames = {{{"id", true},
                                                    {"kind", true},
@@ -244,6 +244,9 @@ void ResourceReader::readWindow(const Node& node) {
     }
     if (const Node* stacked = node.find("stacked")) {
         window.stacked = boolean(*stacked);
+    }
+    if (const Node* returns = node.find("returns")) {
+        window.returns = boolean(*returns);
     }
     if (const Node* touch = node.find("touch")) {
         window.touchAll = choice(*touch, touchModes);

@@ -57,6 +57,12 @@ std::vector<int> Scene::shownWindows() const {
     return ids;
 }
 
+int Scene::replacedBy(int id) const {
+    const Window* window = m_impl->pages.window(id);
+    const Window* replaced = window ? m_impl->pages.replacedBy(*window) : nullptr;
+    return replaced ? replaced->spec.id : 0;
+}
+
 bool Scene::hits(int x, int y) const {
     return m_impl->touch.covers(x, y);
 }

@@ -42,6 +42,8 @@ public:
     bool showWindow(int window, bool show);
     /** Shown pages, bottom first. */
     std::vector<int> shownWindows() const;
+    /** The page that is to be shown again once page `id` is hidden; 0 if there is none. */
+    int replacedBy(int id) const;
 
     /** Whether a touch at that point belongs to this scene: some shown window covers it. */
     bool hits(int x, int y) const;

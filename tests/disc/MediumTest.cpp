@@ -6,6 +6,11 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <random>
+
 using namespace zm::disc;
 using namespace zm::test;
 
@@ -130,8 +135,11 @@ TEST(Medium, AnImageAHundredFoldersDeepIsRead) {
         path += "/d" + std::to_string(depth);
     }
     writeFile(folder / (path + "/deep.mp3"), "sound");
-    const auto medium = openGood(makeImage(folder, folder / "content", "-r"));
-    EXPECT_EQ(musicNames(*medium), (Names{"d100/deep.mp3"}));
+    // The second way keeps deep folders elsewhere and leaves references to them.
+    for (const char* options : {"-r", "-r -rr_reloc_dir /moved"}) {
+        const auto medium = openGood(makeImage(folder, folder / "content", options));
+        EXPECT_EQ(musicNames(*medium), (Names{"d100/deep.mp3"})) << options;
+    }
 }
 
 TEST(Medium, AnImageIsPlayed) {
@@ -147,6 +155,35 @@ TEST(Medium, AnImageIsPlayed) {
     unit.next("ID3", [](const Published& each) { return each.json()["title"] == "Second"; });
     unit.nextState(PlayState::Playing);
     unit.next("playtime", [](const Published& each) { return each.json()["time"] == 2; });
+}
+
+TEST(Medium, ADamagedImageDoesNoHarm) {
+    TempFolder folder;
+    for (int file = 0; file < 20; ++file) {
+        writeFile(folder / ("content/a/b/" + std::string(200, 'n') + std::to_string(file) + ".mp3"), "sound");
+    }
+    const std::string image = makeImage(folder, folder / "content", "-r -J");
+    std::ifstream file(image, std::ios::binary);
+    const std::string good(std::istreambuf_iterator<char>(file), {});
+    std::mt19937 random(1);
+    // What describes the disc lies between its 16th and its 64th block.
+    std::uniform_int_distribution<size_t> places(16 * 2048, std::min<size_t>(64 * 2048, good.size()) - 1);
+    int opened = 0;
+    for (int round = 0; round < 200; ++round) {
+        std::string damaged = good;
+        for (int change = 0; change < 200; ++change) {
+            damaged[places(random)] = static_cast<char>(random());
+        }
+        writeFile(image, damaged);
+        if (const auto medium = openMedium(image)) {
+            ++opened;
+            ScanProgress progress;
+            if (const auto contents = scan(**medium, progress)) {
+                EXPECT_LE(contents->of(MediaKind::Music).size(), 1000u);
+            }
+        }
+    }
+    EXPECT_GT(opened, 50) << "most damage is met while reading folders";
 }
 
 TEST(Medium, ATruncatedImageDoesNoHarm) {

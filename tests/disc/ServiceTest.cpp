@@ -443,6 +443,26 @@ TEST_F(DiscService, BrowsingIsAnsweredByTheCatalogueOfTheFolder) {
     EXPECT_TRUE(m_unit.since("mediatype").empty()) << "playing goes on meanwhile";
 }
 
+TEST(DiscServiceReading, BrowsingADiscThatIsStillReadIsAnsweredAsUnfinished) {
+    // So many files that their tags take far longer to read than the command to come.
+    constexpr int Files = 4000;
+    TempFolder disc;
+    place(toneFile("mp3", 1, "Root one", "Ann", "First", 1), disc / "0.mp3");
+    for (int file = 1; file < Files; ++file) {
+        std::filesystem::create_hard_link(disc / "0.mp3", disc / (std::to_string(file) + ".mp3"));
+    }
+    DiscUnit unit;
+    unit.startService();
+    unit.request({{"op", "insert"}, {"path", disc.path().string()}});
+    unit.next("disc", "1");
+    unit.command(186, 2, 5);
+    unit.next("updatedb", "5");
+    unit.next("updatedb", std::to_string(0x10000 + 1), 30s);
+    unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "loaded"; });
+    unit.command(186, 2, 5);
+    unit.next("updatedb", std::to_string(0x10000 + 5));
+}
+
 TEST_F(DiscService, CommandsOfOtherDiscsAreRefused) {
     play();
     for (const int command : {11, 12, 18, 19, 21, 145, 183, 184, 188, 189}) {

@@ -111,7 +111,9 @@ TEST_F(GotoMain, ThePlayingFileSendsNothingButCloses) {
         clickPad(GOTO_KEY_OK);
         EXPECT_THAT(unit.commands(), IsEmpty()) << type;
         EXPECT_EQ(display(), "");
-        EXPECT_THAT(unit.main.shown(), ElementsAre(IsAudioType(type) ? WND_AUDIO_PLAY : WND_VIDEO));
+        const int before = IsAudioType(type) ? WND_AUDIO_PLAY : WND_VIDEO;
+        EXPECT_THAT(unit.main.shown(), ElementsAre(before));
+        EXPECT_EQ(inside.page(), before);
     }
 }
 

@@ -14,7 +14,9 @@ public:
     CUIWndMng* GetUIWndMgrWrapper();
     /**
      * Shows or hides page `wndId`; OnShow runs inside the call on the event thread (and before the event loop
-     * is started), from any other thread the call is posted. False if the resource has no such page.
+     * is started), from any other thread the call is posted. A page that the resource lets return gives way,
+     * once hidden, to the page that it replaced, which is reported as shown. False if the resource has no
+     * such page.
      */
     bool ShowWnd(int wndId, bool show, int flag);
     /** Makes the view's window blend with what lies under it. */

@@ -319,6 +319,15 @@ TEST_F(MainKeys, ReturnOverPhotosOfACompleteCatalogueSendsNothing) {
     EXPECT_EQ(inside.state(), VIEW_STATE_PHOTO_LIST);
 }
 
+TEST_F(MainKeys, ReturnInThePhotosStateLooksAtThePhotosCatalogueWhateverPlays) {
+    play(PLAY_TYPE_VIDEO);
+    unit.disc.updateDb(0x10000); // the films' is complete
+    inside.setState(VIEW_STATE_PHOTO_PLAY);
+    unit.clearCommands();
+    unit.key(50);
+    EXPECT_THAT(unit.commands(), testing::Contains("186,3,1"));
+}
+
 TEST_F(MainKeys, ReturnOnTheNumberPadGoesToTheList) {
     play(PLAY_TYPE_MUSIC);
     unit.key(44);

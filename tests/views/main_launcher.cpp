@@ -225,14 +225,19 @@ TEST_F(MainLauncher, ResumeOfDiscVideoStartsCaptureAndShowsTheVideo) {
 }
 
 TEST_F(MainLauncher, ResumeWhileDrivingShowsTheParkingPage) {
-    play(PLAY_TYPE_DVD);
-    unit.app("pause");
-    unit.device(DEV_STATUS_PARKING, 0);
-    unit.onViewThread([&] { unit.view().ShowWnd(WND_VIDEO, true, 0); });
-    unit.app("resume");
-    EXPECT_EQ(unit.main.window(), WND_PARKING);
-    EXPECT_FALSE(inside.videoIsVisible());
-    EXPECT_EQ(captures().back(), "on");
+    for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_PHOTO}) {
+        SCOPED_TRACE(type);
+        play(type);
+        inside.gotoVideoPage(type);
+        unit.app("pause");
+        unit.device(DEV_STATUS_PARKING, 0);
+        unit.onViewThread([&] { unit.view().ShowWnd(WND_VIDEO, true, 0); });
+        unit.app("resume");
+        EXPECT_EQ(unit.main.window(), WND_PARKING);
+        EXPECT_FALSE(inside.videoIsVisible());
+        EXPECT_EQ(captures().back(), "on");
+        unit.device(DEV_STATUS_PARKING, 1);
+    }
 }
 
 TEST_F(MainLauncher, ResumeOfVideoFilesAndPhotosStartsCapture) {
@@ -389,6 +394,14 @@ TEST_F(MainLauncher, FirstResumeLeavesPopupsAlone) {
     unit.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
     unit.app("resume");
     EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+}
+
+TEST_F(MainLauncher, FirstResumeLeavesTheOverlayAlone) {
+    play(PLAY_TYPE_DVD);
+    inside.forgetShown();
+    unit.clickOsd(1, SRC_CTRL_OPEN);
+    unit.app("resume");
+    EXPECT_TRUE(unit.osd.item(1, ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(MainLauncher, QuitReleasesTheSourceStopsCaptureAndEndsTheProcess) {

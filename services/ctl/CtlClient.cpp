@@ -64,7 +64,7 @@ CtlAnswer CtlClient::run(const std::vector<std::string>& words) const {
         answer.exit = *status;
     } else {
         answer.exit = 1;
-        answer.err += status.error() + "\n";
+        answer.err += "zmctl: " + status.error() + "\n";
     }
     return answer;
 }

@@ -57,21 +57,28 @@ Monkey::Monkey(const CtlClient& client, MonkeyOptions options, CtlClient::Print 
 
 int Monkey::run() {
     m_processes = processes();
+    if (m_processes.empty()) {
+        m_err(m_client.run({"ps"}).err);
+        return Failed;
+    }
     if (state(m_processes.value("app", Json::object())) != Running) {
         m_err("zmctl: the application does not run: there is nothing to play with\n");
         return Failed;
     }
+    // The world is asked of an application that has started, before anybody can know that the run began.
+    m_client.run({"settle"});
+    const MonkeyWorld offer = world();
     m_closeRequests = closeRequests();
     m_out("seed " + std::to_string(m_options.seed) + "\n");
-    if (const auto failure = play()) {
+    if (const auto failure = play(offer)) {
         return report(*failure);
     }
     m_out(std::to_string(m_lines.size()) + " steps, " + std::to_string(m_refused) + " refused\n");
     return 0;
 }
 
-Monkey::Finding Monkey::play() {
-    MonkeySteps steps(m_options.seed, world());
+Monkey::Finding Monkey::play(const MonkeyWorld& offer) {
+    MonkeySteps steps(m_options.seed, offer);
     const auto end = Clock::now() + m_options.time;
     while (Clock::now() < end) {
         for (const auto& line : steps.next()) {

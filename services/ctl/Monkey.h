@@ -40,7 +40,7 @@ private:
     };
     using Finding = std::optional<Failure>;
 
-    Finding play();
+    Finding play(const MonkeyWorld& offer);
     Finding step(const std::string& line);
     Finding lookAt(const nlohmann::json& processes);
     Finding lookForAnswer();

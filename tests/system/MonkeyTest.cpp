@@ -80,6 +80,7 @@ TEST_F(MonkeyRun, NoticesAnApplicationThatHangs) {
 }
 
 TEST_F(MonkeyRun, HasNothingToPlayWithWithoutAnApplication) {
+    EXPECT_THAT(mustFail({"monkey", "--seconds", "1"}), HasSubstr("no bench runs in " + folder));
     startManual();
     must({"app", "quit"});
     must({"expect", "ps.app.state", "==", "not running", "within", "20000"});

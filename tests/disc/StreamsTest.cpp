@@ -53,6 +53,17 @@ protected:
         m_unit.next("msgtip", "1");
     }
 
+    // Decoders are looked for when the service starts.
+    void withoutDecoders(const std::string& ranks) {
+        ASSERT_EQ(::setenv("GST_PLUGIN_FEATURE_RANK", ranks.c_str(), 1), 0);
+        ASSERT_EQ(::setenv("ZM_RUNTIME", m_runtime.path().c_str(), 1), 0);
+    }
+    std::string logText() const {
+        std::ifstream file(zm::logFile(m_runtime.path().string()));
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    TempFolder m_runtime;
     TempFolder m_disc;
     DiscUnit m_unit;
 };
@@ -125,19 +136,28 @@ TEST_F(VideoStreams, AreTakenBackWhenMusicFollows) {
 }
 
 TEST_F(VideoStreams, AVideoWhoseDecoderIsMissingIsNamedAndSkipped) {
-    ASSERT_EQ(::setenv("GST_PLUGIN_FEATURE_RANK", "avdec_mpeg4:NONE", 1), 0);
+    withoutDecoders("avdec_mpeg4:NONE");
     place(plainClip("avi", "-c:v mpeg4 -vtag XVID -b:v 800k -c:a libmp3lame"), m_disc / "1.avi");
     place(plainClip("mp4", "-c:v libx264 -preset ultrafast -pix_fmt yuv420p -c:a aac"), m_disc / "2.mp4");
-    TempFolder runtime;
-    ASSERT_EQ(::setenv("ZM_RUNTIME", runtime.path().c_str(), 1), 0);
     m_unit.startService(m_disc.path().string());
     m_unit.command(187, 1);
     m_unit.next("msgtip", "1");
     m_unit.next("errorstatus", "32");
     m_unit.next("trackinfo", [](const Published& each) { return each.json()["curmediaid"] == 2; });
     m_unit.nextState(PlayState::Playing);
-    std::ifstream file(zm::logFile(runtime.path().string()));
-    const std::string log(std::istreambuf_iterator<char>(file), {});
+    const std::string log = logText();
     EXPECT_NE(log.find("1.avi: not installed: "), std::string::npos) << log;
     EXPECT_NE(log.find("MPEG-4"), std::string::npos) << log;
+}
+
+TEST_F(VideoStreams, AVideoWhoseSoundDecoderIsMissingPlaysWithoutSound) {
+    withoutDecoders("avdec_aac:NONE,avdec_aac_fixed:NONE,faad:NONE,fdkaacdec:NONE");
+    place(plainClip("mp4", "-c:v libx264 -preset ultrafast -pix_fmt yuv420p -c:a aac"), m_disc / "1.mp4");
+    m_unit.startService(m_disc.path().string());
+    m_unit.command(187, 1);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.next("playtime", [](const Published& each) { return each.json()["time"] >= 2; });
+    EXPECT_EQ(m_unit.since("msgtip"), std::vector<std::string>{});
+    EXPECT_TRUE(m_unit.pictures().waitFor(PictureWidth / 2, PictureHeight / 2, {255, 0, 0}));
+    EXPECT_NE(logText().find("1.mp4: not installed: "), std::string::npos) << logText();
 }

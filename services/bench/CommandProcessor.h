@@ -1,8 +1,8 @@
 #pragma once
 
-#include "services/ctl/Arguments.h"
 #include "services/bench/CommandRun.h"
 #include "services/bench/HeadUnit.h"
+#include "services/ctl/Arguments.h"
 
 #include <memory>
 #include <span>

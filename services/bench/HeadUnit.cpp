@@ -93,10 +93,10 @@ Status HeadUnit::start() {
         return systemError(m_options.disc);
     }
     for (const auto& step : {std::function<Status()>([this] { return m_pps.start(); }),
-                      std::function<Status()>([this] { return m_compositor.start(); }),
-                      std::function<Status()>([this] { return m_video.start(); }),
-                      std::function<Status()>([this] { return m_shell.start(); }),
-                      std::function<Status()>([this] { return m_drive.start(); })}) {
+                             std::function<Status()>([this] { return m_compositor.start(); }),
+                             std::function<Status()>([this] { return m_video.start(); }),
+                             std::function<Status()>([this] { return m_shell.start(); }),
+                             std::function<Status()>([this] { return m_drive.start(); })}) {
         if (auto done = step(); !done) {
             return done;
         }

@@ -218,7 +218,7 @@ void WebServer::file(SoupServerMessage* message, const std::string& path) {
     if (type != contentTypes.end() && path.find('/', 1) == std::string::npos) {
         stream.open(m_pageFolder + path, std::ios::binary);
     }
-    if (!stream) {
+    if (!stream.is_open()) {
         soup_server_message_set_status(message, SOUP_STATUS_NOT_FOUND, nullptr);
         return;
     }

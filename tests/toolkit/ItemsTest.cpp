@@ -209,9 +209,16 @@ TEST_F(Items, theNumberPadOfTheOverlayLiesAboveItsBar) {
     overlay.scene->showWindow(1, true);
     overlay.scene->showWindow(20, true);
     EXPECT_THAT(overlay.scene->shownWindows(), ElementsAre(1, 20));
-    overlay.scene->showWindow(4, true);
-    EXPECT_THAT(overlay.scene->shownWindows(), ElementsAre(4, 20));
+    overlay.scene->showWindow(1, true); // nothing new: the pad stays
+    EXPECT_THAT(overlay.scene->shownWindows(), ElementsAre(1, 20));
     overlay.scene->showWindow(20, false);
+    EXPECT_THAT(overlay.scene->shownWindows(), ElementsAre(1));
+}
+
+TEST_F(Items, aBarThatComesUpBeginsWithoutTheNumberPad) {
+    Stage overlay(resourceDir + "OVERLAY.zmrc_device");
+    overlay.scene->showWindow(20, true);
+    overlay.scene->showWindow(4, true);
     EXPECT_THAT(overlay.scene->shownWindows(), ElementsAre(4));
 }
 

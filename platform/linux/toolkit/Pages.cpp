@@ -44,8 +44,8 @@ bool Pages::show(Window& window, bool show) {
         const auto isPage = [](const Window* other) { return !other->spec.stacked; };
         const auto present = std::find_if(m_shown.begin(), m_shown.end(), isPage);
         m_replaced = present == m_shown.end() ? nullptr : *present;
-        std::erase_if(m_shown, isPage);
-        m_shown.insert(m_shown.begin(), &window);
+        // What lay above the page before does not belong to this one.
+        m_shown.assign(1, &window);
     }
     Rect area = window.spec.stacked ? Rect{} : m_screen;
     for (const auto& item : window.items) {

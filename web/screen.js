@@ -54,9 +54,10 @@ function endHold() {
 
 canvas.addEventListener('pointerdown', (event) => {
   if (event.button !== 0) return;
+  const start = position(event);
   canvas.setPointerCapture(event.pointerId);
-  canvas.focus();
-  touch = {start: position(event), time: event.timeStamp, drag: false, done: false};
+  canvas.focus({preventScroll: true});
+  touch = {start, time: event.timeStamp, drag: false, done: false};
   touch.timer = setTimeout(() => {
     touch.done = true;
     socket.send({t: 'touch', ...touch.start, hold: HELD});

@@ -57,7 +57,8 @@ Result<std::string> Bench::startPage() {
                            runForPage(std::move(words), std::move(done));
                        },
                        m_unit.compositor(), pageSources()};
-    m_page = std::make_unique<WebServer>(m_loop, std::move(backend), m_options.unit.shareDir + "/web");
+    m_page = std::make_unique<WebServer>(m_loop, std::move(backend), m_options.unit.shareDir + "/web",
+                                         m_options.unit.runtimeDir + "/page-token");
     m_unit.compositor().onDamage = [this](Rect area) { m_page->screen().damaged(area); };
     m_unit.onPpsChange = [this](const std::string& object, const std::string& text) {
         m_page->state().ppsChanged(object, text);

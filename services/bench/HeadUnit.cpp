@@ -196,6 +196,8 @@ Json HeadUnit::state() {
                    {"launcher", m_options.launcher == LauncherMode::Active ? "active" : "passive"},
                    {"front", m_launcher.front()},
                    {"drive", m_drive.state()},
+                   // Differs after each message, so that a value that went there and back is shown again too.
+                   {"revision", m_shell.messagesSent()},
                    {"children", Json::array()}};
     m_vehicle.describe(result);
     for (Child* each : children()) {

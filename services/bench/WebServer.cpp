@@ -1,6 +1,5 @@
 #include "services/bench/WebServer.h"
 
-#include "base/Paths.h"
 #include "services/bench/Compositor.h"
 #include "services/bench/PixelCodec.h"
 
@@ -73,9 +72,9 @@ std::vector<std::string> commandWords(std::string_view body) {
 
 } // namespace
 
-WebServer::WebServer(EventLoop& loop, WebBackend backend, std::string pageFolder)
-    : m_backend(std::move(backend)), m_pageFolder(std::move(pageFolder)),
-      m_guard(runtimeDir() + "/page-token"), m_loop(loop),
+WebServer::WebServer(EventLoop& loop, WebBackend backend, std::string pageFolder,
+                     const std::string& tokenFile)
+    : m_backend(std::move(backend)), m_pageFolder(std::move(pageFolder)), m_guard(tokenFile), m_loop(loop),
       m_screen(m_backend.compositor,
                [this](std::vector<std::string> argv) { m_backend.run(std::move(argv), [](auto) {}); }),
       m_state(loop, m_backend.sources), m_server(nullptr) {

@@ -37,7 +37,8 @@ struct WebBackend {
  */
 class WebServer {
 public:
-    WebServer(EventLoop& loop, WebBackend backend, std::string pageFolder);
+    /** `tokenFile`: where the token is kept from one start to the next. */
+    WebServer(EventLoop& loop, WebBackend backend, std::string pageFolder, const std::string& tokenFile);
     ~WebServer();
     WebServer(const WebServer&) = delete;
     WebServer& operator=(const WebServer&) = delete;

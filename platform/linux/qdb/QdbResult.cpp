@@ -35,7 +35,8 @@ void qdb_result::addNumber(const void* eightBytes) {
     uint64_t word = 0;
     std::memcpy(&word, eightBytes, sizeof word);
     m_cells.push_back(m_words.size());
-    m_words.insert(m_words.end(), {word, 0});
+    m_words.push_back(word);
+    m_words.push_back(0);
 }
 
 void qdb_result::addText(std::string_view text) {

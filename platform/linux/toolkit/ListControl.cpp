@@ -33,7 +33,12 @@ int CUI_BtList::Impl::rowAt(int x, int y) const {
 }
 
 void CUI_BtList::Impl::drawRow(int index) {
-    if (item.onPage()) {
+    // Nearly every row of a long list that is filled lies outside the view, by more than rounding could
+    // matter.
+    const double height = rowHeight();
+    const double above = index * height - scroll;
+    const bool nearView = above < item.spec.rect.h + height && above > -2 * height;
+    if (nearView && item.onPage()) {
         pages.damage(item.window, rowRect(index).intersected(item.spec.rect));
     }
 }

@@ -33,6 +33,8 @@ async function commands() {
 /** Brings the application to the music play page as a disc service would. */
 async function playMusic() {
   await bench.zmctl('pps', 'put', 'zelmar/disc/device', 'disc::1', 'mixedtype::2', 'mediatype::2');
+  // Two objects: nothing says which of them a busy application reads first.
+  await bench.zmctl('settle');
   await bench.zmctl('pps', 'put', 'zelmar/disc/status', 'discstate::2');
   await bench.zmctl('settle');
   assert.equal((await bench.screen()).main.window, 6);

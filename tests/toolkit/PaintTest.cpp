@@ -236,4 +236,28 @@ TEST_F(Paint, premultipliedPixelsNeverExceedTheirAlpha) {
     }
 }
 
+TEST(PaintWithoutColours, whatHasNoColourDrawsNothing) {
+    const TemporaryFolder folder;
+    Stage stage(folder.write("plain.zmrc", R"({
+        "languages": ["en"],
+        "themes": {"night": {"page": "#102030"}},
+        "styles": {"bare": {"textSize": 24}},
+        "glyphs": {"play": "F40A"},
+        "pictures": {"7": "play"},
+        "texts": {},
+        "windows": [{"id": 1, "background": "page", "items": [
+            {"id": 2, "kind": "animation", "rect": [100, 100, 80, 80], "style": "bare"},
+            {"id": 3, "kind": "icon", "rect": [200, 100, 80, 80], "style": "bare", "icon": 7}
+        ]}]
+    })"));
+    stage.scene->showWindow(1, true);
+    stage.paint();
+    const uint32_t page = stage.pixel(0, 0);
+    for (int y = 100; y < 180; ++y) {
+        for (int x = 100; x < 280; ++x) {
+            ASSERT_EQ(stage.pixel(x, y), page) << x << ", " << y;
+        }
+    }
+}
+
 } // namespace

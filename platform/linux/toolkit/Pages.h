@@ -43,7 +43,10 @@ public:
     void setText(Item& item, int textId);
 
     bool setTheme(const std::string& name);
-    const Color& color(int index) const { return (*m_palette)[static_cast<size_t>(index)]; }
+    /** The palette's color; a fully transparent one for `noColor`, which draws nothing. */
+    Color color(int index) const {
+        return index == noColor ? Color{0, 0, 0, 0} : (*m_palette)[static_cast<size_t>(index)];
+    }
     const Style& style(const Item& item) const {
         return m_resource.styles[static_cast<size_t>(item.spec.style)];
     }

@@ -15,7 +15,7 @@ bool disabled(const Item& item) {
 } // namespace
 
 void Painter::source(int color) {
-    const Color& c = m_pages.color(color);
+    const Color c = m_pages.color(color);
     cairo_set_source_rgba(m_cairo, c.red, c.green, c.blue, c.alpha);
 }
 

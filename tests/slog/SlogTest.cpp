@@ -182,6 +182,26 @@ TEST_F(SlogTest, SeveralProcessesAndThreadsLoseNothingWhileFilesAreRotated) {
     EXPECT_EQ(seen, static_cast<size_t>(PROCESSES * MESSAGES));
 }
 
+TEST_F(SlogTest, FileThatBeganAndWasPutAsideBeforeTheFirstLookIsReadWhole) {
+    zm::LogReader reader(m_path);
+    zm::LogWriter writer(m_path, 1);
+    writer.write(0, 6, "one");
+    writer.write(0, 6, "two");
+    EXPECT_THAT(texts(reader.readNew()), ElementsAre("one", "two"));
+    EXPECT_THAT(reader.readNew(), IsEmpty());
+}
+
+TEST_F(SlogTest, LinesOfAFilePutAsideBeforeTheReaderBeganAreNotNew) {
+    {
+        zm::LogWriter writer(m_path, 1);
+        writer.write(0, 6, "before");
+    }
+    ASSERT_EQ(rename(m_path.c_str(), (m_path + ".old").c_str()), 0);
+    zm::LogReader reader(m_path);
+    zm::LogWriter(m_path).write(0, 6, "after");
+    EXPECT_THAT(texts(reader.readNew()), ElementsAre("after"));
+}
+
 TEST_F(SlogTest, ThreadsWriteWholeLines) {
     std::vector<std::thread> threads;
     const std::string text(300, 'y');

@@ -59,6 +59,13 @@ public:
     std::vector<LogEntry> readNew();
 
 private:
+    struct Files {
+        UniqueFd current;
+        UniqueFd old;
+    };
+
+    /** Two different files, as they stood at one moment; either may be missing. */
+    Files openBoth() const;
     /** All whole lines from the present position on. */
     std::vector<LogEntry> drain();
     /** The same of another file, from its beginning. */

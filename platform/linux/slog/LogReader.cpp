@@ -60,6 +60,9 @@ void append(std::vector<LogEntry>& entries, std::vector<LogEntry> more) {
 } // namespace
 
 LogReader::LogReader(std::string path) : m_path(std::move(path)), m_fd(openForReading(m_path)) {
+    if (!m_fd.valid()) {
+        m_fd = openForReading(m_path + ".old");
+    }
     if (m_fd.valid()) {
         lseek(m_fd.get(), 0, SEEK_END);
     }
@@ -90,8 +93,12 @@ std::vector<LogEntry> LogReader::drainFile(UniqueFd file) {
 }
 
 std::vector<LogEntry> LogReader::last(size_t n) {
-    std::vector<LogEntry> old = drainFile(openForReading(m_path + ".old"));
-    std::vector<LogEntry> entries = drainFile(openForReading(m_path));
+    Files files = openBoth();
+    std::vector<LogEntry> old = drainFile(std::move(files.old));
+    std::vector<LogEntry> entries;
+    if (files.current.valid()) {
+        entries = drainFile(std::move(files.current));
+    }
     if (entries.size() < n) {
         append(old, std::move(entries));
         entries = std::move(old);
@@ -102,19 +109,27 @@ std::vector<LogEntry> LogReader::last(size_t n) {
     return entries;
 }
 
+LogReader::Files LogReader::openBoth() const {
+    while (true) {
+        Files files{openForReading(m_path), openForReading(m_path + ".old")};
+        // A file put aside between the two calls would be read twice, and the one before it not at all.
+        if (!files.current.valid() || !files.old.valid() || !sameFile(files.current, files.old)) {
+            return files;
+        }
+    }
+}
+
 std::vector<LogEntry> LogReader::readNew() {
+    Files files = openBoth();
+    // What is read so far may have been put aside, and may have grown until then.
     std::vector<LogEntry> entries = drain();
-    UniqueFd current = openForReading(m_path);
-    if (!current.valid() || (m_fd.valid() && sameFile(m_fd, current))) {
+    if (!files.current.valid() || (m_fd.valid() && sameFile(m_fd, files.current))) {
         return entries;
     }
-    // A new file was begun. What was read so far is the old one, unless that was followed by yet another.
-    append(entries, drain());
-    UniqueFd old = openForReading(m_path + ".old");
-    if (m_fd.valid() && old.valid() && !sameFile(m_fd, old)) {
-        append(entries, drainFile(std::move(old)));
+    if (files.old.valid() && !(m_fd.valid() && sameFile(m_fd, files.old))) {
+        append(entries, drainFile(std::move(files.old)));
     }
-    append(entries, drainFile(std::move(current)));
+    append(entries, drainFile(std::move(files.current)));
     return entries;
 }
 

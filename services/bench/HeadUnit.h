@@ -57,7 +57,8 @@ public:
     std::vector<Child*> children();
     Child* child(const std::string& name);
 
-    /** {"running","children","devices","time","language","theme","launcher","front","drive","revision"} for a page. */
+    /** {"running","children","devices","time","language","theme","launcher","front","drive","revision"} for a
+     * page. */
     Json state();
     std::string ppsSocket() const;
 

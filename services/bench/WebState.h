@@ -25,7 +25,8 @@ class WebSocketClient;
 class WebState {
 public:
     struct Sources {
-        /** {"running","children","devices","time","language","theme","launcher","front","drive","revision"}. */
+        /** {"running","children","devices","time","language","theme","launcher","front","drive","revision"}.
+         */
         std::function<nlohmann::json()> state;
         /** All objects: name and PPS text. */
         std::function<std::vector<std::pair<std::string, std::string>>()> objects;

@@ -1,9 +1,9 @@
 #pragma once
 
 /*
- * Access to a database. Threads may share a handle if they take turns; a result is a full copy that outlives both
- * the next statement and the handle. Results live until qdb_freeresult; of those that nobody frees, the latest 16 that
- * a thread fetched.
+ * Access to a database. Threads may share a handle if they take turns; a result is a full copy that outlives
+ * both the next statement and the handle. Results live until qdb_freeresult; of those that nobody frees, the
+ * latest 16 that a thread fetched.
  */
 
 #ifdef __cplusplus
@@ -19,9 +19,9 @@ enum { QDB_CONN_DFLT_SHARE = 1, QDB_CONN_NONBLOCKING = 2, QDB_CONN_STMT_ASYNC = 
 qdb_hdl_t* qdb_connect(const char* dbname, int flags);
 int qdb_disconnect(qdb_hdl_t* db);
 /*
- * Runs one statement; printf conversions plus %q (quotes doubled), %Q (quoted, or NULL) and %z. 0, or -1 and errno.
- * Unknown conversions stand for themselves. On success the connection holds the statement's result, replacing one
- * that nobody fetched.
+ * Runs one statement; printf conversions plus %q (quotes doubled), %Q (quoted, or NULL) and %z. 0, or -1 and
+ * errno. Unknown conversions stand for themselves. On success the connection holds the statement's result,
+ * replacing one that nobody fetched.
  */
 int qdb_statement(qdb_hdl_t* db, const char* format, ...);
 /* Hands over the connection's result; NULL and errno ENODATA when there is none. */

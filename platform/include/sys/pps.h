@@ -3,7 +3,8 @@
 /*
  * libpps: parsing, decoding and encoding of PPS text and of the JSON values inside it.
  * All functions may be called from any thread; one decoder or encoder belongs to one thread at a time.
- * Objects themselves are opened through the framework (PPSFileBase) or, on the platform side, through PpsFile.
+ * Objects themselves are opened through the framework (PPSFileBase) or, on the platform side, through
+ * PpsFile.
  */
 
 #include <stdbool.h>
@@ -53,11 +54,11 @@ typedef struct {
 
 /*
  * Parses one line of the NUL-terminated text `*ppsdata`, overwrites its separators and moves `*ppsdata` on.
- * obj_name and obj_index change only at an object line. The indexes are positions in the NULL-terminated arrays
- * of names (which may be NULL) or -1. `parse_flags` is 0.
+ * obj_name and obj_index change only at an object line. The indexes are positions in the NULL-terminated
+ * arrays of names (which may be NULL) or -1. `parse_flags` is 0.
  */
-pps_status_t ppsparse(char** ppsdata, const char* const* objnames, const char* const* attrnames, pps_attrib_t* info,
-                      int parse_flags);
+pps_status_t ppsparse(char** ppsdata, const char* const* objnames, const char* const* attrnames,
+                      pps_attrib_t* info, int parse_flags);
 
 /* ---- decoder ---- */
 
@@ -90,10 +91,10 @@ typedef struct {
 } pps_decoder_t;
 
 /*
- * A decoder holds one tree and stands in one of its containers. Above the parsed value lies a virtual root, so that
- * parse, push(NULL), gets and pop end without an error. The first error stays in the status until it is cleared or
- * the next parse; every call also returns its own result. Strings given out live until cleanup or the next parse.
- * Texts nested deeper than 64 levels are a parse error.
+ * A decoder holds one tree and stands in one of its containers. Above the parsed value lies a virtual root,
+ * so that parse, push(NULL), gets and pop end without an error. The first error stays in the status until it
+ * is cleared or the next parse; every call also returns its own result. Strings given out live until cleanup
+ * or the next parse. Texts nested deeper than 64 levels are a parse error.
  */
 pps_decoder_error_t pps_decoder_initialize(pps_decoder_t* decoder, char* str);
 pps_decoder_error_t pps_decoder_parse_pps_str(pps_decoder_t* decoder, char* str);
@@ -128,9 +129,9 @@ typedef struct {
 } pps_encoder_t;
 
 /*
- * Builds PPS text (encodeJSON false: the top object starts with its "@name" line, attributes take the simplest
- * encoding) or one JSON text (true). The first error stays until reset; the buffer is NULL after an error and while
- * an object is open. The buffer is the encoder's until the next add, reset or cleanup.
+ * Builds PPS text (encodeJSON false: the top object starts with its "@name" line, attributes take the
+ * simplest encoding) or one JSON text (true). The first error stays until reset; the buffer is NULL after an
+ * error and while an object is open. The buffer is the encoder's until the next add, reset or cleanup.
  */
 void pps_encoder_initialize(pps_encoder_t* encoder, bool encodeJSON);
 void pps_encoder_reset(pps_encoder_t* encoder);

@@ -21,7 +21,8 @@ enum {
     _SLOG_DEBUG2 = 7
 };
 
-/* Writes one message; a line feed is added only if the text lacks one. Returns the text's length, or -1 with errno. */
+/* Writes one message; a line feed is added only if the text lacks one. Returns the text's length, or -1 with
+ * errno. */
 int slogf(int opcode, int severity, const char* fmt, ...) __attribute__((format(printf, 3, 4)));
 int vslogf(int opcode, int severity, const char* fmt, va_list args) __attribute__((format(printf, 3, 0)));
 

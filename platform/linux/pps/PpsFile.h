@@ -27,8 +27,8 @@ public:
     ~PpsFile();
 
     /**
-     * What is new since the last read (delta), or the whole object (full mode); empty when there is nothing new.
-     * The option "wait" makes it wait for something new, also while the service is away. An error while
+     * What is new since the last read (delta), or the whole object (full mode); empty when there is nothing
+     * new. The option "wait" makes it wait for something new, also while the service is away. An error while
      * disconnected.
      */
     Result<std::string> read();
@@ -40,8 +40,8 @@ public:
     /** Deletes all attributes. */
     Status truncate();
     /**
-     * Becomes readable (or hung up, when the service has gone) when `read` has something; ask anew before each
-     * poll. -1 while disconnected.
+     * Becomes readable (or hung up, when the service has gone) when `read` has something; ask anew before
+     * each poll. -1 while disconnected.
      */
     int pollFd();
 

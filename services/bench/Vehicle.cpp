@@ -19,11 +19,15 @@ void Vehicle::describe(Json& welcome) const {
     for (const auto& [id, value] : m_devices) {
         devices[std::to_string(id)] = valueJson(value);
     }
+    welcome["told"] = m_told;
     welcome["time"] = timeJson(m_time);
 }
 
 void Vehicle::setDevice(int id, std::optional<int> value, Notice notice, ShellServer::Reply reply) {
     m_devices[id] = value;
+    if (notice == Notice::Send) {
+        m_told.insert(id);
+    }
     m_shell.inform(
         {{"t", "device"}, {"device", id}, {"value", valueJson(value)}, {"notify", notice == Notice::Send}},
         std::move(reply));

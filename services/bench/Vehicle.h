@@ -4,6 +4,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 
 namespace zm {
 
@@ -22,7 +23,8 @@ class Vehicle {
 public:
     explicit Vehicle(ShellServer& shell) : m_shell(shell) {}
 
-    /** The start values as the application's welcome has them: "devices" and "time". */
+    /** The start values as the application's welcome has them: "devices", "told" (those that a message was
+     * sent about) and "time". */
     void describe(Json& welcome) const;
     /** Sets device `id` (nothing: reading it fails); `reply` is called when a running application has taken
      * it. */
@@ -33,6 +35,7 @@ public:
 private:
     ShellServer& m_shell;
     std::map<int, std::optional<int>> m_devices{{2, 1}, {6, 0}, {7, 200}, {86, 0}};
+    std::set<int> m_told;
     ClockSetting m_time;
 };
 

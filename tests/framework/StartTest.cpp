@@ -76,6 +76,17 @@ TEST(Start, CanBeTriedAgainAfterAFailure) {
     app.start();
 }
 
+TEST(Start, DeviceMessagesFromBeforeComeFirst) {
+    FakeHeadUnit headUnit({{"manualClock", true}, {"devices", {{"2", 0}, {"7", 200}}}, {"told", {2}}});
+    TestApplication app(headUnit);
+    ASSERT_TRUE(app.initialise());
+    ASSERT_TRUE(app.controller.StartMonitor(1));
+    ASSERT_TRUE(app.controller.StartMonitor(2));
+    ASSERT_TRUE(app.main.StartEventLoop());
+    headUnit.settle();
+    EXPECT_EQ(app.events.take().at(0), "apps 3 4 2 0");
+}
+
 TEST_F(FrameworkTest, TellsTheHeadUnitWhoItIs) {
     run();
     const json hello = headUnit.shell("hello").at(0);

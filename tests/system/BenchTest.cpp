@@ -121,6 +121,26 @@ TEST_F(BenchChildren, AKilledApplicationIsNamedAndStartedAgain) {
     EXPECT_EQ(window(), 6) << "the objects told the new one of the disc before it was resumed";
 }
 
+TEST_F(BenchChildren, AnApplicationThatComesBackWhileDrivingShowsNoVideo) {
+    startManual();
+    putDevice({"disc::1", "mediatype::0", "videomode::1"});
+    putStatus({"discstate::2"});
+    ASSERT_EQ(window(), 17);
+    must({"device", "2", "0"});
+    settle();
+    ASSERT_EQ(window(), 10);
+    must({"kill", "app"});
+    settle();
+    EXPECT_EQ(window(), 10);
+    EXPECT_EQ(screen()["video"].value("visible", false), false);
+    const std::string log = must({"log", "-n", "100000"});
+    EXPECT_EQ(log.find("m_bVideoIsVisible=1", log.rfind("main begin")), std::string::npos)
+        << "not even for a moment";
+    must({"device", "2", "1"});
+    settle();
+    EXPECT_EQ(window(), 17);
+}
+
 TEST_F(BenchChildren, FiveDeathsInAMinuteAreEnoughAndAppStartBeginsAnew) {
     startManual();
     for (int death = 0; death < 5; ++death) {

@@ -223,6 +223,13 @@ bool Application::startMonitor(int number) {
         return false;
     }
     m_headUnit.startMonitor(static_cast<Monitor>(number));
+    if (number == static_cast<int>(Monitor::Device)) {
+        // What an earlier application was told holds for this one, before anything else happens to it: the
+        // car may be driving.
+        for (const auto& [id, value] : m_headUnit.toldDevices()) {
+            post(AppMessage::Device, id, value);
+        }
+    }
     return send({{"t", "monitor"}, {"number", number}});
 }
 

@@ -17,6 +17,7 @@ constexpr size_t MaxAppData = 64;
 void HeadUnitState::load(const nlohmann::json& welcome) {
     std::lock_guard lock(m_mutex);
     m_devices.clear();
+    m_toldDevices.clear();
     m_monitors.clear();
     m_appData.clear();
     m_appDataDropped = 0;
@@ -24,6 +25,15 @@ void HeadUnitState::load(const nlohmann::json& welcome) {
         for (const auto& [id, value] : devices->items()) {
             m_devices[std::atoi(id.c_str())] =
                 value.is_number_integer() ? std::optional(value.get<int>()) : std::nullopt;
+        }
+    }
+    if (const auto told = welcome.find("told"); told != welcome.end() && told->is_array()) {
+        for (const auto& id : *told) {
+            if (id.is_number_integer()) {
+                const auto found = m_devices.find(id.get<int>());
+                m_toldDevices.push_back(
+                    {id.get<int>(), found == m_devices.end() ? 0 : found->second.value_or(0)});
+            }
         }
     }
     if (const auto time = welcome.find("time"); time != welcome.end() && time->is_object()) {
@@ -42,6 +52,11 @@ std::optional<int> HeadUnitState::device(int id) const {
     std::lock_guard lock(m_mutex);
     const auto found = m_devices.find(id);
     return found == m_devices.end() ? std::nullopt : found->second;
+}
+
+std::vector<HeadUnitState::ToldDevice> HeadUnitState::toldDevices() const {
+    std::lock_guard lock(m_mutex);
+    return m_toldDevices;
 }
 
 void HeadUnitState::setTime(int hour, int minute, int format) {

@@ -10,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace zm {
 
@@ -26,6 +27,13 @@ public:
     void setDevice(int id, std::optional<int> value);
     std::optional<int> device(int id) const;
 
+    /** A device message that was sent before this application started. */
+    struct ToldDevice {
+        int id;
+        int value;
+    };
+    std::vector<ToldDevice> toldDevices() const;
+
     void setTime(int hour, int minute, int format);
     /** The head unit's time of day on today's date. */
     T_ZMDatetime dateTime() const;
@@ -40,6 +48,7 @@ public:
 private:
     mutable std::mutex m_mutex;
     std::map<int, std::optional<int>> m_devices;
+    std::vector<ToldDevice> m_toldDevices;
     int m_hour = 12;
     int m_minute = 0;
     int m_format = 0;

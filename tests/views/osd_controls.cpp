@@ -29,6 +29,13 @@ protected:
     }
 };
 
+/** What the bars of discs and video files have in common. */
+const std::vector<ControlCase> PLAYER_BAR = {
+    {6522, {"5,0,0"}, 5},         {6523, {"5,0,0"}, 5},   {6503, {"7,0,0"}, 7}, {6504, {"9,0,0"}, 9}, {6506},
+    {2069, {}, 0, {}, 0}, // the progress bar is silent
+    {6525, {}, 0, {"zmeq null"}}, {6551, {"22,0,0"}, 22}, {7777, {}, 0, {}, 0},
+};
+
 const std::vector<ControlCase> SOURCE_GROUP = {
     {103, {}, 0, {"zmradio null"}},   {105, {}, 0, {"zmusb null"}},
     {106, {}, 0, {"zmbttel null"}},   {107, {}, 0, {"zmnavi null"}},
@@ -40,20 +47,13 @@ TEST_F(OsdControls, DiscBar) {
     for (const OsdClip& clip : {DVD, VCD}) {
         SCOPED_TRACE(clip.type);
         playClip(clip);
+        expectRows(PLAYER_BAR);
         expectRows({
-            {6522, {"5,0,0"}, 5},
-            {6523, {"5,0,0"}, 5},
-            {6503, {"7,0,0"}, 7},
-            {6504, {"9,0,0"}, 9},
-            {6506},
             {6507},
             {5007},
             {5008},
-            {2069, {}, 0, {}, 0},
             {3, {}, 0, {"zmhome null"}},
-            {6525, {}, 0, {"zmeq null"}},
             {6535, {"11,0,0"}, clip.type == PLAY_TYPE_VCD ? 69 : 11},
-            {6551, {"22,0,0"}, 22},
             {6555, {"18,0,0"}, 18},
             {6556, {"12,0,0"}, 12},
             {6557, {"21,0,0"}, 21},
@@ -61,7 +61,6 @@ TEST_F(OsdControls, DiscBar) {
             {6561, {"19,0,0"}},
             {4, {}, 0, {}, 0}, // no way back from a disc
             {6571, {}, 0, {}, 0},
-            {7777, {}, 0, {}, 0},
         });
         expectRows(SOURCE_GROUP);
     }
@@ -69,22 +68,14 @@ TEST_F(OsdControls, DiscBar) {
 
 TEST_F(OsdControls, VideoBar) {
     playClip(VIDEO);
+    expectRows(PLAYER_BAR);
     expectRows({
-        {6522, {"5,0,0"}, 5},
-        {6523, {"5,0,0"}, 5},
-        {6503, {"7,0,0"}, 7},
-        {6504, {"9,0,0"}, 9},
-        {6506},
         {6603},
-        {2069, {}, 0, {}, 0},
-        {6525, {}, 0, {"zmeq null"}},
-        {6551, {"22,0,0"}, 22},
         {3, {}, 0, {}, 0}, // no home: silent
         {6507, {}, 0, {}, 0},
         {5007, {}, 0, {}, 0},
         {6535, {}, 0, {}, 0},
         {6555, {}, 0, {}, 0},
-        {7777, {}, 0, {}, 0},
     });
     expectRows(SOURCE_GROUP);
 }
@@ -129,7 +120,14 @@ TEST_F(OsdControls, TheNumberPadOpensOnDiscAndVideoBars) {
     }
 }
 
-TEST_F(OsdControls, AudioOnAnUnknownClipOnlyBeeps) {
+TEST_F(OsdControls, HomeOnTheVideoBarIsSilent) {
+    playClip(VIDEO);
+    press(OSD_CTRL_HOME);
+    EXPECT_THAT(unit.requests(), IsEmpty());
+    EXPECT_THAT(unit.commands(), IsEmpty());
+}
+
+TEST_F(OsdControls, AudioOnAVideoFileOnlyBeeps) {
     playClip(DVD);
     unit.disc.mediaType(PLAY_TYPE_VIDEO);
     forget();
@@ -198,6 +196,25 @@ TEST_F(OsdControls, ClosingTheSourceGroupLeavesItsTimerRunning) {
     EXPECT_FALSE(unit.main.item(page, ITEM_SRC_GROUP).visible);
 }
 
+TEST_F(OsdControls, EveryRequestHasLaunchTypeZero) {
+    playClip(DVD);
+    for (const int control : {103, 105, 106, 107, 111, 118, 119, 3, 6525}) {
+        unit.clearRequests();
+        press(control);
+        EXPECT_THAT(unit.requests(),
+                    testing::Contains(testing::AllOf(HasSubstr("QueryLauncher"), HasSubstr(R"("type":0)"),
+                                                     HasSubstr(R"("data":"null")"))))
+            << control;
+    }
+}
+
+TEST_F(OsdControls, ACommandThatIsAnsweredAtOnceFindsItsKey) {
+    playClip(VCD);
+    press(OSD_CTRL_AUDIO);
+    unit.disc.audioChannel(2);
+    EXPECT_EQ(picture(), 266);
+}
+
 /** The previous and next buttons of the disc and video bars. */
 class OsdSeek : public OsdView {};
 
@@ -244,9 +261,12 @@ TEST_F(OsdSeek, TheMemoryOfALongTouchEndsWithAnyOtherClick) {
     EXPECT_THAT(unit.commands(), ElementsAre("3,0,0", "1,0,0"));
 }
 
-TEST_F(OsdSeek, APressAloneDoesNothing) {
+TEST_F(OsdSeek, OtherTouchStatesDoNothing) {
     playClip(DVD);
-    unit.clickOsd(OSD_WND_DVD, OSD_CTRL_NEXT, BT_STATE_PRESSED);
+    for (const int state : {0, 2, 3, 5}) {
+        unit.clickOsd(OSD_WND_DVD, OSD_CTRL_NEXT, state);
+        unit.clickOsd(OSD_WND_DVD, OSD_CTRL_PREV, state);
+    }
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_EQ(beeps(), 0);
 }
@@ -295,23 +315,41 @@ TEST_F(OsdSeek, PreviousCountsDown) {
 }
 
 /** An overlay that nobody gave a controller. */
-TEST_F(OsdControls, WithoutAControllerTheBarsDoNothing) {
-    playClip(DVD);
-    unit.onViewThread([&] {
-        DiscOsdView lonely;
-        for (const int bar : {OSD_WND_DVD, OSD_WND_VIDEO, OSD_WND_PICTURE}) {
-            for (const int control : {6522, 6524, 6505, 5, 103}) {
-                lonely.OnClick(nullptr, bar, control, BT_STATE_RELEASED);
-                lonely.OnClick(nullptr, bar, control, BT_STATE_HELD);
-            }
+TEST_F(OsdControls, WithoutAControllerTheDiscAndVideoBarsIgnoreEveryTouch) {
+    for (const OsdClip& clip : {DVD, VCD, VIDEO}) {
+        playClip(clip);
+        for (const int control : {6522, 6521, 6524, 6505, 6558, 4, 5, 103}) {
+            osdInside.clickWithoutController(clip.window, control, BT_STATE_RELEASED);
+            osdInside.clickWithoutController(clip.window, control, BT_STATE_HELD);
         }
-        lonely.ToBeep();
-        lonely.ShowPlayState();
-        lonely.OnUserMsgTrackInfo();
-        EXPECT_EQ(lonely.GetCurKeyType(), OSD_KEY_NONE);
-    });
+        EXPECT_FALSE(item(ITEM_SRC_GROUP).visible) << clip.type;
+        EXPECT_EQ(picture(), 0);
+        EXPECT_THAT(unit.osd.shown(), testing::Not(testing::Contains(OSD_WND_GOTO)));
+        EXPECT_THAT(unit.commands(), IsEmpty());
+        EXPECT_THAT(unit.requests(), IsEmpty());
+    }
+}
+
+TEST_F(OsdControls, WithoutAControllerThePictureBarStillOpensAndClosesTheSourceGroup) {
+    playClip(PICTURE);
+    osdInside.clickWithoutController(OSD_WND_PICTURE, SRC_CTRL_OPEN, BT_STATE_RELEASED);
+    EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
+    osdInside.clickWithoutController(OSD_WND_PICTURE, SRC_CTRL_CLOSE, BT_STATE_RELEASED);
+    EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+    for (const int control : {6522, 6521, 6524, 6571, 6574, 4, 103, 119}) {
+        osdInside.clickWithoutController(OSD_WND_PICTURE, control, BT_STATE_RELEASED);
+    }
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_THAT(unit.requests(), IsEmpty());
+}
+
+TEST_F(OsdControls, WithoutAControllerTheTouchStateIsStillRemembered) {
+    playClip(DVD);
+    osdInside.clickWithoutController(OSD_WND_DVD, OSD_CTRL_NEXT, BT_STATE_HELD);
+    press(OSD_CTRL_NEXT);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    press(OSD_CTRL_NEXT);
+    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0"));
 }
 
 } // namespace zm::test

@@ -11,8 +11,9 @@ struct CounterCase {
 };
 
 constexpr CounterCase TWO_DIGITS[] = {
-    {1, 1, "1/1"},      {99, 99, "99/99"}, {0, 12, "--/12"}, {0, 99, "--/99"},  {5, 100, "--/--"},
-    {100, 99, "--/--"}, {3, 0, "--/--"},   {0, 0, "--/--"},  {-1, 12, "--/--"}, {0, 120, "--/--"},
+    {1, 1, "1/1"},     {99, 99, "99/99"},  {0, 12, "--/12"}, {0, 99, "--/99"},
+    {5, 100, "--/--"}, {100, 99, "--/--"}, {3, 0, "--/--"},  {0, 0, "--/--"},
+    {-1, 12, "--/--"}, {7, 120, "--/--"},  {1, -1, "--/--"},
 };
 constexpr CounterCase UNBOUNDED[] = {
     {150, 300, "150/300"}, {1, 1, "1/1"},   {0, 300, "--/300"},
@@ -78,12 +79,21 @@ TEST_F(OsdCounters, APlayStateReportLeavesDiscCounters) {
     EXPECT_EQ(text(OSD_ITEM_TRACK), "33/88");
 }
 
-TEST_F(OsdCounters, AudioClipsChangeNoCounter) {
+TEST_F(OsdCounters, OtherClipsChangeNoCounterTimeOrButton) {
     playClip(DVD);
     unit.disc.track({.title = 2, .titles = 3});
-    unit.disc.mediaType(PLAY_TYPE_CD);
-    unit.disc.track({.mediaId = 5, .mediaIds = 6, .title = 1, .titles = 1});
-    EXPECT_EQ(text(OSD_ITEM_TRACK), "2/3");
+    unit.disc.playTime(5, 10);
+    unit.disc.state(DISC_STATE_PLAYING);
+    for (const int type : {PLAY_TYPE_CD, PLAY_TYPE_MUSIC, PLAY_TYPE_UNKNOWN}) {
+        SCOPED_TRACE(type);
+        unit.disc.mediaType(type);
+        unit.disc.track({.mediaId = type, .mediaIds = 6, .title = 1, .titles = 1});
+        unit.disc.playTime(7, 10);
+        unit.disc.state(DISC_STATE_PAUSED);
+        EXPECT_EQ(text(OSD_ITEM_TRACK), "2/3");
+        EXPECT_EQ(text(OSD_ITEM_ELAPSED), "00:05");
+        EXPECT_FALSE(item(OSD_ITEM_PLAY).visible);
+    }
 }
 
 TEST_F(OsdCounters, TheCurrentTrackIsShownByItsIndex) {
@@ -126,6 +136,8 @@ constexpr TimeCase TIMES[] = {
     {3, 3, "00:03", "00:03", 100},
     {360000, 360000, "100:00:00", "100:00:00", 100},
     {200, 100, "03:20", "01:40", 100},
+    {-5, 100, "00:-5", "01:40", 0},
+    {5, -100, "00:05", "-1:-40", 0},
 };
 
 TEST_F(OsdCounters, PlayTimesHaveHoursFromAnHourOn) {

@@ -1,3 +1,4 @@
+#include "platform/linux/toolkit/UiMng.h"
 #include "tests/views/osd_view.h"
 
 namespace zm::test {
@@ -135,14 +136,98 @@ TEST_F(OsdFrame, TheOverlayGoesTenSecondsAfterTheLastTouch) {
     EXPECT_FALSE(unit.osd.visible());
 }
 
-TEST_F(OsdFrame, MessageResultsAreThoseOfTheTable) {
-    const std::map<int, int> results = {{1000, 0}, {1001, 0}, {1004, 0}, {1007, 1}, {1008, 1}, {1009, 0},
-                                        {1010, 0}, {1011, 0}, {1016, 0}, {1021, 0}, {1022, 1}, {1024, 0},
-                                        {1026, 1}, {1025, 0}, {999, 0},  {1027, 0}, {1028, 0}};
-    playClip(DVD);
-    for (const auto& [code, result] : results) {
-        EXPECT_EQ(message(code), result) << code;
+TEST_F(OsdFrame, EachBarGoesWithItsAnimation) {
+    struct Case {
+        OsdClip clip;
+        int pixels; ///< of the toolkit's styles 6, 4 and 2
+    };
+    for (const auto& [clip, pixels] : {Case{DVD, 48}, Case{VIDEO, 24}, Case{VCD, 24}, Case{PICTURE, 0}}) {
+        SCOPED_TRACE(clip.type);
+        unit.disc.mediaType(clip.type);
+        unit.onViewThread([&, bar = clip.window, moved = pixels] {
+            CUIWndMng::Impl& toolkit = unit.osdView().GetUIWndMgrWrapper()->impl();
+            const Motion& motion = toolkit.motion;
+            unit.osdView().ShowCurWnd(true);
+            EXPECT_FALSE(motion.leaving() && motion.leaving()->window == toolkit.pages.window(bar))
+                << "showing plays none";
+            unit.osdView().ShowCurWnd(false);
+            ASSERT_TRUE(motion.leaving());
+            EXPECT_EQ(motion.leaving()->window, toolkit.pages.window(bar));
+            EXPECT_EQ(motion.leaving()->slide, moved);
+        });
     }
+}
+
+TEST_F(OsdFrame, HidingABarRefreshesItToo) {
+    playClip(DVD);
+    const auto hidden = unit.log("[DiscOsdView::OnShow] dwWndId=1,bShow=0").size();
+    unit.onViewThread([&] {
+        CDiscData::GetInstance()->SetCurPlayInfo({.chapter = 2, .title = 1, .chapters = 9, .titles = 3});
+        unit.osdView().OnShow(OSD_WND_DVD, false, 0);
+    });
+    EXPECT_EQ(text(OSD_ITEM_CHAPTER), "2/9");
+    EXPECT_EQ(unit.log("[DiscOsdView::OnShow] dwWndId=1,bShow=0").size(), hidden + 1);
+}
+
+TEST_F(OsdFrame, ThePadsWindowIsOnlyRemembered) {
+    playClip(DVD);
+    press(SRC_CTRL_OPEN);
+    unit.deviceSilently(DEV_STATUS_BT, 2);
+    for (const bool shown : {true, false}) {
+        unit.onViewThread([&] { unit.osdView().OnShow(OSD_WND_GOTO, shown, 0); });
+        EXPECT_EQ(osdInside.padShown(), shown);
+    }
+    EXPECT_NE(text(OSD_ITEM_BT), "2");
+    EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
+}
+
+TEST_F(OsdFrame, OtherWindowsAreOnlyLogged) {
+    playClip(DVD);
+    unit.deviceSilently(DEV_STATUS_BT, 2);
+    unit.onViewThread([&] { unit.osdView().OnShow(3, true, 0); });
+    EXPECT_NE(text(OSD_ITEM_BT), "2");
+    EXPECT_EQ(unit.log("[DiscOsdView::OnShow] dwWndId=3,bShow=1").size(), 1u);
+}
+
+TEST_F(OsdFrame, MessageResultsAreThoseOfTheTable) {
+    const std::set<int> handled = {1007, 1008, 1015, 1022, 1026};
+    playClip(DVD);
+    for (int code = 998; code <= 1030; ++code) {
+        EXPECT_EQ(message(code), handled.contains(code) ? 1 : 0) << code;
+    }
+}
+
+TEST_F(OsdFrame, MessagesWithoutARowDoNothing) {
+    playClip(DVD);
+    unit.disc.tip(4); // any change of the key type would take it away
+    setKeyType(OSD_KEY_DVD_ANGLE);
+    const Json before = unit.osd.describe();
+    const auto lines = unit.log().size();
+    for (const int code : {-1,   0,    999,  1001, 1002, 1003, 1005, 1006, 1010, 1012, 1013,
+                           1014, 1017, 1018, 1019, 1020, 1023, 1025, 1027, 1028, 2000}) {
+        EXPECT_EQ(message(code), 0) << code;
+    }
+    EXPECT_EQ(unit.log().size(), lines);
+    EXPECT_EQ(unit.osd.describe(), before);
+}
+
+TEST_F(OsdFrame, ATrackChangeIsShownAtOnce) {
+    playClip(DVD);
+    setKeyType(OSD_KEY_DVD_ANGLE);
+    message(DISC_VMSG_TRACKINFO);
+    EXPECT_EQ(picture(), 275);
+    EXPECT_FALSE(osdInside.trackChanged());
+}
+
+TEST_F(OsdFrame, KeyInvalidAndClosingDoNothing) {
+    playClip(DVD);
+    const Json before = unit.osd.describe();
+    unit.onViewThread([&] {
+        unit.osdView().OnUserMsgKeyInvalid();
+        unit.osdView().OnClose();
+    });
+    EXPECT_EQ(unit.osd.describe(), before);
+    EXPECT_EQ(unit.main.window(), WND_VIDEO);
 }
 
 TEST_F(OsdFrame, TrackInfoIsHandledForClipsWithAStateDisplayOnly) {
@@ -150,6 +235,47 @@ TEST_F(OsdFrame, TrackInfoIsHandledForClipsWithAStateDisplayOnly) {
         playClip(clip);
         EXPECT_EQ(message(DISC_VMSG_TRACKINFO), clip.type == PLAY_TYPE_PHOTO ? 0 : 1) << clip.type;
     }
+}
+
+TEST_F(OsdFrame, AStoppedDiscIsAnsweredByBothViews) {
+    playClip(DVD);
+    unit.click(WND_VIDEO, 1); // the overlay shows
+    unit.click(WND_VIDEO, 1);
+    unit.disc.state(DISC_STATE_STOPPED);
+    EXPECT_TRUE(unit.osd.visible()) << "the main view brings the overlay";
+    EXPECT_EQ(picture(), 259) << "which shows the pause";
+    EXPECT_TRUE(item(OSD_ITEM_PLAY).visible);
+}
+
+TEST_F(OsdFrame, ARootMenuIsAnsweredByBothViews) {
+    playClip(DVD);
+    unit.click(WND_VIDEO, 1);
+    setKeyType(OSD_KEY_DVD_ANGLE);
+    unit.disc.rootMenu(true);
+    EXPECT_FALSE(unit.osd.visible()) << "the main view hides the overlay";
+    EXPECT_EQ(picture(), 275) << "whose answer stands for the next time";
+}
+
+TEST_F(OsdFrame, TheClockIsRefreshedByItsMessage) {
+    playClip(VCD);
+    unit.time("13:07", 12);
+    EXPECT_EQ(text(OSD_ITEM_CLOCK), "01:07");
+    EXPECT_FALSE(item(OSD_ITEM_AM).visible);
+    EXPECT_TRUE(item(OSD_ITEM_PM).visible);
+    unit.time("24:00", 12);
+    EXPECT_EQ(text(OSD_ITEM_CLOCK), "24:00");
+    EXPECT_FALSE(item(OSD_ITEM_PM).visible);
+}
+
+TEST_F(OsdFrame, ALanguageChangeTranslatesTheStateTextAndKeepsThePicture) {
+    playClip(DVD);
+    unit.disc.tip(5);
+    unit.language("en");
+    const std::string english = text(OSD_ITEM_STATE_TEXT);
+    unit.language("zh");
+    EXPECT_NE(text(OSD_ITEM_STATE_TEXT), english);
+    EXPECT_EQ(item(OSD_ITEM_STATE_TEXT).textId, 112);
+    EXPECT_EQ(picture(), 259);
 }
 
 TEST_F(OsdFrame, WithoutAMessageNothingHappens) {

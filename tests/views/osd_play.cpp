@@ -46,8 +46,10 @@ TEST_F(OsdPlay, TheButtonFollowsTheState) {
             EXPECT_FALSE(item(OSD_ITEM_PAUSE).visible);
         }
         unit.disc.state(2);
-        unit.disc.state(1);
-        EXPECT_TRUE(item(OSD_ITEM_PAUSE).visible);
+        for (const int state : {1, 5, 9, 20}) {
+            unit.disc.state(state);
+            EXPECT_TRUE(item(OSD_ITEM_PAUSE).visible) << state;
+        }
     }
 }
 
@@ -127,6 +129,15 @@ TEST_F(OsdReadError, AtTheLastChapterTheNextTitlePlaysFromItsStart) {
 TEST_F(OsdReadError, BeyondTheLastChapterNothingIsSent) {
     playChapter(9, 9);
     EXPECT_THAT(failAndPlay(32), IsEmpty());
+}
+
+TEST_F(OsdReadError, PlayingWithoutAnErrorCountsFromTheChapterOfAnyClip) {
+    for (const OsdClip& clip : EVERY_CLIP) {
+        playClip(clip);
+        unit.disc.track({.chapter = 10 + clip.type, .chapters = 99});
+        unit.disc.state(2);
+        EXPECT_EQ(osdInside.nextChapter(), 11 + clip.type);
+    }
 }
 
 TEST_F(OsdReadError, OtherErrorsDoNotJump) {

@@ -70,11 +70,27 @@ TEST_F(OsdState, TipsWithoutARowShowNothing) {
     }
 }
 
-TEST_F(OsdState, PicturesShowNoTips) {
-    playClip(PICTURE);
-    const auto before = unit.log("ShowStateView").size();
-    unit.disc.tip(5);
-    EXPECT_EQ(unit.log("ShowStateView").size(), before);
+TEST_F(OsdState, TipsAreShownForDiscsAndVideoFilesOnly) {
+    for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VCD, PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO, PLAY_TYPE_CD,
+                           PLAY_TYPE_MUSIC, PLAY_TYPE_UNKNOWN}) {
+        unit.disc.mediaType(type);
+        const auto before = unit.log("ShowStateView").size();
+        unit.disc.tip(5);
+        EXPECT_EQ(unit.log("ShowStateView").size() - before, IsVideoType(type) ? 1u : 0u) << type;
+    }
+    EXPECT_EQ(unit.log("[DiscOsdView::OnUserMsgMsgTip]").size(), 7u) << "each is logged";
+}
+
+TEST_F(OsdState, ATipIsLoggedOnItsWayToThePicture) {
+    const std::vector<std::string> lines = {
+        "_PLATEN_[OnUserMessage]-[DiscOsdView::OnUserMessage]-------DISC_VMSG_MSGTIP",
+        "_PLATEN_[OnUserMsgMsgTip]-[DiscOsdView::OnUserMsgMsgTip]",
+        "_PLATEN_[ShowStateView2]-[DiscOsdView::ShowStateView2]  nPicID=272",
+    };
+    playClip(DVD);
+    const auto begin = unit.log().size();
+    unit.disc.tip(4);
+    EXPECT_EQ(logged(begin, lines), lines);
 }
 
 TEST_F(OsdState, TheAnswerToTheAudioKeyIsTheAudioStream) {

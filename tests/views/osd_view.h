@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DiscOsdView.h"
+#include "tests/views/DiscOsdViewTest.h"
 #include "tests/views/main_view.h"
 
 namespace zm::test {
@@ -55,6 +55,7 @@ protected:
     }
 
     int window = OSD_WND_DVD;
+    DiscOsdViewTest osdInside{unit};
 };
 
 } // namespace zm::test

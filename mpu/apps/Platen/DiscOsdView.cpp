@@ -38,8 +38,8 @@ struct BarContents {
 constexpr BarContents CONTENTS[] = {
     {OSD_WND_DVD, true, true, true},
     {OSD_WND_VCD, true, true, false},
-    {OSD_WND_VIDEO, true, false, false},
     {OSD_WND_PICTURE, false, false, false},
+    {OSD_WND_VIDEO, true, false, false},
 };
 
 void InitTimes(CUIAnalysis& ui, int window) {
@@ -59,14 +59,6 @@ void InitStateDisplay(CUIAnalysis& ui, int window) {
 }
 
 } // namespace
-
-DiscOsdView::DiscOsdView() {
-    pthread_mutex_init(&m_mutex, nullptr);
-}
-
-DiscOsdView::~DiscOsdView() {
-    pthread_mutex_destroy(&m_mutex);
-}
 
 void DiscOsdView::AttachControl(DiscViewController* controller) {
     if (controller) {
@@ -99,11 +91,11 @@ void DiscOsdView::ViewInit() {
 }
 
 void DiscOsdView::Lock() {
-    pthread_mutex_lock(&m_mutex);
+    pthread_mutex_lock(&m_mutex.handle);
 }
 
 void DiscOsdView::UnLock() {
-    pthread_mutex_unlock(&m_mutex);
+    pthread_mutex_unlock(&m_mutex.handle);
 }
 
 void DiscOsdView::ToBeep() {

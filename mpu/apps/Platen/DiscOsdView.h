@@ -24,9 +24,6 @@ class CUIWndMng;
  */
 class DiscOsdView : public Oro::ZMCAR::ViewOsd {
 public:
-    DiscOsdView();
-    ~DiscOsdView() override;
-
     /** Gives the overlay its commands and timers; null is ignored. */
     void AttachControl(DiscViewController* controller);
     /** Sets the start values of the bars; once, after the resource has been loaded. */
@@ -89,7 +86,18 @@ public:
     void DealInputNum();
 
 private:
+    friend struct DiscOsdViewTest;
+
     struct ControlRow;
+
+    /** Outlives the members behind it. */
+    struct KeyMutex {
+        KeyMutex() { pthread_mutex_init(&handle, nullptr); }
+        ~KeyMutex() { pthread_mutex_destroy(&handle); }
+        KeyMutex(const KeyMutex&) = delete;
+        KeyMutex& operator=(const KeyMutex&) = delete;
+        pthread_mutex_t handle;
+    };
 
     void OnClickMainWnd(long ctrlId, int btState);
     void OnClickVideoWnd(long ctrlId, int btState);
@@ -97,9 +105,11 @@ private:
     void OnClickGotoWnd(long ctrlId);
     void OnClickSrcGroup(long ctrlId);
 
+    /** The bars that can seek: what they have in common and, in `rows`, what they have not. */
     void OnClickSeekBar(const char* logName, std::span<const ControlRow> rows, long ctrlId, int btState);
     void OnClickSeek(const char* logName, long ctrlId, int btState);
-    void PressControl(std::span<const ControlRow> rows, long ctrlId);
+    /** Without a row the source group gets the control. */
+    void PressControl(const ControlRow* row, long ctrlId);
     void SelectAudio();
     void ShowNoFunction();
     void RequestApplication(const char* application);
@@ -129,7 +139,7 @@ private:
     void SendGotoTrack(int number);
     void EndGoto();
 
-    pthread_mutex_t m_mutex; ///< guards m_nCurKeyType
+    KeyMutex m_mutex; ///< guards m_nCurKeyType
     DiscViewController* m_pController = nullptr;
     CUIAnalysis* m_pUIAnalysis = nullptr;
     CUIWndMng* m_pWndMng = nullptr;

@@ -54,21 +54,11 @@ void DiscOsdView::OnClick(CUIWndMng*, long wndId, long ctrlId, int btState) {
  */
 void DiscOsdView::OnClickMainWnd(long ctrlId, int btState) {
     static constexpr ControlRow ROWS[] = {
-        {OSD_CTRL_PLAY, [](DiscOsdView& view) { view.m_pController->PlayPause(); }, OSD_KEY_PLAY_PAUSE},
-        {OSD_CTRL_PAUSE, [](DiscOsdView& view) { view.m_pController->PlayPause(); }, OSD_KEY_PLAY_PAUSE},
-        {OSD_CTRL_SHUFFLE, [](DiscOsdView& view) { view.m_pController->SetShuffleMode(NEXT_MODE); },
-         OSD_KEY_SHUFFLE},
-        {OSD_CTRL_REPEAT, [](DiscOsdView& view) { view.m_pController->SetRepeatMode(NEXT_MODE); },
-         OSD_KEY_REPEAT},
-        {OSD_CTRL_GOTO, [](DiscOsdView& view) { view.ShowGotoView(); }},
-        {OSD_CTRL_NOP_6506},
         {OSD_CTRL_NOP_6507},
         {OSD_CTRL_NOP_5007},
         {OSD_CTRL_NOP_5008},
         {OSD_CTRL_HOME, [](DiscOsdView& view) { view.RequestApplication("zmhome"); }},
-        {OSD_CTRL_EQ, [](DiscOsdView& view) { view.RequestApplication("zmeq"); }},
         {OSD_CTRL_AUDIO, [](DiscOsdView& view) { view.SelectAudio(); }},
-        {OSD_CTRL_STOP, [](DiscOsdView& view) { view.m_pController->StopPlayBack(); }, OSD_KEY_STOP},
         {OSD_CTRL_SUBTITLE, [](DiscOsdView& view) { view.m_pController->SelectSubtitle(); },
          OSD_KEY_DVD_SUBTITLE},
         {OSD_CTRL_ANGLE, [](DiscOsdView& view) { view.m_pController->KeyAngle(); }, OSD_KEY_DVD_ANGLE},
@@ -76,29 +66,15 @@ void DiscOsdView::OnClickMainWnd(long ctrlId, int btState) {
         {OSD_CTRL_NOFUNC, [](DiscOsdView& view) { view.ShowNoFunction(); }},
         {OSD_CTRL_PBC, [](DiscOsdView& view) { view.m_pController->VCD_PBC(); }},
     };
-    if (m_pController) {
-        OnClickSeekBar(__FUNCTION__, ROWS, ctrlId, btState);
-    }
+    OnClickSeekBar(__FUNCTION__, ROWS, ctrlId, btState);
 }
 
 void DiscOsdView::OnClickVideoWnd(long ctrlId, int btState) {
     static constexpr ControlRow ROWS[] = {
-        {OSD_CTRL_PLAY, [](DiscOsdView& view) { view.m_pController->PlayPause(); }, OSD_KEY_PLAY_PAUSE},
-        {OSD_CTRL_PAUSE, [](DiscOsdView& view) { view.m_pController->PlayPause(); }, OSD_KEY_PLAY_PAUSE},
-        {OSD_CTRL_SHUFFLE, [](DiscOsdView& view) { view.m_pController->SetShuffleMode(NEXT_MODE); },
-         OSD_KEY_SHUFFLE},
-        {OSD_CTRL_REPEAT, [](DiscOsdView& view) { view.m_pController->SetRepeatMode(NEXT_MODE); },
-         OSD_KEY_REPEAT},
-        {OSD_CTRL_GOTO, [](DiscOsdView& view) { view.ShowGotoView(); }},
         {OSD_CTRL_RETURN, [](DiscOsdView& view) { view.m_pController->OnMessageOSDReturn(); }},
-        {OSD_CTRL_NOP_6506},
         {OSD_CTRL_NOP_6603},
-        {OSD_CTRL_EQ, [](DiscOsdView& view) { view.RequestApplication("zmeq"); }},
-        {OSD_CTRL_STOP, [](DiscOsdView& view) { view.m_pController->StopPlayBack(); }, OSD_KEY_STOP},
     };
-    if (m_pController) {
-        OnClickSeekBar(__FUNCTION__, ROWS, ctrlId, btState);
-    }
+    OnClickSeekBar(__FUNCTION__, ROWS, ctrlId, btState);
 }
 
 void DiscOsdView::OnClickPictureWnd(long ctrlId, int btState) {
@@ -112,16 +88,32 @@ void DiscOsdView::OnClickPictureWnd(long ctrlId, int btState) {
         {OSD_CTRL_RETURN, [](DiscOsdView& view) { view.m_pController->OnMessageOSDReturn(); }},
     };
     if (btState == BT_STATE_RELEASED) {
-        PressControl(ROWS, ctrlId);
+        PressControl(FindRow(ROWS, &ControlRow::control, ctrlId), ctrlId);
     }
 }
 
 void DiscOsdView::OnClickSeekBar(const char* logName, std::span<const ControlRow> rows, long ctrlId,
                                  int btState) {
+    static constexpr ControlRow SHARED_ROWS[] = {
+        {OSD_CTRL_PLAY, [](DiscOsdView& view) { view.m_pController->PlayPause(); }, OSD_KEY_PLAY_PAUSE},
+        {OSD_CTRL_PAUSE, [](DiscOsdView& view) { view.m_pController->PlayPause(); }, OSD_KEY_PLAY_PAUSE},
+        {OSD_CTRL_SHUFFLE, [](DiscOsdView& view) { view.m_pController->SetShuffleMode(NEXT_MODE); },
+         OSD_KEY_SHUFFLE},
+        {OSD_CTRL_REPEAT, [](DiscOsdView& view) { view.m_pController->SetRepeatMode(NEXT_MODE); },
+         OSD_KEY_REPEAT},
+        {OSD_CTRL_GOTO, [](DiscOsdView& view) { view.ShowGotoView(); }},
+        {OSD_CTRL_NOP_6506},
+        {OSD_CTRL_EQ, [](DiscOsdView& view) { view.RequestApplication("zmeq"); }},
+        {OSD_CTRL_STOP, [](DiscOsdView& view) { view.m_pController->StopPlayBack(); }, OSD_KEY_STOP},
+    };
+    if (!m_pController) {
+        return;
+    }
     if (ctrlId == OSD_CTRL_PREV || ctrlId == OSD_CTRL_NEXT) {
         OnClickSeek(logName, ctrlId, btState);
     } else if (btState == BT_STATE_RELEASED) {
-        PressControl(rows, ctrlId);
+        const ControlRow* shared = FindRow(SHARED_ROWS, &ControlRow::control, ctrlId);
+        PressControl(shared ? shared : FindRow(rows, &ControlRow::control, ctrlId), ctrlId);
     }
 }
 
@@ -149,8 +141,7 @@ void DiscOsdView::OnClickSeek(const char* logName, long ctrlId, int btState) {
     }
 }
 
-void DiscOsdView::PressControl(std::span<const ControlRow> rows, long ctrlId) {
-    const ControlRow* row = FindRow(rows, &ControlRow::control, ctrlId);
+void DiscOsdView::PressControl(const ControlRow* row, long ctrlId) {
     if (!row) {
         OnClickSrcGroup(ctrlId);
         return;

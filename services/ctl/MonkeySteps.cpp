@@ -143,24 +143,37 @@ Lines fault(MonkeySteps& random) {
             "disc fault none"};
 }
 
-constexpr std::array<std::string_view, 18> Writes = {"device disc::1 mixedtype::2 mediatype::2",
-                                                     "device disc::1 mixedtype::14 mediatype::4",
-                                                     "device disc::1 mixedtype::8 mediatype::8",
-                                                     "device mediatype::2",
-                                                     "device disc::0",
-                                                     "device disc::2",
-                                                     "device updatedb::65538",
-                                                     "status discstate::1",
-                                                     "status discstate::2",
-                                                     "status discstate::6",
-                                                     "status discstate::9",
-                                                     "status discstate::10",
-                                                     "status discstate::20",
-                                                     "status repeatmode::8",
-                                                     "status shufflemode::1",
-                                                     "status videomode::1",
-                                                     "status videomode::3",
-                                                     "status msgtip::18"};
+constexpr std::array<std::string_view, 29> Writes = {
+    "device disc::1 mixedtype::2 mediatype::2",
+    "device disc::1 mixedtype::14 mediatype::3 videomode::1",
+    "device disc::1 mixedtype::8 mediatype::4",
+    "device disc::1 mixedtype::0 mediatype::0 videomode::1",
+    "device mediatype::1",
+    "device mediatype::5",
+    "device disc::0",
+    "device disc::2",
+    "device videomode::1",
+    "device videomode::2",
+    "device videomode::3",
+    "device errorstatus::32",
+    "device errorstatus::144",
+    "device mixedswitching::1",
+    "status updatedb::65538",
+    "status discstate::1",
+    "status discstate::2",
+    "status discstate::2",
+    "status discstate::6",
+    "status discstate::9",
+    "status discstate::10",
+    "status discstate::20",
+    "status rootmenu::true",
+    "status rootmenu::false",
+    "status 'playstate:json:{\"repeat\":8,\"shuffle\":1,\"scan\":0}'",
+    "status msgtip::18",
+    "playing "
+    "'trackinfo:json:{\"curmediaid\":3,\"curmediaids\":9,\"mediaid\":3,\"mediaids\":9,\"parentFolder\":1}'",
+    "playing 'playtime:json:{\"time\":61,\"tracktime\":3600,\"times\":0}'",
+    "playing 'ID3:json:{\"title\":\"中文歌\",\"artist\":\"\",\"album\":\"100%%\"}'"};
 
 // The monkey plays the disc service where there is none.
 Lines write(MonkeySteps& random) {

@@ -1,6 +1,7 @@
 #include "services/ctl/MonkeySteps.h"
 #include "services/ctl/Script.h"
 #include "services/ctl/ShellWords.h"
+#include "tests/support/Harness.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -78,6 +79,22 @@ TEST(MonkeySteps, UseOnlyWhatTheBenchOffers) {
     EXPECT_THAT(alone, Not(Contains("disc")));
     EXPECT_THAT(alone, Contains("pps"));
     EXPECT_THAT(alone, Contains("clock"));
+}
+
+TEST(MonkeySteps, WriteWhatTheApplicationReads) {
+    std::set<std::string> writes;
+    for (const auto& line : lines(1, {.discService = false, .manualClock = true})) {
+        if (line.starts_with("pps put ")) {
+            writes.insert(line);
+        }
+    }
+    ASSERT_GT(writes.size(), 20u);
+    test::Unit unit;
+    for (const auto& line : writes) {
+        const auto heard = unit.viewMessages().size();
+        unit.act(*shellWords(line));
+        EXPECT_GT(unit.viewMessages().size(), heard) << line;
+    }
 }
 
 } // namespace zm

@@ -24,7 +24,7 @@ protected:
         "ctime",     "cwchar",      "cwctype",  "functional", "iterator", "limits",           "list",
         "map",       "memory",      "optional", "set",        "span",     "string",           "string_view",
         "tuple",     "type_traits", "utility",  "variant",    "vector",   "initializer_list", "numeric",
-        "cctype",    "sstream",     "csignal",
+        "cctype",    "sstream",     "csignal",  "charconv",
     };
     static constexpr const char* POSIX[] = {"pthread.h", "unistd.h", "sys/time.h", "signal.h", "getopt.h"};
 

@@ -181,7 +181,8 @@ TEST_P(Legibility, noTextIsCutInAnyLanguage) {
                                 const zm::ItemSpec& item) {
         const zm::Style& own = style(item);
         for (const zm::LookState state : {zm::LookState::Normal, zm::LookState::Selected}) {
-            const zm::LayoutPtr layout = (*fonts)->layout(own.textSize, own.look(state).bold);
+            const zm::LayoutPtr layout =
+                (*fonts)->layout(own.textSize, own.look(state).bold, zm::Reading::FromLeft);
             const std::string shown = text + own.suffix;
             (*fonts)->prepare(shown);
             pango_layout_set_text(layout.get(), shown.c_str(), -1);

@@ -1,5 +1,7 @@
 #include "SceneFixture.h"
 
+#include <map>
+
 using namespace zmtest;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -294,26 +296,31 @@ TEST_F(List, manyRowsAreNoBurden) {
     EXPECT_EQ(index, 65534);
 }
 
-TEST_F(List, rowNumbersStandLeftOfArabicNamesInEveryLanguage) {
+TEST_F(List, rowNumbersStandInFrontOfNamesOfEitherDirection) {
     list->InsertItem(0, -1);
     list->SetItemString(0, L"8  مرحبا بالعالم.mp3", 1);
     list->InsertItem(1, -1);
     list->SetItemString(1, L"8", 1);
-    // The number is drawn at the same place whether a name of either direction follows or none.
-    const auto number = [&](int row) {
+    list->InsertItem(2, -1);
+    list->SetItemString(2, L"8  Song.mp3", 1);
+    list->InsertItem(3, -1);
+    // The number is drawn at the same place whether a name of either direction follows or none: behind the
+    // picture on the side where the language begins to read.
+    const auto number = [&](int row, int from) {
         std::vector<uint32_t> pixels;
-        for (int y = 4; y < rowHeight - 10; ++y) {
-            for (int x = 64; x < 82; ++x) {
+        for (int y = 4; y < rowHeight - 14; ++y) {
+            for (int x = from; x < from + 18; ++x) {
                 pixels.push_back(stage.pixel(view.x + x, view.y + row * rowHeight + y));
             }
         }
         return pixels;
     };
-    for (const char* language : {"en", "ar"}) {
+    for (const auto& [language, from] : std::map<std::string, int>{{"en", 64}, {"ar", view.w - 64 - 18}}) {
         stage.scene->setLanguage(language);
         stage.paint();
-        EXPECT_EQ(number(0), number(1)) << language;
-        EXPECT_NE(number(0), number(2)) << "the compared area shows the number";
+        EXPECT_EQ(number(0, from), number(1, from)) << language;
+        EXPECT_EQ(number(0, from), number(2, from)) << language;
+        EXPECT_NE(number(0, from), number(3, from)) << "the compared area shows the number";
     }
 }
 

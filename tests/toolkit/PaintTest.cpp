@@ -104,7 +104,7 @@ TEST_F(Paint, twoTimesAndABarCostASmallPartOfThePage) {
     }
     const int drawn = area(stage.paint());
     EXPECT_GT(drawn, 0);
-    EXPECT_LT(drawn, width * height / 8);
+    EXPECT_LT(drawn, width * height / 6);
 }
 
 TEST_F(Paint, bluetoothIsAPictureChosenByItsText) {
@@ -234,6 +234,80 @@ TEST_F(Paint, premultipliedPixelsNeverExceedTheirAlpha) {
         ASSERT_LE(std::max({overlay.pixels[i], overlay.pixels[i + 1], overlay.pixels[i + 2]}),
                   overlay.pixels[i + 3]);
     }
+}
+
+TEST_F(Paint, aModeThatIsOnHasTheAccentsColour) {
+    stage.scene->showWindow(6, true);
+    const zm::Rect box = stage.rect(6, 6504);
+    const auto showsAccent = [&](int picture) {
+        stage.ui->SetItemIcon(6, 6504, picture, 2);
+        stage.ui->drawItem(6, 6504);
+        stage.paint();
+        const auto pixels = cut(stage, box);
+        return std::count(pixels.begin(), pixels.end(), 0xFF5AB8FFu) > 0;
+    };
+    EXPECT_FALSE(showsAccent(161)) << "repeat is off";
+    EXPECT_TRUE(showsAccent(53)) << "repeat all";
+    EXPECT_TRUE(showsAccent(83)) << "repeat one";
+    EXPECT_TRUE(showsAccent(85)) << "repeat the folder";
+}
+
+TEST_F(Paint, thePartDoneOfAProgressBarIsThickerThanTheRest) {
+    stage.ui->SetProgressItemPos(6, 2069, 50);
+    stage.scene->showWindow(6, true);
+    stage.paint();
+    const zm::Rect box = stage.rect(6, 2069);
+    const auto thickness = [&](int x) {
+        int pixels = 0;
+        for (int y = box.y; y < 320; ++y) { // the times stand below
+            pixels += stage.pixel(x, y) != stage.pixel(x, box.y) ? 1 : 0;
+        }
+        return pixels;
+    };
+    EXPECT_EQ(thickness(box.x + box.w / 4), 12);
+    EXPECT_EQ(thickness(box.x + box.w * 3 / 4), 6);
+}
+
+TEST_F(Paint, aMessageStandsAtTheSameHeightWithAndWithoutPicture) {
+    stage.scene->showWindow(1, true);
+    stage.ui->ShowItem(1, 7003, false);
+    const auto textRows = [&] {
+        stage.scene->invalidate();
+        stage.paint();
+        std::vector<int> rows;
+        for (int y = 310; y < height; ++y) {
+            const auto row = cut(stage, {0, y, width, 1});
+            if (std::count(row.begin(), row.end(), row.front()) != width) {
+                rows.push_back(y);
+            }
+        }
+        return rows;
+    };
+    const auto without = textRows();
+    EXPECT_THAT(without, testing::Not(IsEmpty()));
+    stage.ui->SetItemIcon(1, 7004, 125, 4);
+    EXPECT_EQ(textRows(), without);
+}
+
+TEST_F(Paint, aLongNameIsCutWhereItsReadingEnds) {
+    stage.scene->showWindow(6, true);
+    const zm::Rect box = stage.rect(6, 2065);
+    const auto inkAt = [&](const wchar_t* text, int x) {
+        stage.ui->SetItemText(6, 2065, text);
+        stage.ui->drawItem(6, 2065);
+        stage.paint();
+        // Dots of an ellipsis are low; a column of pixels through letters reaches higher.
+        const auto upper = cut(stage, {x, box.y, 14, box.h / 2});
+        return std::count(upper.begin(), upper.end(), upper.front()) != static_cast<long>(upper.size());
+    };
+    const std::wstring latin(200, L'H');
+    EXPECT_TRUE(inkAt(latin.c_str(), box.x));
+    std::wstring arabic;
+    for (int i = 0; i < 60; ++i) {
+        arabic += L"لك";
+    }
+    EXPECT_FALSE(inkAt(arabic.c_str(), box.x)) << "the ellipsis stands at the left end of an Arabic name";
+    EXPECT_TRUE(inkAt(arabic.c_str(), box.x + box.w - 40));
 }
 
 TEST(PaintWithoutColours, whatHasNoColourDrawsNothing) {

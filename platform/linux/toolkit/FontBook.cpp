@@ -26,6 +26,10 @@ constexpr gunichar lastLatinAgain = 0x20CF;
 constexpr std::array<const char*, 3> firstFonts = {"NotoSans-Regular.ttf", "NotoSans-Bold.ttf",
                                                    "materialdesignicons-webfont.ttf"};
 
+constexpr std::array<GUnicodeScript, 5> scriptsFromRight = {G_UNICODE_SCRIPT_ARABIC, G_UNICODE_SCRIPT_HEBREW,
+                                                            G_UNICODE_SCRIPT_SYRIAC, G_UNICODE_SCRIPT_THAANA,
+                                                            G_UNICODE_SCRIPT_NKO};
+
 constexpr const char* configuration =
     "<fontconfig><alias binding=\"strong\"><family>zmtext</family><prefer><family>Noto Sans</family>"
     "<family>Noto Sans CJK SC</family><family>Noto Sans Arabic</family></prefer></alias></fontconfig>";
@@ -34,6 +38,20 @@ constexpr const char* configuration =
 
 void Unref::operator()(void* object) const {
     g_object_unref(object);
+}
+
+Reading readingOf(const std::string& text) {
+    const std::string valid = drawable(text);
+    for (const char* at = valid.c_str(); *at; at = g_utf8_next_char(at)) {
+        const gunichar character = g_utf8_get_char(at);
+        if (g_unichar_isalpha(character)) {
+            const GUnicodeScript script = g_unichar_get_script(character);
+            const bool right =
+                std::find(scriptsFromRight.begin(), scriptsFromRight.end(), script) != scriptsFromRight.end();
+            return right ? Reading::FromRight : Reading::FromLeft;
+        }
+    }
+    return Reading::FromLeft;
 }
 
 Result<std::unique_ptr<FontBook>> FontBook::open(const std::string& fontDir) {
@@ -47,21 +65,27 @@ Result<std::unique_ptr<FontBook>> FontBook::open(const std::string& fontDir) {
     if (!book->load(first) && !book->load(book->allFonts())) {
         return Error{fontDir + ": holds no fonts, expected at least " + firstFonts.front()};
     }
-    book->m_context = pango_font_map_create_context(book->m_map);
-    // Else a row number in front of an Arabic name would stand at the right end.
-    pango_context_set_base_dir(book->m_context, PANGO_DIRECTION_LTR);
     cairo_font_options_t* options = cairo_font_options_create();
     cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
     cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_SLIGHT);
     cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_ON);
-    pango_cairo_context_set_font_options(book->m_context, options);
+    for (PangoContext*& context : book->m_contexts) {
+        context = pango_font_map_create_context(book->m_map);
+        pango_cairo_context_set_font_options(context, options);
+    }
     cairo_font_options_destroy(options);
+    // Set, because the default lets the letters decide: a row number would stand before some names and behind
+    // others.
+    pango_context_set_base_dir(book->context(Reading::FromLeft), PANGO_DIRECTION_LTR);
+    pango_context_set_base_dir(book->context(Reading::FromRight), PANGO_DIRECTION_RTL);
     return book;
 }
 
 FontBook::~FontBook() {
-    if (m_context) {
-        g_object_unref(m_context);
+    for (PangoContext* context : m_contexts) {
+        if (context) {
+            g_object_unref(context);
+        }
     }
     if (m_map) {
         // The map keeps its last configuration with all its fonts for good; an empty one costs next to
@@ -110,8 +134,8 @@ void FontBook::prepare(const std::string& text) {
     }
 }
 
-LayoutPtr FontBook::layout(int pixels, bool bold) {
-    LayoutPtr layout(pango_layout_new(m_context));
+LayoutPtr FontBook::layout(int pixels, bool bold, Reading reading) {
+    LayoutPtr layout(pango_layout_new(context(reading)));
     pango_layout_set_auto_dir(layout.get(), FALSE);
     pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
     pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
@@ -126,7 +150,7 @@ LayoutPtr FontBook::layout(int pixels, bool bold) {
 }
 
 LayoutPtr FontBook::glyph(const std::string& text, double pixels) {
-    LayoutPtr layout(pango_layout_new(m_context));
+    LayoutPtr layout(pango_layout_new(context(Reading::FromLeft)));
     PangoFontDescription* font = pango_font_description_new();
     pango_font_description_set_family_static(font, glyphFamily);
     pango_font_description_set_absolute_size(font, pixels * PANGO_SCALE);

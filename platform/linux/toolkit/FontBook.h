@@ -5,6 +5,7 @@
 #include <cairo.h>
 #include <pango/pango.h>
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +16,11 @@ struct Unref {
     void operator()(void* object) const;
 };
 using LayoutPtr = std::unique_ptr<PangoLayout, Unref>;
+
+/** The side from which a whole text is read; what is written in the other direction stays a part of it. */
+enum class Reading { FromLeft, FromRight };
+/** The side from which its first letter is read; a text without letters is read from the left. */
+Reading readingOf(const std::string& text);
 
 /**
  * The fonts of one folder and nothing else of the machine, so that the same text gives the same pixels
@@ -28,8 +34,8 @@ public:
     FontBook(const FontBook&) = delete;
     FontBook& operator=(const FontBook&) = delete;
 
-    /** An empty layout: one paragraph, left to right, cut with an ellipsis at its end. */
-    LayoutPtr layout(int pixels, bool bold);
+    /** An empty layout: one paragraph, cut with an ellipsis at its end. */
+    LayoutPtr layout(int pixels, bool bold, Reading reading);
     /** A layout of one glyph of the icon font. */
     LayoutPtr glyph(const std::string& text, double pixels);
 
@@ -41,11 +47,12 @@ private:
     FontBook() = default;
     bool load(const std::vector<std::string>& files);
     std::vector<std::string> allFonts() const;
+    PangoContext* context(Reading reading) const { return m_contexts[static_cast<size_t>(reading)]; }
 
     std::string m_fontDir;
     bool m_all = false;
     PangoFontMap* m_map = nullptr;
-    PangoContext* m_context = nullptr;
+    std::array<PangoContext*, 2> m_contexts{}; ///< by Reading
 };
 
 /** UTF-8 of 32-bit characters; what is no character becomes U+FFFD. */

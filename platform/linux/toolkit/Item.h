@@ -26,6 +26,7 @@ struct KeptLayout {
     LayoutPtr layout;
     std::string text;
     bool bold = false;
+    Reading reading = Reading::FromLeft;
     int width = 0;
 };
 
@@ -33,8 +34,10 @@ struct KeptLayout {
 struct Item {
     Item(const ItemSpec& itemSpec, Window& owner, Item* parentItem);
     ~Item();
+    /** Takes another description. What the application has changed stays, the rest follows. */
+    void redefine(const ItemSpec& next, Item* nextParent);
 
-    const ItemSpec& spec;
+    ItemSpec spec;
     Window& window;
     Item* parent;
     std::vector<Item*> children;
@@ -62,9 +65,11 @@ struct Item {
 
 /** A page of the resource. */
 struct Window {
-    explicit Window(const WindowSpec& windowSpec);
+    explicit Window(WindowSpec windowSpec) { redefine(std::move(windowSpec)); }
+    /** Takes another description. Items of the same id and kind stay, others come and go. */
+    void redefine(WindowSpec next);
 
-    const WindowSpec& spec;
+    WindowSpec spec;
     std::vector<std::unique_ptr<Item>> items; ///< in drawing order
 
     Item* find(int id) const;

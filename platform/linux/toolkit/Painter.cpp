@@ -154,27 +154,23 @@ void Painter::paintProgress(const Item& item) {
     const Style& style = m_pages.style(item);
     const Look look = appearance(item).look;
     const Rect& box = item.spec.rect;
-    const int knob = style.iconSize;
+    // The part done is thicker than the rest: seen without colour, too.
     const Rect track{box.x + style.padding, box.y + (box.h - style.thickness) / 2, box.w - 2 * style.padding,
                      style.thickness};
-    roundedPath(track, style.thickness / 2.0, 0);
+    roundedPath(track, style.thickness / 2.0, style.thickness / 4.0);
     source(look.fill);
     cairo_fill(m_cairo);
     const ProgressValue& value = item.progress;
     const double range = std::max(1, value.maximum - value.minimum);
     const double part = std::clamp((value.shown - value.minimum) / range, 0.0, 1.0);
-    const double reach = (track.w - knob) * part + knob / 2.0;
-    cairo_save(m_cairo);
-    cairo_rectangle(m_cairo, track.x, track.y, reach, track.h);
-    cairo_clip(m_cairo);
-    roundedPath(track, style.thickness / 2.0, 0);
+    const double end = style.thickness / 2.0;
+    const double y = box.y + box.h / 2.0;
+    cairo_set_line_width(m_cairo, style.thickness);
+    cairo_set_line_cap(m_cairo, CAIRO_LINE_CAP_ROUND);
+    cairo_move_to(m_cairo, track.x + end, y);
+    cairo_line_to(m_cairo, track.x + end + (track.w - style.thickness) * part, y);
     source(look.icon);
-    cairo_fill(m_cairo);
-    cairo_restore(m_cairo);
-    cairo_new_path(m_cairo);
-    cairo_arc(m_cairo, track.x + reach, box.y + box.h / 2.0, knob / 2.0, 0, 2 * std::numbers::pi);
-    source(look.text);
-    cairo_fill(m_cairo);
+    cairo_stroke(m_cairo);
 }
 
 void Painter::paintAnimation(const Item& item) {

@@ -12,7 +12,7 @@ namespace zm {
 class Painter {
 public:
     Painter(Pages& pages, const Motion& motion, FontBook& fonts)
-        : m_pages(pages), m_motion(motion), m_fonts(fonts), m_pictures(pages.resource(), fonts) {}
+        : m_pages(pages), m_motion(motion), m_fonts(fonts), m_pictures(pages, fonts) {}
 
     /** Draws all shown windows inside `area`. */
     void paint(cairo_t* cairo, const Rect& area);
@@ -29,7 +29,7 @@ private:
     void paintLeaving(const Motion::Leaving& leaving, const Rect& area);
     void paintItem(Item& item, const Rect& area);
     void paintLabel(Item& item);
-    std::string shownText(const Item& item) const;
+    Reading ofLanguage() const { return m_pages.rightToLeft() ? Reading::FromRight : Reading::FromLeft; }
     void paintProgress(const Item& item);
     void paintAnimation(const Item& item);
     void paintList(Item& item, const Rect& area);
@@ -38,13 +38,19 @@ private:
 
     void paintBox(const Rect& box, const Style& style, const Look& look);
     void paintMarker(const Rect& box, const Look& look, bool mirrored);
-    void paintText(KeptLayout& kept, const std::string& text, const Rect& box, const Style& style,
-                   const Look& look, Align align);
+    /** A text and how it is read. */
+    struct Line {
+        std::string text;
+        Reading reading;
+    };
+    Line lineOf(const Item& item) const;
+    void paintText(KeptLayout& kept, const Line& line, const Rect& box, const Style& style, const Look& look,
+                   Align align);
     KeptLayout& keptRow(CUI_BtList::Impl& list, int index);
     void source(int color);
     void roundedPath(const Rect& box, double radius, double inset);
-    int naturalWidth(KeptLayout& kept, const std::string& text, const Style& style, bool bold);
-    PangoLayout* prepare(KeptLayout& kept, const std::string& text, const Style& style, bool bold);
+    int naturalWidth(KeptLayout& kept, const Line& line, const Style& style, bool bold);
+    PangoLayout* prepare(KeptLayout& kept, const Line& line, const Style& style, bool bold);
 
     Pages& m_pages;
     const Motion& m_motion;

@@ -59,24 +59,26 @@ void Painter::paintRow(CUI_BtList::Impl& list, int index) {
     const bool playing = row.icons[markSlot] > 0;
     look.bold = look.bold || playing;
     const Rect place = list.rowRect(index);
-    const Rect box{place.x, place.y, place.w - scrollBarWidth - 8, place.h - style.rowGap};
+    const bool rtl = m_pages.rightToLeft();
+    const int besideBar = place.w - scrollBarWidth - 8;
+    const Rect box{rtl ? place.x + place.w - besideBar : place.x, place.y, besideBar, place.h - style.rowGap};
     paintBox(box, style, look);
-    paintMarker(box, look, false); // rows keep their number on the left in every language
+    paintMarker(box, look, rtl);
 
+    // Picture, number and name, mark: from the side where reading begins.
     const int icon = style.iconSize;
-    const int left = box.x + style.padding;
     const int y = box.y + (box.h - icon) / 2 + look.nudge;
-    m_pictures.draw(m_cairo, row.icons[kindSlot], left, y, icon, m_pages.color(look.icon));
-    int right = box.x + box.w - style.padding;
+    const int taken = icon + style.gap;
+    Rect inner{box.x + style.padding, box.y + look.nudge, box.w - 2 * style.padding, box.h};
+    const int first = rtl ? inner.x + inner.w - icon : inner.x;
+    const int last = rtl ? inner.x : inner.x + inner.w - icon;
+    m_pictures.draw(m_cairo, row.icons[kindSlot], first, y, icon, look.icon);
+    inner = {rtl ? inner.x : inner.x + taken, inner.y, inner.w - taken, inner.h};
     if (playing) {
-        right -= icon;
-        m_pictures.draw(m_cairo, row.icons[markSlot], right, y, icon,
-                        m_pages.color(style.look(LookState::Selected).icon));
-        right -= style.gap;
+        m_pictures.draw(m_cairo, row.icons[markSlot], last, y, icon, style.look(LookState::Selected).icon);
+        inner = {rtl ? inner.x + taken : inner.x, inner.y, inner.w - taken, inner.h};
     }
-    const int textLeft = left + icon + style.gap;
-    paintText(keptRow(list, index), row.text, {textLeft, box.y + look.nudge, right - textLeft, box.h}, style,
-              look, Align::Left);
+    paintText(keptRow(list, index), {row.text, ofLanguage()}, inner, style, look, Align::Start);
 }
 
 void Painter::paintScrollBar(const CUI_BtList::Impl& list) {
@@ -86,13 +88,14 @@ void Painter::paintScrollBar(const CUI_BtList::Impl& list) {
     const Rect& view = list.item.spec.rect;
     const Look look = m_pages.style(list.item).look(LookState::Normal);
     const double whole = list.end() + view.h;
-    const int thumb = std::max(leastThumb, static_cast<int>(view.h * view.h / whole));
     const double part = list.end() > 0 ? std::min(1.0, list.scroll / list.end()) : 1.0;
-    const Rect track{view.x + view.w - scrollBarWidth, view.y, scrollBarWidth, view.h};
+    const int left = m_pages.rightToLeft() ? view.x : view.x + view.w - scrollBarWidth;
+    const Rect track{left, view.y, scrollBarWidth, view.h - m_pages.style(list.item).rowGap};
+    const int thumb = std::max(leastThumb, static_cast<int>(track.h * view.h / whole));
     roundedPath(track, scrollBarWidth / 2.0, 0);
     source(look.fill);
     cairo_fill(m_cairo);
-    roundedPath({track.x, track.y + static_cast<int>(std::lround((view.h - thumb) * part)), track.w, thumb},
+    roundedPath({track.x, track.y + static_cast<int>(std::lround((track.h - thumb) * part)), track.w, thumb},
                 scrollBarWidth / 2.0, 0);
     source(look.border);
     cairo_fill(m_cairo);

@@ -28,22 +28,22 @@ int topOfText(PangoLayout* layout, int boxHeight, const Style& style) {
 
 } // namespace
 
-PangoLayout* Painter::prepare(KeptLayout& kept, const std::string& text, const Style& style, bool bold) {
-    if (!kept.layout || kept.bold != bold) {
-        kept = {m_fonts.layout(style.textSize, bold), {}, bold, 0};
+PangoLayout* Painter::prepare(KeptLayout& kept, const Line& line, const Style& style, bool bold) {
+    if (!kept.layout || kept.bold != bold || kept.reading != line.reading) {
+        kept = {m_fonts.layout(style.textSize, bold, line.reading), {}, bold, line.reading, 0};
     }
-    if (kept.text != text) {
-        kept.text = text;
-        const std::string line = drawable(text + style.suffix);
-        m_fonts.prepare(line);
-        pango_layout_set_text(kept.layout.get(), line.c_str(), static_cast<int>(line.size()));
+    if (kept.text != line.text) {
+        kept.text = line.text;
+        const std::string shown = drawable(line.text + style.suffix);
+        m_fonts.prepare(shown);
+        pango_layout_set_text(kept.layout.get(), shown.c_str(), static_cast<int>(shown.size()));
         kept.width = 0;
     }
     return kept.layout.get();
 }
 
-int Painter::naturalWidth(KeptLayout& kept, const std::string& text, const Style& style, bool bold) {
-    PangoLayout* layout = prepare(kept, text, style, bold);
+int Painter::naturalWidth(KeptLayout& kept, const Line& line, const Style& style, bool bold) {
+    PangoLayout* layout = prepare(kept, line, style, bold);
     pango_layout_set_width(layout, -1);
     kept.width = 0;
     int width = 0;
@@ -51,12 +51,12 @@ int Painter::naturalWidth(KeptLayout& kept, const std::string& text, const Style
     return width;
 }
 
-void Painter::paintText(KeptLayout& kept, const std::string& text, const Rect& box, const Style& style,
+void Painter::paintText(KeptLayout& kept, const Line& line, const Rect& box, const Style& style,
                         const Look& look, Align align) {
-    if (text.empty() || look.text == noColor || box.empty()) {
+    if (line.text.empty() || look.text == noColor || box.empty()) {
         return;
     }
-    PangoLayout* layout = prepare(kept, text, style, look.bold);
+    PangoLayout* layout = prepare(kept, line, style, look.bold);
     if (kept.width != box.w) {
         kept.width = box.w;
         pango_layout_set_width(layout, box.w * PANGO_SCALE);
@@ -72,14 +72,12 @@ void Painter::paintText(KeptLayout& kept, const std::string& text, const Rect& b
     pango_cairo_show_layout(m_cairo, layout);
 }
 
-std::string Painter::shownText(const Item& item) const {
+Painter::Line Painter::lineOf(const Item& item) const {
     if (item.spec.kind == ItemKind::Icon) {
-        return {};
+        return {{}, Reading::FromLeft};
     }
-    // Texts of the resource are whole sentences of the language, so their full stop belongs at the sentence's
-    // end. Names of other languages stay in the order that suits a row number in front of them.
-    const bool rtlSentence = m_pages.rightToLeft() && item.textId != 0 && !item.text.empty();
-    return rtlSentence ? "\u202B" + item.text + "\u202C" : item.text;
+    // Texts of the resource belong to the language; names and numbers that the application sets do not.
+    return {item.text, item.textId != 0 ? ofLanguage() : readingOf(item.text)};
 }
 
 void Painter::paintLabel(Item& item) {
@@ -87,10 +85,11 @@ void Painter::paintLabel(Item& item) {
     const auto [look, buttonState] = appearance(item);
     Rect box = item.spec.rect;
     const bool rtl = m_pages.rightToLeft();
-    const std::string text = shownText(item);
+    const Line line = lineOf(item);
+    const std::string& text = line.text;
     if (style.hugs) {
         const bool blank = text.find_first_not_of(' ') == std::string::npos;
-        const int width = blank ? 0 : naturalWidth(item.kept, text, style, look.bold) + 1 + 2 * style.padding;
+        const int width = blank ? 0 : naturalWidth(item.kept, line, style, look.bold) + 1 + 2 * style.padding;
         box.w = std::min(box.w, width);
     }
     if (box.empty()) {
@@ -104,16 +103,15 @@ void Painter::paintLabel(Item& item) {
         const auto found = item.spec.pictureOfText.find(item.text);
         if (found != item.spec.pictureOfText.end()) {
             m_pictures.draw(m_cairo, found->second, inner.x + (inner.w - style.iconSize) / 2,
-                            inner.y + (inner.h - style.iconSize) / 2, style.iconSize,
-                            m_pages.color(look.icon));
+                            inner.y + (inner.h - style.iconSize) / 2, style.iconSize, look.icon);
         }
         return;
     }
     const int picture = look.icon == noColor ? 0 : item.icon(buttonState);
-    if (picture == 0) {
+    if (picture == 0 && style.iconAt != IconAt::Top) {
         cairo_rectangle(m_cairo, box.x, box.y, box.w, box.h);
         cairo_clip(m_cairo);
-        return paintText(item.kept, text, inner, style, look, style.align);
+        return paintText(item.kept, line, inner, style, look, style.align);
     }
     const int icon = style.iconSize;
     int x = inner.x + (inner.w - icon) / 2;
@@ -131,14 +129,14 @@ void Painter::paintLabel(Item& item) {
         inner = {inner.x, top + icon + style.gap, inner.w, lines};
     } else if (!text.empty()) {
         const int room = inner.w - icon - style.gap;
-        const int width = std::min(room, naturalWidth(item.kept, text, style, look.bold) + 1);
+        const int width = std::min(room, naturalWidth(item.kept, line, style, look.bold) + 1);
         const int left = inner.x + (room - width) / 2;
         x = rtl ? left + width + style.gap : left;
         inner = {rtl ? left : left + icon + style.gap, inner.y, width, inner.h};
         align = Align::Start;
     }
-    m_pictures.draw(m_cairo, picture, x, y, icon, m_pages.color(look.icon));
-    paintText(item.kept, text, inner, style, look, align);
+    m_pictures.draw(m_cairo, picture, x, y, icon, look.icon);
+    paintText(item.kept, line, inner, style, look, align);
 }
 
 } // namespace zm

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/toolkit/FontBook.h"
-#include "platform/linux/toolkit/Resource.h"
+#include "platform/linux/toolkit/Pages.h"
 
 #include <cairo.h>
 
@@ -19,17 +19,21 @@ using SurfacePtr = std::unique_ptr<cairo_surface_t, SurfaceDelete>;
 /** The pictures of a resource as masks, drawn once for each size and then filled with any colour. */
 class Pictures {
 public:
-    Pictures(const Resource& resource, FontBook& fonts) : m_resource(resource), m_fonts(fonts) {}
+    Pictures(const Pages& pages, FontBook& fonts) : m_pages(pages), m_fonts(fonts) {}
 
-    /** Draws into the square at (x, y); an unknown picture draws nothing. */
-    void draw(cairo_t* cairo, int id, int x, int y, int size, const Color& color);
+    /**
+     * Draws into the square at (x, y), layers without a colour of their own in `color`. An unknown picture
+     * and the colour `noColor` draw nothing.
+     */
+    void draw(cairo_t* cairo, int id, int x, int y, int size, int color);
 
 private:
-    cairo_surface_t* mask(int id, int size);
+    const std::vector<SurfacePtr>& masks(int id, const Picture& picture, int size);
+    SurfacePtr mask(const Picture::Layer& layer, int size);
 
-    const Resource& m_resource;
+    const Pages& m_pages;
     FontBook& m_fonts;
-    std::map<std::pair<int, int>, SurfacePtr> m_masks;
+    std::map<std::pair<int, int>, std::vector<SurfacePtr>> m_masks; ///< by picture and size: its layers
 };
 
 } // namespace zm

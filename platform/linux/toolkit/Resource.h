@@ -76,6 +76,7 @@ struct Picture {
         double scale = 1; ///< of the picture's size
         double dx = 0;    ///< from the middle, in parts of the picture's size
         double dy = 0;
+        int color = noColor; ///< its own one; else the one that the item draws its picture with
     };
     std::vector<Layer> layers;
 };
@@ -109,6 +110,7 @@ struct WindowSpec {
 
 /** A loaded resource file: everything that does not change while the program runs. */
 struct Resource {
+    std::vector<std::string> files; ///< what it was read from, the outer one first
     std::vector<std::string> languages;
     std::vector<std::string> palette; ///< colour names
     std::map<std::string, std::vector<Color>> themes;

@@ -117,6 +117,9 @@ Status Application::addView(ViewImpl& view) {
     }
     view.window = *window;
     m_views.push_back(&view);
+    if (m_resourceWatch) {
+        watchResources();
+    }
     if (!m_language.empty()) {
         view.scene->setLanguage(m_language);
     }

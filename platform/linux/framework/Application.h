@@ -4,6 +4,7 @@
 #include "platform/linux/framework/ChildWindows.h"
 #include "platform/linux/framework/EventThread.h"
 #include "platform/linux/framework/HeadUnitState.h"
+#include "platform/linux/framework/ResourceWatch.h"
 #include "platform/linux/framework/Settler.h"
 #include "platform/linux/framework/ShellLink.h"
 #include "platform/linux/framework/TouchInput.h"
@@ -103,6 +104,8 @@ private:
     void beginEvents();
     void endEvents();
     void linkClosed(const std::string& why);
+    void watchResources();
+    void reloadResources();
 
     HeadUnitState m_headUnit;
     Settler m_settler;
@@ -115,6 +118,7 @@ private:
     std::vector<ViewImpl*> m_views;
     std::unique_ptr<ScreenClient> m_screen;
     SourceHandle m_screenWatch;
+    std::unique_ptr<ResourceWatch> m_resourceWatch; ///< for developers only
     std::string m_language;
     std::string m_theme;
 

@@ -5,6 +5,7 @@
 #include "platform/linux/framework/ViewImpl.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 
 namespace zm {
@@ -31,10 +32,36 @@ void Application::beginEvents() {
     if (!mainView()->scene->shownWindows().empty()) {
         announceRunning();
     }
+    // A car has neither the wish nor the time to look at its files.
+    if (const char* wanted = std::getenv("ZM_WATCH_RESOURCES"); wanted && *wanted) {
+        m_resourceWatch = std::make_unique<ResourceWatch>(
+            m_events->loop(), [this] { m_events->runEvent([this] { reloadResources(); }, Counted::Yes); });
+        watchResources();
+    }
+}
+
+void Application::watchResources() {
+    for (const ViewImpl* view : m_views) {
+        if (const Status watched = m_resourceWatch->watch(view->scene->files()); !watched) {
+            reportFailure(watched.error());
+        }
+    }
+}
+
+void Application::reloadResources() {
+    for (const ViewImpl* view : m_views) {
+        if (const Status loaded = view->scene->reload(); loaded) {
+            reportNews(view->scene->files().front() + " was read again");
+        } else {
+            reportFailure(loaded.error() + " (the old pages stay)");
+        }
+    }
+    watchResources();
 }
 
 void Application::endEvents() {
     m_screenWatch.reset();
+    m_resourceWatch.reset();
     m_clock.disarm();
     for (ViewImpl* view : m_views) {
         view->view.OnClose();

@@ -16,6 +16,16 @@ std::string& logName() {
     return name;
 }
 
+void tell(int severity, const std::string& text) {
+    std::string name;
+    {
+        std::lock_guard lock(nameMutex);
+        name = logName();
+    }
+    slogf(_SLOG_SETCODE(0, _SLOGC_PRIVATE_START), severity, "[%s] %s\n", name.c_str(), text.c_str());
+    std::fprintf(stderr, "%s: %s\n", name.c_str(), text.c_str());
+}
+
 } // namespace
 
 void setLogName(const std::string& name) {
@@ -24,13 +34,11 @@ void setLogName(const std::string& name) {
 }
 
 void reportFailure(const std::string& text) {
-    std::string name;
-    {
-        std::lock_guard lock(nameMutex);
-        name = logName();
-    }
-    slogf(_SLOG_SETCODE(0, _SLOGC_PRIVATE_START), _SLOG_ERROR, "[%s] %s\n", name.c_str(), text.c_str());
-    std::fprintf(stderr, "%s: %s\n", name.c_str(), text.c_str());
+    tell(_SLOG_ERROR, text);
+}
+
+void reportNews(const std::string& text) {
+    tell(_SLOG_INFO, text);
 }
 
 } // namespace zm

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace zm {
 
@@ -37,7 +38,25 @@ Rect bounds(const Window& window) {
 } // namespace
 
 Motion::Motion(Pages& pages, SceneListener& listener) : m_pages(pages), m_listener(listener) {
-    for (const auto& [id, window] : pages.windows()) {
+    collect();
+}
+
+void Motion::rest() {
+    for (Item* item : m_walking) {
+        item->progress.shown = item->progress.position;
+    }
+    m_walking.clear();
+    if (const auto run = std::exchange(m_fling, std::nullopt)) {
+        run->list->scrollTo(run->to, run->list->end());
+        report(*run->list, 5);
+    }
+    m_leaving.reset();
+    m_triggered = nullptr;
+}
+
+void Motion::collect() {
+    m_busyItems.clear();
+    for (const auto& [id, window] : m_pages.windows()) {
         for (const auto& item : window->items) {
             if (item->spec.kind == ItemKind::Animation) {
                 m_busyItems.push_back(item.get());

@@ -16,6 +16,10 @@ namespace zm {
 class Motion {
 public:
     Motion(Pages& pages, SceneListener& listener);
+    /** Ends all movements where they lead; before the pages are redefined. */
+    void rest();
+    /** Takes up the items that move by themselves; after the pages have been redefined. */
+    void collect();
 
     /** The moment of the next step, or -1; 0 when a movement waits for its first step. */
     int64_t next() const;

@@ -6,14 +6,46 @@ namespace zm {
 
 Pages::Pages(Resource resource, int width, int height)
     : m_resource(std::move(resource)), m_screen{0, 0, width, height},
-      m_palette(&m_resource.themes.at("night")) {
-    for (const WindowSpec& spec : m_resource.windows) {
-        Window& window = *(m_windows[spec.id] = std::make_unique<Window>(spec));
-        for (const auto& item : window.items) {
-            if (item->textId != 0) {
-                setText(*item, item->textId);
+      m_palette(&m_resource.themes.at(m_theme)) {
+    for (WindowSpec& spec : m_resource.windows) {
+        const int id = spec.id;
+        m_windows[id] = std::make_unique<Window>(std::move(spec));
+    }
+    translate();
+}
+
+Status Pages::fits(const Resource& next) const {
+    for (const auto& [id, window] : m_windows) {
+        const auto same = std::find_if(next.windows.begin(), next.windows.end(),
+                                       [number = id](const WindowSpec& spec) { return spec.id == number; });
+        if (same == next.windows.end()) {
+            return Error{"found no window " + std::to_string(id) + ", expected each one of the start"};
+        }
+        for (const auto& item : window->items) {
+            const auto isThatList = [&](const ItemSpec& spec) {
+                return spec.id == item->spec.id && spec.kind == ItemKind::List;
+            };
+            if (item->list && std::none_of(same->items.begin(), same->items.end(), isThatList)) {
+                return Error{"found no list " + std::to_string(item->spec.id) + " in window " +
+                             std::to_string(id) + ", expected each one of the start"};
             }
         }
+    }
+    if (next.windows.size() != m_windows.size()) {
+        return Error{"found new windows, expected those of the start only"};
+    }
+    return ok();
+}
+
+void Pages::redefine(Resource next) {
+    m_resource = std::move(next);
+    for (WindowSpec& spec : m_resource.windows) {
+        Window& window = *m_windows.at(spec.id);
+        window.redefine(std::move(spec));
+    }
+    setLanguage(std::string(m_languageCode));
+    if (!setTheme(std::string(m_theme))) {
+        setTheme("night");
     }
 }
 
@@ -90,8 +122,15 @@ void Pages::damage(const Window& window, const Rect& area) {
 bool Pages::setLanguage(const std::string& code) {
     const auto found = std::find(m_resource.languages.begin(), m_resource.languages.end(), code);
     const bool known = found != m_resource.languages.end();
+    m_languageCode = code;
     m_language = known ? static_cast<size_t>(found - m_resource.languages.begin()) : 0;
     m_rightToLeft = m_resource.languages[m_language] == "ar";
+    translate();
+    damageAll();
+    return known;
+}
+
+void Pages::translate() {
     for (const auto& [id, window] : m_windows) {
         for (const auto& item : window->items) {
             if (item->textId != 0) {
@@ -99,8 +138,6 @@ bool Pages::setLanguage(const std::string& code) {
             }
         }
     }
-    damageAll();
-    return known;
 }
 
 void Pages::setText(Item& item, int textId) {
@@ -113,6 +150,7 @@ bool Pages::setTheme(const std::string& name) {
     if (found == m_resource.themes.end()) {
         return false;
     }
+    m_theme = name;
     m_palette = &found->second;
     damageAll();
     return true;

@@ -14,6 +14,13 @@ namespace zm {
 class Pages {
 public:
     Pages(Resource resource, int width, int height);
+    /**
+     * Whether `redefine` may take that resource: one with the same pages, and in them the same lists, as the
+     * application holds on to those.
+     */
+    Status fits(const Resource& next) const;
+    /** Puts another resource in the place of the present one; what the application has set stays. */
+    void redefine(Resource next);
 
     const Resource& resource() const { return m_resource; }
     const Rect& screen() const { return m_screen; }
@@ -53,6 +60,7 @@ public:
 
 private:
     void drawWindow(Window& window);
+    void translate();
 
     Resource m_resource;
     Rect m_screen;
@@ -60,8 +68,10 @@ private:
     std::vector<Window*> m_shown;
     const Window* m_replaced = nullptr; ///< was shown before the present page
     Damage m_damage;
+    std::string m_languageCode = "en";
     size_t m_language = 0;
     bool m_rightToLeft = false;
+    std::string m_theme = "night";
     const std::vector<Color>* m_palette;
 };
 

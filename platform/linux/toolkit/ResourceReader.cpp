@@ -164,6 +164,7 @@ void ResourceReader::readFile(const std::string& path, const Node* includedBy) {
 
 void ResourceReader::read(const std::string& file) {
     readFile(file, nullptr);
+    m_resource.files = m_files;
     m_sections.line = 1;
     readSections();
 }

@@ -6,15 +6,46 @@ namespace zm {
 Scene::Impl::Impl(Resource resource, std::unique_ptr<FontBook> fontBook, int width, int height,
                   SceneListener& listener)
     : fonts(std::move(fontBook)), pages(std::move(resource), width, height), motion(pages, listener),
-      touch(pages, motion, listener), painter(pages, motion, *fonts),
+      touch(pages, motion, listener), painter(std::in_place, pages, motion, *fonts),
       wndMng(std::make_unique<CUIWndMng>(std::make_unique<CUIWndMng::Impl>(pages, motion))) {
+    makeLists();
+}
+
+void Scene::Impl::makeLists() {
     for (const auto& [id, window] : pages.windows()) {
         for (const auto& item : window->items) {
-            if (item->spec.kind == ItemKind::List) {
+            if (item->spec.kind == ItemKind::List && !item->list) {
                 item->list = std::make_unique<CUI_BtList>(std::make_unique<CUI_BtList::Impl>(pages, *item));
             }
         }
     }
+}
+
+/** Where a list stands, in rows: their height may change. */
+struct Scene::Impl::ListPlace {
+    CUI_BtList::Impl* list;
+    int top;
+};
+
+void Scene::Impl::redefine(Resource next) {
+    touch.letGo();
+    motion.rest();
+    std::vector<ListPlace> places;
+    for (const auto& [id, window] : pages.windows()) {
+        for (const auto& item : window->items) {
+            if (item->list) {
+                places.push_back({&item->list->impl(), item->list->impl().top()});
+            }
+        }
+    }
+    pages.redefine(std::move(next));
+    for (const auto& [list, top] : places) {
+        list->scroll = top * list->rowHeight();
+        list->keptRows.clear();
+    }
+    makeLists();
+    motion.collect();
+    painter.emplace(pages, motion, *fonts); // its pictures are those of the old resource
 }
 
 Scene::Scene(std::unique_ptr<Impl> impl) : m_impl(std::move(impl)) {}
@@ -32,6 +63,24 @@ Result<std::unique_ptr<Scene>> Scene::load(const std::string& resourceFile, cons
     }
     auto impl = std::make_unique<Impl>(std::move(*resource), std::move(*fonts), width, height, listener);
     return std::unique_ptr<Scene>(new Scene(std::move(impl)));
+}
+
+Status Scene::reload() {
+    const Rect& screen = m_impl->pages.screen();
+    const std::string file = files().front();
+    Result<Resource> next = loadResource(file, screen.w, screen.h);
+    if (!next) {
+        return Error{next.error()};
+    }
+    if (auto fit = m_impl->pages.fits(*next); !fit) {
+        return Error{file + ": " + fit.error() + "; for other pages start anew"};
+    }
+    m_impl->redefine(std::move(*next));
+    return ok();
+}
+
+const std::vector<std::string>& Scene::files() const {
+    return m_impl->pages.resource().files;
 }
 
 CUIWndMng& Scene::wndMng() {
@@ -101,7 +150,7 @@ std::vector<Rect> Scene::paint(uint8_t* pixels, int stride) {
         cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_ARGB32, screen.w, screen.h, stride));
     cairo_t* cairo = cairo_create(surface.get());
     for (const Rect& area : areas) {
-        m_impl->painter.paint(cairo, area);
+        m_impl->painter->paint(cairo, area);
     }
     cairo_destroy(cairo);
     cairo_surface_flush(surface.get());

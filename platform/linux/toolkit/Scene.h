@@ -35,6 +35,15 @@ public:
                                                int width, int height, SceneListener& listener);
     ~Scene();
 
+    /**
+     * Reads the resource again and shows it in the place of the old one: positions, looks, wordings and
+     * colours change, items may come and go, what the application has put into them stays. A faulty resource,
+     * or one with other pages or without one of their lists, changes nothing and gives the error.
+     */
+    Status reload();
+    /** The files that the pages were read from. */
+    const std::vector<std::string>& files() const;
+
     CUIWndMng& wndMng();
 
     /** Shows or hides a page. Pages marked "stacked" in the resource lie above the others; of the rest one at

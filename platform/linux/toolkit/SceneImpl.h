@@ -5,17 +5,24 @@
 #include "platform/linux/toolkit/Touch.h"
 #include "zmui/CUIWndMng.h"
 
+#include <optional>
+
 namespace zm {
 
 struct Scene::Impl {
     Impl(Resource resource, std::unique_ptr<FontBook> fontBook, int width, int height,
          SceneListener& listener);
 
+    /** Gives each list item its control. */
+    void makeLists();
+    void redefine(Resource next);
+    struct ListPlace;
+
     std::unique_ptr<FontBook> fonts; ///< before everything that keeps layouts
     Pages pages;
     Motion motion;
     Touch touch;
-    Painter painter;
+    std::optional<Painter> painter;
     std::unique_ptr<CUIWndMng> wndMng;
 };
 

@@ -160,4 +160,15 @@ void Touch::release(int, int, int64_t nowMs) {
     }
 }
 
+void Touch::letGo() {
+    pressItem(false);
+    if (m_dragging) {
+        m_motion.report(*m_list, scrollEnds);
+    }
+    m_down = false;
+    m_dragging = false;
+    m_item = nullptr;
+    m_list = nullptr;
+}
+
 } // namespace zm

@@ -18,6 +18,8 @@ public:
     void move(int x, int y, int64_t nowMs);
     void hold();
     void release(int x, int y, int64_t nowMs);
+    /** The rest of a touch that is under way does nothing; before the pages are redefined. */
+    void letGo();
 
 private:
     struct Hit {

@@ -1,9 +1,5 @@
+#include "tests/model/DiscDataFlags.h"
 #include "tests/model/ModelTest.h"
-
-#include "ZMModel/CDiscData.h"
-
-#include <atomic>
-#include <thread>
 
 namespace zm::test {
 
@@ -12,6 +8,20 @@ using testing::IsEmpty;
 
 class DiscDataTest : public ModelTest {
 protected:
+    void expectNoTrack() const {
+        T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
+        EXPECT_EQ(std::tie(info.clipsType, info.curMediaId, info.curMediaIds, info.mediaId, info.mediaIds,
+                           info.chapter, info.title, info.chapters, info.titles, info.parentFolder),
+                  std::tuple(0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
+    }
+    void expectNoDvd() const {
+        T_DVD_DETAIL dvd = m_data.GetCurDvdState();
+        EXPECT_EQ(dvd.audioType + dvd.audioChannel + dvd.curAudioLan + dvd.curSubtitleLan, "");
+        EXPECT_EQ(std::tie(dvd.curAngle, dvd.totalAngle, dvd.curAudioMode, dvd.totalAudioMode,
+                           dvd.curSubtitleNum, dvd.totalSubtitle),
+                  std::tuple(0, 0, 0, 0, 0, 0));
+    }
+
     CDiscData m_data;
 };
 
@@ -35,21 +45,14 @@ TEST_F(DiscDataTest, BeforeAnyStateEveryPlayStatusFieldIsMinusOne) {
 }
 
 TEST_F(DiscDataTest, EverythingElseBeginsEmpty) {
-    T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
-    EXPECT_EQ(info.clipsType + info.curMediaId + info.curMediaIds + info.mediaId + info.mediaIds +
-                  info.chapter + info.title + info.chapters + info.titles + info.parentFolder,
-              0);
+    expectNoTrack();
+    expectNoDvd();
     T_PLAYTIME_INFO time = m_data.GetPlayTime();
     EXPECT_EQ(time.time, 0);
     EXPECT_EQ(time.trackTime, 0);
     EXPECT_EQ(time.times, 0);
     T_ID3_INFO id3 = m_data.GetID3Info();
     EXPECT_EQ(id3.title + id3.artist + id3.album, "");
-    T_DVD_DETAIL dvd = m_data.GetCurDvdState();
-    EXPECT_EQ(dvd.audioType + dvd.audioChannel + dvd.curAudioLan + dvd.curSubtitleLan, "");
-    EXPECT_EQ(dvd.curAngle + dvd.totalAngle + dvd.curAudioMode + dvd.totalAudioMode + dvd.curSubtitleNum +
-                  dvd.totalSubtitle,
-              0);
     EXPECT_EQ(m_data.GetMpegVersion(), "");
     EXPECT_EQ(m_data.GetPlayFileName(), "");
     EXPECT_FALSE(m_data.GetDVDRootMenuFlag());
@@ -134,70 +137,6 @@ TEST_F(DiscDataTest, GettersGiveCopies) {
     EXPECT_EQ(copy.title, "before");
 }
 
-TEST_F(DiscDataTest, SkippingSettersNeedNoLockForEqualValues) {
-    m_data.SetPlayTime({10, 200, 3});
-    m_data.SetCurPlayStatus({2, 4, 1, 3});
-    m_data.SetDVDRootMenuFlag(true);
-    m_data.SetDVDParentalFlag(true);
-    m_data.Lock(); // not recursive: a setter that took it would never come back
-    m_data.SetPlayTime({10, 200, 3});
-    m_data.SetCurPlayStatus({2, 4, 1, 3});
-    m_data.SetDVDRootMenuFlag(true);
-    m_data.SetDVDParentalFlag(true);
-    m_data.UnLock();
-    EXPECT_EQ(m_data.GetPlayTime().trackTime, 200);
-}
-
-TEST_F(DiscDataTest, SkippingSettersTakeTheLockWhenAnyFieldDiffers) {
-    const std::vector<std::function<void(CDiscData&)>> setters = {
-        [](CDiscData& data) {
-            data.SetPlayTime({1, 0, 0});
-        },
-        [](CDiscData& data) {
-            data.SetPlayTime({1, 1, 0});
-        },
-        [](CDiscData& data) {
-            data.SetPlayTime({1, 1, 1});
-        },
-        [](CDiscData& data) {
-            data.SetCurPlayStatus({1, -1, -1, -1});
-        },
-        [](CDiscData& data) {
-            data.SetCurPlayStatus({1, 1, -1, -1});
-        },
-        [](CDiscData& data) {
-            data.SetCurPlayStatus({1, 1, 1, -1});
-        },
-        [](CDiscData& data) {
-            data.SetCurPlayStatus({1, 1, 1, 1});
-        },
-        [](CDiscData& data) { data.SetDVDRootMenuFlag(true); },
-        [](CDiscData& data) { data.SetDVDParentalFlag(true); },
-    };
-    for (size_t i = 0; i < setters.size(); ++i) {
-        std::atomic<bool> held{true};
-        std::atomic<bool> wasHeld{true};
-        std::atomic<bool> started{false};
-        m_data.Lock();
-        std::thread writer([&] {
-            started = true;
-            setters[i](m_data);
-            wasHeld = held.load();
-        });
-        while (!started) {
-            std::this_thread::yield();
-        }
-        held = false;
-        m_data.UnLock();
-        writer.join();
-        EXPECT_FALSE(wasHeld) << "setter " << i << " came back while the lock was held";
-    }
-    EXPECT_EQ(m_data.GetPlayTime().times, 1);
-    EXPECT_EQ(m_data.GetCurPlayStatus().scan, 1);
-    EXPECT_TRUE(m_data.GetDVDRootMenuFlag());
-    EXPECT_TRUE(m_data.GetDVDParentalFlag());
-}
-
 TEST_F(DiscDataTest, VideoStatusIsLoggedEvenWhenItDoesNotChange) {
     m_data.SetVideoStatus(true);
     m_data.SetVideoStatus(true);
@@ -215,26 +154,6 @@ TEST_F(DiscDataTest, ConstructionAndTheOtherSettersLogNothing) {
     other.SetDVDRootMenuFlag(true);
     EXPECT_THAT(logged(), IsEmpty());
 }
-
-/** One change flag. */
-struct FlagRow {
-    const char* name;
-    bool (CDiscData::*get)() const;
-    void (CDiscData::*set)(bool);
-    bool isReset;
-    bool isLogged;
-};
-#define FLAG(name, isReset, isLogged)                                                                        \
-    { #name, &CDiscData::GetUpdate##name##Flag, &CDiscData::SetUpdate##name##Flag, isReset, isLogged }
-constexpr FlagRow FLAGS[] = {
-    FLAG(DiscState, false, false),     FLAG(PlayState, true, false),   FLAG(PlayInfo, true, false),
-    FLAG(Time, true, false),           FLAG(ID3, true, false),         FLAG(RootMenu, true, true),
-    FLAG(Parental, true, true),        FLAG(Version, true, true),      FLAG(Updatedb, false, false),
-    FLAG(UpdatedbFinish, false, true), FLAG(DeviceStatus, true, true), FLAG(DiscType, true, true),
-    FLAG(MixedType, true, true),       FLAG(CurDvdState, false, true), FLAG(AudioChannel, false, false),
-    FLAG(PlaySpeed, false, false),     FLAG(KeyInvalid, false, false),
-};
-#undef FLAG
 
 TEST_F(DiscDataTest, TheSeventeenFlagsBeginFalseAndAreKeptApart) {
     static_assert(std::size(FLAGS) == 17);
@@ -289,9 +208,8 @@ TEST_F(DiscDataTest, ResetForgetsTheDiscButKeepsSomeFlags) {
     EXPECT_EQ(m_data.GetPlayTime().time + m_data.GetPlayTime().trackTime + m_data.GetPlayTime().times, 0);
     T_PLAY_STATUS play = m_data.GetCurPlayStatus();
     EXPECT_EQ(std::tie(play.discState, play.repeat, play.shuffle, play.scan), std::tuple(-1, -1, -1, -1));
-    EXPECT_EQ(m_data.GetCurPlayInfo().parentFolder, 0);
-    T_DVD_DETAIL dvd = m_data.GetCurDvdState();
-    EXPECT_EQ(std::tie(dvd.audioType, dvd.curSubtitleLan, dvd.totalSubtitle), std::tuple("", "", 0));
+    expectNoTrack();
+    expectNoDvd();
     EXPECT_FALSE(m_data.GetDVDRootMenuFlag());
     EXPECT_FALSE(m_data.GetDVDParentalFlag());
     EXPECT_FALSE(m_data.GetVideoStatus());
@@ -315,27 +233,6 @@ TEST_F(DiscDataTest, ResetLeavesDeviceTagsTextsAndTips) {
     EXPECT_EQ(m_data.GetMsgTip(), 3);
     EXPECT_TRUE(m_data.GetDiscAutoInsertFlag());
     EXPECT_TRUE(m_data.GetDiscInBegin());
-}
-
-TEST_F(DiscDataTest, ReadersNeverSeeHalfARecord) {
-    std::atomic<bool> done{false};
-    std::thread writer([&] {
-        for (int i = 1; i <= 2000; ++i) {
-            m_data.SetPlayTime({i, i, i});
-            m_data.SetCurPlayStatus({i, i, i, i});
-            m_data.SetID3Info({std::to_string(i), std::to_string(i), ""});
-        }
-        done = true;
-    });
-    while (!done) {
-        T_PLAYTIME_INFO time = m_data.GetPlayTime();
-        EXPECT_TRUE(time.time == time.trackTime && time.time == time.times);
-        T_PLAY_STATUS play = m_data.GetCurPlayStatus();
-        EXPECT_TRUE(play.discState == play.repeat && play.discState == play.scan);
-        T_ID3_INFO id3 = m_data.GetID3Info();
-        EXPECT_EQ(id3.title, id3.artist);
-    }
-    writer.join();
 }
 
 } // namespace zm::test

@@ -1,3 +1,4 @@
+#include "tests/model/Arguments.h"
 #include "tests/model/ModelTest.h"
 
 #include "Options.h"
@@ -12,25 +13,6 @@ namespace zm::test {
 using testing::ElementsAre;
 using testing::ExitedWithCode;
 using testing::IsEmpty;
-
-/** Arguments as a program gets them. */
-class Arguments {
-public:
-    explicit Arguments(const std::vector<const char*>& words) : m_words(words.begin(), words.end()) {
-        for (std::string& word : m_words) {
-            m_pointers.push_back(word.data());
-        }
-        m_pointers.push_back(nullptr);
-    }
-    int count() const { return static_cast<int>(m_words.size()); }
-    Arguments(const Arguments&) = delete;
-    Arguments& operator=(const Arguments&) = delete;
-    char** values() { return m_pointers.data(); }
-
-private:
-    std::vector<std::string> m_words;
-    std::vector<char*> m_pointers;
-};
 
 /** The program in a process whose standard output is its standard error, which can be matched. */
 static int runProgram(const std::vector<const char*>& words) {

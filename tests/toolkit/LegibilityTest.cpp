@@ -1,24 +1,24 @@
-// A driver can read and hit what the resource files lay out: sizes, distances, contrast, whole words.
+// A driver can read and hit what the resource files lay out: sizes, distances, contrast, whole words. Each
+// rule is also shown to find what breaks it.
 
+#include "LegibilityRules.h"
 #include "SceneFixture.h"
 
-#include "platform/linux/toolkit/FontBook.h"
-#include "platform/linux/toolkit/Resource.h"
-
-#include <pango/pango.h>
-
-#include <cmath>
-#include <map>
-
 using namespace zmtest;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
 
 namespace {
 
-constexpr int leastTouch = 60;
-constexpr int leastDistance = 8;
-constexpr int leastText = 24;
-constexpr int leastStatusText = 20;
-constexpr int leastTitle = 32;
+zm::Resource load(const std::string& name) {
+    auto loaded = zm::loadResource(resourceDir + name + ".zmrc_device", width, height);
+    if (!loaded) {
+        ADD_FAILURE() << loaded.error();
+        return {};
+    }
+    return std::move(*loaded);
+}
 
 struct File {
     const char* name;
@@ -26,193 +26,172 @@ struct File {
 
 class Legibility : public testing::TestWithParam<File> {
 protected:
-    Legibility()
-        : m_loaded(zm::loadResource(resourceDir + GetParam().name + ".zmrc_device", width, height)) {}
-    void SetUp() override { ASSERT_TRUE(m_loaded) << m_loaded.error(); }
-    const zm::Resource& resource() const { return *m_loaded; }
-    const zm::Style& style(const zm::ItemSpec& item) const {
-        return resource().styles[static_cast<size_t>(item.style)];
-    }
-    std::string place(const zm::WindowSpec& window, const zm::ItemSpec& item) const {
-        return "window " + std::to_string(window.id) + " item " + std::to_string(item.id);
-    }
-    /** A control that is seen and touched; areas that only click are not. */
-    bool isControl(const zm::ItemSpec& item) const {
-        return item.touch && item.kind == zm::ItemKind::Button && style(item).name != "none" &&
-               item.id != 500;
-    }
-
-private:
-    zm::Result<zm::Resource> m_loaded;
+    zm::Resource resource = load(GetParam().name);
 };
 
-int distance(const zm::Rect& a, const zm::Rect& b) {
-    const int across = std::max(a.x - b.x - b.w, b.x - a.x - a.w);
-    const int down = std::max(a.y - b.y - b.h, b.y - a.y - a.h);
-    return std::max(across, down);
-}
-
 TEST_P(Legibility, touchTargetsAreLargeEnough) {
-    for (const zm::WindowSpec& window : resource().windows) {
-        for (const zm::ItemSpec& item : window.items) {
-            if (item.touch) {
-                const int high =
-                    item.kind == zm::ItemKind::List ? item.rect.h / style(item).rows : item.rect.h;
-                EXPECT_GE(high, leastTouch) << place(window, item);
-                EXPECT_GE(item.rect.w, leastTouch) << place(window, item);
-            }
-        }
-    }
+    EXPECT_THAT(touchTargets(resource), IsEmpty());
 }
 
 TEST_P(Legibility, controlsStandEightPixelsApart) {
-    for (const zm::WindowSpec& window : resource().windows) {
-        for (const zm::ItemSpec& one : window.items) {
-            for (const zm::ItemSpec& other : window.items) {
-                const bool both = isControl(one) && isControl(other) && one.id < other.id;
-                // Those in the same place replace each other; the popup lies above the page.
-                if (both && one.rect != other.rect && one.parent != 101 && other.parent != 101) {
-                    EXPECT_GE(distance(one.rect, other.rect), leastDistance)
-                        << place(window, one) << " and " << other.id;
-                }
-            }
-        }
-    }
+    EXPECT_THAT(distances(resource), IsEmpty());
 }
 
 TEST_P(Legibility, textsAreLargeEnough) {
-    for (const zm::WindowSpec& window : resource().windows) {
-        for (const zm::ItemSpec& item : window.items) {
-            const bool inStatus = item.id == 8 || item.id == 11 || item.id == 12 || item.id == 20;
-            const bool bearsText = item.kind == zm::ItemKind::Text || item.kind == zm::ItemKind::List ||
-                                   (item.kind == zm::ItemKind::Button && (item.textId || !item.text.empty()));
-            if (bearsText) {
-                EXPECT_GE(style(item).textSize, inStatus ? leastStatusText : leastText)
-                    << place(window, item);
-            }
-            for (const int title : {1012, 2065, 7004, 7034, 20121}) {
-                if (item.id == title) {
-                    EXPECT_GE(style(item).textSize, leastTitle) << place(window, item);
-                }
-            }
-        }
-    }
+    EXPECT_THAT(textSizes(resource), IsEmpty());
 }
 
-double luminance(const zm::Color& color) {
-    const auto linear = [](double c) {
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
-}
-
-double contrast(const zm::Color& a, const zm::Color& b) {
-    const double one = luminance(a) + 0.05;
-    const double other = luminance(b) + 0.05;
-    return std::max(one, other) / std::min(one, other);
-}
-
-/** A colour over the worst background that a veil can lie on: its opposite. */
-zm::Color over(const zm::Color& top, double below) {
-    return {top.red * top.alpha + below * (1 - top.alpha), top.green * top.alpha + below * (1 - top.alpha),
-            top.blue * top.alpha + below * (1 - top.alpha), 1};
-}
-
-TEST_P(Legibility, coloursContrastInBothThemes) {
-    for (const auto& [theme, colors] : resource().themes) {
-        for (const zm::Style& style : resource().styles) {
-            for (size_t state = 0; state < style.looks.size(); ++state) {
-                const zm::Look& look = style.looks[state];
-                const std::string what = theme + " " + style.name + " state " + std::to_string(state);
-                std::vector<zm::Color> grounds;
-                if (look.fill == zm::noColor) {
-                    for (const char* ground : {"page", "bar"}) {
-                        const auto at =
-                            std::find(resource().palette.begin(), resource().palette.end(), ground);
-                        grounds.push_back(colors[static_cast<size_t>(at - resource().palette.begin())]);
-                    }
-                } else {
-                    grounds = {over(colors[static_cast<size_t>(look.fill)], 0),
-                               over(colors[static_cast<size_t>(look.fill)], 1)};
-                }
-                for (const zm::Color& ground : grounds) {
-                    if (look.text != zm::noColor && style.name != "progress") {
-                        EXPECT_GE(contrast(colors[static_cast<size_t>(look.text)], ground), 4.5)
-                            << what << " text";
-                    }
-                    if (look.icon != zm::noColor && style.name != "progress") {
-                        EXPECT_GE(contrast(colors[static_cast<size_t>(look.icon)], ground), 3.0)
-                            << what << " icon";
-                    }
-                }
-                if (look.border != zm::noColor && style.name != "popup" && style.name != "cover") {
-                    const auto page = std::find(resource().palette.begin(), resource().palette.end(), "page");
-                    EXPECT_GE(contrast(colors[static_cast<size_t>(look.border)],
-                                       colors[static_cast<size_t>(page - resource().palette.begin())]),
-                              3.0)
-                        << what << " border";
-                }
-            }
-        }
-    }
-}
-
-/** Texts that the application puts into items of the resource. */
-const std::map<int, std::vector<int>> textsOfItems = {
-    {5, {30, 107}},
-    {7004, {33, 34, 110, 13067}},
-    {7034, {13007}},
-    {2003, {33, 70, 71, 72}},
-    {527, {166, 167, 168, 14122}},
-    {2155, {112, 113, 114, 129, 133, 154, 155, 156, 157, 160, 161, 162, 163, 164, 169, 170, 171}}};
-const std::map<int, std::string> longestValues = {
-    {8, "88:88"},         {20, "-40.0"}, {2067, "88:88:88"}, {2068, "88:88:88"},
-    {510, "65535/65535"}, {11, "AM"},    {12, "PM"}};
-
-int roomFor(const zm::ItemSpec& item, const zm::Style& style) {
-    const bool beside = !item.icons.empty() && style.iconAt != zm::IconAt::Top;
-    return item.rect.w - 2 * style.padding - (beside ? style.iconSize + style.gap : 0);
+TEST_P(Legibility, coloursContrastInBothThemesAndAllStates) {
+    EXPECT_THAT(contrasts(resource), IsEmpty());
 }
 
 TEST_P(Legibility, noTextIsCutInAnyLanguage) {
     auto fonts = zm::FontBook::open(fontDir);
     ASSERT_TRUE(fonts) << fonts.error();
-    const auto expectFits = [&](const std::string& text, const zm::WindowSpec& window,
-                                const zm::ItemSpec& item) {
-        const zm::Style& own = style(item);
-        for (const zm::LookState state : {zm::LookState::Normal, zm::LookState::Selected}) {
-            const zm::LayoutPtr layout =
-                (*fonts)->layout(own.textSize, own.look(state).bold, zm::Reading::FromLeft);
-            const std::string shown = text + own.suffix;
-            (*fonts)->prepare(shown);
-            pango_layout_set_text(layout.get(), shown.c_str(), -1);
-            int wide = 0;
-            pango_layout_get_pixel_size(layout.get(), &wide, nullptr);
-            // A text of several lines is broken between words, which costs a part of each line.
-            const int room = roomFor(item, own) * own.lines * (own.lines > 1 ? 8 : 10) / 10;
-            EXPECT_LE(wide, room) << place(window, item) << ": " << shown;
-            EXPECT_EQ(pango_layout_get_unknown_glyphs_count(layout.get()), 0) << shown;
-        }
-    };
-    for (const zm::WindowSpec& window : resource().windows) {
-        for (const zm::ItemSpec& item : window.items) {
-            std::vector<int> ids = item.textId ? std::vector{item.textId} : std::vector<int>();
-            if (const auto more = textsOfItems.find(item.id); more != textsOfItems.end()) {
-                ids.insert(ids.end(), more->second.begin(), more->second.end());
-            }
-            for (const int id : ids) {
-                for (size_t language = 0; language < resource().languages.size(); ++language) {
-                    expectFits(resource().text(id, language), window, item);
-                }
-            }
-            if (const auto longest = longestValues.find(item.id); longest != longestValues.end()) {
-                expectFits(longest->second, window, item);
-            }
-        }
-    }
+    EXPECT_THAT(cutTexts(resource, **fonts), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, Legibility, testing::Values(File{"DISC"}, File{"OVERLAY"}),
                          [](const auto& test) { return std::string(test.param.name); });
+
+/** A file with one thing spoilt, and the rule that has to find it. */
+class SpoiltFile : public testing::Test {
+protected:
+    zm::ItemSpec& item(int window, int id) {
+        for (zm::WindowSpec& one : resource.windows) {
+            for (zm::ItemSpec& candidate : one.items) {
+                if (one.id == window && candidate.id == id) {
+                    return candidate;
+                }
+            }
+        }
+        throw std::out_of_range("no such item");
+    }
+    zm::Style& styleOf(int window, int id) {
+        return resource.styles[static_cast<size_t>(item(window, id).style)];
+    }
+    zm::Color& color(const std::string& theme, const std::string& name) {
+        const auto at = std::find(resource.palette.begin(), resource.palette.end(), name);
+        return resource.themes.at(theme)[static_cast<size_t>(at - resource.palette.begin())];
+    }
+    Findings cut() {
+        auto fonts = zm::FontBook::open(fontDir);
+        return cutTexts(resource, **fonts);
+    }
+
+    zm::Resource resource = load("DISC");
+};
+
+TEST_F(SpoiltFile, aKeyOfTheHeadThatIsTooLow) {
+    item(24, 3).rect.h = 59;
+    EXPECT_THAT(touchTargets(resource), Contains(HasSubstr("window 24 item 3:")));
+}
+
+TEST_F(SpoiltFile, aKeyBelow76PixelsWhereThereIsRoom) {
+    item(6, 6521).rect.w = 75;
+    EXPECT_THAT(touchTargets(resource), Contains(HasSubstr("window 6 item 6521:")));
+}
+
+TEST_F(SpoiltFile, rowsThatAreTooLow) {
+    styleOf(25, 2000).rows = 6;
+    EXPECT_THAT(touchTargets(resource), Contains(HasSubstr("window 25 item 2000:")));
+}
+
+TEST_F(SpoiltFile, keysThatStandTooClose) {
+    item(6, 6521).rect.x += 1;
+    EXPECT_THAT(distances(resource), Contains(HasSubstr("window 6 item 6521: too near to 6522")));
+}
+
+TEST_F(SpoiltFile, aListThatReachesTheKeysBelow) {
+    styleOf(24, 2000).rowGap = 7;
+    EXPECT_THAT(distances(resource), Contains(HasSubstr("window 24 item 2000: too near to 2071")));
+}
+
+TEST_F(SpoiltFile, tilesOfThePopupThatStandTooClose) {
+    item(6, 103).rect.w += 1;
+    EXPECT_THAT(distances(resource), Contains(HasSubstr("window 6 item 103: too near to 105")));
+}
+
+TEST_F(SpoiltFile, anItemBesideTheScreen) {
+    item(6, 6525).rect.x = 700;
+    EXPECT_THAT(distances(resource), Contains("window 6 item 6525: not on the screen"));
+}
+
+TEST_F(SpoiltFile, textsThatAreTooSmall) {
+    styleOf(6, 2063).textSize = 23;
+    styleOf(6, 2065).textSize = 31;
+    styleOf(6, 11).textSize = 19;
+    const Findings found = textSizes(resource);
+    EXPECT_THAT(found, Contains(HasSubstr("window 6 item 2063: text of 23")));
+    EXPECT_THAT(found, Contains(HasSubstr("window 6 item 2065: text of 31")));
+    EXPECT_THAT(found, Contains(HasSubstr("window 6 item 11: text of 19")));
+}
+
+TEST_F(SpoiltFile, aTextThatIsTooPaleInOneTheme) {
+    color("day", "quiet") = color("day", "outline");
+    const Findings found = contrasts(resource);
+    EXPECT_THAT(found, Contains(HasSubstr("window 6 item 2063: day normal text contrasts")));
+    EXPECT_THAT(found, testing::Each(testing::Not(HasSubstr("night"))));
+}
+
+TEST_F(SpoiltFile, aDisabledKeyThatCannotBeRead) {
+    color("night", "faint") = color("night", "outline");
+    EXPECT_THAT(contrasts(resource),
+                Contains(HasSubstr("window 20 item 511: night disabled text contrasts")));
+}
+
+TEST_F(SpoiltFile, aBorderThatIsNotSeen) {
+    color("night", "outline") = color("night", "pressed");
+    const Findings found = contrasts(resource);
+    EXPECT_THAT(found, Contains(HasSubstr("window 6 item 6521: night normal border contrasts")));
+    EXPECT_THAT(found, Contains(HasSubstr("window 6 item 2069: night normal rest contrasts")));
+}
+
+TEST_F(SpoiltFile, anAccentThatIsNotSeen) {
+    color("day", "accent") = color("day", "chosen");
+    EXPECT_THAT(contrasts(resource), Contains(HasSubstr("window 6 item 6522: day normal picture contrasts")));
+}
+
+TEST_F(SpoiltFile, aModeThatIsOnButNotSeen) {
+    resource.pictures.at(165).layers.front().color = styleOf(6, 6503).looks[0].fill;
+    EXPECT_THAT(contrasts(resource), Contains(HasSubstr("window 6 item 6503: night layer contrasts 1.0")));
+}
+
+TEST_F(SpoiltFile, aTextOnTheBarePicture) {
+    resource = load("OVERLAY");
+    styleOf(1, 20201).looks[0].fill = zm::noColor; // the veil of the bars
+    EXPECT_THAT(contrasts(resource), Contains("window 1 item 2067: night normal text without a ground"));
+}
+
+TEST_F(SpoiltFile, aVeilThatIsTooThin) {
+    resource = load("OVERLAY");
+    color("night", "veil").alpha = 0.5;
+    EXPECT_THAT(contrasts(resource), Contains(HasSubstr("window 2 item 2067: night normal text contrasts")));
+}
+
+TEST_F(SpoiltFile, aWordThatIsTooLongInOneLanguage) {
+    resource.texts.at(20014)[1] = "Verzeichnisse";
+    EXPECT_THAT(cut(), Contains(HasSubstr("window 24 item 506: Verzeichnisse")));
+}
+
+TEST_F(SpoiltFile, anExplanationThatNeedsAThirdLine) {
+    resource.texts.at(20021)[0] += " Until then nothing is seen here, and that goes on for quite a while.";
+    EXPECT_THAT(cut(), Contains(HasSubstr("window 10 item 20122: ")));
+}
+
+TEST_F(SpoiltFile, aTimeThatDoesNotFit) {
+    item(6, 2067).rect.w = 90;
+    EXPECT_THAT(cut(), Contains(HasSubstr("window 6 item 2067: 88:88:88")));
+}
+
+TEST_F(SpoiltFile, aTextThatIsHigherThanItsPlace) {
+    item(6, 2075).rect.h = 12;
+    EXPECT_THAT(cut(), Contains(HasSubstr("window 6 item 2075: 65535/65535 is")));
+}
+
+TEST_F(SpoiltFile, aLetterWithoutAFont) {
+    resource.texts.at(20014)[0] = "\U00012345";
+    EXPECT_THAT(cut(), Contains(HasSubstr("has letters without a font")));
+}
 
 } // namespace

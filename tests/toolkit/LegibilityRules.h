@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/linux/toolkit/FontBook.h"
+#include "platform/linux/toolkit/Resource.h"
+
+#include <string>
+#include <vector>
+
+namespace zmtest {
+
+/** What is wrong, a line each: "window 6 item 6521: ...". */
+using Findings = std::vector<std::string>;
+
+/** Everything that is touched is at least 60 pixels high and wide, and 76 where the page leaves room. */
+Findings touchTargets(const zm::Resource& resource);
+/** Controls stand at least 8 pixels apart and inside the screen. */
+Findings distances(const zm::Resource& resource);
+/** Texts are at least 24 pixels high, 20 in the status bar, titles 32. */
+Findings textSizes(const zm::Resource& resource);
+/** In each theme and state texts contrast 4.5 : 1 with what they stand on, pictures, borders and bars 3 : 1.
+ */
+Findings contrasts(const zm::Resource& resource);
+/** No text is cut at its longest in any language, and each letter has a font. */
+Findings cutTexts(const zm::Resource& resource, zm::FontBook& fonts);
+
+} // namespace zmtest

@@ -68,11 +68,13 @@ void HeadUnit::makeChildren() {
     if (m_options.programDir.empty()) {
         return;
     }
+    const bool ownResources = !m_options.resourceDir.empty();
     const std::vector<std::pair<std::string, std::string>> environment = {
         {"ZM_RUNTIME", m_options.runtimeDir},
         {"ZM_CATALOGUE", m_options.catalogue},
-        {"ZM_RCC_PATH", m_options.shareDir + "/rccs/"},
+        {"ZM_RCC_PATH", ownResources ? m_options.resourceDir + "/" : m_options.shareDir + "/rccs/"},
         {"ZM_FONT_PATH", m_options.shareDir + "/fonts/"},
+        {"ZM_WATCH_RESOURCES", ownResources ? "1" : ""},
     };
     m_application =
         std::make_unique<Child>(m_loop, ChildSetup{"app", m_options.programDir + "/Platen",

@@ -12,10 +12,12 @@ enum class ClockMode { Real, Manual };
 
 /** How a head unit is set up. */
 struct HeadUnitOptions {
-    std::string runtimeDir; ///< exists, mode 0700
-    std::string shareDir;   ///< has the folders rccs, fonts and web
-    std::string catalogue;  ///< SQLite file that the application reads
-    std::string programDir; ///< folder of Platen and zmdiscd; empty: nothing is started
+    std::string runtimeDir;  ///< exists, mode 0700
+    std::string shareDir;    ///< has the folders rccs, fonts and web
+    std::string catalogue;   ///< SQLite file that the application reads
+    std::string resourceDir; ///< of resource files that the application reads again when they change; empty:
+                             ///< those of shareDir, read once
+    std::string programDir;  ///< folder of Platen and zmdiscd; empty: nothing is started
     bool discService = true;
     std::string disc;    ///< put into the drive at the start; empty: none
     std::string appArgs; ///< appended to the application's command line, separated as a shell would

@@ -14,7 +14,8 @@ namespace zm {
 const char* const BenchUsage =
     "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
     "--no-web]\n"
-    "               [--manual-clock] [--launcher active|passive] [--app-args TEXT]\n";
+    "               [--manual-clock] [--launcher active|passive] [--app-args TEXT]\n"
+    "               [--resources DIR]\n";
 
 namespace {
 
@@ -46,7 +47,7 @@ struct OptionRow {
     bool (*take)(Parsed& parsed, const std::string& value);
 };
 
-constexpr std::array<OptionRow, 9> Rows = {{
+constexpr std::array<OptionRow, 10> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -84,6 +85,11 @@ constexpr std::array<OptionRow, 9> Rows = {{
          return v == "active" || v == "passive";
      }},
     {"--app-args", true, takeAppArgs},
+    {"--resources", true,
+     [](Parsed& p, const std::string& v) {
+         p.options.unit.resourceDir = absolute(v);
+         return !v.empty();
+     }},
 }};
 
 const OptionRow* find(std::string_view name) {

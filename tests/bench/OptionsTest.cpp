@@ -30,10 +30,11 @@ TEST(BenchOptions, AManualClockImpliesAPassiveLauncher) {
 
 TEST(BenchOptions, PathsBecomeAbsolute) {
     const std::string here = std::filesystem::current_path();
-    const auto options =
-        parseBenchOptions({"--runtime", "run", "--no-disc-service", "--catalogue", "../c.sqlite"});
+    const auto options = parseBenchOptions(
+        {"--runtime", "run", "--no-disc-service", "--catalogue", "../c.sqlite", "--resources", "pages"});
     ASSERT_TRUE(options);
     EXPECT_EQ(options->unit.runtimeDir, here + "/run");
+    EXPECT_EQ(options->unit.resourceDir, here + "/pages");
     EXPECT_EQ(options->unit.catalogue, std::filesystem::path(here).parent_path().string() + "/c.sqlite");
 }
 

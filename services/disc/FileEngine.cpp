@@ -14,20 +14,12 @@ namespace {
 constexpr Milliseconds StartDeadline{15000};
 constexpr auto LeaveDeadline = std::chrono::seconds(1);
 
-struct RankRow {
-    const char* decoder;
-    guint rank;
-};
-// Bitmaps: the decoder of higher rank takes them in one piece only, which files are not read in.
-constexpr RankRow ranks[] = {{"avdec_bmp", GST_RANK_NONE}, {"gdkpixbufdec", GST_RANK_MARGINAL}};
-
 void initDecoders() {
     gst_init(nullptr, nullptr);
-    for (const auto& row : ranks) {
-        if (GstPluginFeature* feature = gst_registry_lookup_feature(gst_registry_get(), row.decoder)) {
-            gst_plugin_feature_set_rank(feature, row.rank);
-            gst_object_unref(feature);
-        }
+    // Of the elements for photos only this one reads how the camera was held.
+    if (GstPluginFeature* parser = gst_registry_lookup_feature(gst_registry_get(), "jpegparse")) {
+        gst_plugin_feature_set_rank(parser, GST_RANK_PRIMARY + 1);
+        gst_object_unref(parser);
     }
 }
 

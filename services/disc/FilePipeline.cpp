@@ -4,10 +4,7 @@
 #include "services/disc/PlaybinStreams.h"
 #include "services/disc/SoundOut.h"
 
-#include <gst/app/gstappsrc.h>
-
 #include <algorithm>
-#include <cstring>
 
 namespace zm::disc {
 
@@ -16,8 +13,6 @@ namespace {
 constexpr Milliseconds Tick{250};
 // A scan this close to the end counts as having reached it.
 constexpr Milliseconds EndMargin{1000};
-constexpr size_t PushBytes = 64 * 1024;
-constexpr guint64 QueueBytes = 256 * 1024;
 
 // Flags of "playbin". A music file's cover is no picture to show, so music is sound and its volume only.
 // Native video keeps photos from being scaled before they are ours; with it no subtitle could be drawn.
@@ -48,10 +43,11 @@ std::string errorText(GstMessage* message) {
 
 FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames,
                            const Playable& playable, std::shared_ptr<Feed> feed)
-    : m_loop(loop), m_listener(listener), m_frames(frames), m_playable(playable), m_feed(std::move(feed)) {}
+    : m_loop(loop), m_listener(listener), m_frames(frames), m_playable(playable),
+      m_source(std::move(feed), playable.kind) {}
 
 FilePipeline::~FilePipeline() {
-    m_feed->cancel();
+    m_source.cancel();
     m_bus.reset();
     if (m_playbin) {
         gst_element_set_state(m_playbin.get(), GST_STATE_NULL);
@@ -61,12 +57,10 @@ FilePipeline::~FilePipeline() {
 void FilePipeline::start(Milliseconds position, StartMode mode) {
     m_first = position;
     m_mode = mode;
-    const auto size = m_feed->open();
-    if (!size) {
-        fail(size.error());
+    if (const auto status = m_source.open(); !status) {
+        fail(status.error());
         return;
     }
-    m_size = *size;
     if (!build()) {
         fail("no decoder installed");
         return;
@@ -95,7 +89,7 @@ bool FilePipeline::build() {
         g_object_set(playbin, "video-sink", m_picture->element(), nullptr);
     }
     auto onSource = +[](GstElement*, GstElement* source, gpointer self) {
-        static_cast<FilePipeline*>(self)->connectSource(source);
+        static_cast<FilePipeline*>(self)->m_source.connect(source);
     };
     g_signal_connect(playbin, "source-setup", G_CALLBACK(onSource), this);
     return true;
@@ -113,51 +107,15 @@ void FilePipeline::listen() {
     m_bus = SourceHandle(watch);
 }
 
-void FilePipeline::connectSource(GstElement* source) {
-    auto* appsrc = GST_APP_SRC(source);
-    {
-        std::lock_guard lock(m_supplyMutex);
-        m_offset = 0;
-    }
-    g_object_set(source, "format", GST_FORMAT_BYTES, "stream-type", GST_APP_STREAM_TYPE_RANDOM_ACCESS, "size",
-                 static_cast<gint64>(m_size), "max-bytes", QueueBytes, nullptr);
-    GstAppSrcCallbacks callbacks{};
-    callbacks.need_data = [](GstAppSrc* src, guint size, gpointer self) {
-        static_cast<FilePipeline*>(self)->supply(GST_ELEMENT(src), size);
-    };
-    callbacks.seek_data = [](GstAppSrc*, guint64 offset, gpointer self) -> gboolean {
-        auto* pipeline = static_cast<FilePipeline*>(self);
-        std::lock_guard lock(pipeline->m_supplyMutex);
-        pipeline->m_offset = offset;
-        return TRUE;
-    };
-    gst_app_src_set_callbacks(appsrc, &callbacks, this, nullptr);
-}
-
-// Exactly what was asked for is handed over: demuxers that jump about never find their place in larger
-// pieces.
-void FilePipeline::supply(GstElement* source, size_t size) {
-    std::lock_guard lock(m_supplyMutex);
-    const auto bytes = m_feed->read(m_offset, size == G_MAXUINT ? PushBytes : size);
-    if (bytes.empty()) {
-        gst_app_src_end_of_stream(GST_APP_SRC(source));
-        return;
-    }
-    GstBuffer* buffer = gst_buffer_new_allocate(nullptr, bytes.size(), nullptr);
-    gst_buffer_fill(buffer, 0, bytes.data(), bytes.size());
-    m_offset += bytes.size();
-    gst_app_src_push_buffer(GST_APP_SRC(source), buffer);
-}
-
 void FilePipeline::receive(GstMessage* message) {
     if (m_over) {
         return;
     }
     switch (GST_MESSAGE_TYPE(message)) {
     case GST_MESSAGE_ERROR:
-        fail(!m_feed->failure().empty() ? m_feed->failure()
-             : !m_missing.empty()       ? missingDecoders()
-                                        : errorText(message));
+        fail(!m_source.failure().empty() ? m_source.failure()
+             : !m_missing.empty()        ? missingDecoders()
+                                         : errorText(message));
         break;
     case GST_MESSAGE_ELEMENT:
         noteMissing(message);
@@ -219,11 +177,11 @@ std::string FilePipeline::missingDecoders() const {
 }
 
 void FilePipeline::ended() {
-    if (m_playable.kind == MediaKind::Photo && m_feed->failure().empty()) {
+    if (m_playable.kind == MediaKind::Photo && m_source.failure().empty()) {
         return; // it stands there until somebody goes on
     }
-    if (!m_feed->failure().empty()) {
-        fail(m_feed->failure());
+    if (!m_source.failure().empty()) {
+        fail(m_source.failure());
         return;
     }
     if (length() == Milliseconds{0} && position() == Milliseconds{0}) {

@@ -2,11 +2,10 @@
 
 #include "base/EventLoop.h"
 #include "services/disc/Engine.h"
-#include "services/disc/Feed.h"
+#include "services/disc/FileSource.h"
 #include "services/disc/Gst.h"
 #include "services/disc/PictureBin.h"
 
-#include <mutex>
 #include <optional>
 
 namespace zm::disc {
@@ -36,8 +35,6 @@ private:
 
     bool build();
     void listen();
-    void connectSource(GstElement* source);
-    void supply(GstElement* source, size_t size);
     void receive(GstMessage* message);
     void prerolled();
     void noteMissing(GstMessage* message);
@@ -55,14 +52,10 @@ private:
     FrameSink& m_frames;
     std::optional<PictureBin> m_picture; ///< outlives the decoder that feeds it
     Playable m_playable;
-    std::shared_ptr<Feed> m_feed;
+    FileSource m_source; ///< outlives the decoder that reads from it
     GstOwned<GstElement> m_playbin;
     SourceHandle m_bus;
     SourceHandle m_clock; ///< reports the position, or steps a scan
-
-    std::mutex m_supplyMutex; ///< decoders ask from several threads
-    uint64_t m_offset = 0;
-    uint64_t m_size = 0;
 
     std::string m_missing; ///< what decoders are not installed for
     bool m_started = false;

@@ -11,6 +11,7 @@ struct GstRelease {
     void operator()(GstBus* bus) const { gst_object_unref(bus); }
     void operator()(GError* error) const { g_error_free(error); }
     void operator()(char* text) const { g_free(text); }
+    void operator()(GstBuffer* buffer) const { gst_buffer_unref(buffer); }
     void operator()(GstCaps* caps) const { gst_caps_unref(caps); }
     void operator()(GstSample* sample) const { gst_sample_unref(sample); }
 };

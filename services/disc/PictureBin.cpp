@@ -12,7 +12,9 @@ namespace zm::disc {
 namespace {
 
 std::string description(PictureShape shape) {
-    return "videocrop name=crop ! videoflip name=turn ! videoconvertscale n-threads=2 add-borders=" +
+    // First as the camera was held, then as the user wants it.
+    return "videocrop name=crop ! videoflip video-direction=auto ! videoflip name=turn ! videoconvertscale "
+           "n-threads=2 add-borders=" +
            std::string(shape == PictureShape::Keep ? "true" : "false") +
            " ! video/x-raw,format=BGRx,width=" + std::to_string(PictureWidth) +
            ",height=" + std::to_string(PictureHeight) +

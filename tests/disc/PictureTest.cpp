@@ -1,4 +1,4 @@
-#include "tests/disc/DiscUnit.h"
+#include "tests/disc/PictureFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -9,13 +9,6 @@ using namespace zm::disc;
 using namespace std::chrono_literals;
 
 namespace {
-
-constexpr Colour red{255, 0, 0};
-constexpr Colour green{0, 128, 0};
-constexpr Colour blue{0, 0, 255};
-constexpr Colour black{0, 0, 0};
-constexpr int MiddleX = PictureWidth / 2;
-constexpr int MiddleY = PictureHeight / 2;
 
 // Ten seconds of red, then ten of blue, with a tone.
 std::string redThenBlue(const std::string& extension, const std::string& codec) {
@@ -45,45 +38,6 @@ std::string mpg() {
 std::string avi() {
     return redThenBlue("avi", "-c:v mpeg4 -vtag XVID -b:v 800k -c:a libmp3lame");
 }
-
-// A photo whose left half is red and whose right half is blue, 400 by 240.
-std::string twoHalves(const std::string& extension) {
-    return sample({"halves." + extension,
-                   "-f lavfi -i color=red:size=200x240 -f lavfi -i color=blue:size=200x240 "
-                   "-filter_complex hstack -frames:v 1"});
-}
-
-std::string plainPhoto(const std::string& colour, const std::string& size) {
-    return sample(
-        {colour + "-" + size + ".png", "-f lavfi -i color=" + colour + ":size=" + size + " -frames:v 1"});
-}
-
-class Pictures : public testing::Test {
-protected:
-#ifdef __SANITIZE_THREAD__
-    void SetUp() override {
-        GTEST_SKIP() << "the decoder's libraries are not instrumented";
-    }
-#endif
-    Published nextFile(int file) {
-        return m_unit.next("trackinfo",
-                           [=](const Published& each) { return each.json()["curmediaid"] == file; });
-    }
-    void nextTime(int from, int to) {
-        m_unit.next("playtime", [=](const Published& each) {
-            return each.json()["time"] >= from && each.json()["time"] <= to;
-        });
-    }
-    void play() {
-        m_unit.play(m_disc.path().string());
-    }
-    bool shows(Colour colour) {
-        return m_unit.pictures().waitFor(MiddleX, MiddleY, colour);
-    }
-
-    TempFolder m_disc;
-    DiscUnit m_unit;
-};
 
 class VideoFormat : public Pictures, public testing::WithParamInterface<const char*> {
 protected:
@@ -190,110 +144,6 @@ TEST_F(Pictures, AVideoThatCannotBeDecodedIsSkipped) {
     m_unit.next("errorstatus", "32");
     nextFile(2);
     EXPECT_TRUE(shows(red));
-}
-
-class PhotoFormat : public Pictures, public testing::WithParamInterface<const char*> {};
-
-TEST_P(PhotoFormat, IsShown) {
-    place(twoHalves(GetParam()), m_disc / (std::string("p.") + GetParam()));
-    play();
-    EXPECT_TRUE(m_unit.pictures().waitFor(200, MiddleY, red));
-    EXPECT_TRUE(m_unit.pictures().waitFor(600, MiddleY, blue));
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, PhotoFormat, testing::Values("jpg", "png", "bmp", "gif"));
-
-TEST_F(Pictures, PhotosKeepTheirShape) {
-    place(plainPhoto("red", "240x240"), m_disc / "p.png");
-    play();
-    EXPECT_TRUE(m_unit.pictures().waitFor(MiddleX, MiddleY, red));
-    EXPECT_TRUE(m_unit.pictures().waitFor(50, MiddleY, black));
-}
-
-TEST_F(Pictures, PhotosFollowEachOtherEveryFiveSeconds) {
-    place(plainPhoto("red", "80x48"), m_disc / "1.png");
-    place(plainPhoto("blue", "80x48"), m_disc / "2.png");
-    m_unit.startService(m_disc.path().string());
-    m_unit.command(187, 1, 0);
-    const auto begun = m_unit.nextState(PlayState::Playing);
-    ASSERT_TRUE(shows(red));
-    const auto second = nextFile(2);
-    EXPECT_NEAR(std::chrono::duration<double>(second.when - begun.when).count(), 5.0, 0.7);
-    EXPECT_TRUE(shows(blue));
-}
-
-TEST_F(Pictures, PauseHoldsTheSlideShow) {
-    place(plainPhoto("red", "80x48"), m_disc / "1.png");
-    place(plainPhoto("blue", "80x48"), m_disc / "2.png");
-    play();
-    m_unit.command(5);
-    m_unit.nextState(PlayState::Paused);
-    m_unit.mark();
-    EXPECT_FALSE(m_unit.follows("discstate", "2", 6s));
-    EXPECT_TRUE(m_unit.since("trackinfo").empty());
-    m_unit.command(5);
-    m_unit.nextState(PlayState::Playing);
-    nextFile(2);
-}
-
-TEST_F(Pictures, PhotosAreRotatedByQuarters) {
-    place(twoHalves("png"), m_disc / "p.png");
-    play();
-    ASSERT_TRUE(m_unit.pictures().waitFor(200, MiddleY, red));
-    m_unit.command(163); // clockwise: the left half is on top
-    EXPECT_TRUE(m_unit.pictures().waitFor(MiddleX, 100, red));
-    EXPECT_TRUE(m_unit.pictures().waitFor(MiddleX, 380, blue));
-    m_unit.command(163);
-    EXPECT_TRUE(m_unit.pictures().waitFor(200, MiddleY, blue));
-    m_unit.command(163);
-    EXPECT_TRUE(m_unit.pictures().waitFor(MiddleX, 100, blue));
-    m_unit.command(163);
-    EXPECT_TRUE(m_unit.pictures().waitFor(200, MiddleY, red));
-}
-
-TEST_F(Pictures, PhotosAreEnlargedAroundTheirMiddle) {
-    // A red square of half the size in the middle of blue.
-    place(sample({"square.png", "-f lavfi -i color=blue:size=400x240 -vf "
-                                "drawbox=x=100:y=60:w=200:h=120:color=red:t=fill -frames:v 1"}),
-          m_disc / "p.png");
-    play();
-    ASSERT_TRUE(m_unit.pictures().waitFor(100, 60, blue));
-    m_unit.command(20);
-    m_unit.command(20); // twice as large
-    EXPECT_TRUE(m_unit.pictures().waitFor(30, 30, red));
-    m_unit.command(20);
-    m_unit.command(20); // as it was
-    EXPECT_TRUE(m_unit.pictures().waitFor(100, 60, blue));
-}
-
-TEST_F(Pictures, ANewPhotoIsShownUpright) {
-    place(twoHalves("png"), m_disc / "1.png");
-    place(twoHalves("jpg"), m_disc / "2.jpg");
-    play();
-    m_unit.command(163);
-    ASSERT_TRUE(m_unit.pictures().waitFor(MiddleX, 100, red));
-    m_unit.command(1);
-    nextFile(2);
-    EXPECT_TRUE(m_unit.pictures().waitFor(200, MiddleY, red));
-    EXPECT_TRUE(m_unit.pictures().waitFor(600, MiddleY, blue));
-}
-
-TEST_F(Pictures, ZoomAndRotationAreRefusedForMusic) {
-    place(toneFile("mp3", 30, "Song"), m_disc / "song.mp3");
-    play();
-    for (const int command : {20, 163}) {
-        m_unit.command(command);
-        m_unit.next("msgtip", "1");
-    }
-}
-
-TEST_F(Pictures, FastForwardAndSeekAreRefusedForPhotos) {
-    place(twoHalves("png"), m_disc / "1.png");
-    play();
-    for (const int command : {3, 4, 10, 185}) {
-        m_unit.command(command);
-        m_unit.next("msgtip", "1");
-    }
 }
 
 TEST_F(Pictures, EjectTakesThePictureAway) {

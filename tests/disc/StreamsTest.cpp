@@ -1,7 +1,5 @@
 #include "base/Paths.h"
-#include "tests/disc/DiscUnit.h"
-
-#include <gtest/gtest.h>
+#include "tests/disc/PictureFixture.h"
 
 #include <fstream>
 #include <iterator>
@@ -11,8 +9,6 @@ using namespace zm::disc;
 using namespace std::chrono_literals;
 
 namespace {
-
-constexpr Colour black{0, 0, 0};
 
 // Black for 30 s with two sound streams; with the first subtitle there is a large white text throughout.
 std::string twoOfEach() {
@@ -37,13 +33,8 @@ std::string plainClip(const std::string& extension, const std::string& codec) {
                                              codec});
 }
 
-class VideoStreams : public testing::Test {
+class VideoStreams : public Pictures {
 protected:
-#ifdef __SANITIZE_THREAD__
-    void SetUp() override {
-        GTEST_SKIP() << "the decoder's libraries are not instrumented";
-    }
-#endif
     nlohmann::json nextDetail(const std::string& member, int value) {
         return m_unit.next("dvdstate", [&](const Published& each) { return each.json()[member] == value; })
             .json();
@@ -64,8 +55,6 @@ protected:
     }
 
     TempFolder m_runtime;
-    TempFolder m_disc;
-    DiscUnit m_unit;
 };
 
 } // namespace

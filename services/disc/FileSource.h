@@ -1,0 +1,43 @@
+#pragma once
+
+#include "services/disc/Feed.h"
+#include "services/disc/Gst.h"
+#include "services/disc/Media.h"
+
+#include <memory>
+#include <mutex>
+
+namespace zm::disc {
+
+/**
+ * Hands the bytes of a file to a decoder. Sound and video are read where the decoder wants them; a photo is
+ * read whole and handed over in one piece: some decoders take it in no other way, and a picture that is
+ * decoded anew (turned, enlarged) is not read anew. `open` may take as long as the feed's deadline.
+ */
+class FileSource {
+public:
+    FileSource(std::shared_ptr<Feed> feed, MediaKind kind) : m_feed(std::move(feed)), m_kind(kind) {}
+
+    /** Opens the file; comes before the others. */
+    Status open();
+    /** Why reading ended early; empty if it did not. */
+    std::string failure() const { return m_feed->failure(); }
+    /** Ends a read that hangs, and all later ones. */
+    void cancel() { m_feed->cancel(); }
+    /** Supplies this application source; it must not outlive the object. */
+    void connect(GstElement* source);
+
+private:
+    void supply(GstElement* source, size_t size);
+    void seek(uint64_t offset);
+    GstOwned<GstBuffer> piece(size_t size);
+
+    std::shared_ptr<Feed> m_feed;
+    MediaKind m_kind;
+    GstOwned<GstBuffer> m_photo;
+    std::mutex m_mutex; ///< decoders ask from several threads
+    uint64_t m_offset = 0;
+    uint64_t m_size = 0;
+};
+
+} // namespace zm::disc

@@ -18,7 +18,7 @@ constexpr double flingMs = 325; ///< in this time a flung list does all but 1/e 
 constexpr double flingRestPixels = 0.5;
 constexpr double walkMs = 120;
 constexpr double walkRest = 0.02;   ///< of one unit of the range
-constexpr double walkedPart = 0.02; ///< steps up to this part of the range are walked, larger ones jump
+constexpr double walkedPart = 0.05; ///< steps up to this part of the range are walked, larger ones jump
 constexpr int listScrolling = 3;
 
 struct LeavingStyle {

@@ -179,7 +179,8 @@ Status VideoService::start() {
     }
     m_impl->command = std::move(*command);
     m_impl->status = std::move(*status);
-    m_impl->follow();
+    // The first read gives the present state only: from here on no request is skipped.
+    m_impl->readReady();
     return ok();
 }
 

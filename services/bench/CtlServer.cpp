@@ -39,29 +39,19 @@ void CtlServer::drop(Client& client) {
 }
 
 void CtlServer::received(Client& client, const std::string& text) {
-    const Json message = Json::parse(text, nullptr, false);
-    std::vector<std::string> words;
-    bool good = message.is_object() && message.contains("argv") && message["argv"].is_array() &&
-                (!client.run || client.run->finished());
-    if (good) {
-        for (const auto& word : message["argv"]) {
-            good = good && word.is_string();
-            words.push_back(good ? word.get<std::string>() : std::string());
-        }
-    }
-    if (!good) {
+    auto request = parseCommandRequest(text);
+    if (!request || (client.run && !client.run->finished())) {
         drop(client);
         return;
     }
-    const auto cwd = message.find("cwd");
     const auto send = [&client](const char* member, const Json& value) {
         client.connection.send(jsonText({{member, value}}));
     };
-    client.run = std::make_shared<CommandRun>(
-        std::move(words), cwd != message.end() && cwd->is_string() ? cwd->get<std::string>() : std::string(),
-        CommandRun::Sink{[send](const std::string& out) { send("out", out); },
-                         [send](const std::string& err) { send("err", err); },
-                         [send](int status) { send("exit", status); }});
+    client.run =
+        std::make_shared<CommandRun>(std::move(request->words), std::move(request->cwd),
+                                     CommandRun::Sink{[send](const std::string& out) { send("out", out); },
+                                                      [send](const std::string& err) { send("err", err); },
+                                                      [send](int status) { send("exit", status); }});
     m_processor.execute(client.run);
 }
 

@@ -2,10 +2,6 @@
 
 namespace zm {
 
-std::string jsonText(const Json& value) {
-    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
 ShellServer::ShellServer(EventLoop& loop, std::string socket) : m_loop(loop), m_socket(std::move(socket)) {}
 
 ShellServer::~ShellServer() {
@@ -36,7 +32,7 @@ void ShellServer::accept(UniqueFd fd) {
 }
 
 void ShellServer::received(const std::string& text) {
-    const Json message = Json::parse(text, nullptr, false);
+    const Json message = parseMessage(text);
     if (!message.is_object() || !message.value("t", Json()).is_string()) {
         gone();
         return;

@@ -2,8 +2,7 @@
 
 #include "base/EventLoop.h"
 #include "base/Socket.h"
-
-#include <nlohmann/json.hpp>
+#include "services/bench/JsonMessage.h"
 
 #include <chrono>
 #include <functional>
@@ -12,11 +11,6 @@
 #include <string>
 
 namespace zm {
-
-using Json = nlohmann::json;
-
-/** JSON as text; what is not UTF-8 in it is replaced. */
-std::string jsonText(const Json& value);
 
 /**
  * The head unit's end of shell.sock: the link to the application's framework. One application at a time;

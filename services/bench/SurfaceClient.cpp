@@ -1,12 +1,12 @@
 #include "services/bench/SurfaceClient.h"
 
+#include "services/bench/JsonMessage.h"
+
 #include <algorithm>
 
 namespace zm {
 
 namespace {
-
-using Json = nlohmann::json;
 
 constexpr size_t LargestMessage = 64 * 1024;
 constexpr size_t WindowsOfClient = 16;
@@ -81,8 +81,7 @@ void SurfaceClient::refuse(const std::string& why) {
     m_role = Role::Unknown;
     m_scene.removeClient(m_number);
     onChange();
-    m_connection.send(
-        Json{{"t", "error"}, {"text", why}}.dump(-1, ' ', false, Json::error_handler_t::replace));
+    m_connection.send(jsonText({{"t", "error"}, {"text", why}}));
     m_end = afterDelay(m_loop, RefusalPause, [this] { end(); });
 }
 
@@ -100,7 +99,7 @@ void SurfaceClient::received(Message message) {
         refuse("message too long");
         return;
     }
-    const Json json = Json::parse(message.text, nullptr, false);
+    const Json json = parseMessage(message.text);
     if (!json.is_object() || text(json, "t").empty()) {
         refuse("a message is a JSON object with the member \"t\"");
         return;
@@ -220,8 +219,7 @@ Status SurfaceClient::close(const Json& message, std::vector<UniqueFd>&) {
 
 Status SurfaceClient::sync(const Json& message, std::vector<UniqueFd>&) {
     const auto id = message.find("id");
-    Json answer{{"t", "synced"}, {"id", id == message.end() ? Json() : *id}};
-    m_connection.send(answer.dump(-1, ' ', false, Json::error_handler_t::replace));
+    m_connection.send(jsonText({{"t", "synced"}, {"id", id == message.end() ? Json() : *id}}));
     return ok();
 }
 

@@ -4,8 +4,6 @@
 #include "services/bench/PixelCodec.h"
 #include "services/bench/WebSocketClient.h"
 
-#include <nlohmann/json.hpp>
-
 #include <cstring>
 
 namespace zm {
@@ -38,6 +36,21 @@ std::string coordinate(const nlohmann::json& message, const char* name, int limi
 
 } // namespace
 
+std::vector<std::string> pageCommand(const nlohmann::json& message) {
+    const auto kind = message.find("t");
+    if (kind == message.end() || !kind->is_string()) {
+        return {};
+    }
+    const auto name = kind->get<std::string>();
+    const auto x = coordinate(message, "x", Compositor::Width);
+    const auto y = coordinate(message, "y", Compositor::Height);
+    if (name == "touch") {
+        return {name, x, y, "--hold", coordinate(message, "hold", 60000)};
+    }
+    const bool step = name == "press" || name == "move" || name == "release";
+    return step ? std::vector<std::string>{name, x, y} : std::vector<std::string>();
+}
+
 struct WebScreen::Page {
     explicit Page(SoupWebsocketConnection* connection) : client(connection) {}
     WebSocketClient client;
@@ -69,21 +82,16 @@ void WebScreen::add(SoupWebsocketConnection* connection) {
             serve(page);
             return;
         }
-        const auto kind = message.find("t");
-        if (kind == message.end() || !kind->is_string()) {
+        auto words = pageCommand(message);
+        if (words.empty()) {
             return;
         }
-        const auto name = kind->get<std::string>();
-        const auto x = coordinate(message, "x", Compositor::Width);
-        const auto y = coordinate(message, "y", Compositor::Height);
-        if (name == "touch") {
-            m_command({"touch", x, y, "--hold", coordinate(message, "hold", 60000)});
-        } else if (name == "press" || name == "move" || name == "release") {
-            page.pressed = name != "release";
-            page.x = x;
-            page.y = y;
-            m_command({name, x, y});
+        if (words[0] != "touch") {
+            page.pressed = words[0] != "release";
+            page.x = words[1];
+            page.y = words[2];
         }
+        m_command(std::move(words));
     };
     page.client.onClosed = [this, &page] {
         if (page.pressed) {

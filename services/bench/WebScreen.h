@@ -2,6 +2,8 @@
 
 #include "base/Rect.h"
 
+#include <nlohmann/json.hpp>
+
 #include <functional>
 #include <list>
 #include <memory>
@@ -14,6 +16,9 @@ namespace zm {
 
 class Compositor;
 class WebSocketClient;
+
+/** The bench's command that a page's message stands for, its place inside the screen; empty if it is none. */
+std::vector<std::string> pageCommand(const nlohmann::json& message);
 
 /**
  * The screen for pages: sends each the rectangles that changed and takes their touches. A page acknowledges

@@ -1,11 +1,10 @@
 #include "services/bench/WebServer.h"
 
 #include "services/bench/Compositor.h"
+#include "services/bench/JsonMessage.h"
 #include "services/bench/PixelCodec.h"
 
 #include <libsoup/soup.h>
-
-#include <nlohmann/json.hpp>
 
 #include <fstream>
 #include <map>
@@ -53,22 +52,6 @@ const std::map<std::string, const char*, std::less<>> contentTypes = {
     {".js", "text/javascript; charset=utf-8"},
     {".css", "text/css; charset=utf-8"},
 };
-
-/** Words of a command; empty if the body is not {"argv":["word",...]}. */
-std::vector<std::string> commandWords(std::string_view body) {
-    const auto request = nlohmann::json::parse(body, nullptr, false);
-    std::vector<std::string> words;
-    if (!request.is_object() || !request.contains("argv") || !request["argv"].is_array()) {
-        return words;
-    }
-    for (const auto& word : request["argv"]) {
-        if (!word.is_string()) {
-            return {};
-        }
-        words.push_back(word.get<std::string>());
-    }
-    return words;
-}
 
 } // namespace
 
@@ -183,18 +166,17 @@ void WebServer::command(SoupServerMessage* message) {
     GBytes* body = soup_message_body_flatten(soup_server_message_get_request_body(message));
     gsize size = 0;
     const auto* bytes = static_cast<const char*>(g_bytes_get_data(body, &size));
-    auto words = commandWords({bytes, size});
+    auto request = parseCommandRequest({bytes, size});
     g_bytes_unref(body);
-    if (words.empty()) {
+    if (!request || request->words.empty()) {
         soup_server_message_set_status(message, SOUP_STATUS_BAD_REQUEST, nullptr);
         return;
     }
     soup_server_message_pause(message);
     const std::shared_ptr<SoupServerMessage> held(SOUP_SERVER_MESSAGE(g_object_ref(message)), g_object_unref);
-    m_backend.run(std::move(words), [held](const WebBackend::Answer& result) {
+    m_backend.run(std::move(request->words), [held](const WebBackend::Answer& result) {
         answer(held.get(), "application/json",
-               nlohmann::json{{"out", result.out}, {"err", result.err}, {"exit", result.exit}}.dump(
-                   -1, ' ', false, nlohmann::json::error_handler_t::replace));
+               jsonText({{"out", result.out}, {"err", result.err}, {"exit", result.exit}}));
         soup_server_message_unpause(held.get());
     });
 }

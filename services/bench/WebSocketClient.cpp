@@ -1,8 +1,8 @@
 #include "services/bench/WebSocketClient.h"
 
-#include <libsoup/soup.h>
+#include "services/bench/JsonMessage.h"
 
-#include <nlohmann/json.hpp>
+#include <libsoup/soup.h>
 
 namespace zm {
 
@@ -50,13 +50,7 @@ void WebSocketClient::messageTrampoline(SoupWebsocketConnection*, int, void* byt
     auto* client = static_cast<WebSocketClient*>(self);
     gsize size = 0;
     const auto* text = static_cast<const char*>(g_bytes_get_data(static_cast<GBytes*>(bytes), &size));
-    // Nesting is bounded by the message's size, but a deep one is refused before the parser builds it.
-    int depth = 0;
-    for (gsize i = 0; i < size; ++i) {
-        depth += text[i] == '[' || text[i] == '{';
-    }
-    const auto message =
-        depth > 64 ? nlohmann::json() : nlohmann::json::parse(text, text + size, nullptr, false);
+    const auto message = parseMessage({text, size});
     if (!message.is_object()) {
         client->close("not a JSON object");
         return;

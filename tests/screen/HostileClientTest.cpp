@@ -31,6 +31,16 @@ TEST_F(ScreenTest, WhatIsNoMessageEndsTheConnection) {
     }
 }
 
+TEST_F(ScreenTest, AMessageNestedTooDeeplyIsRefused) {
+    const std::string deep = std::string(30000, '[') + std::string(30000, ']');
+    for (const std::string& text :
+         {"{\"t\":\"sync\",\"id\":" + deep + "}", "{\"t\":\"commit\",\"damage\":[[" + deep + ",0,9,9]]}"}) {
+        RawClient client(socket, "app");
+        client.sendText(text);
+        EXPECT_EQ(client.receive()["t"], "error");
+    }
+}
+
 TEST_F(ScreenTest, AWindowNeedsSaneSizesAndItsMemory) {
     struct Row {
         const char* member;

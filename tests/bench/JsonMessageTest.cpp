@@ -1,0 +1,72 @@
+#include "services/bench/JsonMessage.h"
+
+#include "services/bench/WebScreen.h"
+
+#include <gtest/gtest.h>
+
+namespace zm {
+
+namespace {
+
+std::string nested(int levels) {
+    return "{\"t\":" + std::string(static_cast<size_t>(levels) - 1, '[') +
+           std::string(static_cast<size_t>(levels) - 1, ']') + "}";
+}
+
+using Words = std::vector<std::string>;
+
+} // namespace
+
+TEST(JsonMessage, IsAnObject) {
+    EXPECT_EQ(parseMessage(R"({"t":"sync"})"), (Json{{"t", "sync"}}));
+    for (const char* text : {"", "null", "[1]", "\"t\"", "{\"t\":1", "{\"t\":1}}", "{\"t\":\xff}"}) {
+        EXPECT_TRUE(parseMessage(text).is_discarded()) << text;
+    }
+}
+
+TEST(JsonMessage, MayBeNestedSixtyFourLevelsDeep) {
+    EXPECT_TRUE(parseMessage(nested(64)).is_object());
+    EXPECT_TRUE(parseMessage(nested(65)).is_discarded());
+    EXPECT_TRUE(parseMessage(nested(30000)).is_discarded());
+}
+
+TEST(JsonMessage, BracketsInsideTextsAreNoNesting) {
+    const std::string brackets(1000, '[');
+    EXPECT_EQ(parseMessage("{\"t\":\"\\\"" + brackets + "\\\\\"}")["t"], "\"" + brackets + "\\");
+    const std::string flat = "{\"t\":[" + [] {
+        std::string lists;
+        for (int i = 0; i < 100; ++i) {
+            lists += "[],";
+        }
+        return lists;
+    }() + "0]}";
+    EXPECT_EQ(parseMessage(flat)["t"].size(), 101u);
+}
+
+TEST(CommandRequest, HasWordsAndMayNameAFolder) {
+    const auto whole = parseCommandRequest(R"({"argv":["touch","100","200"],"cwd":"/home"})");
+    ASSERT_TRUE(whole);
+    EXPECT_EQ(whole->words, (Words{"touch", "100", "200"}));
+    EXPECT_EQ(whole->cwd, "/home");
+    EXPECT_EQ(parseCommandRequest(R"({"argv":["ps"],"cwd":7})")->cwd, "");
+    EXPECT_TRUE(parseCommandRequest(R"({"argv":[]})")->words.empty());
+}
+
+TEST(CommandRequest, TakesNothingButAListOfTexts) {
+    for (const char* text :
+         {"", "[]", "{}", R"({"argv":null})", R"({"argv":"ps"})", R"({"argv":["touch",100]})",
+          R"({"argv":{"0":"ps"}})", R"({"argv":["ps",["ps"]]})"}) {
+        EXPECT_FALSE(parseCommandRequest(text)) << text;
+    }
+}
+
+TEST(PageCommand, KeepsTouchesInsideTheScreen) {
+    EXPECT_EQ(pageCommand({{"t", "touch"}, {"x", 1e300}, {"y", -5}, {"hold", 900}}),
+              (Words{"touch", "799", "0", "--hold", "900"}));
+    EXPECT_EQ(pageCommand({{"t", "release"}, {"x", "7"}}), (Words{"release", "0", "0"}));
+    EXPECT_TRUE(pageCommand({{"t", "eject"}}).empty());
+    EXPECT_TRUE(pageCommand({{"t", 5}}).empty());
+    EXPECT_TRUE(pageCommand(Json::object()).empty());
+}
+
+} // namespace zm

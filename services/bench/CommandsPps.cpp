@@ -67,7 +67,7 @@ class Watching {
 public:
     static void start(CommandCall& call, const std::string& object, std::optional<int> count,
                       std::optional<int> milliseconds) {
-        auto self = std::make_shared<Watching>(call.unit, call.run, count);
+        auto self = std::make_shared<Watching>(call.run, count);
         auto watch = PpsWatch::open(call.unit.loop(), call.unit.ppsSocket(), object,
                                     [raw = self.get()](const std::string& text) { raw->print(text); });
         if (!watch) {
@@ -90,8 +90,8 @@ public:
         };
     }
 
-    Watching(HeadUnit& unit, std::shared_ptr<CommandRun> run, std::optional<int> count)
-        : m_unit(unit), m_run(std::move(run)), m_left(count) {}
+    Watching(std::shared_ptr<CommandRun> run, std::optional<int> count)
+        : m_run(std::move(run)), m_left(count) {}
 
 private:
     void stop() {
@@ -113,7 +113,6 @@ private:
         }
     }
 
-    HeadUnit& m_unit;
     std::shared_ptr<CommandRun> m_run;
     std::optional<int> m_left;
     std::unique_ptr<PpsWatch> m_watch;

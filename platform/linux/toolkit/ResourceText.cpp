@@ -112,7 +112,7 @@ private:
         if (!m_open.empty() && m_open.back()->kind == Node::Kind::Array) {
             node = &m_open.back()->items.emplace_back();
         } else if (!m_open.empty()) {
-            node = &m_open.back()->members.emplace_back(m_key, Node{}).second;
+            node = &m_open.back()->members.emplace_back(m_key, Node{}).value;
         }
         node->kind = kind;
         node->line = m_lines.lastVisibleLine;

@@ -12,6 +12,7 @@ namespace zm {
 /** One value of a resource text (JSON with comments) that knows where it stands. */
 struct Node {
     enum class Kind { Null, Bool, Number, String, Array, Object };
+    struct Member;
 
     Kind kind = Kind::Null;
     int line = 0;
@@ -19,14 +20,21 @@ struct Node {
     bool boolean = false;
     double number = 0;
     std::string text;
-    std::vector<Node> items;                           ///< of an array
-    std::vector<std::pair<std::string, Node>> members; ///< of an object, in the order of the text
+    std::vector<Node> items;     ///< of an array
+    std::vector<Member> members; ///< of an object, in the order of the text
 
     const Node* find(std::string_view name) const;
     /** Sets a member, replacing one of the same name. */
     void set(const std::string& name, Node value);
     /** For messages: the value as it stands in the text, shortened ("\"butn\"", "12", "a list"). */
     std::string shown() const;
+};
+
+struct Node::Member {
+    Member(std::string memberName, Node memberValue)
+        : name(std::move(memberName)), value(std::move(memberValue)) {}
+    std::string name;
+    Node value;
 };
 
 /** Where the text of a resource is wrong. */

@@ -27,6 +27,6 @@ private:
     void ApplyStatus(const char* status);
 
     CDiscData* m_pDiscData = nullptr;
-    DiscViewController* m_pController; ///< not used by the parsing, like the mutex
+    [[maybe_unused]] DiscViewController* m_pController; ///< not used by the parsing, like the mutex
     pthread_mutex_t m_mutex;
 };

@@ -16,6 +16,8 @@ namespace {
 constexpr size_t PacketBytes = 64 * 1024;
 constexpr size_t MaxMessageBytes = 64u << 20;
 constexpr size_t MaxFds = 8;
+// How long nobody is accepted after descriptors ran out.
+constexpr std::chrono::milliseconds AcceptPause{100};
 // First byte of each packet.
 constexpr char LastPacket = 0;
 constexpr char MorePackets = 1;
@@ -302,13 +304,25 @@ void Connection::fail() {
 }
 
 Listener::Listener(EventLoop& loop, UniqueFd fd, std::function<void(UniqueFd)> onConnection)
-    : m_fd(std::move(fd)) {
-    m_watch = watchFd(loop, m_fd.get(), IoEvent::Readable, [this, onConnection = std::move(onConnection)] {
-        UniqueFd accepted(::accept4(m_fd.get(), nullptr, nullptr, SOCK_CLOEXEC));
-        if (accepted.valid()) {
-            onConnection(std::move(accepted));
-        }
-    });
+    : m_loop(loop), m_fd(std::move(fd)), m_onConnection(std::move(onConnection)) {
+    watch();
+}
+
+void Listener::watch() {
+    m_watch = watchFd(m_loop, m_fd.get(), IoEvent::Readable, [this] { accept(); });
+}
+
+void Listener::accept() {
+    UniqueFd accepted(::accept4(m_fd.get(), nullptr, nullptr, SOCK_CLOEXEC));
+    if (accepted.valid()) {
+        m_onConnection(std::move(accepted));
+        return;
+    }
+    // Without a descriptor the caller stays where it is and the socket stays readable.
+    if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
+        m_watch.reset();
+        m_pause = afterDelay(m_loop, AcceptPause, [this] { watch(); });
+    }
 }
 
 } // namespace zm

@@ -83,14 +83,23 @@ private:
     std::shared_ptr<bool> m_alive;
 };
 
-/** Accepts connections on a listening socket and hands each to `onConnection`. Loop's thread only. */
+/**
+ * Accepts connections on a listening socket and hands each to `onConnection`. While the process has no
+ * descriptor left, callers wait; they are accepted once there are some again. Loop's thread only.
+ */
 class Listener {
 public:
     Listener(EventLoop& loop, UniqueFd fd, std::function<void(UniqueFd)> onConnection);
 
 private:
+    void watch();
+    void accept();
+
+    EventLoop& m_loop;
     UniqueFd m_fd;
+    std::function<void(UniqueFd)> m_onConnection;
     SourceHandle m_watch;
+    SourceHandle m_pause;
 };
 
 } // namespace zm

@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <ctime>
 #include <filesystem>
 #include <thread>
 
@@ -256,6 +258,63 @@ TEST_F(SocketTest, OneBusyPeerDoesNotStarveAnother) {
     // Closes the connection: the sender may be waiting for room in the socket.
     busy.reset();
     flooding.join();
+}
+
+namespace {
+
+/** Takes all descriptors that the process may still have. */
+class NoDescriptors {
+public:
+    NoDescriptors() {
+        getrlimit(RLIMIT_NOFILE, &m_limit);
+        rlimit tight = m_limit;
+        tight.rlim_cur = 64;
+        setrlimit(RLIMIT_NOFILE, &tight);
+        for (int fd = ::dup(0); fd >= 0; fd = ::dup(0)) {
+            m_taken.emplace_back(fd);
+        }
+    }
+    ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &m_limit); }
+
+private:
+    rlimit m_limit{};
+    std::vector<UniqueFd> m_taken;
+};
+
+std::chrono::nanoseconds processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+} // namespace
+
+TEST_F(SocketTest, AListenerWithoutDescriptorsWaitsAndAcceptsLater) {
+    EventLoop loop;
+    auto listening = listenUnix(path);
+    ASSERT_TRUE(listening);
+    int accepted = 0;
+    const Listener listener(loop, std::move(*listening), [&](UniqueFd) { ++accepted; });
+    auto client = connectUnix(path);
+    ASSERT_TRUE(client);
+    int wakeUps = 0;
+    {
+        const NoDescriptors none;
+        ASSERT_LT(::dup(0), 0);
+        const auto before = processorTime();
+        for (const auto end = std::chrono::steady_clock::now() + 500ms;
+             std::chrono::steady_clock::now() < end; ++wakeUps) {
+            loop.iterate(true);
+        }
+        EXPECT_EQ(accepted, 0);
+        EXPECT_LE(wakeUps, 15) << "a few attempts a second, not one after the other";
+        EXPECT_LT(processorTime() - before, 100ms);
+    }
+    const auto end = std::chrono::steady_clock::now() + 5s;
+    while (accepted == 0 && std::chrono::steady_clock::now() < end) {
+        loop.iterate(true);
+    }
+    EXPECT_EQ(accepted, 1);
 }
 
 } // namespace zm

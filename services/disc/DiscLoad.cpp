@@ -1,9 +1,8 @@
 #include "services/disc/DiscLoad.h"
 
+#include "services/disc/Background.h"
 #include "services/disc/Log.h"
 #include "services/disc/Scanner.h"
-
-#include <thread>
 
 namespace zm::disc {
 
@@ -51,12 +50,19 @@ DiscLoad::DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<Medi
     : m_listener(listener), m_mailbox(std::make_shared<Mailbox>(loop)),
       m_progress(std::make_shared<ScanProgress>()) {
     m_watch = everyInterval(loop, Patience, [this] { watch(); });
-    std::thread([medium = std::move(medium), catalogue = std::move(catalogue), progress = m_progress,
-                 mailbox = m_mailbox, &listener] {
+    const auto begun = runInBackground([medium = std::move(medium), catalogue = std::move(catalogue),
+                                        progress = m_progress, mailbox = m_mailbox, &listener] {
         load(*medium, *catalogue, *progress, *mailbox, listener);
         // The end of the scan is progress, too.
         progress->steps = -1;
-    }).detach();
+    });
+    if (!begun) {
+        m_watch.reset();
+        m_mailbox->post([&listener, text = begun.error()] {
+            listener.loadBegun();
+            listener.loadFailed(text);
+        });
+    }
 }
 
 DiscLoad::~DiscLoad() {

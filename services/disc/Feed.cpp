@@ -1,11 +1,12 @@
 #include "services/disc/Feed.h"
 
+#include "services/disc/Background.h"
+
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
-#include <thread>
 
 namespace zm::disc {
 
@@ -77,9 +78,11 @@ struct Feed::Shared {
 };
 
 Feed::Feed(std::shared_ptr<Medium> medium, std::string path) : m_shared(std::make_shared<Shared>()) {
-    std::thread([shared = m_shared, medium = std::move(medium), path = std::move(path)] {
-        Shared::run(shared, medium, path);
-    }).detach();
+    const auto begun = runInBackground([shared = m_shared, medium = std::move(medium),
+                                        path = std::move(path)] { Shared::run(shared, medium, path); });
+    if (!begun) {
+        m_shared->fail(begun.error());
+    }
 }
 
 Feed::~Feed() {

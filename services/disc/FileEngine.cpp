@@ -1,5 +1,6 @@
 #include "services/disc/FileEngine.h"
 
+#include "services/disc/FileElement.h"
 #include "services/disc/FilePipeline.h"
 #include "services/disc/Log.h"
 
@@ -16,6 +17,7 @@ constexpr auto LeaveDeadline = std::chrono::seconds(1);
 
 void initDecoders() {
     gst_init(nullptr, nullptr);
+    registerFileElement();
     // Of the elements for photos only this one reads how the camera was held.
     if (GstPluginFeature* parser = gst_registry_lookup_feature(gst_registry_get(), "jpegparse")) {
         gst_plugin_feature_set_rank(parser, GST_RANK_PRIMARY + 1);

@@ -78,7 +78,7 @@ bool FilePipeline::build() {
     }
     m_playbin.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
     const bool music = m_playable.kind == MediaKind::Music;
-    g_object_set(playbin, "uri", "appsrc://", "flags", flagsFor(m_playable.kind), "audio-sink",
+    g_object_set(playbin, "uri", FileElementUri, "flags", flagsFor(m_playable.kind), "audio-sink",
                  makeSoundSink(), nullptr);
     if (!music) {
         m_picture.emplace(m_frames,
@@ -89,7 +89,7 @@ bool FilePipeline::build() {
         g_object_set(playbin, "video-sink", m_picture->element(), nullptr);
     }
     auto onSource = +[](GstElement*, GstElement* source, gpointer self) {
-        static_cast<FilePipeline*>(self)->m_source.connect(source);
+        giveBytes(source, static_cast<FilePipeline*>(self)->m_source);
     };
     g_signal_connect(playbin, "source-setup", G_CALLBACK(onSource), this);
     return true;

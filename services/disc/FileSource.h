@@ -1,7 +1,7 @@
 #pragma once
 
 #include "services/disc/Feed.h"
-#include "services/disc/Gst.h"
+#include "services/disc/FileElement.h"
 #include "services/disc/Media.h"
 
 #include <memory>
@@ -14,7 +14,7 @@ namespace zm::disc {
  * read whole and handed over in one piece: some decoders take it in no other way, and a picture that is
  * decoded anew (turned, enlarged) is not read anew. `open` may take as long as the feed's deadline.
  */
-class FileSource {
+class FileSource : public FileBytes {
 public:
     FileSource(std::shared_ptr<Feed> feed, MediaKind kind) : m_feed(std::move(feed)), m_kind(kind) {}
 
@@ -24,20 +24,18 @@ public:
     std::string failure() const { return m_feed->failure(); }
     /** Ends a read that hangs, and all later ones. */
     void cancel() { m_feed->cancel(); }
-    /** Supplies this application source; it must not outlive the object. */
-    void connect(GstElement* source);
+
+    uint64_t size() const override { return m_size; }
+    bool seekable() const override { return m_kind != MediaKind::Photo; }
+    GstOwned<GstCaps> caps() const override;
+    GstOwned<GstBuffer> read(uint64_t offset, size_t size) override;
 
 private:
-    void supply(GstElement* source, size_t size);
-    void seek(uint64_t offset);
-    GstOwned<GstBuffer> piece(size_t size);
-
     std::shared_ptr<Feed> m_feed;
     MediaKind m_kind;
-    GstOwned<GstBuffer> m_photo;
-    std::mutex m_mutex; ///< decoders ask from several threads
-    uint64_t m_offset = 0;
     uint64_t m_size = 0;
+    GstOwned<GstBuffer> m_photo;
+    std::mutex m_mutex; ///< decoders read from several threads
 };
 
 } // namespace zm::disc

@@ -77,6 +77,48 @@ TEST_F(ControllerChangesTest, ADeletedAttributeCountsAsEmpty) {
     EXPECT_EQ(CDiscData::GetInstance()->GetPlaySpeed(), 0);
 }
 
+TEST_F(ControllerChangesTest, ADeletedDiscAttributeCountsAsADriveWithoutDisc) {
+    expectMessages(DEVICE, "disc::2", {1013});
+    expectMessages(DEVICE, "-disc", {1013});
+    EXPECT_TRUE(CDiscData::GetInstance()->GetDeviceStatus().bConnected);
+    EXPECT_FALSE(CDiscData::GetInstance()->GetDeviceStatus().bExisting);
+}
+
+TEST_F(ControllerChangesTest, ADeletedJsonAttributeKeepsTheRecordAndSendsItsMessage) {
+    expectMessages(PLAYING, R"(playtime:json:{"time":1,"tracktime":2,"times":3})", {1016});
+    expectMessages(PLAYING, "-playtime", {1016});
+    EXPECT_EQ(CDiscData::GetInstance()->GetPlayTime().trackTime, 2);
+}
+
+TEST_F(ControllerChangesTest, AnUnknownStatusAttributeIsLoggedAndSendsNothing) {
+    forgetLog();
+    expectMessages(STATUS, "unknown::3", {});
+    EXPECT_THAT(logged(),
+                testing::Contains("[ParsePPSAttr]-DiscStatusPPSModule::ParsePPSAttr, attr_name:unknown"));
+}
+
+TEST_F(ControllerChangesTest, AKeyThatIsInvalidSendsItsMessageAndStoresNothing) {
+    CDiscData& data = *CDiscData::GetInstance();
+    for (const char* line : {"keyinvalid::1", "keyinvalid::", "keyinvalid:json:{\"a\":1}"}) {
+        expectMessages(STATUS, line, {1010});
+        EXPECT_EQ(data.GetCurPlayStatus().discState, -1);
+        EXPECT_EQ(data.GetMsgTip() + data.GetPlaySpeed() + data.GetAudioChannel() + data.GetUpdateDbState(),
+                  0);
+    }
+}
+
+TEST_F(ControllerChangesTest, PlayStateAsPlainTextChangesNothingButSendsItsMessage) {
+    expectMessages(STATUS, R"(playstate::{"repeat":1,"shuffle":1,"scan":1})", {1000});
+    EXPECT_EQ(CDiscData::GetInstance()->GetCurPlayStatus().repeat, -1);
+}
+
+TEST_F(ControllerChangesTest, EqualValuesSendTheirMessageAgain) {
+    for (int round = 0; round < 3; ++round) {
+        expectMessages(STATUS, "discstate::2\nrootmenu::true", {1021, 1004});
+    }
+    EXPECT_EQ(CDiscData::GetInstance()->GetCurPlayStatus().discState, 2);
+}
+
 TEST_F(ControllerChangesTest, SeveralAttributesOfOneWriteComeInTheOrderOfTheLines) {
     expectMessages(STATUS, "playspeed::1\nmsgtip::2\ndiscstate::6\nunknown::1\nrootmenu::false\n",
                    {1009, 1026, 1021, 1004});

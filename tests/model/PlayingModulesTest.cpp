@@ -6,6 +6,21 @@
 #include "ZMModel/DiscPlayingPPSModule.h"
 #include "ZMModel/DiscVideoStatusPPSModule.h"
 
+/** Whether a decoded source is the program's own constant, as no decoder would give it. */
+static bool givesOwnSource = false;
+
+// Stands before the platform's function.
+extern "C" pps_decoder_error_t __real_pps_decoder_get_string(pps_decoder_t* decoder, const char* name,
+                                                             const char** value);
+extern "C" pps_decoder_error_t __wrap_pps_decoder_get_string(pps_decoder_t* decoder, const char* name,
+                                                             const char** value) {
+    const pps_decoder_error_t result = __real_pps_decoder_get_string(decoder, name, value);
+    if (givesOwnSource && std::string_view(name) == VIDEO_ZMVIDEO_SRC) {
+        *value = VIDEO_STATUS_ZMDISC;
+    }
+    return result;
+}
+
 namespace zm::test {
 
 using testing::ElementsAre;
@@ -44,6 +59,18 @@ TEST_F(PlayingModuleTest, TrackInfoLackingAnyMemberChangesNoField) {
         EXPECT_EQ(m_data.GetCurPlayInfo().titles, 0) << "without " << member;
     }
     EXPECT_THAT(logged(), IsEmpty());
+}
+
+TEST_F(PlayingModuleTest, FurtherMembersAndAnyOrderAreTaken) {
+    EXPECT_EQ(give("playtime", "json", R"({"times":3,"more":{"a":[1]},"time":1,"tracktime":2})"), 1);
+    EXPECT_EQ(m_data.GetPlayTime().times, 3);
+    EXPECT_EQ(m_data.GetPlayTime().trackTime, 2);
+}
+
+TEST_F(PlayingModuleTest, NegativeNumbersAreTaken) {
+    EXPECT_EQ(give("playtime", "json", R"({"time":-1,"tracktime":-2147483648,"times":2147483647})"), 1);
+    T_PLAYTIME_INFO time = m_data.GetPlayTime();
+    EXPECT_EQ(std::tie(time.time, time.trackTime, time.times), std::tuple(-1, INT32_MIN, INT32_MAX));
 }
 
 TEST_F(PlayingModuleTest, PlayTimeIsStored) {
@@ -147,6 +174,22 @@ TEST_F(VideoStatusModuleTest, AZmVideoOfThisSourceIsNotApplied) {
     EXPECT_THAT(give(1, "zmvideo", "json", R"({"status":"?","wndgp_id":"g","wnd_id":"w","src":"zmdisc"})"),
                 IsEmpty())
         << "an unknown status is not even looked at";
+}
+
+TEST_F(VideoStatusModuleTest, OnlyTheVeryTextObjectOfThisSourceWouldBeApplied) {
+    const auto status = [](const std::string& word) {
+        return R"({"status":")" + word + R"(","wndgp_id":"g","wnd_id":"w","src":"zmdisc"})";
+    };
+    givesOwnSource = true;
+    EXPECT_THAT(give(1, "zmvideo", "json", status("on")),
+                ElementsAre("[SetVideoStatus]-=============SetVideoStatus:1=================="));
+    EXPECT_TRUE(m_data.GetVideoStatus());
+    EXPECT_THAT(give(1, "zmvideo", "json", status("off")),
+                ElementsAre("[SetVideoStatus]-=============SetVideoStatus:0=================="));
+    EXPECT_FALSE(m_data.GetVideoStatus());
+    EXPECT_THAT(give(1, "zmvideo", "json", status("ON")),
+                ElementsAre(testing::EndsWith(", 160: unknown status=ON.\r")));
+    givesOwnSource = false;
 }
 
 TEST_F(VideoStatusModuleTest, AZmVideoWithAMissingMemberIsLoggedWithItsLine) {

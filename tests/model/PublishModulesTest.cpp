@@ -5,6 +5,16 @@
 #include "ZMModel/DiscNowPlayingPPSModule.h"
 #include "ZMModel/DiscPPSInfo.h"
 #include "ZMModel/DiscVideoCommandPPSModule.h"
+#include "sys/pps.h"
+
+/** Whether an encoder has a text to give, as it does not when memory has run out. */
+static bool hasEncoderBuffer = true;
+
+// Stands before the platform's function.
+extern "C" const char* __real_pps_encoder_buffer(pps_encoder_t* encoder);
+extern "C" const char* __wrap_pps_encoder_buffer(pps_encoder_t* encoder) {
+    return hasEncoderBuffer ? __real_pps_encoder_buffer(encoder) : nullptr;
+}
 
 namespace zm::test {
 
@@ -114,6 +124,25 @@ TEST_F(PublishModulesTest, MediaTypesChooseNumbersAndTimes) {
     }
 }
 
+TEST_F(PublishModulesTest, ADvdPublishesItsChaptersInsteadOfTheTracks) {
+    setMediaType(0);
+    m_data.SetCurPlayInfo({0, 1, 2, 30, 40, 3, 5, 12, 6, 7});
+    EXPECT_EQ(mediaInfo(), mediaInfoText("idle", "dvd", numbers(0, 0, 3, 12)));
+}
+
+TEST_F(PublishModulesTest, PhotosPublishNoTimesWhateverThePlayTimeHolds) {
+    setMediaType(4);
+    m_data.SetPlayTime({61, 240, 3600});
+    EXPECT_EQ(mediaInfo(), mediaInfoText("idle", "photo", numbers(0, 0, 0, 0)));
+}
+
+TEST_F(PublishModulesTest, AVideoPublishesEmptyTexts) {
+    setMediaType(3);
+    m_data.SetID3Info({"title", "artist", "album"});
+    m_data.SetPlayFileName("film.avi");
+    EXPECT_EQ(trackText(), trackTextOf("", "", ""));
+}
+
 TEST_F(PublishModulesTest, TrackTextDependsOnTheMediaType) {
     m_data.SetID3Info({"title", "artist", "album"});
     m_data.SetPlayFileName("file.mp3");
@@ -145,11 +174,31 @@ TEST_F(PublishModulesTest, OnlyTheTrackTextIsLogged) {
     EXPECT_THAT(logged(), ElementsAre("[PublishPlayID3]-[DiscNowPlayingPPSModule::PublishPlayID3]"));
 }
 
+TEST_F(PublishModulesTest, TrackTextAndMediaInfoStandSideBySide) {
+    setMediaType(1);
+    mediaInfo();
+    EXPECT_EQ(trackText(), mediaInfoText("idle", "cd", numbers(0, 0, 0, 0)) +
+                               trackTextOf("", "", "").substr(std::string("@nowplaying\n").size()));
+}
+
 TEST_F(PublishModulesTest, WithoutAStateStoreNothingIsPublished) {
     m_nowPlaying.AttachData(nullptr);
     EXPECT_FALSE(m_nowPlaying.PublishMediaInfo());
     EXPECT_FALSE(m_nowPlaying.PublishPlayID3());
     EXPECT_EQ(object(NOWPLAYING), "@nowplaying\n");
+    EXPECT_THAT(logged(), ElementsAre("[PublishPlayID3]-[DiscNowPlayingPPSModule::PublishPlayID3]"));
+}
+
+TEST_F(PublishModulesTest, WithoutATextCommandAndNowPlayingSucceedAndVideoCaptureFails) {
+    hasEncoderBuffer = false;
+    EXPECT_TRUE(m_control.PublishCmdCommmand(1, 0, 0));
+    EXPECT_TRUE(m_nowPlaying.PublishMediaInfo());
+    EXPECT_TRUE(m_nowPlaying.PublishPlayID3());
+    EXPECT_FALSE(m_videoCommand.OperateVideoCapture(true, "g", "w", "s"));
+    hasEncoderBuffer = true;
+    EXPECT_EQ(object(CONTROL) + object(NOWPLAYING) + object(VIDEO_COMMAND),
+              "@control\n@nowplaying\n@command\n")
+        << "nothing is written";
 }
 
 TEST_F(PublishModulesTest, NowPlayingThatCannotBeWrittenFails) {

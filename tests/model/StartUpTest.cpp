@@ -59,11 +59,11 @@ TEST_F(StartUpDeathTest, UnknownOptionsAndMissingValuesPrintTheUsageToo) {
 }
 
 TEST_F(StartUpTest, AFirstArgumentThatIsNoOptionGoesOnAndResetsTheScan) {
-    for (int round = 0; round < 2; ++round) {
-        Arguments arguments({"Platen", "disc", "-v", "--song=x"});
+    for (const char* first : {"disc", "", "-", "--", "disc"}) {
+        Arguments arguments({"Platen", first, "-v", "--song=x"});
         get_options(arguments.count(), arguments.values());
         EXPECT_EQ(optind, 0);
-        EXPECT_STREQ(arguments.values()[1], "disc") << "arguments keep their order";
+        EXPECT_STREQ(arguments.values()[1], first) << "arguments keep their order";
     }
 }
 

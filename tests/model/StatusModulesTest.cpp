@@ -213,6 +213,26 @@ TEST_F(DeviceModuleTest, ItsLogLines) {
                                       testing::EndsWith("]-DiscExisting:0")));
 }
 
+TEST_F(DeviceModuleTest, ANegativeErrorIsLoggedInHexadecimal) {
+    EXPECT_EQ(give("errorstatus", "", "-1"), 5);
+    EXPECT_EQ(m_data.GetDeviceStatus().nErrorStatus, -1);
+    EXPECT_THAT(logged(), testing::Contains(testing::EndsWith("]-status.nErrorStatus=0xffffffff=======")));
+}
+
+TEST_F(DeviceModuleTest, WordsAndEmptyTextsCountAsZero) {
+    m_data.SetDeviceStatus({true, true, true, 3, 6, 48, 1});
+    for (const char* name : {"mediatype", "mixedtype", "mixedswitching", "errorstatus", "videomode"}) {
+        give(name, "", "word");
+    }
+    T_MPEG_DEVICE_STATUS status = m_data.GetDeviceStatus();
+    EXPECT_EQ(std::tie(status.nMediaType, status.nMixedType, status.bMixedSwitching, status.nErrorStatus,
+                       status.nVideoMode),
+              std::tuple(0, 0, false, 0, 0));
+    give("mediatype", "", "5");
+    give("mediatype", "", "");
+    EXPECT_EQ(m_data.GetDeviceStatus().nMediaType, 0);
+}
+
 TEST_F(DeviceModuleTest, AnUnknownNameIsLoggedAndChangesNothing) {
     m_data.SetDeviceStatus({true, true, true, 3, 6, 48, 1});
     EXPECT_EQ(give("unknown", "", "9"), -1);

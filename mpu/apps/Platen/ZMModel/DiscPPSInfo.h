@@ -95,7 +95,8 @@ inline constexpr const char* PLAYING_ID3_ALBUM = "album";
 inline constexpr const char* MPEGINFO_VERSION = "version";
 
 // Video service: status and command objects.
-inline constexpr const char* VIDEO_STATUS_ZMDISC = "zmdisc";
+/** One text object for all source files, as its identity is asked for. */
+inline constexpr char VIDEO_STATUS_ZMDISC[] = "zmdisc";
 inline constexpr const char* VIDEO_STATUS_ZMDISC_VALID = "valid";
 inline constexpr const char* VIDEO_STATUS_ZMDISC_TYPE = "type";
 inline constexpr const char* VIDEO_COMMAND_OBJECT = "@command";

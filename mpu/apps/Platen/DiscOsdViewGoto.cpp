@@ -108,10 +108,8 @@ void DiscOsdView::SendGoto(int number) {
         m_nNextChapter = number;
         m_pController->PlayChapter(number);
         break;
-    case OSD_GOTO_TRACK:
-        SendGotoTrack(number);
-        break;
     default:
+        SendGotoTrack(number);
         break;
     }
 }

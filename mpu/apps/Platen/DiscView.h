@@ -111,7 +111,6 @@ private:
     void OnTimerWaitDeviceState();
     void OnTimerLoading();
     void OnTimerSource();
-    void RememberTopIndex();
 
     // Launcher messages (DiscViewApps.cpp)
     void OnAppsMsgAppStatus(int status);
@@ -222,7 +221,8 @@ private:
     void OnClickMenu(const ListPage& page, Menu menu);
     void OnClickGoto(const ListPage& page);
     void OnClickGotoPad(const ListPage& page);
-    void RememberTop(const ListPage& page);
+    /** The top row of that page's list, apart for folders; nothing without the list. */
+    void RememberTop(int nWndId);
 
     // Folders (DiscViewFolders.cpp, DiscViewFoldersMark.cpp)
     struct FolderMark;
@@ -269,6 +269,8 @@ private:
     void OnKey_K_Return();
     void OnKey_K_Encoder_Inc();
     void OnKey_K_Encoder_Dec();
+    /** The list of a page; null when it has none. */
+    CUI_BtList* ListOf(int nWndId);
     /** The list that the keys move; null when the source has none. */
     CUI_BtList* CurrentList();
     void SetOsdKeyType(int keyType);

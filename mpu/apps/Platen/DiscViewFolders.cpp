@@ -100,9 +100,7 @@ void DiscView::OnOpenFolder(int nListFrom, int nLine) {
         m_nPlayListFrom = type->playListFolder;
     } else if (nType == FTYPE_FOLDER) {
         m_discDb.GetVecList_Data_Fid(nListFrom, nLine, m_nClickFolderId);
-        if (m_pController) {
-            m_pController->GotoSubList(m_nCurType, m_nClickFolderId);
-        }
+        Send(&DiscViewController::GotoSubList, m_nCurType, m_nClickFolderId);
         OnGotoFolderListPage(m_nClickFolderId);
     }
 }

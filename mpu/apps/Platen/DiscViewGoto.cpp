@@ -86,7 +86,7 @@ void DiscView::SendGoto(int nNumber) {
     }
     const int wParam = PackTrack(info.parentFolder, nNumber);
     LOGBASE(LOG_LEV_TRACE, "OnClickGotoWnd", "[DiscView::OnClickGotoWnd] wParam=0x%x\n", wParam);
-    m_pController->PlayTrack(wParam, row->kind);
+    Send(&DiscViewController::PlayTrack, wParam, row->kind);
     if (m_nCurPlayType == PLAY_TYPE_MUSIC) {
         OnGotoAudioPlayPage();
     } else {

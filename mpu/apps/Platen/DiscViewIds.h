@@ -85,6 +85,11 @@ enum : int {
     DISC_STATE_EJECTING = 20
 };
 
+/** Something is in the player, running or paused: its page may be shown. */
+constexpr bool IsRunning(int discState) {
+    return discState == DISC_STATE_PLAYING || discState == DISC_STATE_PAUSED;
+}
+
 /** What the device's video mode asks for. */
 enum : int { VIDEO_MODE_ON = 1, VIDEO_MODE_OFF = 2, VIDEO_MODE_TO_LIST = 3 };
 

@@ -31,7 +31,11 @@ constexpr bool IsPicture(int state) {
 } // namespace
 
 CUI_BtList* DiscView::CurrentList() {
-    switch (PageOf(m_nCurListFrom)) {
+    return ListOf(PageOf(m_nCurListFrom));
+}
+
+CUI_BtList* DiscView::ListOf(int nWndId) {
+    switch (nWndId) {
     case WND_MEDIA_LIST:
         return m_pAudioList;
     case WND_FOLDER_LIST:

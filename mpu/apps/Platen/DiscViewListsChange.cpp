@@ -69,8 +69,8 @@ void DiscView::OnHandleUIReturnList() {
     m_nCurType = m_nCurPlayType;
     for (const MediaType& type : MediaTypes()) {
         if (type.playList == m_nPlayListFrom) {
-            if (!(this->*type.dbDone) && m_pController) {
-                m_pController->GotoSubList(m_nCurPlayType, ROOT_FOLDER);
+            if (!(this->*type.dbDone)) {
+                Send(&DiscViewController::GotoSubList, m_nCurPlayType, ROOT_FOLDER);
             }
             ShowAllFiles(type);
         } else if (type.playListFolder == m_nPlayListFrom) {

@@ -27,7 +27,6 @@ enum : int {
 /** A list page of a data disc. */
 struct DiscView::ListPage {
     int window;
-    CUI_BtList* DiscView::*list;
     bool guardsNoFiles; ///< the menu does nothing while the chosen type has no files
 };
 
@@ -38,7 +37,7 @@ struct DiscView::ListControl {
 };
 
 void DiscView::OnClickAudioListWnd(long nCtrlId) {
-    static constexpr ListPage PAGE = {WND_MEDIA_LIST, &DiscView::m_pAudioList, true};
+    static constexpr ListPage PAGE = {WND_MEDIA_LIST, true};
     if (nCtrlId == ITEM_LIST) {
         ToBeep();
         OnClickMediaRow();
@@ -48,7 +47,7 @@ void DiscView::OnClickAudioListWnd(long nCtrlId) {
 }
 
 void DiscView::OnClickFolderListWnd(long nCtrlId) {
-    static constexpr ListPage PAGE = {WND_FOLDER_LIST, &DiscView::m_pFolderAudioList, false};
+    static constexpr ListPage PAGE = {WND_FOLDER_LIST, false};
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::OnClickFolderListWnd] nCtrlId=%ld,m_nCurListFrom=%d\n",
             nCtrlId, m_nCurListFrom);
     if (nCtrlId == ITEM_LIST) {
@@ -142,28 +141,25 @@ void DiscView::OnClickFolderRow() {
     }
 }
 
-void DiscView::RememberTop(const ListPage& page) {
-    CUI_BtList* list = this->*page.list;
-    if (!list) {
-        return;
+void DiscView::RememberTop(int nWndId) {
+    if (CUI_BtList* list = ListOf(nWndId)) {
+        const bool bFolders =
+            nWndId == WND_MEDIA_LIST && FindRow(MediaTypes(), &MediaType::foldersFrom, m_nCurListFrom);
+        (bFolders ? m_nFolderTopIndex : m_nListTopIndex) = list->GetTopIndex();
     }
-    const MediaType* type = FindRow(MediaTypes(), &MediaType::foldersFrom, m_nCurListFrom);
-    int& nTopIndex = type && page.window == WND_MEDIA_LIST ? m_nFolderTopIndex : m_nListTopIndex;
-    nTopIndex = list->GetTopIndex();
 }
 
 void DiscView::OnClickToPlaying(const ListPage& page) {
-    if (m_bNoFileOfType || m_nCurPlayType != m_nCurType || !(this->*page.list)) {
+    if (m_bNoFileOfType || m_nCurPlayType != m_nCurType || !ListOf(page.window)) {
         return;
     }
-    RememberTop(page);
+    RememberTop(page.window);
     if (IsAudioType(m_nCurPlayType)) {
         OnGotoAudioPlayPage();
         return;
     }
-    const int nState = CDiscData::GetInstance()->GetCurPlayStatus().discState;
-    const bool bRuns = nState == DISC_STATE_PLAYING || nState == DISC_STATE_PAUSED;
-    if (bRuns && (m_nCurPlayType == PLAY_TYPE_VIDEO || m_nCurPlayType == PLAY_TYPE_PHOTO)) {
+    const bool bFilmOrPhoto = m_nCurPlayType == PLAY_TYPE_VIDEO || m_nCurPlayType == PLAY_TYPE_PHOTO;
+    if (bFilmOrPhoto && IsRunning(CDiscData::GetInstance()->GetCurPlayStatus().discState)) {
         GotoVideoPage(m_nCurPlayType);
     }
 }
@@ -199,7 +195,7 @@ void DiscView::OnClickMenu(const ListPage& page, Menu menu) {
 
 void DiscView::OnClickGoto(const ListPage& page) {
     if (!m_bNoFileOfType && m_nCurPlayType == m_nCurType) {
-        RememberTop(page);
+        RememberTop(page.window);
         ShowGotoView();
     }
 }
@@ -218,9 +214,7 @@ void DiscView::OnClickCDListWnd(long nCtrlId) {
         break;
     case ITEM_TYPE_ICON:
         ToBeep();
-        if (m_pCDList) {
-            m_nListTopIndex = m_pCDList->GetTopIndex();
-        }
+        RememberTop(WND_CD_LIST);
         OnGotoAudioPlayPage();
         break;
     case ITEM_ALL_MUSIC:

@@ -41,8 +41,8 @@ void DiscView::OnHandleUIListClickAudio(int nUiFrom, int nLine) {
     const FileIds ids = ReadFileIds(__FUNCTION__, nUiFrom, nLine);
     const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
     if (m_nCurPlayType == PLAY_TYPE_CD) {
-        if (ids.nFid != info.mediaId && m_pController) {
-            m_pController->PlayTrack(ids.nFid, TRACK_KIND_MUSIC);
+        if (ids.nFid != info.mediaId) {
+            Send(&DiscViewController::PlayTrack, ids.nFid, static_cast<int>(TRACK_KIND_MUSIC));
         }
     } else if (ids.nFid != info.curMediaId || ids.nFolder != info.parentFolder) {
         PlayPacked(__FUNCTION__, ids, TRACK_KIND_MUSIC);
@@ -59,10 +59,8 @@ void DiscView::OnHandleUIListClickVideo(int nUiFrom, int nLine) {
 
 void DiscView::OnHandleUIListClickPicture(int nUiFrom, int nLine) {
     const FileIds ids = ReadFileIds(__FUNCTION__, nUiFrom, nLine);
-    if (m_pController) {
-        // Not packed, unlike music and video.
-        m_pController->PlayTrack(ids.nFid, ids.nFolder);
-    }
+    // Not packed, unlike music and video.
+    Send(&DiscViewController::PlayTrack, ids.nFid, ids.nFolder);
     GotoVideoPage(PLAY_TYPE_PHOTO);
 }
 
@@ -70,7 +68,5 @@ void DiscView::PlayPacked(const char* logName, const FileIds& ids, int nKind) {
     const int wParam = PackTrack(ids.nFolder, ids.nFid);
     // The text names the music handler for video, too.
     LOGBASE(LOG_LEV_TRACE, logName, "[DiscView::OnHandleUIListClickAudio] wParam=0x%x\n", wParam);
-    if (m_pController) {
-        m_pController->PlayTrack(wParam, nKind);
-    }
+    Send(&DiscViewController::PlayTrack, wParam, nKind);
 }

@@ -34,10 +34,6 @@ void SetModeIcons(CUIAnalysis& ui, int item, int mode) {
     }
 }
 
-constexpr bool IsRunning(int discState) {
-    return discState == DISC_STATE_PLAYING || discState == DISC_STATE_PAUSED;
-}
-
 } // namespace
 
 void DiscView::OnUserMsgDiscState() {

@@ -58,9 +58,7 @@ void DiscView::PlayNumber(long nNumber) {
     switch (m_nCurPlayType) {
     case PLAY_TYPE_CD:
     case PLAY_TYPE_MUSIC:
-        if (m_pController) {
-            m_pController->PlayTrack(nTrack, 0);
-        }
+        Send(&DiscViewController::PlayTrack, nTrack, 0);
         OnGotoAudioPlayPage();
         break;
     case PLAY_TYPE_VIDEO:
@@ -83,8 +81,8 @@ void DiscView::RequestVoicePlay() {
         OnHandleChangeToMusic();
     } else if (!m_strVoicePlay.empty()) {
         OnHandleVoicePlay(m_strVoicePlay);
-    } else if (m_pController) {
-        m_pController->Play();
+    } else {
+        Send(&DiscViewController::Play);
     }
 }
 
@@ -108,10 +106,9 @@ void DiscView::PlayFirstMatch() {
     m_discDb.GetVecList_Data_ListIndex(LIST_FROM_SEARCH, 0, nFolder);
     LOGBASE(LOG_LEV_TRACE, "OnHandleVoicePlay", "[OnHandleVoicePlay]fileID=%d,folderID=%d\n", nFid, nFolder);
     const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
-    const bool bPlaying = nFid == info.curMediaId && nFolder == info.parentFolder;
-    if (!bPlaying && m_pController) {
+    if (nFid != info.curMediaId || nFolder != info.parentFolder) {
         // Not packed, unlike a touched row of music.
-        m_pController->PlayTrack(nFid, nFolder);
+        Send(&DiscViewController::PlayTrack, nFid, nFolder);
     }
     m_bSelPlayingRow = true;
     m_nPlayListFrom = PLAY_LIST_SEARCH;

@@ -7,7 +7,6 @@
 #include "Log.h"
 #include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
-#include "zmui/CUI_BtList.h"
 
 void DiscView::KillTimer(unsigned int id) {
     KillDiscTimer(m_pController, id);
@@ -83,28 +82,13 @@ void DiscView::OnTimerPlayView() {
     if (!IsListState(m_uiCurState) || m_bNoFileOfType || m_nCurPlayType != m_nCurType) {
         return;
     }
-    RememberTopIndex();
+    RememberTop(m_nCurWndId);
     if (IsAudioType(m_nCurPlayType)) {
         OnGotoAudioPlayPage();
         return;
     }
-    const int nDiscState = CDiscData::GetInstance()->GetCurPlayStatus().discState;
-    const bool bRuns = nDiscState == DISC_STATE_PLAYING || nDiscState == DISC_STATE_PAUSED;
-    if (bRuns && m_bVideoAllowed) {
+    if (IsRunning(CDiscData::GetInstance()->GetCurPlayStatus().discState) && m_bVideoAllowed) {
         GotoVideoPage(m_nCurPlayType);
-    }
-}
-
-void DiscView::RememberTopIndex() {
-    const bool bFolders = m_nCurListFrom == LIST_FROM_AUDIO_FOLDERS ||
-                          m_nCurListFrom == LIST_FROM_VIDEO_FOLDERS ||
-                          m_nCurListFrom == LIST_FROM_PHOTO_FOLDERS;
-    if (m_nCurWndId == WND_MEDIA_LIST && m_pAudioList) {
-        (bFolders ? m_nFolderTopIndex : m_nListTopIndex) = m_pAudioList->GetTopIndex();
-    } else if (m_nCurWndId == WND_FOLDER_LIST && m_pFolderAudioList) {
-        m_nListTopIndex = m_pFolderAudioList->GetTopIndex();
-    } else if (m_nCurWndId == WND_CD_LIST && m_pCDList) {
-        m_nListTopIndex = m_pCDList->GetTopIndex();
     }
 }
 

@@ -10,19 +10,19 @@ struct DiscOsdViewTest {
     int nextChapter() { return get(&DiscOsdView::m_nNextChapter); }
     bool padShown() { return get(&DiscOsdView::m_bGotoShown); }
     bool trackChanged() { return get(&DiscOsdView::m_bTrackChanged); }
-    void setGotoType(int type) {
-        m_unit.onViewThread([&] { m_unit.osdView().m_nGotoType = type; });
-    }
-    /** A click on an overlay that has lost its controller. */
-    void clickWithoutController(int window, int control, int state) {
+    /** An overlay that has lost its controller. */
+    void withoutController(const std::function<void(DiscOsdView&)>& task) {
         m_unit.onViewThread([&] {
             DiscOsdView& view = m_unit.osdView();
             DiscViewController* controller = view.m_pController;
             view.m_pController = nullptr;
-            view.OnClick(nullptr, window, control, state);
+            task(view);
             view.m_pController = controller;
         });
         m_unit.settle();
+    }
+    void clickWithoutController(int window, int control, int state) {
+        withoutController([&](DiscOsdView& view) { view.OnClick(nullptr, window, control, state); });
     }
 
 private:

@@ -44,9 +44,14 @@ struct DiscViewTest {
     bool voicePlayPending() { return get(&DiscView::m_bVoicePlayPending); }
     std::string voicePlay() { return get(&DiscView::m_strVoicePlay); }
 
+    void setStatusBeforePause(int status) { set(&DiscView::m_nPlayStatusBeforePause, status); }
+
     /** The last pause by the launcher was that long ago. */
-    void ageLastPause(std::chrono::seconds age) {
-        m_unit.onViewThread([this, age] { m_unit.view().m_tvLastPause.tv_sec -= age.count(); });
+    void ageLastPause(std::chrono::milliseconds age) {
+        const std::chrono::microseconds then = std::chrono::duration_cast<std::chrono::microseconds>(
+                                                   std::chrono::system_clock::now().time_since_epoch()) -
+                                               age;
+        set(&DiscView::m_tvLastPause, timeval{then.count() / 1000000, then.count() % 1000000});
     }
     /** What the worker says about itself. */
     void setCatalogueFinished(bool finished) {
@@ -82,8 +87,13 @@ struct DiscViewTest {
         m_unit.onViewThread([=, this] { m_unit.view().OnOpenFolder(source, line); });
         m_unit.settle();
     }
-    /** The view without its folder list control. */
-    void dropFolderList() { set(&DiscView::m_pFolderAudioList, static_cast<CUI_BtList*>(nullptr)); }
+    /** The view of a resource without list controls. */
+    void dropLists() {
+        for (CUI_BtList* DiscView::*list :
+             {&DiscView::m_pAudioList, &DiscView::m_pFolderAudioList, &DiscView::m_pCDList}) {
+            set(list, static_cast<CUI_BtList*>(nullptr));
+        }
+    }
     void showLeftState(int window, int source) {
         m_unit.onViewThread([this, window, source] { m_unit.view().SetShowLeftState(window, source); });
     }
@@ -94,6 +104,34 @@ struct DiscViewTest {
     void placeVideo(bool show, int x, int y, int w, int h) {
         m_unit.onViewThread([=, this] { m_unit.view().ManipulateVideoWin(show, x, y, w, h); });
         m_unit.settle();
+    }
+    bool jumpFolderList(int source, bool select) {
+        bool found = true;
+        m_unit.onViewThread([&] { found = m_unit.view().OnFunc_FolderListJump_Index(source, select); });
+        return found;
+    }
+    /** A view that has lost its controller. */
+    void withoutController(const std::function<void(DiscView&)>& task) {
+        m_unit.onViewThread([&] {
+            DiscView& view = m_unit.view();
+            DiscViewController* controller = view.m_pController;
+            view.AttachControl(nullptr);
+            task(view);
+            view.AttachControl(controller);
+        });
+        m_unit.settle();
+    }
+    void clickWithoutController(int window, int control) {
+        withoutController([&](DiscView& view) { view.OnClick(nullptr, window, control, BT_STATE_RELEASED); });
+    }
+    void appData(std::string data) {
+        m_unit.onViewThread([&] { m_unit.view().OnAppsMsgAppData(data); });
+    }
+    void startSimpleView() {
+        m_unit.onViewThread([this] {
+            m_unit.view().SetSimpleViewTimer();
+            m_unit.view().OnGotoSampleView();
+        });
     }
     void clickPicture(int control) {
         m_unit.onViewThread([this, control] { m_unit.view().OnClickPictureWnd(control); });

@@ -178,10 +178,29 @@ TEST_F(FolderBrowse, ARowOfAnotherSourceDoesNothing) {
 
 TEST_F(FolderBrowse, WithoutItsListThePageOnlyLogs) {
     listFolders(FOLDER_KINDS[0]);
-    inside.dropFolderList();
+    inside.dropLists();
     press(ITEM_LIST, WND_FOLDER_LIST);
     EXPECT_FALSE(unit.log("[DiscView::OnClickFolderListWnd] m_pFolderAudioList null").empty());
     EXPECT_EQ(beeps(), 1);
+}
+
+TEST_F(FolderBrowse, WithoutAControllerATouchedFolderIsOpenedAllTheSame) {
+    listFolders(FOLDER_KINDS[0]);
+    onList(WND_MEDIA_LIST, [](CUI_BtList& control) { control.SetCurSel(4, 0); });
+    inside.clickWithoutController(WND_MEDIA_LIST, ITEM_LIST);
+    EXPECT_EQ(inside.clickFolderId(), 5);
+    EXPECT_EQ(title(), "folder 5");
+    EXPECT_THAT(unit.commands(), IsEmpty());
+}
+
+TEST_F(FolderBrowse, OtherTypesKeepTheirStateInTheFolderMenu) {
+    playIn(FOLDER_KINDS[0], 5);
+    for (const int control : {static_cast<int>(ITEM_FOLDER_MENU), 1013}) {
+        inside.setBrowsedType(PLAY_TYPE_CD);
+        inside.setState(VIEW_STATE_PHOTO_LIST);
+        press(control, WND_FOLDER_LIST);
+        EXPECT_EQ(inside.state(), VIEW_STATE_PHOTO_LIST) << control;
+    }
 }
 
 /** The two queries that no page uses. */

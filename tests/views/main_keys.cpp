@@ -6,8 +6,6 @@ using MainKeys = MainView;
 
 namespace {
 
-constexpr auto LIST_WAIT = 50ms;
-
 /** What a key shows of the overlay: a picture stands, and a key type other than none clears it. */
 constexpr int OSD_PICTURE = 2078;
 
@@ -50,6 +48,22 @@ TEST_F(MainKeys, CommandKeysSendTheirCommands) {
         }
         EXPECT_EQ(unit.log("[DiscView::OnKeyboard]: nKey=" + std::to_string(row.code)).size(), 1u);
     }
+}
+
+TEST_F(MainKeys, PresetUpSendsTwoPreviousAndPresetDownOneNext) {
+    play(PLAY_TYPE_CD);
+    unit.key(K_PRESET_UP);
+    EXPECT_THAT(unit.commands(), ElementsAre("2,0,0", "2,0,0"));
+    unit.clearCommands();
+    unit.key(K_PRESET_DN);
+    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0"));
+}
+
+TEST_F(MainKeys, RestartPlaysTheCurrentItemByItsNumber) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 7, .curMediaIds = 12, .mediaId = 19, .parentFolder = 3});
+    unit.key(K_RESTART);
+    EXPECT_THAT(unit.commands(), ElementsAre("182,7,0"));
 }
 
 TEST_F(MainKeys, UnknownKeysAreNotHandled) {
@@ -120,6 +134,35 @@ TEST_F(MainKeys, SomeKeysRestartTheWayBackToThePlayPage) {
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
     unit.advance(1ms);
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY) << "8 s after the last key that restarts the timer";
+}
+
+TEST_F(MainKeys, EnterRestartsTheWayBackToThePlayPageAndReturnDoesNot) {
+    struct Case {
+        int code;
+        bool restarts;
+    };
+    for (const auto& [code, restarts] : {Case{K_Enter, true}, Case{K_Return, false}}) {
+        SCOPED_TRACE(code);
+        play(PLAY_TYPE_MUSIC);
+        openList();
+        unit.advance(7s);
+        inside.setBrowsedType(PLAY_TYPE_DVD); // no row does anything then
+        unit.key(code);
+        inside.setBrowsedType(PLAY_TYPE_MUSIC);
+        unit.advance(1s);
+        EXPECT_EQ(unit.main.window(), restarts ? WND_MEDIA_LIST : WND_AUDIO_PLAY);
+        unit.advance(7s);
+        EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+    }
+}
+
+TEST_F(MainKeys, UpOnThePlayPageStartsTheWayBackToIt) {
+    play(PLAY_TYPE_MUSIC);
+    unit.key(K_Up);
+    unit.advance(7999ms);
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    unit.advance(1ms);
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
 }
 
 TEST_F(MainKeys, PadKeyOpensTheNumberPad) {
@@ -295,19 +338,24 @@ TEST_F(MainKeys, ReturnOverVideoGoesHomeForDiscVideoOnly) {
     }
 }
 
+TEST_F(MainKeys, ReturnOnAPlayingVideoFileChangesNothing) {
+    play(PLAY_TYPE_VIDEO);
+    unit.click(WND_VIDEO, 1);
+    unit.clearRequests();
+    const Json before = unit.main.describe();
+    unit.key(K_Return);
+    EXPECT_EQ(unit.main.describe(), before);
+    EXPECT_TRUE(unit.osd.visible());
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_THAT(unit.requests(), IsEmpty());
+}
+
 TEST_F(MainKeys, ReturnOverPhotosGoesToTheirList) {
     play(PLAY_TYPE_PHOTO);
     unit.click(WND_VIDEO, 1);
     unit.clearCommands();
     unit.key(50);
-    EXPECT_EQ(unit.commands().front(), "186,4,1");
-    EXPECT_FALSE(inside.overlayShown());
-    EXPECT_FALSE(inside.videoIsVisible());
-    EXPECT_EQ(inside.state(), VIEW_STATE_PHOTO_LIST);
-    unit.advance(LIST_WAIT);
-    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
-    unit.advance(8s);
-    EXPECT_EQ(unit.main.window(), WND_VIDEO) << "the way back to the photo";
+    expectLeftForTheList("186,4,1", VIEW_STATE_PHOTO_LIST);
 }
 
 TEST_F(MainKeys, ReturnOverPhotosOfACompleteCatalogueSendsNothing) {

@@ -6,7 +6,6 @@ using MainTouch = MainView;
 
 namespace {
 
-constexpr auto LIST_WAIT = 50ms;
 constexpr int NO_ITEM = 0;
 
 } // namespace
@@ -299,6 +298,21 @@ TEST_F(MainTouch, CornerOfADiscMenuTogglesTheOverlay) {
     swipe(WND_VIDEO, 1, 400, 400, 300);
     EXPECT_FALSE(unit.osd.visible()) << "outside the corner it only hides";
     EXPECT_THAT(unit.commands(), ElementsAre("188,179,79", "188,0,0", "188,9,10", "188,360,300"));
+}
+
+TEST_F(MainTouch, TouchOnADiscMenuClosesTheOverlaysNumberPad) {
+    play(PLAY_TYPE_DVD);
+    for (const auto& [x, y] : {std::pair{400, 300}, {10, 10}}) {
+        unit.disc.rootMenu(false);
+        unit.click(WND_VIDEO, 1);
+        unit.clickOsd(1, 6505);
+        ASSERT_EQ(unit.osd.window(), 20);
+        // The menu comes up under the overlay, which the message would hide.
+        unit.onViewThread([] { CDiscData::GetInstance()->SetDVDRootMenuFlag(1); });
+        swipe(WND_VIDEO, 1, x, x, y);
+        EXPECT_NE(unit.osd.window(), 20) << x;
+        EXPECT_FALSE(unit.osd.visible()) << x;
+    }
 }
 
 TEST_F(MainTouch, MenuFlagOfAnotherDiscMeansNothing) {

@@ -5,7 +5,6 @@ namespace zm::test {
 namespace {
 
 constexpr int FILES = 12;
-constexpr auto LIST_WAIT = 50ms;
 
 std::vector<Json> parsed(const std::vector<std::string>& lines) {
     std::vector<Json> records;
@@ -115,6 +114,25 @@ std::vector<std::string> MainView::logged(size_t begin, const std::vector<std::s
         }
     }
     return found;
+}
+
+void MainView::expectLines(const std::vector<std::string>& lines, const std::function<void()>& action) {
+    const auto begin = unit.log().size();
+    action();
+    EXPECT_EQ(logged(begin, lines), lines);
+}
+
+void MainView::expectLeftForTheList(const std::string& command, int state) {
+    EXPECT_FALSE(inside.overlayShown());
+    EXPECT_FALSE(unit.osd.visible());
+    EXPECT_FALSE(inside.videoIsVisible());
+    ASSERT_FALSE(unit.commands().empty());
+    EXPECT_EQ(unit.commands().front(), command);
+    EXPECT_EQ(inside.state(), state);
+    unit.advance(LIST_WAIT);
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    unit.advance(8s);
+    EXPECT_EQ(unit.main.window(), WND_VIDEO);
 }
 
 } // namespace zm::test

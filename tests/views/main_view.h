@@ -15,6 +15,9 @@ namespace zm::test {
 inline constexpr char VIDEO_COMMAND[] = "zelmar/videoservice/command";
 inline constexpr char NOW_PLAYING[] = "zelmar/navigator/nowplaying";
 
+inline constexpr auto LIST_WAIT = 50ms; ///< until the rows of a list are fetched and its page is shown
+inline constexpr auto LONG_AGO = 5s;    ///< a pause before it is another's, not the same one's second half
+
 /** The whole unit with a catalogue of a few files in the root folder, and no disc yet. */
 class MainView : public testing::Test {
 protected:
@@ -39,6 +42,11 @@ protected:
     int beeps();
     /** Those of `texts` that the log holds beyond its first `begin` lines, in its order and as often. */
     std::vector<std::string> logged(size_t begin, const std::vector<std::string>& texts);
+    /** Of `lines`, `action` logs each once and in that order. */
+    void expectLines(const std::vector<std::string>& lines, const std::function<void()>& action);
+    /** A film or photo was left: `command` came first, its list comes up, and the way back leads to it again.
+     */
+    void expectLeftForTheList(const std::string& command, int state);
 
     Catalogue catalogue;
     Unit unit;

@@ -256,6 +256,16 @@ TEST_F(OsdFrame, ARootMenuIsAnsweredByBothViews) {
     EXPECT_EQ(picture(), 275) << "whose answer stands for the next time";
 }
 
+TEST_F(OsdFrame, WithoutAControllerTheStatusBarStays) {
+    playClip(DVD);
+    unit.deviceSilently(DEV_STATUS_BT, 2);
+    unit.deviceSilently(DEV_STATUS_MUTE, 255);
+    unit.deviceSilently(DEV_STATUS_CAR_TEMP, 101);
+    const Json before = unit.osd.describe();
+    osdInside.withoutController([](DiscOsdView& view) { view.OnShow(OSD_WND_DVD, true, 0); });
+    EXPECT_EQ(unit.osd.describe(), before);
+}
+
 TEST_F(OsdFrame, TheClockIsRefreshedByItsMessage) {
     playClip(VCD);
     unit.time("13:07", 12);

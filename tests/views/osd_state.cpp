@@ -88,9 +88,7 @@ TEST_F(OsdState, ATipIsLoggedOnItsWayToThePicture) {
         "_PLATEN_[ShowStateView2]-[DiscOsdView::ShowStateView2]  nPicID=272",
     };
     playClip(DVD);
-    const auto begin = unit.log().size();
-    unit.disc.tip(4);
-    EXPECT_EQ(logged(begin, lines), lines);
+    expectLines(lines, [&] { unit.disc.tip(4); });
 }
 
 TEST_F(OsdState, TheAnswerToTheAudioKeyIsTheAudioStream) {

@@ -46,6 +46,28 @@ TEST_F(MainErrors, ErrorAndEjectingAreShownFromEveryState) {
     }
 }
 
+TEST_F(MainErrors, AnErrorStopsCaptureAndOverlayBeforeItsPageComes) {
+    const std::vector<std::string> lines = {
+        "[DiscError]",
+        "[OperateVideoCapture]: bStart=0,",
+        "[DiscView::SetVisibleOsd] ===============m_bVideoOsd=0",
+        "[DiscView::OnShow] dwWndId=22,bShow=1",
+    };
+    play(PLAY_TYPE_DVD);
+    expectLines(lines, [&] { unit.disc.state(DISC_STATE_ERROR); });
+}
+
+TEST_F(MainErrors, EjectingShowsItsPageBeforeVideoAndCaptureEnd) {
+    const std::vector<std::string> lines = {
+        "[DiscExit]",
+        "[DiscView::OnShow] dwWndId=1,bShow=1",
+        "[DiscView::SetVisibleVideo] ===============m_bVideoIsVisible=0",
+        "[OperateVideoCapture]: bStart=0,",
+    };
+    play(PLAY_TYPE_DVD);
+    expectLines(lines, [&] { unit.disc.state(DISC_STATE_EJECTING); });
+}
+
 TEST_F(MainErrors, ErrorAndEjectingEndTheWaitForAList) {
     for (const int status : {DISC_STATE_ERROR, DISC_STATE_EJECTING}) {
         SCOPED_TRACE(status);

@@ -66,9 +66,7 @@ TEST_F(MainFrame, ShownPageRefreshesMuteBluetoothTemperatureAndClock) {
         "_PLATEN_[UpdateCarTemp]-[DiscView::UpdateCarTemp]-----status:200",
         "_PLATEN_[OnShow]-[DiscView::OnShow] end",
     };
-    const auto begin = unit.log().size();
-    unit.onViewThread([&] { unit.view().OnShow(WND_DISC_ERROR, true, 0); });
-    EXPECT_EQ(logged(begin, lines), lines);
+    expectLines(lines, [&] { unit.onViewThread([&] { unit.view().OnShow(WND_DISC_ERROR, true, 0); }); });
 }
 
 TEST_F(MainFrame, PlayPageStartsWithoutATrackNumber) {

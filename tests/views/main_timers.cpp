@@ -89,15 +89,23 @@ TEST_F(MainTimers, IdsOutsideTheTableAreIgnored) {
     EXPECT_EQ(unit.log().size(), lines);
 }
 
-TEST_F(MainTimers, MusicListGoesBackToThePlayPageAfterEightSeconds) {
-    play(PLAY_TYPE_MUSIC);
-    openList();
-    ASSERT_EQ(unit.main.window(), WND_MEDIA_LIST);
-    unit.advance(7949ms);
-    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
-    unit.advance(1ms);
-    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
-    EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
+TEST_F(MainTimers, MusicAndTrackListsGoBackToThePlayPageAfterEightSeconds) {
+    struct Case {
+        int type;
+        int page;
+    };
+    for (const auto& [type, page] :
+         {Case{PLAY_TYPE_MUSIC, WND_MEDIA_LIST}, Case{PLAY_TYPE_CD, WND_CD_LIST}}) {
+        SCOPED_TRACE(type);
+        play(type);
+        openList();
+        ASSERT_EQ(unit.main.window(), page);
+        unit.advance(7949ms);
+        EXPECT_EQ(unit.main.window(), page);
+        unit.advance(1ms);
+        EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+        EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
+    }
     EXPECT_FALSE(unit.log("[OnGotoAudioPlayPage]--------------").empty());
 }
 
@@ -187,6 +195,13 @@ TEST_F(MainTimers, PlayPageTimerRemembersTheTopInsideAFolderAndOfTheCdList) {
         expire(ENUM_TIMER_DISPLAY_PLAYVIEW);
         EXPECT_EQ(inside.listTopIndex(), unit.main.item(page, ITEM_LIST).top) << page;
     }
+}
+
+TEST_F(MainTimers, SimpleViewTimerAndSampleViewDoNothing) {
+    const Json before = unit.main.describe();
+    inside.startSimpleView();
+    unit.advance(10s);
+    EXPECT_EQ(unit.main.describe(), before);
 }
 
 TEST_F(MainTimers, SourcePopupClosesAfterFiveSeconds) {

@@ -35,100 +35,18 @@ TEST_F(MainState, LinesOfTheDispatcherNameIt) {
         function + "[DiscView::OnUserMessage]-------SURFACE_ERROR",
         function + "DISC_VMSG_OSDRETURN m_nCurPlayType=3",
     };
-    const auto begin = unit.log().size();
-    unit.disc.mixedType(MIXED_MUSIC);
-    unit.disc.mediaType(PLAY_TYPE_VIDEO);
-    unit.disc.error(ERROR_STATUS_SURFACE);
-    viewMessage(DISC_VMSG_OSDRETURN);
-    EXPECT_EQ(logged(begin, lines), lines);
+    expectLines(lines, [&] {
+        unit.disc.mixedType(MIXED_MUSIC);
+        unit.disc.mediaType(PLAY_TYPE_VIDEO);
+        unit.disc.error(ERROR_STATUS_SURFACE);
+        viewMessage(DISC_VMSG_OSDRETURN);
+    });
 }
 
 TEST_F(MainState, DatabaseUpdateIsLoggedAndHandled) {
     unit.disc.updateDb(0);
     EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_UPDATEDB").size(), 1u);
     EXPECT_EQ(unit.log("[DiscView::OnUserMsgUpdateDb] m_nClickFolderId=1").size(), 1u);
-}
-
-TEST_F(MainState, MixedTypeIsTaken) {
-    unit.disc.mixedType(MIXED_MUSIC | MIXED_PHOTO);
-    EXPECT_EQ(inside.mixedType(), 10);
-    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_MIXEDTYPE").size(), 1u);
-    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]------m_nMixedType=0xa").size(), 1u);
-}
-
-TEST_F(MainState, MediaTypeSetsPlayTypeBrowsedTypeAndTab) {
-    struct Case {
-        int type;
-        int tab;
-    };
-    // Types without a list leave the tab of the one before.
-    for (const auto& [type, tab] :
-         {Case{PLAY_TYPE_VIDEO, 1}, Case{PLAY_TYPE_DVD, 1}, Case{PLAY_TYPE_PHOTO, 2}, Case{PLAY_TYPE_VCD, 2},
-          Case{PLAY_TYPE_CD, 2}, Case{PLAY_TYPE_MUSIC, 0}}) {
-        SCOPED_TRACE(type);
-        unit.disc.mediaType(type);
-        EXPECT_EQ(inside.playType(), type);
-        EXPECT_EQ(inside.browsedType(), type);
-        EXPECT_EQ(inside.playListFrom(), tab);
-        EXPECT_EQ(
-            unit.log("[DiscView::OnUserMessage]------set m_nCurPlayType=" + std::to_string(type)).size(), 1u);
-    }
-    EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_CLIPSTYPE").size(), 6u);
-}
-
-TEST_F(MainState, MediaTypeSelectsItsTabOnBothListPages) {
-    struct Case {
-        int type;
-        int music, video, photo;
-    };
-    for (const auto& [type, music, video, photo] :
-         {Case{PLAY_TYPE_MUSIC, 3, 2, 2}, Case{PLAY_TYPE_VIDEO, 2, 3, 2}, Case{PLAY_TYPE_PHOTO, 2, 2, 3},
-          Case{PLAY_TYPE_DVD, 2, 2, 3}}) { // a type without a tab changes nothing
-        SCOPED_TRACE(type);
-        unit.disc.mediaType(type);
-        for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
-            EXPECT_EQ(unit.main.item(page, ITEM_TAB_MUSIC).state, music);
-            EXPECT_EQ(unit.main.item(page, ITEM_TAB_VIDEO).state, video);
-            EXPECT_EQ(unit.main.item(page, ITEM_TAB_PHOTO).state, photo);
-        }
-    }
-}
-
-TEST_F(MainState, LeftMenuFollowsTheListSource) {
-    struct Case {
-        int source;
-        int shown;
-        int state;
-        int folderState;
-    };
-    constexpr Case ROWS[] = {
-        {0, ITEM_ALL_MUSIC, 2, 3},  {1, ITEM_ALL_MUSIC, 2, 3}, {2, ITEM_ALL_VIDEO, 2, 3},
-        {3, ITEM_ALL_VIDEO, 2, 3},  {4, ITEM_ALL_PHOTO, 2, 3}, {5, ITEM_ALL_PHOTO, 2, 3},
-        {6, ITEM_ALL_MUSIC, 3, 2},  {7, ITEM_ALL_PHOTO, 3, 2}, {8, ITEM_ALL_VIDEO, 3, 2},
-        {10, ITEM_ALL_MUSIC, 2, 2},
-    };
-    for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
-        for (const Case& row : ROWS) {
-            SCOPED_TRACE(row.source);
-            inside.showLeftState(page, row.source);
-            for (const int item : {ITEM_ALL_MUSIC, ITEM_ALL_VIDEO, ITEM_ALL_PHOTO}) {
-                EXPECT_EQ(unit.main.item(page, item).visible, item == row.shown) << item;
-            }
-            EXPECT_EQ(unit.main.item(page, row.shown).state, row.state);
-            EXPECT_EQ(unit.main.item(page, ITEM_FOLDER_MENU).state, row.folderState);
-        }
-    }
-}
-
-TEST_F(MainState, LeftMenuKeepsItsLookForTheCdListAndUnknownSources) {
-    inside.showLeftState(WND_MEDIA_LIST, LIST_FROM_ALL_VIDEO);
-    for (const int source : {9, 11, 12, -1}) {
-        inside.showLeftState(WND_MEDIA_LIST, source);
-        EXPECT_TRUE(unit.main.item(WND_MEDIA_LIST, ITEM_ALL_VIDEO).visible) << source;
-        EXPECT_FALSE(unit.main.item(WND_MEDIA_LIST, ITEM_ALL_MUSIC).visible) << source;
-        EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_ALL_VIDEO).state, 3) << source;
-        EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_FOLDER_MENU).state, 2) << source;
-    }
 }
 
 TEST_F(MainState, NoDiscIsShownWhileLoadingOnly) {
@@ -138,6 +56,28 @@ TEST_F(MainState, NoDiscIsShownWhileLoadingOnly) {
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 133);
     EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
     EXPECT_EQ(unit.log("[DiscView::OnUserMsgDeviceState]-------bDiscExisting=0------").size(), 1u);
+}
+
+TEST_F(MainState, FirstReportOfADiscIsLoggedBeforeTheSourceIsRequested) {
+    const std::vector<std::string> lines = {
+        "[DiscView::OnUserMessage]-------DISC_VMSG_DEVICE",
+        "[DiscView::OnUserMsgDeviceState]-------bDiscExisting=1------",
+        "************* RequestSource on *************",
+    };
+    expectLines(lines, [&] { unit.disc.presence(1); });
+    const auto again = unit.log().size();
+    unit.disc.presence(1);
+    EXPECT_THAT(logged(again, lines), ElementsAre(lines[0], lines[1]));
+}
+
+TEST(MainStateWithoutCatalogue, FirstReportOfADiscTriesToOpenItAgain) {
+    Unit unit;
+    const auto failed = unit.log("QDB Error: ").size();
+    EXPECT_EQ(failed, 1u) << "at start";
+    unit.disc.presence(1);
+    EXPECT_EQ(unit.log("QDB Error: ").size(), failed + 1);
+    unit.disc.presence(1);
+    EXPECT_EQ(unit.log("QDB Error: ").size(), failed + 1);
 }
 
 TEST_F(MainState, RemovedDiscLeavesThePlayPageToTheDiscState) {
@@ -196,6 +136,18 @@ TEST_F(MainState, FirstPlayingStateChoosesThePage) {
         EXPECT_EQ(unit.commands(), starts ? std::vector<std::string>{"131,0,0"} : std::vector<std::string>{});
         unit.advance(45s);
         EXPECT_EQ(inside.state(), row.state) << "the loading timer has been ended";
+    }
+}
+
+TEST_F(MainState, PausedDiscIsPlayedOnceLoadedWhateverItsType) {
+    unit.disc.videoMode(VIDEO_MODE_OFF);
+    for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_UNKNOWN}) {
+        unit.disc.mediaType(type);
+        unit.disc.state(DISC_STATE_LOADING);
+        unit.clearCommands();
+        unit.disc.state(DISC_STATE_PAUSED);
+        EXPECT_THAT(unit.commands(), ElementsAre("131,0,0")) << type;
+        EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
     }
 }
 

@@ -99,6 +99,42 @@ TEST_F(MainStatus, ChangesReachBothViews) {
     EXPECT_EQ(unit.osd.item(1, OSD_ITEM_TEMP).text, "-5.2");
 }
 
+TEST_F(MainStatus, OverlayFollowsTheRulesOfTheMainViewButForBluetooth) {
+    play(PLAY_TYPE_VCD);
+    for (const int value : {870, 871, -400, -401, 0}) {
+        unit.device(DEV_STATUS_CAR_TEMP, value);
+        EXPECT_EQ(unit.osd.item(OSD_WND_VCD, OSD_ITEM_TEMP).text,
+                  unit.main.item(WND_VIDEO, OSD_ITEM_TEMP).text);
+    }
+    for (const int value : {255, 254, 255, 0}) {
+        unit.device(DEV_STATUS_MUTE, value);
+        EXPECT_EQ(unit.osd.item(OSD_WND_VCD, OSD_ITEM_MUTE).visible, value == 255);
+    }
+    std::string last;
+    for (const int value : {0, 2, 1, 3, -1, 77}) {
+        unit.device(DEV_STATUS_BT, value);
+        last = value >= 0 && value <= 2 ? std::to_string(value) : last;
+        EXPECT_EQ(unit.osd.item(OSD_WND_VCD, OSD_ITEM_BT).text, last) << value;
+    }
+}
+
+TEST_F(MainStatus, WithoutAControllerTheIndicatorsStay) {
+    play(PLAY_TYPE_DVD);
+    unit.deviceSilently(DEV_STATUS_BT, 2);
+    unit.deviceSilently(DEV_STATUS_MUTE, 255);
+    unit.deviceSilently(DEV_STATUS_CAR_TEMP, 101);
+    const Json main = unit.main.describe();
+    inside.withoutController([](DiscView& view) {
+        for (const int device : {DEV_STATUS_BT, DEV_STATUS_MUTE, DEV_STATUS_CAR_TEMP}) {
+            APP_MSG_S message{{3, 4, device, 1}};
+            view.OnAppsMessage(&message);
+        }
+        APP_MSG_S time{{3, 3, 0, 0}};
+        view.OnAppsMessage(&time);
+    });
+    EXPECT_EQ(unit.main.describe(), main);
+}
+
 TEST_F(MainStatus, IndicatorsReadTheValueAgainInsteadOfTheMessage) {
     unit.device(DEV_STATUS_CAR_TEMP, 235);
     appsMessage(3, 4, DEV_STATUS_CAR_TEMP, 100);

@@ -106,6 +106,28 @@ TEST_F(FolderMark, ATopRowTooFarFromTheSelectedFolderIsMoved) {
     }
 }
 
+TEST_F(FolderMark, ATrackReportFindsThePlayingFolderWithoutSelectingIt) {
+    listFolders(FOLDER_KINDS[0], 7);
+    onList(WND_MEDIA_LIST, [](CUI_BtList& control) { control.SetCurSel(1, 0); });
+    loggedAgain("[OnFunc_FolderListJump_Index]--SetCurSel:6");
+    unit.disc.track({.curMediaId = 4, .parentFolder = 7});
+    EXPECT_TRUE(loggedAgain("[OnFunc_FolderListJump_Index]--SetCurSel:6"));
+    EXPECT_EQ(list().current, 1);
+}
+
+TEST_F(FolderMark, SourcesWithoutFoldersHaveNoRows) {
+    listFolders(FOLDER_KINDS[0], 7);
+    const Json before = unit.main.describe();
+    for (const int source : {6, 7, 8, 9, 11, -1}) {
+        inside.setFollowsPlaying(true);
+        EXPECT_FALSE(inside.jumpFolderList(source, false));
+        EXPECT_TRUE(inside.followsPlaying());
+        EXPECT_FALSE(inside.jumpFolderList(source, true));
+        EXPECT_FALSE(inside.followsPlaying());
+    }
+    EXPECT_EQ(unit.main.describe(), before);
+}
+
 TEST_F(FolderMark, AnOldMarkGoesWhenTheListShowsFolders) {
     listFolders(FOLDER_KINDS[0], 7);
     onList(WND_MEDIA_LIST,

@@ -148,6 +148,22 @@ TEST_F(GotoMain, AnInvalidOkKeepsPadAndEntry) {
     EXPECT_EQ(display(), "9/12");
 }
 
+TEST_F(GotoMain, WithoutAControllerOkKeepsPadAndEntry) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    type("7");
+    inside.clickWithoutController(WND_GOTO, GOTO_KEY_OK);
+    EXPECT_EQ(display(), "7/12");
+    EXPECT_EQ(unit.main.window(), WND_GOTO);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+}
+
+TEST_F(GotoMain, DiscVideoHasNoBound) {
+    for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VCD}) {
+        open(type, {.curMediaIds = 12, .mediaIds = 12, .titles = 12});
+        expectNothingCanBeTyped();
+    }
+}
+
 TEST_F(GotoMain, TheShownBoundStaysWhileDigitsAreCheckedAgainstTheDisc) {
     open(PLAY_TYPE_CD, {.mediaIds = 12});
     unit.disc.track({.mediaIds = 5});

@@ -160,6 +160,37 @@ TEST_F(GotoOsd, OtherClipsHaveNothingToSwitch) {
     EXPECT_EQ(caption(), 168);
 }
 
+TEST_F(GotoOsd, ATitleIsPlayedAlsoWhenTheClipHasChangedUnderThePad) {
+    open(DVD, {.titles = 12});
+    unit.disc.mediaType(PLAY_TYPE_VIDEO);
+    unit.disc.track({.curMediaId = 1, .curMediaIds = 9, .titles = 12});
+    type("7");
+    EXPECT_EQ(display(), "7/9");
+    clickPad(GOTO_KEY_OK);
+    EXPECT_THAT(unit.commands(), ElementsAre("184,7,0"));
+}
+
+TEST_F(GotoOsd, ATrackOfAClipThatIsNowADvdSendsNothingButCloses) {
+    open(VCD, {.mediaIds = 12});
+    unit.disc.mediaType(PLAY_TYPE_DVD);
+    unit.disc.track({.mediaIds = 12, .titles = 9});
+    type("7");
+    EXPECT_EQ(display(), "7/9");
+    clickPad(GOTO_KEY_OK);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_EQ(display(), "");
+    EXPECT_THAT(unit.osd.shown(), testing::Not(testing::Contains(OSD_WND_GOTO)));
+}
+
+TEST_F(GotoOsd, WithoutAControllerOkKeepsPadAndEntry) {
+    open(VCD, {.mediaIds = 12});
+    type("7");
+    osdInside.clickWithoutController(OSD_WND_GOTO, GOTO_KEY_OK, BT_STATE_RELEASED);
+    EXPECT_EQ(display(), "7/12");
+    EXPECT_EQ(unit.osd.window(), OSD_WND_GOTO);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+}
+
 TEST_F(GotoOsd, OpeningAgainStartsWithTitles) {
     open(DVD, {.chapters = 30, .titles = 12});
     clickPad(GOTO_ITEM_MODE);

@@ -89,6 +89,35 @@ TEST_F(ListChange, ATabInItsOwnStateDoesNothingMore) {
     }
 }
 
+/** What the worker still reads of the query before lands in the list that took its place. */
+TEST_F(ListChange, ATabChosenWhileAnotherListFillsShowsTheRestOfThatListFirst) {
+    playOther(TABS[0]);
+    unit.holdCatalogue(5);
+    press(ITEM_TAB_MUSIC);
+    tick();
+    ASSERT_EQ(list().rows.size(), 5u);
+    press(ITEM_TAB_PHOTO);
+    EXPECT_THAT(list().rows, IsEmpty());
+    unit.releaseCatalogue();
+    tick();
+    tick();
+    EXPECT_EQ(list().rows.size(), 7u + 12u);
+    EXPECT_EQ(list().rows.front().text, "1  song 6");
+    EXPECT_EQ(list().rows.at(7).text, "8  photo 1");
+    EXPECT_EQ(list().rows.back().text, "19  photo 12");
+}
+
+TEST_F(ListChange, WithoutAControllerATabOfADiscWithFilesOnlyChangesTheBrowsedType) {
+    for (const TabCase& tab : TABS) {
+        playOther(tab);
+        inside.clickWithoutController(WND_MEDIA_LIST, tab.tab);
+        EXPECT_EQ(inside.browsedType(), tab.type);
+        EXPECT_EQ(unit.main.window(), tab.type == PLAY_TYPE_MUSIC ? WND_VIDEO : WND_AUDIO_PLAY);
+        EXPECT_THAT(unit.commands(), IsEmpty());
+        EXPECT_EQ(beeps(), 0);
+    }
+}
+
 TEST_F(ListChange, MusicAndVideoAreLoggedButNotPhoto) {
     playOther(TABS[0]);
     inside.setState(VIEW_STATE_VIDEO_PLAY);
@@ -224,6 +253,33 @@ TEST_F(ListUpdate, TheListOfAllFilesIsReadAgainAndGrows) {
     EXPECT_FALSE(
         unit.log("[DiscView::OnUserMsgUpdateDb] m_nClickFolderId=1,m_uiCurState=4,m_nCurListFrom=7").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnUserMsgUpdateDb] m_nCurType=4").empty());
+}
+
+TEST_F(ListUpdate, TheCatalogueGetsEightyMillisecondsToSettle) {
+    listOf(TABS[0]);
+    const auto start = std::chrono::steady_clock::now();
+    unit.disc.updateDb(1);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 80ms);
+}
+
+TEST_F(ListUpdate, AnUpdateWhileTheListFillsStartsTheWaitAnew) {
+    play(PLAY_TYPE_MUSIC);
+    unit.holdCatalogue(5);
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    for (int i = 0; i < 4; ++i) {
+        tick();
+    }
+    ASSERT_TRUE(loggedAgain("not finish: m_nQueWaitTime=4"));
+    unit.disc.updateDb(1);
+    tick();
+    EXPECT_EQ(unit.log("not finish: m_nQueWaitTime=1").size(), 2u);
+    unit.releaseCatalogue();
+    tick();
+    // The rest of the query before, then all of the new one; the five rows on screen stay.
+    EXPECT_EQ(list().rows.size(), 7u + 12u);
+    EXPECT_EQ(list().rows.at(4).text, "5  song 5");
+    EXPECT_EQ(list().rows.at(5).text, "6  song 11");
+    EXPECT_EQ(list().rows.back().text, "19  song 12");
 }
 
 TEST_F(ListUpdate, RowsAlreadyShownAreNotRewritten) {

@@ -102,6 +102,30 @@ TEST_F(ListClick, ATouchedTrackOfACdIsPlayedUnlessItPlays) {
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
 }
 
+TEST_F(ListClick, TheTrackListRemembersItsTopRow) {
+    catalogue.files(20, Catalogue::Music, "song");
+    playFile3(PLAY_TYPE_CD);
+    openList();
+    clickRow(7, WND_CD_LIST, 6);
+    EXPECT_EQ(inside.listTopIndex(), 6);
+    openList();
+    onList(WND_CD_LIST, [](CUI_BtList& list) { list.SetTopIndex(4, 0, 0, 0, 0); });
+    press(ITEM_TYPE_ICON, WND_CD_LIST);
+    EXPECT_EQ(inside.listTopIndex(), 4);
+}
+
+TEST_F(ListClick, ATouchedRowOfTheSearchResultPlaysAndReturnsThere) {
+    playFile3(PLAY_TYPE_MUSIC);
+    unit.appData("--song=other");
+    openList();
+    ASSERT_EQ(inside.listFrom(), LIST_FROM_SEARCH);
+    inside.setPlayListFrom(PLAY_LIST_MUSIC);
+    clickRow(0);
+    EXPECT_THAT(unit.commands(), ElementsAre("182,131076,1"));
+    EXPECT_EQ(inside.playListFrom(), PLAY_LIST_SEARCH);
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+}
+
 TEST_F(ListClick, TheTrackListPlaysOnACdOnly) {
     playFile3(PLAY_TYPE_CD);
     openList();

@@ -154,7 +154,11 @@ TEST_F(ListNotify, AMissingPointerIsLogged) {
         unit.view().OnListInfoMessage(unit.view().GetUIWndMgrWrapper(), WND_MEDIA_LIST, 3, nullptr);
     });
     unit.settle();
-    EXPECT_EQ(unit.log("[DiscView::OnListInfoMessage] invalid parameters.").size(), 2u);
+    inside.withoutController([](DiscView& view) {
+        _tagList_Info info{ITEM_LIST, 3, 0};
+        view.OnListInfoMessage(view.GetUIWndMgrWrapper(), WND_MEDIA_LIST, 3, &info);
+    });
+    EXPECT_EQ(unit.log("[DiscView::OnListInfoMessage] invalid parameters.").size(), 3u);
 }
 
 } // namespace zm::test

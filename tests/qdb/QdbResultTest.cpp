@@ -55,6 +55,29 @@ TEST_F(QdbConnectedTest, TextsOfAnyLengthEndWithNul) {
     }
 }
 
+TEST_F(QdbConnectedTest, ALongResultKeepsEveryRow) {
+    constexpr int Rows = 30000;
+    sql("DELETE FROM files;"
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000)"
+        " INSERT INTO files SELECT i, -i, NULL, 'row ' || i FROM n;");
+    qdb_result_t* result = query("SELECT fid, folderid, ftype, filename FROM files ORDER BY fid");
+    ASSERT_EQ(qdb_rows(result), Rows);
+    for (int row = 0; row < Rows; ++row) {
+        ASSERT_EQ(*static_cast<int64_t*>(qdb_cell(result, row, 0)), row + 1);
+        ASSERT_EQ(*static_cast<int64_t*>(qdb_cell(result, row, 1)), -row - 1);
+        ASSERT_EQ(qdb_cell(result, row, 2), nullptr);
+        ASSERT_EQ(text(result, row, 3), "row " + std::to_string(row + 1));
+    }
+    EXPECT_EQ(qdb_cell(result, Rows, 0), nullptr);
+}
+
+TEST_F(QdbConnectedTest, ATextMayBeLongerThanAllOthersTogether) {
+    qdb_result_t* result = query("SELECT 'before', printf('%.*c', 300000, 'x'), 'behind'");
+    EXPECT_EQ(text(result, 0, 0), "before");
+    EXPECT_EQ(text(result, 0, 1), std::string(300000, 'x'));
+    EXPECT_EQ(text(result, 0, 2), "behind");
+}
+
 TEST_F(QdbConnectedTest, AResultIsHandedOverOnce) {
     ASSERT_NE(query("SELECT 1"), nullptr);
     errno = 0;

@@ -130,6 +130,8 @@ private:
     void QueryPlayList();
     void QueryFolderSubList();
     qdb_result_t* FetchResult(const char* func, const std::string& sql);
+    /** The number of rows, for which it makes room: none of them has to move the others. */
+    int ExpectRows(qdb_result_t* result);
     void ReadMediaRows(qdb_result_t* result);
     void ReadFolderRows(qdb_result_t* result);
     static void ReadName(qdb_result_t* result, int nRow, int nColumn, std::string& strName);

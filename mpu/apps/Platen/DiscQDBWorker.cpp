@@ -9,6 +9,9 @@
 #include <cstring>
 #include <utility>
 
+/** Bytes of a row's name, with the final NUL that it had in the database. */
+static constexpr size_t LIST_NAME_SIZE = 250;
+
 void DiscQDB::DealWithTask() {
     SetFinishFlag(false);
     QueryPlayList();
@@ -107,7 +110,7 @@ void DiscQDB::QueryFolderSubList() {
 void DiscQDB::ReadMediaRows(qdb_result_t* result) {
     // One item serves all rows: a NULL cell repeats what the row before had.
     T_PLAY_LIST_ITEM item;
-    const int nRows = qdb_rows(result);
+    const int nRows = ExpectRows(result);
     for (int nRow = 0; nRow < nRows; ++nRow) {
         item.nFid = -1;
         ReadCell(result, nRow, 0, item.nFid);
@@ -121,7 +124,7 @@ void DiscQDB::ReadMediaRows(qdb_result_t* result) {
 void DiscQDB::ReadFolderRows(qdb_result_t* result) {
     T_PLAY_LIST_ITEM item;
     item.nType = FTYPE_FOLDER;
-    const int nRows = qdb_rows(result);
+    const int nRows = ExpectRows(result);
     for (int nRow = 0; nRow < nRows; ++nRow) {
         item.nFid = -1;
         ReadCell(result, nRow, 0, item.nFid);
@@ -133,10 +136,17 @@ void DiscQDB::ReadFolderRows(qdb_result_t* result) {
 
 void DiscQDB::ReadName(qdb_result_t* result, int nRow, int nColumn, std::string& strName) {
     if (const void* cell = qdb_cell(result, nRow, nColumn)) {
-        char szName[250];
-        CopyText(szName, sizeof szName, static_cast<const char*>(cell));
-        strName = szName;
+        strName = CutText(static_cast<const char*>(cell), LIST_NAME_SIZE);
     }
+}
+
+int DiscQDB::ExpectRows(qdb_result_t* result) {
+    const int nRows = qdb_rows(result);
+    MutexGuard guard(m_mutex);
+    if (m_pCurVec) {
+        m_pCurVec->reserve(m_pCurVec->size() + static_cast<size_t>(nRows));
+    }
+    return nRows;
 }
 
 void DiscQDB::AppendRow(const T_PLAY_LIST_ITEM& item) {

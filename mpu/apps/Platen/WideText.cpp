@@ -1,10 +1,12 @@
 #include "WideText.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <cwchar>
+#include <iterator>
+#include <string_view>
 
 namespace {
 
@@ -68,12 +70,17 @@ public:
     }
     void PutText(const char* text) {
         while (*text && m_pAt < m_pLast) {
-            Put(TakeCharacter(text));
+            *m_pAt++ = TakeCharacter(text);
         }
     }
     /** `conversion` is that of a number, from its % to its letter. */
     void PutNumber(const char* conversion, const WideArgument& argument) {
         char text[400]; // the longest number printed with "%f" has 309 digits before the point
+        if (argument.GetKind() == WideArgument::Kind::Integer && std::string_view(conversion) == "%d") {
+            *std::to_chars(text, std::end(text), argument.Integer()).ptr = '\0';
+            PutText(text);
+            return;
+        }
         const int length = argument.GetKind() == WideArgument::Kind::Integer
                                ? std::snprintf(text, sizeof text, conversion, argument.Integer())
                                : std::snprintf(text, sizeof text, conversion, argument.Number());
@@ -91,14 +98,16 @@ constexpr std::size_t CONVERSION_SIZE = 16; ///< those of this program have six 
 
 /** Reads one conversion, plain characters all; false if it does not end or is too long. */
 bool TakeConversion(const wchar_t*& format, char (&conversion)[CONVERSION_SIZE]) {
-    const std::size_t length = std::wcscspn(format, L"dxsf") + 1;
-    if (length >= CONVERSION_SIZE || !format[length - 1]) {
-        return false;
+    for (std::size_t length = 0; length + 1 < CONVERSION_SIZE && format[length];) {
+        conversion[length] = static_cast<char>(format[length]);
+        const char last = conversion[length++];
+        if (last == 'd' || last == 'x' || last == 's' || last == 'f') {
+            conversion[length] = '\0';
+            format += length;
+            return true;
+        }
     }
-    std::copy(format, format + length, conversion);
-    conversion[length] = '\0';
-    format += length;
-    return true;
+    return false;
 }
 
 constexpr WideArgument::Kind KindOf(char letter) {

@@ -51,18 +51,6 @@ void addCell(qdb_result& result, sqlite3_stmt* statement, int column) {
     }
 }
 
-/** Holds the connection's own lock, so that reading many cells does not take it for each of them. */
-class ConnectionLock {
-public:
-    explicit ConnectionLock(sqlite3* db) : m_mutex(sqlite3_db_mutex(db)) { sqlite3_mutex_enter(m_mutex); }
-    ~ConnectionLock() { sqlite3_mutex_leave(m_mutex); }
-    ConnectionLock(const ConnectionLock&) = delete;
-    ConnectionLock& operator=(const ConnectionLock&) = delete;
-
-private:
-    sqlite3_mutex* m_mutex;
-};
-
 } // namespace
 
 int qdb_hdl::fail(int number, const std::string& text) {
@@ -92,8 +80,9 @@ int qdb_hdl::open() {
         return fail(ENOENT, "not a database file");
     }
     sqlite3* db = nullptr;
-    // Without the flag that creates: a missing file stays missing.
-    int code = sqlite3_open_v2(m_path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_FULLMUTEX, nullptr);
+    // Without the flag that creates: a missing file stays missing. Threads take turns, so the connection
+    // needs no lock of its own, which would be taken several times for each cell.
+    int code = sqlite3_open_v2(m_path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     m_db.reset(db);
     if (code != SQLITE_OK) {
         int number = failSqlite();
@@ -131,7 +120,6 @@ int qdb_hdl::compile(const std::string& text, Statement& statement) {
 
 int qdb_hdl::readRows(sqlite3_stmt* statement) {
     auto result = std::make_unique<qdb_result>(sqlite3_column_count(statement));
-    const ConnectionLock lock(m_db.get());
     int code = SQLITE_OK;
     while ((code = sqlite3_step(statement)) == SQLITE_ROW) {
         for (int column = 0; column < result->columns; ++column) {

@@ -10,7 +10,8 @@
 
 namespace {
 
-constexpr size_t NULL_CELL = SIZE_MAX;
+constexpr size_t BLOCK_WORDS = 8192;
+constexpr uint64_t LAST_BYTE = uint64_t{0xff} << 56;
 constexpr int KEPT_PER_THREAD = 16;
 
 struct HandedOut {
@@ -27,34 +28,46 @@ HandedOut& handedOut() {
 
 } // namespace
 
-void qdb_result::addNull() {
-    m_cells.push_back(NULL_CELL);
+uint64_t* qdb_result::take(size_t words) {
+    if (words > m_freeWords) {
+        m_freeWords = std::max(words, BLOCK_WORDS);
+        m_bytes += m_freeWords * sizeof(uint64_t);
+        m_free = m_blocks.emplace_back(std::make_unique_for_overwrite<uint64_t[]>(m_freeWords)).get();
+    }
+    uint64_t* taken = m_free;
+    m_free += words;
+    m_freeWords -= words;
+    m_cells.push_back(taken);
+    return taken;
 }
 
 void qdb_result::addNumber(const void* eightBytes) {
     uint64_t word = 0;
     std::memcpy(&word, eightBytes, sizeof word);
-    m_cells.push_back(m_words.size());
-    m_words.push_back(word);
-    m_words.push_back(0);
+    // Nearly every number has its zero byte within itself, as the last one.
+    const bool endsItself = (word & LAST_BYTE) == 0;
+    uint64_t* at = take(endsItself ? 1 : 2);
+    at[0] = word;
+    if (!endsItself) {
+        at[1] = 0;
+    }
 }
 
 void qdb_result::addText(std::string_view text) {
-    size_t at = m_words.size();
-    m_cells.push_back(at);
-    m_words.resize(at + text.size() / 8 + 1);
+    const size_t words = text.size() / sizeof(uint64_t) + 1;
+    uint64_t* at = take(words);
+    at[words - 1] = 0;
     if (!text.empty()) {
-        std::memcpy(&m_words[at], text.data(), text.size());
+        std::memcpy(at, text.data(), text.size());
     }
 }
 
 void* qdb_result::cell(int row, int column) {
-    if (row < 0 || row >= rows() || column < 0 || column >= columns) {
+    if (row < 0 || column < 0 || column >= columns) {
         return nullptr;
     }
-    size_t at =
-        m_cells[static_cast<size_t>(row) * static_cast<size_t>(columns) + static_cast<size_t>(column)];
-    return at == NULL_CELL ? nullptr : &m_words[at];
+    const size_t at = static_cast<size_t>(row) * static_cast<size_t>(columns) + static_cast<size_t>(column);
+    return at < m_cells.size() ? m_cells[at] : nullptr;
 }
 
 qdb_result_t* zm::qdbHandOut(std::unique_ptr<qdb_result> result) {

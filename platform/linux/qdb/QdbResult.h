@@ -11,8 +11,8 @@
 
 /**
  * The rows of one statement, as a copy of their own. Every cell is aligned to eight bytes and has as many at
- * least; numbers have eight zero bytes behind them. So reading a cell as something else than it is stays
- * inside it.
+ * least, and a zero byte follows at the latest behind them. So reading a cell as something else than it is
+ * stays inside it.
  */
 struct qdb_result {
     /** More than this is not a catalogue: a statement whose result grows beyond it fails. */
@@ -21,11 +21,11 @@ struct qdb_result {
 
     explicit qdb_result(int columnCount) : columns(columnCount) {}
 
-    void addNull();
+    void addNull() { m_cells.push_back(nullptr); }
     void addNumber(const void* eightBytes);
     void addText(std::string_view text);
     int rows() const { return columns > 0 ? static_cast<int>(m_cells.size()) / columns : 0; }
-    bool tooLarge() const { return (m_words.size() + m_cells.size()) * 8 > LARGEST; }
+    bool tooLarge() const { return m_bytes + m_cells.size() * sizeof(void*) > LARGEST; }
     void* cell(int row, int column);
 
     const int columns;
@@ -34,8 +34,14 @@ struct qdb_result {
     std::thread::id reader; ///< the thread that fetched it
 
 private:
-    std::vector<size_t> m_cells; ///< index into m_words
-    std::vector<uint64_t> m_words;
+    uint64_t* take(size_t words);
+
+    std::vector<uint64_t*> m_cells; ///< row after row, into the blocks
+    /** The values, one behind the other: blocks stay where they are, so that nothing is copied twice. */
+    std::vector<std::unique_ptr<uint64_t[]>> m_blocks;
+    uint64_t* m_free = nullptr; ///< in the latest block
+    size_t m_freeWords = 0;
+    size_t m_bytes = 0; ///< of all blocks
 };
 
 namespace zm {

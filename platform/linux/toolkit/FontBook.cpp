@@ -161,15 +161,15 @@ LayoutPtr FontBook::glyph(const std::string& text, double pixels) {
 }
 
 std::string fromWide(const wchar_t* text) {
-    constexpr gunichar oneByte = 0x80; // nearly every character of a long list
-    std::string bytes;
-    bytes.reserve(std::wcslen(text));
-    for (; *text; ++text) {
+    constexpr wchar_t lastOfOneByte = 0x7f;
+    // Nearly every text of a long list has nothing else.
+    const wchar_t* end = text;
+    while (*end > 0 && *end <= lastOfOneByte) {
+        ++end;
+    }
+    std::string bytes(text, end);
+    for (text = end; *text; ++text) {
         const auto character = static_cast<gunichar>(*text);
-        if (character < oneByte) {
-            bytes += static_cast<char>(character);
-            continue;
-        }
         char buffer[6];
         const bool valid = g_unichar_validate(character);
         bytes.append(buffer, static_cast<size_t>(g_unichar_to_utf8(valid ? character : 0xFFFD, buffer)));

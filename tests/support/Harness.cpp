@@ -218,6 +218,10 @@ Json Unit::video() {
     return Json::parse(must({"screen"})).value("video", Json::object());
 }
 
+Image Unit::picture() const {
+    return m_impl->server.picture();
+}
+
 std::vector<std::string> Unit::commands() const {
     std::vector<std::string> result;
     const auto written = published(Control);

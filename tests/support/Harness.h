@@ -24,6 +24,7 @@
  * it.
  */
 
+#include "services/bench/Compositor.h"
 #include "tests/support/Catalogue.h"
 #include "tests/support/DiscPlayer.h"
 #include "tests/support/Screen.h"
@@ -97,6 +98,8 @@ public:
 
     /** The "video" member of the screen's description. */
     Json video();
+    /** The composed screen, all windows one over the other. */
+    Image picture() const;
     /** Player commands since the start or the last clearCommands, oldest first: "cmd,param1,param2". */
     std::vector<std::string> commands() const;
     void clearCommands();

@@ -51,6 +51,12 @@ UnitServer::Answer UnitServer::run(const std::vector<std::string>& words) {
     return answer;
 }
 
+Image UnitServer::picture() {
+    std::promise<Image> copy;
+    m_loop.post([&] { copy.set_value(m_unit->compositor().compose()); });
+    return copy.get_future().get();
+}
+
 bool UnitServer::waitReady() {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     std::promise<bool> ready;

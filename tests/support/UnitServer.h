@@ -28,6 +28,8 @@ public:
     Answer run(const std::vector<std::string>& words);
     /** Waits until the application has been resumed; false if that takes more than ten seconds. */
     bool waitReady();
+    /** A copy of the composed screen. Any thread but the head unit's. */
+    Image picture();
     /** Attribute lines written into `object` so far. */
     std::vector<std::string> published(const std::string& object) const;
 

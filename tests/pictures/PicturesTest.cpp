@@ -1,0 +1,144 @@
+// Every page and overlay window, rendered by the real views and composed as the driver sees it, against the
+// reference pictures. docs/pictures.md says how to look at changes and how to renew them.
+
+#include "platform/linux/toolkit/Resource.h"
+#include "tests/pictures/Folders.h"
+#include "tests/pictures/Picture.h"
+#include "tests/pictures/Table.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+
+namespace zm::test {
+
+namespace {
+
+std::vector<PictureRow> allRows() {
+    std::vector<PictureRow> all(pageRows().begin(), pageRows().end());
+    all.insert(all.end(), overlayRows().begin(), overlayRows().end());
+    return all;
+}
+
+struct Variant {
+    std::string language;
+    std::string theme;
+    std::string fileName(const PictureRow& row) const {
+        return std::string(row.name) + "." + theme + "." + language + ".png";
+    }
+};
+
+/** In an order in which each differs from the one before by one switch. */
+std::vector<Variant> variants(const PictureRow& row) {
+    std::vector<Variant> all = {{"en", "day"}, {"en", "night"}, {"ar", "night"}};
+    if (row.also) {
+        all.push_back({row.also, "night"});
+    }
+    return all;
+}
+
+bool renewing() {
+    const char* wanted = std::getenv("ZM_RENEW_PICTURES");
+    return wanted && std::string(wanted) == "1";
+}
+
+/** Compares with the reference, or takes the picture as the new one if that is asked for. */
+void check(const std::string& name, const Image& picture) {
+    const auto reference = readPng(references + name);
+    const Difference difference = reference ? compare(*reference, picture) : Difference{};
+    const std::string present = changes + name;
+    const std::string shown = differences + name;
+    std::filesystem::remove(present);
+    std::filesystem::remove(shown);
+    if (reference && difference.none()) {
+        return;
+    }
+    std::filesystem::create_directories(changes);
+    std::filesystem::create_directories(differences);
+    ASSERT_TRUE(writePng(present, picture));
+    if (reference && difference.sameSize) {
+        ASSERT_TRUE(writePng(shown, differencePicture(*reference, picture)));
+    }
+    if (renewing()) {
+        std::filesystem::create_directories(references);
+        ASSERT_TRUE(writePng(references + name, picture));
+        return;
+    }
+    ADD_FAILURE() << name << ": " << (reference ? difference.text() : "there is no reference picture")
+                  << "\nthe picture as it is now: " << present;
+}
+
+class Pictures : public testing::TestWithParam<PictureRow> {};
+
+} // namespace
+
+TEST_P(Pictures, AreAsTheirReferences) {
+    const PictureRow& row = GetParam();
+    Stage stage;
+    row.steps(stage);
+    ASSERT_EQ(stage.unit.main.window(), row.window);
+    ASSERT_EQ(stage.unit.osd.visible(), row.overlay != 0);
+    if (row.overlay) {
+        ASSERT_EQ(stage.unit.osd.window(), row.overlay);
+    }
+    for (const Variant& variant : variants(row)) {
+        stage.unit.act({"theme", variant.theme});
+        stage.unit.language(variant.language);
+        check(variant.fileName(row), stage.unit.picture());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Pictures, testing::ValuesIn(allRows()), [](const auto& test) {
+    std::string name = test.param.name;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+TEST(PictureTable, HasEveryWindowOfBothResources) {
+    const auto windowsOf = [](const std::string& file) {
+        std::set<int> ids;
+        const auto resource = loadResource(ZM_SOURCE_DIR "/resources/" + file, 800, 480);
+        EXPECT_TRUE(resource) << resource.error();
+        for (const WindowSpec& window : resource->windows) {
+            ids.insert(window.id);
+        }
+        return ids;
+    };
+    std::set<int> pages;
+    std::set<int> overlays;
+    for (const PictureRow& row : allRows()) {
+        pages.insert(row.window);
+        overlays.insert(row.overlay);
+    }
+    overlays.erase(0);
+    EXPECT_EQ(pages, windowsOf("DISC.zmrc_device"));
+    EXPECT_EQ(overlays, windowsOf("OVERLAY.zmrc_device"));
+}
+
+TEST(PictureTable, HasARowForEachReference) {
+    std::set<std::string> expected;
+    for (const PictureRow& row : allRows()) {
+        for (const Variant& variant : variants(row)) {
+            EXPECT_TRUE(expected.insert(variant.fileName(row)).second) << row.name << " stands there twice";
+        }
+    }
+    std::set<std::string> present;
+    for (const auto& entry : std::filesystem::directory_iterator(references)) {
+        present.insert(entry.path().filename());
+    }
+    if (!renewing()) {
+        EXPECT_EQ(present, expected);
+        return;
+    }
+    for (const std::string& name : present) {
+        if (!expected.contains(name)) {
+            std::filesystem::remove(references + name);
+        }
+    }
+}
+
+} // namespace zm::test

@@ -21,16 +21,9 @@ DiscViewController::DiscViewController(Oro::ZMCAR::IViewMessage* pView)
       m_control(g_DiscControlPPSInfo, this), m_videoCommand(g_DiscVideoCommandPPSInfo),
       m_videoStatus(g_DiscVideoStatusPPSInfo, this, this), m_system(g_DiscSystemPPSInfo, this),
       m_nowPlaying(g_DiscNowPlayingPPSInfo, this) {
-    CDiscData* pData = CDiscData::GetInstance();
-    m_status.AttachData(pData);
-    m_playing.AttachData(pData);
-    m_mpegInfo.AttachData(pData);
-    m_device.AttachData(pData);
-    m_control.AttachData(pData);
-    m_videoCommand.AttachData(pData);
-    m_videoStatus.AttachData(pData);
-    m_system.AttachData(pData);
-    m_nowPlaying.AttachData(pData);
+    for (DiscPPSModule* pModule : Modules()) {
+        pModule->AttachData(CDiscData::GetInstance());
+    }
 }
 
 DiscViewController::~DiscViewController() {
@@ -39,20 +32,19 @@ DiscViewController::~DiscViewController() {
 }
 
 bool DiscViewController::Init() {
-    Oro::ZMCAR::PPSFileBase* const FILES[] = {&m_status, &m_playing,      &m_mpegInfo,
-                                              &m_device, &m_videoCommand, &m_videoStatus,
-                                              &m_system, &m_nowPlaying,   &m_control};
+    DiscPPSModule* const MODULES[] = {&m_status,      &m_playing, &m_mpegInfo,   &m_device, &m_videoCommand,
+                                      &m_videoStatus, &m_system,  &m_nowPlaying, &m_control};
     bool bOpened = true;
-    for (Oro::ZMCAR::PPSFileBase* pFile : FILES) {
-        bOpened = pFile->OpenPPS() && bOpened;
+    for (DiscPPSModule* pModule : MODULES) {
+        bOpened = pModule->OpenPPS() && bOpened;
     }
     return PublicController::Init() && bOpened;
 }
 
 bool DiscViewController::Start() {
     bool bAdded = true;
-    for (Oro::ZMCAR::PPSFileBase* pFile : MonitoredFiles()) {
-        bAdded = AddFile(pFile->GetTagInfo().key, pFile) && bAdded;
+    for (DiscPPSModule* pModule : MonitoredModules()) {
+        bAdded = AddFile(pModule->GetTagInfo().key, pModule) && bAdded;
     }
     return FilesControlBase::Start() && bAdded;
 }
@@ -62,20 +54,22 @@ bool DiscViewController::Stop() {
 }
 
 bool DiscViewController::Close() {
-    Oro::ZMCAR::PPSFileBase* const FILES[] = {&m_status,      &m_playing, &m_mpegInfo,
-                                              &m_device,      &m_control, &m_videoCommand,
-                                              &m_videoStatus, &m_system,  &m_nowPlaying};
     bool bClosed = true;
-    for (Oro::ZMCAR::PPSFileBase* pFile : MonitoredFiles()) {
-        bClosed = RemoveFile(pFile->GetTagInfo().key) && bClosed;
+    for (DiscPPSModule* pModule : MonitoredModules()) {
+        bClosed = RemoveFile(pModule->GetTagInfo().key) && bClosed;
     }
-    for (Oro::ZMCAR::PPSFileBase* pFile : FILES) {
-        bClosed = pFile->ClosePPS() && bClosed;
+    for (DiscPPSModule* pModule : Modules()) {
+        bClosed = pModule->ClosePPS() && bClosed;
     }
     return PublicController::Close() && bClosed;
 }
 
-std::array<Oro::ZMCAR::PPSFileBase*, 5> DiscViewController::MonitoredFiles() {
+std::array<DiscPPSModule*, 9> DiscViewController::Modules() {
+    return {&m_status,       &m_playing,     &m_mpegInfo, &m_device,    &m_control,
+            &m_videoCommand, &m_videoStatus, &m_system,   &m_nowPlaying};
+}
+
+std::array<DiscPPSModule*, 5> DiscViewController::MonitoredModules() {
     // Not the system object: it is open, but its attributes never arrive.
     return {&m_status, &m_playing, &m_mpegInfo, &m_device, &m_videoStatus};
 }

@@ -102,7 +102,9 @@ private:
     template <size_t N>
     void Handle(const HandlerRow (&rows)[N], int result);
     bool SendCode(int nCode, int nParam = 0);
-    std::array<Oro::ZMCAR::PPSFileBase*, 5> MonitoredFiles();
+    /** In the order of the members, in which they are attached and closed. */
+    std::array<DiscPPSModule*, 9> Modules();
+    std::array<DiscPPSModule*, 5> MonitoredModules();
 
     DiscStatusPPSModule m_status;
     DiscPlayingPPSModule m_playing;

@@ -4,7 +4,7 @@
 #include "PPSObjectEncoder.h"
 
 DiscControlPPSModule::DiscControlPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange)
-    : PPSFileBase(info, pOnChange), m_strObject(DISC_CMD_OBJECT) {}
+    : DiscPPSModule(info, pOnChange), m_strObject(DISC_CMD_OBJECT) {}
 
 bool DiscControlPPSModule::PublishCmdCommmand(int cmd, int param1, int param2) {
     return PPSObjectEncoder(m_strObject, DISC_CMD)

@@ -5,9 +5,6 @@
 #include "Log.h"
 #include "PPSSubscriber.h"
 
-DiscDevicePPSModule::DiscDevicePPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange)
-    : PPSFileBase(info, pOnChange) {}
-
 int DiscDevicePPSModule::ParsePPSAttr(pps_attrib_t* attr) {
     struct Row {
         const char* name;

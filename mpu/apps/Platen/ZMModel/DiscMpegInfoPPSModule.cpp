@@ -5,9 +5,6 @@
 #include "Log.h"
 #include "PPSSubscriber.h"
 
-DiscMpegInfoPPSModule::DiscMpegInfoPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange)
-    : PPSFileBase(info, pOnChange) {}
-
 int DiscMpegInfoPPSModule::ParsePPSAttr(pps_attrib_t* attr) {
     static constexpr PPSSubscribeRow<DiscMpegInfoPPSModule> ROWS[] = {
         {MPEGINFO_VERSION, &DiscMpegInfoPPSModule::SubscribeVersion},

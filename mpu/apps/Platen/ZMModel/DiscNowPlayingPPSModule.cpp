@@ -35,7 +35,7 @@ const char* StatusName(int nDiscState) {
 } // namespace
 
 DiscNowPlayingPPSModule::DiscNowPlayingPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange)
-    : PPSFileBase(info, pOnChange), m_strObject(NOWPLAYING_OBJECT) {}
+    : DiscPPSModule(info, pOnChange), m_strObject(NOWPLAYING_OBJECT) {}
 
 bool DiscNowPlayingPPSModule::PublishMediaInfo() {
     if (!m_pDiscData) {

@@ -1,18 +1,15 @@
 #pragma once
 
-#include "zmcar/PPSFileBase.h"
+#include "ZMModel/DiscPPSModule.h"
 
 #include <string>
 
-class CDiscData;
-
 /** Tells the rest of the head unit what the disc source is playing. On the monitor thread, and on the views'
  * when the application comes to the front. */
-class DiscNowPlayingPPSModule : public Oro::ZMCAR::PPSFileBase {
+class DiscNowPlayingPPSModule : public DiscPPSModule {
 public:
     DiscNowPlayingPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
 
-    void AttachData(CDiscData* pData) { m_pDiscData = pData; }
     /** State, media type, times and numbers. The result of the write; true when there was nothing to write,
      * false without a state store. */
     bool PublishMediaInfo();
@@ -20,6 +17,5 @@ public:
     bool PublishPlayID3();
 
 private:
-    CDiscData* m_pDiscData = nullptr;
     std::string m_strObject;
 };

@@ -6,9 +6,6 @@
 #include "PPSJsonDecoder.h"
 #include "PPSSubscriber.h"
 
-DiscPlayingPPSModule::DiscPlayingPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange)
-    : PPSFileBase(info, pOnChange) {}
-
 int DiscPlayingPPSModule::ParsePPSAttr(pps_attrib_t* attr) {
     static constexpr PPSSubscribeRow<DiscPlayingPPSModule> ROWS[] = {
         {PLAYING_TRACKINFO, &DiscPlayingPPSModule::SubscribeTrackInfo},

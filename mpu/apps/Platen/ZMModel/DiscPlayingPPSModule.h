@@ -1,16 +1,14 @@
 #pragma once
 
-#include "sys/pps.h"
-#include "zmcar/PPSFileBase.h"
+#include "ZMModel/DiscPPSModule.h"
 
-class CDiscData;
+#include "sys/pps.h"
 
 /** Reads the disc service's playing object into the state store. On the monitor thread. */
-class DiscPlayingPPSModule : public Oro::ZMCAR::PPSFileBase {
+class DiscPlayingPPSModule : public DiscPPSModule {
 public:
-    DiscPlayingPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
+    using DiscPPSModule::DiscPPSModule;
 
-    void AttachData(CDiscData* pData) { m_pDiscData = pData; }
     /** The index of the attribute, also when its value could not be decoded; -1 if its name is missing or
      * unknown. */
     int ParsePPSAttr(pps_attrib_t* attr);
@@ -20,7 +18,4 @@ public:
     void SubscribePlayID3(char* encoding, char* value);
     /** No attribute leads here: clipsType stays 0. */
     void SubscribeClipsType(char* encoding, char* value);
-
-private:
-    CDiscData* m_pDiscData = nullptr;
 };

@@ -6,9 +6,6 @@
 #include "PPSJsonDecoder.h"
 #include "PPSSubscriber.h"
 
-DiscStatusPPSModule::DiscStatusPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange)
-    : PPSFileBase(info, pOnChange) {}
-
 int DiscStatusPPSModule::ParsePPSAttr(pps_attrib_t* attr) {
     static constexpr PPSSubscribeRow<DiscStatusPPSModule> ROWS[] = {
         {STATUS_DISCSTATE, &DiscStatusPPSModule::SubscribeDiscState},

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "sys/pps.h"
-#include "zmcar/PPSFileBase.h"
+#include "ZMModel/DiscPPSModule.h"
 
-class CDiscData;
+#include "sys/pps.h"
 
 /** Reads the disc service's status object into the state store. On the monitor thread. */
-class DiscStatusPPSModule : public Oro::ZMCAR::PPSFileBase {
+class DiscStatusPPSModule : public DiscPPSModule {
 public:
-    DiscStatusPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
+    using DiscPPSModule::DiscPPSModule;
 
-    void AttachData(CDiscData* pData) { m_pDiscData = pData; }
     /** The index of the attribute, also when its value could not be decoded; -1 if its name is missing or
      * unknown. */
     int ParsePPSAttr(pps_attrib_t* attr);
@@ -25,7 +23,4 @@ public:
     void SubscribePlaySpeed(char* encoding, char* value);
     void SubscribeKeyInvalid(char* encoding, char* value);
     void SubscribeMsgTip(char* encoding, char* value);
-
-private:
-    CDiscData* m_pDiscData = nullptr;
 };

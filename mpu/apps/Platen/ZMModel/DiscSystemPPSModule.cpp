@@ -4,9 +4,6 @@
 #include "DiscPPSInfo.h"
 #include "PPSSubscriber.h"
 
-DiscSystemPPSModule::DiscSystemPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange)
-    : PPSFileBase(info, pOnChange) {}
-
 int DiscSystemPPSModule::ParsePPSAttr(pps_attrib_t* attr) {
     static constexpr PPSSubscribeRow<DiscSystemPPSModule> ROWS[] = {
         {SYSTEM_AUTODISCIN, &DiscSystemPPSModule::SubscribeAutoDiscIn},

@@ -1,23 +1,18 @@
 #pragma once
 
-#include "sys/pps.h"
-#include "zmcar/PPSFileBase.h"
+#include "ZMModel/DiscPPSModule.h"
 
-class CDiscData;
+#include "sys/pps.h"
 
 /** Would read the system service's disc attributes; its object is opened but never monitored. */
-class DiscSystemPPSModule : public Oro::ZMCAR::PPSFileBase {
+class DiscSystemPPSModule : public DiscPPSModule {
 public:
-    DiscSystemPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange);
+    using DiscPPSModule::DiscPPSModule;
 
-    void AttachData(CDiscData* pData) { m_pDiscData = pData; }
     /** The index of the attribute; -1 if its name is missing or unknown. */
     int ParsePPSAttr(pps_attrib_t* attr);
 
     void SubscribeAutoDiscIn(char* encoding, char* value);
     /** Not called by the parser: the disc's presence comes from the device object. */
     void SubscribeDiscStatus(char* encoding, char* value);
-
-private:
-    CDiscData* m_pDiscData = nullptr;
 };

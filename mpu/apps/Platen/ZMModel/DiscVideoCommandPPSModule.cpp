@@ -4,7 +4,7 @@
 #include "PPSObjectEncoder.h"
 
 DiscVideoCommandPPSModule::DiscVideoCommandPPSModule(const fileTagInfo& info)
-    : PPSFileBase(info), m_strObject(VIDEO_COMMAND_OBJECT) {}
+    : DiscPPSModule(info), m_strObject(VIDEO_COMMAND_OBJECT) {}
 
 bool DiscVideoCommandPPSModule::OperateVideoCapture(bool bStart, const std::string& wndGroupId,
                                                     const std::string& wndId, const std::string& srcName) {

@@ -1,24 +1,20 @@
 #pragma once
 
-#include "zmcar/PPSFileBase.h"
+#include "ZMModel/DiscPPSModule.h"
 
 #include <string>
 
-class CDiscData;
-
 /** Asks the video service to show or stop the disc's picture in a window. */
-class DiscVideoCommandPPSModule : public Oro::ZMCAR::PPSFileBase {
+class DiscVideoCommandPPSModule : public DiscPPSModule {
 public:
     explicit DiscVideoCommandPPSModule(const fileTagInfo& info);
 
-    void AttachData(CDiscData* pData) { m_pDiscData = pData; }
     /** The result of the write; false when there was nothing to write. Remembers the texts. On the views'
      * thread. */
     bool OperateVideoCapture(bool bStart, const std::string& wndGroupId, const std::string& wndId,
                              const std::string& srcName);
 
 private:
-    CDiscData* m_pDiscData = nullptr;
     std::string m_strObject;
     std::string m_strWndGroupId;
     std::string m_strWndId;

@@ -18,7 +18,7 @@ static void LogDecoderFailed(const char* func, int nLine) {
 DiscVideoStatusPPSModule::DiscVideoStatusPPSModule(const fileTagInfo& info,
                                                    Oro::ZMCAR::IPPSOnChange* pOnChange,
                                                    DiscViewController* pController)
-    : PPSFileBase(info, pOnChange), m_pController(pController) {
+    : DiscPPSModule(info, pOnChange), m_pController(pController) {
     pthread_mutex_init(&m_mutex, nullptr);
 }
 

@@ -14,10 +14,11 @@ constexpr Milliseconds Tick{250};
 // A scan this close to the end counts as having reached it.
 constexpr Milliseconds EndMargin{1000};
 
-// Flags of "playbin". A music file's cover is no picture to show, so music is sound and its volume only.
-// Native video keeps photos from being scaled before they are ours; with it no subtitle could be drawn.
-constexpr int SoundFlags = 0x02 | 0x10;
-constexpr int VideoFlags = 0x01 | 0x02 | 0x04 | 0x10;
+// Flags of "playbin". A music file's cover is no picture to show, so music is sound only. Native sound: the
+// player's own elements for it lose a volume control with each file. Native video keeps photos from being
+// scaled before they are ours; with it no subtitle could be drawn.
+constexpr int SoundFlags = 0x02 | 0x20;
+constexpr int VideoFlags = 0x01 | 0x02 | 0x04 | 0x20;
 constexpr int PhotoFlags = 0x01 | 0x40;
 
 int flagsFor(MediaKind kind) {

@@ -7,6 +7,8 @@ namespace zm::disc {
 namespace {
 
 constexpr const char* Device = "alsasink";
+// The player brings nothing that would fit the decoder's sound to the device.
+constexpr const char* DeviceChain = "audioconvert ! audioresample ! alsasink";
 
 bool deviceOpens() {
     GstElement* sink = gst_element_factory_make(Device, nullptr);
@@ -27,10 +29,11 @@ GstElement* makeSoundSink() {
         logInfo("%s\n", opens ? "sound goes to the default device" : "no sound device: playing silently");
         return opens;
     }();
-    GstElement* sink = gst_element_factory_make(device ? Device : "fakesink", nullptr);
-    if (!device) {
-        g_object_set(sink, "sync", TRUE, nullptr);
+    if (device) {
+        return gst_parse_bin_from_description(DeviceChain, TRUE, nullptr);
     }
+    GstElement* sink = gst_element_factory_make("fakesink", nullptr);
+    g_object_set(sink, "sync", TRUE, nullptr);
     return sink;
 }
 

@@ -37,6 +37,11 @@ std::optional<Published> Recorder::wait(size_t& from, const Condition& condition
     }
 }
 
+void Recorder::clear() {
+    std::lock_guard lock(m_mutex);
+    m_records = {};
+}
+
 std::vector<Published> Recorder::all() const {
     std::lock_guard lock(m_mutex);
     return m_records;
@@ -251,6 +256,11 @@ bool DiscUnit::follows(const std::string& name, const std::string& value, std::c
 
 void DiscUnit::mark() {
     m_from = m_recorder.all().size();
+}
+
+void DiscUnit::forget() {
+    m_recorder.clear();
+    m_from = 0;
 }
 
 std::vector<std::string> DiscUnit::since(const std::string& name) const {

@@ -40,6 +40,7 @@ public:
      */
     std::optional<Published> wait(size_t& from, const Condition& condition,
                                   std::chrono::milliseconds timeout);
+    void clear();
     std::vector<Published> all() const;
     std::string text() const;
 
@@ -129,6 +130,8 @@ public:
     bool follows(const std::string& name, const std::string& value, std::chrono::milliseconds time);
     /** From here on `next` looks only at what comes later. */
     void mark();
+    /** As `mark`, and what was published so far is no longer kept. */
+    void forget();
     /** Values of `name` since the mark, in order. */
     std::vector<std::string> since(const std::string& name) const;
     /** Publications since the mark as "name=value", of the names given. */

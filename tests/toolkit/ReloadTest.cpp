@@ -205,8 +205,9 @@ TEST_F(Reload, ADragUnderWayEnds) {
 }
 
 TEST_F(Reload, AFaultyResourceChangesNothing) {
-    expectRefused({{R"("style": "plain", "text")", R"("style": "plian", "text")"}},
-                  ":12: found \"plian\", expected the name of a style that stands above");
+    expectRefused(
+        {{R"("style": "plain", "text")", R"("style": "plian", "text")"}},
+        ":12: found \"plian\", expected the name of a style that stands above (did you mean \"plain\"?)");
 }
 
 TEST_F(Reload, PagesNeitherComeNorGo) {

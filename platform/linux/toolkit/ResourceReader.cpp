@@ -1,7 +1,11 @@
 #include "platform/linux/toolkit/ResourceReader.h"
 
+#include "platform/linux/toolkit/ResourceHint.h"
+
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -38,19 +42,17 @@ void ResourceReader::failFound(const Node& node, const std::string& found,
 
 const Node& ResourceReader::object(const Node& node, std::span<const MemberName> names) const {
     std::string known;
+    std::vector<std::string> all;
     for (const MemberName& member : names) {
-        known += (known.empty() ? "" : ", ") + std::string(member.name);
+        all.emplace_back(member.name);
+        known += (known.empty() ? "" : ", ") + all.back();
     }
     if (node.kind != Node::Kind::Object) {
         fail(node, "an object with " + known);
     }
     for (const auto& [name, value] : node.members) {
-        bool found = false;
-        for (const MemberName& member : names) {
-            found = found || name == member.name;
-        }
-        if (!found) {
-            failFound(value, "the name \"" + name + "\"", "one of " + known);
+        if (std::find(all.begin(), all.end(), name) == all.end()) {
+            failFound(value, "the name \"" + name + "\"", "one of " + known + didYouMean(name, all));
         }
     }
     for (const MemberName& member : names) {
@@ -59,6 +61,18 @@ const Node& ResourceReader::object(const Node& node, std::span<const MemberName>
         }
     }
     return node;
+}
+
+const Node& ResourceReader::objectOf(const Node& node, const std::string& what) const {
+    if (node.kind != Node::Kind::Object) {
+        fail(node, "an object of " + what);
+    }
+    return node;
+}
+
+const Node* ResourceReader::section(const char* name) const {
+    const Node* found = m_sections.find(name);
+    return found ? &objectOf(*found, name) : nullptr;
 }
 
 const Node& ResourceReader::array(const Node& node, const std::string& what) const {
@@ -109,7 +123,10 @@ Rect ResourceReader::rect(const Node& node) const {
         failFound(node, "an empty rectangle", "width and height above 0");
     }
     if (area.intersected(m_screen) != area) {
-        failFound(node, "a rectangle that leaves the screen",
+        const auto number = [](int value) { return std::to_string(value); };
+        failFound(node,
+                  "the rectangle [" + number(area.x) + ", " + number(area.y) + ", " + number(area.w) + ", " +
+                      number(area.h) + "]",
                   "one inside " + std::to_string(m_screen.w) + " x " + std::to_string(m_screen.h) +
                       " pixels");
     }
@@ -123,7 +140,7 @@ void ResourceReader::readFile(const std::string& path, const Node* includedBy) {
     std::ifstream stream(path, std::ios::binary);
     std::stringstream content;
     content << stream.rdbuf();
-    if (!stream.is_open() || stream.bad()) {
+    if (!stream.is_open() || stream.bad() || std::filesystem::is_directory(path)) {
         const std::string missing = "a file that cannot be read: " + path;
         if (includedBy) {
             failFound(*includedBy, missing, "a file name relative to this file");

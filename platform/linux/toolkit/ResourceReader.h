@@ -35,6 +35,10 @@ private:
                                 const std::string& expected) const;
 
     const Node& object(const Node& node, std::span<const MemberName> names) const;
+    /** An object whose names are free. */
+    const Node& objectOf(const Node& node, const std::string& what) const;
+    /** A section, which is such an object, or null. */
+    const Node* section(const char* name) const;
     const Node& array(const Node& node, const std::string& what) const;
     int integer(const Node& node, int least, int most, const std::string& what) const;
     bool boolean(const Node& node) const;
@@ -69,6 +73,8 @@ private:
     ItemSpec item(const Node& node) const;
     void itemContent(const Node& node, ItemSpec& item) const;
     int picture(const Node& node) const;
+    void checkContent(const Node& node, ItemKind kind) const;
+    void checkParts() const;
     void checkParents(const WindowSpec& window, const std::vector<Node>& nodes) const;
 
     Resource& m_resource;

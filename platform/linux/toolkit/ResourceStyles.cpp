@@ -1,6 +1,7 @@
 // Styles of a resource: each may be based on an earlier one and changes what it names.
 
 #include "platform/linux/toolkit/ResourceChoice.h"
+#include "platform/linux/toolkit/ResourceHint.h"
 #include "platform/linux/toolkit/ResourceReader.h"
 
 #include <algorithm>
@@ -77,19 +78,21 @@ int ResourceReader::colorIndex(const Node& node) const {
     const std::string& name = string(node, "the name of a colour of the themes, or \"none\"");
     const auto found = std::find(m_resource.palette.begin(), m_resource.palette.end(), name);
     if (found == m_resource.palette.end() && name != "none") {
-        fail(node, "the name of a colour of the themes, or \"none\"");
+        fail(node, "the name of a colour of the themes, or \"none\"" + didYouMean(name, m_resource.palette));
     }
     return name == "none" ? noColor : static_cast<int>(found - m_resource.palette.begin());
 }
 
 int ResourceReader::styleIndex(const Node& node) const {
     const std::string& name = string(node, "the name of a style");
+    std::vector<std::string> above;
     for (size_t i = 0; i < m_resource.styles.size(); ++i) {
         if (m_resource.styles[i].name == name) {
             return static_cast<int>(i);
         }
+        above.push_back(m_resource.styles[i].name);
     }
-    fail(node, "the name of a style that stands above");
+    fail(node, "the name of a style that stands above" + didYouMean(name, above));
 }
 
 void ResourceReader::readLook(const Node& node, std::span<const LookState> states, Style& style) {
@@ -156,11 +159,7 @@ void ResourceReader::readStyle(const std::string& name, const Node& node) {
 }
 
 void ResourceReader::readStyles() {
-    const Node& styles = *m_sections.find("styles");
-    if (styles.kind != Node::Kind::Object) {
-        fail(styles, "an object of styles");
-    }
-    for (const auto& [name, node] : styles.members) {
+    for (const auto& [name, node] : section("styles")->members) {
         readStyle(name, node);
     }
 }

@@ -1,5 +1,6 @@
 // Languages, themes, texts and pictures of a resource.
 
+#include "platform/linux/toolkit/ResourceHint.h"
 #include "platform/linux/toolkit/ResourceReader.h"
 
 #include <algorithm>
@@ -33,8 +34,13 @@ const std::string& Resource::text(int id, size_t language) const {
 
 void ResourceReader::readLanguages() {
     const Node& list = *m_sections.find("languages");
-    for (const Node& code : array(list, "language codes").items) {
-        m_resource.languages.push_back(string(code, "a language code"));
+    for (const Node& node : array(list, "language codes").items) {
+        const std::string& code = string(node, "a language code");
+        auto& known = m_resource.languages;
+        if (code.empty() || std::find(known.begin(), known.end(), code) != known.end()) {
+            fail(node, "a language code such as \"de\", each one once");
+        }
+        known.push_back(code);
     }
     if (m_resource.languages.empty() || m_resource.languages.front() != "en") {
         failFound(list, "languages without \"en\" in front", "[\"en\", ...]");
@@ -55,12 +61,16 @@ void ResourceReader::readThemes() {
 }
 
 void ResourceReader::readTheme(const std::string& name, const Node& node, bool first) {
-    if (node.kind != Node::Kind::Object) {
-        fail(node, "an object of colours");
-    }
-    if (first) {
-        for (const auto& [colorName, value] : node.members) {
-            m_resource.palette.push_back(colorName);
+    objectOf(node, "colours");
+    for (const auto& [colorName, value] : node.members) {
+        auto& known = m_resource.palette;
+        if (first && colorName == "none") {
+            failFound(value, "a colour \"none\"", "another name: that one stands for no colour");
+        } else if (first) {
+            known.push_back(colorName);
+        } else if (std::find(known.begin(), known.end(), colorName) == known.end()) {
+            failFound(value, "the colour \"" + colorName + "\"",
+                      "the names of the theme \"night\" only" + didYouMean(colorName, known));
         }
     }
     std::vector<Color>& colors = m_resource.themes[name];
@@ -70,9 +80,6 @@ void ResourceReader::readTheme(const std::string& name, const Node& node, bool f
             failFound(node, "no colour \"" + colorName + "\"", "every colour of the theme \"night\"");
         }
         colors.push_back(color(*value));
-    }
-    if (node.members.size() != colors.size()) {
-        failFound(node, "a colour that the theme \"night\" has not", "the same names in every theme");
     }
 }
 
@@ -92,12 +99,9 @@ Color ResourceReader::color(const Node& node) const {
 }
 
 void ResourceReader::readTexts() {
-    const Node* texts = m_sections.find("texts");
+    const Node* texts = section("texts");
     if (!texts) {
         return;
-    }
-    if (texts->kind != Node::Kind::Object) {
-        fail(*texts, "an object of texts");
     }
     std::vector<MemberName> names;
     for (const std::string& code : m_resource.languages) {
@@ -116,10 +120,11 @@ void ResourceReader::readTexts() {
 
 std::string ResourceReader::glyph(const Node& node) const {
     const std::string& name = string(node, "the name of a glyph");
-    const Node* glyphs = m_sections.find("glyphs");
+    const Node* glyphs = section("glyphs");
     const Node* code = glyphs ? glyphs->find(name) : nullptr;
     if (!code) {
-        fail(node, "the name of a glyph from the section \"glyphs\"");
+        fail(node, "the name of a glyph from the section \"glyphs\"" +
+                       (glyphs ? didYouMean(name, glyphs->names()) : ""));
     }
     const std::string& digits = string(*code, "a code point such as \"F40A\"");
     char* end = nullptr;
@@ -160,12 +165,9 @@ Picture::Layer ResourceReader::pictureLayer(const Node& node) const {
 }
 
 void ResourceReader::readPictures() {
-    const Node* pictures = m_sections.find("pictures");
+    const Node* pictures = section("pictures");
     if (!pictures) {
         return;
-    }
-    if (pictures->kind != Node::Kind::Object) {
-        fail(*pictures, "an object of pictures");
     }
     for (const auto& [name, node] : pictures->members) {
         Picture& picture = m_resource.pictures[idOf(name, node, "a picture id")];
@@ -175,6 +177,9 @@ void ResourceReader::readPictures() {
         }
         for (const Node& layer : array(node, "layers, or the name of a glyph").items) {
             picture.layers.push_back(pictureLayer(layer));
+        }
+        if (picture.layers.empty()) {
+            failFound(node, "a picture without layers", "at least one");
         }
     }
 }

@@ -1,5 +1,7 @@
 #include "platform/linux/toolkit/ResourceText.h"
 
+#include "platform/linux/toolkit/ResourceHint.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -88,12 +90,7 @@ public:
         return true;
     }
     bool parse_error(size_t, const std::string& lastToken, const nlohmann::detail::exception& exception) {
-        std::string text = exception.what();
-        text.resize(std::min(text.size(), text.find("; last read")));
-        const size_t start = text.find(" - ");
-        const std::string reason =
-            start == std::string::npos ? "cannot read \"" + lastToken + "\"" : text.substr(start + 3);
-        return fail(reason);
+        return fail(syntaxFault(exception.what(), lastToken));
     }
 
     std::optional<TextFault> fault;
@@ -147,6 +144,14 @@ const Node* Node::find(std::string_view name) const {
         }
     }
     return nullptr;
+}
+
+std::vector<std::string> Node::names() const {
+    std::vector<std::string> result;
+    for (const Member& member : members) {
+        result.push_back(member.name);
+    }
+    return result;
 }
 
 void Node::set(const std::string& name, Node value) {

@@ -24,6 +24,8 @@ struct Node {
     std::vector<Member> members; ///< of an object, in the order of the text
 
     const Node* find(std::string_view name) const;
+    /** Names of the members. */
+    std::vector<std::string> names() const;
     /** Sets a member, replacing one of the same name. */
     void set(const std::string& name, Node value);
     /** For messages: the value as it stands in the text, shortened ("\"butn\"", "12", "a list"). */

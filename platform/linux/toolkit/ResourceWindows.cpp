@@ -2,6 +2,7 @@
 // interpreted, so that faults name the line where a value stands.
 
 #include "platform/linux/toolkit/ResourceChoice.h"
+#include "platform/linux/toolkit/ResourceHint.h"
 #include "platform/linux/toolkit/ResourceReader.h"
 
 #include <algorithm>
@@ -92,23 +93,29 @@ void ResourceReader::expand(const Node& items, std::vector<Node>& out, int depth
 void ResourceReader::expandPart(const Node& use, std::vector<Node>& out, int depth) const {
     object(use, useNames);
     const Node& name = *use.find("use");
-    const Node* parts = m_sections.find("parts");
-    const Node* part = parts ? parts->find(string(name, "the name of a part")) : nullptr;
+    const std::string& partName = string(name, "the name of a part");
+    const Node* parts = section("parts");
+    const Node* part = parts ? parts->find(partName) : nullptr;
     if (!part) {
-        fail(name, "the name of a part from the section \"parts\"");
+        fail(name, "the name of a part from the section \"parts\"" +
+                       (parts ? didYouMean(partName, parts->names()) : ""));
     }
     if (depth == maximumPartDepth || ++m_partsUsed > mostPartsUsed) {
         fail(name, "parts that do not use themselves");
     }
+    std::vector<Node> items;
+    expand(*part, items, depth + 1);
     for (const char* list : {"without", "only"}) {
         if (const Node* ids = use.find(list)) {
             for (const Node& id : array(*ids, "item ids").items) {
                 integer(id, 1, highestId, "an item id");
+                if (std::none_of(items.begin(), items.end(),
+                                 [&](const Node& item) { return hasId(item, id.number); })) {
+                    fail(id, "the id of an item of the part \"" + partName + "\"");
+                }
             }
         }
     }
-    std::vector<Node> items;
-    expand(*part, items, depth + 1);
     const Node* at = use.find("at");
     if (at && (at->kind != Node::Kind::Array || at->items.size() != 2)) {
         fail(*at, "an offset [x, y]");
@@ -177,10 +184,7 @@ void ResourceReader::itemContent(const Node& node, ItemSpec& item) const {
         }
     }
     if (const Node* pictures = node.find("pictureOfText")) {
-        if (pictures->kind != Node::Kind::Object) {
-            fail(*pictures, "an object {text: picture id}");
-        }
-        for (const auto& [text, value] : pictures->members) {
+        for (const auto& [text, value] : objectOf(*pictures, "picture ids by text").members) {
             item.pictureOfText[text] = picture(value);
         }
     }
@@ -194,6 +198,7 @@ ItemSpec ResourceReader::item(const Node& node) const {
     item.style = styleIndex(*node.find("style"));
     item.touch =
         item.kind == ItemKind::Button || item.kind == ItemKind::List || item.kind == ItemKind::Progress;
+    checkContent(node, item.kind);
     itemContent(node, item);
     if (const Node* parent = node.find("in")) {
         item.parent = integer(*parent, 1, highestId, "an item id");
@@ -211,6 +216,33 @@ ItemSpec ResourceReader::item(const Node& node) const {
         item.touch = boolean(*touch);
     }
     return item;
+}
+
+void ResourceReader::checkContent(const Node& node, ItemKind kind) const {
+    if (kind == ItemKind::Text || kind == ItemKind::Icon || kind == ItemKind::Button) {
+        return;
+    }
+    for (const char* name : {"text", "icon", "icons", "pictureOfText", "state"}) {
+        if (const Node* value = node.find(name)) {
+            failFound(*value,
+                      "\"" + std::string(name) + "\" for a " + itemKindNames[static_cast<size_t>(kind)],
+                      "it for a text, icon or button only");
+        }
+    }
+}
+
+void ResourceReader::checkParts() const {
+    const Node* parts = section("parts");
+    if (!parts) {
+        return;
+    }
+    for (const auto& [name, part] : parts->members) {
+        std::vector<Node> items;
+        expand(part, items, 1);
+        for (const Node& node : items) {
+            item(node);
+        }
+    }
 }
 
 void ResourceReader::checkParents(const WindowSpec& window, const std::vector<Node>& nodes) const {
@@ -261,7 +293,12 @@ void ResourceReader::readWindow(const Node& node) {
 }
 
 void ResourceReader::readWindows() {
-    for (const Node& window : array(*m_sections.find("windows"), "windows").items) {
+    checkParts();
+    const Node& windows = array(*m_sections.find("windows"), "windows");
+    if (windows.items.empty()) {
+        failFound(windows, "no window", "at least one");
+    }
+    for (const Node& window : windows.items) {
         readWindow(window);
     }
 }

@@ -195,7 +195,8 @@ std::optional<IsoRecord> decode(ByteReader& image, const IsoVolume& volume, std:
     if (found.name.empty()) {
         found.name = plainName(bare);
     }
-    return found;
+    // A name of nothing but a version would stand for the folder itself.
+    return found.name.empty() ? std::nullopt : std::optional(std::move(found));
 }
 
 } // namespace

@@ -186,6 +186,26 @@ TEST(Medium, ADamagedImageDoesNoHarm) {
     EXPECT_GT(opened, 50) << "most damage is met while reading folders";
 }
 
+TEST(Medium, WhatHasNoNameInAnImageIsLeftOut) {
+    TempFolder folder;
+    writeFile(folder / "content/SUB/SONG.MP3", "");
+    writeFile(folder / "content/NEXT.MP3", "");
+    const std::string image = makeImage(folder, folder / "content", "--norock -iso-level 1");
+    std::ifstream file(image, std::ios::binary);
+    std::string bytes(std::istreambuf_iterator<char>(file), {});
+    // The folder's record, behind the length of its name: only a version is left of it.
+    const size_t name = bytes.rfind("\3SUB");
+    ASSERT_NE(name, bytes.npos);
+    bytes.replace(name, 4, "\3;10");
+    writeFile(image, bytes);
+    const auto medium = openGood(image);
+    const auto entries = medium->list("");
+    ASSERT_TRUE(entries);
+    ASSERT_EQ(entries->size(), 1u);
+    EXPECT_EQ(entries->front().rawName, "next.mp3");
+    EXPECT_EQ(medium->list("")->size(), 1u) << "the root is still the root";
+}
+
 TEST(Medium, ATruncatedImageDoesNoHarm) {
     TempFolder folder;
     place(toneFile("mp3", 30), folder / "content/1.mp3");

@@ -1,5 +1,7 @@
 #include "base/Paths.h"
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,16 +18,14 @@ protected:
         for (const char* name : {"ZM_RUNTIME", "XDG_RUNTIME_DIR", "ZM_CATALOGUE"}) {
             unsetenv(name);
         }
-        char pattern[] = "/tmp/zm-paths-XXXXXX";
-        folder = mkdtemp(pattern);
     }
-    ~PathsTest() override { std::filesystem::remove_all(folder); }
     static unsigned modeOf(const std::string& path) {
         struct stat info {};
         return stat(path.c_str(), &info) == 0 ? info.st_mode & 07777u : 0;
     }
 
-    std::string folder;
+    test::TemporaryFolder temporary;
+    const std::string folder = temporary.path();
 };
 
 TEST_F(PathsTest, TheRuntimeFolderIsTheFirstThatTheEnvironmentNames) {

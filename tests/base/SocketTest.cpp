@@ -1,5 +1,7 @@
 #include "base/Socket.h"
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -18,13 +20,6 @@ using namespace std::chrono_literals;
 
 class SocketTest : public testing::Test {
 protected:
-    SocketTest() {
-        char pattern[] = "/tmp/zm-socket-XXXXXX";
-        folder = mkdtemp(pattern);
-        path = folder + "/test.sock";
-    }
-    ~SocketTest() override { std::filesystem::remove_all(folder); }
-
     /** Both ends of a connection. */
     std::pair<UniqueFd, UniqueFd> pair() {
         int ends[2];
@@ -37,8 +32,9 @@ protected:
         return fstat(left, &a) == 0 && fstat(right, &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
     }
 
-    std::string folder;
-    std::string path;
+    test::TemporaryFolder temporary;
+    const std::string folder = temporary.path();
+    const std::string path = folder + "/test.sock";
 };
 
 TEST_F(SocketTest, MessagesOfAnySizeArriveWholeAndInOrder) {

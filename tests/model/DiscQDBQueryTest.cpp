@@ -36,7 +36,7 @@ protected:
 TEST_F(DiscQDBQueryTest, AMediaQueryFillsItsListAndLogsItsSteps) {
     begin();
     m_db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(until([&] { return m_db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return m_db.GetFinishFlag(); }));
     EXPECT_THAT(logged(), ElementsAre(command(6), finish(0),
                                       "[QueryPlayList]-[DiscQDB::QueryPlayList]--nRows=3", finish(1)));
     EXPECT_THAT(rows(LIST_FROM_ALL_AUDIO), ElementsAre("1/1/1/one.mp3", "2/1/1/two.mp3", "1/2/1/three.mp3"));
@@ -46,7 +46,7 @@ TEST_F(DiscQDBQueryTest, AMediaQueryFillsItsListAndLogsItsSteps) {
 TEST_F(DiscQDBQueryTest, AFolderQueryIsFollowedByItsFiles) {
     begin();
     m_db.QueryPlayListCmd(FOLDERS, LIST_FROM_AUDIO_IN_FOLDER, MUSIC);
-    ASSERT_TRUE(until([&] { return m_db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return m_db.GetFinishFlag(); }));
     EXPECT_THAT(logged(),
                 ElementsAre(command(1), finish(0), "[QueryPlayList]-[DiscQDB::QueryPlayList]--nRows=2",
                             "[QueryFolderSubList]-[DiscQDB::GetResultFolderFile]--nRows=3", finish(1)));
@@ -81,7 +81,7 @@ TEST_F(DiscQDBQueryTest, AMediaSourceKeepsTheOldSecondStatement) {
     m_db.SetQueBaseType(QUE_BASE_FOLDER);
     m_db.SetFinishFlag(false);
     m_db.DoIt();
-    ASSERT_TRUE(until([&] { return m_db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return m_db.GetFinishFlag(); }));
     EXPECT_EQ(size(LIST_FROM_ALL_AUDIO), 3 + 3 + 3) << "as folders, and then the kept statement's rows";
 }
 
@@ -91,7 +91,7 @@ TEST_F(DiscQDBQueryTest, AnUnknownBaseTypeReadsNothing) {
     m_db.SetQueBaseType(3);
     m_db.SetFinishFlag(false);
     m_db.DoIt();
-    ASSERT_TRUE(until([&] { return m_db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return m_db.GetFinishFlag(); }));
     EXPECT_EQ(size(LIST_FROM_ALL_AUDIO), 3);
 }
 
@@ -266,7 +266,7 @@ TEST_F(DiscQDBQueryTest, InitialisingForgetsTheFirstStatementButNotTheSecond) {
     m_db.InitDataBase();
     forgetLog();
     m_db.DoIt();
-    ASSERT_TRUE(until([&] { return m_db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return m_db.GetFinishFlag(); }));
     EXPECT_THAT(
         logged(),
         ElementsAre(finish(0), "[QueryFolderSubList]-[DiscQDB::GetResultFolderFile]--nRows=3", finish(1)));
@@ -276,7 +276,7 @@ TEST_F(DiscQDBQueryTest, InitialisingForgetsTheFirstStatementButNotTheSecond) {
 TEST_F(DiscQDBQueryTest, AFailingStatementIsLoggedAndTheTaskEnds) {
     begin();
     m_db.QueryPlayListCmd("SELECT absent", LIST_FROM_AUDIO_FOLDERS, "SELECT missing");
-    ASSERT_TRUE(until([&] { return m_db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return m_db.GetFinishFlag(); }));
     const std::string noData = std::string("Error getting result: ") + std::strerror(ENODATA);
     EXPECT_THAT(logged(),
                 ElementsAre(command(0), finish(0), "[ExecuteSql]-QDB Error: no such column: absent",
@@ -299,7 +299,7 @@ TEST_F(DiscQDBQueryTest, WithoutADatabaseTheTaskEndsWithEmptyLists) {
     begin();
     testing::internal::CaptureStderr();
     m_db.QueryPlayListCmd(FOLDERS, LIST_FROM_AUDIO_FOLDERS, MUSIC);
-    ASSERT_TRUE(until([&] { return m_db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return m_db.GetFinishFlag(); }));
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
                 testing::MatchesRegex("Error connecting to database: [^\n]+\n"));
     EXPECT_THAT(logged(), ElementsAre(command(0), finish(0),
@@ -326,7 +326,7 @@ TEST_F(DiscQDBQueryTest, RowsAreSeenOneByOneWhileTheQueryRuns) {
     db.InitDataBase();
     qdbHold(2);
     db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(until(qdbHeld));
+    ASSERT_TRUE(eventually(qdbHeld));
     int count = 0;
     db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
     EXPECT_EQ(count, 2);
@@ -334,7 +334,7 @@ TEST_F(DiscQDBQueryTest, RowsAreSeenOneByOneWhileTheQueryRuns) {
     EXPECT_TRUE(db.qDb_GetObjData_Int("SELECT count(*) FROM folders", count)) << "statements run beside it";
     EXPECT_EQ(count, 2);
     qdbRelease();
-    ASSERT_TRUE(until([&] { return db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return db.GetFinishFlag(); }));
     db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
     EXPECT_EQ(count, 3);
 }
@@ -345,12 +345,12 @@ TEST_F(DiscQDBQueryTest, RowsOfARunningTaskLandInTheListOfTheNextOne) {
     db.InitDataBase();
     qdbHold(1);
     db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(until(qdbHeld));
+    ASSERT_TRUE(eventually(qdbHeld));
     db.QueryPlayListCmd("SELECT fid,folderid,ftype,filename FROM files WHERE ftype = 2", LIST_FROM_ALL_VIDEO,
                         "");
     qdbRelease();
     int count = 0;
-    ASSERT_TRUE(until([&] {
+    ASSERT_TRUE(eventually([&] {
         db.GetVecListSize(LIST_FROM_ALL_VIDEO, count);
         return count == 3;
     })) << "two late rows, and the one of the second task";
@@ -369,10 +369,10 @@ TEST_F(DiscQDBQueryTest, RowsOfATaskThatADiscChangeOvertakesAreDropped) {
     db.InitDataBase();
     qdbHold(1);
     db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(until(qdbHeld));
+    ASSERT_TRUE(eventually(qdbHeld));
     db.InitDataBase();
     qdbRelease();
-    ASSERT_TRUE(until([&] { return db.GetFinishFlag(); }));
+    ASSERT_TRUE(eventually([&] { return db.GetFinishFlag(); }));
     int count = -1;
     db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
     EXPECT_EQ(count, 0);

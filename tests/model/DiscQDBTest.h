@@ -1,15 +1,12 @@
 #pragma once
 
 #include "tests/model/ModelTest.h"
+#include "tests/support/CatalogueSql.h"
+#include "tests/support/Eventually.h"
 
 #include "DiscQDB.h"
 
-#include <sqlite3.h>
-
-#include <chrono>
-#include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace zm::test {
@@ -17,11 +14,7 @@ namespace zm::test {
 /** The catalogue class on a database that the test writes. */
 class DiscQDBTest : public ModelTest {
 protected:
-    DiscQDBTest() {
-        sql("CREATE TABLE files (fid INTEGER, folderid INTEGER, ftype INTEGER, filename TEXT);"
-            "CREATE TABLE folders (folderid INTEGER, parentid INTEGER, foldername TEXT, ftype INTEGER,"
-            "                      foldercount INTEGER, filecount INTEGER);");
-    }
+    DiscQDBTest() { sql(CatalogueTables); }
     ~DiscQDBTest() override {
         m_db.Close();
         m_db.CloseDb();
@@ -29,15 +22,7 @@ protected:
 
     std::string file() const { return m_dir + "/discdb.sqlite"; }
 
-    void sql(const std::string& statements) {
-        sqlite3* db = nullptr;
-        ASSERT_EQ(sqlite3_open(file().c_str(), &db), SQLITE_OK);
-        char* error = nullptr;
-        sqlite3_exec(db, statements.c_str(), nullptr, nullptr, &error);
-        EXPECT_STREQ(error, nullptr);
-        sqlite3_free(error);
-        sqlite3_close(db);
-    }
+    void sql(const std::string& statements) { runSql(file(), statements); }
 
     /** Opens the database and starts the worker, as the main view does. */
     void begin() {
@@ -46,21 +31,11 @@ protected:
         forgetLog();
     }
 
-    static bool until(const std::function<bool()>& condition) {
-        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > deadline) {
-                return false;
-            }
-            std::this_thread::yield();
-        }
-        return true;
-    }
     /** Gives a task to the worker and waits for its end. */
     void query(const std::string& statement, int source, const std::string& subStatement = "") {
         m_db.SetFinishFlag(false);
         m_db.QueryPlayListCmd(statement, source, subStatement);
-        EXPECT_TRUE(until([&] { return m_db.GetFinishFlag(); }));
+        EXPECT_TRUE(eventually([&] { return m_db.GetFinishFlag(); }));
     }
     int size(int source) {
         int count = -1;

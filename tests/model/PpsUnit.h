@@ -1,18 +1,15 @@
 #pragma once
 
-#include "base/EventLoop.h"
 #include "base/Paths.h"
 #include "platform/linux/pps/PpsFile.h"
-#include "platform/linux/pps/PpsService.h"
 #include "tests/model/ModelTest.h"
+#include "tests/support/RunningPpsService.h"
 
 #include <poll.h>
 
 #include <chrono>
 #include <map>
-#include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace zm::test {
@@ -31,17 +28,6 @@ protected:
     static constexpr const char* NOWPLAYING = "/pps/zelmar/navigator/nowplaying";
 
     static constexpr int READ_WRITE_CREATE = 258;
-
-    PpsUnit() : m_service(std::make_unique<PpsService>(m_loop, socket())) {
-        auto started = m_service->start();
-        EXPECT_TRUE(started) << started.error();
-        m_thread = std::thread([this] { m_loop.run(); });
-    }
-    ~PpsUnit() override {
-        m_loop.quit();
-        m_thread.join();
-        m_service.reset();
-    }
 
     std::string socket() const { return ppsSocket(m_dir); }
 
@@ -71,9 +57,7 @@ protected:
         return text;
     }
 
-    EventLoop m_loop;
-    std::unique_ptr<PpsService> m_service;
-    std::thread m_thread;
+    RunningPpsService m_service{socket()};
 };
 
 } // namespace zm::test

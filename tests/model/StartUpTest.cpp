@@ -101,7 +101,7 @@ TEST_F(StartUpTest, WithoutAHeadUnitItEndsWithOneAndSaysSo) {
     Arguments arguments({"Platen", "disc"});
     EXPECT_EQ(PlatenMain(arguments.count(), arguments.values()), 1);
     std::vector<std::string> lines;
-    for (const auto& entry : m_log->readNew()) {
+    for (const auto& entry : m_log.readNew()) {
         if (entry.text.starts_with("_PLATEN_[main]")) {
             lines.push_back(std::to_string(entry.severity) + " " + entry.text);
         }

@@ -1,64 +1,20 @@
 #pragma once
 
-#include "base/EventLoop.h"
 #include "platform/linux/pps/PpsFile.h"
-#include "platform/linux/pps/PpsService.h"
+#include "tests/support/RunningPpsService.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
-#include <memory>
 #include <string>
-#include <thread>
 
 namespace zm {
 
-/** A folder for one test, removed with all in it. */
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        char pattern[] = "/tmp/zm-pps-XXXXXX";
-        m_path = mkdtemp(pattern);
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path;
-};
-
-/** A PPS service on a thread of its own that can be killed and started again. */
-class RunningService {
-public:
-    explicit RunningService(std::string socket) : m_socket(std::move(socket)) { start(); }
-    ~RunningService() { stop(); }
-
-    void start() {
-        m_loop = std::make_unique<EventLoop>();
-        m_service = std::make_unique<PpsService>(*m_loop, m_socket);
-        const auto started = m_service->start();
-        ASSERT_TRUE(started) << started.error();
-        m_thread = std::thread([this] { m_loop->run(); });
-    }
-    /** All connections close, all objects are gone. */
-    void stop() {
-        if (m_thread.joinable()) {
-            m_loop->quit();
-            m_thread.join();
-            m_service.reset();
-            m_loop.reset();
-        }
-    }
-
-private:
-    std::string m_socket;
-    std::unique_ptr<EventLoop> m_loop;
-    std::unique_ptr<PpsService> m_service;
-    std::thread m_thread;
-};
+using test::RunningPpsService;
+using test::TemporaryFolder;
 
 /** Flags as the object catalogue of an application has them. */
 constexpr int ReadWriteCreate = 258;
@@ -95,7 +51,7 @@ protected:
 
     TemporaryFolder folder;
     std::string socket = folder.path() + "/pps.sock";
-    RunningService service{socket};
+    RunningPpsService service{socket};
 };
 
 } // namespace zm

@@ -212,7 +212,7 @@ TEST(PpsServiceTest, EachChangeIsReportedOnTheLoopsThread) {
 
 TEST(PpsServiceTest, ASecondServiceOnTheSameSocketIsRefused) {
     TemporaryFolder folder;
-    RunningService first(folder.path() + "/pps.sock");
+    RunningPpsService first(folder.path() + "/pps.sock");
     EventLoop loop;
     PpsService second(loop, folder.path() + "/pps.sock");
     const auto started = second.start();

@@ -1,5 +1,6 @@
 #include "platform/linux/qdb/QdbHold.h"
 #include "tests/qdb/QdbTestBase.h"
+#include "tests/support/Eventually.h"
 
 #include <atomic>
 #include <chrono>
@@ -29,17 +30,6 @@ protected:
         });
     }
 
-    static bool until(const std::function<bool()>& condition) {
-        auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > deadline) {
-                return false;
-            }
-            std::this_thread::yield();
-        }
-        return true;
-    }
-
     std::atomic<int> m_sum{0};
     std::atomic<bool> m_done{false};
     std::thread m_worker;
@@ -48,11 +38,11 @@ protected:
 TEST_F(QdbHoldTest, AWorkerStopsBeforeTheRowUntilItIsReleased) {
     qdbHold(2);
     startWorker();
-    ASSERT_TRUE(until(qdbHeld));
+    ASSERT_TRUE(eventually(qdbHeld));
     EXPECT_EQ(m_sum, 1 + 2);
     EXPECT_FALSE(m_done);
     qdbRelease();
-    ASSERT_TRUE(until([&] { return m_done.load(); }));
+    ASSERT_TRUE(eventually([&] { return m_done.load(); }));
     EXPECT_EQ(m_sum, 1 + 2 + 3);
     EXPECT_FALSE(qdbHeld());
 }
@@ -62,31 +52,31 @@ TEST_F(QdbHoldTest, OtherThreadsAreNeverHeld) {
     qdb_result_t* result = query("SELECT fid FROM files ORDER BY fid");
     EXPECT_EQ(number(result, 0, 0), 1);
     startWorker();
-    ASSERT_TRUE(until(qdbHeld)) << "the hold was still there for the worker";
+    ASSERT_TRUE(eventually(qdbHeld)) << "the hold was still there for the worker";
 }
 
 TEST_F(QdbHoldTest, AHoldCountsForOneStatement) {
     qdbHold(3);
     startWorker();
-    ASSERT_TRUE(until([&] { return m_done.load(); })) << "there is no fourth row";
+    ASSERT_TRUE(eventually([&] { return m_done.load(); })) << "there is no fourth row";
     m_worker.join();
     m_done = false;
     startWorker();
-    ASSERT_TRUE(until([&] { return m_done.load(); }));
+    ASSERT_TRUE(eventually([&] { return m_done.load(); }));
 }
 
 TEST_F(QdbHoldTest, AReleaseTakesBackAHoldThatWasNotUsed) {
     qdbHold(0);
     qdbRelease();
     startWorker();
-    ASSERT_TRUE(until([&] { return m_done.load(); }));
+    ASSERT_TRUE(eventually([&] { return m_done.load(); }));
     EXPECT_EQ(m_sum, 6);
 }
 
 TEST_F(QdbHoldTest, WhileAWorkerIsHeldOthersRunStatements) {
     qdbHold(0);
     startWorker();
-    ASSERT_TRUE(until(qdbHeld));
+    ASSERT_TRUE(eventually(qdbHeld));
     EXPECT_EQ(count("files"), 3);
     EXPECT_EQ(m_sum, 0);
 }

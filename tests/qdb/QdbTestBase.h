@@ -2,6 +2,8 @@
 
 #include "platform/linux/qdb/QdbResult.h"
 #include "qdb/qdb.h"
+#include "tests/support/CatalogueSql.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -18,34 +20,15 @@ class QdbTest : public testing::Test {
 protected:
     static constexpr const char* DATABASE = "/dev/qdb/discdb";
 
-    QdbTest() {
-        char name[] = "/tmp/zm-qdb-XXXXXX";
-        m_dir = mkdtemp(name);
-        m_file = m_dir + "/discdb.sqlite";
-        setenv("ZM_RUNTIME", m_dir.c_str(), 1);
-        unsetenv("ZM_CATALOGUE");
-        writeCatalogue();
-    }
-    ~QdbTest() override { std::filesystem::remove_all(m_dir); }
+    QdbTest() { writeCatalogue(); }
 
     void writeCatalogue() {
-        sql("CREATE TABLE files (fid INTEGER, folderid INTEGER, ftype INTEGER, filename TEXT);"
-            "CREATE TABLE folders (folderid INTEGER, parentid INTEGER, foldername TEXT, ftype INTEGER,"
-            "                      foldercount INTEGER, filecount INTEGER);"
-            "INSERT INTO files VALUES (1, 1, 1, 'one.mp3'), (2, 1, 1, 'two.mp3'), (3, 1, 2, NULL);"
+        sql(CatalogueTables);
+        sql("INSERT INTO files VALUES (1, 1, 1, 'one.mp3'), (2, 1, 1, 'two.mp3'), (3, 1, 2, NULL);"
             "INSERT INTO folders VALUES (1, 0, 'root', 1, 0, 3);");
     }
 
-    /** As another process would: on a connection of its own. */
-    void sql(const std::string& statements) {
-        sqlite3* db = nullptr;
-        ASSERT_EQ(sqlite3_open(m_file.c_str(), &db), SQLITE_OK);
-        char* error = nullptr;
-        sqlite3_exec(db, statements.c_str(), nullptr, nullptr, &error);
-        EXPECT_STREQ(error, nullptr);
-        sqlite3_free(error);
-        sqlite3_close(db);
-    }
+    void sql(const std::string& statements) { runSql(m_file, statements); }
 
     static int number(qdb_result_t* result, int row, int column) {
         return *static_cast<int*>(qdb_cell(result, row, column));
@@ -54,8 +37,9 @@ protected:
         return static_cast<const char*>(qdb_cell(result, row, column));
     }
 
-    std::string m_dir;
-    std::string m_file;
+    RuntimeFolder m_folder;
+    const std::string& m_dir = m_folder.path();
+    const std::string m_file = m_dir + "/discdb.sqlite";
 };
 
 /** The same with an open connection. */

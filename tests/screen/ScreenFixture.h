@@ -2,6 +2,8 @@
 
 #include "base/Socket.h"
 #include "services/bench/Compositor.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,7 +12,6 @@
 #include <unistd.h>
 
 #include <cstring>
-#include <filesystem>
 #include <future>
 #include <memory>
 #include <string>
@@ -20,6 +21,7 @@
 namespace zm {
 
 using Json = nlohmann::json;
+using test::eventually;
 
 /** Pixels as they stand in memory: B, G, R, A. */
 constexpr uint32_t Black = 0xff000000;
@@ -132,9 +134,6 @@ inline Json commitOf(int window, int buffer, int seq, const Json& damage = Json:
 class ScreenTest : public testing::Test {
 protected:
     ScreenTest() {
-        char pattern[] = "/tmp/zm-screen-XXXXXX";
-        folder = mkdtemp(pattern);
-        socket = folder + "/screen.sock";
         compositor = std::make_unique<Compositor>(loop, socket);
         compositor->onDamage = [this](Rect rect) { damages.push_back(rect); };
         const auto started = compositor->start();
@@ -145,7 +144,6 @@ protected:
         loop.quit();
         thread.join();
         compositor.reset();
-        std::filesystem::remove_all(folder);
     }
 
     /** Runs `task` on the compositor's thread and gives what it returns. */
@@ -177,20 +175,9 @@ protected:
     Json video() {
         return call([this] { return compositor->videoState(); });
     }
-    template <class Condition>
-    bool eventually(Condition condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > deadline) {
-                return false;
-            }
-            std::this_thread::yield();
-        }
-        return true;
-    }
-
-    std::string folder;
-    std::string socket;
+    test::TemporaryFolder temporary;
+    std::string folder = temporary.path();
+    std::string socket = folder + "/screen.sock";
     EventLoop loop;
     std::unique_ptr<Compositor> compositor;
     std::vector<Rect> damages;

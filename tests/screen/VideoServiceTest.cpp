@@ -1,39 +1,12 @@
 #include "services/bench/VideoService.h"
 
 #include "platform/linux/pps/PpsFile.h"
-#include "platform/linux/pps/PpsService.h"
 #include "tests/screen/ScreenFixture.h"
+#include "tests/support/RunningPpsService.h"
 
 namespace zm {
 
 namespace {
-
-// A PPS service on a thread of its own that can be stopped and started again.
-class PpsThreadOfTest {
-public:
-    explicit PpsThreadOfTest(std::string path) : m_path(std::move(path)) { start(); }
-    ~PpsThreadOfTest() { stop(); }
-    void start() {
-        m_loop = std::make_unique<EventLoop>();
-        m_service = std::make_unique<PpsService>(*m_loop, m_path);
-        ASSERT_TRUE(m_service->start());
-        m_thread = std::thread([this] { m_loop->run(); });
-    }
-    void stop() {
-        if (m_thread.joinable()) {
-            m_loop->quit();
-            m_thread.join();
-            m_service.reset();
-            m_loop.reset();
-        }
-    }
-
-private:
-    std::string m_path;
-    std::unique_ptr<EventLoop> m_loop;
-    std::unique_ptr<PpsService> m_service;
-    std::thread m_thread;
-};
 
 std::string request(const char* status, const char* group = "1-7-zelmar-disc",
                     const char* child = "zmdisc_video_win") {
@@ -101,7 +74,7 @@ protected:
     using Events = std::vector<std::string>;
 
     std::string ppsSocket = folder + "/pps.sock";
-    PpsThreadOfTest pps{ppsSocket};
+    test::RunningPpsService pps{ppsSocket};
     std::unique_ptr<VideoService> service;
     Events events;
     std::unique_ptr<PpsFile> command;

@@ -1,6 +1,7 @@
 #include "sys/slog.h"
 #include "base/Paths.h"
 #include "platform/linux/slog/LogFile.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,14 +24,6 @@ namespace {
 
 class SlogTest : public testing::Test {
 protected:
-    SlogTest() {
-        char name[] = "/tmp/zm-slog-XXXXXX";
-        m_dir = mkdtemp(name);
-        setenv("ZM_RUNTIME", m_dir.c_str(), 1);
-        m_path = zm::logFile(m_dir);
-    }
-    ~SlogTest() override { fs::remove_all(m_dir); }
-
     static std::vector<std::string> texts(const std::vector<zm::LogEntry>& entries) {
         std::vector<std::string> result;
         for (const auto& entry : entries) {
@@ -44,8 +37,9 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    std::string m_dir;
-    std::string m_path;
+    zm::test::RuntimeFolder m_folder;
+    const std::string& m_dir = m_folder.path();
+    const std::string m_path = zm::logFile(m_dir);
 };
 
 TEST_F(SlogTest, AMessageKeepsItsFields) {

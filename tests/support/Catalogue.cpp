@@ -1,5 +1,7 @@
 #include "tests/support/Catalogue.h"
 
+#include "tests/support/CatalogueSql.h"
+
 #include <gtest/gtest.h>
 
 #include <sqlite3.h>
@@ -10,11 +12,6 @@
 namespace zm::test {
 
 namespace {
-
-constexpr const char* Schema =
-    "CREATE TABLE files (fid INTEGER, folderid INTEGER, ftype INTEGER, filename TEXT);"
-    "CREATE TABLE folders (folderid INTEGER, parentid INTEGER, foldername TEXT, ftype INTEGER,"
-    " foldercount INTEGER, filecount INTEGER);";
 
 std::string quoted(const std::string& text) {
     char* raw = sqlite3_mprintf("%Q", text.c_str());
@@ -38,7 +35,7 @@ Catalogue::Catalogue() {
     EXPECT_NE(mkdtemp(folder), nullptr);
     m_path = std::string(folder) + "/discdb.sqlite";
     EXPECT_EQ(sqlite3_open(m_path.c_str(), &m_db), SQLITE_OK) << m_path;
-    sql(Schema);
+    sql(CatalogueTables);
 }
 
 Catalogue::~Catalogue() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/toolkit/Scene.h"
+#include "tests/support/TemporaryFolder.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"
 #include "zmui/CUI_BtList.h"
@@ -15,6 +16,8 @@
 #include <vector>
 
 namespace zmtest {
+
+using zm::test::TemporaryFolder;
 
 inline constexpr int width = 800;
 inline constexpr int height = 480;
@@ -36,25 +39,6 @@ public:
     std::vector<std::string> take() { return std::exchange(events, {}); }
 
     std::vector<std::string> events;
-};
-
-/** A folder that is gone after the test. */
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string pattern = std::filesystem::temp_directory_path() / "zmtoolkitXXXXXX";
-        m_path = mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
-    std::string write(const std::string& name, const std::string& content) const {
-        const std::string path = m_path + "/" + name;
-        std::ofstream(path, std::ios::binary) << content;
-        return path;
-    }
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path;
 };
 
 /** A scene with the pixels that it draws into. */

@@ -4,12 +4,17 @@
 #include "services/disc/Log.h"
 #include "services/disc/Scanner.h"
 
+#include <thread>
+
 namespace zm::disc {
 
 namespace {
 
 // A drive that has not moved on for this long does not answer any more.
 constexpr std::chrono::seconds Patience{10};
+// A mechanism takes its time for a disc. Whoever follows "discstate" looks at its present value when it gets
+// to it, and must find "loading" there, however small the disc.
+constexpr std::chrono::milliseconds SpinUpTime{200};
 
 void fillCatalogue(Catalogue& catalogue, const Contents& contents, const ScanProgress& progress,
                    Mailbox& mailbox, LoadListener& listener) {
@@ -32,8 +37,10 @@ void load(Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox&
     if (auto status = catalogue.clear(); !status) {
         logError("%s\n", status.error().c_str());
     }
+    const auto spunUp = std::chrono::steady_clock::now() + SpinUpTime;
     mailbox.post([&listener] { listener.loadBegun(); });
     auto found = scan(medium, progress);
+    std::this_thread::sleep_until(spunUp);
     if (!found) {
         mailbox.post([&listener, text = found.error()] { listener.loadFailed(text); });
         return;

@@ -75,6 +75,13 @@ TEST_F(DiscService, InsertionIsPublishedInItsOrder) {
     }
 }
 
+TEST_F(DiscService, LoadingIsThereToBeSeenHoweverSmallTheDisc) {
+    m_unit.startService();
+    m_unit.request({{"op", "insert"}, {"path", m_disc.path().string()}});
+    const auto loading = m_unit.nextState(PlayState::Loading);
+    EXPECT_GE(m_unit.next("mixedtype", "2").when - loading.when, 150ms);
+}
+
 TEST_F(DiscService, EachKindsCatalogueIsReported) {
     writeFile(m_disc / "clip.mp4", "");
     writeFile(m_disc / "photo.jpg", "");

@@ -37,11 +37,11 @@ function quoted(text) {
 }
 
 const faults = [['read', 'Read error'], ['surface', 'Surface error'], ['temperature', 'Too hot'], ['region', 'Wrong region'],
-  ['noanswer', 'No answer'], ['gone', 'Drive gone']];
+  ['noanswer', 'No answer'], ['gone', 'Drive gone'], ['none', 'None']];
 
 function makeDisc() {
   const demo = button('Demonstration disc', () => act('insert', '--demo'));
-  add('disc', element('p', {id: 'drivestate'}, 'unknown'),
+  add('disc', element('p', {id: 'drivestate'}),
     entry('Insert', '/path/of/folder/or/image', (path) => act('insert', path)),
     row(demo, button('Eject', () => act('eject'))),
     row(element('span', {className: 'dim'}, 'Fault'), ...faults.map(([kind, text]) => button(text, () => act('disc', 'fault', kind)))));
@@ -109,8 +109,10 @@ export function showProcesses(children) {
       `${child.starts > 1 ? `, started ${child.starts} times` : ''}`, button('Restart', () => act('kill', child.name), {disabled: !child.pid}))));
 }
 
-export function showDrive(text) {
-  document.getElementById('drivestate').textContent = text;
+/** `state`: what the disc service says of its drive, as JSON; nothing without a disc service. */
+export function showDrive(state) {
+  const {state: what, path, text} = state ? JSON.parse(state) : {state: 'no disc service: PPS objects can be written by hand'};
+  document.getElementById('drivestate').textContent = [what, path, text].filter(Boolean).join(' · ');
 }
 
 function makeInput() {

@@ -26,6 +26,11 @@ export function clearLog() {
   lines.replaceChildren();
 }
 
+/** The newest line comes into view, if that is wanted; a panel that is hidden cannot scroll. */
+export function followLog() {
+  if (follow.checked) lines.scrollTop = lines.scrollHeight;
+}
+
 export function showLog(entries) {
   const nodes = entries.slice(-Kept).map((entry) => {
     const node = element('li', {className: entry.severity <= 2 ? 'error' : entry.severity <= 4 ? 'warning' : '', hidden: !matches(entry)},
@@ -35,5 +40,5 @@ export function showLog(entries) {
   });
   lines.append(...nodes);
   while (lines.children.length > Kept) lines.firstChild.remove();
-  if (follow.checked) lines.scrollTop = lines.scrollHeight;
+  followLog();
 }

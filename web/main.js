@@ -2,7 +2,7 @@
 import {channel, element} from './api.js';
 import {makeCar, showDrive, showLauncher, showProcesses, showRequest, showVehicle} from './car.js';
 import {makeKeys} from './keys.js';
-import {clearLog, makeLog, showLog} from './log.js';
+import {clearLog, followLog, makeLog, showLog} from './log.js';
 import {clearPps, makePps, showPps} from './pps.js';
 import {takeFrames} from './screen.js';
 
@@ -15,6 +15,7 @@ function choose(name) {
     tab.setAttribute('aria-selected', String(other === name));
     tab.tabIndex = other === name ? 0 : -1;
   }
+  if (name === 'log') followLog();
 }
 
 function makeTabs() {
@@ -22,6 +23,7 @@ function makeTabs() {
   for (const [name, text] of tabs) {
     const tab = element('button', {type: 'button', id: `tab-${name}`, onclick: () => choose(name)}, text);
     tab.setAttribute('role', 'tab');
+    tab.setAttribute('aria-controls', `panel-${name}`);
     box.append(tab);
   }
   box.addEventListener('keydown', (event) => {
@@ -60,7 +62,7 @@ const handlers = {
     showVehicle(message);
     showLauncher(message);
     showProcesses(message.children ?? []);
-    showDrive(message.drive ?? 'unknown');
+    showDrive(message.drive);
     showLine();
   },
 };

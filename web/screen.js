@@ -100,7 +100,11 @@ canvas.addEventListener('wheel', (event) => {
 
 const scale = document.getElementById('scale');
 function applyScale() {
-  canvas.style.width = scale.value === 'fit' ? '100%' : `${800 * scale.value}px`;
+  const width = scale.value === 'fit' ? '100%' : `${canvas.width * scale.value}px`;
+  canvas.style.width = width;
+  canvas.closest('#unit').style.width = width;
+  // Whole multiples stay sharp: each pixel becomes a square.
+  canvas.classList.toggle('whole', Number.isInteger(Number(scale.value)));
   localStorage.setItem('scale', scale.value);
 }
 scale.value = localStorage.getItem('scale') ?? (innerWidth < 840 ? 'fit' : '1');

@@ -1,21 +1,25 @@
 // Starts the real bench on a runtime folder of its own and runs commands on it.
+import assert from 'node:assert/strict';
 import {execFile, spawn} from 'node:child_process';
 import {mkdtempSync, rmSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 import {promisify} from 'node:util';
+import {chromium} from 'playwright-core';
 
 const build = process.env.ZM_BUILD ?? new URL('../../build', import.meta.url).pathname;
 const run = promisify(execFile);
 
 export class Bench {
-  constructor() {
+  /** Without a disc service unless `discService` says so: then the test plays it. */
+  constructor({discService = false} = {}) {
     this.runtime = mkdtempSync(join(tmpdir(), 'zmpage-'));
+    this.disc = discService ? [] : ['--no-disc-service'];
   }
 
   /** Starts the bench; `port` 0 takes any. */
   async start(port = 0, ...options) {
-    this.process = spawn(join(build, 'bin/zmbench'), ['--runtime', this.runtime, '--no-disc-service', '--launcher', 'passive', '--port', String(port), ...options],
+    this.process = spawn(join(build, 'bin/zmbench'), ['--runtime', this.runtime, ...this.disc, '--launcher', 'passive', '--port', String(port), ...options],
       {stdio: ['ignore', 'pipe', 'inherit']});
     this.url = await new Promise((resolve, reject) => {
       let text = '';
@@ -53,9 +57,34 @@ export class Bench {
   }
 }
 
-/** Waits until `condition` gives something true; fails with `what` after five seconds. */
+/** Brings the application to the music play page as a disc service would. */
+export async function playMusic(bench) {
+  await bench.zmctl('pps', 'put', 'zelmar/disc/device', 'disc::1', 'mixedtype::2', 'mediatype::2');
+  // Two objects: nothing says which of them a busy application reads first.
+  await bench.zmctl('settle');
+  await bench.zmctl('pps', 'put', 'zelmar/disc/status', 'discstate::2');
+  await bench.zmctl('settle');
+  assert.equal((await bench.screen()).main.window, 6);
+}
+
+export function launchBrowser() {
+  return chromium.launch({
+    executablePath: '/usr/bin/chromium',
+    args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+  });
+}
+
+/** Opens the bench's page and waits until it shows an application that runs. */
+export async function openPage(browser, bench, options = {viewport: {width: 1280, height: 800}}) {
+  const page = await browser.newPage(options);
+  await page.goto(bench.url);
+  await page.waitForSelector('#stateline:not(.bad)');
+  return page;
+}
+
+/** Waits until `condition` gives something true; fails with `what` after ten seconds. */
 export async function until(what, condition) {
-  const deadline = Date.now() + 5000;
+  const deadline = Date.now() + 10000;
   for (;;) {
     const value = await condition();
     if (value) return value;

@@ -1,8 +1,7 @@
 // The bench's page in headless Chromium.
 import assert from 'node:assert/strict';
 import {after, before, test} from 'node:test';
-import {chromium} from 'playwright-core';
-import {Bench, until} from './bench.js';
+import {Bench, launchBrowser, openPage, playMusic, until} from './bench.js';
 
 const bench = new Bench();
 let browser;
@@ -10,13 +9,8 @@ let page;
 
 before(async () => {
   await bench.start();
-  browser = await chromium.launch({
-    executablePath: '/usr/bin/chromium',
-    args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'],
-  });
-  page = await browser.newPage({viewport: {width: 1280, height: 800}});
-  await page.goto(bench.url);
-  await page.waitForSelector('#stateline:not(.bad)');
+  browser = await launchBrowser();
+  page = await openPage(browser, bench);
 });
 
 after(async () => {
@@ -30,22 +24,12 @@ async function commands() {
   return (await bench.zmctl('pps', 'get', 'zelmar/disc/control')).split('\n').filter((line) => line.startsWith('zmcmd'));
 }
 
-/** Brings the application to the music play page as a disc service would. */
-async function playMusic() {
-  await bench.zmctl('pps', 'put', 'zelmar/disc/device', 'disc::1', 'mixedtype::2', 'mediatype::2');
-  // Two objects: nothing says which of them a busy application reads first.
-  await bench.zmctl('settle');
-  await bench.zmctl('pps', 'put', 'zelmar/disc/status', 'discstate::2');
-  await bench.zmctl('settle');
-  assert.equal((await bench.screen()).main.window, 6);
-}
-
 test('the token leaves the address bar', async () => {
   assert.equal(page.url(), `http://127.0.0.1:${bench.port}/`);
 });
 
 test('the page draws what the head unit shows', async () => {
-  await playMusic();
+  await playMusic(bench);
   const shot = await page.request.get(`http://127.0.0.1:${bench.port}/api/shot.png`);
   assert.equal(shot.headers()['content-type'], 'image/png');
   // The canvas and the screenshot agree, pixel by pixel.
@@ -61,7 +45,7 @@ test('the page draws what the head unit shows', async () => {
 });
 
 test('a touch on the canvas reaches the control under it', async () => {
-  await playMusic();
+  await playMusic(bench);
   await bench.zmctl('pps', 'put', 'zelmar/disc/control', '-zmcmd');
   const [x, y, w, h] = (await bench.screen()).main.windows['6'].items['6524'].rect;
   await page.locator('#screen').click({position: {x: x + w / 2, y: y + h / 2}});
@@ -88,7 +72,7 @@ test('the mouse wheel turns the encoder', async () => {
 });
 
 test('vehicle controls set values and follow the command line', async () => {
-  await playMusic();
+  await playMusic(bench);
   await page.getByLabel('Muted').check();
   await until('the mute mark', async () => (await bench.screen()).main.windows['6'].items['17'].visible);
   await bench.zmctl('device', 6, 0);
@@ -124,9 +108,7 @@ test('the log is shown and filtered by level', async () => {
 });
 
 test('two pages agree', async () => {
-  const other = await browser.newPage();
-  await other.goto(bench.url);
-  await other.waitForSelector('#stateline:not(.bad)');
+  const other = await openPage(browser, bench);
   await other.getByLabel('Parked').uncheck();
   await until('the first page follows', async () => !(await page.getByLabel('Parked').isChecked()));
   await page.getByLabel('Parked').check();
@@ -135,10 +117,8 @@ test('two pages agree', async () => {
 });
 
 test('a page that goes away releases what it held', async () => {
-  await playMusic();
-  const other = await browser.newPage();
-  await other.goto(bench.url);
-  await other.waitForSelector('#stateline:not(.bad)');
+  await playMusic(bench);
+  const other = await openPage(browser, bench);
   const box = await other.locator('#screen').boundingBox();
   await other.mouse.move(box.x + 400, box.y + 240);
   await other.mouse.down();
@@ -153,7 +133,7 @@ test('a page that goes away releases what it held', async () => {
 
 test('a click changes a pixel soon', async () => {
   await page.bringToFront();
-  await playMusic();
+  await playMusic(bench);
   const {5: source, 103: popup} = (await bench.screen()).main.windows['6'].items;
   const middle = ([x, y, w, h]) => [x + w / 2, y + h / 2];
   const areaOfPopup = popup.rect;

@@ -6,7 +6,7 @@
 #include "tests/pictures/Picture.h"
 #include "tests/pictures/Table.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -47,8 +47,7 @@ bool renewing() {
 }
 
 /** Compares with the reference, or takes the picture as the new one if that is asked for. */
-void check(const std::string& name, const Image& picture) {
-    const auto reference = readPng(references + name);
+void check(const std::string& name, const std::optional<Image>& reference, const Image& picture) {
     const Difference difference = reference ? compare(*reference, picture) : Difference{};
     const std::string present = changes + name;
     const std::string shown = differences + name;
@@ -88,7 +87,8 @@ TEST_P(Pictures, AreAsTheirReferences) {
     for (const Variant& variant : variants(row)) {
         stage.unit.act({"theme", variant.theme});
         stage.unit.language(variant.language);
-        check(variant.fileName(row), stage.unit.picture());
+        const std::string name = variant.fileName(row);
+        check(name, readPng(references + name), stage.unit.picture());
     }
 }
 
@@ -97,6 +97,31 @@ INSTANTIATE_TEST_SUITE_P(, Pictures, testing::ValuesIn(allRows()), [](const auto
     std::replace(name.begin(), name.end(), '-', '_');
     return name;
 });
+
+TEST(PictureCheck, FailsWithoutAReference) {
+    if (renewing()) {
+        GTEST_SKIP() << "it would become one";
+    }
+    EXPECT_NONFATAL_FAILURE(check("nothing.png", std::nullopt, Image(4, 4)),
+                            "nothing.png: there is no reference picture");
+    EXPECT_TRUE(std::filesystem::remove(changes + "nothing.png"));
+}
+
+TEST(PictureCheck, FailsForOnePixelAndWritesPictureAndDifference) {
+    if (renewing()) {
+        GTEST_SKIP() << "it would be taken as the reference";
+    }
+    const std::string name = "one-pixel.png";
+    Image picture(20, 20);
+    picture.at(4, 7)[1] = 0x80;
+    EXPECT_NONFATAL_FAILURE(
+        check(name, Image(20, 20), picture),
+        "one-pixel.png: 1 pixels differ, the first at 4,7: expected #000000, found #008000");
+    for (const std::string& folder : {changes, differences}) {
+        EXPECT_TRUE(readPng(folder + name)) << folder;
+        std::filesystem::remove(folder + name);
+    }
+}
 
 TEST(PictureTable, HasEveryWindowOfBothResources) {
     const auto windowsOf = [](const std::string& file) {

@@ -1,6 +1,4 @@
-#include "tests/model/DiscQDBTest.h"
-
-#include "platform/linux/qdb/QdbHold.h"
+#include "tests/model/DiscQDBQueryTest.h"
 
 #include <cerrno>
 #include <climits>
@@ -10,28 +8,6 @@ namespace zm::test {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr const char* MUSIC =
-    "SELECT fid,folderid,ftype,filename from files WHERE ftype = 1 AND filename <> '' "
-    "ORDER BY folderid, fid;";
-constexpr const char* FOLDERS = "select folderid,parentid,foldername from folders where ftype = 1;";
-
-class DiscQDBQueryTest : public DiscQDBTest {
-protected:
-    DiscQDBQueryTest() {
-        sql("INSERT INTO files VALUES (1, 1, 1, 'one.mp3'), (2, 1, 1, 'two.mp3'), (1, 2, 1, 'three.mp3'),"
-            "                         (1, 1, 2, 'film.avi'), (1, 1, 3, 'picture.jpg'), (9, 1, 1, '');"
-            "INSERT INTO folders VALUES (1, 0, 'root', 1, 1, 2), (2, 1, 'Rock', 1, 0, 1);");
-    }
-    ~DiscQDBQueryTest() override { qdbRelease(); }
-
-    std::string finish(int value) const {
-        return "[SetFinishFlag]-[DiscQDB::SetFinishFlag]--bFinish=" + std::to_string(value);
-    }
-    std::string command(int source) const {
-        return "[QueryPlayListCmd]-[DiscQDB::QueryPlayListCmd]--nFromType:" + std::to_string(source);
-    }
-};
 
 TEST_F(DiscQDBQueryTest, AMediaQueryFillsItsListAndLogsItsSteps) {
     begin();
@@ -306,94 +282,6 @@ TEST_F(DiscQDBQueryTest, WithoutADatabaseTheTaskEndsWithEmptyLists) {
                                       testing::StartsWith("[QueryPlayList]-Error connecting to database: "),
                                       finish(1)));
     EXPECT_EQ(size(LIST_FROM_AUDIO_FOLDERS), 0);
-}
-
-/** A worker that a test can stop at a row. */
-class HeldWorker : public DiscQDB {
-public:
-    ~HeldWorker() override { Close(); }
-
-protected:
-    void InitMaskThread() override {
-        DiscQDB::InitMaskThread();
-        qdbMarkWorker(true);
-    }
-};
-
-TEST_F(DiscQDBQueryTest, RowsAreSeenOneByOneWhileTheQueryRuns) {
-    HeldWorker db;
-    db.Init();
-    db.InitDataBase();
-    qdbHold(2);
-    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(eventually(qdbHeld));
-    int count = 0;
-    db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
-    EXPECT_EQ(count, 2);
-    EXPECT_FALSE(db.GetFinishFlag());
-    EXPECT_TRUE(db.qDb_GetObjData_Int("SELECT count(*) FROM folders", count)) << "statements run beside it";
-    EXPECT_EQ(count, 2);
-    qdbRelease();
-    ASSERT_TRUE(eventually([&] { return db.GetFinishFlag(); }));
-    db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
-    EXPECT_EQ(count, 3);
-}
-
-TEST_F(DiscQDBQueryTest, RowsOfARunningTaskLandInTheListOfTheNextOne) {
-    HeldWorker db;
-    db.Init();
-    db.InitDataBase();
-    qdbHold(1);
-    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(eventually(qdbHeld));
-    db.QueryPlayListCmd("SELECT fid,folderid,ftype,filename FROM files WHERE ftype = 2", LIST_FROM_ALL_VIDEO,
-                        "");
-    qdbRelease();
-    int count = 0;
-    ASSERT_TRUE(eventually([&] {
-        db.GetVecListSize(LIST_FROM_ALL_VIDEO, count);
-        return count == 3;
-    })) << "two late rows, and the one of the second task";
-    db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
-    EXPECT_EQ(count, 1);
-    char name[DISC_NAME_SIZE] = "";
-    db.GetVecList_Data(LIST_FROM_ALL_VIDEO, 0, name);
-    EXPECT_STREQ(name, "two.mp3");
-    db.GetVecList_Data(LIST_FROM_ALL_VIDEO, 2, name);
-    EXPECT_STREQ(name, "film.avi");
-}
-
-TEST_F(DiscQDBQueryTest, RowsOfATaskThatADiscChangeOvertakesAreDropped) {
-    HeldWorker db;
-    db.Init();
-    db.InitDataBase();
-    qdbHold(1);
-    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(eventually(qdbHeld));
-    db.InitDataBase();
-    qdbRelease();
-    ASSERT_TRUE(eventually([&] { return db.GetFinishFlag(); }));
-    int count = -1;
-    db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
-    EXPECT_EQ(count, 0);
-}
-
-TEST_F(DiscQDBQueryTest, ViewAndWorkerUseTheCatalogueAtTheSameTime) {
-    begin();
-    for (int round = 0; round < 50; ++round) {
-        m_db.QueryPlayListCmd(round % 2 ? MUSIC : FOLDERS, round % 11, MUSIC);
-        int value = 0;
-        char name[DISC_NAME_SIZE];
-        m_db.qDb_GetObjData_Int("SELECT count(*) FROM files", value);
-        EXPECT_EQ(value, 6);
-        m_db.GetVecListSize(round % 11, value);
-        m_db.GetVecList_Data(round % 11, 0, name);
-        m_db.GetVecList_Data_Index(6, 1, 1, value);
-        m_db.GetFinishFlag();
-        if (round % 10 == 9) {
-            m_db.InitDataBase();
-        }
-    }
 }
 
 } // namespace zm::test

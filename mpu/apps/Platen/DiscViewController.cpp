@@ -32,6 +32,7 @@ DiscViewController::~DiscViewController() {
 }
 
 bool DiscViewController::Init() {
+    // Not in the order of the members: commands can be sent once everything else is open.
     DiscPPSModule* const MODULES[] = {&m_status,      &m_playing, &m_mpegInfo,   &m_device, &m_videoCommand,
                                       &m_videoStatus, &m_system,  &m_nowPlaying, &m_control};
     bool bOpened = true;

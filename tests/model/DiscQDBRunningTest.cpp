@@ -1,0 +1,109 @@
+#include "tests/model/DiscQDBQueryTest.h"
+
+namespace zm::test {
+
+TEST_F(DiscQDBQueryTest, BetweenTheCommandAndTheWorkersStartTheOldTaskCountsAsFinished) {
+    m_db.InitDataBase(); // and no worker
+    m_db.SetFinishFlag(true);
+    m_db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
+    EXPECT_TRUE(m_db.GetFinishFlag());
+    EXPECT_EQ(size(LIST_FROM_ALL_AUDIO), 0);
+}
+
+TEST_F(DiscQDBQueryTest, TheBreakFlagIsKeptAndBreaksNothing) {
+    begin();
+    m_db.SetBreakQue(true);
+    query(MUSIC, LIST_FROM_ALL_AUDIO);
+    EXPECT_EQ(size(LIST_FROM_ALL_AUDIO), 3);
+    EXPECT_TRUE(m_db.GetBreakQue());
+}
+
+/** A worker that a test can stop at a row. */
+class HeldWorker : public DiscQDB {
+public:
+    ~HeldWorker() override { Close(); }
+
+protected:
+    void InitMaskThread() override {
+        DiscQDB::InitMaskThread();
+        qdbMarkWorker(true);
+    }
+};
+
+TEST_F(DiscQDBQueryTest, RowsAreSeenOneByOneWhileTheQueryRuns) {
+    HeldWorker db;
+    db.Init();
+    db.InitDataBase();
+    qdbHold(2);
+    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
+    ASSERT_TRUE(eventually(qdbHeld));
+    int count = 0;
+    db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
+    EXPECT_EQ(count, 2);
+    EXPECT_FALSE(db.GetFinishFlag());
+    EXPECT_TRUE(db.qDb_GetObjData_Int("SELECT count(*) FROM folders", count)) << "statements run beside it";
+    EXPECT_EQ(count, 2);
+    qdbRelease();
+    ASSERT_TRUE(eventually([&] { return db.GetFinishFlag(); }));
+    db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
+    EXPECT_EQ(count, 3);
+}
+
+TEST_F(DiscQDBQueryTest, RowsOfARunningTaskLandInTheListOfTheNextOne) {
+    HeldWorker db;
+    db.Init();
+    db.InitDataBase();
+    qdbHold(1);
+    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
+    ASSERT_TRUE(eventually(qdbHeld));
+    db.QueryPlayListCmd("SELECT fid,folderid,ftype,filename FROM files WHERE ftype = 2", LIST_FROM_ALL_VIDEO,
+                        "");
+    qdbRelease();
+    int count = 0;
+    ASSERT_TRUE(eventually([&] {
+        db.GetVecListSize(LIST_FROM_ALL_VIDEO, count);
+        return count == 3;
+    })) << "two late rows, and the one of the second task";
+    db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
+    EXPECT_EQ(count, 1);
+    char name[DISC_NAME_SIZE] = "";
+    db.GetVecList_Data(LIST_FROM_ALL_VIDEO, 0, name);
+    EXPECT_STREQ(name, "two.mp3");
+    db.GetVecList_Data(LIST_FROM_ALL_VIDEO, 2, name);
+    EXPECT_STREQ(name, "film.avi");
+}
+
+TEST_F(DiscQDBQueryTest, RowsOfATaskThatADiscChangeOvertakesAreDropped) {
+    HeldWorker db;
+    db.Init();
+    db.InitDataBase();
+    qdbHold(1);
+    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
+    ASSERT_TRUE(eventually(qdbHeld));
+    db.InitDataBase();
+    qdbRelease();
+    ASSERT_TRUE(eventually([&] { return db.GetFinishFlag(); }));
+    int count = -1;
+    db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
+    EXPECT_EQ(count, 0);
+}
+
+TEST_F(DiscQDBQueryTest, ViewAndWorkerUseTheCatalogueAtTheSameTime) {
+    begin();
+    for (int round = 0; round < 50; ++round) {
+        m_db.QueryPlayListCmd(round % 2 ? MUSIC : FOLDERS, round % 11, MUSIC);
+        int value = 0;
+        char name[DISC_NAME_SIZE];
+        m_db.qDb_GetObjData_Int("SELECT count(*) FROM files", value);
+        EXPECT_EQ(value, 6);
+        m_db.GetVecListSize(round % 11, value);
+        m_db.GetVecList_Data(round % 11, 0, name);
+        m_db.GetVecList_Data_Index(6, 1, 1, value);
+        m_db.GetFinishFlag();
+        if (round % 10 == 9) {
+            m_db.InitDataBase();
+        }
+    }
+}
+
+} // namespace zm::test

@@ -18,9 +18,8 @@ TEST_F(ScreenTest, MainVideoAndOverlayLieInTheirOrderAboveEachOther) {
     videoMemory.fill(0, 0x0000ff00); // the fourth byte of video means nothing
     RawClient app(socket, "app");
     app.send(overlayMemory.window(2, 3, true), {overlayMemory.fd()});
-    app.send(mainMemory.window(1, 1, false), {mainMemory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    app.open(mainMemory);
+    app.show(0, 1);
     EXPECT_EQ(pixel(50, 50), Red) << "a window without a frame is not drawn";
     app.send(commitOf(2, 0, 1));
     call([this] { return compositor->postChild("video"); });
@@ -30,8 +29,7 @@ TEST_F(ScreenTest, MainVideoAndOverlayLieInTheirOrderAboveEachOther) {
     EXPECT_EQ(pixel(50, 50), Blue);
     RawClient decoder(socket, "video");
     decoder.send(videoMemory.window(1, 0, true), {videoMemory.fd()});
-    decoder.send(commitOf(1, 0, 1));
-    decoder.sync();
+    decoder.show(0, 1);
     EXPECT_EQ(pixel(400, 400), Green);
     EXPECT_EQ(pixel(50, 50), Blue);
     EXPECT_EQ(pixel(150, 50), 0xff80ff80) << "half white over green";
@@ -49,11 +47,10 @@ TEST_F(ScreenTest, OfEqualOrderTheLaterWindowIsInFront) {
     first.fill(0, Red);
     second.fill(0, Green);
     RawClient app(socket, "app");
-    app.send(first.window(1, 1, false), {first.fd()});
-    app.send(second.window(2, 1, false), {second.fd()});
+    app.open(first);
+    app.open(second, 2);
     app.send(commitOf(2, 0, 1));
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    app.show(0, 1);
     EXPECT_EQ(pixel(5, 5), Green);
     app.send({{"t", "props"}, {"window", 1}, {"order", 2}});
     app.sync();
@@ -61,17 +58,11 @@ TEST_F(ScreenTest, OfEqualOrderTheLaterWindowIsInFront) {
 }
 
 TEST_F(ScreenTest, OnlyWhatChangedIsDrawnAndTold) {
-    Memory memory(800, 480);
-    memory.fill(0, Red);
-    RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    RedApplication app(socket);
     compose();
     takeDamages();
-    memory.fill(1, Green);
-    app.send(commitOf(1, 1, 2, Json::array({{10, 20, 30, 40}, {700, 400, 1000, 1000}})));
-    app.sync();
+    app.memory.fill(1, Green);
+    app.show(1, 2, Json::array({{10, 20, 30, 40}, {700, 400, 1000, 1000}}));
     EXPECT_TRUE(eventually([&] { return takeDamages() == std::vector<Rect>{{10, 20, 790, 460}}; }));
     EXPECT_EQ(pixel(10, 20), Green);
     EXPECT_EQ(pixel(39, 59), Green);
@@ -80,11 +71,7 @@ TEST_F(ScreenTest, OnlyWhatChangedIsDrawnAndTold) {
 }
 
 TEST_F(ScreenTest, ManyChangesOfOneTurnAreToldOnceUntilComposed) {
-    Memory memory(800, 480);
-    RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    RedApplication app(socket);
     compose();
     takeDamages();
     for (int i = 0; i < 20; ++i) {
@@ -117,7 +104,7 @@ TEST_F(ScreenTest, AHiddenWindowCostsNothing) {
 TEST_F(ScreenTest, ABufferComesBackWhenANewerOneHasTakenItsPlace) {
     Memory memory(20, 20);
     RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
+    app.open(memory);
     app.send(commitOf(1, 0, 11));
     EXPECT_TRUE(app.sync().empty());
     app.send(commitOf(1, 0, 12));
@@ -133,7 +120,7 @@ TEST_F(ScreenTest, AWindowIsMovedScaledAndCutAtTheScreensEdges) {
     memory.fill(0, Red, {0, 0, 1, 2});
     memory.fill(0, Green, {1, 0, 1, 2});
     RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
+    app.open(memory);
     app.send(commitOf(1, 0, 1));
     app.send({{"t", "props"}, {"window", 1}, {"x", -100}, {"y", 380}, {"width", 400}, {"height", 200}});
     app.sync();
@@ -149,28 +136,18 @@ TEST_F(ScreenTest, AWindowIsMovedScaledAndCutAtTheScreensEdges) {
 }
 
 TEST_F(ScreenTest, AClosedWindowGoesAway) {
-    Memory memory(800, 480);
-    memory.fill(0, Red);
-    RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    RedApplication app(socket);
     EXPECT_EQ(pixel(1, 1), Red);
     app.send({{"t", "close"}, {"window", 1}});
     app.sync();
     EXPECT_EQ(pixel(1, 1), Black);
-    app.send(memory.window(1, 1, false), {memory.fd()});
+    app.open(app.memory);
     EXPECT_TRUE(app.sync().empty()) << "its number is free again";
 }
 
 TEST_F(ScreenTest, AClientThatDiesTakesItsWindowsAway) {
-    Memory memory(800, 480);
-    memory.fill(0, Red);
     {
-        RawClient app(socket, "app");
-        app.send(memory.window(1, 1, false), {memory.fd()});
-        app.send(commitOf(1, 0, 1));
-        app.sync();
+        const RedApplication app(socket);
         EXPECT_EQ(pixel(1, 1), Red);
         EXPECT_TRUE(call([this] { return compositor->appConnected(); }));
     }
@@ -179,12 +156,7 @@ TEST_F(ScreenTest, AClientThatDiesTakesItsWindowsAway) {
 }
 
 TEST_F(ScreenTest, OverAHiddenApplicationLiesTheCover) {
-    Memory memory(800, 480);
-    memory.fill(0, Red);
-    RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    RedApplication app(socket);
     call([this] {
         compositor->setAppVisible(false);
         return 0;
@@ -199,14 +171,12 @@ TEST_F(ScreenTest, OverAHiddenApplicationLiesTheCover) {
         return 0;
     });
     // What the hidden application does meanwhile must not take the wish to show the cover away.
-    app.send(commitOf(1, 1, 2));
-    app.sync();
+    app.show(1, 2);
     EXPECT_EQ(pixel(1, 1), Blue);
     EXPECT_EQ(pixel(1, 400), Black) << "the cover is smaller than the screen";
     const uint64_t before = compose();
-    memory.fill(2, Green);
-    app.send(commitOf(1, 2, 3));
-    app.sync();
+    app.memory.fill(2, Green);
+    app.show(2, 3);
     EXPECT_EQ(compose(), before) << "nobody sees it";
     call([this] {
         compositor->setAppVisible(true);

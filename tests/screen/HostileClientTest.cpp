@@ -74,7 +74,7 @@ TEST_F(ScreenTest, MemoryThatCouldBeCutIsRefused) {
 }
 
 TEST_F(ScreenTest, MemoryThatIsTooShortIsRefused) {
-    Memory memory(100, 100, RawClient::AllSeals, 1);
+    Memory memory(100, 100, Memory::AllSeals, 1);
     EXPECT_NE(RawClient(socket, "app")
                   .refusal(memory.window(1, 1, false), {memory.fd()})
                   .find("119999 bytes, 120000"),
@@ -84,7 +84,7 @@ TEST_F(ScreenTest, MemoryThatIsTooShortIsRefused) {
 TEST_F(ScreenTest, OneNumberStandsForOneWindow) {
     Memory memory(100, 100);
     RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
+    app.open(memory);
     EXPECT_NE(app.refusal(memory.window(1, 1, false), {memory.fd()}), "");
 }
 
@@ -92,7 +92,7 @@ TEST_F(ScreenTest, AClientHasAtMostSixteenWindows) {
     Memory memory(10, 10);
     RawClient app(socket, "app");
     for (int number = 1; number <= 16; ++number) {
-        app.send(memory.window(number, 1, false), {memory.fd()});
+        app.open(memory, number);
     }
     EXPECT_TRUE(app.sync().empty());
     EXPECT_NE(app.refusal(memory.window(17, 1, false), {memory.fd()}), "");
@@ -103,44 +103,30 @@ TEST_F(ScreenTest, AFrameNeedsItsWindowAndBuffer) {
                                 Json{{"t", "commit"}, {"window", 1}}, Json{{"t", "commit"}}}) {
         Memory memory(100, 100);
         RawClient app(socket, "app");
-        app.send(memory.window(1, 1, false), {memory.fd()});
+        app.open(memory);
         EXPECT_NE(app.refusal(message), "") << message;
     }
 }
 
 TEST_F(ScreenTest, DamageOutsideTheWindowIsCutAndStrangeDamageMeansAll) {
-    Memory memory(100, 100);
-    memory.fill(0, Red);
-    RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    RedApplication app(socket, 100, 100);
     EXPECT_EQ(pixel(50, 50), Red);
-    memory.fill(1, Green);
-    app.send(
-        commitOf(1, 1, 2, Json::array({{-2147483648, -5, 2147483647, 1}, {90, 90, 2147483647, 2147483647}})));
-    app.sync();
+    app.memory.fill(1, Green);
+    app.show(1, 2, Json::array({{-2147483648, -5, 2147483647, 1}, {90, 90, 2147483647, 2147483647}}));
     EXPECT_EQ(pixel(50, 50), Red);
     EXPECT_EQ(pixel(99, 99), Green);
     for (const Json& strange : {Json("all"), Json::array({1}), Json::array({{1, 2, 3}}),
                                 Json(std::vector<std::vector<int>>(300, {0, 0, 1, 1}))}) {
-        memory.fill(0, Red);
-        app.send(commitOf(1, 0, 3));
-        app.sync();
+        app.memory.fill(0, Red);
+        app.show(0, 3);
         ASSERT_EQ(pixel(50, 50), Red);
-        app.send(commitOf(1, 1, 4, strange));
-        app.sync();
+        app.show(1, 4, strange);
         EXPECT_EQ(pixel(50, 50), Green) << strange;
     }
 }
 
 TEST_F(ScreenTest, OneClientCannotTouchTheWindowsOfAnother) {
-    Memory memory(100, 100);
-    memory.fill(0, Red);
-    RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    RedApplication app(socket, 100, 100);
     RawClient other(socket, "app");
     other.send({{"t", "close"}, {"window", 1}});
     other.send({{"t", "props"}, {"window", 1}, {"visible", false}});
@@ -153,7 +139,7 @@ TEST_F(ScreenTest, AClientThatReadsNoReleasesIsCutOffAndTheOthersGoOn) {
     Memory memory(100, 100);
     memory.fill(0, Red);
     RawClient stuck(socket, "app");
-    stuck.send(memory.window(1, 1, false), {memory.fd()});
+    stuck.open(memory);
     RawClient app(socket, "app");
     for (int i = 0; i < 20000; ++i) {
         stuck.send(commitOf(1, i % 2, i));
@@ -169,22 +155,16 @@ TEST_F(ScreenTest, PicturesThatAreNotPremultipliedGiveWrongColoursAndNothingWors
     }
     RawClient app(socket, "app");
     app.send(memory.window(1, 1, true), {memory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    app.show(0, 1);
     EXPECT_EQ(pixel(0, 0), 0xffffffff);
     EXPECT_EQ(pixel(0, 3), Black);
 }
 
 TEST_F(ScreenTest, ARefusedClientLosesItsWindowsAtOnceAndIsHeardNoMore) {
-    Memory memory(100, 100);
-    memory.fill(0, Red);
-    RawClient app(socket, "app");
-    app.send(memory.window(1, 1, false), {memory.fd()});
-    app.send(commitOf(1, 0, 1));
-    app.sync();
+    RedApplication app(socket, 100, 100);
     EXPECT_EQ(pixel(1, 1), Red);
     app.send(commitOf(9, 0, 1));
-    app.send(memory.window(2, 1, false), {memory.fd()});
+    app.open(app.memory, 2);
     app.send(commitOf(2, 0, 1));
     EXPECT_EQ(app.receive()["t"], "error");
     EXPECT_EQ(pixel(1, 1), Black);

@@ -31,62 +31,12 @@ constexpr uint32_t Blue = 0xff0000ff;
 constexpr uint32_t Clear = 0x00000000;
 constexpr uint32_t HalfWhite = 0x80808080;
 
-/** A client of screen.sock that sends what it is told, right or wrong. */
-class RawClient {
-public:
-    static constexpr int AllSeals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL;
-
-    RawClient(const std::string& socket, const std::string& role) : m_connection(connect(socket)) {
-        if (!role.empty()) {
-            send({{"t", "hello"}, {"role", role}, {"pid", getpid()}});
-        }
-    }
-    void send(const Json& message, const std::vector<int>& fds = {}) { sendText(message.dump(), fds); }
-    // A refused client may find its connection closed: the answer tells.
-    void sendText(const std::string& text, const std::vector<int>& fds = {}) {
-        static_cast<void>(m_connection.send(text, fds));
-    }
-    /** The next message; null when the connection has been closed. */
-    Json receive() {
-        auto message = m_connection.receive(std::chrono::seconds(5));
-        return message ? Json::parse(message->text) : Json();
-    }
-    /** All messages before the answer to a sync; the last is null if the connection was closed instead. */
-    std::vector<Json> sync() {
-        send({{"t", "sync"}, {"id", 7}});
-        std::vector<Json> messages;
-        for (;;) {
-            messages.push_back(receive());
-            if (messages.back().is_null()) {
-                return messages;
-            }
-            if (messages.back()["t"] == "synced") {
-                messages.pop_back();
-                return messages;
-            }
-        }
-    }
-    /** Sends a message that has to be refused; gives the reason. */
-    std::string refusal(const Json& message, const std::vector<int>& fds = {}) {
-        send(message, fds);
-        const Json answer = receive();
-        const bool refused = answer.is_object() && answer["t"] == "error" && receive().is_null();
-        return refused ? answer["text"].get<std::string>() : std::string();
-    }
-
-private:
-    static UniqueFd connect(const std::string& socket) {
-        auto fd = connectUnix(socket);
-        EXPECT_TRUE(fd) << fd.error();
-        return fd ? std::move(*fd) : UniqueFd();
-    }
-    SyncConnection m_connection;
-};
-
 /** Sealed memory of three buffers that a test paints. */
 class Memory {
 public:
-    Memory(int width, int height, int seals = RawClient::AllSeals, size_t missingBytes = 0)
+    static constexpr int AllSeals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL;
+
+    Memory(int width, int height, int seals = AllSeals, size_t missingBytes = 0)
         : m_width(width), m_height(height), m_fd(memfd_create("window", MFD_CLOEXEC | MFD_ALLOW_SEALING)) {
         const size_t size = bytes() - missingBytes;
         EXPECT_EQ(ftruncate(m_fd.get(), static_cast<off_t>(size)), 0);
@@ -126,9 +76,80 @@ private:
     uint32_t* m_pixels;
 };
 
-inline Json commitOf(int window, int buffer, int seq, const Json& damage = Json::array({{0, 0, 800, 480}})) {
+inline const Json AllDamaged = Json::array({{0, 0, 800, 480}});
+
+inline Json commitOf(int window, int buffer, int seq, const Json& damage = AllDamaged) {
     return {{"t", "commit"}, {"window", window}, {"buffer", buffer}, {"seq", seq}, {"damage", damage}};
 }
+
+/** A client of screen.sock that sends what it is told, right or wrong. */
+class RawClient {
+public:
+    RawClient(const std::string& socket, const std::string& role) : m_connection(connect(socket)) {
+        if (!role.empty()) {
+            send({{"t", "hello"}, {"role", role}, {"pid", getpid()}});
+        }
+    }
+    void send(const Json& message, const std::vector<int>& fds = {}) { sendText(message.dump(), fds); }
+    // A refused client may find its connection closed: the answer tells.
+    void sendText(const std::string& text, const std::vector<int>& fds = {}) {
+        static_cast<void>(m_connection.send(text, fds));
+    }
+    /** The next message; null when the connection has been closed. */
+    Json receive() {
+        auto message = m_connection.receive(std::chrono::seconds(5));
+        return message ? Json::parse(message->text) : Json();
+    }
+    /** All messages before the answer to a sync; the last is null if the connection was closed instead. */
+    std::vector<Json> sync() {
+        send({{"t", "sync"}, {"id", 7}});
+        std::vector<Json> messages;
+        for (;;) {
+            messages.push_back(receive());
+            if (messages.back().is_null()) {
+                return messages;
+            }
+            if (messages.back()["t"] == "synced") {
+                messages.pop_back();
+                return messages;
+            }
+        }
+    }
+    /** Opens an opaque window of order 1 over `memory`. */
+    void open(const Memory& memory, int window = 1) { send(memory.window(window, 1, false), {memory.fd()}); }
+    /** Commits a frame of window 1 and waits until the compositor has taken it. */
+    void show(int buffer, int seq, const Json& damage = AllDamaged) {
+        send(commitOf(1, buffer, seq, damage));
+        sync();
+    }
+    /** Sends a message that has to be refused; gives the reason. */
+    std::string refusal(const Json& message, const std::vector<int>& fds = {}) {
+        send(message, fds);
+        const Json answer = receive();
+        const bool refused = answer.is_object() && answer["t"] == "error" && receive().is_null();
+        return refused ? answer["text"].get<std::string>() : std::string();
+    }
+
+private:
+    static UniqueFd connect(const std::string& socket) {
+        auto fd = connectUnix(socket);
+        EXPECT_TRUE(fd) << fd.error();
+        return fd ? std::move(*fd) : UniqueFd();
+    }
+    SyncConnection m_connection;
+};
+
+/** An application whose only window, red all over, is on the screen. */
+class RedApplication : public RawClient {
+public:
+    explicit RedApplication(const std::string& socket, int width = 800, int height = 480)
+        : RawClient(socket, "app"), memory(width, height) {
+        memory.fill(0, Red);
+        open(memory);
+        show(0, 1);
+    }
+    Memory memory;
+};
 
 /** A compositor on a thread of its own; a test looks at it through `call`. */
 class ScreenTest : public testing::Test {

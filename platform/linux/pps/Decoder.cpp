@@ -63,9 +63,10 @@ bool meansContainer(const char* name) {
     return name && std::strcmp(name, ".") == 0;
 }
 
-// Finds the element, lets `take` read it and moves on behind it if that succeeded.
-template <class Take>
-pps_decoder_error_t get(pps_decoder_t* decoder, const char* name, Take take) {
+// Finds the element and gives what `use` makes of it; `use` gets the decoder's state, the element and the
+// number of its place.
+template <class Use>
+pps_decoder_error_t withElement(pps_decoder_t* decoder, const char* name, Use use) {
     if (!decoder->state) {
         return NoDecoder;
     }
@@ -73,43 +74,37 @@ pps_decoder_error_t get(pps_decoder_t* decoder, const char* name, Take take) {
     if (meansContainer(name)) {
         return state.finish(PPS_DECODER_BAD_TYPE);
     }
-    Level& level = state.levels.back();
+    const Level& level = state.levels.back();
     const size_t index = locate(level, name);
     if (index == level.container->children.size()) {
         return state.finish(PPS_DECODER_NOT_FOUND);
     }
-    const DataNode& node = *level.container->children[index];
-    const auto result = node.type == PPS_TYPE_DELETED ? PPS_DECODER_DELETED : take(node);
-    if (result == PPS_DECODER_OK) {
-        level.position = index + 1;
-    }
-    return state.finish(result);
+    DataNode& node = *level.container->children[index];
+    return state.finish(node.type == PPS_TYPE_DELETED ? PPS_DECODER_DELETED : use(state, node, index));
+}
+
+// Lets `take` read the element and moves on behind it if that succeeded.
+template <class Take>
+pps_decoder_error_t get(pps_decoder_t* decoder, const char* name, Take take) {
+    return withElement(decoder, name, [&](pps_decoder_state& state, const DataNode& node, size_t index) {
+        const auto result = take(node);
+        if (result == PPS_DECODER_OK) {
+            state.levels.back().position = index + 1;
+        }
+        return result;
+    });
 }
 
 template <class Accept>
 pps_decoder_error_t push(pps_decoder_t* decoder, const char* name, Accept accept) {
-    if (!decoder->state) {
-        return NoDecoder;
-    }
-    auto& state = *decoder->state;
-    if (meansContainer(name)) {
-        return state.finish(PPS_DECODER_BAD_TYPE);
-    }
-    Level& level = state.levels.back();
-    const size_t index = locate(level, name);
-    if (index == level.container->children.size()) {
-        return state.finish(PPS_DECODER_NOT_FOUND);
-    }
-    DataNode* node = level.container->children[index].get();
-    if (node->type == PPS_TYPE_DELETED) {
-        return state.finish(PPS_DECODER_DELETED);
-    }
-    if (!accept(node->type)) {
-        return state.finish(PPS_DECODER_BAD_TYPE);
-    }
-    level.position = index;
-    state.levels.push_back({node, 0});
-    return PPS_DECODER_OK;
+    return withElement(decoder, name, [&](pps_decoder_state& state, DataNode& node, size_t index) {
+        if (!accept(node.type)) {
+            return PPS_DECODER_BAD_TYPE;
+        }
+        state.levels.back().position = index;
+        state.levels.push_back({&node, 0});
+        return PPS_DECODER_OK;
+    });
 }
 
 bool isContainer(pps_node_type_t type) {

@@ -303,9 +303,17 @@ void Connection::fail() {
     });
 }
 
-Listener::Listener(EventLoop& loop, UniqueFd fd, std::function<void(UniqueFd)> onConnection)
-    : m_loop(loop), m_fd(std::move(fd)), m_onConnection(std::move(onConnection)) {
+Listener::Listener(EventLoop& loop, std::function<void(UniqueFd)> onConnection)
+    : m_loop(loop), m_onConnection(std::move(onConnection)) {}
+
+Status Listener::listen(const std::string& path) {
+    auto listening = listenUnix(path);
+    if (!listening) {
+        return Error{listening.error()};
+    }
+    m_fd = std::move(*listening);
     watch();
+    return ok();
 }
 
 void Listener::watch() {

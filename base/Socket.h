@@ -84,12 +84,17 @@ private:
 };
 
 /**
- * Accepts connections on a listening socket and hands each to `onConnection`. While the process has no
+ * Accepts connections on a socket of its own and hands each to `onConnection`. While the process has no
  * descriptor left, callers wait; they are accepted once there are some again. Loop's thread only.
  */
 class Listener {
 public:
-    Listener(EventLoop& loop, UniqueFd fd, std::function<void(UniqueFd)> onConnection);
+    Listener(EventLoop& loop, std::function<void(UniqueFd)> onConnection);
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    /** Starts to listen at `path`; fails as `listenUnix` does. */
+    Status listen(const std::string& path);
 
 private:
     void watch();

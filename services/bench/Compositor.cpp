@@ -27,7 +27,7 @@ struct Compositor::Impl {
     SurfaceScene scene;
     std::map<int, std::unique_ptr<SurfaceClient>> clients;
     int nextClient = 0;
-    std::unique_ptr<Listener> listener;
+    Listener listener{loop, [this](UniqueFd fd) { accept(std::move(fd)); }};
     std::optional<Image> cover;
     bool appVisible = true;
     uint64_t composed = 0;
@@ -118,15 +118,11 @@ Compositor::~Compositor() {
 }
 
 Status Compositor::start() {
-    auto listening = listenUnix(m_impl->socket);
-    if (!listening) {
-        return Error{listening.error()};
+    auto listening = m_impl->listener.listen(m_impl->socket);
+    if (listening) {
+        m_impl->announce();
     }
-    m_impl->listener =
-        std::make_unique<Listener>(m_impl->loop, std::move(*listening),
-                                   [impl = m_impl.get()](UniqueFd fd) { impl->accept(std::move(fd)); });
-    m_impl->announce();
-    return ok();
+    return listening;
 }
 
 const Image& Compositor::compose() {

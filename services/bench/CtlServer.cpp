@@ -14,18 +14,13 @@ struct CtlServer::Client {
 };
 
 CtlServer::CtlServer(EventLoop& loop, std::string socket, CommandProcessor& processor)
-    : m_loop(loop), m_socket(std::move(socket)), m_processor(processor) {}
+    : m_loop(loop), m_socket(std::move(socket)), m_processor(processor),
+      m_listener(loop, [this](UniqueFd peer) { accept(std::move(peer)); }) {}
 
 CtlServer::~CtlServer() = default;
 
 Status CtlServer::start() {
-    auto fd = listenUnix(m_socket);
-    if (!fd) {
-        return Error{fd.error()};
-    }
-    m_listener = std::make_unique<Listener>(m_loop, std::move(*fd),
-                                            [this](UniqueFd peer) { accept(std::move(peer)); });
-    return ok();
+    return m_listener.listen(m_socket);
 }
 
 void CtlServer::accept(UniqueFd fd) {

@@ -28,7 +28,7 @@ private:
     EventLoop& m_loop;
     std::string m_socket;
     CommandProcessor& m_processor;
-    std::unique_ptr<Listener> m_listener;
+    Listener m_listener;
     std::list<std::unique_ptr<Client>> m_clients;
 };
 

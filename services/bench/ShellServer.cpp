@@ -2,20 +2,16 @@
 
 namespace zm {
 
-ShellServer::ShellServer(EventLoop& loop, std::string socket) : m_loop(loop), m_socket(std::move(socket)) {}
+ShellServer::ShellServer(EventLoop& loop, std::string socket)
+    : m_loop(loop), m_socket(std::move(socket)),
+      m_listener(loop, [this](UniqueFd peer) { accept(std::move(peer)); }) {}
 
 ShellServer::~ShellServer() {
     *m_alive = false;
 }
 
 Status ShellServer::start() {
-    auto fd = listenUnix(m_socket);
-    if (!fd) {
-        return Error{fd.error()};
-    }
-    m_listener = std::make_unique<Listener>(m_loop, std::move(*fd),
-                                            [this](UniqueFd peer) { accept(std::move(peer)); });
-    return ok();
+    return m_listener.listen(m_socket);
 }
 
 int ShellServer::pid() const {

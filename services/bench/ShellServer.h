@@ -67,7 +67,7 @@ private:
 
     EventLoop& m_loop;
     std::string m_socket;
-    std::unique_ptr<Listener> m_listener;
+    Listener m_listener;
     std::unique_ptr<Connection> m_application;
     std::map<int, Question> m_questions;
     std::string m_group;

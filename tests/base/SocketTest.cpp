@@ -119,11 +119,9 @@ TEST_F(SocketTest, APathThatIsTooLongIsAnErrorAndNotCut) {
 
 TEST_F(SocketTest, AServedConnectionReceivesAndAnswers) {
     EventLoop loop;
-    auto listening = listenUnix(path);
-    ASSERT_TRUE(listening);
     std::unique_ptr<Connection> connection;
     bool closed = false;
-    Listener listener(loop, std::move(*listening), [&](UniqueFd fd) {
+    Listener listener(loop, [&](UniqueFd fd) {
         connection = std::make_unique<Connection>(loop, std::move(fd));
         EXPECT_EQ(connection->peerPid(), getpid());
         connection->onMessage = [&](Message message) { connection->send("echo " + message.text); };
@@ -132,6 +130,7 @@ TEST_F(SocketTest, AServedConnectionReceivesAndAnswers) {
             loop.quit();
         };
     });
+    ASSERT_TRUE(listener.listen(path));
     std::thread client([&] {
         SyncConnection own(std::move(*connectUnix(path)));
         for (size_t size : {3u, 300000u}) {
@@ -287,10 +286,9 @@ std::chrono::nanoseconds processorTime() {
 
 TEST_F(SocketTest, AListenerWithoutDescriptorsWaitsAndAcceptsLater) {
     EventLoop loop;
-    auto listening = listenUnix(path);
-    ASSERT_TRUE(listening);
     int accepted = 0;
-    const Listener listener(loop, std::move(*listening), [&](UniqueFd) { ++accepted; });
+    Listener listener(loop, [&](UniqueFd) { ++accepted; });
+    ASSERT_TRUE(listener.listen(path));
     auto client = connectUnix(path);
     ASSERT_TRUE(client);
     int wakeUps = 0;

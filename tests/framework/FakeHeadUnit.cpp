@@ -45,13 +45,13 @@ FakeHeadUnit::~FakeHeadUnit() {
 
 void FakeHeadUnit::serve() {
     const auto listen = [this](const std::string& path, std::unique_ptr<Connection>& slot, auto handler) {
-        auto fd = listenUnix(path);
-        EXPECT_TRUE(fd) << path;
-        return std::make_unique<Listener>(m_loop, std::move(*fd), [this, &slot, handler](UniqueFd peer) {
+        auto listener = std::make_unique<Listener>(m_loop, [this, &slot, handler](UniqueFd peer) {
             slot = std::make_unique<Connection>(m_loop, std::move(peer));
             slot->onMessage = [this, handler](Message message) { (this->*handler)(std::move(message)); };
             slot->onClosed = [&slot] { slot.reset(); };
         });
+        EXPECT_TRUE(listener->listen(path)) << path;
+        return listener;
     };
     m_shellListener = listen(shellSocket(m_folder), m_shell, &FakeHeadUnit::onShell);
     m_screenListener = listen(screenSocket(m_folder), m_screen, &FakeHeadUnit::onScreen);
@@ -88,16 +88,17 @@ void FakeHeadUnit::onScreen(Message packet) {
             if (m_keepFrames || frame["window"] != message["window"]) {
                 kept.push_back(frame);
             } else {
-                m_screen->send(json{
-                    {"t", "release"},
-                    {"window", frame["window"]},
-                    {"buffer", frame["buffer"]},
-                    {"seq",
-                     frame["seq"]}}.dump());
+                giveBack(frame);
             }
         }
         m_held = kept;
     }
+}
+
+void FakeHeadUnit::giveBack(const json& frame) {
+    const json release{
+        {"t", "release"}, {"window", frame["window"]}, {"buffer", frame["buffer"]}, {"seq", frame["seq"]}};
+    m_screen->send(release.dump());
 }
 
 void FakeHeadUnit::tell(const json& message) {
@@ -224,12 +225,7 @@ void FakeHeadUnit::keepFrames(bool keep) {
             return;
         }
         for (const json& frame : std::exchange(m_held, {})) {
-            m_screen->send(json{
-                {"t", "release"},
-                {"window", frame["window"]},
-                {"buffer", frame["buffer"]},
-                {"seq",
-                 frame["seq"]}}.dump());
+            giveBack(frame);
         }
     });
 }

@@ -67,6 +67,7 @@ private:
     void onLoop(const std::function<void()>& task);
     void onShell(Message packet);
     void onScreen(Message packet);
+    void giveBack(const json& frame);
     json findWindow(const std::string& name);
     bool waitUntil(const std::function<bool()>& condition);
 

@@ -102,11 +102,17 @@ struct PpsService::Impl {
     PpsStore store;
     std::map<int, std::unique_ptr<Session>> sessions;
     int nextSession = 0;
-    std::unique_ptr<Listener> listener;
+    Listener listener{loop, [this](UniqueFd fd) { accept(std::move(fd)); }};
+
+    void accept(UniqueFd fd) {
+        const int number = nextSession++;
+        sessions[number] =
+            std::make_unique<Session>(loop, std::move(fd), store, [this, number] { sessions.erase(number); });
+    }
 };
 
 PpsService::PpsService(EventLoop& loop, std::string socket)
-    : m_impl(new Impl{loop, std::move(socket), {}, {}, 0, nullptr}) {
+    : m_impl(new Impl{loop, std::move(socket), {}, {}}) {
     m_impl->store.onChange = [this](const std::string& object, const std::string& text) {
         if (onChange) {
             onChange(object, text);
@@ -117,17 +123,7 @@ PpsService::PpsService(EventLoop& loop, std::string socket)
 PpsService::~PpsService() = default;
 
 Status PpsService::start() {
-    auto listening = listenUnix(m_impl->socket);
-    if (!listening) {
-        return Error{listening.error()};
-    }
-    m_impl->listener =
-        std::make_unique<Listener>(m_impl->loop, std::move(*listening), [impl = m_impl.get()](UniqueFd fd) {
-            const int number = impl->nextSession++;
-            impl->sessions[number] = std::make_unique<Session>(
-                impl->loop, std::move(fd), impl->store, [impl, number] { impl->sessions.erase(number); });
-        });
-    return ok();
+    return m_impl->listener.listen(m_impl->socket);
 }
 
 } // namespace zm

@@ -23,6 +23,15 @@ class HeldWorker : public DiscQDB {
 public:
     ~HeldWorker() override { Close(); }
 
+    /** Asks for all songs; waits until the worker has read `rows` of them and is held there. */
+    bool readsSongsUpTo(int rows) {
+        Init();
+        InitDataBase();
+        qdbHold(rows);
+        QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
+        return eventually(qdbHeld);
+    }
+
 protected:
     void InitMaskThread() override {
         DiscQDB::InitMaskThread();
@@ -32,11 +41,7 @@ protected:
 
 TEST_F(DiscQDBQueryTest, RowsAreSeenOneByOneWhileTheQueryRuns) {
     HeldWorker db;
-    db.Init();
-    db.InitDataBase();
-    qdbHold(2);
-    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(eventually(qdbHeld));
+    ASSERT_TRUE(db.readsSongsUpTo(2));
     int count = 0;
     db.GetVecListSize(LIST_FROM_ALL_AUDIO, count);
     EXPECT_EQ(count, 2);
@@ -51,11 +56,7 @@ TEST_F(DiscQDBQueryTest, RowsAreSeenOneByOneWhileTheQueryRuns) {
 
 TEST_F(DiscQDBQueryTest, RowsOfARunningTaskLandInTheListOfTheNextOne) {
     HeldWorker db;
-    db.Init();
-    db.InitDataBase();
-    qdbHold(1);
-    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(eventually(qdbHeld));
+    ASSERT_TRUE(db.readsSongsUpTo(1));
     db.QueryPlayListCmd("SELECT fid,folderid,ftype,filename FROM files WHERE ftype = 2", LIST_FROM_ALL_VIDEO,
                         "");
     qdbRelease();
@@ -75,11 +76,7 @@ TEST_F(DiscQDBQueryTest, RowsOfARunningTaskLandInTheListOfTheNextOne) {
 
 TEST_F(DiscQDBQueryTest, RowsOfATaskThatADiscChangeOvertakesAreDropped) {
     HeldWorker db;
-    db.Init();
-    db.InitDataBase();
-    qdbHold(1);
-    db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
-    ASSERT_TRUE(eventually(qdbHeld));
+    ASSERT_TRUE(db.readsSongsUpTo(1));
     db.InitDataBase();
     qdbRelease();
     ASSERT_TRUE(eventually([&] { return db.GetFinishFlag(); }));

@@ -34,6 +34,23 @@ export class Bench {
     this.token = new URL(this.url).searchParams.get('token');
   }
 
+  /** Starts the bench and a browser for its page. */
+  async startWithBrowser() {
+    await this.start();
+    this.browser = await chromium.launch({
+      executablePath: '/usr/bin/chromium',
+      args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+    });
+  }
+
+  /** Opens the page and waits until it shows an application that runs. */
+  async openPage(options = {viewport: {width: 1280, height: 800}}) {
+    const page = await this.browser.newPage(options);
+    await page.goto(this.url);
+    await page.waitForSelector('#stateline:not(.bad)');
+    return page;
+  }
+
   async zmctl(...argv) {
     const {stdout} = await run(join(build, 'bin/zmctl'), ['--runtime', this.runtime, ...argv.map(String)]);
     return stdout;
@@ -41,6 +58,11 @@ export class Bench {
 
   async screen() {
     return JSON.parse(await this.zmctl('screen'));
+  }
+
+  /** What the application has left for the disc service: one line, or none. */
+  async commands() {
+    return (await this.zmctl('pps', 'get', 'zelmar/disc/control')).split('\n').filter((line) => line.startsWith('zmcmd'));
   }
 
   /** Ends the bench in order, as Ctrl-C does. */
@@ -52,6 +74,7 @@ export class Bench {
   }
 
   async end() {
+    await this.browser?.close();
     await this.stop();
     rmSync(this.runtime, {recursive: true, force: true});
   }
@@ -65,21 +88,6 @@ export async function playMusic(bench) {
   await bench.zmctl('pps', 'put', 'zelmar/disc/status', 'discstate::2');
   await bench.zmctl('settle');
   assert.equal((await bench.screen()).main.window, 6);
-}
-
-export function launchBrowser() {
-  return chromium.launch({
-    executablePath: '/usr/bin/chromium',
-    args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'],
-  });
-}
-
-/** Opens the bench's page and waits until it shows an application that runs. */
-export async function openPage(browser, bench, options = {viewport: {width: 1280, height: 800}}) {
-  const page = await browser.newPage(options);
-  await page.goto(bench.url);
-  await page.waitForSelector('#stateline:not(.bad)');
-  return page;
 }
 
 /** Waits until `condition` gives something true; fails with `what` after ten seconds. */

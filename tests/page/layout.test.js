@@ -1,30 +1,20 @@
 // The page on screens of several sizes, under fingers, and without a mouse.
 import assert from 'node:assert/strict';
 import {after, before, test} from 'node:test';
-import {Bench, launchBrowser, openPage, playMusic, until} from './bench.js';
+import {Bench, playMusic, until} from './bench.js';
 
 const bench = new Bench();
-let browser;
 
-before(async () => {
-  await bench.start();
-  browser = await launchBrowser();
-});
+before(() => bench.startWithBrowser());
 
-after(async () => {
-  await browser?.close();
-  await bench.end();
-});
+after(() => bench.end());
 
 const desktop = {viewport: {width: 1280, height: 800}};
 const large = {viewport: {width: 1920, height: 1080}};
 const phone = {viewport: {width: 390, height: 844}, hasTouch: true, isMobile: true};
 
-async function commands() {
-  return (await bench.zmctl('pps', 'get', 'zelmar/disc/control')).split('\n').filter((line) => line.startsWith('zmcmd'));
-}
 const forget = () => bench.zmctl('pps', 'put', 'zelmar/disc/control', '-zmcmd');
-const sent = (number) => until(`command ${number}`, async () => (await commands())[0]?.includes(`"cmd":${number},`));
+const sent = (number) => until(`command ${number}`, async () => (await bench.commands())[0]?.includes(`"cmd":${number},`));
 
 /** Where the middle of a control of the play page is drawn on `page`. */
 async function placeOf(page, control) {
@@ -35,7 +25,7 @@ async function placeOf(page, control) {
 
 for (const [name, options] of Object.entries({desktop, large, phone})) {
   test(`on a ${name} screen nothing is cut off and the head unit is whole in sight`, async () => {
-    const page = await openPage(browser, bench, options);
+    const page = await bench.openPage(options);
     const {width, height} = options.viewport;
     for (const tab of ['PPS objects', 'Log', 'Head unit']) {
       await page.getByRole('tab', {name: tab}).click();
@@ -51,7 +41,7 @@ for (const [name, options] of Object.entries({desktop, large, phone})) {
 }
 
 test('beside the screen the panels scroll, the screen stays', async () => {
-  const page = await openPage(browser, bench, desktop);
+  const page = await bench.openPage(desktop);
   const screen = await page.locator('#screen').boundingBox();
   const side = await page.locator('#side').boundingBox();
   assert.equal(screen.width, 800);
@@ -64,7 +54,7 @@ test('beside the screen the panels scroll, the screen stays', async () => {
 
 test('twice its size the screen is sharp and is touched where it is seen', async () => {
   await playMusic(bench);
-  const page = await openPage(browser, bench, large);
+  const page = await bench.openPage(large);
   await page.getByLabel('Size').selectOption('2');
   assert.equal((await page.locator('#screen').boundingBox()).width, 1600);
   assert.equal(await page.locator('#screen').evaluate((canvas) => getComputedStyle(canvas).imageRendering), 'pixelated');
@@ -77,7 +67,7 @@ test('twice its size the screen is sharp and is touched where it is seen', async
 
 test('a finger on a phone reaches the control under it', async () => {
   await playMusic(bench);
-  const page = await openPage(browser, bench, phone);
+  const page = await bench.openPage(phone);
   await forget();
   await page.touchscreen.tap(...await placeOf(page, '6524'));
   await sent(1);
@@ -88,20 +78,20 @@ test('a finger on a phone reaches the control under it', async () => {
 
 test('a mouse button that is held is a long press, once', async () => {
   await playMusic(bench);
-  const page = await openPage(browser, bench, desktop);
+  const page = await bench.openPage(desktop);
   await forget();
   await page.mouse.move(...await placeOf(page, '6524'));
   await page.mouse.down();
   await sent(3);
   await page.mouse.up();
   await bench.zmctl('settle');
-  assert.match((await commands())[0], /"cmd":3,/, 'the release adds nothing');
+  assert.match((await bench.commands())[0], /"cmd":3,/, 'the release adds nothing');
   await page.close();
 });
 
 test('a drag across the screen is a swipe', async () => {
   await playMusic(bench);
-  const page = await openPage(browser, bench, desktop);
+  const page = await bench.openPage(desktop);
   await forget();
   const box = await page.locator('#screen').boundingBox();
   await page.mouse.move(box.x + 300, box.y + 200);
@@ -114,7 +104,7 @@ test('a drag across the screen is a swipe', async () => {
 
 test('a tap keeps its own duration on a slow link', async () => {
   await playMusic(bench);
-  const page = await browser.newPage(desktop);
+  const page = await bench.browser.newPage(desktop);
   await page.routeWebSocket(/\/ws\/screen/, (socket) => {
     const server = socket.connectToServer();
     socket.onMessage((message) => setTimeout(() => server.send(message), message.includes('"touch"') ? 1500 : 0));
@@ -134,7 +124,7 @@ const focusable = () => [...document.querySelectorAll('button, input, select, ca
   .filter((node) => !node.disabled && node.tabIndex >= 0 && node.checkVisibility());
 
 test('with the keyboard alone everything is reached, and seen to be', async () => {
-  const page = await openPage(browser, bench, desktop);
+  const page = await bench.openPage(desktop);
   for (const tab of ['Head unit', 'PPS objects', 'Log']) {
     await page.getByRole('tab', {name: tab}).click();
     const wanted = await page.evaluate(`(${focusable})().length`);
@@ -155,7 +145,7 @@ test('with the keyboard alone everything is reached, and seen to be', async () =
 });
 
 test('the tabs are changed with the arrow keys', async () => {
-  const page = await openPage(browser, bench, desktop);
+  const page = await bench.openPage(desktop);
   await page.getByRole('tab', {name: 'Head unit'}).focus();
   await page.keyboard.press('ArrowRight');
   assert.ok(await page.locator('#panel-pps').isVisible());
@@ -167,7 +157,7 @@ test('the tabs are changed with the arrow keys', async () => {
 
 test('every shortcut is shown on its key and does the same', async () => {
   await playMusic(bench);
-  const page = await openPage(browser, bench, desktop);
+  const page = await bench.openPage(desktop);
   const keys = await page.locator('#keys button').evaluateAll((nodes) => nodes.map((node) => ({
     code: /\(key (\d+)\)/.exec(node.title)[1], shown: node.querySelector('kbd')?.textContent})));
   const names = {'←': 'ArrowLeft', '→': 'ArrowRight', '↑': 'ArrowUp', '↓': 'ArrowDown', Esc: 'Escape', PgUp: 'PageUp', PgDn: 'PageDown', '⏎': 'Enter'};

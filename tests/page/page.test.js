@@ -1,28 +1,19 @@
 // The bench's page in headless Chromium.
 import assert from 'node:assert/strict';
 import {after, before, test} from 'node:test';
-import {Bench, launchBrowser, openPage, playMusic, until} from './bench.js';
+import {Bench, playMusic, until} from './bench.js';
 
 const bench = new Bench();
-let browser;
 let page;
 
 before(async () => {
-  await bench.start();
-  browser = await launchBrowser();
-  page = await openPage(browser, bench);
+  await bench.startWithBrowser();
+  page = await bench.openPage();
 });
 
-after(async () => {
-  await browser?.close();
-  await bench.end();
-});
+after(() => bench.end());
 
 const pixel = (x, y) => page.evaluate(([px, py]) => [...document.getElementById('screen').getContext('2d').getImageData(px, py, 1, 1).data], [x, y]);
-
-async function commands() {
-  return (await bench.zmctl('pps', 'get', 'zelmar/disc/control')).split('\n').filter((line) => line.startsWith('zmcmd'));
-}
 
 test('the token leaves the address bar', async () => {
   assert.equal(page.url(), `http://127.0.0.1:${bench.port}/`);
@@ -49,26 +40,26 @@ test('a touch on the canvas reaches the control under it', async () => {
   await bench.zmctl('pps', 'put', 'zelmar/disc/control', '-zmcmd');
   const [x, y, w, h] = (await bench.screen()).main.windows['6'].items['6524'].rect;
   await page.locator('#screen').click({position: {x: x + w / 2, y: y + h / 2}});
-  await until('the next command', async () => (await commands())[0] === 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
+  await until('the next command', async () => (await bench.commands())[0] === 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
 });
 
 test('a hard key reaches the application', async () => {
   await page.getByRole('button', {name: 'Previous', exact: true}).click();
-  await until('the previous command', async () => (await commands())[0] === 'zmcmd:json:{"cmd":2,"param1":0,"param2":0}');
+  await until('the previous command', async () => (await bench.commands())[0] === 'zmcmd:json:{"cmd":2,"param1":0,"param2":0}');
 });
 
 test('a shortcut is a hard key, but not while text is entered', async () => {
   await page.locator('#screen').focus();
   await page.keyboard.press('n');
-  await until('the next command', async () => (await commands())[0] === 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
+  await until('the next command', async () => (await bench.commands())[0] === 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
   await page.getByPlaceholder('song').fill('b');
-  assert.equal((await commands())[0], 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
+  assert.equal((await bench.commands())[0], 'zmcmd:json:{"cmd":1,"param1":0,"param2":0}');
 });
 
 test('the mouse wheel turns the encoder', async () => {
   await page.locator('#screen').hover();
   await page.mouse.wheel(0, -60);
-  await until('the previous command', async () => (await commands())[0] === 'zmcmd:json:{"cmd":2,"param1":0,"param2":0}');
+  await until('the previous command', async () => (await bench.commands())[0] === 'zmcmd:json:{"cmd":2,"param1":0,"param2":0}');
 });
 
 test('vehicle controls set values and follow the command line', async () => {
@@ -108,7 +99,7 @@ test('the log is shown and filtered by level', async () => {
 });
 
 test('two pages agree', async () => {
-  const other = await openPage(browser, bench);
+  const other = await bench.openPage();
   await other.getByLabel('Parked').uncheck();
   await until('the first page follows', async () => !(await page.getByLabel('Parked').isChecked()));
   await page.getByLabel('Parked').check();
@@ -118,7 +109,7 @@ test('two pages agree', async () => {
 
 test('a page that goes away releases what it held', async () => {
   await playMusic(bench);
-  const other = await openPage(browser, bench);
+  const other = await bench.openPage();
   const box = await other.locator('#screen').boundingBox();
   await other.mouse.move(box.x + 400, box.y + 240);
   await other.mouse.down();
@@ -128,7 +119,7 @@ test('a page that goes away releases what it held', async () => {
   await bench.zmctl('pps', 'put', 'zelmar/disc/control', '-zmcmd');
   const [x, y, w, h] = (await bench.screen()).main.windows['6'].items['6524'].rect;
   await bench.zmctl('touch', x + w / 2, y + h / 2);
-  await until('the next command', async () => (await commands())[0]?.includes('"cmd":1,'));
+  await until('the next command', async () => (await bench.commands())[0]?.includes('"cmd":1,'));
 });
 
 test('a click changes a pixel soon', async () => {

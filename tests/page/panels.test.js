@@ -3,22 +3,17 @@ import assert from 'node:assert/strict';
 import {mkdirSync, readFileSync, writeFileSync} from 'node:fs';
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
-import {Bench, launchBrowser, openPage, until} from './bench.js';
+import {Bench, until} from './bench.js';
 
 const bench = new Bench({discService: true});
-let browser;
 let page;
 
 before(async () => {
-  await bench.start();
-  browser = await launchBrowser();
-  page = await openPage(browser, bench);
+  await bench.startWithBrowser();
+  page = await bench.openPage();
 });
 
-after(async () => {
-  await browser?.close();
-  await bench.end();
-});
+after(() => bench.end());
 
 /** A folder with songs of a minute of silence. */
 function musicFolder() {

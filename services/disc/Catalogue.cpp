@@ -1,9 +1,11 @@
 #include "services/disc/Catalogue.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <cstdio>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace zm::disc {
@@ -62,26 +64,21 @@ private:
     sqlite3_stmt* m_statement = nullptr;
 };
 
-sqlite3* openDatabase(const std::string& file) {
-    sqlite3* database = nullptr;
-    sqlite3_open_v2(file.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    sqlite3_busy_timeout(database, BusyMilliseconds);
-    return database;
+// Device and number of a file; zeros if it is not there.
+std::pair<uint64_t, uint64_t> identityOf(const std::string& file) {
+    struct stat info {};
+    return ::stat(file.c_str(), &info) == 0 ? std::pair<uint64_t, uint64_t>{info.st_dev, info.st_ino}
+                                            : std::pair<uint64_t, uint64_t>{};
 }
 
 } // namespace
 
 Result<std::unique_ptr<Catalogue>> Catalogue::open(const std::string& file) {
-    std::unique_ptr<Catalogue> catalogue(new Catalogue(openDatabase(file)));
+    std::unique_ptr<Catalogue> catalogue(new Catalogue(file));
     if (catalogue->prepare()) {
         return catalogue;
     }
-    catalogue.reset();
-    for (const char* suffix : {"", "-wal", "-shm"}) {
-        std::remove((file + suffix).c_str());
-    }
-    catalogue.reset(new Catalogue(openDatabase(file)));
-    if (auto status = catalogue->prepare(); !status) {
+    if (auto status = catalogue->reopen(); !status) {
         return Error{file + ": " + status.error()};
     }
     return catalogue;
@@ -89,6 +86,15 @@ Result<std::unique_ptr<Catalogue>> Catalogue::open(const std::string& file) {
 
 Catalogue::~Catalogue() {
     sqlite3_close(m_database);
+}
+
+// Makes the file anew, whatever stands in its place.
+Status Catalogue::reopen() {
+    sqlite3_close(std::exchange(m_database, nullptr));
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        std::remove((m_file + suffix).c_str());
+    }
+    return prepare();
 }
 
 Status Catalogue::failure(const char* what) {
@@ -105,12 +111,26 @@ Status Catalogue::run(const char* statement) {
 }
 
 Status Catalogue::prepare() {
-    return run(setUp);
+    sqlite3_open_v2(m_file.c_str(), &m_database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    sqlite3_busy_timeout(m_database, BusyMilliseconds);
+    const auto status = run(setUp);
+    m_identity = identityOf(m_file);
+    return status;
+}
+
+bool Catalogue::isOpenedFile() const {
+    return m_identity != decltype(m_identity){} && identityOf(m_file) == m_identity;
+}
+
+bool Catalogue::intact() {
+    std::lock_guard lock(m_mutex);
+    return isOpenedFile();
 }
 
 Status Catalogue::clear() {
     std::lock_guard lock(m_mutex);
-    return run(clearAll);
+    // A file that cannot be emptied must not go on showing the disc before.
+    return isOpenedFile() && run(clearAll) ? ok() : reopen();
 }
 
 Status Catalogue::insertFolders(const Contents& contents, MediaKind kind) {

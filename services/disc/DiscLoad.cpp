@@ -1,7 +1,6 @@
 #include "services/disc/DiscLoad.h"
 
 #include "services/disc/Background.h"
-#include "services/disc/Log.h"
 #include "services/disc/Scanner.h"
 
 #include <thread>
@@ -34,11 +33,14 @@ void fillCatalogue(Catalogue& catalogue, const Contents& contents, const ScanPro
 // The reading thread. `listener` is only used in what the mailbox delivers.
 void load(Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox& mailbox,
           LoadListener& listener) {
-    if (auto status = catalogue.clear(); !status) {
-        logError("%s\n", status.error().c_str());
-    }
+    const auto cleared = catalogue.clear();
     const auto spunUp = std::chrono::steady_clock::now() + SpinUpTime;
     mailbox.post([&listener] { listener.loadBegun(); });
+    if (!cleared) {
+        // What still stands in the catalogue is of the disc before.
+        mailbox.post([&listener, text = cleared.error()] { listener.loadFailed(text); });
+        return;
+    }
     auto found = scan(medium, progress);
     std::this_thread::sleep_until(spunUp);
     if (!found) {

@@ -96,6 +96,8 @@ void Drive::loadFinished() {
     }
     m_load.reset();
     m_state.drive({"loaded", m_path, ""});
+    m_guard = std::make_unique<CatalogueGuard>(m_loop, m_catalogue, m_contents,
+                                               [this] { m_state.catalogue(Reading::Complete, RootFolder); });
     m_transport = std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents);
     if (m_source) {
         m_transport->sourceOn();
@@ -137,6 +139,7 @@ void Drive::eject() {
     m_state.playState(PlayState::Ejecting);
     logInfo("disc ejected: %s\n", m_path.c_str());
     m_load.reset();
+    m_guard.reset();
     m_transport.reset();
     m_ejecting = afterDelay(m_loop, EjectTime, [this] { remove(DiscPresence::None); });
 }
@@ -144,6 +147,7 @@ void Drive::eject() {
 void Drive::remove(DiscPresence presence) {
     m_ejecting.reset();
     m_load.reset();
+    m_guard.reset();
     m_transport.reset();
     m_contents.reset();
     m_gate.reset();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/disc/CatalogueGuard.h"
 #include "services/disc/DiscLoad.h"
 #include "services/disc/DiscState.h"
 #include "services/disc/Engine.h"
@@ -56,6 +57,7 @@ private:
     std::shared_ptr<const Contents> m_contents;
     int m_catalogued = 0; ///< mixed bits of the kinds whose catalogue is complete
     std::unique_ptr<DiscLoad> m_load;
+    std::unique_ptr<CatalogueGuard> m_guard; ///< of a disc that is ready
     std::unique_ptr<Transport> m_transport;
     SourceHandle m_ejecting;
 };

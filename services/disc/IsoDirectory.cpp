@@ -220,9 +220,11 @@ Result<std::vector<IsoRecord>> readIsoDirectory(ByteReader& image, const IsoVolu
         if (!found || found->extent.offset > image.size()) {
             continue;
         }
-        // A file too large for one record goes on in the next, right behind its bytes so far.
+        // A file too large for one record goes on in the next, right behind its bytes so far; one that goes
+        // on elsewhere is read as far as it goes.
         if (goesOn && !records.empty() && records.back().name == found->name) {
-            records.back().extent.size += found->extent.size;
+            auto& sofar = records.back().extent;
+            sofar.size += sofar.offset + sofar.size == found->extent.offset ? found->extent.size : 0;
         } else {
             records.push_back(std::move(*found));
         }

@@ -140,6 +140,19 @@ TEST(Catalogue, WhatAnEarlierRunHasLeftIsGone) {
     EXPECT_EQ(reader.rows("SELECT COUNT(*) FROM files"), Rows{"0"});
 }
 
+TEST(Catalogue, AFileThatWasTakenAwayIsMadeAnewWithTheNextDisc) {
+    TempFolder folder;
+    const auto catalogue = open(folder / "db");
+    ASSERT_TRUE(catalogue->write(exampleDisc(), MediaKind::Music, notCancelled));
+    EXPECT_TRUE(catalogue->intact());
+    std::filesystem::remove(folder / "db");
+    EXPECT_FALSE(catalogue->intact());
+    ASSERT_TRUE(catalogue->clear());
+    EXPECT_TRUE(catalogue->intact());
+    ASSERT_TRUE(catalogue->write(exampleDisc(), MediaKind::Video, notCancelled));
+    EXPECT_EQ(Reader(folder / "db").rows("SELECT filename FROM files"), Rows{"c.mp4"});
+}
+
 TEST(Catalogue, AFileThatIsNoDatabaseIsReplaced) {
     TempFolder folder;
     writeFile(folder / "db", std::string(5000, 'x'));

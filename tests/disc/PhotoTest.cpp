@@ -1,8 +1,6 @@
 #include "tests/disc/PictureFixture.h"
 
 #include <array>
-#include <fstream>
-#include <iterator>
 
 using namespace zm::test;
 using namespace zm::disc;
@@ -55,11 +53,6 @@ std::string orientationSegment(int orientation, ByteOrder order) {
     return std::string("\xFF\xE1\0", 3) + size + body;
 }
 
-std::string bytesOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 struct OrientationRow {
     int orientation;
     ByteOrder order;
@@ -70,7 +63,7 @@ class PhotoOrientation : public Pictures, public testing::WithParamInterface<Ori
 protected:
     // Puts the photo with the parameter's orientation onto the disc.
     void placePhoto() {
-        std::string photo = bytesOf(fourQuarters());
+        std::string photo = readFile(fourQuarters());
         photo.insert(2, orientationSegment(GetParam().orientation, GetParam().order));
         writeFile(m_disc / "p.jpg", photo);
     }
@@ -132,7 +125,7 @@ TEST_P(PhotoFormat, IsShown) {
 
 TEST_P(PhotoFormat, ThatIsBrokenIsRefusedAndTheNextOneFollows) {
     const std::string extension = GetParam();
-    const std::string whole = bytesOf(twoHalves(extension));
+    const std::string whole = readFile(twoHalves(extension));
     writeFile(m_disc / ("1." + extension), whole.substr(0, 20) + std::string(whole.size(), 'x'));
     writeFile(m_disc / ("2." + extension), "no picture at all");
     writeFile(m_disc / ("3." + extension), "");

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace zm::test {
@@ -64,6 +65,11 @@ std::string toneFile(const std::string& extension, int seconds, const std::strin
 void place(const std::string& source, const std::string& target) {
     fs::create_directories(fs::path(target).parent_path());
     fs::copy_file(source, target, fs::copy_options::overwrite_existing);
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void writeFile(const std::string& target, const std::string& bytes) {

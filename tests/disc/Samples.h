@@ -32,6 +32,8 @@ std::string toneFile(const std::string& extension, int seconds, const std::strin
 
 /** Copies `source` to `target`, making the folders on the way. */
 void place(const std::string& source, const std::string& target);
+/** The bytes of a file; none if it cannot be read. */
+std::string readFile(const std::string& path);
 void writeFile(const std::string& target, const std::string& bytes);
 
 } // namespace zm::test

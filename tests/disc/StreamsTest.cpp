@@ -1,9 +1,6 @@
 #include "base/Paths.h"
 #include "tests/disc/PictureFixture.h"
 
-#include <fstream>
-#include <iterator>
-
 using namespace zm::test;
 using namespace zm::disc;
 using namespace std::chrono_literals;
@@ -49,10 +46,7 @@ protected:
         ASSERT_EQ(::setenv("GST_PLUGIN_FEATURE_RANK", ranks.c_str(), 1), 0);
         ASSERT_EQ(::setenv("ZM_RUNTIME", m_runtime.path().c_str(), 1), 0);
     }
-    std::string logText() const {
-        std::ifstream file(zm::logFile(m_runtime.path().string()));
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string logText() const { return readFile(zm::logFile(m_runtime.path().string())); }
 
     TempFolder m_runtime;
 };

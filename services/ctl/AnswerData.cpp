@@ -12,15 +12,6 @@ namespace {
 
 constexpr std::string_view DeathsMark = " (deaths: ";
 
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> result;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        result.push_back(line);
-    }
-    return result;
-}
-
 Json parsed(const std::string& text) {
     return Json::parse(text, nullptr, false);
 }
@@ -35,13 +26,22 @@ std::string takeUntil(std::string& text, std::string_view mark) {
 
 } // namespace
 
+std::vector<std::string> outputLines(const std::string& output) {
+    std::vector<std::string> result;
+    std::istringstream stream(output);
+    for (std::string line; std::getline(stream, line);) {
+        result.push_back(line);
+    }
+    return result;
+}
+
 Json screenData(const std::string& output) {
     return parsed(output);
 }
 
 Json ppsData(const std::string& output) {
     Json result = Json::object();
-    for (std::string line : lines(output)) {
+    for (std::string line : outputLines(output)) {
         const std::string name = takeUntil(line, ":");
         const std::string encoding = takeUntil(line, ":");
         result[name] = encoding == "json" ? parsed(line) : Json(line);
@@ -51,7 +51,7 @@ Json ppsData(const std::string& output) {
 
 Json requestsData(const std::string& output) {
     Json result = Json::array();
-    for (const auto& line : lines(output)) {
+    for (const auto& line : outputLines(output)) {
         result.push_back(parsed(line));
     }
     return result;
@@ -59,7 +59,7 @@ Json requestsData(const std::string& output) {
 
 Json processesData(const std::string& output) {
     Json result = Json::object();
-    for (std::string line : lines(output)) {
+    for (std::string line : outputLines(output)) {
         const std::string name = takeUntil(line, " ");
         const std::string pid = takeUntil(line, " ");
         const std::string state = takeUntil(line, DeathsMark);

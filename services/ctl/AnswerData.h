@@ -3,8 +3,12 @@
 #include <nlohmann/json.hpp>
 
 #include <string>
+#include <vector>
 
 namespace zm {
+
+/** The lines of an output, without their ends. */
+std::vector<std::string> outputLines(const std::string& output);
 
 /** Output of `screen`. Of this and the following: what is no such output gives no data or less of it. */
 nlohmann::json screenData(const std::string& output);

@@ -3,6 +3,7 @@
 #include "DiscViewIds.h"
 #include "DiscViewItems.h"
 #include "base/Paths.h"
+#include "services/ctl/AnswerData.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -44,15 +45,6 @@ HeadUnitOptions headUnit(const std::string& folder) {
     options.launcher = LauncherMode::Passive;
     options.clock = ClockMode::Manual;
     return options;
-}
-
-std::vector<std::string> split(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
 }
 
 std::string number(int value) {
@@ -213,14 +205,14 @@ void FaultyUnit::touchRow(ApplicationRun& application, int page, int row) {
 }
 
 std::vector<std::string> FaultyUnit::logLines() {
-    return split(m_server->run({"log"}).out);
+    return outputLines(m_server->run({"log"}).out);
 }
 
 /** Of the objects' present text: JSON values that are cut. */
 std::vector<std::string> FaultyUnit::brokenLines() {
     std::vector<std::string> broken;
-    for (const auto& object : split(m_server->run({"pps", "ls"}).out)) {
-        for (const auto& line : split(m_server->run({"pps", "get", object}).out)) {
+    for (const auto& object : outputLines(m_server->run({"pps", "ls"}).out)) {
+        for (const auto& line : outputLines(m_server->run({"pps", "get", object}).out)) {
             constexpr std::string_view Mark = ":json:";
             const size_t at = line.find(Mark);
             if (at != std::string::npos && !Json::accept(line.substr(at + Mark.size()))) {

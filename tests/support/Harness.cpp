@@ -1,6 +1,7 @@
 #include "tests/support/Harness.h"
 
 #include "services/bench/PpsText.h"
+#include "services/ctl/AnswerData.h"
 #include "tests/support/Application.h"
 #include "tests/support/UnitServer.h"
 
@@ -11,7 +12,6 @@
 #include <stdlib.h>
 
 #include <filesystem>
-#include <sstream>
 
 namespace zm::test {
 
@@ -57,15 +57,6 @@ std::string joined(const std::vector<std::string>& words) {
         text += (text.empty() ? "" : " ") + word;
     }
     return text;
-}
-
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> result;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        result.push_back(line);
-    }
-    return result;
 }
 
 std::vector<std::string> numbers(std::initializer_list<int> values) {
@@ -246,14 +237,14 @@ std::vector<std::string> Unit::published(const std::string& object) const {
 
 std::string Unit::attribute(const std::string& object, const std::string& name) {
     std::string value;
-    for (const auto& line : lines(must({"pps", "get", object}))) {
+    for (const auto& line : outputLines(must({"pps", "get", object}))) {
         ppsValue(line, name, value);
     }
     return value;
 }
 
 std::vector<std::string> Unit::requests() {
-    return lines(must({"requests"}));
+    return outputLines(must({"requests"}));
 }
 
 void Unit::clearRequests() {
@@ -261,7 +252,7 @@ void Unit::clearRequests() {
 }
 
 std::vector<std::string> Unit::log() const {
-    return lines(must({"log"}));
+    return outputLines(must({"log"}));
 }
 
 std::vector<std::string> Unit::log(const std::string& text) const {

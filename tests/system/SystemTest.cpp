@@ -1,10 +1,11 @@
 #include "tests/system/SystemTest.h"
 
+#include "services/ctl/AnswerData.h"
+
 #include <signal.h>
 #include <stdlib.h>
 
 #include <filesystem>
-#include <sstream>
 #include <thread>
 
 namespace zm::test {
@@ -86,12 +87,7 @@ void SystemTest::settle() {
 }
 
 std::vector<std::string> SystemTest::lines(const Words& words) {
-    std::vector<std::string> result;
-    std::istringstream stream(must(words));
-    for (std::string line; std::getline(stream, line);) {
-        result.push_back(line);
-    }
-    return result;
+    return outputLines(must(words));
 }
 
 Json SystemTest::screen() {

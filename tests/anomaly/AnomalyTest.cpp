@@ -116,6 +116,6 @@ TEST_P(Anomaly, EveryCallMayFailOnce) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, Anomaly, testing::ValuesIn(Rows),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace zm::test

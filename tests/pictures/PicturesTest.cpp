@@ -34,7 +34,7 @@ struct Variant {
 
 /** In an order in which each differs from the one before by one switch. */
 std::vector<Variant> variants(const PictureRow& row) {
-    std::vector<Variant> all = {{"en", "day"}, {"en", "night"}, {"ar", "night"}};
+    std::vector<Variant> all = {{"en", "day"}, {"en", "night"}, {"ar", "day"}, {"ar", "night"}};
     if (row.also) {
         all.push_back({row.also, "night"});
     }

@@ -148,6 +148,18 @@ TEST_F(QdbConnectedTest, ResultsThatNobodyFreesDoNotPileUp) {
     EXPECT_EQ(number(sixteenth, 0, 0), 84) << "the latest 16 are kept";
 }
 
+TEST_F(QdbConnectedTest, OfLargeResultsThatNobodyFreesOnlyTheLatestAreKept) {
+    const size_t before = qdbResultCount();
+    qdb_result_t* latest[2] = {};
+    for (int i = 0; i < 10; ++i) {
+        latest[0] = latest[1];
+        latest[1] = query(("SELECT " + std::to_string(i) + ", printf('%.*c', 12000000, 'x')").c_str());
+    }
+    EXPECT_LE(qdbResultCount(), before + 2);
+    EXPECT_EQ(number(latest[0], 0, 0), 8);
+    EXPECT_EQ(number(latest[1], 0, 0), 9);
+}
+
 TEST_F(QdbConnectedTest, AnotherThreadsResultIsKeptHoweverManyThisThreadFetches) {
     qdb_result_t* result = nullptr;
     std::mutex turn;

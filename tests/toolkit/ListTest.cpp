@@ -61,6 +61,21 @@ TEST_F(List, rowsAreDescribedWithTextsAndIconsBySlot) {
     EXPECT_EQ(rows[1], (nlohmann::json{{"text", ""}, {"icons", {{"2", 0}}}}));
 }
 
+TEST_F(List, aRowsTextMayBeSetAsOftenAsOneLikes) {
+    for (int row = 0; row < 3; ++row) {
+        list->InsertItem(row, -1);
+    }
+    list->SetItemString(0, L"", 1);
+    list->SetItemString(2, L"stays", 1);
+    for (int turn = 0; turn < 10000; ++turn) {
+        list->SetItemString(1, (L"Käse " + std::to_wstring(turn)).c_str(), 0);
+    }
+    const auto rows = stage.item(24, 2000)["rows"];
+    EXPECT_EQ(rows[0]["text"], "");
+    EXPECT_EQ(rows[1]["text"], "Käse 9999");
+    EXPECT_EQ(rows[2]["text"], "stays");
+}
+
 TEST_F(List, callsOnRowsThatDoNotExistDoNothing) {
     stage.fill(*list, 3);
     EXPECT_FALSE(list->InsertItem(5, -1));

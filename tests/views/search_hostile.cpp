@@ -103,7 +103,7 @@ TEST_F(SearchHostile, AListOf65535RowsIsShownWhole) {
     onList(WND_MEDIA_LIST, [](CUI_BtList& control) {
         ASSERT_EQ(control.GetItemCount(), 65535);
         const auto& last = control.impl().rows.back();
-        EXPECT_EQ(last.text, "65535  song 65535");
+        EXPECT_EQ(control.impl().text(last), "65535  song 65535");
         EXPECT_EQ(last.icons[ROW_SLOT_PLAYING], ICON_ROW_PLAYING);
         EXPECT_EQ(control.impl().current, 65534);
     });

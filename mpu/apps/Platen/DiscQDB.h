@@ -5,7 +5,9 @@
 #include <pthread.h>
 #include <qdb/qdb.h>
 
+#include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -36,6 +38,7 @@ enum QUE_BASE_EN { QUE_BASE_MEDIA = 1, QUE_BASE_FOLDER = 2 };
 
 /** Size in bytes of the name buffers that callers provide, with the final NUL. */
 constexpr int DISC_NAME_SIZE = 260;
+using DiscName = std::array<char, DISC_NAME_SIZE>;
 
 /** One row of a list. */
 struct T_PLAY_LIST_ITEM {
@@ -108,6 +111,8 @@ public:
     bool GetVecList_Data_Type(int nFromType, int nLine, int& nType);
     /** The row's name into a buffer of DISC_NAME_SIZE bytes, cut at a whole character. */
     bool GetVecList_Data(int nFromType, int nLine, char* szName);
+    /** The names of some rows from nLine on, as GetVecList_Data gives each, without locking for each. */
+    void GetVecList_Names(int nFromType, int nLine, std::span<DiscName> names);
     /**
      * Position, counted from 1, of the first row with that file and folder id and the list's own type; false
      * if there is none. Only sources 6 to 9 are searched; others give true and leave nIndex.
@@ -136,6 +141,7 @@ private:
     void ReadFolderRows(qdb_result_t* result);
     static void ReadName(qdb_result_t* result, int nRow, int nColumn, std::string& strName);
     void AppendRow(const T_PLAY_LIST_ITEM& item);
+    void DropOldRows();
 
     PlayList m_vecAudioList;
     PlayList m_vecVideoList;
@@ -144,6 +150,9 @@ private:
     PlayList m_vecVideoFolderList;
     PlayList m_vecPhotoFolderList;
     PlayList m_vecSearchList;
+    /** Of the list that a query has cleared: their memory serves its new rows. Empty when its task has ended.
+     */
+    PlayList m_vecOldRows;
     PlayList* m_pCurVec = nullptr;
     pthread_mutex_t m_mutex;
     CDiscData* m_pDiscData;

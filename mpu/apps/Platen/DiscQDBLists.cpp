@@ -48,6 +48,7 @@ void DiscQDB::QueryPlayListCmd(std::string sql, int nFromType, std::string subSq
             m_strSubSql = std::move(subSql);
         }
         m_pCurVec = &(this->*pSource->list);
+        m_pCurVec->swap(m_vecOldRows);
         m_pCurVec->clear();
     }
     DoIt();
@@ -93,6 +94,19 @@ bool DiscQDB::GetVecList_Data_Type(int nFromType, int nLine, int& nType) {
 bool DiscQDB::GetVecList_Data(int nFromType, int nLine, char* szName) {
     return ReadLine(nFromType, nLine,
                     [&](const T_PLAY_LIST_ITEM& item) { CopyText(szName, DISC_NAME_SIZE, item.strName); });
+}
+
+void DiscQDB::GetVecList_Names(int nFromType, int nLine, std::span<DiscName> names) {
+    const SourceRow* pSource = FindSource(nFromType);
+    if (!pSource || nLine < 0) {
+        return;
+    }
+    MutexGuard guard(m_mutex);
+    const PlayList& list = this->*pSource->list;
+    for (size_t i = static_cast<size_t>(nLine); i < list.size() && !names.empty(); ++i) {
+        CopyText(names.front().data(), DISC_NAME_SIZE, list[i].strName);
+        names = names.subspan(1);
+    }
 }
 
 bool DiscQDB::GetVecList_Data_Index(int nFromType, int nFid, int nFolder, int& nIndex) {

@@ -16,6 +16,7 @@ void DiscQDB::DealWithTask() {
     SetFinishFlag(false);
     QueryPlayList();
     QueryFolderSubList();
+    DropOldRows();
     SetFinishFlag(true);
 }
 
@@ -152,7 +153,19 @@ int DiscQDB::ExpectRows(qdb_result_t* result) {
 void DiscQDB::AppendRow(const T_PLAY_LIST_ITEM& item) {
     MutexGuard guard(m_mutex);
     // The list may have been changed under the running task, or taken away by a new disc.
-    if (m_pCurVec) {
-        m_pCurVec->push_back(item);
+    if (!m_pCurVec) {
+        return;
     }
+    if (m_vecOldRows.empty()) {
+        m_pCurVec->push_back(item);
+    } else {
+        m_pCurVec->push_back(std::move(m_vecOldRows.back()));
+        m_vecOldRows.pop_back();
+        m_pCurVec->back() = item;
+    }
+}
+
+void DiscQDB::DropOldRows() {
+    MutexGuard guard(m_mutex);
+    m_vecOldRows.clear();
 }

@@ -8,11 +8,15 @@
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUI_BtList.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr int TICKS_TO_WAIT = 5;
 constexpr int FTYPE_NONE = 0; ///< matches no row
 constexpr int NO_ROW_DATA = -1;
+constexpr int NAMES_AT_ONCE =
+    16; ///< read under one lock, which the worker then waits for no longer than a moment
 
 } // namespace
 
@@ -121,14 +125,16 @@ void DiscView::InsertRows(const ListSource& source, CUI_BtList& list, int nCount
     LOGBASE(LOG_LEV_TRACE, "InsertUIListData",
             "[DiscView::InsertUIListData]----nCount=%d, nStartIndex=%d,nInsertCount=%d\n", nCount, nStart,
             nCount - nStart);
-    for (int i = nStart; i < nCount; ++i) {
-        char szName[DISC_NAME_SIZE] = {};
-        m_discDb.GetVecList_Data(source.from, i, szName);
-        wchar_t text[WIDE_TEXT_SIZE];
-        FormatWide(text, L"%d  %s", i + 1, szName);
-        list.InsertItem(i, NO_ROW_DATA);
-        list.SetItemICon(i, source.rowIcon, ITEM_STATE_ALL, ROW_SLOT_KIND, 1);
-        list.SetItemString(i, text, 1);
+    for (int i = nStart; i < nCount; i += NAMES_AT_ONCE) {
+        DiscName names[NAMES_AT_ONCE] = {};
+        m_discDb.GetVecList_Names(source.from, i, names);
+        for (int nRow = i; nRow < std::min(i + NAMES_AT_ONCE, nCount); ++nRow) {
+            wchar_t text[WIDE_TEXT_SIZE];
+            FormatWide(text, L"%d  %s", nRow + 1, names[nRow - i].data());
+            list.InsertItem(nRow, NO_ROW_DATA);
+            list.SetItemICon(nRow, source.rowIcon, ITEM_STATE_ALL, ROW_SLOT_KIND, 1);
+            list.SetItemString(nRow, text, 1);
+        }
     }
 }
 

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
-#include <string_view>
 
 namespace {
 
@@ -32,9 +31,6 @@ constexpr LeadRow LEADS[] = {
 /** Takes one character off `text`, or the longest start of an invalid one. */
 wchar_t TakeCharacter(const char*& text) {
     const auto lead = static_cast<uint8_t>(*text++);
-    if (lead <= LEADS[0].last) {
-        return lead; // nearly every character: long lists are formatted row by row
-    }
     const LeadRow* row = std::find_if(std::begin(LEADS), std::end(LEADS), [lead](const LeadRow& candidate) {
         return lead >= candidate.first && lead <= candidate.last;
     });
@@ -69,6 +65,17 @@ public:
         }
     }
     void PutText(const char* text) {
+        const std::size_t length = std::strlen(text);
+        uint8_t all = 0;
+        for (std::size_t i = 0; i < length; ++i) {
+            all |= static_cast<uint8_t>(text[i]);
+        }
+        if (all <= LEADS[0].last) { // nearly every text: long lists are formatted row by row
+            const std::size_t fitting = std::min(length, static_cast<std::size_t>(m_pLast - m_pAt));
+            std::copy(text, text + fitting, m_pAt);
+            m_pAt += fitting;
+            return;
+        }
         while (*text && m_pAt < m_pLast) {
             *m_pAt++ = TakeCharacter(text);
         }
@@ -76,7 +83,7 @@ public:
     /** `conversion` is that of a number, from its % to its letter. */
     void PutNumber(const char* conversion, const WideArgument& argument) {
         char text[400]; // the longest number printed with "%f" has 309 digits before the point
-        if (argument.GetKind() == WideArgument::Kind::Integer && std::string_view(conversion) == "%d") {
+        if (argument.GetKind() == WideArgument::Kind::Integer && conversion[1] == 'd') {
             *std::to_chars(text, std::end(text), argument.Integer()).ptr = '\0';
             PutText(text);
             return;

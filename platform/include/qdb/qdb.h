@@ -3,7 +3,7 @@
 /*
  * Access to a database. Threads may share a handle if they take turns; a result is a full copy that outlives
  * both the next statement and the handle. Results live until qdb_freeresult; of those that nobody frees, the
- * latest 16 that a thread fetched.
+ * latest 16 that a thread fetched, or fewer when they take more than 16 MB, but always two.
  */
 
 #ifdef __cplusplus

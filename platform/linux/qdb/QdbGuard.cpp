@@ -60,7 +60,9 @@ void QdbGuard::begin(const std::string& statement) {
 }
 
 bool QdbGuard::accepts(sqlite3_stmt* statement) {
-    if (!m_insertTable && !sqlite3_stmt_readonly(statement)) {
+    // What gives no columns reads nothing, though it may find nothing to write either.
+    const bool reads = sqlite3_stmt_readonly(statement) && sqlite3_column_count(statement) > 0;
+    if (!m_insertTable && !reads) {
         m_objection = REFUSED;
     }
     return !m_objection;

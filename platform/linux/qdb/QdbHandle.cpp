@@ -92,6 +92,8 @@ int qdb_hdl::open() {
     m_device = info.st_dev;
     m_inode = info.st_ino;
     sqlite3_busy_timeout(db, m_busyTimeout);
+    // The catalogue of a full disc stays in memory from one look at its lists to the next.
+    sqlite3_exec(db, "PRAGMA cache_size = -8192;", nullptr, nullptr, nullptr);
     sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     m_guard.attach(db);

@@ -10,9 +10,8 @@
 
 namespace {
 
-constexpr size_t BLOCK_WORDS = 8192;
-constexpr uint64_t LAST_BYTE = uint64_t{0xff} << 56;
 constexpr int KEPT_PER_THREAD = 16;
+constexpr size_t KEPT_BYTES_PER_THREAD = 16 * 1024 * 1024;
 
 struct HandedOut {
     std::mutex mutex;
@@ -28,29 +27,11 @@ HandedOut& handedOut() {
 
 } // namespace
 
-uint64_t* qdb_result::take(size_t words) {
-    if (words > m_freeWords) {
-        m_freeWords = std::max(words, BLOCK_WORDS);
-        m_bytes += m_freeWords * sizeof(uint64_t);
-        m_free = m_blocks.emplace_back(std::make_unique_for_overwrite<uint64_t[]>(m_freeWords)).get();
-    }
-    uint64_t* taken = m_free;
-    m_free += words;
-    m_freeWords -= words;
-    m_cells.push_back(taken);
-    return taken;
-}
-
-void qdb_result::addNumber(const void* eightBytes) {
-    uint64_t word = 0;
-    std::memcpy(&word, eightBytes, sizeof word);
-    // Nearly every number has its zero byte within itself, as the last one.
-    const bool endsItself = (word & LAST_BYTE) == 0;
-    uint64_t* at = take(endsItself ? 1 : 2);
-    at[0] = word;
-    if (!endsItself) {
-        at[1] = 0;
-    }
+void qdb_result::addBlock(size_t words) {
+    const size_t size = std::max(words, blockWords);
+    m_block = m_blocks.emplace_back(std::make_unique_for_overwrite<uint64_t[]>(size)).get();
+    m_bytes += size * sizeof(uint64_t);
+    m_usedWords = 0;
 }
 
 void qdb_result::addText(std::string_view text) {
@@ -67,16 +48,28 @@ void* qdb_result::cell(int row, int column) {
         return nullptr;
     }
     const size_t at = static_cast<size_t>(row) * static_cast<size_t>(columns) + static_cast<size_t>(column);
-    return at < m_cells.size() ? m_cells[at] : nullptr;
+    if (at >= m_cells.size() || m_cells[at] == nullCell) {
+        return nullptr;
+    }
+    return &m_blocks[m_cells[at] >> wordBits][m_cells[at] % blockWords];
 }
 
 qdb_result_t* zm::qdbHandOut(std::unique_ptr<qdb_result> result) {
     result->reader = std::this_thread::get_id();
-    auto sameReader = [reader = result->reader](const auto& other) { return other->reader == reader; };
     auto& [mutex, results] = handedOut();
     std::lock_guard guard(mutex);
-    if (std::count_if(results.begin(), results.end(), sameReader) >= KEPT_PER_THREAD) {
-        results.erase(std::find_if(results.begin(), results.end(), sameReader));
+    int kept = 1; // the new one; the latest before it stays in any case
+    size_t bytes = result->bytes();
+    for (auto other = results.end(); other != results.begin();) {
+        --other;
+        if ((*other)->reader != result->reader) {
+            continue;
+        }
+        ++kept;
+        bytes += (*other)->bytes();
+        if (kept > KEPT_PER_THREAD || (kept > 2 && bytes > KEPT_BYTES_PER_THREAD)) {
+            other = results.erase(other);
+        }
     }
     return results.emplace_back(std::move(result)).get();
 }

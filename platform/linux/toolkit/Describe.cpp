@@ -18,7 +18,7 @@ json describeRows(const CUI_BtList::Impl& list) {
                 icons[std::to_string(slot)] = row.icons[slot];
             }
         }
-        rows.push_back({{"text", row.text}, {"icons", std::move(icons)}});
+        rows.push_back({{"text", list.text(row)}, {"icons", std::move(icons)}});
     }
     return rows;
 }

@@ -161,20 +161,33 @@ LayoutPtr FontBook::glyph(const std::string& text, double pixels) {
 }
 
 std::string fromWide(const wchar_t* text) {
-    constexpr wchar_t lastOfOneByte = 0x7f;
-    // Nearly every text of a long list has nothing else.
-    const wchar_t* end = text;
-    while (*end > 0 && *end <= lastOfOneByte) {
-        ++end;
+    std::string bytes;
+    appendWide(bytes, text);
+    return bytes;
+}
+
+void appendWide(std::string& bytes, const wchar_t* text) {
+    constexpr gunichar oneByte = 0x7f;
+    const size_t length = std::wcslen(text);
+    gunichar all = 0;
+    for (size_t i = 0; i < length; ++i) {
+        all |= static_cast<gunichar>(text[i]);
     }
-    std::string bytes(text, end);
-    for (text = end; *text; ++text) {
-        const auto character = static_cast<gunichar>(*text);
+    if (all <= oneByte) { // nearly every text of a long list
+        const size_t start = bytes.size();
+        bytes.resize(start + length);
+        char* at = bytes.data() + start;
+        for (size_t i = 0; i < length; ++i) {
+            at[i] = static_cast<char>(text[i]);
+        }
+        return;
+    }
+    for (size_t i = 0; i < length; ++i) {
+        const auto character = static_cast<gunichar>(text[i]);
         char buffer[6];
         const bool valid = g_unichar_validate(character);
         bytes.append(buffer, static_cast<size_t>(g_unichar_to_utf8(valid ? character : 0xFFFD, buffer)));
     }
-    return bytes;
 }
 
 std::string drawable(const std::string& text) {

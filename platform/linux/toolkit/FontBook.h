@@ -57,6 +57,8 @@ private:
 
 /** UTF-8 of 32-bit characters; what is no character becomes U+FFFD. */
 std::string fromWide(const wchar_t* text);
+/** The same, behind what `bytes` holds already. */
+void appendWide(std::string& bytes, const wchar_t* text);
 /** The text as it can be drawn in one line: valid UTF-8 without control characters, at most 600 bytes. */
 std::string drawable(const std::string& text);
 

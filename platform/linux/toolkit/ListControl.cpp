@@ -2,8 +2,21 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using zm::Rect;
+
+void CUI_BtList::Impl::setText(Row& row, const wchar_t* text) {
+    texts.drop(row.text);
+    row.text = texts.add(text);
+    if (texts.wasteful()) {
+        zm::TextPool packed;
+        for (Row& each : rows) {
+            each.text = packed.take(texts, each.text);
+        }
+        texts = std::move(packed);
+    }
+}
 
 double CUI_BtList::Impl::rowHeight() const {
     return static_cast<double>(item.spec.rect.h) / pages.style(item).rows;
@@ -34,10 +47,11 @@ int CUI_BtList::Impl::rowAt(int x, int y) const {
 
 void CUI_BtList::Impl::drawRow(int index) {
     // Nearly every row of a long list that is filled lies outside the view, by more than rounding could
-    // matter.
-    const double height = rowHeight();
-    const double above = index * height - scroll;
-    const bool nearView = above < item.spec.rect.h + height && above > -2 * height;
+    // matter. In parts of a pixel, as many as rows are in view, so that nothing has to be divided.
+    const double rowsInView = pages.style(item).rows;
+    const double height = item.spec.rect.h;
+    const double above = index * height - scroll * rowsInView;
+    const bool nearView = above < (rowsInView + 1) * height && above > -2 * height;
     if (nearView && item.onPage()) {
         pages.damage(item.window, rowRect(index).intersected(item.spec.rect));
     }
@@ -88,6 +102,7 @@ bool CUI_BtList::InsertItem(int index, int) {
 
 bool CUI_BtList::DeleteAllItems() {
     m_pImpl->rows.clear();
+    m_pImpl->texts.clear();
     m_pImpl->keptRows.clear();
     m_pImpl->current = -1;
     m_pImpl->scroll = 0;
@@ -116,7 +131,7 @@ bool CUI_BtList::SetItemString(int index, const wchar_t* text, int redraw) {
     if (!m_pImpl->has(index) || !text) {
         return false;
     }
-    m_pImpl->rows[static_cast<size_t>(index)].text = zm::fromWide(text);
+    m_pImpl->setText(m_pImpl->rows[static_cast<size_t>(index)], text);
     if (redraw) {
         m_pImpl->drawRow(index);
     } else {

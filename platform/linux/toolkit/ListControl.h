@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/toolkit/Pages.h"
+#include "platform/linux/toolkit/TextPool.h"
 #include "zmui/CUI_BtList.h"
 
 #include <array>
@@ -17,7 +18,7 @@ struct CUI_BtList::Impl {
     static constexpr int noPicture = -1; ///< nothing was ever put into the slot
 
     struct Row {
-        std::string text;
+        zm::TextPool::Place text; ///< in `texts`
         std::array<int32_t, slots> icons{noPicture, noPicture, noPicture, noPicture};
     };
 
@@ -26,10 +27,13 @@ struct CUI_BtList::Impl {
     zm::Pages& pages;
     zm::Item& item;
     std::vector<Row> rows;
+    zm::TextPool texts;
     int current = -1;
     double scroll = 0; ///< pixels between the top of row 0 and the top of the view
 
     bool has(int index) const { return index >= 0 && index < static_cast<int>(rows.size()); }
+    std::string text(const Row& row) const { return std::string(texts.at(row.text)); }
+    void setText(Row& row, const wchar_t* text);
     double rowHeight() const;
     /** The row at the top of the view; the nearest one while the list moves. */
     int top() const;

@@ -78,7 +78,7 @@ void Painter::paintRow(CUI_BtList::Impl& list, int index) {
         m_pictures.draw(m_cairo, row.icons[markSlot], last, y, icon, style.look(LookState::Selected).icon);
         inner = {rtl ? inner.x + taken : inner.x, inner.y, inner.w - taken, inner.h};
     }
-    paintText(keptRow(list, index), {row.text, ofLanguage()}, inner, style, look, Align::Start);
+    paintText(keptRow(list, index), {list.text(row), ofLanguage()}, inner, style, look, Align::Start);
 }
 
 void Painter::paintScrollBar(const CUI_BtList::Impl& list) {

@@ -104,6 +104,37 @@ TEST_F(DiscQDBQueryTest, AQueryClearsItsListOnly) {
     EXPECT_EQ(size(LIST_FROM_SEARCH), 3);
 }
 
+TEST_F(DiscQDBQueryTest, AListFilledAgainHasTheNewRowsOnly) {
+    sql("DELETE FROM files; INSERT INTO files VALUES (1, 1, 1, 'a'),"
+        " (2, 1, 1, 'a name of many characters, so that it needs memory of its own');");
+    begin();
+    const std::string all = "SELECT fid,folderid,ftype,filename FROM files ORDER BY fid;";
+    query(all, LIST_FROM_ALL_AUDIO);
+    ASSERT_EQ(size(LIST_FROM_ALL_AUDIO), 2);
+    sql("UPDATE files SET filename = 'short' WHERE fid = 2;"
+        "INSERT INTO files VALUES (3, 2, 3, 'one more');");
+    query(all, LIST_FROM_ALL_AUDIO);
+    EXPECT_THAT(rows(LIST_FROM_ALL_AUDIO), ElementsAre("1/1/1/a", "2/1/1/short", "3/2/3/one more"));
+    query("SELECT fid,folderid,ftype,filename FROM files WHERE fid = 3;", LIST_FROM_ALL_AUDIO);
+    EXPECT_THAT(rows(LIST_FROM_ALL_AUDIO), ElementsAre("3/2/3/one more"));
+}
+
+TEST_F(DiscQDBQueryTest, NamesOfSeveralRowsEndWithTheList) {
+    sql("DELETE FROM files; INSERT INTO files VALUES (1, 1, 1, 'a'), (2, 1, 1, 'b'), (3, 1, 1, 'c');");
+    begin();
+    query("SELECT fid,folderid,ftype,filename FROM files ORDER BY fid;", LIST_FROM_ALL_AUDIO);
+    auto names = [&](int source, int line) {
+        DiscName read[2] = {};
+        m_db.GetVecList_Names(source, line, read);
+        return std::string(read[0].data()) + "|" + read[1].data();
+    };
+    EXPECT_EQ(names(LIST_FROM_ALL_AUDIO, 0), "a|b");
+    EXPECT_EQ(names(LIST_FROM_ALL_AUDIO, 2), "c|");
+    EXPECT_EQ(names(LIST_FROM_ALL_AUDIO, 3), "|");
+    EXPECT_EQ(names(LIST_FROM_ALL_AUDIO, -1), "|") << "left as it was";
+    EXPECT_EQ(names(LIST_FROM_SEARCH + 1, 0), "|");
+}
+
 TEST_F(DiscQDBQueryTest, SourcesThatDoNotExistDoNothing) {
     begin();
     query(MUSIC, LIST_FROM_ALL_AUDIO);

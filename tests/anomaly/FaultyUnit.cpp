@@ -10,7 +10,6 @@
 #include <stdlib.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <sstream>
 #include <thread>
 
@@ -26,14 +25,10 @@ constexpr int RowsInView = 5;
 constexpr auto StartLimit = 6s;
 constexpr auto EndLimit = 5s;
 
-std::string prepare(const std::string& catalogue) {
-    char folder[] = "/tmp/zm-anomaly-XXXXXX";
-    EXPECT_NE(mkdtemp(folder), nullptr);
-    setenv("ZM_RUNTIME", folder, 1);
+void setSurroundings(const std::string& catalogue) {
     setenv("ZM_CATALOGUE", catalogue.c_str(), 1);
     setenv("ZM_RCC_PATH", ZM_BINARY_DIR "/share/rccs/", 1);
     setenv("ZM_FONT_PATH", ZM_BINARY_DIR "/share/fonts/", 1);
-    return folder;
 }
 
 HeadUnitOptions headUnit(const std::string& folder) {
@@ -72,17 +67,12 @@ std::string Outcome::text() const {
     return text.str();
 }
 
-FaultyUnit::FaultyUnit() : m_folder(prepare(m_catalogue.path())) {
+FaultyUnit::FaultyUnit() {
+    setSurroundings(m_catalogue.path());
     m_catalogue.files(Files, Catalogue::Music, "song");
     m_catalogue.folder(1, 0, Catalogue::Music, "root", 0, Files);
-    m_server = std::make_unique<UnitServer>(headUnit(m_folder));
+    m_server = std::make_unique<UnitServer>(headUnit(m_folder.path()));
     EXPECT_EQ(m_server->start(), "");
-}
-
-FaultyUnit::~FaultyUnit() {
-    m_server.reset();
-    std::error_code error;
-    std::filesystem::remove_all(m_folder, error);
 }
 
 Outcome FaultyUnit::run(FaultKind kind, int number) {
@@ -90,7 +80,7 @@ Outcome FaultyUnit::run(FaultKind kind, int number) {
     const size_t logBegin = logLines().size();
     m_commands = m_server->published(Control).size();
     m_settles = true;
-    ApplicationRun application(m_folder, kind, number);
+    ApplicationRun application(m_folder.path(), kind, number);
     if (waitForPage(application)) {
         note(outcome, "started", true);
         story(application, outcome);

@@ -3,6 +3,7 @@
 #include "services/bench/JsonMessage.h"
 #include "tests/anomaly/ApplicationRun.h"
 #include "tests/support/Catalogue.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnitServer.h"
 
 #include <memory>
@@ -31,7 +32,6 @@ struct Outcome {
 class FaultyUnit {
 public:
     FaultyUnit();
-    ~FaultyUnit();
 
     /**
      * Start, resume, a disc with a catalogue, its play page, the list of its files opened and filled, a
@@ -52,7 +52,7 @@ private:
     std::vector<std::string> brokenLines();
 
     Catalogue m_catalogue;
-    std::string m_folder;
+    RuntimeFolder m_folder;
     std::unique_ptr<UnitServer> m_server;
     bool m_settles = true; ///< in this run
     size_t m_commands = 0; ///< published before this run

@@ -1,10 +1,9 @@
 #include "services/bench/ShellServer.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
-
-#include <filesystem>
 
 namespace zm {
 
@@ -14,15 +13,11 @@ using namespace std::chrono_literals;
 class ShellServerTest : public testing::Test {
 protected:
     ShellServerTest() {
-        char path[] = "/tmp/zm-shell-XXXXXX";
-        EXPECT_NE(mkdtemp(path), nullptr);
-        folder = path;
         server = std::make_unique<ShellServer>(loop, folder + "/shell.sock");
         server->welcome = [] { return Json{{"language", "en"}}; };
         server->onGone = [this](bool inOrder) { ends.push_back(inOrder); };
         EXPECT_TRUE(server->start());
     }
-    ~ShellServerTest() override { std::filesystem::remove_all(folder); }
 
     SyncConnection connect() {
         auto fd = connectUnix(folder + "/shell.sock");
@@ -55,7 +50,8 @@ protected:
     }
 
     EventLoop loop;
-    std::string folder;
+    const test::TemporaryFolder temporary;
+    const std::string& folder = temporary.path();
     std::unique_ptr<ShellServer> server;
     std::vector<bool> ends;
 };

@@ -6,7 +6,6 @@
 
 #include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
 #include <unistd.h>
 
 namespace zm::test {
@@ -28,10 +27,7 @@ std::vector<json> ofKind(const std::vector<json>& messages, const std::string& k
 } // namespace
 
 FakeHeadUnit::FakeHeadUnit(json start, Welcome welcome) : m_start(std::move(start)), m_welcome(welcome) {
-    char pattern[] = "/tmp/zm-framework-XXXXXX";
-    m_folder = mkdtemp(pattern);
-    setenv("ZM_RUNTIME", m_folder.c_str(), 1);
-    m_pps = std::make_unique<PpsService>(m_loop, ppsSocket(m_folder));
+    m_pps = std::make_unique<PpsService>(m_loop, ppsSocket(folder()));
     EXPECT_TRUE(m_pps->start());
     serve();
     m_thread = std::thread([this] { m_loop.run(); });
@@ -40,7 +36,6 @@ FakeHeadUnit::FakeHeadUnit(json start, Welcome welcome) : m_start(std::move(star
 FakeHeadUnit::~FakeHeadUnit() {
     m_loop.quit();
     m_thread.join();
-    std::filesystem::remove_all(m_folder);
 }
 
 void FakeHeadUnit::serve() {
@@ -53,8 +48,8 @@ void FakeHeadUnit::serve() {
         EXPECT_TRUE(listener->listen(path)) << path;
         return listener;
     };
-    m_shellListener = listen(shellSocket(m_folder), m_shell, &FakeHeadUnit::onShell);
-    m_screenListener = listen(screenSocket(m_folder), m_screen, &FakeHeadUnit::onScreen);
+    m_shellListener = listen(shellSocket(folder()), m_shell, &FakeHeadUnit::onShell);
+    m_screenListener = listen(screenSocket(folder()), m_screen, &FakeHeadUnit::onScreen);
 }
 
 void FakeHeadUnit::onShell(Message packet) {
@@ -231,7 +226,7 @@ void FakeHeadUnit::keepFrames(bool keep) {
 }
 
 PpsFile FakeHeadUnit::openPps(const std::string& path, int flags) {
-    auto file = PpsFile::open(ppsSocket(m_folder), path, flags, 0666);
+    auto file = PpsFile::open(ppsSocket(folder()), path, flags, 0666);
     if (!file) {
         ADD_FAILURE() << file.error();
         std::abort();

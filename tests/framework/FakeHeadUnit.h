@@ -4,6 +4,7 @@
 #include "base/Socket.h"
 #include "platform/linux/pps/PpsFile.h"
 #include "platform/linux/pps/PpsService.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -34,7 +35,7 @@ public:
     explicit FakeHeadUnit(json start = json::object(), Welcome welcome = Welcome::Normal);
     ~FakeHeadUnit();
 
-    const std::string& folder() const { return m_folder; }
+    const std::string& folder() const { return m_folder.path(); }
 
     void tell(const json& message);
     /** Sends and waits for the reply; the whole reply. */
@@ -71,7 +72,7 @@ private:
     json findWindow(const std::string& name);
     bool waitUntil(const std::function<bool()>& condition);
 
-    std::string m_folder;
+    RuntimeFolder m_folder;
     json m_start;
     Welcome m_welcome;
     bool m_keepFrames = false;

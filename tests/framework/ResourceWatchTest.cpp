@@ -1,4 +1,5 @@
 #include "platform/linux/framework/ResourceWatch.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -12,16 +13,12 @@ using namespace std::chrono_literals;
 class ResourceWatching : public testing::Test {
 protected:
     ResourceWatching() {
-        char pattern[] = "/tmp/zm-watch-XXXXXX";
-        EXPECT_NE(mkdtemp(pattern), nullptr);
-        folder = pattern;
         std::filesystem::create_directory(folder + "/shared");
         write("pages.zmrc_device");
         write("shared/styles.zmrc");
         const auto watched = watch.watch({folder + "/pages.zmrc_device", folder + "/shared/styles.zmrc"});
         EXPECT_TRUE(watched) << watched.error();
     }
-    ~ResourceWatching() override { std::filesystem::remove_all(folder); }
 
     void write(const std::string& name) { std::ofstream(folder + "/" + name) << "{}"; }
     /** Notices so far; inotify has them ready as soon as the file is closed. */
@@ -31,7 +28,8 @@ protected:
         return changes;
     }
 
-    std::string folder;
+    const zm::test::TemporaryFolder temporary;
+    const std::string& folder = temporary.path();
     int changes = 0;
     zm::EventLoop loop;
     zm::ResourceWatch watch{loop, [this] { ++changes; }};

@@ -23,16 +23,13 @@ constexpr milliseconds TwoSeconds(2000);
 } // namespace
 
 TEST(Start, FailsWithinTwoSecondsWithoutAHeadUnit) {
-    char pattern[] = "/tmp/zm-framework-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    setenv("ZM_RUNTIME", pattern, 1);
+    const RuntimeFolder folder;
     Oro::ZMCAR::ViewUI view;
     const auto start = Clock::now();
     testing::internal::CaptureStderr();
     EXPECT_FALSE(view.Init("/none/", "zmdisc", "MAIN.zmrc_device", "1-7-zelmar-disc", "/none/", 800, 480));
     EXPECT_LT(Clock::now() - start, TwoSeconds);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("no head unit"));
-    rmdir(pattern);
 }
 
 TEST(Start, FailsWithinTwoSecondsWhenTheHeadUnitDoesNotAnswer) {

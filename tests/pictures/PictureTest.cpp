@@ -1,6 +1,7 @@
 // The comparison itself: it can fail, and says where.
 
 #include "tests/pictures/Picture.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -31,16 +32,10 @@ Image pattern() {
 
 class PictureFile : public testing::Test {
 protected:
-    PictureFile() {
-        char folder[] = "/tmp/zm-picture-XXXXXX";
-        EXPECT_NE(mkdtemp(folder), nullptr);
-        m_folder = folder;
-    }
-    ~PictureFile() override { std::filesystem::remove_all(m_folder); }
-    std::string file() const { return m_folder + "/a.png"; }
+    std::string file() const { return m_folder.path() + "/a.png"; }
 
 private:
-    std::string m_folder;
+    TemporaryFolder m_folder;
 };
 
 } // namespace

@@ -7,8 +7,6 @@
 #include <sqlite3.h>
 #include <stdlib.h>
 
-#include <filesystem>
-
 namespace zm::test {
 
 namespace {
@@ -31,17 +29,12 @@ std::string numbers(std::initializer_list<int> values) {
 } // namespace
 
 Catalogue::Catalogue() {
-    char folder[] = "/tmp/zm-catalogue-XXXXXX";
-    EXPECT_NE(mkdtemp(folder), nullptr);
-    m_path = std::string(folder) + "/discdb.sqlite";
     EXPECT_EQ(sqlite3_open(m_path.c_str(), &m_db), SQLITE_OK) << m_path;
     sql(CatalogueTables);
 }
 
 Catalogue::~Catalogue() {
     sqlite3_close(m_db);
-    std::error_code error;
-    std::filesystem::remove_all(std::filesystem::path(m_path).parent_path(), error);
 }
 
 void Catalogue::file(int fid, int folder, Type type, const std::string& name) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <memory>
 #include <string>
 
@@ -29,7 +31,8 @@ public:
     void sql(const std::string& statement);
 
 private:
-    std::string m_path;
+    TemporaryFolder m_folder;
+    std::string m_path = m_folder.path() + "/discdb.sqlite";
     sqlite3* m_db = nullptr;
 };
 

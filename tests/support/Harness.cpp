@@ -3,6 +3,7 @@
 #include "services/bench/PpsText.h"
 #include "services/ctl/AnswerData.h"
 #include "tests/support/Application.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnitServer.h"
 
 #include "base/Paths.h"
@@ -11,25 +12,15 @@
 #include <signal.h>
 #include <stdlib.h>
 
-#include <filesystem>
-
 namespace zm::test {
 
 namespace {
 
 constexpr const char* Control = "zelmar/disc/control";
 
-std::string freshFolder() {
-    char folder[] = "/tmp/zm-unit-XXXXXX";
-    EXPECT_NE(mkdtemp(folder), nullptr);
-    return folder;
-}
-
 // The application reads its surroundings from the environment and ends by SIGTERM to its own process: both
 // are settled before any thread exists.
-std::string prepareProcess(const std::string& catalogue) {
-    const std::string folder = freshFolder();
-    setenv("ZM_RUNTIME", folder.c_str(), 1);
+void prepareProcess(const std::string& folder, const std::string& catalogue) {
     setenv("ZM_CATALOGUE", catalogue.empty() ? (folder + "/none.sqlite").c_str() : catalogue.c_str(), 1);
     setenv("ZM_RCC_PATH", ZM_SHARE_DIR "/rccs/", 1);
     setenv("ZM_FONT_PATH", ZM_SHARE_DIR "/fonts/", 1);
@@ -37,7 +28,6 @@ std::string prepareProcess(const std::string& catalogue) {
     sigemptyset(&ending);
     sigaddset(&ending, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
-    return folder;
 }
 
 HeadUnitOptions unitOptions(const std::string& folder) {
@@ -76,10 +66,11 @@ std::vector<std::string> command(std::vector<std::string> words, std::initialize
 } // namespace
 
 struct Unit::Impl {
-    explicit Impl(const UnitOptions& options)
-        : folder(prepareProcess(options.catalogue)), server(unitOptions(folder)) {}
+    explicit Impl(const UnitOptions& options) : server(unitOptions(folder.path())) {
+        prepareProcess(folder.path(), options.catalogue);
+    }
 
-    std::string folder;
+    RuntimeFolder folder;
     UnitServer server;
     std::unique_ptr<Application> application;
     size_t seenCommands = 0;
@@ -96,10 +87,6 @@ Unit::Unit(UnitOptions options) : m_impl(std::make_unique<Impl>(options)) {
 
 Unit::~Unit() {
     m_impl->application.reset();
-    const std::string folder = m_impl->folder;
-    m_impl.reset();
-    std::error_code error;
-    std::filesystem::remove_all(folder, error);
 }
 
 Unit::Answer Unit::run(const std::vector<std::string>& words) const {
@@ -291,7 +278,7 @@ bool Unit::endApplication() {
 }
 
 const std::string& Unit::runtimeDir() const {
-    return m_impl->folder;
+    return m_impl->folder.path();
 }
 
 } // namespace zm::test

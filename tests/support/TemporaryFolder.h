@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 
 namespace zm::test {
@@ -12,9 +13,15 @@ class TemporaryFolder {
 public:
     TemporaryFolder() {
         char pattern[] = "/tmp/zm-test-XXXXXX";
-        m_path = mkdtemp(pattern);
+        if (!mkdtemp(pattern)) {
+            throw std::runtime_error("no temporary folder");
+        }
+        m_path = pattern;
     }
-    ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
+    ~TemporaryFolder() {
+        std::error_code error; // what a test has removed itself is not there
+        std::filesystem::remove_all(m_path, error);
+    }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 

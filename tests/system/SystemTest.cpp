@@ -5,7 +5,6 @@
 #include <signal.h>
 #include <stdlib.h>
 
-#include <filesystem>
 #include <thread>
 
 namespace zm::test {
@@ -27,19 +26,11 @@ Words concat(Words left, const Words& right) {
 
 } // namespace
 
-SystemTest::SystemTest() {
-    char path[] = "/tmp/zm-system-XXXXXX";
-    EXPECT_NE(mkdtemp(path), nullptr);
-    folder = path;
-}
-
 SystemTest::~SystemTest() {
     m_watch.reset();
     if (bench) {
         endBench();
     }
-    std::error_code error;
-    std::filesystem::remove_all(folder, error);
 }
 
 void SystemTest::startBench(Words words) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
 #include "tests/system/Process.h"
 
 #include <gmock/gmock.h>
@@ -30,7 +31,6 @@ protected:
         std::string err;
     };
 
-    SystemTest();
     ~SystemTest() override;
 
     /** Starts zmbench and waits for its line "ready"; `words` are further arguments. */
@@ -64,7 +64,8 @@ protected:
     /** Asks again until `condition` holds, at most twenty seconds. */
     static bool eventually(const std::function<bool()>& condition);
 
-    std::string folder;
+    const TemporaryFolder temporary;
+    const std::string& folder = temporary.path();
     std::unique_ptr<Process> bench;
 
 private:

@@ -9,7 +9,7 @@ Status runInBackground(std::function<void()> task) {
     try {
         std::thread(std::move(task)).detach();
     } catch (const std::system_error& error) {
-        return Error{std::string("no thread to read with: ") + error.what()};
+        return Error{std::string("no thread can be started: ") + error.what()};
     }
     return ok();
 }

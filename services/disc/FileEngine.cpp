@@ -1,11 +1,11 @@
 #include "services/disc/FileEngine.h"
 
+#include "services/disc/Background.h"
 #include "services/disc/FileElement.h"
 #include "services/disc/FilePipeline.h"
 #include "services/disc/Log.h"
 
 #include <condition_variable>
-#include <thread>
 
 namespace zm::disc {
 
@@ -82,18 +82,23 @@ struct FileEngine::Worker {
     std::mutex mutex;
     std::condition_variable left;
     bool gone = false;
+    bool runs = false; ///< for the engine: there was a thread to start
 
     static std::shared_ptr<Worker> launch(const std::shared_ptr<FrameSink>& frames) {
         auto worker = std::make_shared<Worker>();
         worker->frames = frames;
-        std::thread([worker] {
+        const auto begun = runInBackground([worker] {
             initDecoders();
             worker->loop.run();
             worker->pipeline.reset();
             std::lock_guard lock(worker->mutex);
             worker->gone = true;
             worker->left.notify_all();
-        }).detach();
+        });
+        worker->runs = static_cast<bool>(begun);
+        if (!begun) {
+            logError("the decoder has %s\n", begun.error().c_str());
+        }
         return worker;
     }
 
@@ -121,7 +126,7 @@ FileEngine::FileEngine(EventLoop& home, std::shared_ptr<FrameSink> frames)
 FileEngine::~FileEngine() {
     drop();
     m_mailbox->close();
-    if (!m_worker->leave()) {
+    if (m_worker->runs && !m_worker->leave()) {
         logWarning("the decoder hangs and is left behind\n");
     }
 }
@@ -139,6 +144,17 @@ void FileEngine::start(const Playable& playable, EngineListener& listener, Milli
                        StartMode mode) {
     drop();
     m_listener = &listener;
+    if (!m_worker->runs) {
+        m_worker = Worker::launch(m_frames); // there may be a thread by now
+    }
+    if (!m_worker->runs) {
+        m_mailbox->post([this, generation = m_generation] {
+            if (m_generation == generation) {
+                m_listener->engineFailed("the decoder has no thread");
+            }
+        });
+        return;
+    }
     m_feed = std::make_shared<Feed>(playable.medium, playable.path);
     auto reporter = std::make_shared<Reporter>(*this, m_generation);
     m_worker->loop.post([worker = m_worker.get(), feed = m_feed, reporter, playable, position, mode] {

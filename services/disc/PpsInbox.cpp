@@ -5,6 +5,8 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 
+#include <system_error>
+
 namespace zm::disc {
 
 namespace {
@@ -15,12 +17,22 @@ constexpr int ReconnectMilliseconds = 100;
 } // namespace
 
 PpsInbox::PpsInbox(std::vector<Watch> watches, std::shared_ptr<Mailbox> home)
-    : m_watches(std::move(watches)), m_home(std::move(home)), m_stop(::eventfd(0, EFD_CLOEXEC)),
-      m_thread([this] { run(); }) {}
+    : m_watches(std::move(watches)), m_home(std::move(home)), m_stop(::eventfd(0, EFD_CLOEXEC)) {}
 
 PpsInbox::~PpsInbox() {
     ::eventfd_write(m_stop.get(), 1);
-    m_thread.join();
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
+}
+
+Status PpsInbox::start() {
+    try {
+        m_thread = std::thread([this] { run(); });
+    } catch (const std::system_error& error) {
+        return Error{std::string("the objects cannot be read, no thread can be started: ") + error.what()};
+    }
+    return ok();
 }
 
 void PpsInbox::run() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Result.h"
 #include "base/UniqueFd.h"
 #include "platform/linux/pps/PpsFile.h"
 #include "services/disc/Mailbox.h"
@@ -22,11 +23,14 @@ public:
 
     PpsInbox(std::vector<Watch> watches, std::shared_ptr<Mailbox> home);
     ~PpsInbox();
+    /** Begins to read. An error when the system has no thread to give. */
+    Status start();
     PpsInbox(const PpsInbox&) = delete;
     PpsInbox& operator=(const PpsInbox&) = delete;
 
 private:
     void run();
+
     std::vector<Watch> m_watches;
     std::shared_ptr<Mailbox> m_home;
     UniqueFd m_stop;

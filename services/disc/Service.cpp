@@ -119,7 +119,9 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
     std::unique_ptr<Service> service(new Service(loop, std::move(*state),
                                                  std::shared_ptr<Catalogue>(std::move(*catalogue)),
                                                  std::move(*control), makeEngine));
-    service->begin(disc);
+    if (auto begun = service->begin(disc); !begun) {
+        return Error{begun.error()};
+    }
     return service;
 }
 
@@ -134,7 +136,7 @@ Service::~Service() {
     m_mailbox->close();
 }
 
-void Service::begin(const std::string& disc) {
+Status Service::begin(const std::string& disc) {
     // What was asked before this run began is over; only what the drive remembers counts.
     m_control.read();
     m_state->statusFile().read();
@@ -156,6 +158,7 @@ void Service::begin(const std::string& disc) {
             {&m_state->statusFile(), [this](const std::string& text) { statusText(text); }},
         },
         m_mailbox);
+    return m_inbox->start();
 }
 
 void Service::controlText(const std::string& text) {

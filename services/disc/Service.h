@@ -32,7 +32,7 @@ public:
 private:
     Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
             PpsFile control, const EngineMaker& makeEngine);
-    void begin(const std::string& disc);
+    Status begin(const std::string& disc);
     void controlText(const std::string& text);
     void driveText(const std::string& text);
     void statusText(const std::string& text);

@@ -163,4 +163,27 @@ TEST_F(DiscAnomaly, EveryThreadThatReadsMayFailToStart) {
     everyCall(FaultKind::ThreadStart);
 }
 
+TEST_F(DiscAnomaly, AThreadThatIsMissingAtTheStartIsAnErrorOrIsStartedLater) {
+    int failures = 0;
+    for (int number = 1; number < MostCalls; ++number) {
+        SCOPED_TRACE("thread " + std::to_string(number));
+        DiscUnit unit;
+        const std::string error = unit.tryService("", [&] { armFault(FaultKind::ThreadStart, number); });
+        const bool failed = faultCalls() >= number;
+        armFault(FaultKind::Count, 0);
+        if (error.empty()) {
+            unit.command(187, 1, 0);
+            EXPECT_EQ(insert(unit), "plays");
+        } else {
+            EXPECT_NE(error.find("no thread can be started"), std::string::npos) << error;
+            ++failures;
+        }
+        if (!failed) {
+            EXPECT_EQ(error, "");
+            break;
+        }
+    }
+    EXPECT_EQ(failures, 1) << "only without its commands it is of no use";
+}
+
 } // namespace zm::test

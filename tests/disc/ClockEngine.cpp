@@ -1,7 +1,8 @@
 #include "tests/disc/ClockEngine.h"
 
+#include "services/disc/Background.h"
+
 #include <algorithm>
-#include <thread>
 
 namespace zm::test {
 
@@ -43,15 +44,18 @@ void ClockEngine::start(const disc::Playable& playable, disc::EngineListener& li
     m_length = playable.length > Milliseconds{0} ? playable.length : UnknownLength;
     m_running = mode == disc::StartMode::Playing;
     m_feed = std::make_shared<disc::Feed>(playable.medium, playable.path);
-    std::thread([this, feed = m_feed, mailbox = m_mailbox, generation = m_generation] {
-        const std::string failure = look(*feed);
-        // This engine is only touched in what the mailbox delivers, that is while it lives.
+    // This engine is only touched in what the mailbox delivers, that is while it lives.
+    const auto report = [this, mailbox = m_mailbox, generation = m_generation](const std::string& failure) {
         mailbox->post([this, generation, failure] {
             if (generation == m_generation) {
                 opened(failure);
             }
         });
-    }).detach();
+    };
+    const auto begun = disc::runInBackground([report, feed = m_feed] { report(look(*feed)); });
+    if (!begun) {
+        report(begun.error());
+    }
 }
 
 void ClockEngine::opened(const std::string& failure) {

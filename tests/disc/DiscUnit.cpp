@@ -186,12 +186,21 @@ void DiscUnit::stopObjects() {
 }
 
 void DiscUnit::startService(const std::string& disc) {
+    ASSERT_EQ(tryService(disc, [] {}), "");
+}
+
+std::string DiscUnit::tryService(const std::string& disc, const std::function<void()>& before) {
+    std::string failure;
     m_serviceThread = std::make_unique<LoopThread>();
     m_serviceThread->call([&] {
+        before();
         auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), disc,
                                             engineMaker(m_pictures));
-        ASSERT_TRUE(service) << service.error();
-        m_service = std::move(*service);
+        if (service) {
+            m_service = std::move(*service);
+        } else {
+            failure = service.error();
+        }
     });
     const auto open = [&](const char* path) {
         auto file = PpsFile::open(ppsSocket(runtime()), path, 257, 0666);
@@ -200,6 +209,7 @@ void DiscUnit::startService(const std::string& disc) {
     };
     m_control = open("/pps/zelmar/disc/control?delta");
     m_drive = open("/pps/zelmar/disc/drive?delta");
+    return failure;
 }
 
 void DiscUnit::stopService() {

@@ -112,6 +112,8 @@ public:
     void stopObjects();
     /** Starts the disc service, with `disc` inside unless empty. */
     void startService(const std::string& disc = "");
+    /** The same where it may fail: why it did, or nothing. `before` runs on its thread. */
+    std::string tryService(const std::string& disc, const std::function<void()>& before);
     void stopService();
 
     void command(int number, int first = 0, int second = 0);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/system/MusicFolder.h"
+#include "tests/system/Sanitized.h"
 #include "tests/system/SystemTest.h"
 
 #include <algorithm>
@@ -15,7 +16,9 @@ namespace zm::test {
 inline std::chrono::duration<double> recoveryTime() {
     double load = 0;
     getloadavg(&load, 1);
-    return std::chrono::seconds(2) * std::max(1.0, load / std::thread::hardware_concurrency());
+    // Under the thread sanitizer a program lives a second longer.
+    const std::chrono::seconds limit(Sanitized ? 4 : 2);
+    return limit * std::max(1.0, load / std::thread::hardware_concurrency());
 }
 
 /** All real programs, and what goes wrong around them. */

@@ -28,9 +28,7 @@ void CommandProcessor::execute(const std::shared_ptr<CommandRun>& run) {
     const auto& words = run->words();
     const CommandRow* row = words.empty() ? nullptr : find(words[0]);
     if (!row) {
-        run->err(words.empty()
-                     ? overviewText()
-                     : "zmctl: there is no command \"" + words[0] + "\"; \"zmctl help\" lists them\n");
+        run->err(words.empty() ? overviewText() : unknownCommandText(words[0]) + "\n");
         run->finish(Exit::WrongUsage);
         return;
     }

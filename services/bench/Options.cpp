@@ -25,8 +25,9 @@ struct Parsed {
     bool port = false;
 };
 
+// An empty path stays one: it is refused.
 std::string absolute(const std::string& path) {
-    return std::filesystem::absolute(path).lexically_normal().string();
+    return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
 }
 
 bool takePort(Parsed& parsed, const std::string& value) {

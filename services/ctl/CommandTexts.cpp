@@ -98,6 +98,10 @@ const CommandText* findCommandText(std::string_view name) {
     return found == Texts.end() ? nullptr : found;
 }
 
+std::string unknownCommandText(const std::string& name) {
+    return "zmctl: there is no command \"" + name + "\"; \"zmctl help\" lists them";
+}
+
 std::string usageText(const CommandText& text) {
     std::string result;
     std::string_view rest = text.usage;

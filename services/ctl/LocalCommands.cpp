@@ -45,11 +45,15 @@ Status fits(std::string_view command, const Words& words, Take take) {
     return arguments.complete() ? ok() : wrongUsage(command);
 }
 
+Status checkName(const std::string& command) {
+    return findCommandText(command) ? ok() : Status(Error{unknownCommandText(command)});
+}
+
 Status checkHelp(const Words& words) {
-    if (words.size() == 1 && !findCommandText(words[0])) {
-        return Error{"zmctl: there is no command \"" + words[0] + "\""};
+    if (words.size() > 1) {
+        return wrongUsage("help");
     }
-    return words.size() <= 1 ? ok() : wrongUsage("help");
+    return words.empty() ? ok() : checkName(words[0]);
 }
 
 int help(const CtlClient&, const Words& words, const Print& out, const Print&) {
@@ -160,6 +164,10 @@ int runCommand(const CtlClient& client, const Words& words, const Print& out, co
             return WrongUsage;
         }
         return command->run(client, {words.begin() + 1, words.end()}, out, err);
+    }
+    if (auto known = checkName(words[0]); !known) {
+        err(known.error() + "\n");
+        return WrongUsage;
     }
     const auto status = client.run(words, out, err);
     if (!status) {

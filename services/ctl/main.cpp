@@ -33,6 +33,9 @@ int main(int argc, char** argv) {
     if (words.empty()) {
         return wrongUsage();
     }
+    if (words[0] == "--help" || words[0] == "-h") {
+        words[0] = "help";
+    }
     return zm::runCommand(
         zm::CtlClient(dir), words, [](const std::string& text) { print(stdout, text); },
         [](const std::string& text) { print(stderr, text); });

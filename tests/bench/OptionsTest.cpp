@@ -44,4 +44,12 @@ TEST(BenchOptions, AnErrorNamesTheCulprit) {
     EXPECT_NE(parseBenchOptions({"--disc"}).error().find("--disc"), std::string::npos);
 }
 
+TEST(BenchOptions, AnEmptyPathIsRefused) {
+    for (const std::string name : {"--runtime", "--disc", "--catalogue", "--resources"}) {
+        const auto options = parseBenchOptions({"--no-disc-service", name, ""});
+        ASSERT_FALSE(options) << name;
+        EXPECT_EQ(options.error(), name + ": wrong value \"\"");
+    }
+}
+
 } // namespace zm

@@ -11,6 +11,7 @@ using Command = SystemTest;
 
 TEST_F(Command, WithoutABenchEveryCommandFailsClearly) {
     EXPECT_THAT(mustFail({"screen"}), HasSubstr("no bench runs in " + folder));
+    EXPECT_THAT(mustFail({"dance"}, 2), HasSubstr("there is no command \"dance\""));
 }
 
 TEST_F(Command, WrongUsageExitsWithTwoAndTheUsageOfThatCommand) {
@@ -68,6 +69,8 @@ TEST_F(Command, WrongUsageExitsWithTwoAndTheUsageOfThatCommand) {
 
 TEST_F(Command, HelpListsTheCommandsAndExplainsEachWithoutABench) {
     const std::string list = must({"help"});
+    EXPECT_EQ(must({"--help"}), list);
+    EXPECT_EQ(must({"-h"}), list);
     for (const char* name :
          {"pps",  "catalogue", "app",  "appdata", "language", "device", "time",  "key",  "touch",
           "drag", "press",     "move", "release", "click",    "insert", "eject", "disc", "screen",
@@ -221,6 +224,9 @@ TEST_F(Command, ScreenDescribesViewsAndVideo) {
     EXPECT_FALSE(one.contains("osd"));
     EXPECT_EQ(one["main"]["windows"].size(), 1u);
     EXPECT_TRUE(one["main"]["windows"].contains("6"));
+    for (const std::string none : {"0", "-1", "999"}) {
+        EXPECT_TRUE(Json::parse(must({"screen", "main", none}))["main"]["windows"].empty()) << none;
+    }
 }
 
 TEST_F(Command, ShotWritesAPictureOfTheScreen) {

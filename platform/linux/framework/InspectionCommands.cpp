@@ -18,8 +18,10 @@ constexpr const char* Roles[] = {"main", "osd"};
 
 void screen(Application& application, const json& message, const Reply& reply) {
     const std::string only = message.contains("view") && message["view"].is_string() ? message["view"] : "";
-    const int window =
-        message.contains("window") && message["window"].is_number() ? message["window"].get<int>() : 0;
+    std::optional<int> window;
+    if (message.contains("window") && message["window"].is_number()) {
+        window = message["window"].get<int>();
+    }
     replyFromEvent(application, reply, [&application, only, window] {
         json views = json::object();
         for (const char* role : Roles) {

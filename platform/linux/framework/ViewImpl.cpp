@@ -58,7 +58,7 @@ zm::Status ViewImpl::paint() {
     return window->present(scene->paint(window->surface(), window->stride()));
 }
 
-nlohmann::json ViewImpl::describe(int onlyWindow) const {
+nlohmann::json ViewImpl::describe(std::optional<int> onlyWindow) const {
     const auto shown = scene->shownWindows();
     return {{"window", shown.empty() ? 0 : shown.back()},
             {"shown", shown},

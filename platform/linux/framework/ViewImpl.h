@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -31,7 +32,7 @@ struct ViewImpl : zm::SceneListener {
     /** Draws and commits what changed. */
     zm::Status paint();
     /** What the head unit's `screen` request tells of the view. */
-    nlohmann::json describe(int window) const;
+    nlohmann::json describe(std::optional<int> window) const;
 
     void itemClicked(int window, int control, int state) override;
     void listScrolled(int window, int kind, _tagList_Info& info) override;

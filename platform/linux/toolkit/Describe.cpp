@@ -49,10 +49,10 @@ json describeItem(const Item& item) {
 
 } // namespace
 
-nlohmann::json Scene::describe(int window) const {
+nlohmann::json Scene::describe(std::optional<int> window) const {
     json result = json::object();
     for (const auto& [id, page] : m_impl->pages.windows()) {
-        if (window > 0 && id != window) {
+        if (window && id != *window) {
             continue;
         }
         json items = json::object();

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -80,8 +81,8 @@ public:
     /** "night" or "day". */
     bool setTheme(const std::string& name);
 
-    /** The pages' contents: {"6":{"items":{...}}}; only `window` when it is above 0. */
-    nlohmann::json describe(int window = 0) const;
+    /** The pages' contents: {"6":{"items":{...}}}; only `window` when one is named. */
+    nlohmann::json describe(std::optional<int> window = {}) const;
 
     struct Impl;
 

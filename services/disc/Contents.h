@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,19 +42,26 @@ struct Folder {
     std::array<FolderCounts, KindCount> counts;
 };
 
-/** Everything playable on a data disc, numbered. */
+/** Everything playable on a disc, numbered. */
 struct Contents {
+    /** Of a disc of tracks, which all lie in folder 1; nothing for a disc of folders and files. */
+    std::optional<MediaType> trackType;
     std::vector<Folder> folders;                    ///< folder n has the id n + 1
     std::array<std::vector<Item>, KindCount> items; ///< by folder id, then file id
 
     const std::vector<Item>& of(MediaKind kind) const { return items[kindIndex(kind)]; }
     const Folder& folder(int id) const { return folders[static_cast<size_t>(id) - 1]; }
-    bool empty() const { return mixedMask() == 0; }
-    /** The kinds that there are, as "mixedtype" publishes them. */
+    bool empty() const {
+        return std::all_of(items.begin(), items.end(), [](const auto& each) { return each.empty(); });
+    }
+    bool hasFolders() const { return !trackType; }
+    /** What "mediatype" says while an item of `kind` plays. */
+    MediaType mediaType(MediaKind kind) const { return trackType.value_or(numbersOf(kind).mediaType); }
+    /** The kinds of files that there are, as "mixedtype" publishes them. */
     int mixedMask() const {
         int mask = 0;
         for (const auto& row : kinds) {
-            mask |= of(row.kind).empty() ? 0 : row.mixedBit;
+            mask |= trackType || of(row.kind).empty() ? 0 : row.mixedBit;
         }
         return mask;
     }

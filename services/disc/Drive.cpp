@@ -79,7 +79,7 @@ void Drive::loadScanned(std::shared_ptr<const Contents> contents) {
     m_contents = std::move(contents);
     m_state.mixedType(m_contents->mixedMask());
     if (!m_contents->empty()) {
-        m_state.mediaType(numbersOf(m_contents->firstKind()).mediaType);
+        m_state.mediaType(m_contents->mediaType(m_contents->firstKind()));
     }
 }
 

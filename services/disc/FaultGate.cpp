@@ -75,4 +75,8 @@ Result<std::unique_ptr<ByteReader>> FaultGate::open(const std::string& file) {
     return std::unique_ptr<ByteReader>(std::make_unique<Reader>(std::move(*reader), m_state));
 }
 
+std::shared_ptr<const Contents> FaultGate::tracks() const {
+    return m_medium->tracks();
+}
+
 } // namespace zm::disc

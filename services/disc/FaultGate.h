@@ -24,6 +24,7 @@ public:
     std::string label() const override;
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
+    std::shared_ptr<const Contents> tracks() const override;
 
 private:
     struct State;

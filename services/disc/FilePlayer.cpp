@@ -105,7 +105,7 @@ void FilePlayer::announceType() {
     if (switching) {
         m_state.mixedSwitching(true);
     }
-    m_state.mediaType(numbersOf(m_kind).mediaType);
+    m_state.mediaType(m_contents->mediaType(m_kind));
     m_announced = m_kind;
     if (switching) {
         m_state.mixedSwitching(false);
@@ -261,7 +261,8 @@ void FilePlayer::engineFailed(const std::string& reason) {
         m_state.tip(Tip::NotAvailable);
     }
     ++m_failures;
-    m_skip.begin(trackInfo(), [this] { skipUnreadable(); });
+    using enum ReadErrorSkip::Counting;
+    m_skip.begin(trackInfo(), m_contents->hasFolders() ? InFolder : OnDisc, [this] { skipUnreadable(); });
 }
 
 void FilePlayer::skipUnreadable() {
@@ -364,11 +365,12 @@ void FilePlayer::stop(int, int) {
 }
 
 void FilePlayer::repeat(int mode, int) {
+    const bool hasFolders = m_contents->hasFolders();
     const Repeat wanted =
-        mode == 0 ? nextRepeat(static_cast<Repeat>(m_modes.repeat), true) : static_cast<Repeat>(mode);
+        mode == 0 ? nextRepeat(static_cast<Repeat>(m_modes.repeat), hasFolders) : static_cast<Repeat>(mode);
     const auto row = std::find_if(std::begin(repeatRows), std::end(repeatRows),
                                   [&](const RepeatRow& each) { return each.mode == wanted; });
-    if (row == std::end(repeatRows)) {
+    if (row == std::end(repeatRows) || (wanted == Repeat::Folder && !hasFolders)) {
         refuse();
         return;
     }
@@ -380,11 +382,13 @@ void FilePlayer::repeat(int mode, int) {
 void FilePlayer::shuffle(int mode, int) {
     const auto row = std::find_if(std::begin(shuffleRows), std::end(shuffleRows),
                                   [&](const ShuffleRow& each) { return each.requested == mode; });
-    if (mode != 0 && row == std::end(shuffleRows)) {
+    const bool hasFolders = m_contents->hasFolders();
+    if (mode != 0 && (row == std::end(shuffleRows) || (row->mode == Shuffle::Folder && !hasFolders))) {
         refuse();
         return;
     }
-    const Shuffle wanted = mode == 0 ? nextShuffle(static_cast<Shuffle>(m_modes.shuffle), true) : row->mode;
+    const Shuffle wanted =
+        mode == 0 ? nextShuffle(static_cast<Shuffle>(m_modes.shuffle), hasFolders) : row->mode;
     m_modes.shuffle = static_cast<int>(wanted);
     publishModes();
 }

@@ -16,7 +16,8 @@
 
 namespace zm::disc {
 
-/** The files of a data disc: which one plays, and what each command means for them. */
+/** The files of a data disc or the tracks of an audio CD: which one plays, and what each command means for
+ * them. */
 class FilePlayer : public Transport, private EngineListener {
 public:
     /** `contents` has at least one item, the first of which is announced already. Playing begins with

@@ -2,7 +2,6 @@
 
 #include "services/disc/SliceReader.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace zm::disc {
@@ -13,22 +12,12 @@ std::string join(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : folder + "/" + name;
 }
 
-Result<std::unique_ptr<ByteReader>> openSlice(const std::string& image, const std::string& name,
-                                              const IsoExtent& extent) {
-    UniqueFd fd(::open(image.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!fd.valid()) {
-        return systemError(image);
-    }
-    return std::unique_ptr<ByteReader>(
-        std::make_unique<SliceReader>(std::move(fd), extent.offset, extent.size, name));
-}
-
 Result<std::unique_ptr<ByteReader>> openWhole(const std::string& image) {
     struct stat info {};
     if (::stat(image.c_str(), &info) != 0) {
         return systemError(image);
     }
-    return openSlice(image, image, {0, static_cast<uint64_t>(info.st_size)});
+    return openSlice(image, 0, static_cast<uint64_t>(info.st_size), image);
 }
 
 } // namespace
@@ -85,7 +74,7 @@ Result<std::unique_ptr<ByteReader>> IsoMedium::open(const std::string& file) {
         }
         extent = known->second;
     }
-    return openSlice(m_image, m_image + ": " + file, extent);
+    return openSlice(m_image, extent.offset, extent.size, m_image + ": " + file);
 }
 
 } // namespace zm::disc

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "services/disc/Contents.h"
 
 #include <cstdint>
 #include <memory>
@@ -44,6 +45,9 @@ public:
     /** Names in a folder, unsorted, without "." and "..". */
     virtual Result<std::vector<Entry>> list(const std::string& folder) = 0;
     virtual Result<std::unique_ptr<ByteReader>> open(const std::string& file) = 0;
+    /** All that is on a disc of tracks; null for a disc of files, which has to be searched. Does not block.
+     */
+    virtual std::shared_ptr<const Contents> tracks() const { return nullptr; }
 };
 
 } // namespace zm::disc

@@ -1,12 +1,50 @@
 #include "services/disc/OpenMedium.h"
 
+#include "services/disc/AudioCd.h"
 #include "services/disc/FolderMedium.h"
 #include "services/disc/IsoMedium.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 namespace zm::disc {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The cue sheet that describes the image at `path`: itself, or the one of the same name; empty without one.
+std::string cueSheetOf(const std::string& path) {
+    const std::string extension = fs::path(path).extension().string();
+    if (extension == ".cue" || extension == ".CUE") {
+        return path;
+    }
+    if (extension != ".bin" && extension != ".BIN") {
+        return {};
+    }
+    for (const char* each : {".cue", ".CUE"}) {
+        const std::string cue = fs::path(path).replace_extension(each).string();
+        if (::access(cue.c_str(), F_OK) == 0) {
+            return cue;
+        }
+    }
+    return {};
+}
+
+Result<std::shared_ptr<Medium>> openImage(const std::string& path) {
+    const std::string cue = cueSheetOf(path);
+    if (cue.empty()) {
+        auto image = IsoMedium::openImage(path);
+        return image ? Result<std::shared_ptr<Medium>>(*image) : Error{image.error()};
+    }
+    auto image = readCueImage(cue);
+    return image ? Result<std::shared_ptr<Medium>>(std::make_shared<AudioCd>(std::move(*image)))
+                 : Error{image.error()};
+}
+
+} // namespace
 
 Result<std::shared_ptr<Medium>> openMedium(const std::string& path) {
     struct stat info {};
@@ -23,11 +61,7 @@ Result<std::shared_ptr<Medium>> openMedium(const std::string& path) {
     if (!S_ISREG(info.st_mode)) {
         return Error{path + ": neither a folder nor a disc image"};
     }
-    auto image = IsoMedium::openImage(path);
-    if (!image) {
-        return Error{image.error()};
-    }
-    return std::shared_ptr<Medium>(*image);
+    return openImage(path);
 }
 
 } // namespace zm::disc

@@ -9,21 +9,29 @@ namespace {
 constexpr std::chrono::milliseconds AnswerTime{300};
 constexpr std::chrono::seconds LateAnswerTime{3};
 
-// The application goes to the next item of the folder. At its end it sends item 1 with the item's number plus
-// one in the place of the folder.
-std::optional<std::pair<int, int>> expectedAnswer(const TrackInfo& failed) {
-    if (failed.inFolder > failed.filesInFolder) {
+using Counting = ReadErrorSkip::Counting;
+using Answer = std::optional<std::pair<int, int>>;
+
+// The application goes to the next item. At a folder's end it sends item 1 with the item's number plus one in
+// the place of the folder, at a disc's end track 1.
+Answer expectedAnswer(const TrackInfo& failed, Counting counting) {
+    const bool onDisc = counting == Counting::OnDisc;
+    const int number = onDisc ? failed.onDisc : failed.inFolder;
+    const int count = onDisc ? failed.filesOnDisc : failed.filesInFolder;
+    const int following = number + 1;
+    if (number > count) {
         return std::nullopt;
     }
-    const int following = failed.inFolder + 1;
-    return failed.inFolder < failed.filesInFolder ? std::pair{following, failed.folder}
-                                                  : std::pair{1, following};
+    if (onDisc) {
+        return std::pair{number < count ? following : 1, 0};
+    }
+    return number < count ? std::pair{following, failed.folder} : std::pair{1, following};
 }
 
 } // namespace
 
-void ReadErrorSkip::begin(const TrackInfo& failed, std::function<void()> moveOn) {
-    m_answer = expectedAnswer(failed);
+void ReadErrorSkip::begin(const TrackInfo& failed, Counting counting, std::function<void()> moveOn) {
+    m_answer = expectedAnswer(failed, counting);
     m_answerEnd = std::chrono::steady_clock::now() + LateAnswerTime;
     m_moveOn = std::move(moveOn);
     m_state.error(DeviceError::Read);

@@ -17,10 +17,13 @@ namespace zm::disc {
  */
 class ReadErrorSkip {
 public:
+    /** What the application counts in its answer: the files of a folder or the tracks of a disc. */
+    enum class Counting { InFolder, OnDisc };
+
     ReadErrorSkip(EventLoop& loop, DiscState& state) : m_loop(loop), m_state(state) {}
 
     /** Announces that the item described by `failed` cannot be read; later calls `moveOn`. */
-    void begin(const TrackInfo& failed, std::function<void()> moveOn);
+    void begin(const TrackInfo& failed, Counting counting, std::function<void()> moveOn);
     /** Whether "PlayTrack(first, second)" is the application's answer to the error; then it is dealt with. */
     bool swallows(int first, int second);
     /** The user has chosen something else: `moveOn` is forgotten. */

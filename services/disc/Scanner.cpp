@@ -181,6 +181,9 @@ private:
 } // namespace
 
 Result<Contents> scan(Medium& medium, ScanProgress& progress) {
+    if (const auto tracks = medium.tracks()) {
+        return *tracks;
+    }
     FoundFolder root;
     Walk walk(medium, progress);
     if (auto status = walk.read(root, 0); !status) {

@@ -24,7 +24,7 @@ inline constexpr int MaxDepth = 128;
  * UTF-8. Folders are numbered from the root (1) on, each before its sub-folders; folders without any playable
  * file are left out. Inside a folder music goes by disc and track number, then by name; the rest by name. A
  * folder that cannot be read is logged and left out; the error is for a root that cannot be read, or
- * "cancelled". Blocks; any thread.
+ * "cancelled". A disc of tracks knows its contents without being searched. Blocks; any thread.
  */
 Result<Contents> scan(Medium& medium, ScanProgress& progress);
 

@@ -1,5 +1,6 @@
 #include "services/disc/SliceReader.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,6 +29,15 @@ Result<size_t> SliceReader::readAt(uint64_t offset, std::span<char> buffer) {
         done += static_cast<size_t>(count);
     }
     return done;
+}
+
+Result<std::unique_ptr<ByteReader>> openSlice(const std::string& path, uint64_t offset, uint64_t size,
+                                              const std::string& name) {
+    UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!fd.valid()) {
+        return systemError(path);
+    }
+    return std::unique_ptr<ByteReader>(std::make_unique<SliceReader>(std::move(fd), offset, size, name));
 }
 
 } // namespace zm::disc

@@ -21,4 +21,8 @@ private:
     std::string m_name;
 };
 
+/** Opens `size` bytes of the file `path` from `offset` on; `name` stands in error texts. */
+Result<std::unique_ptr<ByteReader>> openSlice(const std::string& path, uint64_t offset, uint64_t size,
+                                              const std::string& name);
+
 } // namespace zm::disc

@@ -1,0 +1,102 @@
+#include "services/disc/CueImage.h"
+
+#include "services/disc/Charset.h"
+#include "services/disc/SliceReader.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace zm::disc {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// No disc has more; so much sound also fits into one file.
+constexpr uint64_t MaxTrackSectors = 100 * 60 * SectorsPerSecond;
+
+Result<std::string> readText(const std::string& path) {
+    auto reader = openSlice(path, 0, MaxCueBytes + 1, path);
+    if (!reader) {
+        return Error{reader.error()};
+    }
+    std::string text(MaxCueBytes + 1, '\0');
+    const auto count = (*reader)->readAt(0, text);
+    if (!count) {
+        return Error{count.error()};
+    }
+    text.resize(*count);
+    return text;
+}
+
+// A name from another system may be a whole path there: only its last part means anything here.
+std::string localName(const std::string& name) {
+    const bool elsewhere = name.front() == '/' || name.find('\\') != std::string::npos;
+    return elsewhere ? name.substr(name.find_last_of("/\\") + 1) : name;
+}
+
+struct FoundFile {
+    std::string path;
+    uint64_t size = 0;
+};
+
+Result<FoundFile> findFile(const fs::path& folder, const CueFile& file) {
+    for (const auto& each : {file.rawName, file.name}) {
+        const fs::path name = localName(each);
+        if (name.empty() || std::find(name.begin(), name.end(), "..") != name.end()) {
+            return Error{file.name + ": lies outside the cue sheet's folder"};
+        }
+        const std::string path = (folder / name).string();
+        struct stat info {};
+        if (::stat(path.c_str(), &info) != 0) {
+            continue;
+        }
+        if (!S_ISREG(info.st_mode)) {
+            return Error{file.name + ": no plain file"};
+        }
+        if (auto readable = openSlice(path, 0, 0, path); !readable) {
+            return Error{readable.error()};
+        }
+        return FoundFile{path, static_cast<uint64_t>(info.st_size)};
+    }
+    return Error{file.name + ": no such file"};
+}
+
+ImageTrack place(const CueTrack& track, const FoundFile& file) {
+    const uint64_t end = std::min(track.end.value_or(file.size), file.size);
+    const uint64_t sectors = end > track.begin ? (end - track.begin) / track.format.sectorSize : 0;
+    return {track.format, track.title, track.performer,
+            file.path,    track.begin, std::min(sectors, MaxTrackSectors) * track.format.sectorSize};
+}
+
+} // namespace
+
+Result<CueImage> readCueImage(const std::string& path) {
+    const auto text = readText(path);
+    if (!text) {
+        return Error{text.error()};
+    }
+    auto sheet = parseCueSheet(*text);
+    if (!sheet) {
+        return Error{path + ": " + sheet.error()};
+    }
+    const fs::path cue(path);
+    std::vector<FoundFile> files;
+    for (const auto& file : sheet->files) {
+        auto found = findFile(cue.parent_path(), file);
+        if (!found) {
+            return Error{path + ": " + found.error()};
+        }
+        files.push_back(std::move(*found));
+    }
+    const std::string label = sheet->title.empty() ? cleanText(cue.stem().string()) : sheet->title;
+    CueImage image{path, sheet->title, sheet->performer, label, {}};
+    for (const auto& track : sheet->tracks) {
+        image.tracks.push_back(place(track, files[track.file]));
+    }
+    return image;
+}
+
+} // namespace zm::disc

@@ -20,11 +20,11 @@ constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view Blanks = " \t\r\f\v";
 
 constexpr TrackFormat formats[] = {
-    {"AUDIO", Content::Audio, 2352, 0},      {"MODE1/2048", Content::Data, 2048, 0},
-    {"MODE1/2352", Content::Data, 2352, 16}, {"MODE2/2048", Content::Data, 2048, 0},
-    {"MODE2/2324", Content::Data, 2324, 0},  {"MODE2/2336", Content::Data, 2336, 8},
-    {"MODE2/2352", Content::Data, 2352, 24}, {"CDI/2336", Content::Data, 2336, 8},
-    {"CDI/2352", Content::Data, 2352, 24},
+    {"AUDIO", Content::Audio, 2352, 0},       {"MODE1/2048", Content::Mode1, 2048, 0},
+    {"MODE1/2352", Content::Mode1, 2352, 16}, {"MODE2/2048", Content::Mode2, 2048, 0},
+    {"MODE2/2324", Content::Mode2, 2324, 0},  {"MODE2/2336", Content::Mode2, 2336, 8},
+    {"MODE2/2352", Content::Mode2, 2352, 24}, {"CDI/2336", Content::Mode2, 2336, 8},
+    {"CDI/2352", Content::Mode2, 2352, 24},
 };
 
 // What says nothing that playing needs.

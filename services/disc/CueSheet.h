@@ -18,7 +18,7 @@ inline constexpr size_t MaxCueBytes = 256 * 1024;
 /** How the sectors of a track lie in an image; sizes in bytes. */
 struct TrackFormat {
     std::string_view name; ///< as in a cue sheet
-    enum class Content { Audio, Data } content;
+    enum class Content { Audio, Mode1, Mode2 } content;
     uint32_t sectorSize;
     uint32_t headerSize; ///< in front of a data sector's own bytes
 };

@@ -152,7 +152,7 @@ void FilePlayer::advance() {
     halt(PlayState::Stopped);
     m_state.track(trackInfo());
     publishTime();
-    if (m_kind == MediaKind::Video) {
+    if (m_kind == MediaKind::Video && m_contents->hasFolders()) {
         m_state.videoMode(VideoMode::BackToList);
     }
 }
@@ -427,6 +427,15 @@ void FilePlayer::useStreams(const StreamChoice& choice) {
     m_choice = choice;
     m_engine.choose(choice);
     publishStreams();
+}
+
+void FilePlayer::playbackControl(int, int) {
+    if (m_contents->trackType != MediaType::Vcd) {
+        refuse();
+        return;
+    }
+    m_playbackControl = !m_playbackControl;
+    m_state.tip(m_playbackControl ? Tip::PbcOn : Tip::PbcOff);
 }
 
 void FilePlayer::zoom(int, int) {

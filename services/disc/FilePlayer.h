@@ -16,7 +16,7 @@
 
 namespace zm::disc {
 
-/** The files of a data disc or the tracks of an audio CD: which one plays, and what each command means for
+/** The files of a data disc or the tracks of a CD: which one plays, and what each command means for
  * them. */
 class FilePlayer : public Transport, private EngineListener {
 public:
@@ -42,6 +42,7 @@ public:
     void repeatPassage(int, int) override;
     void audioChannel(int, int) override;
     void subtitle(int, int) override;
+    void playbackControl(int, int) override;
     void zoom(int, int) override;
     void rotate(int, int) override;
     void playTrack(int first, int second) override;
@@ -99,8 +100,9 @@ private:
     PictureView m_view;
     Streams m_streams; ///< of a video that plays
     StreamChoice m_choice;
-    SourceHandle m_slide;  ///< runs while a photo is shown in a slide show
-    size_t m_failures = 0; ///< items in a row that could not be played
+    bool m_playbackControl = false; ///< what the user has set for a VCD
+    SourceHandle m_slide;           ///< runs while a photo is shown in a slide show
+    size_t m_failures = 0;          ///< items in a row that could not be played
     ReadErrorSkip m_skip;
 };
 

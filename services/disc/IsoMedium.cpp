@@ -4,6 +4,8 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
+
 namespace zm::disc {
 
 namespace {
@@ -12,23 +14,27 @@ std::string join(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : folder + "/" + name;
 }
 
-Result<std::unique_ptr<ByteReader>> openWhole(const std::string& image) {
+} // namespace
+
+IsoMedium::IsoMedium(std::string image, Opener opener, std::unique_ptr<ByteReader> reader, IsoVolume volume)
+    : m_image(std::move(image)), m_opener(std::move(opener)), m_reader(std::move(reader)),
+      m_volume(std::move(volume)) {
+    m_folders[""] = m_volume.root;
+}
+
+Result<std::shared_ptr<Medium>> IsoMedium::openImage(const std::string& image) {
     struct stat info {};
     if (::stat(image.c_str(), &info) != 0) {
         return systemError(image);
     }
-    return openSlice(image, 0, static_cast<uint64_t>(info.st_size), image);
+    const auto bytes = static_cast<uint64_t>(info.st_size);
+    return openImage(image, [image, bytes](const std::string& name, const IsoExtent& extent) {
+        return openSlice(image, extent.offset, std::min(extent.size, bytes), name);
+    });
 }
 
-} // namespace
-
-IsoMedium::IsoMedium(std::string image, std::unique_ptr<ByteReader> reader, IsoVolume volume)
-    : m_image(std::move(image)), m_reader(std::move(reader)), m_volume(std::move(volume)) {
-    m_folders[""] = m_volume.root;
-}
-
-Result<std::shared_ptr<IsoMedium>> IsoMedium::openImage(const std::string& image) {
-    auto reader = openWhole(image);
+Result<std::shared_ptr<Medium>> IsoMedium::openImage(const std::string& image, const Opener& opener) {
+    auto reader = opener(image, {0, UINT64_MAX});
     if (!reader) {
         return Error{reader.error()};
     }
@@ -36,7 +42,7 @@ Result<std::shared_ptr<IsoMedium>> IsoMedium::openImage(const std::string& image
     if (!volume) {
         return Error{image + ": " + volume.error()};
     }
-    return std::shared_ptr<IsoMedium>(new IsoMedium(image, std::move(*reader), std::move(*volume)));
+    return std::shared_ptr<Medium>(new IsoMedium(image, opener, std::move(*reader), std::move(*volume)));
 }
 
 Result<std::vector<Entry>> IsoMedium::list(const std::string& folder) {
@@ -74,7 +80,7 @@ Result<std::unique_ptr<ByteReader>> IsoMedium::open(const std::string& file) {
         }
         extent = known->second;
     }
-    return openSlice(m_image, extent.offset, extent.size, m_image + ": " + file);
+    return m_opener(m_image + ": " + file, extent);
 }
 
 } // namespace zm::disc

@@ -2,6 +2,7 @@
 
 #include "services/disc/IsoDirectory.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 
@@ -13,17 +14,25 @@ namespace zm::disc {
  */
 class IsoMedium : public Medium {
 public:
-    /** Fails if `image` cannot be read or holds no such file system. */
-    static Result<std::shared_ptr<IsoMedium>> openImage(const std::string& image);
+    /** Opens the bytes of `extent` of the file system, or as many as there are; `name` stands in error texts.
+     */
+    using Opener =
+        std::function<Result<std::unique_ptr<ByteReader>>(const std::string& name, const IsoExtent& extent)>;
+
+    /** A file that is the image. Fails if it cannot be read or holds no such file system. */
+    static Result<std::shared_ptr<Medium>> openImage(const std::string& image);
+    /** The file system that `opener` opens; `image` names it in error texts. */
+    static Result<std::shared_ptr<Medium>> openImage(const std::string& image, const Opener& opener);
 
     std::string label() const override { return m_volume.label; }
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
 
 private:
-    IsoMedium(std::string image, std::unique_ptr<ByteReader> reader, IsoVolume volume);
+    IsoMedium(std::string image, Opener opener, std::unique_ptr<ByteReader> reader, IsoVolume volume);
 
     std::string m_image;
+    Opener m_opener;
     std::mutex m_mutex; ///< of the maps and the reader
     std::unique_ptr<ByteReader> m_reader;
     IsoVolume m_volume;

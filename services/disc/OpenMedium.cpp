@@ -1,6 +1,6 @@
 #include "services/disc/OpenMedium.h"
 
-#include "services/disc/AudioCd.h"
+#include "services/disc/CueMedium.h"
 #include "services/disc/FolderMedium.h"
 #include "services/disc/IsoMedium.h"
 
@@ -33,17 +33,6 @@ std::string cueSheetOf(const std::string& path) {
     return {};
 }
 
-Result<std::shared_ptr<Medium>> openImage(const std::string& path) {
-    const std::string cue = cueSheetOf(path);
-    if (cue.empty()) {
-        auto image = IsoMedium::openImage(path);
-        return image ? Result<std::shared_ptr<Medium>>(*image) : Error{image.error()};
-    }
-    auto image = readCueImage(cue);
-    return image ? Result<std::shared_ptr<Medium>>(std::make_shared<AudioCd>(std::move(*image)))
-                 : Error{image.error()};
-}
-
 } // namespace
 
 Result<std::shared_ptr<Medium>> openMedium(const std::string& path) {
@@ -61,7 +50,8 @@ Result<std::shared_ptr<Medium>> openMedium(const std::string& path) {
     if (!S_ISREG(info.st_mode)) {
         return Error{path + ": neither a folder nor a disc image"};
     }
-    return openImage(path);
+    const std::string cue = cueSheetOf(path);
+    return cue.empty() ? IsoMedium::openImage(path) : openCue(cue);
 }
 
 } // namespace zm::disc

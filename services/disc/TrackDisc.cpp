@@ -1,6 +1,7 @@
-#include "services/disc/AudioCd.h"
+#include "services/disc/TrackDisc.h"
 
 #include "services/disc/SliceReader.h"
+#include "services/disc/VideoTrack.h"
 #include "services/disc/WavReader.h"
 
 #include <algorithm>
@@ -15,16 +16,17 @@ std::string twoDigits(int number) {
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-Contents contentsOf(const CueImage& image) {
+Contents contentsOf(const CueImage& image, MediaType type, MediaKind kind) {
     Contents contents;
-    contents.trackType = MediaType::AudioCd;
+    contents.trackType = type;
     Folder root{RootFolder, 0, "", image.label, {}};
-    root.counts[kindIndex(MediaKind::Music)].files = static_cast<int>(image.tracks.size());
+    root.counts[kindIndex(kind)].files = static_cast<int>(image.tracks.size());
     contents.folders.push_back(std::move(root));
+    auto& items = contents.items[kindIndex(kind)];
     for (const auto& track : image.tracks) {
-        auto& items = contents.items[kindIndex(MediaKind::Music)];
         const int number = static_cast<int>(items.size()) + 1;
-        Item item{RootFolder, number, twoDigits(number) + ".wav", track.title, {}};
+        const char* extension = kind == MediaKind::Music ? ".wav" : ".mpg";
+        Item item{RootFolder, number, twoDigits(number) + extension, track.title, {}};
         if (item.name.empty()) {
             item.name = "Track " + twoDigits(number);
         }
@@ -39,26 +41,27 @@ Contents contentsOf(const CueImage& image) {
 
 } // namespace
 
-AudioCd::AudioCd(CueImage image) : m_image(std::move(image)) {
-    std::erase_if(m_image.tracks, [](const ImageTrack& track) {
-        return track.format.content != TrackFormat::Content::Audio;
-    });
-    m_contents = std::make_shared<const Contents>(contentsOf(m_image));
+TrackDisc::TrackDisc(CueImage image, MediaType type)
+    : m_image(std::move(image)), m_type(type),
+      m_contents(std::make_shared<const Contents>(contentsOf(m_image, type, kind()))) {}
+
+MediaKind TrackDisc::kind() const {
+    return m_type == MediaType::AudioCd ? MediaKind::Music : MediaKind::Video;
 }
 
-Result<std::vector<Entry>> AudioCd::list(const std::string& folder) {
+Result<std::vector<Entry>> TrackDisc::list(const std::string& folder) {
     if (!folder.empty()) {
         return Error{m_image.path + ": " + folder + ": no such folder"};
     }
     std::vector<Entry> entries;
-    for (const auto& item : m_contents->of(MediaKind::Music)) {
+    for (const auto& item : m_contents->of(kind())) {
         entries.push_back({item.rawName, Entry::Type::File, {}});
     }
     return entries;
 }
 
-Result<std::unique_ptr<ByteReader>> AudioCd::open(const std::string& file) {
-    const auto& items = m_contents->of(MediaKind::Music);
+Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
+    const auto& items = m_contents->of(kind());
     const auto item =
         std::find_if(items.begin(), items.end(), [&](const Item& each) { return each.rawName == file; });
     if (item == items.end()) {
@@ -68,6 +71,9 @@ Result<std::unique_ptr<ByteReader>> AudioCd::open(const std::string& file) {
     const std::string name = m_image.path + ": " + file;
     if (track.size == 0) {
         return Error{name + ": " + track.file + " ends before it"};
+    }
+    if (kind() == MediaKind::Video) {
+        return openVideoTrack(track, name);
     }
     auto sound = openSlice(track.file, track.offset, track.size, name);
     if (!sound) {

@@ -147,11 +147,12 @@ TEST_F(AudioCdPlay, IsPausedSoughtAndRepeatedInPart) {
     nextTime(5, 5);
     m_unit.command(5);
     m_unit.nextState(PlayState::Playing);
+    const int begin = nextTime(6, 9).json()["time"];
     m_unit.command(10);
-    nextTime(6, 9);
+    nextTime(begin + 2, 20);
     m_unit.command(10);
     nextTip(12);
-    nextTime(5, 5);
+    nextTime(begin, begin + 1);
     m_unit.command(22);
     m_unit.nextState(PlayState::Stopped);
     nextTime(0, 0);

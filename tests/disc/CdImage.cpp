@@ -11,6 +11,9 @@ namespace zm::test {
 namespace {
 
 constexpr int SectorsPerSecond = 75;
+constexpr size_t EmptySectors = 30;
+constexpr size_t FileSystemSectors = 300;
+constexpr size_t FilmHeader = 24;
 constexpr int SamplesPerSecond = 44100;
 constexpr double Loudness = 8000;
 constexpr double FullCircle = 6.283185307179586;
@@ -63,6 +66,40 @@ std::string writeAudioCd(const std::string& folder, const std::vector<CdTrack>& 
         image << cdSound(track.seconds, track.frequency);
         second += track.seconds;
     }
+    std::ofstream(folder + "/disc.cue") << cue;
+    return folder + "/disc.cue";
+}
+
+std::string dataSectors(const std::string& bytes, size_t each, size_t header) {
+    std::string whole;
+    for (size_t at = 0; at < bytes.size(); at += each) {
+        std::string part = bytes.substr(at, each);
+        part.resize(each);
+        std::string sector = std::string(header, '\x11') + part;
+        sector.resize(SectorBytes, '\x22');
+        whole += sector;
+    }
+    return whole;
+}
+
+void SectorImage::add(const std::string& mode, const std::string& sectors) {
+    cue += "TRACK " + std::to_string(++tracks) + " " + mode + "\nINDEX 01 " +
+           cdTime(static_cast<int>(bin.size()) / SectorBytes) + "\n";
+    bin += sectors;
+}
+
+void SectorImage::addFileSystem() {
+    add("MODE2/2352", std::string(FileSystemSectors * SectorBytes, '\0'));
+}
+
+void SectorImage::addFilm(const std::string& bytes) {
+    add("MODE2/2352",
+        dataSectors(std::string(EmptySectors * FilmBytes, '\0') + bytes, FilmBytes, FilmHeader));
+}
+
+std::string SectorImage::write(const std::string& folder) const {
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder + "/disc.bin", std::ios::binary) << bin;
     std::ofstream(folder + "/disc.cue") << cue;
     return folder + "/disc.cue";
 }

@@ -117,9 +117,9 @@ TEST(CueSheet, EveryKindOfTrackIsKnownByItsSize) {
     };
     using enum TrackFormat::Content;
     const Row rows[] = {
-        {"AUDIO", Audio, 2352, 0},      {"MODE1/2048", Data, 2048, 0}, {"MODE1/2352", Data, 2352, 16},
-        {"MODE2/2048", Data, 2048, 0},  {"MODE2/2324", Data, 2324, 0}, {"MODE2/2336", Data, 2336, 8},
-        {"MODE2/2352", Data, 2352, 24}, {"CDI/2336", Data, 2336, 8},   {"CDI/2352", Data, 2352, 24},
+        {"AUDIO", Audio, 2352, 0},       {"MODE1/2048", Mode1, 2048, 0}, {"MODE1/2352", Mode1, 2352, 16},
+        {"MODE2/2048", Mode2, 2048, 0},  {"MODE2/2324", Mode2, 2324, 0}, {"MODE2/2336", Mode2, 2336, 8},
+        {"MODE2/2352", Mode2, 2352, 24}, {"CDI/2336", Mode2, 2336, 8},   {"CDI/2352", Mode2, 2352, 24},
     };
     for (const auto& row : rows) {
         const auto sheet = good(std::string(file) + "TRACK 1 " + row.name + "\nINDEX 1 0:0:0\n");

@@ -1,6 +1,10 @@
 #include "tests/disc/CdImage.h"
 #include "tests/system/SystemTest.h"
 
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
 namespace zm::test {
 
 namespace {
@@ -16,11 +20,15 @@ constexpr int TrackNumber = 2075;
 constexpr int List = 2000;
 constexpr int ToList = 6508;
 constexpr int ShownRows = 5;
+constexpr int VideoPage = 17;
+constexpr int VcdOverlay = 4;
+constexpr int OverlayTrack = 2152;
+constexpr int PlaybackControl = 6561;
 
 } // namespace
 
-/** An audio CD in the drive of the whole system, seen on its pages. */
-class AudioCdSystem : public SystemTest {
+/** A disc of tracks in the drive of the whole system, seen on its pages. */
+class TrackDisc : public SystemTest {
 protected:
     std::string text(int id) { return item(PlayPage, id)["text"]; }
     bool plays(const std::string& title, const std::string& track) {
@@ -28,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(AudioCdSystem, IsShownWithTitlesAndARunningTimeAndItsListPlaysATrack) {
+TEST_F(TrackDisc, AnAudioCdIsShownWithTitlesAndARunningTimeAndItsListPlaysATrack) {
     const auto cue =
         writeAudioCd(folder + "/cd", {{60, 440, "One", "Ann"}, {60, 550, "Two", ""}, {60, 660, "Three", ""}});
     startBench({"--no-web", "--launcher", "passive"});
@@ -54,6 +62,37 @@ TEST_F(AudioCdSystem, IsShownWithTitlesAndARunningTimeAndItsListPlaysATrack) {
     const int rowHeight = place[3].get<int>() / ShownRows;
     must({"touch", "400", std::to_string(place[1].get<int>() + 2 * rowHeight + rowHeight / 2)});
     EXPECT_TRUE(eventually([this] { return plays("Three", "3/3"); })) << screen()["main"];
+}
+
+TEST_F(TrackDisc, AVcdShowsItsFilmsUnderItsOwnOverlay) {
+    const std::string film = folder + "/film.mpg";
+    const std::string command =
+        "ffmpeg -nostdin -v error -f lavfi -i color=red:size=352x288:rate=25:duration=20 -f "
+        "lavfi -i sine=frequency=440:duration=20 -target pal-vcd '" +
+        film + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    std::ifstream file(film, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(file)), {});
+    SectorImage image;
+    image.addFileSystem();
+    image.addFilm(bytes);
+    image.addFilm(bytes);
+    startBench({"--no-web", "--launcher", "passive", "--disc", image.write(folder + "/vcd")});
+    ASSERT_TRUE(eventually([this] {
+        const Json all = screen();
+        return all["main"]["window"] == VideoPage && all["video"]["visible"] == true &&
+               all["video"].value("frames", 0) > 10;
+    })) << screen()["video"];
+    must({"touch", "400", "60"});
+    ASSERT_TRUE(eventually([this] {
+        return window("osd") == VcdOverlay && item(VcdOverlay, OverlayTrack, "osd")["text"] == "1/2";
+    })) << screen()["osd"];
+    must({"key", "20"});
+    EXPECT_TRUE(eventually([this] { return item(VcdOverlay, OverlayTrack, "osd")["text"] == "2/2"; }));
+    must({"click", "osd", std::to_string(VcdOverlay), std::to_string(PlaybackControl), "1"});
+    EXPECT_TRUE(eventually([this] {
+        return must({"pps", "get", "zelmar/disc/status"}).find("msgtip::29\n") != std::string::npos;
+    }));
 }
 
 } // namespace zm::test

@@ -15,6 +15,10 @@ constexpr int SubtitleOffset = 80;
 // How long each photo of a slide show stands.
 constexpr Milliseconds SlideTime{5000};
 
+// The application takes the number and texts of a track only on its play page, which it opens some time after
+// it has been told the type and the state.
+constexpr Milliseconds PageTime{300};
+
 // An item that has played this long counts as playable, whatever happens later.
 constexpr Milliseconds PlayableAfter{1000};
 
@@ -82,6 +86,7 @@ void FilePlayer::refuse() {
 
 void FilePlayer::sourceOn() {
     m_state.repeatTypeAndState();
+    announceTrackAgain();
     if (!std::exchange(m_source, true) && m_playState != PlayState::Error) {
         begin(m_position, m_mode);
     }
@@ -112,6 +117,17 @@ void FilePlayer::announceType() {
     }
 }
 
+void FilePlayer::announceTrack() {
+    m_state.track(trackInfo());
+    m_state.texts({item().tags.title, item().tags.artist, item().tags.album});
+}
+
+void FilePlayer::announceTrackAgain() {
+    if (!m_contents->hasFolders()) {
+        m_again = afterDelay(m_loop, PageTime, [this] { announceTrack(); });
+    }
+}
+
 void FilePlayer::begin(Milliseconds position, StartMode mode) {
     m_skip.cancel();
     m_passage.clear();
@@ -127,8 +143,7 @@ void FilePlayer::begin(Milliseconds position, StartMode mode) {
         announceType();
     }
     m_state.videoMode(m_kind == MediaKind::Music ? VideoMode::NoPicture : VideoMode::Picture);
-    m_state.track(trackInfo());
-    m_state.texts({item().tags.title, item().tags.artist, item().tags.album});
+    announceTrack();
     publishTime();
     m_engine.start({m_medium, m_contents->pathOf(item()), m_kind, m_length}, *this, position, mode);
 }
@@ -222,6 +237,7 @@ void FilePlayer::engineStarted(Milliseconds length) {
     m_length = length;
     publishTime();
     publishState(m_mode == StartMode::Playing ? PlayState::Playing : PlayState::Paused);
+    announceTrackAgain();
     showSlide();
 }
 

@@ -74,6 +74,8 @@ private:
     void useStreams(const StreamChoice& choice);
     void forgetStreams();
     void announceType();
+    void announceTrack();
+    void announceTrackAgain();
     void publishStreams();
     void publishState(PlayState state);
     void publishTime();
@@ -101,6 +103,7 @@ private:
     Streams m_streams; ///< of a video that plays
     StreamChoice m_choice;
     bool m_playbackControl = false; ///< what the user has set for a VCD
+    SourceHandle m_again;           ///< runs until a track is announced once more
     SourceHandle m_slide;           ///< runs while a photo is shown in a slide show
     size_t m_failures = 0;          ///< items in a row that could not be played
     ReadErrorSkip m_skip;

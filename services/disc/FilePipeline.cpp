@@ -33,6 +33,13 @@ gint64 toClock(Milliseconds time) {
     return std::chrono::nanoseconds(time).count();
 }
 
+// The player scales videos itself where subtitles may be drawn on them: it must not keep their shape either.
+void fillTheScreen(GstElement*, GstElement* part, gpointer) {
+    if (g_object_class_find_property(G_OBJECT_GET_CLASS(part), "add-borders")) {
+        g_object_set(part, "add-borders", FALSE, nullptr);
+    }
+}
+
 std::string errorText(GstMessage* message) {
     GError* error = nullptr;
     gst_message_parse_error(message, &error, nullptr);
@@ -79,6 +86,9 @@ bool FilePipeline::build() {
     }
     m_playbin.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
     const bool music = m_playable.kind == MediaKind::Music;
+    if (m_playable.kind == MediaKind::Video) {
+        g_signal_connect(playbin, "element-setup", G_CALLBACK(fillTheScreen), nullptr);
+    }
     g_object_set(playbin, "uri", FileElementUri, "flags", flagsFor(m_playable.kind), "audio-sink",
                  makeSoundSink(), nullptr);
     if (!music) {

@@ -5,6 +5,8 @@ namespace zm {
 namespace {
 
 constexpr std::chrono::milliseconds RetryInterval(10);
+// What one round gets at least: with no time to wait, everything is still asked once.
+constexpr std::chrono::milliseconds LeastRound(100);
 
 class Settling : public std::enable_shared_from_this<Settling> {
 public:
@@ -30,7 +32,7 @@ private:
     std::chrono::milliseconds remaining() const {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
             m_deadline - std::chrono::steady_clock::now());
-        return std::max(left, std::chrono::milliseconds(1));
+        return std::max(left, LeastRound);
     }
 
     void answered(const Result<Json>& reply) {

@@ -283,6 +283,12 @@ TEST_F(Command, SettleGivesUpOnAnApplicationThatHangs) {
     settle();
 }
 
+TEST_F(Command, SettleWithoutTimeLooksOnce) {
+    startManual();
+    settle();
+    must({"settle", "-t", "0"});
+}
+
 TEST_F(Command, ValuesSetWhileNoApplicationRunsAreThereWhenOneStarts) {
     startManual();
     must({"app", "quit"});

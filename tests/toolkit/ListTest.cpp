@@ -29,6 +29,27 @@ protected:
         stage.scene->release(view.x + 50, y + pixels, now + 200);
     }
 
+    /** A finger runs 160 pixels up in a tenth of a second and leaves the fifth row; only its leaving is
+     * recorded. */
+    void fling() {
+        const int y = rowY(4);
+        stage.scene->press(view.x + 50, y);
+        for (int i = 1; i <= 10; ++i) {
+            stage.scene->move(view.x + 50, y - i * 16, i * 10);
+        }
+        stage.recorder.take();
+        stage.scene->release(view.x + 50, y - 160, 101);
+    }
+    /** The picture is that of a list put to its top row. */
+    void expectRestOnAWholeRow() {
+        stage.paint();
+        const auto resting = stage.pixels;
+        list->SetTopIndex(list->GetTopIndex(), 1, 0, 0, 0);
+        stage.scene->invalidate();
+        stage.paint();
+        EXPECT_EQ(stage.pixels, resting);
+    }
+
     Stage stage{resourceDir + "DISC.zmrc_device"};
     CUI_BtList* list = nullptr;
     zm::Rect view;
@@ -212,23 +233,12 @@ TEST_F(List, aDragThatEndsBetweenRowsRestsOnTheNearest) {
     stage.fill(*list, 30);
     drag(4, -(rowHeight * 3 / 2 + 4), 5);
     EXPECT_EQ(list->GetTopIndex(), 2);
-    stage.paint();
-    const auto resting = stage.pixels;
-    list->SetTopIndex(2, 1, 0, 0, 0);
-    stage.scene->invalidate();
-    stage.paint();
-    EXPECT_EQ(stage.pixels, resting);
+    expectRestOnAWholeRow();
 }
 
 TEST_F(List, aFlungListRunsOnAndEndsOnAWholeRow) {
     stage.fill(*list, 200);
-    const int y = rowY(4);
-    stage.scene->press(view.x + 50, y);
-    for (int i = 1; i <= 10; ++i) {
-        stage.scene->move(view.x + 50, y - i * 16, i * 10);
-    }
-    stage.recorder.take();
-    stage.scene->release(view.x + 50, y - 160, 101);
+    fling();
     EXPECT_THAT(stage.recorder.take(), IsEmpty()) << "the end is reported when the list rests";
     const int leftAt = list->GetTopIndex();
     int64_t now = 101;
@@ -239,27 +249,16 @@ TEST_F(List, aFlungListRunsOnAndEndsOnAWholeRow) {
     EXPECT_GT(list->GetTopIndex(), leftAt + 2);
     EXPECT_THAT(stage.recorder.take(), ElementsAre("24 scroll kind 3 item 2000 state 5"));
     EXPECT_EQ(stage.scene->nextTick(), -1);
-    const int top = list->GetTopIndex();
-    stage.paint();
-    const auto resting = stage.pixels;
-    list->SetTopIndex(top, 1, 0, 0, 0);
-    stage.scene->invalidate();
-    stage.paint();
-    EXPECT_EQ(stage.pixels, resting);
+    expectRestOnAWholeRow();
 }
 
 TEST_F(List, aTouchStopsAFastList) {
     stage.fill(*list, 200);
-    const int y = rowY(4);
-    stage.scene->press(view.x + 50, y);
-    for (int i = 1; i <= 10; ++i) {
-        stage.scene->move(view.x + 50, y - i * 16, i * 10);
-    }
-    stage.scene->release(view.x + 50, y - 160, 101);
+    fling();
     stage.scene->tick(120);
     stage.recorder.take();
-    stage.scene->press(view.x + 50, y);
-    stage.scene->release(view.x + 50, y, 130);
+    stage.scene->press(view.x + 50, rowY(4));
+    stage.scene->release(view.x + 50, rowY(4), 130);
     EXPECT_THAT(stage.recorder.take(), ElementsAre("24 scroll kind 3 item 2000 state 5"));
     EXPECT_EQ(stage.item(24, 2000)["current"], -1);
     EXPECT_EQ(stage.scene->nextTick(), -1);
@@ -267,12 +266,7 @@ TEST_F(List, aTouchStopsAFastList) {
 
 TEST_F(List, settingTheTopRowEndsAFling) {
     stage.fill(*list, 200);
-    const int y = rowY(4);
-    stage.scene->press(view.x + 50, y);
-    for (int i = 1; i <= 10; ++i) {
-        stage.scene->move(view.x + 50, y - i * 16, i * 10);
-    }
-    stage.scene->release(view.x + 50, y - 160, 101);
+    fling();
     list->SetTopIndex(50, 1, 0, 0, 0);
     stage.scene->tick(130);
     EXPECT_EQ(list->GetTopIndex(), 50);

@@ -13,7 +13,8 @@ namespace {
 constexpr int RootFolder = 1;
 
 std::string twoDigits(int number) {
-    return (number < 10 ? "0" : "") + std::to_string(number);
+    const std::string digits = std::to_string(number);
+    return std::string(digits.size() < 2 ? 1 : 0, '0') + digits;
 }
 
 Contents contentsOf(const CueImage& image, MediaType type, MediaKind kind) {

@@ -97,7 +97,7 @@ struct FileEngine::Worker {
         });
         worker->runs = static_cast<bool>(begun);
         if (!begun) {
-            logError("the decoder has %s\n", begun.error().c_str());
+            logError("decoder: %s\n", begun.error().c_str());
         }
         return worker;
     }

@@ -14,19 +14,6 @@ namespace zm::test {
 
 namespace fs = std::filesystem;
 
-TempFolder::TempFolder() {
-    std::string name = (fs::temp_directory_path() / "zmdisc-XXXXXX").string();
-    if (!::mkdtemp(name.data())) {
-        throw std::runtime_error("no temporary folder");
-    }
-    m_path = name;
-}
-
-TempFolder::~TempFolder() {
-    std::error_code error;
-    fs::remove_all(m_path, error);
-}
-
 std::string sample(const SampleRecipe& recipe) {
     const fs::path cache = fs::path(ZM_BINARY_DIR) / "disc-samples";
     fs::create_directories(cache);

@@ -1,20 +1,20 @@
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <filesystem>
 #include <string>
 
 namespace zm::test {
 
-/** A folder that is removed at the end. */
+/** A folder for discs, removed at the end. */
 class TempFolder {
 public:
-    TempFolder();
-    ~TempFolder();
-    const std::filesystem::path& path() const { return m_path; }
-    std::string operator/(const std::string& name) const { return (m_path / name).string(); }
+    std::filesystem::path path() const { return m_folder.path(); }
+    std::string operator/(const std::string& name) const { return m_folder.path() + "/" + name; }
 
 private:
-    std::filesystem::path m_path;
+    TemporaryFolder m_folder;
 };
 
 /** Options for a sample: what it is called, how ffmpeg makes it. */

@@ -1,5 +1,6 @@
 #include "tests/anomaly/FaultyUnit.h"
 
+#include "BuildPaths.h"
 #include "DiscViewIds.h"
 #include "DiscViewItems.h"
 #include "base/Paths.h"

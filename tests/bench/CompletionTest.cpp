@@ -1,3 +1,4 @@
+#include "BuildPaths.h"
 #include "services/ctl/CommandTexts.h"
 
 #include <gmock/gmock.h>

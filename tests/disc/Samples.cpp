@@ -1,5 +1,6 @@
 #include "tests/disc/Samples.h"
 
+#include "BuildPaths.h"
 #include "base/UniqueFd.h"
 
 #include <fcntl.h>

@@ -1,5 +1,7 @@
 #include "tests/framework/TestApplication.h"
 
+#include "BuildPaths.h"
+
 #include <fstream>
 
 namespace zm::test {

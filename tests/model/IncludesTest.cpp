@@ -1,3 +1,5 @@
+#include "BuildPaths.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,7 @@
 #include "tests/framework/FakeHeadUnit.h"
 #include "tests/model/Arguments.h"
 
+#include "BuildPaths.h"
 #include "Platen.h"
 #include "base/Paths.h"
 #include "platform/linux/slog/LogFile.h"

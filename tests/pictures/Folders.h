@@ -1,5 +1,7 @@
 #pragma once
 
+#include "BuildPaths.h"
+
 #include <string>
 
 namespace zm::test {

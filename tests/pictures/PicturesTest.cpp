@@ -1,6 +1,7 @@
 // Every page and overlay window, rendered by the real views and composed as the driver sees it, against the
 // reference pictures. docs/pictures.md says how to look at changes and how to renew them.
 
+#include "BuildPaths.h"
 #include "platform/linux/toolkit/Resource.h"
 #include "tests/pictures/Folders.h"
 #include "tests/pictures/Picture.h"

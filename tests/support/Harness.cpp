@@ -6,6 +6,7 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnitServer.h"
 
+#include "BuildPaths.h"
 #include "base/Paths.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,7 @@
 #include "tests/system/Process.h"
 
+#include "BuildPaths.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>

@@ -1,5 +1,6 @@
 // Resource files that are edited while the system runs.
 
+#include "BuildPaths.h"
 #include "tests/system/SystemTest.h"
 
 #include <filesystem>

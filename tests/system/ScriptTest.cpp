@@ -1,3 +1,4 @@
+#include "BuildPaths.h"
 #include "tests/system/SystemTest.h"
 
 #include <fstream>

@@ -1,3 +1,4 @@
+#include "BuildPaths.h"
 #include "base/Paths.h"
 #include "platform/linux/pps/PpsFile.h"
 #include "tests/system/SystemTest.h"

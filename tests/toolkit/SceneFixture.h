@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BuildPaths.h"
 #include "platform/linux/toolkit/Scene.h"
 #include "tests/support/TemporaryFolder.h"
 #include "zmui/CUIAnalysis.h"

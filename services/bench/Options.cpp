@@ -15,7 +15,8 @@ const char* const BenchUsage =
     "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--app-args TEXT]\n"
-    "               [--resources DIR]\n";
+    "               [--resources DIR]\n"
+    "       zmbench --version | --help\n";
 
 namespace {
 

@@ -1,3 +1,4 @@
+#include "base/About.h"
 #include "base/Paths.h"
 #include "services/bench/Bench.h"
 
@@ -34,8 +35,7 @@ Result<UniqueFd> lockRuntime(const std::string& dir) {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (arguments == std::vector<std::string>{"--help"} || arguments == std::vector<std::string>{"-h"}) {
-        std::printf("%s", BenchUsage);
+    if (answerAbout(arguments, "zmbench", BenchUsage)) {
         return 0;
     }
     auto options = parseBenchOptions(arguments);

@@ -115,7 +115,7 @@ std::string usageText(const CommandText& text) {
 }
 
 std::string overviewText() {
-    std::string result = "usage: zmctl [--runtime DIR] COMMAND\n\n";
+    std::string result = "usage: zmctl [--runtime DIR] COMMAND\n       zmctl --version | --help\n\n";
     for (const auto& text : Texts) {
         std::string name(text.name);
         name.resize(NameColumn, ' ');

@@ -1,3 +1,4 @@
+#include "base/About.h"
 #include "base/Paths.h"
 #include "services/ctl/CommandTexts.h"
 #include "services/ctl/LocalCommands.h"
@@ -30,11 +31,11 @@ int main(int argc, char** argv) {
         dir = words[1];
         words.erase(words.begin(), words.begin() + 2);
     }
+    if (zm::answerAbout(words, "zmctl", zm::overviewText().c_str())) {
+        return 0;
+    }
     if (words.empty()) {
         return wrongUsage();
-    }
-    if (words[0] == "--help" || words[0] == "-h") {
-        words[0] = "help";
     }
     return zm::runCommand(
         zm::CtlClient(dir), words, [](const std::string& text) { print(stdout, text); },

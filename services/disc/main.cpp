@@ -1,3 +1,4 @@
+#include "base/About.h"
 #include "base/Paths.h"
 #include "services/disc/FileEngine.h"
 #include "services/disc/Log.h"
@@ -12,13 +13,16 @@
 namespace {
 
 constexpr const char* usage =
-    "usage: zmdiscd [--disc PATH]\n"
+    "usage: zmdiscd [--disc PATH] | --version | --help\n"
     "The disc service of the runtime folder in ZM_RUNTIME; ZM_CATALOGUE names the catalogue file.\n";
 
 } // namespace
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (zm::answerAbout(arguments, "zmdiscd", usage)) {
+        return 0;
+    }
     std::string disc;
     if (arguments.size() == 2 && arguments[0] == "--disc") {
         disc = arguments[1];

@@ -73,12 +73,25 @@ zm::Result<PpsFile> wrappedOpen(const std::string& socket, const std::string& pa
 zm::Result<std::string> realRead(PpsFile* file) REAL("_ZN2zm7PpsFile4readB5cxx11Ev");
 zm::Result<std::string> wrappedRead(PpsFile* file) WRAP("_ZN2zm7PpsFile4readB5cxx11Ev");
 /** Reads that find nothing new are not counted: they come as often as somebody looks. */
-zm::Result<std::string> wrappedRead(PpsFile* file) {
+bool readFails(PpsFile* file) {
     pollfd news{file->pollFd(), POLLIN, 0};
-    if (::poll(&news, 1, 0) > 0 && fails(FaultKind::PpsRead)) {
+    return ::poll(&news, 1, 0) > 0 && fails(FaultKind::PpsRead);
+}
+
+zm::Result<std::string> wrappedRead(PpsFile* file) {
+    if (readFails(file)) {
         return zm::Error{zm::test::InjectedError};
     }
     return realRead(file);
+}
+
+zm::Result<zm::PpsChanges> realReadChanges(PpsFile* file) REAL("_ZN2zm7PpsFile11readChangesEv");
+zm::Result<zm::PpsChanges> wrappedReadChanges(PpsFile* file) WRAP("_ZN2zm7PpsFile11readChangesEv");
+zm::Result<zm::PpsChanges> wrappedReadChanges(PpsFile* file) {
+    if (readFails(file)) {
+        return zm::Error{zm::test::InjectedError};
+    }
+    return realReadChanges(file);
 }
 
 zm::Status realWrite(PpsFile* file, std::string_view text)

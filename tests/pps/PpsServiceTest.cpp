@@ -183,6 +183,44 @@ TEST_F(PpsTest, AllObjectsAreListedSorted) {
     EXPECT_EQ(*names, (std::vector<std::string>{"top", "zelmar/a", "zelmar/b"}));
 }
 
+TEST_F(PpsTest, ChangesOfAllObjectsAreNumberedInTheOrderOfWritingAlsoAcrossARestart) {
+    auto reader = open("/pps/a?delta");
+    auto other = open("/pps/b?delta");
+    uint64_t last = 0;
+    for (int start = 0; start < 2; ++start) {
+        for (auto* file : {&reader, &other}) {
+            auto present = file->readChanges();
+            // Until it has found the service that was started anew.
+            while (!present) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+                present = file->readChanges();
+            }
+            ASSERT_EQ(present->changes.size(), 1u);
+            EXPECT_EQ(present->changes.front().number, present->upTo);
+            EXPECT_GE(present->upTo, last);
+            last = present->upTo;
+        }
+        auto writer = open("/pps/a", WriteCreate);
+        auto otherWriter = open("/pps/b", WriteCreate);
+        write(writer, "x::1\n");
+        write(otherWriter, "y::1\n");
+        write(writer, "x::2\n");
+        const auto changes = reader.readChanges();
+        const auto otherChanges = other.readChanges();
+        ASSERT_TRUE(changes && otherChanges);
+        ASSERT_EQ(changes->changes.size(), 2u);
+        ASSERT_EQ(otherChanges->changes.size(), 1u);
+        EXPECT_GT(changes->changes[0].number, last);
+        EXPECT_GT(otherChanges->changes[0].number, changes->changes[0].number);
+        EXPECT_GT(changes->changes[1].number, otherChanges->changes[0].number);
+        EXPECT_EQ(changes->upTo, changes->changes[1].number);
+        EXPECT_EQ(changes->text(), "@a\nx::1\n@a\nx::2\n");
+        last = changes->upTo;
+        service.stop();
+        service.start();
+    }
+}
+
 TEST(PpsServiceTest, EachChangeIsReportedOnTheLoopsThread) {
     TemporaryFolder folder;
     EventLoop loop;

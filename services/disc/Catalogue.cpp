@@ -140,8 +140,11 @@ Status Catalogue::insertFolders(const Contents& contents, MediaKind kind) {
         if (counts.files + counts.folders == 0) {
             continue;
         }
+        // A folder's page shows its files only. Without any it says that it is empty, which it takes from
+        // both counts.
+        const int subFolders = counts.files == 0 ? 0 : counts.folders;
         if (!insert.row({folder.id, folder.parentId, std::string_view(folder.name), static_cast<int>(kind),
-                         counts.folders, counts.files})) {
+                         subFolders, counts.files})) {
             return failure("folders");
         }
     }

@@ -25,7 +25,7 @@ struct Item {
     int folderId = 1;
     int fileId = 0;      ///< counts from 1 inside its folder and kind
     std::string rawName; ///< the bytes on the disc
-    std::string name;    ///< as shown: UTF-8
+    std::string name;    ///< for the driver, UTF-8: the title or what is left of the file's name
     Tags tags;
 };
 

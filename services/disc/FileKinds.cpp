@@ -43,6 +43,14 @@ constexpr FileKind table[] = {
     {"gif", Photo},
 };
 
+constexpr std::string_view covers[] = {"cover", "folder", "front"};
+
+std::string lowered(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), g_ascii_tolower);
+    return lower;
+}
+
 } // namespace
 
 std::optional<FileKind> fileKind(std::string_view name) {
@@ -50,14 +58,20 @@ std::optional<FileKind> fileKind(std::string_view name) {
     if (dot == std::string_view::npos || dot == 0) {
         return std::nullopt;
     }
-    std::string extension(name.substr(dot + 1));
-    std::transform(extension.begin(), extension.end(), extension.begin(), g_ascii_tolower);
+    const std::string extension = lowered(name.substr(dot + 1));
     const auto row = std::find_if(std::begin(table), std::end(table),
                                   [&](const FileKind& each) { return each.extension == extension; });
     if (row == std::end(table)) {
         return std::nullopt;
     }
     return *row;
+}
+
+bool isCover(std::string_view name) {
+    const auto kind = fileKind(name);
+    const std::string stem = lowered(name.substr(0, name.rfind('.')));
+    return kind && kind->kind == Photo &&
+           std::find(std::begin(covers), std::end(covers), stem) != std::end(covers);
 }
 
 } // namespace zm::disc

@@ -20,4 +20,7 @@ struct FileKind {
 /** The row of a file by its name's extension in any case; nothing for files that cannot be played. */
 std::optional<FileKind> fileKind(std::string_view name);
 
+/** Whether a picture has a name that players of music give to a cover, in any case. */
+bool isCover(std::string_view name);
+
 } // namespace zm::disc

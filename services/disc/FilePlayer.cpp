@@ -1,5 +1,6 @@
 #include "services/disc/FilePlayer.h"
 
+#include "services/disc/Charset.h"
 #include "services/disc/Log.h"
 
 #include <algorithm>
@@ -119,7 +120,7 @@ void FilePlayer::announceType() {
 
 void FilePlayer::announceTrack() {
     m_state.track(trackInfo());
-    m_state.texts({item().tags.title, item().tags.artist, item().tags.album});
+    m_state.texts({item().name, item().tags.artist, item().tags.album});
 }
 
 void FilePlayer::announceTrackAgain() {
@@ -272,7 +273,7 @@ void FilePlayer::engineScanned(ScanEdge edge) {
 }
 
 void FilePlayer::engineFailed(const std::string& reason) {
-    logWarning("%s: %s\n", item().name.c_str(), reason.c_str());
+    logWarning("%s: %s\n", cleanText(m_contents->pathOf(item())).c_str(), reason.c_str());
     if (m_kind != MediaKind::Music) {
         m_state.tip(Tip::NotAvailable);
     }

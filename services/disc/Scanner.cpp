@@ -1,6 +1,7 @@
 #include "services/disc/Scanner.h"
 
 #include "services/disc/Charset.h"
+#include "services/disc/DisplayNames.h"
 #include "services/disc/FileKinds.h"
 #include "services/disc/Log.h"
 #include "services/disc/NaturalOrder.h"
@@ -58,6 +59,7 @@ public:
                 readFile(folder, entry);
             }
         }
+        leaveOutCovers(folder.files);
         return ok();
     }
 
@@ -99,6 +101,13 @@ private:
             }
         }
         parent.files.push_back(std::move(file));
+    }
+
+    // A picture of that name beside music belongs to the music.
+    static void leaveOutCovers(std::vector<FoundFile>& files) {
+        const bool music = std::any_of(files.begin(), files.end(),
+                                       [](const FoundFile& file) { return file.kind == MediaKind::Music; });
+        std::erase_if(files, [&](const FoundFile& file) { return music && isCover(file.rawName); });
     }
 
     Medium& m_medium;
@@ -149,6 +158,7 @@ private:
     }
 
     int addFiles(const FoundFolder& found, MediaKind kind, int folderId) {
+        // Until the files are in order an item's name is that of its file.
         std::vector<Item> items;
         for (const auto& file : found.files) {
             if (file.kind == kind) {
@@ -157,6 +167,7 @@ private:
             }
         }
         std::sort(items.begin(), items.end(), before);
+        nameForDisplay(items, kind);
         auto& all = m_contents.items[kindIndex(kind)];
         int fileId = 0;
         for (auto& item : items) {
@@ -164,6 +175,17 @@ private:
             all.push_back(std::move(item));
         }
         return fileId;
+    }
+
+    static void nameForDisplay(std::vector<Item>& items, MediaKind kind) {
+        std::vector<NamedFile> files;
+        for (auto& item : items) {
+            files.push_back({std::move(item.name), item.tags.title, item.tags.track});
+        }
+        auto names = displayNames(files, kind);
+        for (size_t i = 0; i < items.size(); ++i) {
+            items[i].name = std::move(names[i]);
+        }
     }
 
     static bool before(const Item& a, const Item& b) {

@@ -34,7 +34,7 @@ std::vector<std::string> musicNames(Medium& medium) {
     EXPECT_TRUE(contents);
     std::vector<std::string> names;
     for (const auto& item : contents->of(MediaKind::Music)) {
-        names.push_back(contents->folder(item.folderId).name + "/" + item.name);
+        names.push_back(contents->folder(item.folderId).name + "/" + item.rawName);
     }
     return names;
 }

@@ -1,0 +1,91 @@
+#include "tests/system/MusicFolder.h"
+#include "tests/system/SystemTest.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace zm::test {
+
+namespace {
+
+constexpr int PlayPage = 6;
+constexpr int MediaPage = 24;
+constexpr int FolderPage = 25;
+constexpr int Title = 2065;
+constexpr int List = 2000;
+constexpr int EmptyText = 2003;
+constexpr int ToList = 6508;
+constexpr int PhotoTab = 505;
+constexpr int Folders = 506;
+
+} // namespace
+
+/** What the driver reads of a disc of files, on the lists and on the play page. */
+class Library : public SystemTest {
+protected:
+    Library() {
+        writeMusicFolder(folder + "/disc/Album", 2);
+        rename("Album/song 1.wav", "Album/01 - The First Song.wav");
+        rename("Album/song 2.wav", "Album/02 - The Second Song.wav");
+        for (const char* photo : {"Album/cover.jpg", "Trip/beach.jpg"}) {
+            std::filesystem::create_directories(
+                std::filesystem::path(folder + "/disc/" + photo).parent_path());
+            std::ofstream(folder + "/disc/" + photo) << "no picture";
+        }
+        startBench({"--no-web", "--launcher", "passive", "--disc", folder + "/disc"});
+    }
+
+    void rename(const std::string& from, const std::string& to) {
+        std::filesystem::rename(folder + "/disc/" + from, folder + "/disc/" + to);
+    }
+    void click(int window, int control) {
+        must({"click", "main", std::to_string(window), std::to_string(control), "1"});
+    }
+    bool plays(const std::string& title) {
+        return window() == PlayPage && item(PlayPage, Title)["text"] == title;
+    }
+    bool lists(int page, const Words& rows) {
+        Words shown;
+        const Json list = item(page, List);
+        for (const auto& row : list["rows"]) {
+            shown.push_back(row["text"]);
+        }
+        return window() == page && shown == rows;
+    }
+    void touchRow(int page, int row) {
+        const Json rect = item(page, List)["rect"];
+        const int height = rect[3].get<int>() / 5;
+        must({"touch", std::to_string(rect[0].get<int>() + 100),
+              std::to_string(rect[1].get<int>() + height * row + height / 2)});
+    }
+};
+
+TEST_F(Library, SongsAreShownAndAskedForByTheirNames) {
+    ASSERT_TRUE(eventually([this] { return plays("The First Song"); })) << screen()["main"];
+    click(PlayPage, ToList);
+    EXPECT_TRUE(eventually([this] {
+        return lists(MediaPage, {"1  The First Song", "2  The Second Song"});
+    })) << item(MediaPage, List);
+    must({"appdata", "--song=second song"});
+    EXPECT_TRUE(eventually([this] { return plays("The Second Song"); })) << screen()["main"];
+}
+
+TEST_F(Library, PhotosAreListedWithoutCoversAndAFolderWithoutAnySaysSo) {
+    ASSERT_TRUE(eventually([this] { return plays("The First Song"); })) << screen()["main"];
+    click(PlayPage, ToList);
+    ASSERT_TRUE(eventually([this] { return window() == MediaPage; }));
+    click(MediaPage, PhotoTab);
+    EXPECT_TRUE(eventually([this] { return lists(MediaPage, {"1  beach"}); })) << item(MediaPage, List);
+    click(MediaPage, Folders);
+    EXPECT_TRUE(eventually([this] {
+        return lists(MediaPage, {"1  disc", "2  Trip"});
+    })) << item(MediaPage, List)
+        << "of the folders with photos in or below them";
+    touchRow(MediaPage, 0);
+    EXPECT_TRUE(eventually([this] {
+        return lists(FolderPage, {}) && item(FolderPage, EmptyText)["visible"] == true &&
+               item(FolderPage, EmptyText)["text"] == "No photos here";
+    })) << item(FolderPage, EmptyText);
+}
+
+} // namespace zm::test

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr const char* Protocol = "zmdiscfile";
+constexpr const char* Protocol = zm::disc::FileElementName;
 constexpr guint PushBytes = 64 * 1024;
 
 struct ZmFileElement {
@@ -17,15 +17,26 @@ struct ZmFileElementClass {
     GstBaseSrcClass parent;
 };
 
+/** Without bytes: an element that nobody was told of. */
+class NoBytes : public zm::disc::FileBytes {
+public:
+    uint64_t size() const override { return 0; }
+    bool seekable() const override { return false; }
+    zm::disc::GstOwned<GstCaps> caps() const override { return nullptr; }
+    zm::disc::GstOwned<GstBuffer> read(uint64_t, size_t) override { return nullptr; }
+};
+
 zm::disc::FileBytes& bytesOf(GstBaseSrc* source) {
-    return *reinterpret_cast<ZmFileElement*>(source)->bytes;
+    static NoBytes none;
+    auto* bytes = reinterpret_cast<ZmFileElement*>(source)->bytes;
+    return bytes ? *bytes : none;
 }
 
 void giveUriHandler(gpointer interface, gpointer) {
     auto* handler = static_cast<GstURIHandlerInterface*>(interface);
     handler->get_type = [](GType) { return GST_URI_SRC; };
     handler->get_protocols = [](GType) -> const gchar* const* {
-        static const gchar* const protocols[] = {Protocol, nullptr};
+        static const gchar* const protocols[] = {zm::disc::FileElementName, nullptr};
         return protocols;
     };
     handler->get_uri = [](GstURIHandler*) { return g_strdup(zm::disc::FileElementUri); };

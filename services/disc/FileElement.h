@@ -24,6 +24,7 @@ public:
  * its signal "source-setup", where `giveBytes` is called.
  */
 inline constexpr const char* FileElementUri = "zmdiscfile://";
+inline constexpr const char* FileElementName = "zmdiscfile";
 /** Makes the address known; once, after GStreamer's own start. */
 void registerFileElement();
 /** `bytes` outlives the element's use. */

@@ -1,7 +1,7 @@
 #include "services/disc/FileEngine.h"
 
 #include "services/disc/Background.h"
-#include "services/disc/FileElement.h"
+#include "services/disc/Decoders.h"
 #include "services/disc/FilePipeline.h"
 #include "services/disc/Log.h"
 
@@ -14,16 +14,6 @@ namespace {
 // Longer than one read's deadline, so that a slow disc is told from a decoder that hangs.
 constexpr Milliseconds StartDeadline{15000};
 constexpr auto LeaveDeadline = std::chrono::seconds(1);
-
-void initDecoders() {
-    gst_init(nullptr, nullptr);
-    registerFileElement();
-    // Of the elements for photos only this one reads how the camera was held.
-    if (GstPluginFeature* parser = gst_registry_lookup_feature(gst_registry_get(), "jpegparse")) {
-        gst_plugin_feature_set_rank(parser, GST_RANK_PRIMARY + 1);
-        gst_object_unref(parser);
-    }
-}
 
 } // namespace
 

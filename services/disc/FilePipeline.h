@@ -34,10 +34,15 @@ private:
     enum class Precision { KeyFrame, Exact };
 
     bool build();
+    bool buildMusic();
+    bool buildPicture();
+    void fitPhoto(GstElement* part);
+    void watchStart();
     void listen();
     void receive(GstMessage* message);
     void prerolled();
     void noteMissing(GstMessage* message);
+    void noteKeptError(GstMessage* message);
     std::string missingDecoders() const;
     void ended();
     void fail(const std::string& reason);
@@ -53,11 +58,13 @@ private:
     std::optional<PictureBin> m_picture; ///< outlives the decoder that feeds it
     Playable m_playable;
     FileSource m_source; ///< outlives the decoder that reads from it
-    GstOwned<GstElement> m_playbin;
+    GstOwned<GstElement> m_player;
     SourceHandle m_bus;
     SourceHandle m_clock; ///< reports the position, or steps a scan
+    SourceHandle m_startWatch;
 
-    std::string m_missing; ///< what decoders are not installed for
+    std::string m_missing;   ///< what decoders are not installed for
+    std::string m_keptError; ///< what a part of the decoder has reported while it was connected
     bool m_started = false;
     bool m_over = false; ///< ended or failed: nothing more is reported
     StartMode m_mode = StartMode::Playing;

@@ -8,11 +8,26 @@ namespace zm::disc {
 namespace {
 
 constexpr uint64_t MaxPhotoBytes = 256u << 20;
+// A picture of this size takes some hundred megabytes while it is decoded.
+constexpr uint64_t MaxPhotoPixels = 100'000'000;
 
 // The only GIF decoder wants whole images. The element that would cut the file into them never notices the
 // file's end and keeps a processor busy for ever, so that it is passed by: the first image is all we show.
-constexpr std::string_view GifSignature = "GIF8";
 constexpr const char* GifImage = "image/gst-libav-gif, parsed=(boolean)true";
+
+const char* capsOf(PhotoFormat format) {
+    switch (format) {
+    case PhotoFormat::Jpeg:
+        return "image/jpeg";
+    case PhotoFormat::Png:
+        return "image/png";
+    case PhotoFormat::Gif:
+        return GifImage;
+    case PhotoFormat::Bmp:
+        return "image/bmp";
+    }
+    return nullptr;
+}
 
 GstOwned<GstBuffer> bufferOf(std::vector<char> bytes) {
     if (bytes.empty()) {
@@ -38,23 +53,44 @@ Status FileSource::open() {
     if (m_size > MaxPhotoBytes) {
         return Error{"too large a photo"};
     }
-    m_photo = bufferOf(m_feed->read(0, static_cast<size_t>(m_size)));
-    const std::string failure = m_feed->failure();
-    return failure.empty() ? ok() : Error{failure};
+    std::vector<char> bytes = m_feed->read(0, static_cast<size_t>(m_size));
+    if (const std::string failure = m_feed->failure(); !failure.empty()) {
+        return Error{failure};
+    }
+    const auto header = readPhotoHeader({bytes.data(), bytes.size()});
+    if (!header) {
+        return Error{header.error()};
+    }
+    if (header->pixels() > MaxPhotoPixels) {
+        return Error{"too large a photo: " + std::to_string(header->width) + " x " +
+                     std::to_string(header->height)};
+    }
+    m_header = *header;
+    m_photo = bufferOf(std::move(bytes));
+    return ok();
 }
 
 GstOwned<GstCaps> FileSource::caps() const {
-    const bool gif =
-        m_photo && gst_buffer_memcmp(m_photo.get(), 0, GifSignature.data(), GifSignature.size()) == 0;
-    return GstOwned<GstCaps>(gif ? gst_caps_from_string(GifImage) : nullptr);
+    return GstOwned<GstCaps>(m_photo ? gst_caps_from_string(capsOf(m_header.format)) : nullptr);
+}
+
+bool FileSource::isQuiet(std::chrono::milliseconds time) const {
+    return m_reads == 0 &&
+           Clock::now().time_since_epoch().count() - m_lastRead >= Clock::duration(time).count();
 }
 
 GstOwned<GstBuffer> FileSource::read(uint64_t offset, size_t size) {
     if (m_kind == MediaKind::Photo) {
         return GstOwned<GstBuffer>(offset == 0 && m_photo ? gst_buffer_ref(m_photo.get()) : nullptr);
     }
-    const std::lock_guard lock(m_mutex);
-    return bufferOf(m_feed->read(offset, size));
+    ++m_reads;
+    auto buffer = [&] {
+        const std::lock_guard lock(m_mutex);
+        return bufferOf(m_feed->read(offset, size));
+    }();
+    m_lastRead = Clock::now().time_since_epoch().count();
+    --m_reads;
+    return buffer;
 }
 
 } // namespace zm::disc

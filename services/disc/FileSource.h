@@ -3,7 +3,10 @@
 #include "services/disc/Feed.h"
 #include "services/disc/FileElement.h"
 #include "services/disc/Media.h"
+#include "services/disc/PhotoHeader.h"
 
+#include <atomic>
+#include <chrono>
 #include <memory>
 #include <mutex>
 
@@ -25,17 +28,27 @@ public:
     /** Ends a read that hangs, and all later ones. */
     void cancel() { m_feed->cancel(); }
 
+    /** Of a photo that is open. */
+    const PhotoHeader& photo() const { return m_header; }
+    /** Whether the decoder has not read for that long and is not about to. Any thread. */
+    bool isQuiet(std::chrono::milliseconds time) const;
+
     uint64_t size() const override { return m_size; }
     bool seekable() const override { return m_kind != MediaKind::Photo; }
     GstOwned<GstCaps> caps() const override;
     GstOwned<GstBuffer> read(uint64_t offset, size_t size) override;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     std::shared_ptr<Feed> m_feed;
     MediaKind m_kind;
     uint64_t m_size = 0;
+    PhotoHeader m_header;
     GstOwned<GstBuffer> m_photo;
     std::mutex m_mutex; ///< decoders read from several threads
+    std::atomic<int> m_reads = 0;
+    std::atomic<Clock::rep> m_lastRead = Clock::now().time_since_epoch().count();
 };
 
 } // namespace zm::disc

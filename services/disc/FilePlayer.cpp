@@ -23,6 +23,9 @@ constexpr Milliseconds PageTime{300};
 // An item that has played this long counts as playable, whatever happens later.
 constexpr Milliseconds PlayableAfter{1000};
 
+// "Previous" begins an item anew that has played this long.
+constexpr Milliseconds RestartAfter{3000};
+
 struct RepeatRow {
     Repeat mode;
     Tip tip;
@@ -304,7 +307,9 @@ void FilePlayer::next(int, int) {
 }
 
 void FilePlayer::previous(int, int) {
-    order().previous();
+    if (m_position < RestartAfter) {
+        order().previous();
+    }
     begin(Milliseconds{0});
     m_state.tip(Tip::Previous);
 }

@@ -133,6 +133,22 @@ TEST_F(AudioCdPlay, NextAndPreviousGoRoundTheDisc) {
     m_unit.nextState(PlayState::Playing);
 }
 
+TEST_F(AudioCdPlay, PreviousBeginsATrackAnewThatHasPlayedForThreeSeconds) {
+    playCd();
+    m_unit.command(1);
+    nextTrackOfCd(2);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.command(185, 5);
+    nextTime(5, 7);
+    m_unit.mark();
+    m_unit.command(2);
+    nextTrackOfCd(2);
+    nextTip(2);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.command(2);
+    nextTrackOfCd(1);
+}
+
 TEST_F(AudioCdPlay, ATrackIsChosenByItsNumber) {
     playCd();
     m_unit.command(182, 3, 1); // a touched row

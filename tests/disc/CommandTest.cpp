@@ -41,6 +41,35 @@ TEST_F(DiscService, NextAndPreviousMoveThroughTheDisc) {
     nextTrack(2, 3);
 }
 
+TEST_F(DiscService, PreviousBeginsAnItemAnewThatHasPlayedForThreeSeconds) {
+    play();
+    m_unit.command(1);
+    nextTrack(1, 2);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.command(185, 10);
+    nextTime(10, 12);
+    m_unit.command(2);
+    EXPECT_EQ(nextTime(0, 2).json()["tracktime"], 30);
+    nextTip(2);
+    m_unit.nextState(PlayState::Playing);
+    EXPECT_EQ(m_unit.recorder().text().rfind("\"curmediaid\":1,"),
+              m_unit.recorder().text().find("\"curmediaid\":1,"))
+        << "the first item was not announced again";
+    m_unit.command(2); // at once: back
+    nextTrack(1, 1);
+    nextTip(2);
+}
+
+TEST_F(DiscService, PreviousGoesBackWithinThreeSeconds) {
+    play();
+    m_unit.command(1);
+    nextTrack(1, 2);
+    m_unit.nextState(PlayState::Playing);
+    nextTime(1, 2);
+    m_unit.command(2);
+    nextTrack(1, 1);
+}
+
 TEST_F(DiscService, EqualCommandsCountEach) {
     play();
     for (int i = 0; i < 4; ++i) {

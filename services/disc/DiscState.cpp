@@ -290,7 +290,6 @@ void DiscState::forgetDisc() {
     publishChanged(Attribute::Dvd, text(DvdDetail{}));
     publishChanged(Attribute::AudioChannel, text(0));
     playSpeed(1);
-    publishChanged(Attribute::State, text(static_cast<int>(PlayState::Stopped)));
 }
 
 } // namespace zm::disc

@@ -106,7 +106,7 @@ struct DvdDetail {
 
 /** "drivestate": what the head unit is told of the drive itself. */
 struct DriveState {
-    std::string state; ///< "empty", "reading", "loaded" or "error"
+    std::string state; ///< "empty", "reading", "loaded", "ejecting" or "error"
     std::string path;
     std::string text; ///< why, when "error"
 };
@@ -153,7 +153,7 @@ public:
     void drive(const DriveState& state);
     void tray(const Tray& tray);
 
-    /** Takes back everything that the disc before has left, the presence of a disc excepted. */
+    /** Takes back everything that the disc before has left, its presence and the play state excepted. */
     void forgetDisc();
     /** Writes all values again: the objects' service has been started anew and knows none. */
     void publishAll();

@@ -13,6 +13,10 @@ namespace {
 
 // The mechanism takes a moment to give a disc out.
 constexpr Milliseconds EjectTime{800};
+// Between a disc that is out and the next one.
+constexpr Milliseconds ChangeTime{200};
+// How long an empty drive says "loading", see announceEmpty: also an application with much to do has seen it.
+constexpr Milliseconds LeadTime{2000};
 
 constexpr int RootFolder = 1;
 
@@ -41,13 +45,16 @@ Drive::~Drive() = default;
 void Drive::start(const Tray& tray) {
     m_source = tray.source;
     m_state.forgetDisc();
+    m_state.playState(PlayState::Stopped);
     m_state.modes(m_modes);
-    m_state.disc(DiscPresence::None);
+    m_state.disc(m_absence);
     m_state.drive({"empty", "", ""});
 }
 
+// A disc on its way out is not found again by a service that is started anew, one on its way in is.
 void Drive::rememberTray() {
-    m_state.tray({m_path, m_source});
+    const std::string& inside = m_leaving.active() ? std::string() : m_path;
+    m_state.tray({m_next ? m_next->path : inside, m_source});
 }
 
 void Drive::insert(const std::string& path) {
@@ -57,13 +64,27 @@ void Drive::insert(const std::string& path) {
         m_state.drive({"error", path, medium.error()});
         return;
     }
-    if (!m_path.empty()) {
-        remove(DiscPresence::None);
+    Inserted disc{path, std::move(*medium)};
+    if (m_path.empty() && !m_leaving.active()) {
+        take(disc);
+        return;
     }
-    logInfo("disc inserted: %s\n", path.c_str());
-    m_path = path;
-    m_gate = std::make_shared<FaultGate>(*medium);
-    m_state.drive({"reading", path, ""});
+    m_next = std::move(disc);
+    m_absence = DiscPresence::None;
+    if (m_leaving.active()) {
+        rememberTray();
+    } else {
+        leave();
+    }
+}
+
+void Drive::take(const Inserted& disc) {
+    m_resting.reset();
+    logInfo("disc inserted: %s\n", disc.path.c_str());
+    m_path = disc.path;
+    m_absence = DiscPresence::None;
+    m_gate = std::make_shared<FaultGate>(disc.medium);
+    m_state.drive({"reading", m_path, ""});
     rememberTray();
     LoadListener& listener = *this;
     m_load = std::make_unique<DiscLoad>(m_loop, listener, m_gate, m_catalogue);
@@ -133,34 +154,77 @@ void Drive::browse(int mediaType, int folder) {
 }
 
 void Drive::eject() {
-    if (m_path.empty() || m_ejecting.active()) {
-        return;
+    m_next.reset();
+    if (m_leaving.active()) {
+        rememberTray();
+    } else if (!m_path.empty()) {
+        leave();
     }
-    m_state.playState(PlayState::Ejecting);
-    logInfo("disc ejected: %s\n", m_path.c_str());
-    m_load.reset();
-    m_guard.reset();
-    m_transport.reset();
-    m_ejecting = afterDelay(m_loop, EjectTime, [this] { remove(DiscPresence::None); });
 }
 
-void Drive::remove(DiscPresence presence) {
-    m_ejecting.reset();
-    m_load.reset();
-    m_guard.reset();
-    m_transport.reset();
+void Drive::leave() {
+    m_state.playState(PlayState::Ejecting);
+    logInfo("disc ejected: %s\n", m_path.c_str());
+    stopReading();
+    m_state.drive({"ejecting", m_path, ""});
+    m_leaving = afterDelay(m_loop, EjectTime, [this] { left(); });
+    rememberTray();
+}
+
+// The disc is out.
+void Drive::left() {
     m_contents.reset();
     m_gate.reset();
     m_path.clear();
-    m_state.disc(presence);
+    if (m_next) {
+        m_state.disc(m_absence);
+    } else {
+        announceEmpty();
+    }
     m_state.forgetDisc();
     m_state.drive({"empty", "", ""});
-    rememberTray();
+    m_leaving = afterDelay(m_loop, ChangeTime, [this] {
+        m_leaving.reset();
+        if (const auto next = std::exchange(m_next, std::nullopt)) {
+            take(*next);
+        } else if (!m_resting.active()) {
+            announceEmpty();
+        }
+    });
+}
+
+// An application that shows a disc, its way out or an error takes "no disc" only while it waits for a disc to be
+// read, so that it is told "loading" first. It looks at the present value when it gets to it, which is why
+// "loading" stays for a while.
+void Drive::announceEmpty() {
+    if (!m_path.empty()) {
+        return;
+    }
+    m_state.playState(PlayState::Loading);
+    m_state.disc(m_absence);
+    m_resting = afterDelay(m_loop, LeadTime, [this] {
+        m_resting.reset();
+        m_state.playState(PlayState::Stopped);
+    });
+}
+
+void Drive::stopReading() {
+    m_load.reset();
+    m_guard.reset();
+    m_transport.reset();
+}
+
+void Drive::loseDrive() {
+    m_absence = DiscPresence::DriveGone;
+    if (m_path.empty()) {
+        m_state.disc(m_absence);
+    }
+    eject();
 }
 
 bool Drive::fault(const std::string& kind) {
     if (kind == "gone") {
-        remove(DiscPresence::DriveGone);
+        loseDrive();
         return true;
     }
     const auto row = std::find_if(std::begin(faults), std::end(faults),

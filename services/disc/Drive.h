@@ -8,6 +8,7 @@
 #include "services/disc/Transport.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace zm::disc {
@@ -26,8 +27,10 @@ public:
     void start(const Tray& tray);
     /** Takes the disc at `path`, after the present one is out. A path that cannot be read changes nothing. */
     void insert(const std::string& path);
-    /** Stops and gives the disc out; without a disc nothing happens. */
+    /** Stops and gives the disc out, also one that waits to be taken; without a disc nothing happens. */
     void eject();
+    /** Leads the application on from whatever it shows to "no disc"; with a disc inside nothing happens. */
+    void announceEmpty();
     /** Gives the drive a fault by its name; false for an unknown one. */
     bool fault(const std::string& kind);
     void source(bool on);
@@ -43,7 +46,16 @@ private:
     void loadFinished() override;
     void loadFailed(const std::string& reason) override;
 
-    void remove(DiscPresence presence);
+    struct Inserted {
+        std::string path;
+        std::shared_ptr<Medium> medium;
+    };
+
+    void take(const Inserted& disc);
+    void leave();
+    void left();
+    void loseDrive();
+    void stopReading();
     void rememberTray();
 
     EventLoop& m_loop;
@@ -51,7 +63,9 @@ private:
     PlayModes& m_modes;
     Engine& m_engine;
     std::shared_ptr<Catalogue> m_catalogue;
-    std::string m_path; ///< of the disc inside; empty without one
+    std::string m_path;                          ///< of the disc inside; empty without one
+    DiscPresence m_absence = DiscPresence::None; ///< what "disc" is once none is inside
+    std::optional<Inserted> m_next;              ///< taken when the one before it is out
     bool m_source = false;
     std::shared_ptr<FaultGate> m_gate;
     std::shared_ptr<const Contents> m_contents;
@@ -59,7 +73,8 @@ private:
     std::unique_ptr<DiscLoad> m_load;
     std::unique_ptr<CatalogueGuard> m_guard; ///< of a disc that is ready
     std::unique_ptr<Transport> m_transport;
-    SourceHandle m_ejecting;
+    SourceHandle m_leaving; ///< runs until the disc is out and the next one is taken
+    SourceHandle m_resting; ///< runs until an empty drive has nothing more to say
 };
 
 } // namespace zm::disc

@@ -149,6 +149,8 @@ Status Service::begin(const std::string& disc) {
     const std::string& path = remembered ? tray.path : disc;
     if (!path.empty()) {
         m_drive.insert(path);
+    } else if (remembered) {
+        m_drive.announceEmpty(); // the run before may have ended while a disc was on its way out
     }
     driveText(driveObject); // a request that nobody was there to see to
     m_inbox = std::make_unique<PpsInbox>(
@@ -184,6 +186,8 @@ void Service::command(const std::string& value) {
     const int first = integer(json, "param1");
     const int second = integer(json, "param2");
     if (number == EjectCommand) {
+        // The application waits for what follows, also where there is nothing to give out.
+        m_drive.announceEmpty();
         m_drive.eject();
         return;
     }

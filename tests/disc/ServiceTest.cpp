@@ -180,6 +180,134 @@ TEST_F(DiscService, TheDrivesOwnEjectDoesTheSame) {
     m_unit.next("disc", "0");
 }
 
+// ---- what leads the application on
+
+class DiscServiceLeaving : public DiscService {
+protected:
+    void SetUp() override {
+        DiscService::SetUp();
+        place(toneFile("mp3", 30, "Other"), m_other / "9.mp3");
+    }
+    void insert(const std::string& path) { m_unit.request({{"op", "insert"}, {"path", path}}); }
+    // What the application is told of a disc's life, from the last time that it left; repetitions once.
+    std::vector<std::string> life() {
+        std::vector<std::string> values;
+        for (const auto& each : m_unit.recorder().all()) {
+            if (each.name == "discstate" && each.value == "20") {
+                values.clear();
+            }
+            const std::string text = each.name + "=" + each.value;
+            if ((each.name == "discstate" || each.name == "disc") &&
+                (values.empty() || values.back() != text)) {
+                values.push_back(text);
+            }
+        }
+        return values;
+    }
+    void waitUntilEmpty() {
+        m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "empty"; });
+    }
+
+    TempFolder m_other;
+};
+
+using Life = std::vector<std::string>;
+
+TEST_F(DiscServiceLeaving, AnEjectedDiscLeadsOnToNoDisc) {
+    play();
+    m_unit.command(13);
+    const auto out = m_unit.next("disc", "0");
+    const auto rest = m_unit.nextState(PlayState::Stopped);
+    EXPECT_GE(rest.when - out.when, 1s) << "also an application with much to do finds \"loading\"";
+    EXPECT_EQ(life(), (Life{"discstate=20", "discstate=1", "disc=0", "discstate=0"}));
+}
+
+TEST_F(DiscServiceLeaving, ADriveThatIsGoneGivesUpItsDiscInTheSameWay) {
+    play();
+    m_unit.request({{"op", "fault"}, {"kind", "gone"}});
+    m_unit.next("disc", "2");
+    m_unit.nextState(PlayState::Stopped);
+    EXPECT_EQ(life(), (Life{"discstate=20", "discstate=1", "disc=2", "discstate=0"}));
+    insert(m_disc.path().string());
+    m_unit.next("disc", "1");
+}
+
+TEST_F(DiscServiceLeaving, TheApplicationsEjectOfAnEmptyDriveLeadsOnToo) {
+    m_unit.startService();
+    waitUntilEmpty();
+    m_unit.mark();
+    m_unit.request({{"op", "fault"}, {"kind", "region"}});
+    m_unit.command(13);
+    m_unit.nextState(PlayState::Loading);
+    m_unit.next("disc", "0");
+    m_unit.nextState(PlayState::Stopped);
+}
+
+TEST_F(DiscServiceLeaving, AnUnplayableDiscIsGivenOutAndLeadsOn) {
+    TempFolder empty;
+    m_unit.startService(empty.path().string());
+    m_unit.nextState(PlayState::Error);
+    m_unit.mark();
+    m_unit.command(13);
+    m_unit.nextState(PlayState::Stopped);
+    EXPECT_EQ(life(), (Life{"discstate=20", "discstate=1", "disc=0", "discstate=0"}));
+}
+
+TEST_F(DiscServiceLeaving, AFullDriveGivesItsDiscOutBeforeItTakesTheNext) {
+    play();
+    insert(m_other.path().string());
+    const auto leaves = m_unit.nextState(PlayState::Ejecting);
+    const auto out = m_unit.next("disc", "0");
+    EXPECT_GE(out.when - leaves.when, 500ms);
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "empty"; });
+    EXPECT_GE(m_unit.next("disc", "1").when - out.when, 100ms);
+    m_unit.nextState(PlayState::Playing);
+    EXPECT_EQ(life(), (Life{"discstate=20", "disc=0", "disc=1", "discstate=1", "discstate=2"}));
+}
+
+TEST_F(DiscServiceLeaving, OfTwoDiscsPutIntoAFullDriveTheLastIsTaken) {
+    play();
+    insert(m_disc / "a");
+    m_unit.nextState(PlayState::Ejecting);
+    insert(m_other.path().string());
+    nextTitle("Other");
+    m_unit.nextState(PlayState::Playing);
+    EXPECT_EQ(life(), (Life{"discstate=20", "disc=0", "disc=1", "discstate=1", "discstate=2"}));
+}
+
+TEST_F(DiscServiceLeaving, AnEjectionAlsoTakesBackTheDiscThatWaits) {
+    play();
+    insert(m_disc / "a");
+    m_unit.nextState(PlayState::Ejecting);
+    m_unit.request({{"op", "eject"}});
+    m_unit.nextState(PlayState::Stopped);
+    EXPECT_EQ(life(), (Life{"discstate=20", "discstate=1", "disc=0", "discstate=0"}));
+}
+
+TEST_F(DiscServiceLeaving, AServiceStartedAgainWhileADiscLeavesLeadsOn) {
+    play();
+    m_unit.request({{"op", "eject"}});
+    m_unit.next("tray", [](const Published& each) { return each.json()["path"] == ""; });
+    m_unit.stopService();
+    m_unit.startService();
+    m_unit.nextState(PlayState::Loading);
+    m_unit.next("disc", "0");
+    m_unit.nextState(PlayState::Stopped);
+    EXPECT_FALSE(m_unit.follows("disc", "1", 300ms));
+}
+
+TEST_F(DiscServiceLeaving, AServiceStartedAgainInTheMiddleOfAChangeTakesTheNextDisc) {
+    play();
+    insert(m_other.path().string());
+    m_unit.nextState(PlayState::Ejecting);
+    m_unit.next("tray",
+                [&](const Published& each) { return each.json()["path"] == m_other.path().string(); });
+    m_unit.stopService();
+    m_unit.startService();
+    nextTitle("Other");
+    m_unit.nextState(PlayState::Playing);
+}
+
 // ---- restarts
 
 TEST_F(DiscService, AServiceStartedAgainFindsItsDiscAndItsSource) {
@@ -196,8 +324,8 @@ TEST_F(DiscService, AServiceStartedAgainFindsItsDiscAndItsSource) {
 TEST_F(DiscService, AServiceStartedAgainAfterAnEjectionFindsAnEmptyDrive) {
     play();
     m_unit.request({{"op", "eject"}});
-    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "empty"; });
     m_unit.next("tray", [](const Published& each) { return each.json()["path"] == ""; });
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "empty"; });
     m_unit.stopService();
     m_unit.mark();
     m_unit.startService(m_disc.path().string());

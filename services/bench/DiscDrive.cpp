@@ -18,7 +18,9 @@ Status DiscDrive::start() {
     auto watch = PpsWatch::open(m_loop, m_socket, Object, [this](const std::string& text) {
         for (const auto& delta : ppsDeltas(text)) {
             for (const auto& line : delta) {
-                ppsValue(line, "drivestate", m_state);
+                if (ppsValue(line, "drivestate", m_state)) {
+                    stateChanged();
+                }
             }
         }
     });
@@ -35,10 +37,12 @@ Status DiscDrive::start() {
 }
 
 Status DiscDrive::insert(const std::string& path) {
+    m_wanted = path;
     return ask(jsonText({{"op", "insert"}, {"path", path}}));
 }
 
 Status DiscDrive::eject() {
+    m_wanted.clear();
     return ask(jsonText({{"op", "eject"}}));
 }
 
@@ -48,6 +52,28 @@ Status DiscDrive::fault(const std::string& kind) {
 
 Status DiscDrive::ask(const std::string& json) {
     return m_object->write("drive:json:" + json + "\n");
+}
+
+namespace {
+
+std::string member(const Json& object, const char* name) {
+    const auto found = object.is_object() ? object.find(name) : object.end();
+    return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
+} // namespace
+
+void DiscDrive::stateChanged() {
+    const Json json = Json::parse(m_state, nullptr, false);
+    const std::string name = member(json, "state");
+    m_holdsDisc = name == "reading" || name == "loaded";
+    if (m_wanted.empty() || member(json, "path") != m_wanted || (name != "reading" && name != "error")) {
+        return;
+    }
+    m_wanted.clear();
+    if (m_holdsDisc && onInserted) {
+        onInserted();
+    }
 }
 
 std::string DiscDrive::state() {

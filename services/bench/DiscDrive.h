@@ -4,6 +4,7 @@
 #include "base/Result.h"
 #include "services/bench/PpsWatch.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -27,14 +28,22 @@ public:
     /** The latest "drivestate" as JSON text; empty before the disc service has said anything. */
     std::string state();
 
+    /** A disc that can be played is inside, or is read to find out. */
+    bool holdsDisc() const { return m_holdsDisc; }
+    /** The drive has taken in a disc that it was asked to insert (not one that it finds at its start). */
+    std::function<void()> onInserted;
+
 private:
     Status ask(const std::string& json);
+    void stateChanged();
 
     EventLoop& m_loop;
     std::string m_socket;
     std::unique_ptr<PpsWatch> m_watch;
     std::unique_ptr<PpsFile> m_object;
     std::string m_state;
+    bool m_holdsDisc = false;
+    std::string m_wanted; ///< path of the disc to be inserted; empty: none
 };
 
 } // namespace zm

@@ -62,6 +62,7 @@ void HeadUnit::connectParts() {
     m_shell.onRequest = [this](const Json& request) { m_launcher.requested(request); };
     m_shell.onGone = [this](bool inOrder) { applicationGone(inOrder); };
     m_launcher.onStartWanted = [this] { startApplication(); };
+    m_drive.onInserted = [this] { discInserted(); };
 }
 
 void HeadUnit::makeChildren() {
@@ -79,7 +80,7 @@ void HeadUnit::makeChildren() {
     m_application =
         std::make_unique<Child>(m_loop, ChildSetup{"app", m_options.programDir + "/Platen",
                                                    applicationArguments(m_options.appArgs), environment});
-    m_application->onDown = [this] { m_launcher.applicationEnded(); };
+    m_application->onDown = [this] { applicationDown(); };
     if (m_options.discService) {
         std::vector<std::string> arguments;
         if (!m_options.disc.empty()) {
@@ -143,6 +144,38 @@ void HeadUnit::applicationGone(bool inOrder) {
     // One that this bench started is watched as a process; of any other only its farewell is known.
     if (inOrder && !m_application) {
         m_launcher.applicationEnded();
+    }
+}
+
+// What ends may have asked for it just before a disc came: then it is wanted again.
+void HeadUnit::applicationDown() {
+    const bool missesDisc = m_launcher.quitsByItsWish() && m_drive.holdsDisc();
+    const bool wanted = std::exchange(m_startAgain, false) || missesDisc;
+    m_launcher.applicationEnded();
+    if (wanted && discComesToFront()) {
+        startApplication();
+    }
+}
+
+bool HeadUnit::discComesToFront() const {
+    return m_options.discToFront && m_launcher.mode() == LauncherMode::Active;
+}
+
+void HeadUnit::discInserted() {
+    if (!discComesToFront()) {
+        return;
+    }
+    const bool running = m_ready || applicationExpected();
+    if (running && m_launcher.quitting()) {
+        m_startAgain = true;
+    } else if (m_ready) {
+        if (!m_launcher.resumed()) {
+            m_launcher.send(AppStatus::Resume, [](const auto&) {});
+        }
+    } else if (running) {
+        m_launcher.bringToFront(); // its first resume follows
+    } else {
+        startApplication();
     }
 }
 

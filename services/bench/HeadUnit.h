@@ -76,6 +76,9 @@ private:
     void makeChildren();
     void applicationRuns();
     void applicationGone(bool inOrder);
+    void applicationDown();
+    bool discComesToFront() const;
+    void discInserted();
     Json welcome() const;
 
     EventLoop& m_loop;
@@ -92,6 +95,7 @@ private:
     std::string m_language = "en";
     std::string m_theme = "night";
     bool m_ready = false;
+    bool m_startAgain = false; ///< a disc was inserted while the application was on its way out
     uint64_t m_ppsChanges = 0;
     std::map<const void*, std::function<void()>> m_followers;
 };

@@ -22,6 +22,7 @@ struct HeadUnitOptions {
     std::string disc;    ///< put into the drive at the start; empty: none
     std::string appArgs; ///< appended to the application's command line, separated as a shell would
     LauncherMode launcher = LauncherMode::Active;
+    bool discToFront = true; ///< an active launcher brings the disc player to the front for an inserted disc
     ClockMode clock = ClockMode::Real;
 };
 

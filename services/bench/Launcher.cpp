@@ -54,6 +54,7 @@ void Launcher::requested(const Json& message) {
         switchTo(application);
     } else if (op == "QueryCloseApp" && application == DiscApplication) {
         send(AppStatus::Quit, [](const auto&) {});
+        m_closeWanted = true;
     }
 }
 
@@ -67,6 +68,8 @@ void Launcher::switchTo(const std::string& application) {
 }
 
 void Launcher::send(AppStatus status, ShellServer::Reply reply) {
+    m_last = status;
+    m_closeWanted = false;
     if (status == AppStatus::Resume) {
         bringToFront();
     }
@@ -80,6 +83,7 @@ void Launcher::applicationEnded() {
 }
 
 void Launcher::bringToFront() {
+    m_last = AppStatus::Resume;
     showFront(DiscApplication);
 }
 

@@ -31,6 +31,12 @@ public:
     /** The disc player comes to the front with the resume that follows its start. */
     void bringToFront();
 
+    /** The disc player was told to show itself, and nothing else since. */
+    bool resumed() const { return discInFront() && m_last == AppStatus::Resume; }
+    /** The disc player was told to quit, and whether because it asked for it. */
+    bool quitting() const { return m_last == AppStatus::Quit; }
+    bool quitsByItsWish() const { return quitting() && m_closeWanted; }
+
     /** The disc player is in front, so that input belongs to it. */
     bool discInFront() const { return m_front == DiscApplication; }
     const std::string& front() const { return m_front; }
@@ -57,6 +63,8 @@ private:
     ShellServer& m_shell;
     Compositor& m_compositor;
     std::string m_front = DiscApplication;
+    AppStatus m_last = AppStatus::Pause; ///< that was sent
+    bool m_closeWanted = false;          ///< the application has asked to be closed
     std::deque<std::string> m_requests;
 };
 

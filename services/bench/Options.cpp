@@ -14,7 +14,7 @@ namespace zm {
 const char* const BenchUsage =
     "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
     "--no-web]\n"
-    "               [--manual-clock] [--launcher active|passive] [--app-args TEXT]\n"
+    "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
     "               [--resources DIR]\n"
     "       zmbench --version | --help\n";
 
@@ -49,7 +49,7 @@ struct OptionRow {
     bool (*take)(Parsed& parsed, const std::string& value);
 };
 
-constexpr std::array<OptionRow, 10> Rows = {{
+constexpr std::array<OptionRow, 11> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -85,6 +85,11 @@ constexpr std::array<OptionRow, 10> Rows = {{
      [](Parsed& p, const std::string& v) {
          p.launcher = v;
          return v == "active" || v == "passive";
+     }},
+    {"--insert-stays", false,
+     [](Parsed& p, const std::string&) {
+         p.options.unit.discToFront = false;
+         return true;
      }},
     {"--app-args", true, takeAppArgs},
     {"--resources", true,

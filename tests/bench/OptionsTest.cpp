@@ -16,6 +16,8 @@ TEST(BenchOptions, HaveTheirDefaults) {
     EXPECT_EQ(options->unit.launcher, LauncherMode::Active);
     EXPECT_EQ(options->unit.clock, ClockMode::Real);
     EXPECT_TRUE(options->unit.discService);
+    EXPECT_TRUE(options->unit.discToFront);
+    EXPECT_FALSE(parseBenchOptions({"--insert-stays"})->unit.discToFront);
     EXPECT_TRUE(options->web);
     EXPECT_EQ(options->port, 0);
 }

@@ -34,6 +34,31 @@ void screen(Application& application, const json& message, const Reply& reply) {
     });
 }
 
+// What the user sees of all views, the one in front last.
+void seen(Application& application, const json&, const Reply& reply) {
+    replyFromEvent(application, reply, [&application] {
+        json all = json::array();
+        const ViewImpl* front = application.viewByRole("osd");
+        front = front && front->spec.visible ? front : nullptr;
+        for (const char* role : Roles) {
+            const ViewImpl* view = application.viewByRole(role);
+            if (!view || !view->spec.visible) {
+                continue;
+            }
+            for (auto& entry : view->scene->describeSeen()) {
+                const auto& rect = entry["rect"];
+                const int x = rect[0].get<int>() + rect[2].get<int>() / 2;
+                const int y = rect[1].get<int>() + rect[3].get<int>() / 2;
+                if (view == front || !front || !front->scene->hits(x, y)) {
+                    entry["view"] = role;
+                    all.push_back(std::move(entry));
+                }
+            }
+        }
+        return json{{"seen", std::move(all)}};
+    });
+}
+
 // Waits until everything drawn is on the screen. On the coordinator thread.
 bool syncFrames(Application& application, TimePoint deadline) {
     auto synced = std::make_shared<std::atomic<bool>>(false);
@@ -102,7 +127,8 @@ void unhold(Application&, const json&, const Reply& reply) {
 }
 
 constexpr ShellCommand Commands[] = {
-    {"screen", screen}, {"settle", settle}, {"advance", advance}, {"hold", hold}, {"unhold", unhold},
+    {"screen", screen},   {"seen", seen}, {"settle", settle},
+    {"advance", advance}, {"hold", hold}, {"unhold", unhold},
 };
 
 } // namespace

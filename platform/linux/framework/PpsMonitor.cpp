@@ -65,7 +65,7 @@ bool PpsMonitor::add(int key, std::shared_ptr<PpsSlot> slot) {
                         [key](const Entry& entry) { return entry.key == key; })) {
             return false;
         }
-        m_entries.push_back({m_nextId++, key, std::move(slot)});
+        m_entries.push_back({key, std::move(slot)});
     }
     wake();
     return true;
@@ -103,16 +103,13 @@ void PpsMonitor::run() {
                 read(entry);
             }
         }
-        if (turn.running) {
-            deliver(turn.entries);
-        }
         for (const auto& fence : turn.fences) {
             fence->pass();
         }
         if (!turn.running) {
             return;
         }
-        look(turn.entries, !m_order.waits());
+        wait(turn.entries);
     }
 }
 
@@ -129,32 +126,21 @@ PpsMonitor::Turn PpsMonitor::takeTurn() {
 }
 
 void PpsMonitor::read(const Entry& entry) {
-    auto changes = entry.slot->read();
+    auto text = entry.slot->read();
     {
         std::lock_guard lock(m_mutex);
-        Entry* own = find(entry.id);
+        Entry* own = find(entry);
         // Told once, until a read succeeds again.
-        if (own && std::exchange(own->failed, !changes) != !changes && !changes) {
-            reportFailure("PPS object " + std::to_string(entry.key) + ": " + changes.error());
+        if (own && std::exchange(own->failed, !text) != !text && !text) {
+            reportFailure("PPS object " + std::to_string(entry.key) + ": " + text.error());
         }
     }
-    if (changes) {
-        m_order.add(entry.id, std::move(*changes));
+    if (text && !text->empty()) {
+        deliver(entry, std::move(*text));
     }
 }
 
-// A change is noticed before one that was written later can be read. So what is not readable now has nothing
-// older than what was read, and the rest has to be read before anything younger is delivered.
-void PpsMonitor::deliver(const std::vector<Entry>& entries) {
-    if (!m_order.waits()) {
-        return;
-    }
-    for (auto& [id, text] : m_order.take(look(entries, false))) {
-        report(id, std::move(text));
-    }
-}
-
-void PpsMonitor::report(int id, std::string text) {
+void PpsMonitor::deliver(const Entry& entry, std::string text) {
     char none[] = "";
     pps_attrib_t attribute{};
     attribute.obj_index = attribute.attr_index = -1;
@@ -165,53 +151,47 @@ void PpsMonitor::report(int id, std::string text) {
         } else if (status != PPS_ATTRIBUTE) {
             continue;
         }
-        int key = 0;
         {
             std::lock_guard lock(m_mutex);
-            const Entry* entry = find(id);
-            if (!m_running || !entry) {
+            if (!m_running || !find(entry)) {
                 return;
             }
-            key = entry->key;
             ++m_delivered;
         }
-        m_onChange(key, &attribute);
+        m_onChange(entry.key, &attribute);
     }
 }
 
 // The entry as it is now; null if it was removed. With m_mutex held.
-PpsMonitor::Entry* PpsMonitor::find(int id) {
-    const auto found = std::ranges::find(m_entries, id, &Entry::id);
+PpsMonitor::Entry* PpsMonitor::find(const Entry& entry) {
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& other) {
+        return other.key == entry.key && other.slot == entry.slot;
+    });
     return found == m_entries.end() ? nullptr : &*found;
 }
 
-bool PpsMonitor::failed(int id) {
+bool PpsMonitor::failed(const Entry& entry) {
     std::lock_guard lock(m_mutex);
-    const Entry* own = find(id);
+    const Entry* own = find(entry);
     return own && own->failed;
 }
 
-// Looks which objects have something, and notes them; with `wait`, once there is something to do.
-std::vector<int> PpsMonitor::look(const std::vector<Entry>& entries, bool wait) {
+// Waits until there is something to do, and notes which objects to read.
+void PpsMonitor::wait(const std::vector<Entry>& entries) {
     std::vector<pollfd> waits{{m_wake.get(), POLLIN, 0}};
     bool retry = false;
     for (const Entry& entry : entries) {
         // One whose read fails may well be readable all the time.
-        waits.push_back({failed(entry.id) ? -1 : entry.slot->pollFd(), POLLIN, 0});
+        waits.push_back({failed(entry) ? -1 : entry.slot->pollFd(), POLLIN, 0});
         retry = retry || (waits.back().fd < 0 && entry.slot->isOpen());
     }
-    ::poll(waits.data(), waits.size(), !wait ? 0 : retry ? RetryMs : -1);
-    std::vector<int> readable;
+    ::poll(waits.data(), waits.size(), retry ? RetryMs : -1);
     std::lock_guard lock(m_mutex);
     for (size_t i = 0; i < entries.size(); ++i) {
-        if (Entry* own = find(entries[i].id)) {
+        if (Entry* own = find(entries[i])) {
             own->ready = own->ready || waits[i + 1].fd < 0 || waits[i + 1].revents != 0;
-            if (waits[i + 1].revents != 0) {
-                readable.push_back(own->id);
-            }
         }
     }
-    return readable;
 }
 
 void PpsMonitor::wake() {

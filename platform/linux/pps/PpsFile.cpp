@@ -123,7 +123,7 @@ struct PpsFile::Impl {
         }
     }
 
-    Result<PpsChanges> readOnce() {
+    Result<std::string> readOnce() {
         std::lock_guard lock(mutex);
         if (connection) {
             drainNotices();
@@ -136,8 +136,7 @@ struct PpsFile::Impl {
             drop();
             return disconnected();
         }
-        return result.answer ? PpsChanges::decode(*result.answer)
-                             : Result<PpsChanges>(Error{result.answer.error()});
+        return result.answer;
     }
 
     // Repeats a change that met a service which had gone: what that one had done is gone with it.
@@ -194,14 +193,10 @@ Result<std::string> PpsFile::read() {
             }
         }
         auto result = m_impl->readOnce();
-        if (!m_impl->wait || (result && !result->changes.empty())) {
-            return result ? Result<std::string>(result->text()) : Error{result.error()};
+        if (!m_impl->wait || (result && !result->empty())) {
+            return result;
         }
     }
-}
-
-Result<PpsChanges> PpsFile::readChanges() {
-    return m_impl->readOnce();
 }
 
 Status PpsFile::write(std::string_view text) {

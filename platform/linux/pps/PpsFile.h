@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Result.h"
-#include "platform/linux/pps/PpsChange.h"
 
 #include <memory>
 #include <string>
@@ -33,8 +32,6 @@ public:
      * disconnected.
      */
     Result<std::string> read();
-    /** The same without waiting, each change by itself with its number. */
-    Result<PpsChanges> readChanges();
     /**
      * One transaction: all lines or none. An error names the faulty line. Every reader has been told when it
      * returns. When the service has gone it tries for 250 ms to find a new one, then fails.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Result.h"
-#include "platform/linux/pps/PpsChange.h"
 #include "platform/linux/pps/PpsObject.h"
 #include "platform/linux/pps/PpsPath.h"
 
@@ -29,8 +28,8 @@ public:
     /** Calls `onReadable` unless it has been called since the last read; at first for the present state. */
     void announce();
 
-    /** What `read` on the descriptor returns; without changes when there is nothing new. */
-    Result<PpsChanges> read();
+    /** What `read` on the descriptor returns; empty when there is nothing new. */
+    Result<std::string> read();
     /** One transaction; every other reader has been told when it returns. */
     Status write(std::string_view text);
     Status truncate();
@@ -39,8 +38,8 @@ private:
     friend class PpsStore;
     PpsReader(PpsStore& store, PpsPath path, int access)
         : m_store(store), m_path(std::move(path)), m_access(access) {}
-    void tell(const std::string& leaf, const PpsChange& change);
-    std::vector<PpsChange> takeChanges();
+    void tell(const std::string& leaf, const std::string& text);
+    std::string takeChanges();
     std::string takeWhole();
     Status writable() const;
 
@@ -51,16 +50,13 @@ private:
     bool m_fresh = true;           ///< the next read gives the present state
     bool m_overflowed = false;
     bool m_told = false;
-    std::vector<PpsChange> m_queue;    ///< changes of a delta reader
-    size_t m_queued = 0;               ///< bytes of their texts
+    std::string m_queue;               ///< changes of a delta reader
     std::deque<std::string> m_changed; ///< objects that a full reader of a folder has yet to see
 };
 
 /** All objects and all descriptors, without sockets. One thread. */
 class PpsStore {
 public:
-    PpsStore();
-
     /** Opens `path` with `flags` in the target's numbers. The store must outlive the reader. */
     Result<std::unique_ptr<PpsReader>> open(const std::string& path, int flags);
     Status unlink(const std::string& path);
@@ -83,7 +79,6 @@ private:
     std::set<std::string> m_folders{""};
     std::map<std::string, std::vector<PpsReader*>> m_readers; ///< by object name or "FOLDER/.all"
     size_t m_bytes = 0;
-    uint64_t m_number; ///< of the latest change
 };
 
 } // namespace zm

@@ -47,7 +47,80 @@ json describeItem(const Item& item) {
     return result;
 }
 
+bool fills(const Pages& pages, const Item& item) {
+    return item.spec.kind == ItemKind::Panel && pages.style(item).look(LookState::Normal).fill != noColor;
+}
+
+// Whether something that is drawn later lies over that point of the item.
+bool covered(const Pages& pages, const Item& item, int x, int y) {
+    bool later = false;
+    for (const Window* window : pages.shown()) {
+        if (later && window != &item.window && window->spec.background != noColor) {
+            return true;
+        }
+        for (const auto& other : window->items) {
+            if (later && fills(pages, *other) && other->onPage() && other->spec.rect.contains(x, y)) {
+                return true;
+            }
+            later = later || other.get() == &item;
+        }
+    }
+    return false;
+}
+
+/** Collects what is seen of the items. */
+struct Seen {
+    const Pages& pages;
+    const Touch& touch;
+    json entries = json::array();
+
+    void add(const Item& item, const std::string& text, const Rect& rect) {
+        const int x = rect.x + rect.w / 2;
+        const int y = rect.y + rect.h / 2;
+        const bool touched = item.spec.touch && touch.reaches(x, y, item);
+        if ((text.empty() && !touched) || covered(pages, item, x, y)) {
+            return;
+        }
+        json entry = {{"window", item.window.spec.id},
+                      {"item", item.spec.id},
+                      {"kind", itemKindNames[static_cast<size_t>(item.spec.kind)]},
+                      {"text", text},
+                      {"rect", {rect.x, rect.y, rect.w, rect.h}},
+                      {"enabled", item.enabled}};
+        if (touched) {
+            entry["touch"] = {x, y};
+        }
+        entries.push_back(std::move(entry));
+    }
+
+    void addRows(const Item& item, const CUI_BtList::Impl& list) {
+        for (int row = 0; list.has(row); ++row) {
+            const Rect rect = list.rowRect(row);
+            if (item.spec.rect.contains(rect.x + rect.w / 2, rect.y + rect.h / 2)) {
+                add(item, list.text(list.rows[static_cast<size_t>(row)]), rect);
+            }
+        }
+    }
+};
+
 } // namespace
+
+nlohmann::json Scene::describeSeen() const {
+    Seen seen{m_impl->pages, m_impl->touch};
+    for (const Window* window : m_impl->pages.shown()) {
+        for (const auto& item : window->items) {
+            if (!item->onPage()) {
+                continue;
+            }
+            if (item->list) {
+                seen.addRows(*item, item->list->impl());
+            } else {
+                seen.add(*item, item->text, item->spec.rect);
+            }
+        }
+    }
+    return std::move(seen.entries);
+}
 
 nlohmann::json Scene::describe(std::optional<int> window) const {
     json result = json::object();

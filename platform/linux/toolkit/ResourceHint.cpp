@@ -1,32 +1,15 @@
 #include "platform/linux/toolkit/ResourceHint.h"
 
+#include "base/Nearest.h"
+
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 namespace zm {
 
 namespace {
 
-constexpr size_t shortestName = 3;
-constexpr size_t longestName = 40;
 constexpr size_t longestToken = 30;
-
-/** How many letters have to be changed, left out or put in. */
-size_t distance(std::string_view a, std::string_view b) {
-    std::vector<size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (size_t i = 0; i < a.size(); ++i) {
-        size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (size_t j = 0; j < b.size(); ++j) {
-            const size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({changed, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
 
 struct Syntax {
     std::string_view reason; ///< part of the parser's message
@@ -69,18 +52,7 @@ std::string lastPart(std::string token) {
 } // namespace
 
 std::string didYouMean(std::string_view name, const std::vector<std::string>& known) {
-    if (name.size() < shortestName || name.size() > longestName) {
-        return {};
-    }
-    size_t least = (name.size() + 2) / 3 + 1;
-    std::string nearest;
-    for (const std::string& candidate : known) {
-        const size_t far = candidate.size() > longestName ? least : distance(name, candidate);
-        if (far < least) {
-            least = far;
-            nearest = candidate;
-        }
-    }
+    const std::string nearest = nearestWord(name, known);
     return nearest.empty() ? "" : " (did you mean \"" + nearest + "\"?)";
 }
 

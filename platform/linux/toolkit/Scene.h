@@ -84,6 +84,13 @@ public:
     /** The pages' contents: {"6":{"items":{...}}}; only `window` when one is named. */
     nlohmann::json describe(std::optional<int> window = {}) const;
 
+    /**
+     * What the user sees of the shown pages, in drawing order: items with a text and those that can be touched,
+     * of a list its rows in view. {"window","item","kind","text","rect","enabled"} and, of what can be touched,
+     * "touch": a point that reaches it. What a panel or a page above covers is left out.
+     */
+    nlohmann::json describeSeen() const;
+
     struct Impl;
 
 private:

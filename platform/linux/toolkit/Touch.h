@@ -14,6 +14,8 @@ public:
 
     /** Whether a shown window takes touches at that point. */
     bool covers(int x, int y) const;
+    /** Whether a touch there belongs to that item. */
+    bool reaches(int x, int y, const Item& item) const { return hit(x, y).item == &item; }
     void press(int x, int y);
     void move(int x, int y, int64_t nowMs);
     void hold();

@@ -30,7 +30,7 @@ const groups = [
   ['Steering and voice', [
     {code: 160, text: 'Random folder', title: 'Shuffle 1, repeat folder'},
     {code: 161, text: 'Repeat all', title: 'Repeat all'},
-    {code: 162, text: 'Shuffle', title: 'Shuffle'},
+    {code: 162, text: 'Shuffle off', title: 'Shuffle off'},
     {code: 163, text: 'Again', title: 'Play the current item from its start'},
   ]],
 ];

@@ -1,5 +1,6 @@
 #include "services/bench/CommandProcessor.h"
 
+#include "services/ctl/CommandForm.h"
 #include "services/ctl/CommandTexts.h"
 
 #include <array>
@@ -34,7 +35,7 @@ void CommandProcessor::execute(const std::shared_ptr<CommandRun>& run) {
     }
     CommandCall call{m_unit, run, Arguments({words.begin() + 1, words.end()})};
     if (!row->handler(call)) {
-        run->err(usageText(*findCommandText(row->name)));
+        run->err(wrongUsageText(words, call.arguments.why()));
         run->finish(Exit::WrongUsage);
     }
 }

@@ -1,13 +1,18 @@
 #include "services/bench/CommandProcessor.h"
+#include "services/bench/PpsWatch.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <filesystem>
 
 namespace zm {
 
 namespace {
+
+constexpr std::chrono::seconds InsertTime(60);
 
 // Whether there is a drive to talk to; ends the command if not.
 bool hasDrive(CommandCall& call) {
@@ -18,7 +23,61 @@ bool hasDrive(CommandCall& call) {
     return false;
 }
 
+// Follows the drive until it has taken a disc, or has found that it cannot. What it said before does not count.
+class Inserting {
+public:
+    Inserting(std::shared_ptr<CommandRun> run, std::string path)
+        : m_run(std::move(run)), m_path(std::move(path)) {}
+
+    static void start(CommandCall& call, const std::string& path) {
+        auto self = std::make_shared<Inserting>(call.run, path);
+        auto watch = DiscDrive::watch(call.unit.loop(), call.unit.ppsSocket(),
+                                      [raw = self.get()](const std::string& state) { raw->changed(state); });
+        if (!watch) {
+            call.run->fail(watch.error());
+            return;
+        }
+        self->m_watch = std::move(*watch);
+        self->m_watch->drain();
+        self->m_asked = true;
+        self->m_limit = afterDelay(call.unit.loop(), InsertTime, [run = call.run] {
+            run->fail("the drive has not taken the disc within a minute");
+        });
+        // The command may end from inside its own watch: that goes in a turn of its own.
+        call.run->onEnd = [self, &loop = call.unit.loop()] { loop.post([self] { self->stop(); }); };
+        if (const auto asked = call.unit.drive().insert(path); !asked) {
+            call.run->fail(asked.error());
+        }
+    }
+
+private:
+    void stop() {
+        m_watch.reset();
+        m_limit.reset();
+    }
+
+    void changed(const std::string& text) {
+        const Json state = Json::parse(text, nullptr, false);
+        if (!m_asked || !state.is_object() || state.value("path", "") != m_path) {
+            return;
+        }
+        const std::string name = state.value("state", "");
+        if (name == "loaded") {
+            m_run->finish();
+        } else if (name == "error") {
+            m_run->fail(m_path + ": " + state.value("text", ""));
+        }
+    }
+
+    std::shared_ptr<CommandRun> m_run;
+    std::string m_path;
+    bool m_asked = false;
+    std::unique_ptr<PpsWatch> m_watch;
+    SourceHandle m_limit;
+};
+
 bool insert(CommandCall& call) {
+    const bool waits = call.arguments.flag("--wait");
     const bool demonstration = call.arguments.flag("--demo");
     const std::string given = demonstration ? "" : call.arguments.word();
     if (!call.arguments.complete()) {
@@ -33,7 +92,11 @@ bool insert(CommandCall& call) {
         call.run->fail(systemError(path).message);
         return true;
     }
-    endWith(call.run, call.unit.drive().insert(path));
+    if (waits) {
+        Inserting::start(call, std::filesystem::path(path).lexically_normal().string());
+    } else {
+        endWith(call.run, call.unit.drive().insert(path));
+    }
     return true;
 }
 
@@ -51,10 +114,13 @@ constexpr std::array<std::string_view, 7> Faults = {"read",     "surface", "temp
                                                     "noanswer", "gone",    "none"};
 
 bool disc(CommandCall& call) {
-    const bool fault = call.arguments.more() && call.arguments.word() == "fault";
+    // The answer is JSON with and without it; with it, no script depends on that staying so.
+    const bool json = call.arguments.flag("--json");
+    const bool more = call.arguments.more();
+    const bool fault = more && call.arguments.word() == "fault";
     const std::string kind = fault ? call.arguments.word() : "";
     const bool known = std::find(Faults.begin(), Faults.end(), kind) != Faults.end();
-    if (!call.arguments.complete() || fault != (call.run->words().size() > 1) || (fault && !known)) {
+    if (!call.arguments.complete() || (more && !fault) || (fault && json) || (fault && !known)) {
         return false;
     }
     if (!hasDrive(call)) {

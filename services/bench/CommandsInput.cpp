@@ -1,5 +1,7 @@
 #include "services/bench/CommandProcessor.h"
+#include "services/bench/SeenItems.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zm {
@@ -22,8 +24,24 @@ bool input(CommandCall& call, Json message, std::optional<std::pair<int, int>> r
     return true;
 }
 
+// Whether a finger can come down there; ends the command if not. Once down it may leave the screen.
+bool onScreen(CommandCall& call, int x, int y) {
+    if (!call.arguments.complete() || (x >= 0 && x < Compositor::Width && y >= 0 && y < Compositor::Height)) {
+        return true;
+    }
+    const auto nearest = [](int value, int size) { return std::to_string(std::clamp(value, 0, size - 1)); };
+    call.run->fail(std::to_string(x) + " " + std::to_string(y) +
+                   " is not on the screen, which has 800 x 480 pixels; the nearest place is " +
+                   nearest(x, Compositor::Width) + " " + nearest(y, Compositor::Height));
+    return false;
+}
+
 bool key(CommandCall& call) {
-    const int code = call.arguments.number();
+    const int code = call.arguments.number("key", hardKeys());
+    if (call.arguments.complete() && !findNumber(hardKeys(), code)) {
+        // No failure: what becomes of a code that it does not know is the application's business.
+        call.run->out(unknownNumber("key", code, hardKeys()) + "; the application got it all the same\n");
+    }
     return input(call, {{"t", "key"}, {"code", code}}, std::nullopt);
 }
 
@@ -31,7 +49,30 @@ bool touch(CommandCall& call) {
     const int hold = call.arguments.number("--hold", 0).value_or(0);
     const int x = call.arguments.number();
     const int y = call.arguments.number();
-    return input(call, {{"t", "touch"}, {"x", x}, {"y", y}, {"hold", hold}}, std::pair(x, y));
+    return !onScreen(call, x, y) ||
+           input(call, {{"t", "touch"}, {"x", x}, {"y", y}, {"hold", hold}}, std::pair(x, y));
+}
+
+bool tap(CommandCall& call) {
+    const int hold = call.arguments.number("--hold", 0).value_or(0);
+    const std::string name = call.arguments.word();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    if (!call.unit.launcher().discInFront()) {
+        call.run->fail("another application is in front (" + call.unit.launcher().front() +
+                       "); \"zmctl app resume\" brings the disc player back");
+        return true;
+    }
+    call.unit.shell().ask({{"t", "seen"}}, [call, name, hold](const Result<Json>& reply) mutable {
+        const auto found = reply ? findSeen(seenItems(*reply), name) : Result<SeenItem>(Error{reply.error()});
+        if (!found) {
+            call.run->fail(found.error());
+            return;
+        }
+        forward(call, {{"t", "touch"}, {"x", found->x}, {"y", found->y}, {"hold", hold}});
+    });
+    return true;
 }
 
 bool drag(CommandCall& call) {
@@ -39,14 +80,16 @@ bool drag(CommandCall& call) {
     const int y1 = call.arguments.number();
     const int x2 = call.arguments.number();
     const int y2 = call.arguments.number();
-    return input(call, {{"t", "drag"}, {"x1", x1}, {"y1", y1}, {"x2", x2}, {"y2", y2}}, std::nullopt);
+    return !onScreen(call, x1, y1) ||
+           input(call, {{"t", "drag"}, {"x1", x1}, {"y1", y1}, {"x2", x2}, {"y2", y2}}, std::nullopt);
 }
 
 bool step(CommandCall& call) {
     const std::string kind = call.run->words()[0];
     const int x = call.arguments.number();
     const int y = call.arguments.number();
-    return input(call, {{"t", kind}, {"x", x}, {"y", y}},
+    return (kind == "press" && !onScreen(call, x, y)) ||
+           input(call, {{"t", kind}, {"x", x}, {"y", y}},
                  kind == "release" ? std::optional(std::pair(x, y)) : std::nullopt);
 }
 
@@ -64,9 +107,9 @@ bool click(CommandCall& call) {
 }
 
 constexpr std::array Rows = {
-    CommandRow{"key", key},     CommandRow{"touch", touch}, CommandRow{"drag", drag},
-    CommandRow{"press", step},  CommandRow{"move", step},   CommandRow{"release", step},
-    CommandRow{"click", click},
+    CommandRow{"key", key},      CommandRow{"touch", touch}, CommandRow{"tap", tap},
+    CommandRow{"drag", drag},    CommandRow{"press", step},  CommandRow{"move", step},
+    CommandRow{"release", step}, CommandRow{"click", click},
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "services/bench/CommandProcessor.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zm {
@@ -71,6 +72,11 @@ bool language(CommandCall& call) {
     const std::string code = call.arguments.word();
     if (!call.arguments.complete()) {
         return false;
+    }
+    const auto known = languages();
+    if (std::find(known.begin(), known.end(), code) == known.end()) {
+        call.run->fail(unknownWord("language", code, known));
+        return true;
     }
     call.unit.setLanguage(code, endWith(call.run));
     return true;

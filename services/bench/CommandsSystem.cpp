@@ -14,31 +14,33 @@ constexpr std::chrono::milliseconds FollowInterval(50);
 constexpr std::chrono::seconds SettleTime(10);
 constexpr std::chrono::minutes AdvanceTime(2);
 
-void print(CommandRun& run, const std::vector<LogEntry>& entries) {
+void print(CommandRun& run, const std::vector<LogEntry>& entries, bool withTime) {
     std::string lines;
     for (const auto& entry : entries) {
-        lines += std::to_string(entry.severity) + " " + entry.text + "\n";
+        lines += (withTime ? entry.time + " " : "") + std::to_string(entry.severity) + " " + entry.text + "\n";
     }
     run.out(lines);
 }
 
-void follow(CommandCall& call, std::shared_ptr<LogReader> reader) {
+void follow(CommandCall& call, std::shared_ptr<LogReader> reader, bool withTime) {
     auto timer = std::make_shared<SourceHandle>();
     *timer = everyInterval(call.unit.loop(), FollowInterval,
-                           [run = call.run, reader] { print(*run, reader->readNew()); });
+                           [run = call.run, reader, withTime] { print(*run, reader->readNew(), withTime); });
     call.run->onEnd = [timer, &loop = call.unit.loop()] { loop.post([timer] { timer->reset(); }); };
 }
 
 bool log(CommandCall& call) {
     const auto count = call.arguments.number("-n", 0);
+    const bool withTime = call.arguments.flag("--time");
     const bool following = call.arguments.flag("--follow");
     if (!call.arguments.complete()) {
         return false;
     }
     auto reader = std::make_shared<LogReader>(logFile(call.unit.options().runtimeDir));
-    print(*call.run, reader->last(count ? static_cast<size_t>(*count) : std::numeric_limits<size_t>::max()));
+    const size_t most = count ? static_cast<size_t>(*count) : std::numeric_limits<size_t>::max();
+    print(*call.run, reader->last(most), withTime);
     if (following) {
-        follow(call, std::move(reader));
+        follow(call, std::move(reader), withTime);
     } else {
         call.run->finish();
     }

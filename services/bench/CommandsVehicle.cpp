@@ -10,7 +10,7 @@ namespace {
 bool device(CommandCall& call) {
     auto& arguments = call.arguments;
     const bool silent = arguments.flag("--silent");
-    const int id = arguments.number();
+    const int id = arguments.number("device", vehicleDevices());
     const bool fails = call.run->words().back() == "fail";
     std::optional<int> value;
     if (fails) {
@@ -20,6 +20,10 @@ bool device(CommandCall& call) {
     }
     if (!arguments.complete()) {
         return false;
+    }
+    if (!findNumber(vehicleDevices(), id)) {
+        call.run->fail(unknownNumber("device", id, vehicleDevices()));
+        return true;
     }
     call.unit.vehicle().setDevice(id, value, silent ? Notice::Silent : Notice::Send, endWith(call.run));
     return true;

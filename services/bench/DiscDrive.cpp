@@ -15,25 +15,34 @@ constexpr int WriteOnlyCreate = 257;
 DiscDrive::DiscDrive(EventLoop& loop, std::string ppsSocket) : m_loop(loop), m_socket(std::move(ppsSocket)) {}
 
 Status DiscDrive::start() {
-    auto watch = PpsWatch::open(m_loop, m_socket, Object, [this](const std::string& text) {
-        for (const auto& delta : ppsDeltas(text)) {
-            for (const auto& line : delta) {
-                if (ppsValue(line, "drivestate", m_state)) {
-                    stateChanged();
-                }
-            }
-        }
+    auto opened = watch(m_loop, m_socket, [this](const std::string& state) {
+        m_state = state;
+        stateChanged();
     });
-    if (!watch) {
-        return Error{watch.error()};
+    if (!opened) {
+        return Error{opened.error()};
     }
-    m_watch = std::move(*watch);
+    m_watch = std::move(*opened);
     auto object = PpsFile::open(m_socket, std::string("/pps/") + Object, WriteOnlyCreate, 0666);
     if (!object) {
         return Error{object.error()};
     }
     m_object = std::make_unique<PpsFile>(std::move(*object));
     return ok();
+}
+
+Result<std::unique_ptr<PpsWatch>> DiscDrive::watch(EventLoop& loop, const std::string& ppsSocket,
+                                                   std::function<void(const std::string& state)> onState) {
+    return PpsWatch::open(loop, ppsSocket, Object, [onState = std::move(onState)](const std::string& text) {
+        for (const auto& delta : ppsDeltas(text)) {
+            for (const auto& line : delta) {
+                std::string state;
+                if (ppsValue(line, "drivestate", state)) {
+                    onState(state);
+                }
+            }
+        }
+    });
 }
 
 Status DiscDrive::insert(const std::string& path) {

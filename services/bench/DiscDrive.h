@@ -20,6 +20,9 @@ public:
 
     /** Opens the object; the PPS service runs already. */
     Status start();
+    /** Hands each "drivestate" as JSON text to `onState`, the present one first. */
+    static Result<std::unique_ptr<PpsWatch>> watch(EventLoop& loop, const std::string& ppsSocket,
+                                                   std::function<void(const std::string& state)> onState);
     Status insert(const std::string& path);
     Status eject();
     /** Makes the drive fail: "read", "surface", "temperature", "region", "noanswer", "gone", or "none" again.

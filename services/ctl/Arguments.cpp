@@ -72,6 +72,30 @@ int Arguments::number() {
     return value.value_or(0);
 }
 
+int Arguments::number(std::string_view what, std::span<const NamedNumber> names) {
+    if (!more()) {
+        return number();
+    }
+    const std::string text = word();
+    for (const auto& row : names) {
+        if (row.name == text) {
+            return row.number;
+        }
+    }
+    const auto value = parseNumber<int>(text);
+    if (!value) {
+        refuse(unknownWord(what, text, namesOf(names)));
+    }
+    return value.value_or(0);
+}
+
+void Arguments::refuse(const std::string& why) {
+    m_good = false;
+    if (m_why.empty()) {
+        m_why = why;
+    }
+}
+
 std::vector<std::string> Arguments::rest() {
     if (m_words.empty()) {
         refuse();

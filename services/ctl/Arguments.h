@@ -1,5 +1,7 @@
 #pragma once
 
+#include "services/ctl/Names.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,16 +30,21 @@ public:
     bool more() const { return !m_words.empty(); }
     std::string word();
     int number();
+    /** A whole number or its name; `what` is said of a name that is none of them: "key". */
+    int number(std::string_view what, std::span<const NamedNumber> names);
     /** Everything that is left; at least one word. */
     std::vector<std::string> rest();
-    /** The line as a whole is wrong. */
-    void refuse() { m_good = false; }
+    /** The line as a whole is wrong; `why` is a sentence without its end. */
+    void refuse(const std::string& why = {});
+    /** Why, if more is known than that the words do not fit. */
+    const std::string& why() const { return m_why; }
     /** Everything was understood and nothing is left. */
     bool complete() const { return m_good && m_words.empty(); }
 
 private:
     std::vector<std::string> m_words;
     bool m_good = true;
+    std::string m_why;
 };
 
 } // namespace zm

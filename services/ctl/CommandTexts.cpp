@@ -1,7 +1,10 @@
 #include "services/ctl/CommandTexts.h"
 
+#include "base/Nearest.h"
+
 #include <algorithm>
 #include <array>
+#include <vector>
 
 namespace zm {
 
@@ -23,15 +26,23 @@ constexpr std::array Texts = {
     CommandText{"requests", "requests [--clear]",
                 "what the application asked of the launcher, one JSON object a line, oldest first\n"
                 "--clear empties the list after printing it.\nExample: zmctl requests --clear"},
-    CommandText{"device", "device [--silent] ID VALUE|fail",
-                "a vehicle value: 2 parked, 6 muted (255), 7 outside temperature in tenths, 86 Bluetooth\n"
+    CommandText{"device", "device [--silent] ID|NAME VALUE|fail",
+                "a vehicle value: 2 parking, 6 mute (255), 7 temperature in tenths, 86 bluetooth\n"
                 "Sends the message about it unless --silent is given. \"fail\" makes reading it fail.\n"
-                "Example: zmctl device 7 -52"},
+                "Example: zmctl device parking 0"},
     CommandText{"time", "time HH:MM [12|24]", "the clock and its display\nExample: zmctl time 23:05 12"},
-    CommandText{"key", "key CODE", "a hard key\nExample: zmctl key 1"},
+    CommandText{"key", "key CODE|NAME",
+                "a hard key by its code or name: 20 is next\n"
+                "The application gets every code, also one that no key has: then this says so.\n"
+                "Example: zmctl key next"},
     CommandText{"touch", "touch X Y [--hold MS]",
                 "a touch of the screen; held from 800 ms on, without waiting in real time\nExample: zmctl "
                 "touch 400 240"},
+    CommandText{
+        "tap", "tap TEXT|ID [--hold MS]",
+        "touches what has that text, or that id, on the page that is shown\n"
+        "A part of the text will do if nothing else has it. \"zmctl screen --text\" lists what is there.\n"
+        "Example: zmctl tap Songs"},
     CommandText{"drag", "drag X1 Y1 X2 Y2",
                 "a finger that moves over the screen\nExample: zmctl drag 400 300 400 100"},
     CommandText{"press", "press X Y", "a finger comes down, in real time\nExample: zmctl press 400 240"},
@@ -40,20 +51,26 @@ constexpr std::array Texts = {
     CommandText{"click", "click main|osd WINDOW CONTROL STATE",
                 "calls a view's OnClick straight (state 0 press, 1 release, 4 held)\nExample: zmctl click "
                 "main 6 6523 1"},
-    CommandText{"insert", "insert PATH\ninsert --demo",
-                "puts a folder, image or file into the disc drive\nExample: zmctl insert ~/Music"},
+    CommandText{
+        "insert", "insert PATH [--wait]\ninsert --demo [--wait]",
+        "puts a folder, image or file into the disc drive\n"
+        "--demo: the demonstration disc that \"./dev run\" makes. --wait: returns when the disc is ready to\n"
+        "play, and fails with the drive's reason if it cannot be.\n"
+        "Example: zmctl insert ~/Music"},
     CommandText{"eject", "eject", "takes the disc out\nExample: zmctl eject"},
-    CommandText{"disc", "disc\ndisc fault read|surface|temperature|region|noanswer|gone|none",
-                "what the disc drive says, or makes it fail\nExample: zmctl disc"},
+    CommandText{"disc", "disc [--json]\ndisc fault read|surface|temperature|region|noanswer|gone|none",
+                "what the disc drive says, as JSON, or makes it fail\nExample: zmctl disc"},
     CommandText{"catalogue", "catalogue hold ROWS\ncatalogue release",
                 "stops the application's next list query before that row, or lets it go on\n"
                 "Example: zmctl catalogue hold 3"},
-    CommandText{"screen", "screen [main|osd] [WINDOW]",
-                "the pages' contents as JSON\nExample: zmctl screen main 6"},
-    CommandText{"shot", "shot FILE.png",
+    CommandText{"screen", "screen [main|osd] [WINDOW]\nscreen --text",
+                "the pages' contents as JSON, or what can be read on the screen, with the items' "
+                "ids\nExample: zmctl screen main 6"},
+    CommandText{"shot", "shot FILE.png|FILE.jpg",
                 "writes what the driver sees as a picture\nExample: zmctl shot page.png"},
-    CommandText{"log", "log [-n N] [--follow]",
-                "the system log, oldest first: severity, blank, text\nExample: zmctl log -n 20 --follow"},
+    CommandText{"log", "log [-n N] [--time] [--follow]",
+                "the system log, oldest first: severity, blank, text; --time puts the moment before "
+                "it\nExample: zmctl log -n 20 --follow"},
     CommandText{"clock", "clock advance MS",
                 "fires every timer that falls due (with --manual-clock)\nExample: zmctl clock advance 8000"},
     CommandText{"settle", "settle [-t SECONDS]",
@@ -80,6 +97,16 @@ constexpr std::array Texts = {
                 "Ends with status 1 when a program dies or does not answer within a second, and leaves FILE\n"
                 "(monkey-N.zmctl), which \"zmctl run\" repeats.\nExample: zmctl monkey --seed 7 --seconds 30",
                 CommandPlace::Terminal},
+    CommandText{"completion", "completion SHELL",
+                "prints what makes a shell complete these commands: bash, zsh or fish\n"
+                "For good: source <(zmctl completion bash) in ~/.bashrc, the same with zsh in ~/.zshrc,\n"
+                "zmctl completion fish | source in ~/.config/fish/config.fish.\n"
+                "Example: zmctl completion bash",
+                CommandPlace::Terminal},
+    CommandText{"complete", "complete [WORD...]",
+                "what may be written for the last WORD behind the others, one a line; shells ask it\n"
+                "Example: zmctl complete app p",
+                CommandPlace::Terminal},
     CommandText{"help", "help [COMMAND]", "this list, or how a command is used\nExample: zmctl help touch",
                 CommandPlace::Terminal},
 };
@@ -99,7 +126,13 @@ const CommandText* findCommandText(std::string_view name) {
 }
 
 std::string unknownCommandText(const std::string& name) {
-    return "zmctl: there is no command \"" + name + "\"; \"zmctl help\" lists them";
+    std::vector<std::string> names;
+    for (const auto& text : Texts) {
+        names.emplace_back(text.name);
+    }
+    const std::string nearest = nearestWord(name, names);
+    return "zmctl: there is no command \"" + name + "\"; " +
+           (nearest.empty() ? "" : "did you mean \"" + nearest + "\"? ") + "\"zmctl help\" lists them";
 }
 
 std::string usageText(const CommandText& text) {

@@ -2,6 +2,7 @@
 
 #include "base/Paths.h"
 #include "base/Socket.h"
+#include "services/ctl/RunningBenches.h"
 
 #include <nlohmann/json.hpp>
 
@@ -19,6 +20,19 @@ std::string request(const std::vector<std::string>& words) {
     return message.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
+// What whoever found no bench can do.
+std::string remedy() {
+    const auto benches = runningBenches();
+    if (benches.empty()) {
+        return "; no other one runs either: \"./dev run\" starts one";
+    }
+    std::string text = "; others run, name one with --runtime:";
+    for (const auto& folder : benches) {
+        text += "\n  " + folder;
+    }
+    return text;
+}
+
 void pass(const Json& message, const char* member, const CtlClient::Print& print) {
     if (auto found = message.find(member); found != message.end() && found->is_string()) {
         print(found->get<std::string>());
@@ -32,7 +46,7 @@ CtlClient::CtlClient(std::string runtimeDir) : m_runtimeDir(std::move(runtimeDir
 Result<int> CtlClient::run(const std::vector<std::string>& words, const Print& out, const Print& err) const {
     auto fd = connectUnix(ctlSocket(m_runtimeDir));
     if (!fd) {
-        return Error{"no bench runs in " + m_runtimeDir + " (" + fd.error() + ")"};
+        return Error{"no bench runs in " + m_runtimeDir + " (" + fd.error() + ")" + remedy()};
     }
     SyncConnection connection(std::move(*fd));
     if (auto sent = connection.send(request(words)); !sent) {

@@ -1,9 +1,12 @@
 #include "services/ctl/LocalCommands.h"
 
 #include "services/ctl/Arguments.h"
+#include "services/ctl/CommandForm.h"
 #include "services/ctl/CommandTexts.h"
+#include "services/ctl/Completion.h"
 #include "services/ctl/Expectation.h"
 #include "services/ctl/Monkey.h"
+#include "services/ctl/Names.h"
 #include "services/ctl/Script.h"
 
 #include <algorithm>
@@ -31,10 +34,11 @@ struct LocalCommand {
     int (*run)(const CtlClient& client, const Words& words, const Print& out, const Print& err);
 };
 
-Status wrongUsage(std::string_view command) {
-    std::string usage = usageText(*findCommandText(command));
-    usage.pop_back();
-    return Error{usage};
+Status wrongUsage(std::string_view command, Words words) {
+    words.insert(words.begin(), std::string(command));
+    std::string text = wrongUsageText(words, {});
+    text.pop_back();
+    return Error{text};
 }
 
 // Words that `take` understands completely.
@@ -42,7 +46,7 @@ template <class Take>
 Status fits(std::string_view command, const Words& words, Take take) {
     Arguments arguments(words);
     take(arguments);
-    return arguments.complete() ? ok() : wrongUsage(command);
+    return arguments.complete() ? ok() : wrongUsage(command, words);
 }
 
 Status checkName(const std::string& command) {
@@ -51,7 +55,7 @@ Status checkName(const std::string& command) {
 
 Status checkHelp(const Words& words) {
     if (words.size() > 1) {
-        return wrongUsage("help");
+        return wrongUsage("help", words);
     }
     return words.empty() ? ok() : checkName(words[0]);
 }
@@ -136,7 +140,35 @@ int monkey(const CtlClient& client, const Words& words, const Print& out, const 
     return Monkey(client, monkeyOptions(arguments), out, err).run();
 }
 
-constexpr std::array<LocalCommand, 5> Commands = {{
+Status checkCompletion(const Words& words) {
+    if (words.size() != 1) {
+        return wrongUsage("completion", words);
+    }
+    return completionScript(words[0])
+               ? ok()
+               : Status(Error{"zmctl: " + unknownWord("shell", words[0], {"bash", "zsh", "fish"})});
+}
+
+int completion(const CtlClient&, const Words& words, const Print& out, const Print&) {
+    out(completionScript(words[0]));
+    return 0;
+}
+
+// Whatever is written so far: there is no wrong use.
+Status checkComplete(const Words&) {
+    return ok();
+}
+
+int complete(const CtlClient& client, const Words& words, const Print& out, const Print&) {
+    for (const auto& offer : completions(client, words)) {
+        out(offer + "\n");
+    }
+    return 0;
+}
+
+constexpr std::array<LocalCommand, 7> Commands = {{
+    {"completion", checkCompletion, completion},
+    {"complete", checkComplete, complete},
     {"help", checkHelp, help},
     {"run", checkRun, run},
     {"wait", checkWait, wait},

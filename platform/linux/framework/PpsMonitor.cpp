@@ -65,7 +65,7 @@ bool PpsMonitor::add(int key, std::shared_ptr<PpsSlot> slot) {
                         [key](const Entry& entry) { return entry.key == key; })) {
             return false;
         }
-        m_entries.push_back({key, std::move(slot)});
+        m_entries.push_back({m_nextId++, key, std::move(slot)});
     }
     wake();
     return true;
@@ -103,13 +103,16 @@ void PpsMonitor::run() {
                 read(entry);
             }
         }
+        if (turn.running) {
+            deliver(turn.entries);
+        }
         for (const auto& fence : turn.fences) {
             fence->pass();
         }
         if (!turn.running) {
             return;
         }
-        wait(turn.entries);
+        look(turn.entries, !m_order.waits());
     }
 }
 
@@ -126,21 +129,32 @@ PpsMonitor::Turn PpsMonitor::takeTurn() {
 }
 
 void PpsMonitor::read(const Entry& entry) {
-    auto text = entry.slot->read();
+    auto changes = entry.slot->read();
     {
         std::lock_guard lock(m_mutex);
-        Entry* own = find(entry);
+        Entry* own = find(entry.id);
         // Told once, until a read succeeds again.
-        if (own && std::exchange(own->failed, !text) != !text && !text) {
-            reportFailure("PPS object " + std::to_string(entry.key) + ": " + text.error());
+        if (own && std::exchange(own->failed, !changes) != !changes && !changes) {
+            reportFailure("PPS object " + std::to_string(entry.key) + ": " + changes.error());
         }
     }
-    if (text && !text->empty()) {
-        deliver(entry, std::move(*text));
+    if (changes) {
+        m_order.add(entry.id, std::move(*changes));
     }
 }
 
-void PpsMonitor::deliver(const Entry& entry, std::string text) {
+// A change is noticed before one that was written later can be read. So what is not readable now has nothing
+// older than what was read, and the rest has to be read before anything younger is delivered.
+void PpsMonitor::deliver(const std::vector<Entry>& entries) {
+    if (!m_order.waits()) {
+        return;
+    }
+    for (auto& [id, text] : m_order.take(look(entries, false))) {
+        report(id, std::move(text));
+    }
+}
+
+void PpsMonitor::report(int id, std::string text) {
     char none[] = "";
     pps_attrib_t attribute{};
     attribute.obj_index = attribute.attr_index = -1;
@@ -151,47 +165,53 @@ void PpsMonitor::deliver(const Entry& entry, std::string text) {
         } else if (status != PPS_ATTRIBUTE) {
             continue;
         }
+        int key = 0;
         {
             std::lock_guard lock(m_mutex);
-            if (!m_running || !find(entry)) {
+            const Entry* entry = find(id);
+            if (!m_running || !entry) {
                 return;
             }
+            key = entry->key;
             ++m_delivered;
         }
-        m_onChange(entry.key, &attribute);
+        m_onChange(key, &attribute);
     }
 }
 
 // The entry as it is now; null if it was removed. With m_mutex held.
-PpsMonitor::Entry* PpsMonitor::find(const Entry& entry) {
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& other) {
-        return other.key == entry.key && other.slot == entry.slot;
-    });
+PpsMonitor::Entry* PpsMonitor::find(int id) {
+    const auto found = std::ranges::find(m_entries, id, &Entry::id);
     return found == m_entries.end() ? nullptr : &*found;
 }
 
-bool PpsMonitor::failed(const Entry& entry) {
+bool PpsMonitor::failed(int id) {
     std::lock_guard lock(m_mutex);
-    const Entry* own = find(entry);
+    const Entry* own = find(id);
     return own && own->failed;
 }
 
-// Waits until there is something to do, and notes which objects to read.
-void PpsMonitor::wait(const std::vector<Entry>& entries) {
+// Looks which objects have something, and notes them; with `wait`, once there is something to do.
+std::vector<int> PpsMonitor::look(const std::vector<Entry>& entries, bool wait) {
     std::vector<pollfd> waits{{m_wake.get(), POLLIN, 0}};
     bool retry = false;
     for (const Entry& entry : entries) {
         // One whose read fails may well be readable all the time.
-        waits.push_back({failed(entry) ? -1 : entry.slot->pollFd(), POLLIN, 0});
+        waits.push_back({failed(entry.id) ? -1 : entry.slot->pollFd(), POLLIN, 0});
         retry = retry || (waits.back().fd < 0 && entry.slot->isOpen());
     }
-    ::poll(waits.data(), waits.size(), retry ? RetryMs : -1);
+    ::poll(waits.data(), waits.size(), !wait ? 0 : retry ? RetryMs : -1);
+    std::vector<int> readable;
     std::lock_guard lock(m_mutex);
     for (size_t i = 0; i < entries.size(); ++i) {
-        if (Entry* own = find(entries[i])) {
+        if (Entry* own = find(entries[i].id)) {
             own->ready = own->ready || waits[i + 1].fd < 0 || waits[i + 1].revents != 0;
+            if (waits[i + 1].revents != 0) {
+                readable.push_back(own->id);
+            }
         }
     }
+    return readable;
 }
 
 void PpsMonitor::wake() {

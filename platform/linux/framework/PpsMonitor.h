@@ -2,6 +2,7 @@
 
 #include "base/Result.h"
 #include "base/UniqueFd.h"
+#include "platform/linux/framework/ChangeOrder.h"
 #include "platform/linux/framework/PpsSlot.h"
 #include "platform/linux/framework/Settler.h"
 #include "sys/pps.h"
@@ -15,7 +16,10 @@
 
 namespace zm {
 
-/** The thread that reads a set of PPS objects and reports each changed attribute. */
+/**
+ * The thread that reads a set of PPS objects and reports each changed attribute, in the order in which they
+ * were written, whatever the object; the present states first, in the order of adding.
+ */
 class PpsMonitor : public ActivitySource {
 public:
     using OnChange = std::function<void(int key, pps_attrib_t* attribute)>;
@@ -37,6 +41,7 @@ public:
 
 private:
     struct Entry {
+        int id; ///< never used again
         int key;
         std::shared_ptr<PpsSlot> slot;
         bool failed = false; ///< its last read failed, which has been told
@@ -51,19 +56,22 @@ private:
     void run();
     Turn takeTurn();
     void read(const Entry& entry);
-    void deliver(const Entry& entry, std::string text);
-    Entry* find(const Entry& entry);
-    bool failed(const Entry& entry);
-    void wait(const std::vector<Entry>& entries);
+    void deliver(const std::vector<Entry>& entries);
+    void report(int id, std::string text);
+    Entry* find(int id);
+    bool failed(int id);
+    std::vector<int> look(const std::vector<Entry>& entries, bool wait);
     void wake();
 
     OnChange m_onChange;
     UniqueFd m_wake;
     mutable std::mutex m_mutex;
     std::vector<Entry> m_entries;
+    int m_nextId = 0;
     std::vector<std::shared_ptr<Fence>> m_fences;
     bool m_running = false;
     uint64_t m_delivered = 0;
+    ChangeOrder m_order; ///< the thread's
     std::thread m_thread;
 };
 

@@ -30,9 +30,9 @@ Status PpsSlot::write(std::string_view text) {
     return m_file ? m_file->write(text) : Status(Error{"not open"});
 }
 
-Result<std::string> PpsSlot::read() {
+Result<PpsChanges> PpsSlot::read() {
     std::lock_guard lock(m_mutex);
-    return m_file ? m_file->read() : Result<std::string>(std::string());
+    return m_file ? m_file->readChanges() : Result<PpsChanges>(PpsChanges());
 }
 
 int PpsSlot::pollFd() {

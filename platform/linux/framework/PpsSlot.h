@@ -19,8 +19,8 @@ public:
     bool isOpen() const;
 
     Status write(std::string_view text);
-    /** What is new; empty also while it is closed. */
-    Result<std::string> read();
+    /** What is new; without changes also while it is closed. */
+    Result<PpsChanges> read();
     /** For poll; -1 while there is nothing to wait on. */
     int pollFd();
 

@@ -123,7 +123,7 @@ struct PpsFile::Impl {
         }
     }
 
-    Result<std::string> readOnce() {
+    Result<PpsChanges> readOnce() {
         std::lock_guard lock(mutex);
         if (connection) {
             drainNotices();
@@ -136,7 +136,8 @@ struct PpsFile::Impl {
             drop();
             return disconnected();
         }
-        return result.answer;
+        return result.answer ? PpsChanges::decode(*result.answer)
+                             : Result<PpsChanges>(Error{result.answer.error()});
     }
 
     // Repeats a change that met a service which had gone: what that one had done is gone with it.
@@ -193,10 +194,14 @@ Result<std::string> PpsFile::read() {
             }
         }
         auto result = m_impl->readOnce();
-        if (!m_impl->wait || (result && !result->empty())) {
-            return result;
+        if (!m_impl->wait || (result && !result->changes.empty())) {
+            return result ? Result<std::string>(result->text()) : Error{result.error()};
         }
     }
+}
+
+Result<PpsChanges> PpsFile::readChanges() {
+    return m_impl->readOnce();
 }
 
 Status PpsFile::write(std::string_view text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "platform/linux/pps/PpsChange.h"
 
 #include <memory>
 #include <string>
@@ -32,6 +33,8 @@ public:
      * disconnected.
      */
     Result<std::string> read();
+    /** The same without waiting, each change by itself with its number. */
+    Result<PpsChanges> readChanges();
     /**
      * One transaction: all lines or none. An error names the faulty line. Every reader has been told when it
      * returns. When the service has gone it tries for 250 ms to find a new one, then fails.

@@ -11,7 +11,7 @@ namespace zm {
  */
 enum class PpsRequest : char {
     Open = 'o',     ///< "FLAGS PATH" and the notice socket
-    Read = 'r',     ///< answered with what is new
+    Read = 'r',     ///< answered with what is new, as PpsChanges::encoded gives it
     Write = 'w',    ///< the PPS text
     Truncate = 't', ///< no text
     Unlink = 'u',   ///< PATH

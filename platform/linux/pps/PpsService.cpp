@@ -44,6 +44,10 @@ private:
         return status ? Result<std::string>(std::string()) : Error{status.error()};
     }
 
+    static Result<std::string> encoded(const Result<PpsChanges>& changes) {
+        return changes ? Result<std::string>(changes->encoded()) : Error{changes.error()};
+    }
+
     Result<std::string> execute(PpsRequest request, std::string_view text, std::vector<UniqueFd>& fds) {
         switch (request) {
         case PpsRequest::Open:
@@ -60,7 +64,7 @@ private:
         }
         switch (request) {
         case PpsRequest::Read:
-            return m_reader->read();
+            return encoded(m_reader->read());
         case PpsRequest::Write:
             return withoutText(m_reader->write(text));
         case PpsRequest::Truncate:

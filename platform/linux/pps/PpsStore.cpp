@@ -1,6 +1,8 @@
 #include "platform/linux/pps/PpsStore.h"
 
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace zm {
 
@@ -37,7 +39,7 @@ void PpsReader::announce() {
     }
 }
 
-void PpsReader::tell(const std::string& leaf, const std::string& text) {
+void PpsReader::tell(const std::string& leaf, const PpsChange& change) {
     if (m_access == PpsWriteOnly) {
         return;
     }
@@ -46,35 +48,42 @@ void PpsReader::tell(const std::string& leaf, const std::string& text) {
             m_changed.push_back(leaf);
         }
     } else if (!m_fresh && !m_overflowed) {
-        m_overflowed = m_queue.size() + text.size() > m_path.backlog;
-        m_overflowed ? m_queue.clear() : static_cast<void>(m_queue.append(text));
+        m_queued += change.text.size();
+        m_overflowed = m_queued > m_path.backlog;
+        m_overflowed ? m_queue.clear() : m_queue.push_back(change);
     }
     announce();
 }
 
-Result<std::string> PpsReader::read() {
+Result<PpsChanges> PpsReader::read() {
     if (m_access == PpsWriteOnly) {
         return Error{m_path.name + ": opened for writing only (EBADF)"};
     }
     m_told = false;
-    return m_path.delta ? takeChanges() : takeWhole();
+    PpsChanges result{{}, m_store.m_number};
+    if (m_path.delta) {
+        result.changes = takeChanges();
+    } else if (auto whole = takeWhole(); !whole.empty()) {
+        result.changes.push_back({m_store.m_number, std::move(whole)});
+    }
+    return result;
 }
 
-std::string PpsReader::takeChanges() {
-    std::string result;
-    if (m_overflowed) {
-        result = "|@" + m_path.leaf + "\n";
+std::vector<PpsChange> PpsReader::takeChanges() {
+    m_queued = 0;
+    auto changes = std::exchange(m_queue, {});
+    if (!m_fresh && !m_overflowed) {
+        return changes;
     }
-    if (m_fresh || m_overflowed) {
-        m_fresh = m_overflowed = false;
-        m_queue.clear();
-        if (m_path.wholeFolder()) {
-            return result + m_store.folderText(m_path.folder);
-        }
-        return result + (m_object ? m_object->text() : "-@" + m_path.leaf + "\n");
+    std::string text = m_overflowed ? "|@" + m_path.leaf + "\n" : "";
+    m_fresh = m_overflowed = false;
+    if (m_path.wholeFolder()) {
+        text += m_store.folderText(m_path.folder);
+    } else {
+        text += m_object ? m_object->text() : "-@" + m_path.leaf + "\n";
     }
-    result.swap(m_queue);
-    return result;
+    return text.empty() ? std::vector<PpsChange>()
+                        : std::vector{PpsChange{m_store.m_number, std::move(text)}};
 }
 
 std::string PpsReader::takeWhole() {
@@ -241,12 +250,18 @@ Status PpsStore::unlink(const std::string& whole) {
     return ok();
 }
 
+// Numbers go on from the time since the machine started: changes never come as fast as nanoseconds, so a
+// service that is started anew begins above those of the one before.
+PpsStore::PpsStore()
+    : m_number(static_cast<uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count())) {}
+
 void PpsStore::publish(const PpsPath& path, const std::string& text, const PpsReader* writer) {
+    const PpsChange change{++m_number, text};
     for (const auto& key : {path.name, folderKey(path.folder)}) {
         if (const auto found = m_readers.find(key); found != m_readers.end()) {
             for (auto* reader : found->second) {
                 if (reader != writer) {
-                    reader->tell(path.leaf, text);
+                    reader->tell(path.leaf, change);
                 }
             }
         }

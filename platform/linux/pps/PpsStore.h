@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "platform/linux/pps/PpsChange.h"
 #include "platform/linux/pps/PpsObject.h"
 #include "platform/linux/pps/PpsPath.h"
 
@@ -28,8 +29,8 @@ public:
     /** Calls `onReadable` unless it has been called since the last read; at first for the present state. */
     void announce();
 
-    /** What `read` on the descriptor returns; empty when there is nothing new. */
-    Result<std::string> read();
+    /** What `read` on the descriptor returns; without changes when there is nothing new. */
+    Result<PpsChanges> read();
     /** One transaction; every other reader has been told when it returns. */
     Status write(std::string_view text);
     Status truncate();
@@ -38,8 +39,8 @@ private:
     friend class PpsStore;
     PpsReader(PpsStore& store, PpsPath path, int access)
         : m_store(store), m_path(std::move(path)), m_access(access) {}
-    void tell(const std::string& leaf, const std::string& text);
-    std::string takeChanges();
+    void tell(const std::string& leaf, const PpsChange& change);
+    std::vector<PpsChange> takeChanges();
     std::string takeWhole();
     Status writable() const;
 
@@ -50,13 +51,16 @@ private:
     bool m_fresh = true;           ///< the next read gives the present state
     bool m_overflowed = false;
     bool m_told = false;
-    std::string m_queue;               ///< changes of a delta reader
+    std::vector<PpsChange> m_queue;    ///< changes of a delta reader
+    size_t m_queued = 0;               ///< bytes of their texts
     std::deque<std::string> m_changed; ///< objects that a full reader of a folder has yet to see
 };
 
 /** All objects and all descriptors, without sockets. One thread. */
 class PpsStore {
 public:
+    PpsStore();
+
     /** Opens `path` with `flags` in the target's numbers. The store must outlive the reader. */
     Result<std::unique_ptr<PpsReader>> open(const std::string& path, int flags);
     Status unlink(const std::string& path);
@@ -79,6 +83,7 @@ private:
     std::set<std::string> m_folders{""};
     std::map<std::string, std::vector<PpsReader*>> m_readers; ///< by object name or "FOLDER/.all"
     size_t m_bytes = 0;
+    uint64_t m_number; ///< of the latest change
 };
 
 } // namespace zm

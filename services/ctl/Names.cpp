@@ -1,0 +1,120 @@
+#include "services/ctl/Names.h"
+
+#include "base/Nearest.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+namespace zm {
+
+namespace {
+
+// Words that begin with so many equal letters are taken for each other: "parked" for "parking".
+constexpr size_t AlikeLetters = 4;
+
+constexpr std::array Keys = {
+    NamedNumber{17, "play", "plays"},
+    NamedNumber{18, "pause", "pauses"},
+    NamedNumber{20, "next", "next item"},
+    NamedNumber{21, "previous", "previous item"},
+    NamedNumber{22, "forward", "fast forward, each press faster"},
+    NamedNumber{23, "backward", "fast backward, each press faster"},
+    NamedNumber{44, "number-pad", "opens the pad for a track's number"},
+    NamedNumber{45, "up", "one row up in a list"},
+    NamedNumber{46, "down", "one row down in a list"},
+    NamedNumber{47, "left", "to the left"},
+    NamedNumber{48, "right", "to the right"},
+    NamedNumber{49, "enter", "press of the encoder: takes the selected row"},
+    NamedNumber{50, "return", "one page back"},
+    NamedNumber{64, "preset-up", "two items back"},
+    NamedNumber{65, "preset-down", "next item"},
+    NamedNumber{87, "encoder-right", "the encoder turns by one step to the right"},
+    NamedNumber{88, "encoder-left", "the encoder turns by one step to the left"},
+    NamedNumber{160, "shuffle-folder", "shuffle on, repeat the folder"},
+    NamedNumber{161, "repeat-all", "repeat the whole disc"},
+    NamedNumber{162, "shuffle-off", "shuffle off"},
+    NamedNumber{163, "again", "the current item from its start"},
+};
+
+constexpr std::array Devices = {
+    NamedNumber{2, "parking", "0 while the car drives, else it is parked"},
+    NamedNumber{6, "mute", "255 muted, else not"},
+    NamedNumber{7, "temperature", "outside, in tenths of a degree"},
+    NamedNumber{86, "bluetooth", "0 off, 1 on, 2 connected"},
+};
+
+std::string thereIsNo(std::string_view what, const std::string& which) {
+    return "there is no " + std::string(what) + " " + which;
+}
+
+// Of `known`, which has some.
+int nearestNumber(int number, const std::vector<int>& known) {
+    const auto far = [&](int other) { return std::llabs(static_cast<long long>(other) - number); };
+    return *std::min_element(known.begin(), known.end(), [&](int a, int b) { return far(a) < far(b); });
+}
+
+} // namespace
+
+std::span<const NamedNumber> hardKeys() {
+    return Keys;
+}
+
+std::span<const NamedNumber> vehicleDevices() {
+    return Devices;
+}
+
+std::vector<std::string> languages() {
+    return {"en", "de", "zh", "ar"};
+}
+
+std::vector<std::string> namesOf(std::span<const NamedNumber> rows) {
+    std::vector<std::string> names;
+    for (const auto& row : rows) {
+        names.emplace_back(row.name);
+    }
+    return names;
+}
+
+const NamedNumber* findNumber(std::span<const NamedNumber> rows, int number) {
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [&](const auto& row) { return row.number == number; });
+    return found == rows.end() ? nullptr : &*found;
+}
+
+std::string unknownWord(std::string_view what, std::string_view word, const std::vector<std::string>& known) {
+    std::string beginning = thereIsNo(what, "\"");
+    beginning.append(word).append("\"; ");
+    std::string nearest = nearestWord(word, known);
+    for (const auto& each : known) {
+        if (nearest.empty() && word.size() >= AlikeLetters &&
+            each.starts_with(word.substr(0, AlikeLetters))) {
+            nearest = each;
+        }
+    }
+    if (!nearest.empty()) {
+        return beginning + "did you mean \"" + nearest + "\"?";
+    }
+    std::string all;
+    for (const auto& each : known) {
+        all += (all.empty() ? "" : ", ") + each;
+    }
+    return beginning + "there is " + all;
+}
+
+std::string unknownNumber(std::string_view what, int number, std::span<const NamedNumber> known) {
+    std::vector<int> numbers;
+    for (const auto& row : known) {
+        numbers.push_back(row.number);
+    }
+    const auto* row = findNumber(known, nearestNumber(number, numbers));
+    return unknownNumber(what, number, numbers) + " (" + std::string(row->name) + ")";
+}
+
+std::string unknownNumber(std::string_view what, int number, const std::vector<int>& known) {
+    const std::string sentence = thereIsNo(what, std::to_string(number));
+    return known.empty() ? sentence
+                         : sentence + "; the nearest is " + std::to_string(nearestNumber(number, known));
+}
+
+} // namespace zm

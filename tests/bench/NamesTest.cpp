@@ -1,0 +1,71 @@
+#include "services/ctl/Names.h"
+
+#include "BuildPaths.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+
+namespace zm {
+
+namespace {
+
+std::string content(const std::string& file) {
+    std::ifstream stream(std::string(ZM_SOURCE_DIR) + "/" + file);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+TEST(Names, TheManualListsEveryKeyAndVehicleValue) {
+    const std::string manual = content("docs/bench.md");
+    for (const auto rows : {hardKeys(), vehicleDevices()}) {
+        for (const auto& row : rows) {
+            const std::string line = "| `" + std::string(row.name) + "` | " + std::to_string(row.number) +
+                                     " | " + std::string(row.meaning) + " |\n";
+            EXPECT_THAT(manual, testing::HasSubstr(line));
+        }
+    }
+}
+
+TEST(Names, ThePageHasEveryKey) {
+    const std::string page = content("web/keys.js");
+    std::set<int> onPage;
+    const std::regex code("code: (\\d+)");
+    for (std::sregex_iterator at(page.begin(), page.end(), code), end; at != end; ++at) {
+        onPage.insert(std::stoi((*at)[1]));
+    }
+    std::set<int> known;
+    for (const auto& row : hardKeys()) {
+        known.insert(row.number);
+    }
+    EXPECT_EQ(onPage, known);
+}
+
+TEST(Names, LanguagesAreThoseOfThePages) {
+    std::string list;
+    for (const auto& code : languages()) {
+        list += (list.empty() ? "\"" : ", \"") + code + "\"";
+    }
+    EXPECT_THAT(content("resources/shared/styles.zmrc"), testing::HasSubstr("\"languages\": [" + list + "]"));
+}
+
+TEST(Names, AnUnknownOneNamesTheNearest) {
+    EXPECT_EQ(unknownWord("key", "nxt", {"next", "enter"}),
+              "there is no key \"nxt\"; did you mean \"next\"?");
+    EXPECT_EQ(unknownWord("key", "parked", {"parking"}),
+              "there is no key \"parked\"; did you mean \"parking\"?");
+    EXPECT_EQ(unknownWord("key", "x", {"next", "enter"}), "there is no key \"x\"; there is next, enter");
+    EXPECT_EQ(unknownNumber("page", 7, std::vector<int>{1, 6, 17}), "there is no page 7; the nearest is 6");
+    EXPECT_EQ(unknownNumber("page", -2147483647, std::vector<int>{17, 1}),
+              "there is no page -2147483647; the nearest is 1");
+    EXPECT_EQ(unknownNumber("page", 7, std::vector<int>{}), "there is no page 7");
+}
+
+} // namespace zm

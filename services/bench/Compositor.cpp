@@ -169,6 +169,11 @@ bool Compositor::withdrawChild(const std::string& name) {
     return removed;
 }
 
+void Compositor::lockVideo(bool locked) {
+    m_impl->scene.lockChildren(locked);
+    m_impl->changed();
+}
+
 nlohmann::json Compositor::videoState() const {
     const auto* child = m_impl->scene.latestChild();
     const SurfacePlacement placement = child ? child->placement : SurfacePlacement();
@@ -176,7 +181,8 @@ nlohmann::json Compositor::videoState() const {
             {"visible", placement.visible},
             {"rect", {placement.rect.x, placement.rect.y, placement.rect.w, placement.rect.h}},
             {"zorder", placement.order},
-            {"frames", child ? child->frames : 0}};
+            {"frames", child ? child->frames : 0},
+            {"locked", m_impl->scene.childrenLocked()}};
 }
 
 bool Compositor::appConnected() const {

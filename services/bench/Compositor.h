@@ -74,8 +74,14 @@ public:
     bool withdrawChild(const std::string& name);
 
     /**
-     * {"posted","visible","rect":[x,y,w,h],"zorder","frames"}: the posted child, frames being the decoder's
-     * pictures that it took since it was posted.
+     * While locked no child window is on the screen, whatever the application asks for. Unlocked, they lie
+     * below all windows, in their order.
+     */
+    void lockVideo(bool locked);
+
+    /**
+     * {"posted","visible","rect":[x,y,w,h],"zorder","frames","locked"}: the posted child as the application
+     * placed it, frames being the decoder's pictures that it took since it was posted; and the lock.
      */
     nlohmann::json videoState() const;
     /** A client with the role "app" is connected. */

@@ -38,7 +38,7 @@ void SurfaceScene::forgetPicture(const SurfaceWindow& window) {
     for (auto& child : m_children) {
         if (child.picture == &window) {
             child.picture = nullptr;
-            damage.add(child.placement.visible ? child.placement.rect : Rect());
+            damage.add(shows(child) ? child.placement.rect : Rect());
         }
     }
 }
@@ -93,7 +93,7 @@ void SurfaceScene::damageWindow(const SurfaceWindow& window, const std::vector<R
         const bool black = child.picture != &window;
         child.picture = &window;
         ++child.frames;
-        if (!child.placement.visible) {
+        if (!shows(child)) {
             continue;
         }
         if (black) {
@@ -153,9 +153,21 @@ void SurfaceScene::hideChildren() {
     }
 }
 
+void SurfaceScene::lockChildren(bool locked) {
+    if (m_childrenLocked == locked) {
+        return;
+    }
+    m_childrenLocked = locked;
+    for (const auto& child : m_children) {
+        damage.add(child.placement.visible ? child.placement.rect : Rect());
+    }
+}
+
 std::vector<SurfaceLayer> SurfaceScene::layers() const {
-    std::vector<std::pair<int, SurfaceLayer>> ordered;
-    const auto add = [&](const SurfacePlacement& placement, const SurfaceWindow* picture, bool alpha) {
+    // The children are a layer of their own below all windows: their order counts among themselves only.
+    std::vector<std::pair<std::pair<bool, int>, SurfaceLayer>> ordered;
+    const auto add = [&](bool above, const SurfacePlacement& placement, const SurfaceWindow* picture,
+                         bool alpha) {
         if (!placement.visible || placement.rect.empty()) {
             return;
         }
@@ -166,16 +178,18 @@ std::vector<SurfaceLayer> SurfaceScene::layers() const {
                 picture->surface.buffer(picture->buffer), size.width, size.height, size.stride, {}, alpha};
         }
         layer.place = placement.rect;
-        ordered.emplace_back(placement.order, layer);
+        ordered.emplace_back(std::pair(above, placement.order), layer);
     };
     for (const auto& window : m_windows) {
         if (!window.decoder && window.buffer >= 0) {
-            add(window.placement, &window, window.placement.alpha);
+            add(true, window.placement, &window, window.placement.alpha);
         }
     }
     for (const auto& child : m_children) {
-        // The decoder's pictures have no alpha, whatever the application asks for.
-        add(child.placement, child.picture, false);
+        if (shows(child)) {
+            // The decoder's pictures have no alpha, whatever the application asks for.
+            add(false, child.placement, child.picture, false);
+        }
     }
     std::ranges::stable_sort(ordered, {}, [](const auto& entry) { return entry.first; });
     std::vector<SurfaceLayer> result;

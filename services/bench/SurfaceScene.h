@@ -72,16 +72,22 @@ public:
     /** Nobody places the children any more. */
     void hideChildren();
 
-    /** What is to be drawn, lowest first; later ones of equal order above. */
+    /** Locked children are not drawn, wherever and however they are placed. */
+    void lockChildren(bool locked);
+    bool childrenLocked() const { return m_childrenLocked; }
+
+    /** What is to be drawn, lowest first: the children, then the windows; later ones of equal order above. */
     std::vector<SurfaceLayer> layers() const;
 
 private:
     void damageWindow(const SurfaceWindow& window, const std::vector<Rect>& changed);
     void forgetPicture(const SurfaceWindow& window);
+    bool shows(const SurfaceChild& child) const { return child.placement.visible && !m_childrenLocked; }
 
     std::list<SurfaceWindow> m_windows;
     std::list<SurfaceChild> m_children;
     unsigned m_nextChild = FirstChild;
+    bool m_childrenLocked = false;
 };
 
 } // namespace zm

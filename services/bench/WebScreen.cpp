@@ -128,7 +128,7 @@ void WebScreen::serve(Page& page) {
     }
     const auto video = m_compositor.videoState();
     const bool moving = video.value("posted", false) && video.value("visible", false) &&
-                        area.w * area.h >= MovingPicturePixels;
+                        !video.value("locked", false) && area.w * area.h >= MovingPicturePixels;
     const PixelView view{frame.pixels.data(), frame.stride, area};
     const auto bytes = moving ? encodeJpeg(view) : encodePng(view);
     if (bytes) {

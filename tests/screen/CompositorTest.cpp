@@ -7,38 +7,42 @@ TEST_F(ScreenTest, WithoutAWindowTheScreenIsBlack) {
     EXPECT_EQ(pixel(799, 479), Black);
 }
 
-TEST_F(ScreenTest, MainVideoAndOverlayLieInTheirOrderAboveEachOther) {
+TEST_F(ScreenTest, VideoLiesUnderAllWindowsWhateverOrderItIsGiven) {
     Memory mainMemory(800, 480);
     Memory overlayMemory(800, 480);
     Memory videoMemory(800, 480);
     mainMemory.fill(0, Red);
+    mainMemory.fill(1, Clear);
+    mainMemory.fill(1, Red, {0, 0, 20, 20});
     overlayMemory.fill(0, Clear);
     overlayMemory.fill(0, Blue, {0, 0, 100, 100});
     overlayMemory.fill(0, HalfWhite, {100, 0, 100, 100});
     videoMemory.fill(0, 0x0000ff00); // the fourth byte of video means nothing
     RawClient app(socket, "app");
     app.send(overlayMemory.window(2, 3, true), {overlayMemory.fd()});
-    app.open(mainMemory);
+    app.send(mainMemory.window(1, 1, true), {mainMemory.fd()});
     app.show(0, 1);
     EXPECT_EQ(pixel(50, 50), Red) << "a window without a frame is not drawn";
     app.send(commitOf(2, 0, 1));
     call([this] { return compositor->postChild("video"); });
     app.send({{"t", "props"}, {"name", "video"}, {"order", 2}, {"visible", true}});
     app.sync();
-    EXPECT_EQ(pixel(400, 400), Black) << "no frame of the decoder yet";
-    EXPECT_EQ(pixel(50, 50), Blue);
     RawClient decoder(socket, "video");
     decoder.send(videoMemory.window(1, 0, true), {videoMemory.fd()});
     decoder.show(0, 1);
-    EXPECT_EQ(pixel(400, 400), Green);
+    EXPECT_EQ(pixel(400, 400), Red) << "an opaque page hides it";
+    EXPECT_EQ(video()["zorder"], 2) << "as it was asked for";
+    app.show(1, 2);
+    EXPECT_EQ(pixel(400, 400), Green) << "a transparent one does not";
     EXPECT_EQ(pixel(50, 50), Blue);
     EXPECT_EQ(pixel(150, 50), 0xff80ff80) << "half white over green";
     app.send({{"t", "props"}, {"window", 2}, {"visible", false}});
     app.sync();
+    EXPECT_EQ(pixel(10, 10), Red) << "what the page draws lies over the video";
     EXPECT_EQ(pixel(50, 50), Green);
     app.send({{"t", "props"}, {"name", "video"}, {"visible", false}});
     app.sync();
-    EXPECT_EQ(pixel(50, 50), Red);
+    EXPECT_EQ(pixel(50, 50), Black);
 }
 
 TEST_F(ScreenTest, OfEqualOrderTheLaterWindowIsInFront) {

@@ -17,6 +17,12 @@ protected:
         app.send({{"t", "props"}, {"name", "zmdisc_video_win"}, {"visible", true}, {"order", 2}});
         app.sync();
     }
+    void lock(bool locked) {
+        call([=, this] {
+            compositor->lockVideo(locked);
+            return 0;
+        });
+    }
     void frame(int buffer) {
         decoder.send(commitOf(1, buffer, ++sequence));
         decoder.sync();
@@ -39,15 +45,20 @@ TEST_F(VideoWindowTest, AFrameFromBeforeThePostingIsNotShown) {
 }
 
 TEST_F(VideoWindowTest, ItsStateTellsPlaceOrderAndFramesSincePosting) {
-    EXPECT_EQ(
-        video(),
-        (Json{{"posted", false}, {"visible", false}, {"rect", {0, 0, 0, 0}}, {"zorder", 0}, {"frames", 0}}));
+    EXPECT_EQ(video(), (Json{{"posted", false},
+                             {"visible", false},
+                             {"rect", {0, 0, 0, 0}},
+                             {"zorder", 0},
+                             {"frames", 0},
+                             {"locked", false}}));
     frame(0);
     post();
-    EXPECT_EQ(
-        video(),
-        (Json{
-            {"posted", true}, {"visible", false}, {"rect", {0, 0, 800, 480}}, {"zorder", 0}, {"frames", 0}}));
+    EXPECT_EQ(video(), (Json{{"posted", true},
+                             {"visible", false},
+                             {"rect", {0, 0, 800, 480}},
+                             {"zorder", 0},
+                             {"frames", 0},
+                             {"locked", false}}));
     show();
     app.send({{"t", "props"},
               {"name", "zmdisc_video_win"},
@@ -62,7 +73,8 @@ TEST_F(VideoWindowTest, ItsStateTellsPlaceOrderAndFramesSincePosting) {
                              {"visible", true},
                              {"rect", {10, 20, 400, 240}},
                              {"zorder", 2},
-                             {"frames", 2}}));
+                             {"frames", 2},
+                             {"locked", false}}));
     EXPECT_EQ(pixel(9, 20), Black);
     EXPECT_EQ(pixel(10, 20), Green);
     EXPECT_EQ(pixel(409, 259), Green);
@@ -85,6 +97,44 @@ TEST_F(VideoWindowTest, PostingAgainKeepsTheWindowAndWithdrawingTakesItAway) {
     app.send({{"t", "props"}, {"window", number}, {"visible", true}});
     EXPECT_TRUE(app.sync().empty()) << "placing a window that has gone is no fault";
     EXPECT_FALSE(video()["visible"]);
+}
+
+TEST_F(VideoWindowTest, LockedItIsNotSeenWhateverTheApplicationAsksFor) {
+    post();
+    show();
+    frame(1);
+    EXPECT_EQ(pixel(1, 1), Green);
+    lock(true);
+    EXPECT_EQ(pixel(1, 1), Black);
+    EXPECT_EQ(pixel(799, 479), Black);
+    frame(0);
+    app.send({{"t", "props"}, {"name", "zmdisc_video_win"}, {"visible", false}});
+    show();
+    EXPECT_EQ(pixel(1, 1), Black);
+    call([this] { return compositor->withdrawChild("zmdisc_video_win"); });
+    post();
+    show();
+    frame(1);
+    EXPECT_EQ(pixel(1, 1), Black) << "one that is posted meanwhile is locked, too";
+    EXPECT_EQ(video()["locked"], true);
+    EXPECT_EQ(video()["visible"], true) << "as it was asked for";
+    EXPECT_EQ(video()["frames"], 1);
+    lock(false);
+    EXPECT_EQ(pixel(1, 1), Green);
+    EXPECT_EQ(pixel(799, 479), Green);
+}
+
+TEST_F(VideoWindowTest, LockedItCostsNothing) {
+    post();
+    show();
+    frame(1);
+    lock(true);
+    const uint64_t before = compose();
+    takeDamages();
+    frame(0);
+    frame(1);
+    EXPECT_EQ(compose(), before);
+    EXPECT_TRUE(takeDamages().empty());
 }
 
 TEST_F(VideoWindowTest, TheApplicationMayNameItByItsNumber) {

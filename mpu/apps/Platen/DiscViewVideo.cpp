@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int VIDEO_WINDOW_ORDER = 2; ///< over the main view, under the overlay
+constexpr int VIDEO_WINDOW_ORDER = 2; ///< wherever it lies, WND_VIDEO and the overlay are seen over it
 
 }
 

@@ -41,6 +41,7 @@ bool ViewBase::Init(std::string rccPath, std::string viewName, std::string resou
     }
     view.name = view.spec.name = viewName;
     view.windowGroup = windowGroup;
+    view.spec.alpha = true; // the video lies below: a page without background lets it through
     const bool good = told(application.open(view, windowGroup)) &&
                       told(view.load(rccPath + resourceFile, fontPath, width, height)) &&
                       told(application.addView(view)) && told(application.serve());

@@ -8,13 +8,26 @@ namespace zm {
 
 namespace {
 
+// Sends what a finger does; what it was lifted from may open the lock of the video.
+void finger(CommandCall& call, Json message) {
+    HeadUnit& unit = call.unit;
+    const auto ended = [&unit, drive = unit.videoLock().drive(),
+                        end = endWith(call.run)](Result<Json> reply) {
+        if (reply) {
+            unit.videoLock().fingerLifted(*reply, drive);
+        }
+        end(std::move(reply));
+    };
+    unit.shell().ask(std::move(message), ended);
+}
+
 // Input belongs to the application in front; a plain page knows the end of a touch only.
 bool input(CommandCall& call, Json message, std::optional<std::pair<int, int>> releasedAt) {
     if (!call.arguments.complete()) {
         return false;
     }
     if (call.unit.launcher().discInFront()) {
-        forward(call, std::move(message));
+        message["t"] == "key" ? forward(call, std::move(message)) : finger(call, std::move(message));
         return true;
     }
     if (releasedAt) {
@@ -70,7 +83,7 @@ bool tap(CommandCall& call) {
             call.run->fail(found.error());
             return;
         }
-        forward(call, {{"t", "touch"}, {"x", found->x}, {"y", found->y}, {"hold", hold}});
+        finger(call, {{"t", "touch"}, {"x", found->x}, {"y", found->y}, {"hold", hold}});
     });
     return true;
 }
@@ -101,8 +114,10 @@ bool click(CommandCall& call) {
     if (!call.arguments.complete() || (view != "main" && view != "osd")) {
         return false;
     }
-    forward(call,
-            {{"t", "click"}, {"view", view}, {"window", window}, {"control", control}, {"state", state}});
+    Json message = {
+        {"t", "click"}, {"view", view}, {"window", window}, {"control", control}, {"state", state}};
+    // Nobody can touch what lies behind another application.
+    call.unit.launcher().discInFront() ? finger(call, std::move(message)) : forward(call, std::move(message));
     return true;
 }
 

@@ -57,6 +57,12 @@ void HeadUnit::connectParts() {
     m_video.onChildWithdrawn = [this](const std::string&, const std::string& child) {
         m_shell.tell({{"t", "childgone"}, {"name", child}});
     };
+    m_vehicle.onDevice = [this](int id, std::optional<int> value) {
+        if (id == VideoLock::ParkingDevice) {
+            m_videoLock.parkingReads(value);
+        }
+    };
+    m_videoLock.parkingReads(m_vehicle.device(VideoLock::ParkingDevice));
     m_shell.welcome = [this] { return welcome(); };
     m_shell.onRunning = [this] { applicationRuns(); };
     m_shell.onRequest = [this](const Json& request) { m_launcher.requested(request); };

@@ -8,6 +8,7 @@
 #include "services/bench/PpsThread.h"
 #include "services/bench/ShellServer.h"
 #include "services/bench/Vehicle.h"
+#include "services/bench/VideoLock.h"
 #include "services/bench/VideoService.h"
 
 #include <functional>
@@ -52,6 +53,7 @@ public:
     ShellServer& shell() { return m_shell; }
     Compositor& compositor() { return m_compositor; }
     Launcher& launcher() { return m_launcher; }
+    VideoLock& videoLock() { return m_videoLock; }
     Vehicle& vehicle() { return m_vehicle; }
     DiscDrive& drive() { return m_drive; }
     std::vector<Child*> children();
@@ -86,6 +88,7 @@ private:
     PpsThread m_pps;
     Compositor m_compositor;
     VideoService m_video;
+    VideoLock m_videoLock{m_compositor};
     ShellServer m_shell;
     Launcher m_launcher;
     Vehicle m_vehicle;

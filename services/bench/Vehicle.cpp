@@ -25,12 +25,20 @@ void Vehicle::describe(Json& welcome) const {
 
 void Vehicle::setDevice(int id, std::optional<int> value, Notice notice, ShellServer::Reply reply) {
     m_devices[id] = value;
+    if (onDevice) {
+        onDevice(id, value);
+    }
     if (notice == Notice::Send) {
         m_told.insert(id);
     }
     m_shell.inform(
         {{"t", "device"}, {"device", id}, {"value", valueJson(value)}, {"notify", notice == Notice::Send}},
         std::move(reply));
+}
+
+std::optional<int> Vehicle::device(int id) const {
+    const auto found = m_devices.find(id);
+    return found == m_devices.end() ? std::nullopt : found->second;
 }
 
 void Vehicle::setTime(const ClockSetting& time, ShellServer::Reply reply) {

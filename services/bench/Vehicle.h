@@ -2,6 +2,7 @@
 
 #include "services/bench/ShellServer.h"
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -23,12 +24,17 @@ class Vehicle {
 public:
     explicit Vehicle(ShellServer& shell) : m_shell(shell) {}
 
+    /** A value was set, before the application hears of it. */
+    std::function<void(int id, std::optional<int> value)> onDevice;
+
     /** The start values as the application's welcome has them: "devices", "told" (those that a message was
      * sent about) and "time". */
     void describe(Json& welcome) const;
     /** Sets device `id` (nothing: reading it fails); `reply` is called when a running application has taken
      * it. */
     void setDevice(int id, std::optional<int> value, Notice notice, ShellServer::Reply reply);
+    /** What device `id` reads; nothing if reading it fails. */
+    std::optional<int> device(int id) const;
     void setTime(const ClockSetting& time, ShellServer::Reply reply);
     const ClockSetting& time() const { return m_time; }
 

@@ -130,6 +130,36 @@ TEST_F(TouchTest, AReleaseWithoutAPressIsIgnored) {
     EXPECT_THAT(app.events.take(), IsEmpty());
 }
 
+TEST_F(TouchTest, TheHeadUnitHearsWhatTheFingerWasLiftedFrom) {
+    const json item = {{"released", {{"view", "main"}, {"window", 6}, {"control", 20}}}};
+    EXPECT_EQ(headUnit.askData({{"t", "touch"}, {"x", 150}, {"y", 160}, {"hold", 0}}), item);
+    EXPECT_EQ(headUnit.askData({{"t", "press"}, {"x", 150}, {"y", 160}}), json::object());
+    EXPECT_EQ(headUnit.askData({{"t", "release"}, {"x", 150}, {"y", 160}}), item);
+    EXPECT_EQ(
+        headUnit.askData({{"t", "click"}, {"view", "main"}, {"window", 6}, {"control", 20}, {"state", 1}}),
+        item);
+    EXPECT_EQ(
+        headUnit.askData({{"t", "click"}, {"view", "main"}, {"window", 6}, {"control", 20}, {"state", 0}}),
+        json::object())
+        << "a press";
+    EXPECT_EQ(
+        headUnit.askData({{"t", "click"}, {"view", "main"}, {"window", 27}, {"control", 20}, {"state", 1}}),
+        json::object())
+        << "a page that is not shown";
+    showOverlay();
+    EXPECT_EQ(
+        headUnit.askData({{"t", "click"}, {"view", "osd"}, {"window", 1}, {"control", 6}, {"state", 1}}),
+        (json{{"released", {{"view", "osd"}, {"window", 1}, {"control", 6}}}}));
+}
+
+TEST_F(TouchTest, APageThatWentWhileTheFingerLayOnItWasNotMeant) {
+    step("press", 150, 160);
+    app.main.onHandler = [this](const std::string&) { app.main.ShowWnd(1, true, 0); };
+    headUnit.askData({{"t", "key"}, {"code", 20}});
+    app.main.onHandler = nullptr;
+    EXPECT_EQ(headUnit.askData({{"t", "release"}, {"x", 150}, {"y", 160}}), json::object());
+}
+
 TEST_F(TouchTest, ClickCallsTheViewStraight) {
     headUnit.askData({{"t", "click"}, {"view", "main"}, {"window", 27}, {"control", 12345}, {"state", 4}});
     headUnit.askData({{"t", "click"}, {"view", "osd"}, {"window", 1}, {"control", 6}, {"state", 1}});

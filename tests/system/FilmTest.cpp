@@ -49,6 +49,24 @@ protected:
         const Json all = screen();
         return all["main"]["window"] == 10 && all["video"]["visible"] == false && !seesRed();
     }
+    /** A touch of the driver on "show anyway". */
+    void showAnyway() {
+        const Json rect = item(10, 2103)["rect"];
+        must({"touch", std::to_string(rect[0].get<int>() + rect[2].get<int>() / 2),
+              std::to_string(rect[1].get<int>() + rect[3].get<int>() / 2)});
+    }
+    /** Kills that process; the film is not seen while and after it comes back. */
+    void killAndWatch(const std::string& process) {
+        must({"kill", process});
+        bool seen = seesRed();
+        settle();
+        const int frames = screen()["video"].value("frames", 0);
+        EXPECT_TRUE(eventually([&] {
+            seen = seen || seesRed();
+            return screen()["video"].value("frames", 0) > frames + 10;
+        })) << "the decoder's pictures come again";
+        EXPECT_FALSE(seen) << process;
+    }
     void drive(bool driving) {
         must({"device", "2", driving ? "0" : "1"});
         settle();
@@ -70,6 +88,52 @@ TEST_F(Film, IsHiddenWhileTheCarMoves) {
     }
     drive(false);
     EXPECT_TRUE(eventually([this] { return filmRuns(); })) << screen()["video"];
+}
+
+TEST_F(Film, IsHiddenWhateverProcessIsKilledWhileTheCarMoves) {
+    makeFilm();
+    startBench({"--no-web", "--launcher", "passive", "--disc", disc()});
+    ASSERT_TRUE(eventually([this] { return filmRuns(); })) << screen()["video"];
+    drive(true);
+    for (const char* process : {"app", "disc"}) {
+        killAndWatch(process);
+    }
+}
+
+TEST_F(Film, ThatAnUnknowingApplicationShowsIsHiddenWhileTheCarMoves) {
+    makeFilm();
+    startBench({"--no-web", "--launcher", "passive", "--disc", disc()});
+    ASSERT_TRUE(eventually([this] { return filmRuns(); })) << screen()["video"];
+    must({"device", "--silent", "2", "0"});
+    for (const char* process : {"app", "disc"}) {
+        EXPECT_FALSE(seesRed());
+        killAndWatch(process);
+        EXPECT_TRUE(eventually([this] { return screen()["video"]["visible"] == true; })) << process;
+        EXPECT_EQ(screen()["video"]["locked"], true);
+        EXPECT_FALSE(seesRed()) << process;
+    }
+    must({"device", "--silent", "2", "1"});
+    EXPECT_TRUE(eventually([this] { return filmRuns(); })) << screen()["video"];
+}
+
+TEST_F(Film, IsSeenByTheDriversTouchForOneDrive) {
+    makeFilm();
+    startBench({"--no-web", "--launcher", "passive", "--disc", disc()});
+    ASSERT_TRUE(eventually([this] { return filmRuns(); })) << screen()["video"];
+    drive(true);
+    EXPECT_TRUE(isHidden()) << screen()["video"];
+    showAnyway();
+    EXPECT_TRUE(eventually([this] { return filmRuns(); })) << screen()["video"];
+    must({"kill", "app"});
+    EXPECT_TRUE(eventually([this] {
+        const Answer answer = ctl({"screen"});
+        return answer.exit == 0 && Json::parse(answer.out)["main"]["window"] == 10;
+    })) << "an application that comes back warns again";
+    EXPECT_FALSE(seesRed());
+    drive(false);
+    EXPECT_TRUE(eventually([this] { return filmRuns(); })) << screen()["video"];
+    drive(true);
+    EXPECT_TRUE(isHidden()) << screen()["video"];
 }
 
 TEST_F(Film, ThatIsInsertedWhileDrivingIsSeenOnlyOnceTheCarIsParked) {

@@ -11,11 +11,20 @@ Point point(const json& message, const char* x, const char* y) {
     return {message.at(x).get<int>(), message.at(y).get<int>()};
 }
 
+// What the finger was lifted from, for the head unit.
+json liftedFrom(TouchInput& input) {
+    json data = json::object();
+    if (const auto item = input.takeLifted()) {
+        data["released"] = {{"view", item->view}, {"window", item->page}, {"control", item->control}};
+    }
+    return data;
+}
+
 // Carries out a step of a finger and answers.
 void touchEvent(Application& application, const Reply& reply, std::function<void(TouchInput&)> step) {
     replyFromEvent(application, reply, [&application, step = std::move(step)] {
         step(application.touch());
-        return json::object();
+        return liftedFrom(application.touch());
     });
 }
 
@@ -52,7 +61,7 @@ void click(Application& application, const json& message, const Reply& reply) {
         if (ViewImpl* target = application.viewByRole(view)) {
             target->itemClicked(window, control, state);
         }
-        return json::object();
+        return liftedFrom(application.touch());
     });
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace Oro::ZMCAR {
 struct ViewImpl;
@@ -14,6 +17,13 @@ class Application;
 struct Point {
     int x = 0;
     int y = 0;
+};
+
+/** The item of a shown page that a finger was lifted from; control 0: none. */
+struct LiftedFrom {
+    std::string view; ///< "main" or "osd"
+    int page = 0;
+    int control = 0;
 };
 
 /**
@@ -33,6 +43,10 @@ public:
     void touch(Point at, int holdMs);
     /** Press, moves, a rest and release: never held, and a list does not go on by itself. */
     void drag(Point from, Point to);
+    /** A view is about to be told so. */
+    void lifted(LiftedFrom item) { m_lifted = std::move(item); }
+    /** What `lifted` said since the last call. */
+    std::optional<LiftedFrom> takeLifted() { return std::exchange(m_lifted, std::nullopt); }
     /** The view goes away. */
     void forget(const Oro::ZMCAR::ViewImpl& view);
 
@@ -46,6 +60,7 @@ private:
     Application& m_application;
     Oro::ZMCAR::ViewImpl* m_view = nullptr; ///< under the finger since the press
     Point m_down;
+    std::optional<LiftedFrom> m_lifted;
 };
 
 } // namespace zm

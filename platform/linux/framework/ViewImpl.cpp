@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -67,6 +68,12 @@ nlohmann::json ViewImpl::describe(std::optional<int> onlyWindow) const {
 }
 
 void ViewImpl::itemClicked(int page, int control, int state) {
+    constexpr int Released = 1;
+    const auto shown = scene->shownWindows();
+    // A page may have gone while the finger lay on it: then nobody meant what happens next.
+    if (state == Released && std::ranges::find(shown, page) != shown.end()) {
+        application.touch().lifted({isMain() ? "main" : "osd", page, control});
+    }
     view.OnClick(&scene->wndMng(), page, control, state);
 }
 

@@ -30,18 +30,27 @@ Decoder::Decoder(const Unit& unit) {
     m_window = *window;
 }
 
-void Decoder::showBars() {
+template <class ColorOfColumn>
+void Decoder::show(ColorOfColumn color) {
     EXPECT_TRUE(m_client->receive());
     uint8_t* frame = m_window->freeBuffer();
     ASSERT_NE(frame, nullptr);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            const uint32_t pixel = bars[static_cast<size_t>(x) * bars.size() / width];
+            const uint32_t pixel = color(static_cast<size_t>(x));
             std::memcpy(frame + y * m_window->stride() + x * 4, &pixel, sizeof pixel);
         }
     }
     EXPECT_TRUE(m_window->commitBuffer());
     EXPECT_TRUE(m_client->sync(limit));
+}
+
+void Decoder::showBars() {
+    show([](size_t column) { return bars[column * bars.size() / width]; });
+}
+
+void Decoder::showColor(uint32_t color) {
+    show([color](size_t) { return color; });
 }
 
 } // namespace zm::test

@@ -2,6 +2,7 @@
 
 #include "platform/linux/screen/ScreenClient.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace zm::test {
@@ -18,8 +19,13 @@ public:
      * is shown.
      */
     void showBars();
+    /** A frame of one colour, 0xAARRGGBB. */
+    void showColor(uint32_t color);
 
 private:
+    template <class ColorOfColumn>
+    void show(ColorOfColumn color);
+
     std::unique_ptr<ScreenClient> m_client;
     ScreenWindow* m_window = nullptr;
 };

@@ -117,6 +117,40 @@ TEST_F(GotoMain, ThePlayingFileSendsNothingButCloses) {
     }
 }
 
+TEST_F(GotoMain, TheMusicPageBehindIsAliveAgain) {
+    open(PLAY_TYPE_MUSIC, {.curMediaId = 7, .curMediaIds = 12, .parentFolder = 2});
+    unit.key(K_GOTO); // once more over the open pad
+    unit.disc.playTime(10, 100);
+    type("7");
+    clickPad(GOTO_KEY_OK);
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ELAPSED).text, "00:10") << "what changed meanwhile";
+    unit.disc.playTime(11, 100);
+    unit.disc.id3("", "Later", "");
+    unit.disc.track({.curMediaId = 8, .curMediaIds = 12, .parentFolder = 2});
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ELAPSED).text, "00:11");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ARTIST).text, "Later");
+    EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, "8/12");
+    forget();
+    unit.key(K_Down);
+    unit.key(K_Left);
+    EXPECT_EQ(unit.commands().size(), 2u);
+}
+
+TEST_F(GotoMain, AListBehindIsAliveAgain) {
+    open(PLAY_TYPE_MUSIC, {.curMediaId = 7, .curMediaIds = 12, .parentFolder = 2});
+    unit.key(K_Return);
+    unit.advance(50ms);
+    ASSERT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    unit.key(K_GOTO);
+    type("7");
+    clickPad(GOTO_KEY_OK);
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
+    unit.advance(9s);
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY) << "the way back";
+}
+
 TEST_F(GotoMain, AZeroThatReachesTheDisabledKeyIsNoNumber) {
     open(PLAY_TYPE_CD, {.mediaIds = 12});
     type("0");

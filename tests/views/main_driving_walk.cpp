@@ -1,5 +1,5 @@
 // Every way into the video page, with the car parked, driving, and changing between the two on the page.
-#include "tests/views/folder_view.h"
+#include "tests/views/film_view.h"
 
 namespace zm::test {
 
@@ -8,12 +8,13 @@ namespace {
 constexpr const FolderKind& VIDEOS = FOLDER_KINDS[1];
 constexpr const FolderKind& PHOTOS = FOLDER_KINDS[2];
 constexpr int PLAYING_FOLDER = 5;
+constexpr int THIS_FILE = 3;
 constexpr int OTHER_FILE = 7;
 constexpr int FIRST_ROW = 20; ///< pixels below the list's upper edge
 
 /** The unit with what the ways are made of. Touches go through the hit test wherever there is one to touch.
  */
-class DrivingUnit : public FolderView {
+class DrivingUnit : public FilmView {
 public:
     void insert(int type) {
         unit.disc.videoMode(VIDEO_MODE_ON);
@@ -63,8 +64,9 @@ public:
     }
     void wait(std::chrono::milliseconds time) { unit.advance(time); }
 
-    using FolderView::inside;
-    using FolderView::unit;
+    using FilmView::inside;
+    using FilmView::playIn;
+    using FilmView::unit;
 };
 
 using Step = void (*)(DrivingUnit&);
@@ -135,6 +137,10 @@ void typeOnPad(DrivingUnit& at) {
     at.typeOnPad(OTHER_FILE);
 }
 
+void typeWhatPlays(DrivingUnit& at) {
+    at.typeOnPad(THIS_FILE);
+}
+
 void pressEnter(DrivingUnit& at) {
     at.unit.key(K_Down);
     at.unit.key(K_Enter);
@@ -196,6 +202,57 @@ const Way WAYS[] = {
          at.unit.disc.videoMode(VIDEO_MODE_OFF);
      },
      [](DrivingUnit& at) { at.unit.disc.videoMode(VIDEO_MODE_ON); }},
+    {"NumberOfWhatPlaysOnThePadOverAFilm",
+     [](DrivingUnit& at) {
+         at.playIn(VIDEOS, PLAYING_FOLDER, THIS_FILE);
+         at.openPad();
+     },
+     typeWhatPlays},
+    {"NumberOfWhatPlaysOnThePadOverAPhoto",
+     [](DrivingUnit& at) {
+         at.playIn(PHOTOS, PLAYING_FOLDER, THIS_FILE);
+         at.openPad();
+     },
+     typeWhatPlays},
+    {"ReturnKeyOnThePadOverAFilm",
+     [](DrivingUnit& at) {
+         at.playIn(VIDEOS, PLAYING_FOLDER);
+         at.openPad();
+     },
+     returnFromPadAndWait, WND_MEDIA_LIST},
+    {"NumberSpokenOverThePad",
+     [](DrivingUnit& at) {
+         at.playIn(VIDEOS, PLAYING_FOLDER);
+         at.openPad();
+     },
+     askForNumber},
+    {"SongSpokenThatIsNotThere",
+     [](DrivingUnit& at) {
+         at.playIn(VIDEOS, PLAYING_FOLDER);
+         at.unit.appData("--song=none");
+         at.wait(50ms);
+     },
+     [](DrivingUnit& at) {
+         at.touchControl(WND_MEDIA_LIST, ITEM_TAB_VIDEO);
+         at.wait(9s);
+     },
+     WND_MEDIA_LIST},
+    {"SourcesOpenedOverIt",
+     [](DrivingUnit& at) {
+         at.insert(PLAY_TYPE_DVD);
+         if (at.unit.main.window() == WND_PARKING) {
+             at.touchControl(WND_PARKING, SRC_CTRL_OPEN);
+         } else {
+             at.unit.touch(400, 240);
+             at.unit.touchItem(at.unit.osd, 1, SRC_CTRL_OPEN);
+         }
+     },
+     [](DrivingUnit& at) { at.wait(10s); }},
+    {"OtherLanguage", insert<PLAY_TYPE_DVD>, [](DrivingUnit& at) { at.unit.language("ar"); }},
+    {"OtherColours", insert<PLAY_TYPE_DVD>,
+     [](DrivingUnit& at) {
+         at.unit.act({"theme", "day"});
+     }},
     {"ResumeOfADvd", pause<PLAY_TYPE_DVD>, resume},
     {"ResumeOfAVcd", pause<PLAY_TYPE_VCD>, resume},
     {"ResumeOfFilms", pause<PLAY_TYPE_VIDEO>, resume},
@@ -248,8 +305,6 @@ const Way WAYS[] = {
 
 class DrivingWalk : public DrivingUnit, public testing::WithParamInterface<Way> {
 protected:
-    void drive() { unit.device(DEV_STATUS_PARKING, 0); }
-    void park() { unit.device(DEV_STATUS_PARKING, 1); }
     /** Logs begin here: what was visible before does not count. */
     void begin() { m_begin = unit.log().size(); }
 
@@ -257,10 +312,14 @@ protected:
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
         EXPECT_TRUE(unit.video().at("visible"));
         EXPECT_FALSE(unit.osd.visible());
+        EXPECT_EQ(filmPixels(), WHOLE_SCREEN);
     }
     void expectNoVideo(int page) {
+        EXPECT_EQ(filmPixels(), 0);
         EXPECT_EQ(unit.main.window(), page);
-        EXPECT_FALSE(unit.video().value("visible", false));
+        if (page == WND_PARKING) { // every other page lies over the video, which may stay where it is
+            EXPECT_FALSE(unit.video().value("visible", false));
+        }
         EXPECT_FALSE(unit.osd.visible());
         EXPECT_THAT(logged(m_begin, {"m_bVideoIsVisible=1", "m_bVideoOsd=1"}), IsEmpty())
             << "not even for a moment";
@@ -329,10 +388,12 @@ TEST_F(Driving, OnlyTheDriversOwnTouchDismissesTheParkingPage) {
     touchControl(WND_PARKING, PARK_CTRL_CONTINUE);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
     EXPECT_TRUE(unit.video().at("visible"));
+    EXPECT_EQ(filmPixels(), WHOLE_SCREEN);
     unit.app("pause");
     unit.app("resume");
     EXPECT_EQ(unit.main.window(), WND_PARKING) << "for this once";
     EXPECT_FALSE(unit.video().at("visible"));
+    EXPECT_EQ(filmPixels(), 0);
 }
 
 TEST_F(Driving, AVideoWindowThatIsPostedWhileDrivingIsNotShown) {
@@ -352,6 +413,7 @@ TEST_F(Driving, AStatusThatCannotBeReadCountsAsDriving) {
     unit.act({"device", "2", "fail"});
     EXPECT_EQ(unit.main.window(), WND_PARKING);
     EXPECT_FALSE(unit.video().at("visible"));
+    EXPECT_EQ(filmPixels(), 0);
 }
 
 } // namespace zm::test

@@ -302,6 +302,9 @@ private:
     void UpdateCarTemp(bool bRedraw);
     void OnAppsMsgDevStatus(int devId, int value);
     void OnParkingChanged(bool bParked);
+    bool IsVideoState() const {
+        return m_uiCurState == VIEW_STATE_VIDEO_PLAY || m_uiCurState == VIEW_STATE_PHOTO_PLAY;
+    }
     void OnGotoParkingView();
     void OnHideParkingView();
     void ApplyParking();
@@ -348,8 +351,9 @@ private:
     char m_szSearch[260] = {}; ///< keyboard value
     bool m_bVoicePlayPending = false;
     std::string m_strVoicePlay;
-    std::string m_strInputNum; ///< digits typed on the number pad
-    std::string m_strTotalNum; ///< its upper bound
+    std::string m_strInputNum;                   ///< digits typed on the number pad
+    std::string m_strTotalNum;                   ///< its upper bound
+    int m_nStateBehindGoto = VIEW_STATE_LOADING; ///< state of the page that the pad lies over
 
     bool m_bVideoAllowed = true; ///< false while the car moves
     bool m_bAppPaused = false;   ///< paused or show-only'd by the launcher

@@ -129,7 +129,7 @@ void DiscView::ResumePage() {
         break;
     case PLAY_TYPE_VIDEO:
     case PLAY_TYPE_PHOTO:
-        if (m_uiCurState == VIEW_STATE_VIDEO_PLAY || m_uiCurState == VIEW_STATE_PHOTO_PLAY) {
+        if (IsVideoState()) {
             RedrawOsd();
             ApplyParking();
             OperateCapture(true);

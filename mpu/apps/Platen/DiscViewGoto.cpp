@@ -31,6 +31,9 @@ int DiscView::GotoTotal() const {
 
 void DiscView::ShowGotoView() {
     Pad().Begin(GotoTotal(), TXT_GOTO_CAPTION);
+    if (m_uiCurState != VIEW_STATE_GOTO) {
+        m_nStateBehindGoto = m_uiCurState;
+    }
     m_uiCurState = VIEW_STATE_GOTO;
     DealInputNum();
     ShowWnd(WND_GOTO, true, 0);
@@ -38,7 +41,16 @@ void DiscView::ShowGotoView() {
 
 void DiscView::HideGotoView() {
     Pad().End();
+    const bool bPadShown = m_uiCurState == VIEW_STATE_GOTO;
+    if (bPadShown) {
+        // The page behind comes back as what it was, so that it goes on to follow the disc and the keys.
+        m_uiCurState = m_nStateBehindGoto;
+    }
     ShowWnd(WND_GOTO, false, 0);
+    // The car may have started or stopped while the pad covered the page.
+    if (bPadShown && IsVideoState() && (!m_bVideoAllowed || m_nCurWndId == WND_PARKING)) {
+        ApplyParking();
+    }
 }
 
 void DiscView::DealInputNum() {

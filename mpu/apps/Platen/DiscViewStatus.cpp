@@ -75,7 +75,7 @@ void DiscView::OnParkingChanged(bool bParked) {
         return;
     }
     m_bVideoAllowed = bParked;
-    if (m_uiCurState == VIEW_STATE_VIDEO_PLAY || m_uiCurState == VIEW_STATE_PHOTO_PLAY) {
+    if (IsVideoState()) {
         ApplyParking();
     }
 }

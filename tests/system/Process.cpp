@@ -123,7 +123,10 @@ std::string Process::err() {
 }
 
 void Process::signal(int number) {
-    ::kill(m_pid, number);
+    // One that has ended has no number any more; -1 would be every process of the machine.
+    if (m_pid > 0) {
+        ::kill(m_pid, number);
+    }
 }
 
 } // namespace zm::test

@@ -186,12 +186,43 @@ TEST_F(Items, aPageThatReturnsNamesTheOneItReplaced) {
     EXPECT_EQ(stage.scene->replacedBy(99), 0);
 }
 
-TEST_F(Items, showingAShownPageDrawsItsChangesOnly) {
+TEST_F(Items, showingAShownPageDrawsNothing) {
     stage.scene->showWindow(24, true);
     stage.paint();
     stage.ui->SetItemText(24, 8, L"12:01");
     stage.scene->showWindow(24, true);
+    EXPECT_THAT(stage.paint(), IsEmpty());
+}
+
+TEST_F(Items, drawingAPageDrawsItsChangesOnly) {
+    stage.scene->showWindow(24, true);
+    stage.paint();
+    stage.ui->SetItemText(24, 8, L"12:01");
+    stage.scene->drawWindow(24);
     EXPECT_THAT(stage.paint(), ElementsAre(stage.rect(24, 8)));
+}
+
+TEST_F(Items, drawingADisabledItemDrawsWhatBelongsToIt) {
+    stage.ui->ShowItem(24, 101, true);
+    stage.scene->showWindow(24, true);
+    stage.paint();
+    stage.ui->EnableItem(24, 101, false);
+    stage.ui->drawItem(24, 101);
+    zm::Rect whole;
+    for (const zm::Rect& one : stage.paint()) {
+        whole = whole.united(one);
+    }
+    for (const int id : {103, 105, 119}) {
+        EXPECT_EQ(whole.intersected(stage.rect(24, id)), stage.rect(24, id)) << id;
+    }
+}
+
+TEST_F(Items, anEmptiedListDrawsItself) {
+    stage.fill(*stage.list(24), 3);
+    stage.scene->showWindow(24, true);
+    stage.paint();
+    stage.list(24)->DeleteAllItems();
+    EXPECT_THAT(stage.paint(), ElementsAre(stage.rect(24, 2000)));
 }
 
 TEST_F(Items, descriptionOfOneWindowHoldsThatWindow) {
@@ -218,8 +249,12 @@ TEST_F(Items, theNumberPadOfTheOverlayLiesAboveItsBar) {
 TEST_F(Items, aBarThatComesUpBeginsWithoutTheNumberPad) {
     Stage overlay(resourceDir + "OVERLAY.zmrc_device");
     overlay.scene->showWindow(20, true);
+    EXPECT_THAT(overlay.scene->droppedBy(4), ElementsAre(20));
     overlay.scene->showWindow(4, true);
     EXPECT_THAT(overlay.scene->shownWindows(), ElementsAre(4));
+    EXPECT_THAT(overlay.scene->droppedBy(4), IsEmpty());
+    EXPECT_THAT(overlay.scene->droppedBy(20), IsEmpty());
+    EXPECT_THAT(overlay.scene->droppedBy(2), IsEmpty()); // a page is replaced, not dropped
 }
 
 } // namespace

@@ -34,15 +34,18 @@ TEST_F(Motion, theBusyAnimationTurnsWhileItIsShown) {
     stage.paint();
     EXPECT_EQ(stage.pixels, first) << "one whole turn later";
     stage.ui->ShowItem(1, 7003, false);
+    stage.ui->drawItem(1, 7003);
     EXPECT_EQ(stage.scene->nextTick(), -1);
 }
 
 TEST_F(Motion, aSmallStepOfTheProgressIsWalked) {
     stage.scene->showWindow(6, true);
     stage.ui->SetProgressItemPos(6, 2069, 40);
+    stage.ui->drawItem(6, 2069);
     stage.paint();
     EXPECT_EQ(stage.scene->nextTick(), -1) << "large steps jump";
     stage.ui->SetProgressItemPos(6, 2069, 41);
+    EXPECT_EQ(stage.scene->nextTick(), -1) << "not drawn yet";
     stage.ui->drawItem(6, 2069);
     EXPECT_EQ(stage.item(6, 2069)["progress"], 41);
     int frames = 0;

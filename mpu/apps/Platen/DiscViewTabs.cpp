@@ -50,6 +50,7 @@ void DiscView::SetMediaTypeIcon(int nWndId) {
     }
     for (const TabRow& tab : TABS) {
         m_pUIAnalysis->SetItemState(nWndId, tab.item, tab.type == m_nCurType ? SELECTED : NORMAL);
+        m_pUIAnalysis->drawItem(nWndId, tab.item);
     }
 }
 
@@ -64,6 +65,7 @@ void DiscView::SetShowLeftState(int nWndId, int n) {
         }
         m_pUIAnalysis->SetItemState(nWndId, menu.shown, menu.state);
         m_pUIAnalysis->SetItemState(nWndId, ITEM_FOLDER_MENU, menu.folderState);
+        m_pUIAnalysis->drawItem(nWndId, ITEM_FOLDER_MENU);
     }
     for (const int item : MENU_ITEMS) {
         m_pUIAnalysis->drawItem(nWndId, item);

@@ -23,6 +23,7 @@ public:
     /** Inserts an empty row before `index` (the end if `index` is the count); `data` is free for the caller.
      */
     bool InsertItem(int index, int data);
+    /** Empties the list, which draws itself. */
     bool DeleteAllItems();
     /**
      * Puts picture `icon` (0 for none) into slot `slot`: 0 the kind at the row's start, 2 the playing mark at

@@ -59,6 +59,20 @@ void seen(Application& application, const json&, const Reply& reply) {
     });
 }
 
+void drawn(Application& application, const json&, const Reply& reply) {
+    replyFromEvent(application, reply, [&application] {
+        application.flushFrames();
+        json stale = json::object();
+        for (const char* role : Roles) {
+            ViewImpl* view = application.viewByRole(role);
+            if (const std::string text = view ? view->staleness() : ""; !text.empty()) {
+                stale[role] = text;
+            }
+        }
+        return stale;
+    });
+}
+
 // Waits until everything drawn is on the screen. On the coordinator thread.
 bool syncFrames(Application& application, TimePoint deadline) {
     auto synced = std::make_shared<std::atomic<bool>>(false);
@@ -127,7 +141,7 @@ void unhold(Application&, const json&, const Reply& reply) {
 }
 
 constexpr ShellCommand Commands[] = {
-    {"screen", screen},   {"seen", seen}, {"settle", settle},
+    {"screen", screen},   {"seen", seen}, {"drawn", drawn},   {"settle", settle},
     {"advance", advance}, {"hold", hold}, {"unhold", unhold},
 };
 

@@ -59,6 +59,20 @@ zm::Status ViewImpl::paint() {
     return window->present(scene->paint(window->surface(), window->stride()));
 }
 
+void ViewImpl::showWindow(int page, bool show, int flag) {
+    const std::vector<int> dropped = show ? scene->droppedBy(page) : std::vector<int>();
+    scene->showWindow(page, show);
+    for (const int gone : dropped) {
+        view.OnShow(gone, false, flag);
+    }
+    view.OnShow(page, show, flag);
+    scene->drawWindow(page);
+}
+
+std::string ViewImpl::staleness() {
+    return window ? scene->staleness(window->surface(), window->stride()) : "";
+}
+
 nlohmann::json ViewImpl::describe(std::optional<int> onlyWindow) const {
     const auto shown = scene->shownWindows();
     return {{"window", shown.empty() ? 0 : shown.back()},

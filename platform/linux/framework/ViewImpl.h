@@ -29,8 +29,13 @@ struct ViewImpl : zm::SceneListener {
     void setAlpha(bool alpha);
     /** Sends what was asked for since the last flush. */
     zm::Status flushProps();
+    /** Shows or hides a page, tells the view of it and of the pads that went with that, and draws what the
+     * view then has set on it. */
+    void showWindow(int page, bool show, int flag);
     /** Draws and commits what changed. */
     zm::Status paint();
+    /** Empty if what is drawn is what the pages say; else where and why it is not. */
+    std::string staleness();
     /** What the head unit's `screen` request tells of the view. */
     nlohmann::json describe(std::optional<int> window) const;
 

@@ -19,11 +19,9 @@ bool ViewUI::ShowWnd(int wndId, bool show, int flag) {
     ViewImpl& view = *m_pImpl;
     return view.pages.contains(wndId) && view.application.perform(view, [this, &view, wndId, show, flag] {
         const int replaced = show ? 0 : view.scene->replacedBy(wndId);
-        view.scene->showWindow(wndId, show);
-        OnShow(wndId, show, flag);
+        view.showWindow(wndId, show, flag);
         if (replaced) {
-            view.scene->showWindow(replaced, true);
-            OnShow(replaced, true, flag);
+            view.showWindow(replaced, true, flag);
         }
     });
 }

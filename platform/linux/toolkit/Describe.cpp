@@ -25,18 +25,18 @@ json describeRows(const CUI_BtList::Impl& list) {
 
 json describeItem(const Item& item) {
     json icons = json::object();
-    for (const auto& [state, picture] : item.icons) {
+    for (const auto& [state, picture] : item.set.icons) {
         icons[std::to_string(state)] = picture;
     }
     const Rect& rect = item.spec.rect;
     json result = {{"kind", itemKindNames[static_cast<size_t>(item.spec.kind)]},
-                   {"visible", item.visible},
-                   {"enabled", item.enabled},
-                   {"text", item.text},
-                   {"textId", item.textId},
+                   {"visible", item.set.visible},
+                   {"enabled", item.set.enabled},
+                   {"text", item.set.text},
+                   {"textId", item.set.textId},
                    {"icons", std::move(icons)},
-                   {"state", item.state},
-                   {"progress", item.progress.position},
+                   {"state", item.set.state},
+                   {"progress", item.set.progress.position},
                    {"rect", {rect.x, rect.y, rect.w, rect.h}}};
     if (item.list) {
         const CUI_BtList::Impl& list = item.list->impl();
@@ -86,7 +86,7 @@ struct Seen {
                       {"kind", itemKindNames[static_cast<size_t>(item.spec.kind)]},
                       {"text", text},
                       {"rect", {rect.x, rect.y, rect.w, rect.h}},
-                      {"enabled", item.enabled}};
+                      {"enabled", item.drawn.enabled}};
         if (touched) {
             entry["touch"] = {x, y};
         }
@@ -115,7 +115,7 @@ nlohmann::json Scene::describeSeen() const {
             if (item->list) {
                 seen.addRows(*item, item->list->impl());
             } else {
-                seen.add(*item, item->text, item->spec.rect);
+                seen.add(*item, item->drawn.text, item->spec.rect);
             }
         }
     }

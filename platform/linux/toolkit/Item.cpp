@@ -19,9 +19,30 @@ void follow(T& present, const T& before, const T& next) {
 
 } // namespace
 
+void Content::follow(const ItemSpec& before, const ItemSpec& next) {
+    zm::follow(visible, before.visible, next.visible);
+    zm::follow(enabled, before.enabled, next.enabled);
+    zm::follow(state, before.state, next.state);
+    zm::follow(icons, before.icons, next.icons);
+    const bool textOfPage = textId == before.textId && (textId != 0 || text == before.text);
+    if (textOfPage) {
+        textId = next.textId;
+        text = next.text;
+    }
+}
+
+int Content::icon(int buttonState) const {
+    auto found = icons.find(buttonState);
+    if (found == icons.end()) {
+        found = icons.find(stateAll);
+    }
+    return found == icons.end() ? 0 : found->second;
+}
+
 Item::Item(const ItemSpec& itemSpec, Window& owner, Item* parentItem)
-    : spec(itemSpec), window(owner), parent(parentItem), visible(itemSpec.visible), enabled(itemSpec.enabled),
-      state(itemSpec.state), textId(itemSpec.textId), text(itemSpec.text), icons(itemSpec.icons) {
+    : spec(itemSpec), window(owner),
+      parent(parentItem), set{spec.visible, spec.enabled, spec.state, spec.textId, spec.text, spec.icons},
+      drawn(set) {
     if (parent) {
         parent->children.push_back(this);
     }
@@ -30,15 +51,8 @@ Item::Item(const ItemSpec& itemSpec, Window& owner, Item* parentItem)
 Item::~Item() = default;
 
 void Item::redefine(const ItemSpec& next, Item* nextParent) {
-    follow(visible, spec.visible, next.visible);
-    follow(enabled, spec.enabled, next.enabled);
-    follow(state, spec.state, next.state);
-    follow(icons, spec.icons, next.icons);
-    const bool textOfPage = textId == spec.textId && (textId != 0 || text == spec.text);
-    if (textOfPage) {
-        textId = next.textId;
-        text = next.text;
-    }
+    set.follow(spec, next);
+    drawn.follow(spec, next);
     spec = next;
     parent = nextParent;
     children.clear();
@@ -49,23 +63,12 @@ void Item::redefine(const ItemSpec& next, Item* nextParent) {
     kept = {};
 }
 
-bool Item::onPage() const {
-    return visible && (!parent || parent->onPage());
-}
-
-int Item::icon(int buttonState) const {
-    auto found = icons.find(buttonState);
-    if (found == icons.end()) {
-        found = icons.find(stateAll);
+Rect Item::bounds() const {
+    Rect area = spec.rect;
+    for (const Item* child : children) {
+        area = area.united(child->bounds());
     }
-    return found == icons.end() ? 0 : found->second;
-}
-
-void Item::markTree() {
-    dirty = true;
-    for (Item* child : children) {
-        child->markTree();
-    }
+    return area;
 }
 
 void Window::redefine(WindowSpec next) {

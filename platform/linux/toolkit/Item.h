@@ -18,7 +18,24 @@ struct ProgressValue {
     int minimum = 0;
     int maximum = 100;
     int position = 0;
-    double shown = 0; ///< follows the position smoothly
+    bool operator==(const ProgressValue&) const = default;
+};
+
+/** What stands in an item. */
+struct Content {
+    bool visible;
+    bool enabled;
+    int state;
+    int textId;
+    std::string text;
+    std::map<int, int> icons;
+    ProgressValue progress{};
+    bool operator==(const Content&) const = default;
+
+    /** Takes what the next description says wherever it still is as the one before had it. */
+    void follow(const ItemSpec& before, const ItemSpec& next);
+    /** The picture for a button state: that state's own, else that for all; 0 for none. */
+    int icon(int buttonState) const;
 };
 
 /** A text as it was last laid out, kept because laying out costs most of the drawing. */
@@ -30,7 +47,9 @@ struct KeptLayout {
     int width = 0;
 };
 
-/** An item of a page and what the application has put into it. */
+/**
+ * An item of a page. The application sets its content; on the screen stands the content that was last drawn.
+ */
 struct Item {
     Item(const ItemSpec& itemSpec, Window& owner, Item* parentItem);
     ~Item();
@@ -42,25 +61,21 @@ struct Item {
     Item* parent;
     std::vector<Item*> children;
 
-    bool visible;
-    bool enabled;
-    int state;
-    int textId;
-    std::string text;
-    std::map<int, int> icons;
-    ProgressValue progress;
-    std::unique_ptr<CUI_BtList> list; ///< of a list item
+    Content set;
+    Content drawn;
+    double progressShown = 0;         ///< follows the drawn position smoothly
+    std::unique_ptr<CUI_BtList> list; ///< of a list item; its rows are set and drawn by themselves
 
     bool pressed = false;
-    bool dirty = false; ///< changed since it was last made visible
+    bool dirty = false; ///< was set, or a list's rows were, since it was last drawn
     KeptLayout kept;
 
-    /** Visible together with everything it belongs to. */
-    bool onPage() const;
-    /** The picture for a button state: that state's own, else that for all; 0 for none. */
-    int icon(int buttonState) const;
-    /** Marks it and what belongs to it. */
-    void markTree();
+    /** Drawn visible together with everything it belongs to. */
+    bool onPage() const { return drawn.visible && (!parent || parent->onPage()); }
+    /** Set visible together with everything it belongs to. */
+    bool setVisible() const { return set.visible && (!parent || parent->setVisible()); }
+    /** It and everything that belongs to it. */
+    Rect bounds() const;
 };
 
 /** A page of the resource. */

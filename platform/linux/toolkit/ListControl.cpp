@@ -106,7 +106,7 @@ bool CUI_BtList::DeleteAllItems() {
     m_pImpl->keptRows.clear();
     m_pImpl->current = -1;
     m_pImpl->scroll = 0;
-    m_pImpl->item.dirty = true;
+    m_pImpl->drawList();
     return true;
 }
 

@@ -38,12 +38,13 @@ Rect bounds(const Window& window) {
 } // namespace
 
 Motion::Motion(Pages& pages, SceneListener& listener) : m_pages(pages), m_listener(listener) {
+    m_pages.progressDrawn = [this](Item& item) { progressDrawn(item); };
     collect();
 }
 
 void Motion::rest() {
     for (Item* item : m_walking) {
-        item->progress.shown = item->progress.position;
+        item->progressShown = item->drawn.progress.position;
     }
     m_walking.clear();
     if (const auto run = std::exchange(m_fling, std::nullopt)) {
@@ -110,28 +111,27 @@ void Motion::stepBusy(int64_t nowMs) {
     }
 }
 
-void Motion::progressSet(Item& item) {
-    ProgressValue& value = item.progress;
+void Motion::progressDrawn(Item& item) {
+    const ProgressValue& value = item.drawn.progress;
     const double range = value.maximum - value.minimum;
-    const double step = std::abs(value.position - value.shown);
-    const bool walks =
-        step > 0 && step <= range * walkedPart && m_pages.isShown(item.window) && item.onPage();
+    const double step = std::abs(value.position - item.progressShown);
+    const bool walks = step > 0 && step <= range * walkedPart && item.onPage();
     std::erase(m_walking, &item);
     if (walks) {
         m_walking.push_back(&item);
     } else {
-        value.shown = value.position;
+        item.progressShown = value.position;
     }
 }
 
 void Motion::stepProgress(double elapsedMs) {
     std::erase_if(m_walking, [&](Item* item) {
-        ProgressValue& value = item->progress;
-        value.shown += (value.position - value.shown) * (1 - std::exp(-elapsedMs / walkMs));
-        const bool arrived =
-            std::abs(value.position - value.shown) < walkRest || !m_pages.isShown(item->window);
+        const double position = item->drawn.progress.position;
+        double& shown = item->progressShown;
+        shown += (position - shown) * (1 - std::exp(-elapsedMs / walkMs));
+        const bool arrived = std::abs(position - shown) < walkRest || !m_pages.isShown(item->window);
         if (arrived) {
-            value.shown = value.position;
+            shown = position;
         }
         if (item->onPage()) {
             m_pages.damage(item->window, item->spec.rect);
@@ -193,13 +193,14 @@ bool Motion::trigger(Window& window, int from, int to) {
     return true;
 }
 
-void Motion::windowShown(const Window& window) {
+void Motion::windowShown(Window& window) {
+    std::erase_if(m_walking, [&](const Item* item) { return &item->window == &window; });
     if (m_triggered == &window) {
         m_triggered = nullptr;
     }
     if (m_leaving && m_leaving->window == &window) {
         m_leaving.reset();
-        m_pages.damageAll();
+        m_pages.damaged().add(m_pages.screen());
     }
 }
 

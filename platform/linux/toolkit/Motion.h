@@ -25,11 +25,9 @@ public:
     int64_t next() const;
     void tick(int64_t nowMs);
 
-    /** The position of a progress bar was set: small steps on a shown page are walked smoothly. */
-    void progressSet(Item& item);
     /** Lets the window leave with animation `from`..`to` when it is hidden next; false for an unknown one. */
     bool trigger(Window& window, int from, int to);
-    void windowShown(const Window& window);
+    void windowShown(Window& window);
     void windowHidden(Window& window);
 
     /** Lets a list run on with a speed in pixels a millisecond; it comes to rest on a whole row. */
@@ -60,6 +58,8 @@ private:
     };
 
     bool busyShown() const;
+    /** Small steps of a progress bar on a shown page are walked smoothly. */
+    void progressDrawn(Item& item);
     void stepBusy(int64_t nowMs);
     void stepProgress(double elapsedMs);
     void stepFling(int64_t nowMs);

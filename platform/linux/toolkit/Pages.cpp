@@ -65,7 +65,6 @@ bool Pages::isShown(const Window& window) const {
 
 bool Pages::show(Window& window, bool show) {
     if (show == isShown(window)) {
-        drawWindow(window);
         return false;
     }
     if (!show) {
@@ -81,11 +80,19 @@ bool Pages::show(Window& window, bool show) {
     }
     Rect area = window.spec.stacked ? Rect{} : m_screen;
     for (const auto& item : window.items) {
-        item->dirty = false;
+        if (show) {
+            takeOver(*item);
+            item->progressShown = item->drawn.progress.position;
+        }
         area = area.united(item->spec.rect);
     }
     m_damage.add(area);
     return true;
+}
+
+void Pages::takeOver(Item& item) {
+    item.dirty = false;
+    item.drawn = item.set;
 }
 
 void Pages::draw(Item& item) {
@@ -93,8 +100,13 @@ void Pages::draw(Item& item) {
         return;
     }
     if (item.dirty) {
-        item.dirty = false;
-        m_damage.add(item.spec.rect);
+        const bool withChildren =
+            item.set.visible != item.drawn.visible || item.set.enabled != item.drawn.enabled;
+        m_damage.add(withChildren ? item.bounds() : item.spec.rect);
+        takeOver(item);
+        if (item.spec.kind == ItemKind::Progress && progressDrawn) {
+            progressDrawn(item);
+        }
     }
     for (Item* child : item.children) {
         draw(*child);
@@ -111,6 +123,11 @@ void Pages::drawAll() {
     for (Window* window : m_shown) {
         drawWindow(*window);
     }
+}
+
+void Pages::repaint() {
+    drawAll();
+    damageAll();
 }
 
 void Pages::damage(const Window& window, const Rect& area) {
@@ -133,16 +150,18 @@ bool Pages::setLanguage(const std::string& code) {
 void Pages::translate() {
     for (const auto& [id, window] : m_windows) {
         for (const auto& item : window->items) {
-            if (item->textId != 0) {
-                setText(*item, item->textId);
+            for (Content* content : {&item->set, &item->drawn}) {
+                if (content->textId != 0) {
+                    setText(*content, content->textId);
+                }
             }
         }
     }
 }
 
-void Pages::setText(Item& item, int textId) {
-    item.textId = textId;
-    item.text = m_resource.text(textId, m_language);
+void Pages::setText(Content& content, int textId) const {
+    content.textId = textId;
+    content.text = m_resource.text(textId, m_language);
 }
 
 bool Pages::setTheme(const std::string& name) {

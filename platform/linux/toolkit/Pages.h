@@ -3,6 +3,7 @@
 #include "platform/linux/toolkit/Damage.h"
 #include "platform/linux/toolkit/Item.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -28,6 +29,8 @@ public:
     Item* item(int windowId, int itemId) const;
     const std::map<int, std::unique_ptr<Window>>& windows() const { return m_windows; }
 
+    /** Whether that changed anything; a window that comes is drawn as it is set, one that was there is not.
+     */
     bool show(Window& window, bool show);
     bool isShown(const Window& window) const;
     const std::vector<Window*>& shown() const { return m_shown; } ///< bottom first
@@ -38,16 +41,20 @@ public:
 
     /** Makes the changes of the item, and of what belongs to it, visible if its window is shown. */
     void draw(Item& item);
+    void drawWindow(Window& window);
     void drawAll();
+    /** Is told of each progress bar on a shown window whose content was drawn. */
+    std::function<void(Item&)> progressDrawn;
     /** Marks an area of a shown window as to be drawn. */
     void damage(const Window& window, const Rect& area);
-    void damageAll() { m_damage.add(m_screen); }
+    /** Draws everything anew. */
+    void repaint();
     Damage& damaged() { return m_damage; }
 
     bool setLanguage(const std::string& code);
     bool rightToLeft() const { return m_rightToLeft; }
-    /** Puts a text of the resource into the item, in the present language. */
-    void setText(Item& item, int textId);
+    /** Puts a text of the resource there, in the present language. */
+    void setText(Content& content, int textId) const;
 
     bool setTheme(const std::string& name);
     /** The palette's color; a fully transparent one for `noColor`, which draws nothing. */
@@ -59,7 +66,8 @@ public:
     }
 
 private:
-    void drawWindow(Window& window);
+    void damageAll() { m_damage.add(m_screen); }
+    void takeOver(Item& item);
     void translate();
 
     Resource m_resource;

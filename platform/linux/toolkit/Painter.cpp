@@ -6,21 +6,22 @@
 
 namespace zm {
 
-namespace {
-
-bool disabled(const Item& item) {
-    return !item.enabled || (item.parent && disabled(*item.parent));
+bool Painter::onPage(const Item& item) const {
+    return of(item).visible && (!item.parent || onPage(*item.parent));
 }
 
-} // namespace
+bool Painter::disabled(const Item& item) const {
+    return !of(item).enabled || (item.parent && disabled(*item.parent));
+}
 
 void Painter::source(int color) {
     const Color c = m_pages.color(color);
     cairo_set_source_rgba(m_cairo, c.red, c.green, c.blue, c.alpha);
 }
 
-void Painter::paint(cairo_t* cairo, const Rect& area) {
+void Painter::paint(cairo_t* cairo, const Rect& area, Contents contents) {
     m_cairo = cairo;
+    m_contents = contents;
     cairo_save(m_cairo);
     cairo_rectangle(m_cairo, area.x, area.y, area.w, area.h);
     cairo_clip(m_cairo);
@@ -42,7 +43,7 @@ void Painter::paintWindow(const Window& window, const Rect& area) {
         cairo_paint(m_cairo);
     }
     for (const auto& item : window.items) {
-        if (!item->spec.rect.intersected(area).empty() && item->onPage()) {
+        if (!item->spec.rect.intersected(area).empty() && onPage(*item)) {
             cairo_save(m_cairo);
             paintItem(*item, area);
             cairo_restore(m_cairo);
@@ -51,6 +52,7 @@ void Painter::paintWindow(const Window& window, const Rect& area) {
 }
 
 void Painter::paintLeaving(const Motion::Leaving& leaving, const Rect& area) {
+    m_contents = Contents::Drawn; // what is set on a hidden page is not to be seen
     cairo_push_group(m_cairo);
     paintWindow(*leaving.window, m_pages.screen());
     cairo_pop_group_to_source(m_cairo);
@@ -65,7 +67,7 @@ void Painter::paintLeaving(const Motion::Leaving& leaving, const Rect& area) {
 
 Painter::Appearance Painter::appearance(const Item& item) const {
     const Style& style = m_pages.style(item);
-    const bool selected = item.state == stateSelected;
+    const bool selected = of(item).state == stateSelected;
     if (disabled(item)) {
         return {style.look(LookState::Disabled), selected ? stateSelected : stateNormal};
     }
@@ -160,9 +162,10 @@ void Painter::paintProgress(const Item& item) {
     roundedPath(track, style.thickness / 2.0, style.thickness / 4.0);
     source(look.fill);
     cairo_fill(m_cairo);
-    const ProgressValue& value = item.progress;
+    const ProgressValue& value = of(item).progress;
+    const double shown = value == item.drawn.progress ? item.progressShown : value.position;
     const double range = std::max(1, value.maximum - value.minimum);
-    const double part = std::clamp((value.shown - value.minimum) / range, 0.0, 1.0);
+    const double part = std::clamp((shown - value.minimum) / range, 0.0, 1.0);
     const double end = style.thickness / 2.0;
     const double y = box.y + box.h / 2.0;
     cairo_set_line_width(m_cairo, style.thickness);

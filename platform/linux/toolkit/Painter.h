@@ -8,6 +8,9 @@
 
 namespace zm {
 
+/** Which content of the items stands on the pages. */
+enum class Contents { Drawn, Set };
+
 /** Draws pages; what it draws depends on nothing but their contents and the movements' present step. */
 class Painter {
 public:
@@ -15,7 +18,7 @@ public:
         : m_pages(pages), m_motion(motion), m_fonts(fonts), m_pictures(pages, fonts) {}
 
     /** Draws all shown windows inside `area`. */
-    void paint(cairo_t* cairo, const Rect& area);
+    void paint(cairo_t* cairo, const Rect& area, Contents contents);
 
 private:
     /** How an item looks now, and the button state whose picture it takes. */
@@ -24,6 +27,11 @@ private:
         int buttonState;
     };
     Appearance appearance(const Item& item) const;
+    const Content& of(const Item& item) const {
+        return m_contents == Contents::Drawn ? item.drawn : item.set;
+    }
+    bool onPage(const Item& item) const;
+    bool disabled(const Item& item) const;
 
     void paintWindow(const Window& window, const Rect& area);
     void paintLeaving(const Motion::Leaving& leaving, const Rect& area);
@@ -57,6 +65,7 @@ private:
     FontBook& m_fonts;
     Pictures m_pictures;
     cairo_t* m_cairo = nullptr;
+    Contents m_contents = Contents::Drawn;
 };
 
 } // namespace zm

@@ -77,7 +77,8 @@ Painter::Line Painter::lineOf(const Item& item) const {
         return {{}, Reading::FromLeft};
     }
     // Texts of the resource belong to the language; names and numbers that the application sets do not.
-    return {item.text, item.textId != 0 ? ofLanguage() : readingOf(item.text)};
+    const Content& content = of(item);
+    return {content.text, content.textId != 0 ? ofLanguage() : readingOf(content.text)};
 }
 
 void Painter::paintLabel(Item& item) {
@@ -100,14 +101,14 @@ void Painter::paintLabel(Item& item) {
 
     Rect inner{box.x + style.padding, box.y + look.nudge, box.w - 2 * style.padding, box.h};
     if (!item.spec.pictureOfText.empty()) {
-        const auto found = item.spec.pictureOfText.find(item.text);
+        const auto found = item.spec.pictureOfText.find(of(item).text);
         if (found != item.spec.pictureOfText.end()) {
             m_pictures.draw(m_cairo, found->second, inner.x + (inner.w - style.iconSize) / 2,
                             inner.y + (inner.h - style.iconSize) / 2, style.iconSize, look.icon);
         }
         return;
     }
-    const int picture = look.icon == noColor ? 0 : item.icon(buttonState);
+    const int picture = look.icon == noColor ? 0 : of(item).icon(buttonState);
     if (picture == 0 && style.iconAt != IconAt::Top) {
         cairo_rectangle(m_cairo, box.x, box.y, box.w, box.h);
         cairo_clip(m_cairo);

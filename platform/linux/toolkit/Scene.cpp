@@ -48,6 +48,18 @@ void Scene::Impl::redefine(Resource next) {
     painter.emplace(pages, motion, *fonts); // its pictures are those of the old resource
 }
 
+void Scene::Impl::paint(uint8_t* pixels, int stride, const std::vector<Rect>& areas, Contents contents) {
+    const Rect& screen = pages.screen();
+    const SurfacePtr surface(
+        cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_ARGB32, screen.w, screen.h, stride));
+    cairo_t* cairo = cairo_create(surface.get());
+    for (const Rect& area : areas) {
+        painter->paint(cairo, area, contents);
+    }
+    cairo_destroy(cairo);
+    cairo_surface_flush(surface.get());
+}
+
 Scene::Scene(std::unique_ptr<Impl> impl) : m_impl(std::move(impl)) {}
 Scene::~Scene() = default;
 
@@ -112,6 +124,18 @@ int Scene::replacedBy(int id) const {
     return replaced ? replaced->spec.id : 0;
 }
 
+std::vector<int> Scene::droppedBy(int id) const {
+    std::vector<int> ids;
+    const Window* window = m_impl->pages.window(id);
+    if (window && !window->spec.stacked && !m_impl->pages.isShown(*window)) {
+        const auto& shown = m_impl->pages.shown();
+        for (auto above = shown.rbegin(); above != shown.rend() && (*above)->spec.stacked; ++above) {
+            ids.push_back((*above)->spec.id);
+        }
+    }
+    return ids;
+}
+
 bool Scene::hits(int x, int y) const {
     return m_impl->touch.covers(x, y);
 }
@@ -140,25 +164,22 @@ void Scene::tick(int64_t nowMs) {
     m_impl->motion.tick(nowMs);
 }
 
+void Scene::drawWindow(int id) {
+    if (Window* window = m_impl->pages.window(id)) {
+        m_impl->pages.drawWindow(*window);
+    }
+}
+
 std::vector<Rect> Scene::paint(uint8_t* pixels, int stride) {
-    const Rect& screen = m_impl->pages.screen();
-    const std::vector<Rect> areas = m_impl->pages.damaged().take(screen);
-    if (areas.empty()) {
-        return areas;
+    const std::vector<Rect> areas = m_impl->pages.damaged().take(m_impl->pages.screen());
+    if (!areas.empty()) {
+        m_impl->paint(pixels, stride, areas, Contents::Drawn);
     }
-    const SurfacePtr surface(
-        cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_ARGB32, screen.w, screen.h, stride));
-    cairo_t* cairo = cairo_create(surface.get());
-    for (const Rect& area : areas) {
-        m_impl->painter->paint(cairo, area);
-    }
-    cairo_destroy(cairo);
-    cairo_surface_flush(surface.get());
     return areas;
 }
 
 void Scene::invalidate() {
-    m_impl->pages.damageAll();
+    m_impl->pages.repaint();
 }
 
 bool Scene::setLanguage(const std::string& code) {

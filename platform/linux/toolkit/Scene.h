@@ -48,12 +48,16 @@ public:
     CUIWndMng& wndMng();
 
     /** Shows or hides a page. Pages marked "stacked" in the resource lie above the others; of the rest one at
-     * a time is shown. */
+     * a time is shown. What is set on a page that was shown before still has to be drawn. */
     bool showWindow(int window, bool show);
+    /** Makes every change of a shown page visible. */
+    void drawWindow(int window);
     /** Shown pages, bottom first. */
     std::vector<int> shownWindows() const;
     /** The page that is to be shown again once page `id` is hidden; 0 if there is none. */
     int replacedBy(int id) const;
+    /** The stacked pages that go when page `id` is shown, top first. */
+    std::vector<int> droppedBy(int id) const;
 
     /** Whether a touch at that point belongs to this scene: some shown window covers it. */
     bool hits(int x, int y) const;
@@ -72,8 +76,13 @@ public:
     /** Draws what was made visible since the last call into premultiplied ARGB32 pixels; gives the areas
      * drawn. */
     std::vector<Rect> paint(uint8_t* pixels, int stride);
-    /** Marks everything as to be drawn. */
+    /** Makes everything visible that was set, and marks all of it as to be drawn. */
     void invalidate();
+    /**
+     * Whether the pixels that `paint` left are those of the pages drawn anew as they were set. An empty text,
+     * or one that names the area where they differ and the items that were set and not drawn.
+     */
+    std::string staleness(const uint8_t* pixels, int stride);
 
     /** Codes "en", "de", "zh", "ar"; unknown ones fall back to English. False if the code is not in the
      * resource. */

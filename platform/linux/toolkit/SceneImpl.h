@@ -17,6 +17,7 @@ struct Scene::Impl {
     void makeLists();
     void redefine(Resource next);
     struct ListPlace;
+    void paint(uint8_t* pixels, int stride, const std::vector<Rect>& areas, Contents contents);
 
     std::unique_ptr<FontBook> fonts; ///< before everything that keeps layouts
     Pages pages;

@@ -17,7 +17,7 @@ constexpr int scrollStarts = 3;
 constexpr int scrollEnds = 5;
 
 bool enabled(const Item& item) {
-    return item.enabled && (!item.parent || enabled(*item.parent));
+    return item.set.enabled && (!item.parent || enabled(*item.parent));
 }
 
 } // namespace
@@ -30,7 +30,7 @@ Touch::Hit Touch::hit(int x, int y) const {
             Item& item = **entry;
             const bool blocks = item.spec.kind == ItemKind::Panel &&
                                 m_pages.style(item).look(LookState::Normal).fill != noColor;
-            if ((!item.spec.touch && !blocks) || !item.spec.rect.contains(x, y) || !item.onPage()) {
+            if ((!item.spec.touch && !blocks) || !item.spec.rect.contains(x, y) || !item.setVisible()) {
                 continue;
             }
             return {*window, item.spec.touch ? &item : nullptr};
@@ -55,8 +55,7 @@ void Touch::report(int state) {
 void Touch::pressItem(bool pressed) {
     if (m_item && m_item->pressed != pressed) {
         m_item->pressed = pressed;
-        m_item->dirty = true;
-        m_pages.draw(*m_item);
+        m_pages.damage(m_item->window, m_item->spec.rect);
     }
 }
 

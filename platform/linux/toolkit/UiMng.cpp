@@ -17,7 +17,7 @@ Item* itemOfKind(zm::Pages& pages, int window, int id, std::initializer_list<Ite
     return fits ? item : nullptr;
 }
 
-/** Stores a value and remembers that the item looks different now. */
+/** Stores a value and remembers that the item has to be drawn. */
 template <class T>
 void change(Item& item, T& present, T wanted) {
     if (present != wanted) {
@@ -57,9 +57,9 @@ bool CUIAnalysis::SetItemText(int wndId, int itemId, int textId) {
     if (!item || !pages.resource().texts.contains(textId)) {
         return false;
     }
-    const std::string before = item->text;
-    pages.setText(*item, textId);
-    item->dirty = item->dirty || item->text != before;
+    zm::Content content = item->set;
+    pages.setText(content, textId);
+    change(*item, item->set, std::move(content));
     return true;
 }
 
@@ -68,8 +68,8 @@ bool CUIAnalysis::SetItemText(int wndId, int itemId, const wchar_t* text) {
     if (!item || !text) {
         return false;
     }
-    item->textId = 0;
-    change(*item, item->text, zm::fromWide(text));
+    change(*item, item->set.textId, 0);
+    change(*item, item->set.text, zm::fromWide(text));
     return true;
 }
 
@@ -80,12 +80,12 @@ bool CUIAnalysis::SetItemIcon(int wndId, int itemId, int pictureId, int state) {
     if (!item || !pictureKnown || state < zm::statePressed || state > zm::stateAll) {
         return false;
     }
-    auto icons = item->icons;
+    auto icons = item->set.icons;
     if (state == zm::stateAll) {
         icons.clear();
     }
     icons[state] = pictureId;
-    change(*item, item->icons, std::move(icons));
+    change(*item, item->set.icons, std::move(icons));
     return true;
 }
 
@@ -94,10 +94,7 @@ bool CUIAnalysis::ShowItem(int wndId, int itemId, bool show) {
     if (!item) {
         return false;
     }
-    if (item->visible != show) {
-        item->visible = show;
-        item->markTree();
-    }
+    change(*item, item->set.visible, show);
     return true;
 }
 
@@ -106,7 +103,7 @@ bool CUIAnalysis::EnableItem(int wndId, int itemId, bool enable) {
     if (!item) {
         return false;
     }
-    change(*item, item->enabled, enable);
+    change(*item, item->set.enabled, enable);
     return true;
 }
 
@@ -115,7 +112,7 @@ bool CUIAnalysis::SetItemState(int wndId, int itemId, int state) {
     if (!item || (state != zm::stateNormal && state != zm::stateSelected)) {
         return false;
     }
-    change(*item, item->state, state);
+    change(*item, item->set.state, state);
     return true;
 }
 
@@ -124,9 +121,9 @@ bool CUIAnalysis::SetProgressItemValues(int wndId, int itemId, int maximum, int 
     if (!item || maximum < minimum) {
         return false;
     }
-    change(*item, item->progress.maximum, maximum);
-    change(*item, item->progress.minimum, minimum);
-    return SetProgressItemPos(wndId, itemId, item->progress.position);
+    change(*item, item->set.progress.maximum, maximum);
+    change(*item, item->set.progress.minimum, minimum);
+    return SetProgressItemPos(wndId, itemId, item->set.progress.position);
 }
 
 bool CUIAnalysis::SetProgressItemPos(int wndId, int itemId, int position) {
@@ -134,9 +131,8 @@ bool CUIAnalysis::SetProgressItemPos(int wndId, int itemId, int position) {
     if (!item) {
         return false;
     }
-    zm::ProgressValue& value = item->progress;
+    zm::ProgressValue& value = item->set.progress;
     change(*item, value.position, std::clamp(position, value.minimum, value.maximum));
-    m_wndMng.impl().motion.progressSet(*item);
     return true;
 }
 

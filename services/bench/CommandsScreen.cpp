@@ -100,6 +100,24 @@ constexpr std::array<ShotFormat, 4> ShotFormats = {{
     {".jpeg", [](const PixelView& view) { return encodeJpeg(view, ShotQuality); }},
 }};
 
+bool drawn(CommandCall& call) {
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    call.unit.shell().ask({{"t", "drawn"}}, [run = call.run](Result<Json> reply) {
+        if (!reply) {
+            run->fail(reply.error());
+            return;
+        }
+        std::string stale;
+        for (const auto& [view, text] : reply->items()) {
+            stale += (stale.empty() ? "" : "\n") + view + ": " + text.get<std::string>();
+        }
+        endWith(run, stale.empty() ? ok() : Status(Error{stale}));
+    });
+    return true;
+}
+
 bool shot(CommandCall& call) {
     const std::string file = call.arguments.word();
     if (!call.arguments.complete()) {
@@ -129,6 +147,7 @@ bool shot(CommandCall& call) {
 
 constexpr std::array Rows = {
     CommandRow{"screen", screen},
+    CommandRow{"drawn", drawn},
     CommandRow{"shot", shot},
 };
 

@@ -66,6 +66,9 @@ constexpr std::array Texts = {
     CommandText{"screen", "screen [main|osd] [WINDOW]\nscreen --text",
                 "the pages' contents as JSON, or what can be read on the screen, with the items' "
                 "ids\nExample: zmctl screen main 6"},
+    CommandText{"drawn", "drawn",
+                "succeeds if the views show what their pages say, as if everything was drawn anew; else it\n"
+                "names where not, and the items that were set and not drawn\nExample: zmctl drawn"},
     CommandText{"shot", "shot FILE.png|FILE.jpg",
                 "writes what the driver sees as a picture\nExample: zmctl shot page.png"},
     CommandText{"log", "log [-n N] [--time] [--follow]",

@@ -170,7 +170,25 @@ Monkey::Finding Monkey::lookForAnswer() {
             return Failure{settled.err, {StillAnswers}};
         }
     }
-    return std::nullopt;
+    return lookAtPicture();
+}
+
+Monkey::Finding Monkey::lookAtPicture() {
+    constexpr const char* Settle = "settle";
+    constexpr const char* Drawn = "drawn";
+    if (m_client.run({Drawn}).exit == 0) {
+        return std::nullopt;
+    }
+    // What is still on its way comes to rest, also the application's end.
+    m_client.run({Settle});
+    const auto drawn = m_client.run({Drawn});
+    if (drawn.exit == 0) {
+        return std::nullopt;
+    }
+    if (auto failure = lookAt(processes()); failure || state(m_processes["app"]) != Running) {
+        return failure;
+    }
+    return Failure{drawn.err, {Settle, Drawn}};
 }
 
 Json Monkey::processes() const {

@@ -22,8 +22,9 @@ struct MonkeyOptions {
 MonkeyOptions monkeyOptions(Arguments& arguments);
 
 /**
- * Gives a bench random input and looks after each step whether the programs still run and answer. What they
- * answer does not matter: refusing a command is no failure.
+ * Gives a bench random input and looks after each step whether the programs still run and answer, and
+ * whether the picture is what the pages say. What is answered does not matter: refusing a command is no
+ * failure.
  */
 class Monkey {
 public:
@@ -44,6 +45,8 @@ private:
     Finding step(const std::string& line);
     Finding lookAt(const nlohmann::json& processes);
     Finding lookForAnswer();
+    /** Whether everything that was set was drawn, once nothing moves. */
+    Finding lookAtPicture();
     Finding ended();
     nlohmann::json processes() const;
     size_t closeRequests() const;

@@ -1,6 +1,7 @@
 #include "services/ctl/MonkeySteps.h"
 #include "services/ctl/Script.h"
 #include "services/ctl/ShellWords.h"
+#include "tests/support/Decoder.h"
 #include "tests/support/Harness.h"
 
 #include <gmock/gmock.h>
@@ -96,5 +97,40 @@ TEST(MonkeySteps, WriteWhatTheApplicationReads) {
         EXPECT_GT(unit.viewMessages().size(), heard) << line;
     }
 }
+
+/** Random input into the unit of the tests, which compares the picture with one drawn anew after each line.
+ */
+class MonkeyPicture : public testing::TestWithParam<unsigned> {};
+
+TEST_P(MonkeyPicture, IsWhatThePagesSayAfterEveryStep) {
+    // What belongs to real programs, or would end the application that runs inside this test.
+    const std::set<std::string> left = {"wait", "expect", "settle"};
+    const std::set<std::string> ends = {"app quit", "app start"};
+    constexpr int Steps = 400;
+    test::Catalogue catalogue;
+    for (const auto type : {test::Catalogue::Music, test::Catalogue::Video, test::Catalogue::Picture}) {
+        catalogue.folder(1, 0, type, "root", 1, 3);
+        catalogue.folder(2, 1, type, "Albums", 0, 9);
+        for (int file = 1; file <= 9; ++file) {
+            catalogue.file(file, file % 3 ? 2 : 1, type, "Name " + std::to_string(file));
+        }
+    }
+    test::Unit unit({.catalogue = catalogue.path()});
+    test::Decoder decoder(unit);
+    decoder.showBars();
+    MonkeySteps steps(GetParam(), {.discService = false, .manualClock = true});
+    for (int i = 0; i < Steps && !testing::Test::HasFailure(); ++i) {
+        for (const auto& line : steps.next()) {
+            const auto words = *shellWords(line);
+            if (!left.contains(words[0]) && !ends.contains(line)) {
+                SCOPED_TRACE("step " + std::to_string(i));
+                unit.run(words); // may be refused
+                unit.settle();
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seed, MonkeyPicture, testing::Range(1u, 7u));
 
 } // namespace zm

@@ -102,6 +102,7 @@ std::string Unit::must(const std::vector<std::string>& words) const {
 }
 
 void Unit::act(const std::vector<std::string>& words) {
+    SCOPED_TRACE(joined(words));
     must(words);
     settle();
 }
@@ -191,6 +192,8 @@ void Unit::releaseCatalogue() {
 
 void Unit::settle() {
     must({"settle"});
+    const auto drawn = run({"drawn"});
+    EXPECT_EQ(drawn.exit, 0) << "the picture is not what the pages say: " << drawn.err;
 }
 
 Json Unit::video() {

@@ -109,7 +109,7 @@ TEST_F(ListClick, TheTrackListRemembersItsTopRow) {
     clickRow(7, WND_CD_LIST, 6);
     EXPECT_EQ(inside.listTopIndex(), 6);
     openList();
-    onList(WND_CD_LIST, [](CUI_BtList& list) { list.SetTopIndex(4, 0, 0, 0, 0); });
+    onList(WND_CD_LIST, [](CUI_BtList& list) { list.SetTopIndex(4, 1, 0, 0, 0); });
     press(ITEM_TYPE_ICON, WND_CD_LIST);
     EXPECT_EQ(inside.listTopIndex(), 4);
 }
@@ -262,7 +262,7 @@ TEST_F(ListClick, ReturningRemembersTheTopRow) {
     catalogue.files(20, Catalogue::Music, "song");
     for (const int control : {static_cast<int>(ITEM_TYPE_ICON), 6505}) {
         listOf(PLAY_TYPE_MUSIC);
-        onList(WND_MEDIA_LIST, [](CUI_BtList& list) { list.SetTopIndex(3, 0, 0, 0, 0); });
+        onList(WND_MEDIA_LIST, [](CUI_BtList& list) { list.SetTopIndex(3, 1, 0, 0, 0); });
         inside.setListTopIndex(-1);
         press(control);
         EXPECT_EQ(inside.listTopIndex(), 3) << control;
@@ -276,7 +276,7 @@ TEST_F(ListClick, ReturningFromFoldersRemembersTheFoldersTopRow) {
     listOf(PLAY_TYPE_MUSIC);
     press(ITEM_FOLDER_MENU);
     tick();
-    onList(WND_MEDIA_LIST, [](CUI_BtList& list) { list.SetTopIndex(4, 0, 0, 0, 0); });
+    onList(WND_MEDIA_LIST, [](CUI_BtList& list) { list.SetTopIndex(4, 1, 0, 0, 0); });
     inside.setListTopIndex(-1);
     press(ITEM_TYPE_ICON);
     EXPECT_EQ(inside.folderTopIndex(), 4);

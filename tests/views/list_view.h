@@ -44,7 +44,7 @@ protected:
     void clickRow(int row, int page = WND_MEDIA_LIST, int top = 0) {
         onList(page, [&](CUI_BtList& control) {
             control.SetCurSel(row, 0);
-            control.SetTopIndex(top, 0, 0, 0, 0);
+            control.SetTopIndex(top, 1, 0, 0, 0);
         });
         unit.click(page, ITEM_LIST, BT_STATE_RELEASED);
     }

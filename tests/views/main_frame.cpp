@@ -45,6 +45,7 @@ TEST_F(MainFrame, InitialisationEmptiesTheListsAndSetsThePlaceholders) {
     unit.disc.state(DISC_STATE_LOADING);
     unit.device(DEV_STATUS_MUTE, 255);
     unit.time("9:30", 12);
+    unit.onViewThread([&] { unit.view().ShowWnd(WND_DISC_ERROR, true, 0); });
     unit.onViewThread([&] { unit.view().ViewInit(); });
     EXPECT_THAT(unit.main.item(WND_MEDIA_LIST, ITEM_LIST).rows, IsEmpty());
     EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TRACK).text, "--/--");
@@ -139,11 +140,11 @@ TEST_F(MainFrame, ListPageOffersTheWayBackOnlyForThePlayingType) {
     ASSERT_EQ(unit.main.window(), WND_MEDIA_LIST);
     EXPECT_TRUE(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).visible);
     EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).text, "song 1");
-    unit.onViewThread([&] { unit.view().OnShow(WND_FOLDER_LIST, true, 0); });
+    unit.onViewThread([&] { unit.view().ShowWnd(WND_FOLDER_LIST, true, 0); });
     EXPECT_TRUE(unit.main.item(WND_FOLDER_LIST, ITEM_TO_PLAYING).visible);
     inside.setBrowsedType(PLAY_TYPE_VIDEO);
     for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
-        unit.onViewThread([&] { unit.view().OnShow(page, true, 0); });
+        unit.onViewThread([&] { unit.view().ShowWnd(page, true, 0); });
         EXPECT_FALSE(unit.main.item(page, ITEM_TO_PLAYING).visible) << page;
     }
 }
@@ -154,7 +155,7 @@ TEST_F(MainFrame, ListPageOfAMissingTypeOffersNoWayBack) {
     unit.click(WND_MEDIA_LIST, ITEM_TAB_VIDEO);
     ASSERT_TRUE(inside.noFileOfType());
     inside.setBrowsedType(PLAY_TYPE_MUSIC);
-    unit.onViewThread([&] { unit.view().OnShow(WND_MEDIA_LIST, true, 0); });
+    unit.onViewThread([&] { unit.view().ShowWnd(WND_MEDIA_LIST, true, 0); });
     EXPECT_FALSE(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).visible);
 }
 
@@ -167,7 +168,7 @@ TEST_F(MainFrame, ListPageShowsTheBrowsedType) {
          {Case{PLAY_TYPE_VIDEO, 80}, Case{PLAY_TYPE_PHOTO, 55}, Case{PLAY_TYPE_MUSIC, 90}}) {
         inside.setBrowsedType(type);
         for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
-            unit.onViewThread([&] { unit.view().OnShow(page, true, 0); });
+            unit.onViewThread([&] { unit.view().ShowWnd(page, true, 0); });
             EXPECT_EQ(unit.main.item(page, ITEM_TYPE_ICON).icon(), icon) << page;
         }
     }

@@ -190,8 +190,11 @@ TEST_F(OsdControls, ClosingTheSourceGroupLeavesItsTimerRunning) {
     EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
     // The timer's expiry shows on the main view's page, where the group is opened behind its back.
     const int page = unit.main.window();
-    unit.onViewThread(
-        [&] { unit.view().GetUIWndMgrWrapper()->GetUIAnalysisObj()->ShowItem(page, ITEM_SRC_GROUP, true); });
+    unit.onViewThread([&] {
+        CUIAnalysis& items = *unit.view().GetUIWndMgrWrapper()->GetUIAnalysisObj();
+        items.ShowItem(page, ITEM_SRC_GROUP, true);
+        items.drawItem(page, ITEM_SRC_GROUP);
+    });
     unit.advance(2s);
     EXPECT_FALSE(unit.main.item(page, ITEM_SRC_GROUP).visible);
 }

@@ -246,7 +246,7 @@ TEST_F(ScreenTouch, ADraggedListScrollsAndATouchPlaysTheRowUnderTheFinger) {
     playIn(FOLDER_KINDS[0], 1, 60);
     unit.touchItem(unit.main, WND_AUDIO_PLAY, ITEM_TO_LIST);
     tick();
-    onList(WND_MEDIA_LIST, [](CUI_BtList& rows) { rows.SetTopIndex(0, 0, 0, 0, 0); });
+    onList(WND_MEDIA_LIST, [](CUI_BtList& rows) { rows.SetTopIndex(0, 1, 0, 0, 0); });
     forget();
     const Rect rows = list().rect;
     unit.drag(rows.x + rows.w / 2, rows.y + rows.h - 20, rows.x + rows.w / 2, rows.y + 20);

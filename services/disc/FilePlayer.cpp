@@ -68,7 +68,7 @@ FilePlayer::FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engi
                        std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)),
       m_contents(std::move(contents)), m_kind(m_contents->firstKind()), m_browsed(m_kind),
-      m_announced(m_kind), m_skip(loop, state) {
+      m_announced(m_kind), m_texts(loop, state), m_skip(loop, state) {
     for (const auto& row : kinds) {
         if (const auto& items = m_contents->of(row.kind); !items.empty()) {
             auto& made = m_orders[kindIndex(row.kind)].emplace(foldersOf(items), std::random_device{}());
@@ -123,10 +123,21 @@ void FilePlayer::announceType() {
 
 void FilePlayer::announceTrack() {
     m_state.track(trackInfo());
-    m_state.texts({item().name, item().tags.artist, item().tags.album});
+    announceTexts();
+}
+
+void FilePlayer::announceTexts() {
+    const auto& tags = item().tags;
+    const TrackTexts texts{item().name, tags.artist, tags.album};
+    if (m_kind == MediaKind::Music) {
+        m_texts.publish(texts);
+    } else {
+        m_texts.publishNow(texts);
+    }
 }
 
 void FilePlayer::announceTrackAgain() {
+    announceTexts();
     if (!m_contents->hasFolders()) {
         m_again = afterDelay(m_loop, PageTime, [this] { announceTrack(); });
     }
@@ -169,7 +180,7 @@ void FilePlayer::advance() {
     }
     m_position = Milliseconds{0};
     halt(PlayState::Stopped);
-    m_state.track(trackInfo());
+    announceTrack();
     publishTime();
     if (m_kind == MediaKind::Video && m_contents->hasFolders()) {
         m_state.videoMode(VideoMode::BackToList);

@@ -3,6 +3,7 @@
 #include "services/disc/Contents.h"
 #include "services/disc/DiscState.h"
 #include "services/disc/Engine.h"
+#include "services/disc/LateTexts.h"
 #include "services/disc/PassageRepeat.h"
 #include "services/disc/PlayOrder.h"
 #include "services/disc/ReadErrorSkip.h"
@@ -75,6 +76,7 @@ private:
     void forgetStreams();
     void announceType();
     void announceTrack();
+    void announceTexts();
     void announceTrackAgain();
     void publishStreams();
     void publishState(PlayState state);
@@ -103,9 +105,10 @@ private:
     Streams m_streams; ///< of a video that plays
     StreamChoice m_choice;
     bool m_playbackControl = false; ///< what the user has set for a VCD
-    SourceHandle m_again;           ///< runs until a track is announced once more
-    SourceHandle m_slide;           ///< runs while a photo is shown in a slide show
-    size_t m_failures = 0;          ///< items in a row that could not be played
+    LateTexts m_texts;
+    SourceHandle m_again;  ///< runs until a track is announced once more
+    SourceHandle m_slide;  ///< runs while a photo is shown in a slide show
+    size_t m_failures = 0; ///< items in a row that could not be played
     ReadErrorSkip m_skip;
 };
 

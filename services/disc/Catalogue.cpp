@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,18 @@ constexpr const char* setUp =
     "COMMIT;";
 
 constexpr const char* clearAll = "BEGIN IMMEDIATE; DELETE FROM files; DELETE FROM folders; COMMIT;";
+
+// Far more than any list shows; readers of the catalogue need not cope with more.
+constexpr size_t LongestName = 1024;
+
+/** The name, cut at a whole UTF-8 character. */
+std::string_view listName(std::string_view name) {
+    size_t length = std::min(name.size(), LongestName);
+    while (length > 0 && length < name.size() && (static_cast<unsigned char>(name[length]) & 0xC0) == 0x80) {
+        --length;
+    }
+    return name.substr(0, length);
+}
 
 /** A prepared statement that is bound and run row by row. */
 class Insert {
@@ -157,7 +170,7 @@ Status Catalogue::insertFiles(const Contents& contents, MediaKind kind, const st
         if (cancelled) {
             return failure("cancelled");
         }
-        if (!insert.row({item.fileId, item.folderId, static_cast<int>(kind), std::string_view(item.name)})) {
+        if (!insert.row({item.fileId, item.folderId, static_cast<int>(kind), listName(item.name)})) {
             return failure("files");
         }
     }

@@ -89,6 +89,16 @@ TEST(Catalogue, HoldsFilesAndFoldersOfEachKind) {
     EXPECT_EQ(reader.rows("SELECT * FROM folders WHERE ftype = 3"), Rows{});
 }
 
+TEST(Catalogue, ALongNameIsCutAtAWholeCharacter) {
+    TempFolder folder;
+    const auto catalogue = open(folder / "db");
+    auto contents = exampleDisc();
+    const std::string start(1023, 'a');
+    contents.items[kindIndex(MediaKind::Video)].front().name = start + "\xc3\xa4" + std::string(100'000, 'b');
+    ASSERT_TRUE(catalogue->write(contents, MediaKind::Video, notCancelled));
+    EXPECT_EQ(Reader(folder / "db").rows("SELECT filename FROM files"), Rows{start});
+}
+
 TEST(Catalogue, IsThereWithEmptyTablesBeforeTheFirstDisc) {
     TempFolder folder;
     const auto catalogue = open(folder / "db");

@@ -7,7 +7,30 @@ TEST_F(DiscQDBQueryTest, BetweenTheCommandAndTheWorkersStartTheOldTaskCountsAsFi
     m_db.SetFinishFlag(true);
     m_db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
     EXPECT_TRUE(m_db.GetFinishFlag());
+    EXPECT_FALSE(m_db.IsQueryFinished()) << "though the new one has not begun";
     EXPECT_EQ(size(LIST_FROM_ALL_AUDIO), 0);
+}
+
+TEST_F(DiscQDBQueryTest, NobodyWaitsForTheWorkersStatement) {
+    sql("WITH RECURSIVE n(i) AS (SELECT 10 UNION ALL SELECT i + 1 FROM n WHERE i < 500)"
+        " INSERT INTO files SELECT i, 1, 1, 'song ' || i FROM n;");
+    begin();
+    query(MUSIC, LIST_FROM_ALL_AUDIO);
+    m_db.QueryPlayListCmd("SELECT count(*) FROM files a, files b, files c, files d, files e",
+                          LIST_FROM_ALL_VIDEO, "");
+    ASSERT_TRUE(eventually([&] { return !m_db.GetFinishFlag(); }));
+    int value = 0;
+    m_db.GetVecListSize(LIST_FROM_ALL_VIDEO, value);
+    EXPECT_EQ(value, 0);
+    EXPECT_TRUE(m_db.qDb_GetObjData_Int("SELECT count(*) FROM folders", value));
+    EXPECT_EQ(value, 2);
+    m_db.DataInit();
+    m_db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");
+    EXPECT_THAT(logged(), testing::Not(testing::Contains(testing::HasSubstr("takes too long"))))
+        << "it has ended before all that was done";
+    EXPECT_TRUE(eventually([&] { return m_db.IsQueryFinished() && size(LIST_FROM_ALL_AUDIO) > 490; }))
+        << "and the next one follows";
+    EXPECT_THAT(logged(), testing::Contains(testing::HasSubstr("takes too long")));
 }
 
 TEST_F(DiscQDBQueryTest, TheBreakFlagIsKeptAndBreaksNothing) {

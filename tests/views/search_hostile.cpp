@@ -27,6 +27,10 @@ TEST_F(SearchHostile, RequestsChangeNothing) {
         "--song=\"' OR '1'='1\"",
         "--song=\"x' UNION SELECT 99,99,1,'x\"",
         "--song=\"%s%s%n%d%999999d\"",
+        "--song=\"x' OR length(randomblob(900000000)) --\"",
+        "--song=\"x' OR (SELECT count(*) FROM files a, files b, files c, files d, files e, files f, files g, "
+        "files "
+        "h, files i) --\"",
         "--song=" + std::string(10000, 'q'),
         "--song=\xFF\xFE\xC3",
         "--song=\xE2\x80\xAE\xE2\x80\x8F",

@@ -1,3 +1,4 @@
+#include "tests/support/Load.h"
 #include "tests/views/list_view.h"
 
 namespace zm::test {
@@ -140,6 +141,19 @@ TEST_F(SearchVoice, WithoutAMatchNothingChanges) {
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_EQ(inside.listFrom(), LIST_FROM_ALL_AUDIO);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+}
+
+TEST_F(SearchVoice, NoRequestIsLostUnderLoad) {
+    constexpr int Requests = 500;
+    play(PLAY_TYPE_MUSIC);
+    const Load load(4);
+    int carriedOut = 0;
+    for (int i = 0; i < Requests; ++i) {
+        forget();
+        unit.appData(i % 2 ? "--song=highway" : "--song=\"my way\"");
+        carriedOut += unit.commands() == std::vector<std::string>{i % 2 ? "182,31,4" : "182,30,4"};
+    }
+    EXPECT_EQ(carriedOut, Requests);
 }
 
 TEST_F(SearchVoice, AQuoteInTheNameIsNoMatchAndDestroysNothing) {

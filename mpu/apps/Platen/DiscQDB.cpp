@@ -14,12 +14,14 @@ static constexpr int CONNECT_FLAGS = 1;
 
 DiscQDB::DiscQDB() : m_pDiscData(CDiscData::GetInstance()) {
     pthread_mutex_init(&m_mutex, nullptr);
+    pthread_mutex_init(&m_mutexStatement, nullptr);
     DataInit();
 }
 
 DiscQDB::~DiscQDB() {
     // Usually closed long ago; a worker that still runs must not outlive the lists.
     Close();
+    pthread_mutex_destroy(&m_mutexStatement);
     pthread_mutex_destroy(&m_mutex);
 }
 
@@ -33,9 +35,15 @@ bool DiscQDB::OpenDb() {
         return true;
     }
     qdb_hdl_t* hDb = qdb_connect(DATABASE, CONNECT_FLAGS);
+    qdb_hdl_t* hValueDb = hDb ? qdb_connect(DATABASE, CONNECT_FLAGS) : nullptr;
+    if (hDb && !hValueDb) {
+        qdb_disconnect(hDb);
+        hDb = nullptr;
+    }
     {
         MutexGuard guard(m_mutex); // the worker reads both
         m_hDb = hDb;
+        m_hValueDb = hValueDb;
         m_bDbOpen = hDb != nullptr;
     }
     if (hDb) {
@@ -48,9 +56,11 @@ bool DiscQDB::OpenDb() {
 
 void DiscQDB::CloseDb() {
     if (m_bDbOpen) {
+        MutexGuard statement(m_mutexStatement);
         MutexGuard guard(m_mutex);
         qdb_disconnect(m_hDb);
-        m_hDb = nullptr; // no statement may reach the closed connection
+        qdb_disconnect(m_hValueDb);
+        m_hDb = m_hValueDb = nullptr; // no statement may reach the closed connections
         m_bDbOpen = false;
     }
 }
@@ -102,15 +112,15 @@ int DiscQDB::GetResult() {
 template <class Reader>
 bool DiscQDB::ReadFirstRow(const char* func, const char* sql, Reader read) {
     MutexGuard guard(m_mutex);
-    if (!m_hDb) {
+    if (!m_hValueDb) {
         LOGBASE(LOG_LEV_TRACE, func, "Error connecting to database: %s\n", std::strerror(errno));
         return false;
     }
-    if (qdb_statement(m_hDb, "%s", sql) == -1) {
-        LOGBASE(LOG_LEV_TRACE, func, "Error executing SELECT statement: %s\n", qdb_geterrmsg(m_hDb));
+    if (qdb_statement(m_hValueDb, "%s", sql) == -1) {
+        LOGBASE(LOG_LEV_TRACE, func, "Error executing SELECT statement: %s\n", qdb_geterrmsg(m_hValueDb));
         return false;
     }
-    qdb_result_t* result = qdb_getresult(m_hDb);
+    qdb_result_t* result = qdb_getresult(m_hValueDb);
     if (!result || qdb_rows(result) <= 0) {
         return false;
     }
@@ -164,6 +174,7 @@ bool DiscQDB::CheckMediaName(int nKind, int nId, int nFolderId) {
     } else {
         return false;
     }
+    MutexGuard statement(m_mutexStatement);
     MutexGuard guard(m_mutex);
     if (!ExecuteSql(szInsert)) {
         LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "error occurs when conditionally inserts ID\n");

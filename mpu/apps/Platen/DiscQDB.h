@@ -62,6 +62,7 @@ public:
     void InitDataBase();
     /** True if the database is open (already or now). */
     bool OpenDb();
+    bool IsOpen() const { return m_bDbOpen; }
     void CloseDb();
     /** Empties everything but the search list and the second statement. */
     void DataInit();
@@ -96,6 +97,8 @@ public:
     /** Whether the latest task of the worker has ended; still true between a command and the worker's start.
      */
     bool GetFinishFlag();
+    /** Whether the latest command's task has ended: not before the worker has begun it. */
+    bool IsQueryFinished();
     void SetBreakQue(bool bBreak);
     bool GetBreakQue();
     void SetQueBaseType(int nType);
@@ -132,6 +135,7 @@ private:
     template <class Reader>
     bool ReadLine(int nFromType, int nLine, Reader read);
 
+    void BeginTask();
     void QueryPlayList();
     void QueryFolderSubList();
     qdb_result_t* FetchResult(const char* func, const std::string& sql);
@@ -155,11 +159,16 @@ private:
     PlayList m_vecOldRows;
     PlayList* m_pCurVec = nullptr;
     pthread_mutex_t m_mutex;
+    /** Held while the worker's statement runs, before m_mutex: that one is never held for long. */
+    pthread_mutex_t m_mutexStatement;
     CDiscData* m_pDiscData;
     qdb_hdl_t* m_hDb = nullptr;
+    /** Of the values that are read on the caller's thread, which so never waits for the worker's statement. */
+    qdb_hdl_t* m_hValueDb = nullptr;
     bool m_bDbOpen = false;
     bool m_bBreakQue = false;
     bool m_bFinish = false;
+    bool m_bNotBegun = false; ///< a command was given that the worker has not begun
     int32_t m_nQueBaseType = QUE_BASE_MEDIA;
     std::string m_strListSql;
     std::string m_strSubSql;

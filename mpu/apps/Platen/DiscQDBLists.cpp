@@ -50,6 +50,7 @@ void DiscQDB::QueryPlayListCmd(std::string sql, int nFromType, std::string subSq
         m_pCurVec = &(this->*pSource->list);
         m_pCurVec->swap(m_vecOldRows);
         m_pCurVec->clear();
+        m_bNotBegun = true;
     }
     DoIt();
 }

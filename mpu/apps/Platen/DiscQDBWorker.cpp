@@ -13,7 +13,7 @@
 static constexpr size_t LIST_NAME_SIZE = 250;
 
 void DiscQDB::DealWithTask() {
-    SetFinishFlag(false);
+    BeginTask();
     QueryPlayList();
     QueryFolderSubList();
     DropOldRows();
@@ -24,6 +24,17 @@ void DiscQDB::SetFinishFlag(bool bFinish) {
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscQDB::SetFinishFlag]--bFinish=%d\n", bFinish);
     MutexGuard guard(m_mutex);
     m_bFinish = bFinish;
+}
+
+void DiscQDB::BeginTask() {
+    SetFinishFlag(false);
+    MutexGuard guard(m_mutex);
+    m_bNotBegun = false;
+}
+
+bool DiscQDB::IsQueryFinished() {
+    MutexGuard guard(m_mutex);
+    return m_bFinish && !m_bNotBegun;
 }
 
 bool DiscQDB::GetFinishFlag() {
@@ -63,15 +74,21 @@ qdb_result_t* DiscQDB::FetchResult(const char* func, const std::string& sql) {
 void DiscQDB::QueryPlayList() {
     qdb_result_t* result = nullptr;
     {
-        MutexGuard guard(m_mutex);
-        if (m_strListSql.empty()) {
-            return;
+        MutexGuard statement(m_mutexStatement);
+        std::string strSql;
+        {
+            MutexGuard guard(m_mutex);
+            if (m_strListSql.empty()) {
+                return;
+            }
+            if (!m_hDb) {
+                LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "Error connecting to database: %s\n",
+                        std::strerror(errno));
+                return;
+            }
+            strSql = m_strListSql;
         }
-        if (!m_hDb) {
-            LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "Error connecting to database: %s\n", std::strerror(errno));
-            return;
-        }
-        result = FetchResult(__FUNCTION__, m_strListSql);
+        result = FetchResult(__FUNCTION__, strSql);
     }
     if (!result) {
         return;
@@ -92,15 +109,20 @@ void DiscQDB::QueryPlayList() {
 void DiscQDB::QueryFolderSubList() {
     qdb_result_t* result = nullptr;
     {
-        MutexGuard guard(m_mutex);
-        if (m_strSubSql.empty() || m_nQueBaseType != QUE_BASE_FOLDER) {
-            return;
+        MutexGuard statement(m_mutexStatement);
+        std::string strSql;
+        {
+            MutexGuard guard(m_mutex);
+            if (m_strSubSql.empty() || m_nQueBaseType != QUE_BASE_FOLDER) {
+                return;
+            }
+            if (!m_hDb) {
+                std::fprintf(stderr, "Error connecting to database: %s\n", std::strerror(errno));
+                return;
+            }
+            strSql = m_strSubSql;
         }
-        if (!m_hDb) {
-            std::fprintf(stderr, "Error connecting to database: %s\n", std::strerror(errno));
-            return;
-        }
-        result = FetchResult(__FUNCTION__, m_strSubSql);
+        result = FetchResult(__FUNCTION__, strSql);
     }
     if (result) {
         LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscQDB::GetResultFolderFile]--nRows=%d\n", qdb_rows(result));

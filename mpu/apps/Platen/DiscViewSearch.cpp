@@ -140,7 +140,8 @@ bool DiscView::OnQuerySongName(std::string name) {
 bool DiscView::OnHandleQueryResult() {
     delay(QUERY_POLL_MS);
     int i = 0;
-    while (!m_discDb.GetFinishFlag() && i < QUERY_POLLS) {
+    // A worker that has not begun has finished nothing, however long ago the flag was set.
+    while (!m_discDb.IsQueryFinished() && i < QUERY_POLLS) {
         delay(QUERY_POLL_MS);
         ++i;
     }

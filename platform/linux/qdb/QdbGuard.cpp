@@ -1,6 +1,9 @@
 #include "platform/linux/qdb/QdbGuard.h"
 
+#include <algorithm>
 #include <cctype>
+#include <initializer_list>
+#include <iterator>
 #include <string_view>
 
 namespace zm {
@@ -18,8 +21,43 @@ constexpr InsertForm INSERTS[] = {
 };
 
 constexpr const char* REFUSED = "refused: only SELECT and the catalogue's own inserts are permitted";
+constexpr const char* NOT_HERE = "refused: only the catalogue's tables can be read, with LIKE and count";
 constexpr const char* TOO_LONG = "refused: the statement takes too long";
-constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 10'000;
+
+// What one instruction may cost is bounded by the lengths below, so that few of them never take long.
+constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 50;
+constexpr int MOST_INSTRUCTIONS = 100'000'000;
+
+struct Limit {
+    int id;
+    int value;
+};
+
+// Far above what the catalogue's clients ask, far below what would be felt.
+constexpr Limit LIMITS[] = {
+    {SQLITE_LIMIT_LENGTH, 64 * 1024},         {SQLITE_LIMIT_SQL_LENGTH, 4096},
+    {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 1000}, {SQLITE_LIMIT_EXPR_DEPTH, 100},
+    {SQLITE_LIMIT_VDBE_OP, 10'000},
+};
+
+struct Table {
+    const char* name;
+    std::initializer_list<const char*> columns; ///< the empty one stands for rows without their values
+};
+const Table TABLES[] = {
+    {"files", {"", "rowid", "fid", "folderid", "ftype", "filename"}},
+    {"folders", {"", "rowid", "folderid", "parentid", "foldername", "ftype", "foldercount", "filecount"}},
+};
+constexpr const char* FUNCTIONS[] = {"like", "count"};
+
+auto named(const char* name) {
+    return [name](const char* other) { return sqlite3_stricmp(name, other) == 0; };
+}
+
+bool isReadable(const char* table, const char* column) {
+    const auto found = std::ranges::find_if(TABLES, named(table), &Table::name);
+    return found != std::end(TABLES) && std::ranges::any_of(found->columns, named(column));
+}
 
 /** The first `count` characters of the statement, white space as single blanks, in lower case. */
 std::string beginningOf(const std::string& statement, size_t count) {
@@ -50,12 +88,16 @@ const char* tableOfInsert(const std::string& statement) {
 
 void QdbGuard::attach(sqlite3* db) {
     sqlite3_set_authorizer(db, authorize, this);
+    for (const Limit& limit : LIMITS) {
+        sqlite3_limit(db, limit.id, limit.value);
+    }
     sqlite3_progress_handler(db, INSTRUCTIONS_BETWEEN_CHECKS, progress, this);
 }
 
 void QdbGuard::begin(const std::string& statement) {
     m_insertTable = tableOfInsert(statement);
     m_objection = nullptr;
+    m_checksLeft = MOST_INSTRUCTIONS / INSTRUCTIONS_BETWEEN_CHECKS;
     m_deadline = std::chrono::steady_clock::now() + LONGEST_STATEMENT;
 }
 
@@ -71,19 +113,36 @@ bool QdbGuard::accepts(sqlite3_stmt* statement) {
 int QdbGuard::authorize(void* self, int action, const char* first, const char* second, const char* database,
                         const char* trigger) {
     auto& guard = *static_cast<QdbGuard*>(self);
-    const bool allowed = action == SQLITE_SELECT || action == SQLITE_READ ||
-                         (action == SQLITE_FUNCTION && sqlite3_stricmp(second, "load_extension") != 0) ||
-                         (action == SQLITE_INSERT && guard.m_insertTable &&
-                          sqlite3_stricmp(first, guard.m_insertTable) == 0 && !trigger);
-    if (!allowed) {
-        guard.m_objection = REFUSED;
+    bool allowed = false;
+    const char* objection = REFUSED;
+    switch (action) {
+    case SQLITE_SELECT:
+        allowed = true;
+        break;
+    case SQLITE_READ:
+        allowed = isReadable(first, second);
+        objection = NOT_HERE;
+        break;
+    case SQLITE_FUNCTION:
+        allowed = std::ranges::any_of(FUNCTIONS, named(second));
+        objection = NOT_HERE;
+        break;
+    case SQLITE_INSERT:
+        allowed = guard.m_insertTable && sqlite3_stricmp(first, guard.m_insertTable) == 0 && !trigger;
+        break;
+    default:
+        break;
     }
-    return allowed ? SQLITE_OK : SQLITE_DENY;
+    if (allowed) {
+        return SQLITE_OK;
+    }
+    guard.m_objection = objection;
+    return SQLITE_DENY;
 }
 
 int QdbGuard::progress(void* self) {
     auto& guard = *static_cast<QdbGuard*>(self);
-    if (std::chrono::steady_clock::now() < guard.m_deadline) {
+    if (--guard.m_checksLeft > 0 && std::chrono::steady_clock::now() < guard.m_deadline) {
         return 0;
     }
     guard.m_objection = TOO_LONG;

@@ -8,12 +8,13 @@
 namespace zm {
 
 /**
- * Keeps a connection to reading and to the two inserts that the catalogue's clients are known to make, so
- * that no text that found its way into a statement can destroy anything, and to a bounded time a statement.
+ * Keeps a connection to reading the catalogue's two tables and to the two inserts that its clients are known
+ * to make, so that no text that found its way into a statement can destroy anything, and to a bounded cost:
+ * sizes of texts, steps and time of a statement, and no functions but those that the clients use.
  */
 class QdbGuard {
 public:
-    static constexpr std::chrono::seconds LONGEST_STATEMENT{3};
+    static constexpr std::chrono::seconds LONGEST_STATEMENT{1};
 
     /** Watches over `db` as long as both live. */
     void attach(sqlite3* db);
@@ -31,6 +32,7 @@ private:
 
     const char* m_insertTable = nullptr; ///< the table that the present statement may add rows to
     const char* m_objection = nullptr;
+    int m_checksLeft = 0; ///< before the statement has taken too many steps
     std::chrono::steady_clock::time_point m_deadline;
 };
 

@@ -253,6 +253,16 @@ TEST_F(ControllerTest, AnOrderlyEnd) {
     EXPECT_THAT(m_view.take(0), IsEmpty());
 }
 
+TEST_F(ControllerTest, AnObjectThatCouldNotBeOpenedSpoilsNoOrderlyEnd) {
+    publish("/pps/zelmar/disc/mpeginfo/taken", "a::1"); // a folder now
+    EXPECT_FALSE(m_controller.Init());
+    EXPECT_TRUE(m_controller.Start());
+    publish(STATUS, "discstate::2");
+    EXPECT_FALSE(m_view.codes(1).empty());
+    EXPECT_TRUE(m_controller.Stop());
+    EXPECT_TRUE(m_controller.Close());
+}
+
 TEST_F(ControllerTest, AfterAnEndItCanBeginAgain) {
     for (int round = 0; round < 2; ++round) {
         EXPECT_TRUE(m_controller.Init());

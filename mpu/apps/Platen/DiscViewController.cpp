@@ -37,7 +37,11 @@ bool DiscViewController::Init() {
                                       &m_videoStatus, &m_system,  &m_nowPlaying, &m_control};
     bool bOpened = true;
     for (DiscPPSModule* pModule : MODULES) {
-        bOpened = pModule->OpenPPS() && bOpened;
+        if (pModule->OpenPPS()) {
+            m_setOpen.insert(pModule);
+        } else {
+            bOpened = false;
+        }
     }
     return PublicController::Init() && bOpened;
 }
@@ -60,7 +64,9 @@ bool DiscViewController::Close() {
         bClosed = RemoveFile(pModule->GetTagInfo().key) && bClosed;
     }
     for (DiscPPSModule* pModule : Modules()) {
-        bClosed = pModule->ClosePPS() && bClosed;
+        // An object that could not be opened is no reason to call the end a failure.
+        const bool bWasOpen = m_setOpen.erase(pModule) > 0;
+        bClosed = (pModule->ClosePPS() || !bWasOpen) && bClosed;
     }
     return PublicController::Close() && bClosed;
 }

@@ -15,6 +15,7 @@
 #include "zmcar/PublicController.h"
 
 #include <array>
+#include <set>
 #include <string>
 
 /**
@@ -106,6 +107,7 @@ private:
     std::array<DiscPPSModule*, 9> Modules();
     std::array<DiscPPSModule*, 5> MonitoredModules();
 
+    std::set<DiscPPSModule*> m_setOpen; ///< those whose objects Init could open
     DiscStatusPPSModule m_status;
     DiscPlayingPPSModule m_playing;
     DiscMpegInfoPPSModule m_mpegInfo;

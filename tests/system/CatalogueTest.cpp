@@ -10,7 +10,12 @@ namespace zm::test {
 class CatalogueCommand : public SystemTest {
 protected:
     void SetUp() override {
-        const std::string path = folder + "-catalogue.sqlite";
+        write();
+        startManual({"--catalogue", path});
+    }
+    ~CatalogueCommand() override { ::unlink(path.c_str()); }
+
+    void write() {
         sqlite3* db = nullptr;
         ASSERT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK);
         std::string sql = "CREATE TABLE files (fid INTEGER, folderid INTEGER, ftype INTEGER, filename TEXT);"
@@ -22,9 +27,7 @@ protected:
         }
         ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
         sqlite3_close(db);
-        startManual({"--catalogue", path});
     }
-    ~CatalogueCommand() override { ::unlink((folder + "-catalogue.sqlite").c_str()); }
 
     Json rows() { return item(24, 2000)["rows"]; }
     void openList() {
@@ -32,6 +35,8 @@ protected:
         settle();
         must({"clock", "advance", "200"});
     }
+
+    const std::string path = folder + "-catalogue.sqlite";
 };
 
 TEST_F(CatalogueCommand, ListsWhatTheFileHolds) {
@@ -55,11 +60,25 @@ TEST_F(CatalogueCommand, AHeldQueryFillsItsListInStages) {
     EXPECT_EQ(rows().size(), 5u);
 }
 
-using MissingCatalogue = SystemTest;
+/** The application was started before there is a catalogue. */
+class MissingCatalogue : public CatalogueCommand {
+protected:
+    void SetUp() override { startManual({"--catalogue", path}); }
+};
 
 TEST_F(MissingCatalogue, IsADatabaseThatCannotBeOpened) {
-    startManual({"--catalogue", folder + "/none.sqlite"});
     EXPECT_THAT(must({"log"}), HasSubstr("QDB Error: "));
+}
+
+TEST_F(MissingCatalogue, IsTriedAgainAtTheFirstDiscAndAtEachLaterOneUntilItIsThere) {
+    playMusic();
+    openList();
+    EXPECT_EQ(rows().size(), 0u);
+    write();
+    putDevice({"disc::0"});
+    playMusic();
+    openList();
+    EXPECT_EQ(rows().size(), 5u);
 }
 
 } // namespace zm::test

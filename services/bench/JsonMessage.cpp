@@ -30,7 +30,9 @@ int nesting(std::string_view text) {
 } // namespace
 
 Json parseMessage(std::string_view text) {
-    Json message = nesting(text) > DeepestMessage ? Json() : Json::parse(text, nullptr, false);
+    // The parser takes a NUL for the end of the text, whatever follows.
+    const bool refused = nesting(text) > DeepestMessage || text.find('\0') != text.npos;
+    Json message = refused ? Json() : Json::parse(text, nullptr, false);
     return message.is_object() ? message : Json(Json::value_t::discarded);
 }
 

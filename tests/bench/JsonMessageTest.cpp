@@ -8,6 +8,8 @@ namespace zm {
 
 namespace {
 
+using namespace std::string_view_literals;
+
 std::string nested(int levels) {
     return "{\"t\":" + std::string(static_cast<size_t>(levels) - 1, '[') +
            std::string(static_cast<size_t>(levels) - 1, ']') + "}";
@@ -21,6 +23,12 @@ TEST(JsonMessage, IsAnObject) {
     EXPECT_EQ(parseMessage(R"({"t":"sync"})"), (Json{{"t", "sync"}}));
     for (const char* text : {"", "null", "[1]", "\"t\"", "{\"t\":1", "{\"t\":1}}", "{\"t\":\xff}"}) {
         EXPECT_TRUE(parseMessage(text).is_discarded()) << text;
+    }
+}
+
+TEST(JsonMessage, ANulDoesNotEndTheText) {
+    for (const auto text : {"{\"t\":1}\0"sv, "{\"t\":1}\0{}"sv, "{\"t\":1\0}"sv}) {
+        EXPECT_TRUE(parseMessage(text).is_discarded());
     }
 }
 

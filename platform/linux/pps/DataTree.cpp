@@ -96,7 +96,8 @@ DataNode& DataNode::add(pps_node_type_t childType, std::string_view childName) {
 bool addJson(DataNode& parent, std::string_view name, std::string_view json) {
     const size_t before = parent.children.size();
     TreeBuilder builder(parent, name);
-    if (nlohmann::json::sax_parse(json.begin(), json.end(), &builder)) {
+    // The parser takes a NUL for the end of the text, whatever follows.
+    if (json.find('\0') == json.npos && nlohmann::json::sax_parse(json.begin(), json.end(), &builder)) {
         return true;
     }
     parent.children.resize(before);

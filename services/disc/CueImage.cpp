@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 
 namespace zm::disc {
@@ -42,26 +43,65 @@ struct FoundFile {
     uint64_t size = 0;
 };
 
-Result<FoundFile> findFile(const fs::path& folder, const CueFile& file) {
+std::string lowerCase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
+    return text;
+}
+
+// The files of the folder that are called so but for the case of the letters.
+std::vector<std::string> otherCases(const fs::path& folder, const std::string& name) {
+    std::vector<std::string> found;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        if (lowerCase(entry->path().filename().string()) == lowerCase(name)) {
+            found.push_back(entry->path().string());
+        }
+    }
+    return found;
+}
+
+bool exists(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0;
+}
+
+Result<std::string> findPath(const fs::path& folder, const CueFile& file) {
     for (const auto& each : {file.rawName, file.name}) {
         const fs::path name = localName(each);
         if (name.empty() || std::find(name.begin(), name.end(), "..") != name.end()) {
             return Error{file.name + ": lies outside the cue sheet's folder"};
         }
-        const std::string path = (folder / name).string();
-        struct stat info {};
-        if (::stat(path.c_str(), &info) != 0) {
-            continue;
+        if (const std::string path = (folder / name).string(); exists(path)) {
+            return path;
         }
-        if (!S_ISREG(info.st_mode)) {
-            return Error{file.name + ": no plain file"};
+    }
+    // Sheets from systems that do not tell the cases apart.
+    for (const auto& each : {file.rawName, file.name}) {
+        const fs::path path = folder / localName(each);
+        const auto found = otherCases(path.parent_path(), path.filename().string());
+        if (found.size() == 1) {
+            return found.front();
         }
-        if (auto readable = openSlice(path, 0, 0, path); !readable) {
-            return Error{readable.error()};
+        if (found.size() > 1) {
+            return Error{file.name + ": several files are called so but for the case of the letters"};
         }
-        return FoundFile{path, static_cast<uint64_t>(info.st_size)};
     }
     return Error{file.name + ": no such file"};
+}
+
+Result<FoundFile> findFile(const fs::path& folder, const CueFile& file) {
+    const auto path = findPath(folder, file);
+    if (!path) {
+        return Error{path.error()};
+    }
+    struct stat info {};
+    if (::stat(path->c_str(), &info) != 0 || !S_ISREG(info.st_mode)) {
+        return Error{file.name + ": no plain file"};
+    }
+    if (auto readable = openSlice(*path, 0, 0, *path); !readable) {
+        return Error{readable.error()};
+    }
+    return FoundFile{*path, static_cast<uint64_t>(info.st_size)};
 }
 
 ImageTrack place(const CueTrack& track, const FoundFile& file) {

@@ -1,4 +1,5 @@
 #include "services/bench/CommandProcessor.h"
+#include "services/bench/JsonMessage.h"
 #include "services/bench/PpsText.h"
 #include "services/bench/PpsWatch.h"
 
@@ -53,12 +54,18 @@ bool get(CommandCall& call) {
 
 bool put(CommandCall& call) {
     const std::string object = call.arguments.word();
-    const std::string text = joined(call.arguments.rest());
+    const auto lines = call.arguments.rest();
     if (!call.arguments.complete()) {
         return false;
     }
+    for (const auto& line : lines) {
+        if (line.find('\n') != line.npos) {
+            call.run->fail("a line feed ends a line; encode it in the value: " + jsonText(line));
+            return true;
+        }
+    }
     auto file = PpsFile::open(call.unit.ppsSocket(), "/pps/" + object, WriteOnlyCreate, 0666);
-    endWith(call.run, file ? file->write(text) : Status(Error{file.error()}));
+    endWith(call.run, file ? file->write(joined(lines)) : Status(Error{file.error()}));
     return true;
 }
 

@@ -1,7 +1,8 @@
 #include "services/bench/CommandProcessor.h"
 
 #include <array>
-#include <cstdio>
+#include <optional>
+#include <regex>
 
 namespace zm {
 
@@ -30,14 +31,14 @@ bool device(CommandCall& call) {
 }
 
 std::optional<std::pair<int, int>> parseTime(const std::string& text) {
-    int hour = 0;
-    int minute = 0;
-    int length = 0;
-    if (std::sscanf(text.c_str(), "%2d:%2d%n", &hour, &minute, &length) != 2 ||
-        static_cast<size_t>(length) != text.size() || hour < 0 || hour > 24 || minute < 0 || minute > 59) {
+    static const std::regex form("([0-9]{1,2}):([0-9]{1,2})");
+    std::smatch parts;
+    if (!std::regex_match(text, parts, form)) {
         return std::nullopt;
     }
-    return std::pair(hour, minute);
+    const int hour = std::stoi(parts[1]);
+    const int minute = std::stoi(parts[2]);
+    return hour <= 24 && minute <= 59 ? std::optional(std::pair(hour, minute)) : std::nullopt;
 }
 
 bool time(CommandCall& call) {

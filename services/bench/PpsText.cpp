@@ -1,12 +1,15 @@
 #include "services/bench/PpsText.h"
 
+#include "platform/linux/pps/PpsLine.h"
+
 namespace zm {
 
 namespace {
 
-// "@name" begins a delta, "+@name" and its kin are notices about the object as a whole.
+// "@name", also with a qualifier, begins a delta; "+@name" and its kin are notices about the whole object.
 bool isObjectLine(std::string_view line) {
-    return line.starts_with('@') || line.substr(0, 2).find('@') != std::string_view::npos;
+    const auto parsed = parsePpsLine(line);
+    return parsed && parsed->kind != PpsLineKind::Attribute && parsed->kind != PpsLineKind::AttributeDeleted;
 }
 
 } // namespace

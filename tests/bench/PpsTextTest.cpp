@@ -20,6 +20,10 @@ TEST(PpsText, DeletedAttributesAreLinesNoticesAreNot) {
     }
 }
 
+TEST(PpsText, AQualifierOfTheObjectIsNoAttribute) {
+    EXPECT_THAT(ppsDeltas("[n]@a\n[n]x::1\n[i]set::1,\n"), ElementsAre(ElementsAre("[n]x::1", "[i]set::1,")));
+}
+
 TEST(PpsText, AValueMayHoldColonsAndSigns) {
     EXPECT_THAT(ppsDeltas("@a\nmail::me@here:1"), ElementsAre(ElementsAre("mail::me@here:1")));
     std::string value;

@@ -36,6 +36,11 @@ TEST_F(Command, WrongUsageExitsWithTwoAndTheUsageOfThatCommand) {
                                Words{"time", "12:60"},
                                Words{"time", "12:00", "13"},
                                Words{"time", "noon"},
+                               Words{"time", " 7:05"},
+                               Words{"time", "+7:05"},
+                               Words{"time", "7:+5"},
+                               Words{"time", "7: 5"},
+                               Words{"time", "7:05 "},
                                Words{"key"},
                                Words{"key", "one"},
                                Words{"touch", "1"},
@@ -93,6 +98,10 @@ TEST_F(Command, PpsPutWritesAllLinesAsOneChange) {
     mustFail({"pps", "put", "test/one", "d::4", "no line"});
     EXPECT_EQ(must({"pps", "get", "test/one"}), "a::2\nc:n:3\n") << "nothing of a faulty write is kept";
     EXPECT_THAT(lines({"pps", "ls"}), testing::Contains("test/one"));
+    EXPECT_THAT(mustFail({"pps", "put", "test/one", "d::4", "e::5\nf::6"}), HasSubstr("\"e::5\\nf::6\""));
+    EXPECT_EQ(must({"pps", "get", "test/one"}), "a::2\nc:n:3\n");
+    must({"pps", "put", "test/one", "[n]@one", "a::3"});
+    EXPECT_EQ(must({"pps", "get", "test/one"}), "a::3\nc:n:3\n") << "the object's own line is no attribute";
     mustFail({"pps", "get", "test/none"});
 }
 

@@ -108,7 +108,7 @@ struct DvdDetail {
 struct DriveState {
     std::string state; ///< "empty", "reading", "loaded", "ejecting" or "error"
     std::string path;
-    std::string text; ///< why, when "error"
+    std::string text; ///< why, when "error"; else why the latest insertion was refused
 };
 
 /** What the drive remembers for a service that is started again: its disc and whether it is the head unit's

@@ -48,7 +48,7 @@ void Drive::start(const Tray& tray) {
     m_state.playState(PlayState::Stopped);
     m_state.modes(m_modes);
     m_state.disc(m_absence);
-    m_state.drive({"empty", "", ""});
+    report({"empty", "", ""});
 }
 
 // A disc on its way out is not found again by a service that is started anew, one on its way in is.
@@ -57,11 +57,20 @@ void Drive::rememberTray() {
     m_state.tray({m_next ? m_next->path : inside, m_source});
 }
 
+void Drive::report(const DriveState& report) {
+    m_report = report;
+    m_state.drive(report);
+}
+
 void Drive::insert(const std::string& path) {
     auto medium = openMedium(path);
     if (!medium) {
         logWarning("%s\n", medium.error().c_str());
         m_state.drive({"error", path, medium.error()});
+        if (!m_path.empty()) {
+            // What is inside stays there and plays on: the last word is about that.
+            m_state.drive({m_report.state, m_report.path, medium.error()});
+        }
         return;
     }
     Inserted disc{path, std::move(*medium)};
@@ -84,7 +93,7 @@ void Drive::take(const Inserted& disc) {
     m_path = disc.path;
     m_absence = DiscPresence::None;
     m_gate = std::make_shared<FaultGate>(disc.medium);
-    m_state.drive({"reading", m_path, ""});
+    report({"reading", m_path, ""});
     rememberTray();
     LoadListener& listener = *this;
     m_load = std::make_unique<DiscLoad>(m_loop, listener, m_gate, m_catalogue);
@@ -116,7 +125,7 @@ void Drive::loadFinished() {
         return;
     }
     m_load.reset();
-    m_state.drive({"loaded", m_path, ""});
+    report({"loaded", m_path, ""});
     m_guard = std::make_unique<CatalogueGuard>(m_loop, m_catalogue, m_contents,
                                                [this] { m_state.catalogue(Reading::Complete, RootFolder); });
     m_transport = std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents);
@@ -129,7 +138,7 @@ void Drive::loadFailed(const std::string& reason) {
     m_load.reset();
     const std::string text = m_path + ": " + reason;
     logWarning("%s\n", text.c_str());
-    m_state.drive({"error", m_path, text});
+    report({"error", m_path, text});
     m_state.playState(PlayState::Error);
 }
 
@@ -166,7 +175,7 @@ void Drive::leave() {
     m_state.playState(PlayState::Ejecting);
     logInfo("disc ejected: %s\n", m_path.c_str());
     stopReading();
-    m_state.drive({"ejecting", m_path, ""});
+    report({"ejecting", m_path, ""});
     m_leaving = afterDelay(m_loop, EjectTime, [this] { left(); });
     rememberTray();
 }
@@ -182,7 +191,7 @@ void Drive::left() {
         announceEmpty();
     }
     m_state.forgetDisc();
-    m_state.drive({"empty", "", ""});
+    report({"empty", "", ""});
     m_leaving = afterDelay(m_loop, ChangeTime, [this] {
         m_leaving.reset();
         if (const auto next = std::exchange(m_next, std::nullopt)) {

@@ -57,6 +57,7 @@ private:
     void loseDrive();
     void stopReading();
     void rememberTray();
+    void report(const DriveState& report);
 
     EventLoop& m_loop;
     DiscState& m_state;
@@ -66,6 +67,7 @@ private:
     std::string m_path;                          ///< of the disc inside; empty without one
     DiscPresence m_absence = DiscPresence::None; ///< what "disc" is once none is inside
     std::optional<Inserted> m_next;              ///< taken when the one before it is out
+    DriveState m_report;                         ///< the latest about the disc inside
     bool m_source = false;
     std::shared_ptr<FaultGate> m_gate;
     std::shared_ptr<const Contents> m_contents;

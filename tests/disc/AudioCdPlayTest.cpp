@@ -328,6 +328,9 @@ TEST_F(AudioCdPlay, WhatCannotBeReadIsRefusedAndTheDiscInsidePlaysOn) {
     std::filesystem::remove(other / "disc.bin");
     m_unit.request({{"op", "insert"}, {"path", other / "disc.cue"}});
     EXPECT_EQ(nextDriveState("error").json()["text"], (other / "disc.cue") + ": disc.bin: no such file");
+    const auto inside = nextDriveState("loaded").json();
+    EXPECT_EQ(inside["path"], m_cue) << "which plays on";
+    EXPECT_EQ(inside["text"], (other / "disc.cue") + ": disc.bin: no such file");
     writeFile(other / "disc.cue", "rubbish");
     m_unit.request({{"op", "insert"}, {"path", other / "disc.cue"}});
     EXPECT_EQ(nextDriveState("error").json()["text"],

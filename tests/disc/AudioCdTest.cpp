@@ -103,6 +103,20 @@ TEST(AudioCd, EachTrackMayBeAFileOfItsOwnAlsoInAFolderBelow) {
     EXPECT_EQ(readTrack(*medium, "02.wav").substr(WavHeaderBytes), cdSound(1, 550));
 }
 
+TEST(AudioCd, AFileMayDifferInTheCaseOfItsLettersIfOneFits) {
+    TempFolder folder;
+    writeFile(folder / "Disc.BIN", cdSound(1, 440));
+    writeFile(folder / "disc.cue", "FILE \"DISC.bin\" BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
+    EXPECT_EQ(readTrack(*openGood(folder / "disc.cue"), "01.wav").substr(WavHeaderBytes), cdSound(1, 440));
+    writeFile(folder / "disc.BIN", cdSound(1, 550));
+    const auto several = openMedium(folder / "disc.cue");
+    ASSERT_FALSE(several);
+    EXPECT_THAT(several.error(), testing::HasSubstr("DISC.bin: several files are called so"));
+    writeFile(folder / "DISC.bin", cdSound(1, 660));
+    EXPECT_EQ(readTrack(*openGood(folder / "disc.cue"), "01.wav").substr(WavHeaderBytes), cdSound(1, 660))
+        << "the exact name counts first";
+}
+
 TEST(AudioCd, APathFromAnotherSystemMeansTheFileBesideTheCueSheet) {
     for (const char* name : {"C:\\Discs\\d.bin", "/home/somebody/d.bin", "d.bin"}) {
         TempFolder folder;

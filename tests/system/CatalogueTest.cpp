@@ -72,8 +72,6 @@ TEST_F(MissingCatalogue, IsADatabaseThatCannotBeOpened) {
 
 TEST_F(MissingCatalogue, IsTriedAgainAtTheFirstDiscAndAtEachLaterOneUntilItIsThere) {
     playMusic();
-    openList();
-    EXPECT_EQ(rows().size(), 0u);
     write();
     putDevice({"disc::0"});
     playMusic();

@@ -44,14 +44,35 @@ function makeDisc() {
   add('disc', element('p', {id: 'drivestate'}),
     entry('Insert', '/path/of/folder/or/image', (path) => act('insert', path)),
     row(demo, button('Eject', () => act('eject'))),
-    row(element('span', {className: 'dim'}, 'Fault'), ...faults.map(([kind, text]) => button(text, () => act('disc', 'fault', kind)))));
+    row(element('span', {className: 'dim'}, 'Fault'), ...faults.map(([kind, text]) => {
+      faultButtons[kind] = button(text, () => act('disc', 'fault', kind));
+      return faultButtons[kind];
+    })));
+}
+
+const faultButtons = {};
+
+/** `fault`: the kind that the drive was last given, or "none". */
+export function showFault(fault) {
+  for (const [kind, node] of Object.entries(faultButtons)) node.setAttribute('aria-pressed', String(kind === (fault ?? 'none') && kind !== 'none'));
+}
+
+const steps = [[100, '100 ms'], [1000, '1 s'], [8000, '8 s'], [60000, '1 min']];
+
+function makeClock() {
+  add('clock', row(element('span', {className: 'dim'}, 'Advance by'), ...steps.map(([time, text]) => button(text, () => act('clock', 'advance', time)))));
+}
+
+/** `clock`: "manual" if the application's timers stand still until they are advanced. */
+export function showClock(clock) {
+  document.getElementById('clock').hidden = clock !== 'manual';
 }
 
 function makeLauncher() {
   const app = [['resume', 'Resume'], ['pause', 'Pause'], ['showonly', 'Show only'], ['hideonly', 'Hide only'], ['quit', 'Quit'], ['start', 'Start']];
   add('launcher', row(...app.map(([name, text]) => button(text, () => act('app', name)))),
     element('p', {id: 'launcherstate', className: 'dim'}),
-    element('ol', {id: 'requests', className: 'lines', ariaLabel: 'What the application asked for, newest first'}));
+    element('ol', {id: 'requests', className: 'lines', tabIndex: 0, ariaLabel: 'What the application asked for, newest first'}));
 }
 
 const bluetooth = [['0', 'off'], ['1', 'on'], ['2', 'connected']];
@@ -67,6 +88,7 @@ function makeVehicle() {
   vehicle['86'] = select(bluetooth, (value) => act('device', 86, value));
   vehicle.time = element('input', {type: 'time', onchange: (event) => act('time', event.target.value, vehicle.format.value)});
   vehicle.format = select([['24', '24 h'], ['12', '12 h']], (value) => act('time', vehicle.time.value, value));
+  vehicle.format.setAttribute('aria-label', 'Display of the time');
   vehicle.language = select(languages, (value) => act('language', value));
   vehicle.theme = select([['night', 'Night'], ['day', 'Day']], (value) => act('theme', value));
   add('vehicle', row(labelled('Parked', vehicle['2']), labelled('Muted', vehicle['6']), labelled('Outside °C', vehicle['7']), labelled('Bluetooth', vehicle['86'])),
@@ -132,6 +154,7 @@ function makeInput() {
 
 export function makeCar() {
   makeDisc();
+  makeClock();
   makeLauncher();
   makeVehicle();
   makeInput();

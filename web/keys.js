@@ -23,15 +23,15 @@ const groups = [
     {code: 50, text: '↩', title: 'Return', key: 'Escape'},
   ]],
   ['Panel', [
-    {code: 64, text: 'P▲', title: 'Preset up', key: 'PageUp'},
-    {code: 65, text: 'P▼', title: 'Preset down', key: 'PageDown'},
-    {code: 44, text: '123', title: 'Number pad', key: 'g'},
+    {code: 64, text: 'Preset up', title: 'Preset up', key: 'PageUp'},
+    {code: 65, text: 'Preset down', title: 'Preset down', key: 'PageDown'},
+    {code: 44, text: 'Number pad', title: 'Number pad', key: 'g'},
   ]],
   ['Steering and voice', [
-    {code: 160, text: 'Random folder', title: 'Shuffle 1, repeat folder'},
+    {code: 160, text: 'Random folder', title: 'Random folder: shuffle on, repeat the folder'},
     {code: 161, text: 'Repeat all', title: 'Repeat all'},
     {code: 162, text: 'Shuffle off', title: 'Shuffle off'},
-    {code: 163, text: 'Again', title: 'Play the current item from its start'},
+    {code: 163, text: 'Again', title: 'Again: the current item from its start'},
   ]],
 ];
 
@@ -43,20 +43,28 @@ export function makeKeys() {
   for (const [name, keys] of groups) {
     const group = element('div', {className: 'keygroup'}, element('span', {className: 'dim'}, name));
     for (const key of keys) {
-      const node = element('button', {type: 'button', title: `${key.title} (key ${key.code})`, onclick: () => act('key', key.code)}, key.text);
+      const face = element('span', {}, key.text);
+      // Words are read as they stand, signs by what they mean.
+      face.ariaHidden = String(!key.title.startsWith(key.text));
+      const node = element('button', {type: 'button', title: `${key.title} (key ${key.code})`, onclick: () => act('key', key.code)}, face);
       node.setAttribute('aria-label', key.title);
       if (key.key) {
         byKey.set(key.key, key.code);
-        node.append(element('kbd', {}, shown[key.key] ?? key.key));
+        // Drawn by the style sheet: it is no part of the button's name.
+        const hint = element('kbd', {ariaHidden: 'true'});
+        hint.dataset.key = shown[key.key] ?? key.key;
+        node.ariaKeyShortcuts = key.key;
+        node.append(hint);
       }
       group.append(node);
     }
     box.append(group);
   }
-  // The shortcuts work while nothing that takes text or a click of its own has the focus.
+  // The shortcuts work unless the focus is on something that needs the key itself: a button takes Enter only.
   addEventListener('keydown', (event) => {
-    const free = event.target === document.body || event.target.id === 'screen';
-    if (!free || event.ctrlKey || event.altKey || event.metaKey || !byKey.has(event.key)) return;
+    const needed = event.target.closest('input, select, textarea, summary, td, [role=tab], .lines') ||
+      (event.target.closest('button') && event.key === 'Enter') || document.body.classList.contains('offline');
+    if (needed || event.ctrlKey || event.altKey || event.metaKey || !byKey.has(event.key)) return;
     event.preventDefault();
     act('key', byKey.get(event.key));
   });

@@ -2,10 +2,10 @@
 import {button, element} from './api.js';
 
 const panel = document.getElementById('panel-log');
-const lines = element('ol', {className: 'lines log'});
+const lines = element('ol', {className: 'lines log', tabIndex: 0, ariaLabel: 'System log, oldest first'});
 const level = element('select', {}, ...[[7, 'all'], [6, 'up to tracing (6)'], [5, 'up to info (5)'], [3, 'up to warnings (3)'], [2, 'errors (2)']]
   .map(([value, text]) => element('option', {value}, text)));
-const search = element('input', {type: 'search', placeholder: 'Filter text'});
+const search = element('input', {type: 'search', placeholder: 'Filter text', ariaLabel: 'Filter text'});
 const follow = element('input', {type: 'checkbox', checked: true});
 const Kept = 2000;
 
@@ -14,7 +14,14 @@ function matches(entry) {
 }
 
 export function makeLog() {
-  const apply = () => { for (const line of lines.children) line.hidden = !matches(line.entry); };
+  // What was chosen stays when the page is opened anew.
+  level.value = localStorage.getItem('log-level') ?? '7';
+  search.value = localStorage.getItem('log-filter') ?? '';
+  const apply = () => {
+    localStorage.setItem('log-level', level.value);
+    localStorage.setItem('log-filter', search.value);
+    for (const line of lines.children) line.hidden = !matches(line.entry);
+  };
   level.addEventListener('change', apply);
   search.addEventListener('input', apply);
   panel.append(element('div', {className: 'bar'}, element('label', {}, 'Level ', level), search,

@@ -1,6 +1,6 @@
 // Puts the page together and spreads the pushed state over its parts.
 import {channel, element} from './api.js';
-import {makeCar, showDrive, showLauncher, showProcesses, showRequest, showVehicle} from './car.js';
+import {makeCar, showClock, showDrive, showFault, showLauncher, showProcesses, showRequest, showVehicle} from './car.js';
 import {makeKeys} from './keys.js';
 import {clearLog, followLog, makeLog, showLog} from './log.js';
 import {clearPps, makePps, showPps} from './pps.js';
@@ -43,14 +43,18 @@ makePps();
 makeLog();
 makeTabs();
 
-const line = {connected: false, running: false, rate: 0};
+const line = {connected: false, running: false};
 function showLine() {
   const box = document.getElementById('stateline');
-  const parts = [line.connected ? 'connected' : 'no connection, trying again', line.running ? 'application running' : 'application not running', `${line.rate} frames/s`];
-  box.textContent = parts.join(' · ');
+  const text = [line.connected ? 'connected' : 'no connection, trying again', line.running ? 'application running' : 'application not running'].join(' · ');
+  // A screen reader speaks each change, so there is none without a reason.
+  if (box.textContent !== text) box.textContent = text;
   box.classList.toggle('bad', !line.connected || !line.running);
+  // Without the bench the picture is an old one and no control reaches anything.
+  document.body.classList.toggle('offline', !line.connected);
+  for (const part of document.querySelectorAll('#screenbox, #screenbar .live, #keys, #panel-car, #panel-pps .live')) part.inert = !line.connected;
 }
-setInterval(() => { line.rate = takeFrames(); showLine(); }, 1000);
+setInterval(() => { document.getElementById('rate').textContent = `${takeFrames()} frames/s`; }, 1000);
 
 const handlers = {
   reset() { clearPps(); clearLog(); },
@@ -63,6 +67,8 @@ const handlers = {
     showLauncher(message);
     showProcesses(message.children ?? []);
     showDrive(message.drive);
+    showFault(message.fault);
+    showClock(message.clock);
     showLine();
   },
 };

@@ -3,11 +3,15 @@ import {act, element} from './api.js';
 
 const panel = document.getElementById('panel-pps');
 const objects = new Map();
-let filter = '';
+// By object: lines of its history and the attribute that they are limited to. Both outlast a lost connection.
+const histories = new Map();
+const HistoryLines = 200;
+let filter = (localStorage.getItem('pps-filter') ?? '').toLowerCase();
 
 export function makePps() {
-  const search = element('input', {type: 'search', placeholder: 'Filter objects and attributes', oninput: () => { filter = search.value.toLowerCase(); applyFilter(); }});
-  const line = element('input', {type: 'text', placeholder: 'object attribute:encoding:value', autocomplete: 'off', spellcheck: false});
+  const search = element('input', {type: 'search', placeholder: 'Filter objects and attributes', ariaLabel: 'Filter objects and attributes', value: localStorage.getItem('pps-filter') ?? '',
+    oninput: () => { filter = search.value.toLowerCase(); localStorage.setItem('pps-filter', search.value); applyFilter(); }});
+  const line = element('input', {type: 'text', placeholder: 'object attribute:encoding:value', autocomplete: 'off', spellcheck: false, className: 'live'});
   line.setAttribute('aria-label', 'Write an attribute');
   line.addEventListener('keydown', (event) => {
     const cut = line.value.indexOf(' ');
@@ -32,9 +36,9 @@ function objectFor(name) {
   let object = objects.get(name);
   if (!object) {
     const body = element('tbody');
-    const history = element('ol', {className: 'lines'});
+    const history = historyFor(name);
     const node = element('section', {className: 'object'}, element('h2', {}, name), element('table', {}, body),
-      element('details', {}, element('summary', {}, 'History'), history));
+      element('details', {}, element('summary', {}, 'History'), history.choice, history.lines));
     object = {node, body, history, rows: new Map()};
     objects.set(name, object);
     // Objects stand in the order of their names.
@@ -42,6 +46,35 @@ function objectFor(name) {
     panel.insertBefore(node, after ?? null);
   }
   return object;
+}
+
+function historyFor(name) {
+  let history = histories.get(name);
+  if (!history) {
+    const choice = element('select', {ariaLabel: `Attribute in the history of ${name}`}, element('option', {value: ''}, 'all attributes'));
+    const lines = element('ol', {className: 'lines', tabIndex: 0, ariaLabel: `History of ${name}, newest first`});
+    choice.addEventListener('change', () => { for (const line of lines.children) line.hidden = choice.value !== '' && line.dataset.attribute !== choice.value; });
+    history = {choice, lines};
+    histories.set(name, history);
+  }
+  return history;
+}
+
+/** Adds a line of PPS text to an object's history. */
+function remember(history, time, line) {
+  const attribute = /^(?:\[[^\]]*\])?-?([^:]*)/.exec(line)[1];
+  if (![...history.choice.options].some((option) => option.value === attribute)) history.choice.append(element('option', {value: attribute}, attribute));
+  const node = element('li', {hidden: history.choice.value !== '' && history.choice.value !== attribute}, `${time}  ${line}`);
+  node.dataset.attribute = attribute;
+  history.lines.prepend(node);
+  while (history.lines.children.length > HistoryLines) history.lines.lastChild.remove();
+}
+
+/** A line that is no attribute is shown as it came: somebody wrote it. */
+function showMalformed(object, line, changed) {
+  if ([...object.body.querySelectorAll('.malformed td')].some((other) => other.textContent === line)) return;
+  const text = element('td', {colSpan: 2}, line);
+  object.body.append(element('tr', {className: changed ? 'malformed changed' : 'malformed'}, element('th', {}, 'malformed'), text));
 }
 
 function setAttribute(name, object, attribute, encoding, value, changed) {
@@ -102,13 +135,12 @@ export function showPps(name, text, changed) {
     const plain = line.replace(/^\[[^\]]*\]/, '');
     const first = plain.indexOf(':');
     const second = plain.indexOf(':', first + 1);
-    if (first < 0 || second < 0) continue;
+    if (first < 0 || second < 0) { showMalformed(object, line, changed); continue; }
     setAttribute(name, object, plain.slice(0, first), plain.slice(first + 1, second), plain.slice(second + 1), changed);
   }
   if (changed) {
-    const time = new Date().toLocaleTimeString('en-GB', {hour12: false});
-    object.history.prepend(element('li', {}, `${time}  ${text.split('\n').filter((line) => line && !line.startsWith('@')).join('  ')}`));
-    while (object.history.children.length > 40) object.history.lastChild.remove();
+    const time = new Date().toLocaleTimeString('en-GB', {hour12: false, hour: '2-digit', minute: '2-digit', second: '2-digit', fractionalSecondDigits: 3});
+    for (const line of text.split('\n')) if (line && !/^[-#+*|]?@/.test(line)) remember(object.history, time, line);
   }
   if (filter) applyFilter();
 }

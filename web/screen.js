@@ -22,10 +22,6 @@ const socket = channel('/ws/screen', {
       frames++;
     }).catch(() => {}).then(() => socket.send({ack: seq}));
   },
-  closed() {
-    context.fillStyle = 'rgba(0,0,0,0.6)';
-    context.fillRect(0, 0, canvas.width, canvas.height);
-  },
 });
 
 /** Rectangles drawn since the last call. */
@@ -100,8 +96,10 @@ canvas.addEventListener('wheel', (event) => {
 
 const scale = document.getElementById('scale');
 function applyScale() {
-  const width = scale.value === 'fit' ? '100%' : `${canvas.width * scale.value}px`;
-  canvas.style.width = width;
+  // The whole screen is in sight: it fits the page's width and what its head leaves of the height.
+  const fits = `min(100%, calc((100dvh - 8rem) * ${canvas.width} / ${canvas.height}))`;
+  const width = scale.value === 'fit' ? fits : `${canvas.width * scale.value}px`;
+  canvas.style.width = scale.value === 'fit' ? '100%' : width;
   canvas.closest('#unit').style.width = width;
   // Whole multiples stay sharp: each pixel becomes a square.
   canvas.classList.toggle('whole', Number.isInteger(Number(scale.value)));
@@ -110,6 +108,15 @@ function applyScale() {
 scale.value = localStorage.getItem('scale') ?? (innerWidth < 840 ? 'fit' : '1');
 scale.addEventListener('change', applyScale);
 applyScale();
+
+const text = document.getElementById('screentext');
+const read = document.getElementById('read');
+read.addEventListener('click', async () => {
+  const lines = await act('screen', '--text');
+  if (lines === null) return;
+  text.textContent = lines;
+  text.hidden = false;
+});
 
 document.getElementById('shot').addEventListener('click', () => {
   const link = document.createElement('a');

@@ -2,12 +2,15 @@
 
 #include "base/Paths.h"
 
+#include <glib.h>
+
 #include <cstdio>
 
 namespace zm {
 
 namespace {
 
+constexpr int UsualPort = 8480;
 constexpr size_t PageLogLines = 500;
 constexpr std::chrono::seconds PageCommandTime(60);
 
@@ -50,6 +53,9 @@ void Bench::announce() {
     }
     std::printf(m_url.empty() ? "ready\n" : "ready %s\n", m_url.c_str());
     std::fflush(stdout);
+    if (m_options.open) {
+        openPage();
+    }
 }
 
 Result<std::string> Bench::startPage() {
@@ -64,7 +70,22 @@ Result<std::string> Bench::startPage() {
         m_page->state().ppsChanged(object, text);
     };
     m_unit.launcher().onRequest = [this](const Json& request) { m_page->state().requested(request); };
-    return m_page->start(m_options.port);
+    if (m_options.port) {
+        return m_page->start(*m_options.port);
+    }
+    // The same one each time, so that a bookmark and a tunnel find it; a second bench takes another.
+    auto url = m_page->start(UsualPort);
+    return url ? url : m_page->start(0);
+}
+
+void Bench::openPage() const {
+    const char* const words[] = {"xdg-open", m_url.c_str(), nullptr};
+    GError* error = nullptr;
+    if (!g_spawn_async(nullptr, const_cast<char**>(words), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
+                       nullptr, &error)) {
+        std::fprintf(stderr, "zmbench: no browser could be opened: %s\n", error->message);
+        g_error_free(error);
+    }
 }
 
 void Bench::runForPage(std::vector<std::string> words, std::function<void(WebBackend::Answer)> done) {

@@ -122,6 +122,9 @@ void Child::spawn() {
     m_pid = pid;
     m_state = State::Running;
     m_watch = watchChild(m_loop, pid, [this](int status) { ended(status); });
+    if (onStart) {
+        onStart();
+    }
 }
 
 void Child::ended(int status) {

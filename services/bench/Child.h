@@ -38,6 +38,8 @@ public:
     /** Ends it in order, waiting at most two seconds for it; it stays down. */
     void stop();
 
+    /** It was started, for the first time or anew. */
+    std::function<void()> onStart;
     /** It ended and is not started again, whether in order or given up. */
     std::function<void()> onDown;
 

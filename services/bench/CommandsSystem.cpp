@@ -17,7 +17,8 @@ constexpr std::chrono::minutes AdvanceTime(2);
 void print(CommandRun& run, const std::vector<LogEntry>& entries, bool withTime) {
     std::string lines;
     for (const auto& entry : entries) {
-        lines += (withTime ? entry.time + " " : "") + std::to_string(entry.severity) + " " + entry.text + "\n";
+        lines +=
+            (withTime ? entry.time + " " : "") + std::to_string(entry.severity) + " " + entry.text + "\n";
     }
     run.out(lines);
 }

@@ -56,6 +56,7 @@ Status DiscDrive::eject() {
 }
 
 Status DiscDrive::fault(const std::string& kind) {
+    m_fault = kind;
     return ask(jsonText({{"op", "fault"}, {"kind", kind}}));
 }
 

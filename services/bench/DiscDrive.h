@@ -28,6 +28,9 @@ public:
     /** Makes the drive fail: "read", "surface", "temperature", "region", "noanswer", "gone", or "none" again.
      */
     Status fault(const std::string& kind);
+    /** The fault that it was last given; "none" without one, also once the disc service has started anew. */
+    const std::string& activeFault() const { return m_fault; }
+    void forgetFault() { m_fault = NoFault; }
     /** The latest "drivestate" as JSON text; empty before the disc service has said anything. */
     std::string state();
 
@@ -46,6 +49,8 @@ private:
     std::unique_ptr<PpsFile> m_object;
     std::string m_state;
     bool m_holdsDisc = false;
+    static constexpr const char* NoFault = "none";
+    std::string m_fault = NoFault;
     std::string m_wanted; ///< path of the disc to be inserted; empty: none
 };
 

@@ -11,6 +11,13 @@ namespace {
 
 constexpr std::chrono::milliseconds StartTime(1000);
 
+constexpr const char* OtherPages = "OTHERS.zmrc_device";
+
+// Where the resource files of all pages lie, with a slash at its end.
+std::string resources(const HeadUnitOptions& options) {
+    return options.resourceDir.empty() ? options.shareDir + "/rccs/" : options.resourceDir + "/";
+}
+
 // What the application is started with: "disc" and the words of `text`, separated as a shell would.
 std::vector<std::string> applicationArguments(const std::string& text) {
     std::vector<std::string> arguments{"disc"};
@@ -25,8 +32,10 @@ std::vector<std::string> applicationArguments(const std::string& text) {
 HeadUnit::HeadUnit(EventLoop& loop, HeadUnitOptions options)
     : m_loop(loop), m_options(std::move(options)), m_pps(loop, zm::ppsSocket(m_options.runtimeDir)),
       m_compositor(loop, screenSocket(m_options.runtimeDir)), m_video(loop, m_compositor, ppsSocket()),
-      m_shell(loop, shellSocket(m_options.runtimeDir)), m_launcher(m_options.launcher, m_shell, m_compositor),
-      m_vehicle(m_shell), m_drive(loop, ppsSocket()) {
+      m_shell(loop, shellSocket(m_options.runtimeDir)),
+      m_pages(resources(m_options) + OtherPages, m_options.shareDir + "/fonts/"),
+      m_launcher(m_options.launcher, m_shell, m_compositor, m_pages), m_vehicle(m_shell),
+      m_drive(loop, ppsSocket()) {
     connectParts();
     makeChildren();
 }
@@ -75,13 +84,12 @@ void HeadUnit::makeChildren() {
     if (m_options.programDir.empty()) {
         return;
     }
-    const bool ownResources = !m_options.resourceDir.empty();
     const std::vector<std::pair<std::string, std::string>> environment = {
         {"ZM_RUNTIME", m_options.runtimeDir},
         {"ZM_CATALOGUE", m_options.catalogue},
-        {"ZM_RCC_PATH", ownResources ? m_options.resourceDir + "/" : m_options.shareDir + "/rccs/"},
+        {"ZM_RCC_PATH", resources(m_options)},
         {"ZM_FONT_PATH", m_options.shareDir + "/fonts/"},
-        {"ZM_WATCH_RESOURCES", ownResources ? "1" : ""},
+        {"ZM_WATCH_RESOURCES", m_options.resourceDir.empty() ? "" : "1"},
     };
     m_application =
         std::make_unique<Child>(m_loop, ChildSetup{"app", m_options.programDir + "/Platen",
@@ -94,6 +102,7 @@ void HeadUnit::makeChildren() {
         }
         m_discService = std::make_unique<Child>(
             m_loop, ChildSetup{"disc", m_options.programDir + "/zmdiscd", arguments, environment});
+        m_discService->onStart = [this] { m_drive.forgetFault(); };
     }
 }
 
@@ -202,11 +211,15 @@ bool HeadUnit::startApplication() {
 
 void HeadUnit::setLanguage(const std::string& code, ShellServer::Reply reply) {
     m_language = code;
+    m_pages.setLanguage(code);
+    m_launcher.pagesChanged();
     m_shell.inform({{"t", "language"}, {"code", code}}, std::move(reply));
 }
 
 void HeadUnit::setTheme(const std::string& name, ShellServer::Reply reply) {
     m_theme = name;
+    m_pages.setTheme(name);
+    m_launcher.pagesChanged();
     m_shell.inform({{"t", "theme"}, {"name", name}}, std::move(reply));
 }
 
@@ -237,6 +250,8 @@ Json HeadUnit::state() {
                    {"launcher", m_options.launcher == LauncherMode::Active ? "active" : "passive"},
                    {"front", m_launcher.front()},
                    {"drive", m_drive.state()},
+                   {"fault", m_drive.activeFault()},
+                   {"clock", m_options.clock == ClockMode::Manual ? "manual" : "real"},
                    // Differs after each message, so that a value that went there and back is shown again too.
                    {"revision", m_shell.messagesSent()},
                    {"children", Json::array()}};

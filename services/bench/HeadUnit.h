@@ -5,6 +5,7 @@
 #include "services/bench/DiscDrive.h"
 #include "services/bench/HeadUnitOptions.h"
 #include "services/bench/Launcher.h"
+#include "services/bench/PlainPages.h"
 #include "services/bench/PpsThread.h"
 #include "services/bench/ShellServer.h"
 #include "services/bench/Vehicle.h"
@@ -59,7 +60,7 @@ public:
     std::vector<Child*> children();
     Child* child(const std::string& name);
 
-    /** {"running","children","devices","time","language","theme","launcher","front","drive","revision"} for a
+    /** {"running","children","devices","time","language","theme","launcher","front","drive","fault","clock","revision"} for a
      * page. */
     Json state();
     std::string ppsSocket() const;
@@ -90,6 +91,7 @@ private:
     VideoService m_video;
     VideoLock m_videoLock{m_compositor};
     ShellServer m_shell;
+    PlainPages m_pages;
     Launcher m_launcher;
     Vehicle m_vehicle;
     DiscDrive m_drive;

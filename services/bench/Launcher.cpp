@@ -1,7 +1,7 @@
 #include "services/bench/Launcher.h"
 
 #include "services/bench/Compositor.h"
-#include "services/bench/PlainPage.h"
+#include "services/bench/PlainPages.h"
 
 #include <algorithm>
 #include <array>
@@ -28,8 +28,8 @@ std::string text(const Json& message, const char* member) {
 
 } // namespace
 
-Launcher::Launcher(LauncherMode mode, ShellServer& shell, Compositor& compositor)
-    : m_mode(mode), m_shell(shell), m_compositor(compositor) {}
+Launcher::Launcher(LauncherMode mode, ShellServer& shell, Compositor& compositor, PlainPages& pages)
+    : m_mode(mode), m_shell(shell), m_compositor(compositor), m_pages(pages) {}
 
 void Launcher::requested(const Json& message) {
     nlohmann::ordered_json request;
@@ -89,12 +89,18 @@ void Launcher::bringToFront() {
 
 void Launcher::showFront(const std::string& application) {
     m_front = application;
-    m_compositor.setCover(discInFront() ? std::nullopt : std::optional(drawPlainPage(application)));
+    m_compositor.setCover(discInFront() ? std::nullopt : std::optional(m_pages.draw(application)));
     m_compositor.setAppVisible(discInFront());
 }
 
+void Launcher::pagesChanged() {
+    if (!discInFront()) {
+        m_compositor.setCover(m_pages.draw(m_front));
+    }
+}
+
 void Launcher::released(int x, int y) {
-    if (!PlainPageReturn.contains(x, y)) {
+    if (!PlainPages::Return.contains(x, y)) {
         return;
     }
     if (m_shell.running()) {

@@ -10,6 +10,7 @@
 namespace zm {
 
 class Compositor;
+class PlainPages;
 
 /** What the launcher can tell the application; the numbers go over the wire. */
 enum class AppStatus { Resume = 0, Pause = 1, ShowOnly = 2, HideOnly = 3, Quit = 4 };
@@ -20,7 +21,7 @@ enum class AppStatus { Resume = 0, Pause = 1, ShowOnly = 2, HideOnly = 3, Quit =
  */
 class Launcher {
 public:
-    Launcher(LauncherMode mode, ShellServer& shell, Compositor& compositor);
+    Launcher(LauncherMode mode, ShellServer& shell, Compositor& compositor, PlainPages& pages);
 
     /** A request of the application: recorded, and carried out by an active launcher. */
     void requested(const Json& message);
@@ -41,6 +42,8 @@ public:
     bool discInFront() const { return m_front == DiscApplication; }
     const std::string& front() const { return m_front; }
     LauncherMode mode() const { return m_mode; }
+    /** The pages of other applications have another look now: the one in front is drawn anew. */
+    void pagesChanged();
     /** A finger has left a plain page at that point. */
     void released(int x, int y);
 
@@ -62,6 +65,7 @@ private:
     const LauncherMode m_mode;
     ShellServer& m_shell;
     Compositor& m_compositor;
+    PlainPages& m_pages;
     std::string m_front = DiscApplication;
     AppStatus m_last = AppStatus::Pause; ///< that was sent
     bool m_closeWanted = false;          ///< the application has asked to be closed

@@ -15,7 +15,7 @@ const char* const BenchUsage =
     "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
-    "               [--resources DIR]\n"
+    "               [--resources DIR] [--open]\n"
     "       zmbench --version | --help\n";
 
 namespace {
@@ -23,7 +23,6 @@ namespace {
 struct Parsed {
     BenchOptions options;
     std::string launcher;
-    bool port = false;
 };
 
 // An empty path stays one: it is refused.
@@ -32,8 +31,7 @@ std::string absolute(const std::string& path) {
 }
 
 bool takePort(Parsed& parsed, const std::string& value) {
-    int& port = parsed.options.port;
-    parsed.port = true;
+    int& port = parsed.options.port.emplace(0);
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), port);
     return error == std::errc() && end == value.data() + value.size() && port >= 0 && port <= 65535;
 }
@@ -49,7 +47,7 @@ struct OptionRow {
     bool (*take)(Parsed& parsed, const std::string& value);
 };
 
-constexpr std::array<OptionRow, 11> Rows = {{
+constexpr std::array<OptionRow, 12> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -74,6 +72,11 @@ constexpr std::array<OptionRow, 11> Rows = {{
     {"--no-web", false,
      [](Parsed& p, const std::string&) {
          p.options.web = false;
+         return true;
+     }},
+    {"--open", false,
+     [](Parsed& p, const std::string&) {
+         p.options.open = true;
          return true;
      }},
     {"--manual-clock", false,
@@ -117,7 +120,8 @@ Status check(const Parsed& parsed) {
     } rules[] = {
         {!unit.disc.empty() && !unit.discService, "--disc and --no-disc-service exclude each other"},
         {!unit.catalogue.empty() && unit.discService, "--catalogue needs --no-disc-service"},
-        {parsed.port && !parsed.options.web, "--port and --no-web exclude each other"},
+        {parsed.options.port && !parsed.options.web, "--port and --no-web exclude each other"},
+        {parsed.options.open && !parsed.options.web, "--open and --no-web exclude each other"},
         {unit.clock == ClockMode::Manual && parsed.launcher == "active",
          "--manual-clock implies a passive launcher"},
     };

@@ -3,6 +3,7 @@
 #include "base/Result.h"
 #include "services/bench/HeadUnitOptions.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,8 +12,9 @@ namespace zm {
 /** The command line of zmbench. */
 struct BenchOptions {
     HeadUnitOptions unit;
-    int port = 0; ///< 0: any free one
+    std::optional<int> port; ///< 0: any free one; none: the usual one, any other one if that is taken
     bool web = true;
+    bool open = false; ///< shows the page in the user's browser
 };
 
 /** Reads the arguments behind the program's name; paths become absolute. An error says what is wrong. */

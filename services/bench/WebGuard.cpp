@@ -52,6 +52,21 @@ std::string makeToken(const std::string& file) {
     return token;
 }
 
+// A name of this machine's loopback, with any port or none.
+bool isLoopback(const std::string& host) {
+    for (const std::string_view name : {"127.0.0.1", "localhost", "[::1]"}) {
+        if (host == name) {
+            return true;
+        }
+        if (host.starts_with(name) && host[name.size()] == ':') {
+            const std::string port = host.substr(name.size() + 1);
+            return !port.empty() && port.size() <= 5 &&
+                   port.find_first_not_of("0123456789") == std::string::npos;
+        }
+    }
+    return false;
+}
+
 std::string cookieName(int port) {
     return "zmbench-" + std::to_string(port);
 }
@@ -76,9 +91,7 @@ bool WebGuard::isToken(const std::string& text) const {
 }
 
 bool WebGuard::knownPlace(const Caller& caller) const {
-    const std::string port = ":" + std::to_string(m_port);
-    const bool hostIsOurs = caller.host == "127.0.0.1" + port || caller.host == "localhost" + port;
-    return hostIsOurs && (caller.origin.empty() || caller.origin == "http://" + caller.host);
+    return isLoopback(caller.host) && (caller.origin.empty() || caller.origin == "http://" + caller.host);
 }
 
 bool WebGuard::knownCaller(const Caller& caller) const {

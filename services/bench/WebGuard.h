@@ -6,8 +6,8 @@ namespace zm {
 
 /**
  * Who may talk to the page's server: a caller that knows the token (in the printed URL, from then on as a
- * cookie), that names a loopback host (so that a foreign name which resolves to this machine is refused) and
- * that no foreign page sent.
+ * cookie), that names a loopback host (so that a foreign name which resolves to this machine is refused; the port
+ * may be another one, as a tunnel has) and that no foreign page sent.
  */
 class WebGuard {
 public:

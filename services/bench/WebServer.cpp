@@ -6,6 +6,7 @@
 
 #include <libsoup/soup.h>
 
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -26,6 +27,23 @@ void refuse(SoupServerMessage* message, guint status) {
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
     soup_server_message_set_status(message, status, nullptr);
 }
+
+// Says what to do, to whoever looks at it in a browser.
+void refuseWith(SoupServerMessage* message, const char* why) {
+    refuse(message, SOUP_STATUS_FORBIDDEN);
+    soup_server_message_set_response(message, "text/plain; charset=utf-8", SOUP_MEMORY_COPY, why,
+                                     std::strlen(why));
+}
+
+constexpr const char* WrongPlace =
+    "This is a head unit's bench. It answers only under the names 127.0.0.1 and localhost, and only to its "
+    "own page.\n\n"
+    "From another machine, make a tunnel:   ssh -L 9000:127.0.0.1:PORT USER@MACHINE\n"
+    "then open its URL with your own port:  http://localhost:9000/?token=...\n";
+constexpr const char* NoToken =
+    "This is a head unit's bench. It wants the token of the URL that zmbench printed behind \"ready\":\n\n"
+    "    http://127.0.0.1:PORT/?token=...\n\n"
+    "Open that once; the browser then remembers it until the runtime folder is deleted.\n";
 
 void answer(SoupServerMessage* message, const char* type, const std::string& bytes) {
     soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
@@ -114,14 +132,13 @@ void WebServer::guard(SoupServer*, SoupServerMessage* message, const char* path,
     const WebGuard::Caller caller{header(message, "Host"), header(message, "Origin"),
                                   header(message, "Cookie"), header(message, "Authorization")};
     if (!server->m_guard.knownPlace(caller)) {
-        refuse(message, SOUP_STATUS_FORBIDDEN);
+        refuseWith(message, WrongPlace);
         return;
     }
     if (!server->m_guard.knownCaller(caller)) {
-
         const auto* token = query ? static_cast<const char*>(g_hash_table_lookup(query, "token")) : nullptr;
         if (!token || std::string_view(path) != "/" || !server->m_guard.isToken(token)) {
-            refuse(message, SOUP_STATUS_FORBIDDEN);
+            refuseWith(message, NoToken);
             return;
         }
         // The token leaves the address bar and goes on as a cookie.

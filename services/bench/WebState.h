@@ -25,7 +25,7 @@ class WebSocketClient;
 class WebState {
 public:
     struct Sources {
-        /** {"running","children","devices","time","language","theme","launcher","front","drive","revision"}.
+        /** {"running","children","devices","time","language","theme","launcher","front","drive","fault","clock","revision"}.
          */
         std::function<nlohmann::json()> state;
         /** All objects: name and PPS text. */

@@ -19,7 +19,8 @@ TEST(BenchOptions, HaveTheirDefaults) {
     EXPECT_TRUE(options->unit.discToFront);
     EXPECT_FALSE(parseBenchOptions({"--insert-stays"})->unit.discToFront);
     EXPECT_TRUE(options->web);
-    EXPECT_EQ(options->port, 0);
+    EXPECT_EQ(options->port, std::nullopt);
+    EXPECT_FALSE(options->open);
 }
 
 TEST(BenchOptions, AManualClockImpliesAPassiveLauncher) {

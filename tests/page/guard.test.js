@@ -13,7 +13,7 @@ after(() => bench.end());
 /** Sends a request; gives status and body. `body` may be a number of bytes to send. */
 function request(path, {method = 'GET', headers = {}, body} = {}) {
   return new Promise((resolve, reject) => {
-    const call = http.request({host: '127.0.0.1', port: bench.port, path, method, headers: {Host: `127.0.0.1:${bench.port}`, ...headers}}, (answer) => {
+    const call = http.request({host: '127.0.0.1', port: bench.port, path, method, agent: false, headers: {Host: `127.0.0.1:${bench.port}`, ...headers}}, (answer) => {
       let text = '';
       answer.on('data', (data) => { text += data; });
       answer.on('end', () => resolve({status: answer.statusCode, headers: answer.headers, text}));
@@ -68,6 +68,24 @@ test('the token in the URL becomes a cookie that opens the page', async () => {
 test('a foreign host name is refused', async () => {
   assert.equal((await request('/', {headers: {...bearer(), Host: 'evil.example'}})).status, 403);
   assert.equal((await request('/', {headers: {...bearer(), Host: `evil.example:${bench.port}`}})).status, 403);
+});
+
+test('a tunnel may have another port of the loopback, and its page is its own', async () => {
+  for (const host of ['localhost:9000', '127.0.0.1:9000', 'localhost', '[::1]:9000']) {
+    assert.equal((await request('/', {headers: {...bearer(), Host: host}})).status, 200, host);
+    assert.equal((await request('/', {headers: {...bearer(), Host: host, Origin: `http://${host}`}})).status, 200, host);
+    const other = await request('/', {headers: {...bearer(), Host: host, Origin: 'http://localhost:9001'}});
+    assert.equal(other.status, 403, 'another page on the same machine');
+  }
+  for (const host of ['localhost.evil.example:9000', '127.0.0.1.evil.example', 'localhost:9000.evil.example', 'localhost:']) {
+    const {status} = await request('/', {headers: {...bearer(), Host: host}});
+    assert.ok([400, 403].includes(status), `${host}: ${status}`);
+  }
+});
+
+test('a refusal says what to do', async () => {
+  assert.match((await request('/')).text, /token/);
+  assert.match((await request('/', {headers: {...bearer(), Host: 'evil.example'}})).text, /ssh -L/);
 });
 
 test('a foreign origin is refused, on HTTP and on WebSockets', async () => {

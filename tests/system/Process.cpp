@@ -96,6 +96,9 @@ std::string Process::line(std::chrono::milliseconds time) {
 int Process::wait(std::chrono::milliseconds time) {
     const auto deadline = Clock::now() + time;
     int status = 0;
+    if (m_pid <= 0) {
+        return -1;
+    }
     while (waitpid(m_pid, &status, WNOHANG) == 0) {
         // A full pipe must not keep the program from ending.
         pollfd ready{m_out.get(), POLLIN, 0};

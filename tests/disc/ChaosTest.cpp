@@ -127,7 +127,7 @@ TEST_F(DiscChaos, ADiskThatIsFullIsAnErrorAndTheNextDiscPlays) {
         EXPECT_EQ(catalogued(), Names{}) << "nothing of the disc before";
     }
     expectRecovery();
-    EXPECT_EQ(catalogued(), Names{"1"});
+    EXPECT_EQ(catalogued(), Names{"Song"});
 }
 
 TEST_F(DiscChaos, ADriveThatGoesAwayWhileADiscIsReadIsBackWithTheNextDisc) {
@@ -139,7 +139,7 @@ TEST_F(DiscChaos, ADriveThatGoesAwayWhileADiscIsReadIsBackWithTheNextDisc) {
     m_unit.next("disc", "2");
     EXPECT_FALSE(m_unit.follows("mixedtype", "2", 1s)) << "nothing more of the disc that is gone";
     expectRecovery();
-    EXPECT_EQ(catalogued(), Names{"1"});
+    EXPECT_EQ(catalogued(), Names{"Song"});
 }
 
 TEST_F(DiscChaos, ADiscThatVanishesWhileItIsReadDoesNotHoldTheNextOneUp) {
@@ -150,7 +150,7 @@ TEST_F(DiscChaos, ADiscThatVanishesWhileItIsReadDoesNotHoldTheNextOneUp) {
     m_unit.nextState(PlayState::Loading);
     std::filesystem::remove_all(disc);
     expectRecovery();
-    EXPECT_EQ(catalogued(), Names{"1"});
+    EXPECT_EQ(catalogued(), Names{"Song"});
 }
 
 TEST_F(DiscChaos, AFolderThatIsGoneWhenItIsReadIsADiscError) {
@@ -171,7 +171,7 @@ TEST_F(DiscChaos, ACatalogueThatIsTakenAwayIsMadeAnewWhilePlayingGoesOn) {
     }
     const auto gone = std::chrono::steady_clock::now();
     EXPECT_LE(m_unit.next("updatedb", "65537").when - gone, Recovery);
-    EXPECT_EQ(catalogued(), Names{"1"});
+    EXPECT_EQ(catalogued(), Names{"Song"});
     EXPECT_EQ(m_unit.since("discstate"), Names{});
 }
 

@@ -42,14 +42,17 @@ constexpr std::string_view allowed[] = {
     "dav1ddec", "av1dec", "theoradec", "avdec_cinepak", "avdec_dvvideo", "avdec_bmp", "avdec_gif", "pngdec",
     "avdec_png", "dvdsubdec"};
 
+// Tells most formats by their first bytes.
+constexpr const char* FormatPlugin = "typefindfunctions";
+
 bool isAllowed(GstPluginFeature* feature) {
     const std::string_view name = gst_plugin_feature_get_name(feature);
     return std::find(std::begin(allowed), std::end(allowed), name) != std::end(allowed);
 }
 
 template <class Use>
-void forEachElement(GstRegistry* registry, Use use) {
-    GList* features = gst_registry_get_feature_list(registry, GST_TYPE_ELEMENT_FACTORY);
+void forEachOf(GType type, GstRegistry* registry, Use use) {
+    GList* features = gst_registry_get_feature_list(registry, type);
     for (GList* each = features; each; each = each->next) {
         use(static_cast<GstPluginFeature*>(each->data));
     }
@@ -58,7 +61,7 @@ void forEachElement(GstRegistry* registry, Use use) {
 
 // A plugin that is loaded later would bring its removed elements back.
 void loadAllowed(GstRegistry* registry) {
-    forEachElement(registry, [](GstPluginFeature* feature) {
+    forEachOf(GST_TYPE_ELEMENT_FACTORY, registry, [](GstPluginFeature* feature) {
         if (isAllowed(feature)) {
             if (GstPluginFeature* loaded = gst_plugin_feature_load(feature)) {
                 gst_object_unref(loaded);
@@ -68,9 +71,22 @@ void loadAllowed(GstRegistry* registry) {
 }
 
 void removeAllOthers(GstRegistry* registry) {
-    forEachElement(registry, [registry](GstPluginFeature* feature) {
+    forEachOf(GST_TYPE_ELEMENT_FACTORY, registry, [registry](GstPluginFeature* feature) {
         if (!isAllowed(feature)) {
             gst_registry_remove_feature(registry, feature);
+        }
+    });
+}
+
+// Formats are told apart by what is loaded too.
+void removeFormatsOfOthers(GstRegistry* registry) {
+    forEachOf(GST_TYPE_TYPE_FIND_FACTORY, registry, [registry](GstPluginFeature* feature) {
+        GstPlugin* plugin = gst_plugin_feature_get_plugin(feature);
+        if (!plugin || !gst_plugin_is_loaded(plugin)) {
+            gst_registry_remove_feature(registry, feature);
+        }
+        if (plugin) {
+            gst_object_unref(plugin);
         }
     });
 }
@@ -118,8 +134,12 @@ void hearErrorsOfDecodebin() {
 void initOnce() {
     gst_init(nullptr, nullptr);
     GstRegistry* registry = gst_registry_get();
+    if (GstPlugin* formats = gst_plugin_load_by_name(FormatPlugin)) {
+        gst_object_unref(formats);
+    }
     loadAllowed(registry);
     removeAllOthers(registry);
+    removeFormatsOfOthers(registry);
     registerFileElement();
     // Of the elements for photos only this one reads how the camera was held.
     setRank(registry, "jpegparse", GST_RANK_PRIMARY + 1);

@@ -2,7 +2,6 @@
 
 #include "services/disc/Background.h"
 
-#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -13,7 +12,6 @@ namespace zm::disc {
 namespace {
 
 constexpr auto ReadDeadline = std::chrono::seconds(8);
-constexpr size_t BlockBytes = 256 * 1024;
 
 } // namespace
 
@@ -97,34 +95,23 @@ Result<uint64_t> Feed::open() {
     return *m_shared->size;
 }
 
-std::vector<char> Feed::read(uint64_t offset, size_t size) {
-    std::vector<char> bytes;
-    while (bytes.size() < size) {
-        const uint64_t at = offset + bytes.size();
-        const bool held = at >= m_blockStart && at < m_blockStart + m_block.size();
-        if (!held && !fetch(at)) {
-            break;
-        }
-        const auto first = static_cast<std::ptrdiff_t>(at - m_blockStart);
-        const size_t count = std::min(size - bytes.size(), m_block.size() - static_cast<size_t>(first));
-        bytes.insert(bytes.end(), m_block.begin() + first,
-                     m_block.begin() + first + static_cast<std::ptrdiff_t>(count));
-    }
-    return bytes;
-}
-
-bool Feed::fetch(uint64_t offset) {
+std::vector<char> Feed::fetch(uint64_t offset) {
     std::unique_lock lock(m_shared->mutex);
     m_shared->request = offset;
     m_shared->block.reset();
     m_shared->changed.notify_all();
     if (!m_shared->wait(lock, [&] { return m_shared->block.has_value(); })) {
-        return false;
+        return {};
     }
-    m_block = std::move(*m_shared->block);
+    std::vector<char> block = std::move(*m_shared->block);
     m_shared->block.reset();
-    m_blockStart = offset;
-    return !m_block.empty();
+    return block;
+}
+
+bool Feed::isWaiting() const {
+    std::lock_guard lock(m_shared->mutex);
+    const bool over = m_shared->cancelled || !m_shared->failure.empty();
+    return !over && (!m_shared->size || m_shared->request);
 }
 
 void Feed::cancel() {

@@ -67,7 +67,7 @@ std::string errorText(GstMessage* message) {
 } // namespace
 
 FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames,
-                           const Playable& playable, std::shared_ptr<Feed> feed)
+                           const Playable& playable, std::shared_ptr<ByteFeed> feed)
     : m_loop(loop), m_listener(listener), m_frames(frames), m_playable(playable),
       m_source(std::move(feed), playable.kind) {}
 
@@ -75,7 +75,7 @@ FilePipeline::~FilePipeline() {
     m_source.cancel();
     m_bus.reset();
     if (m_player) {
-        gst_element_set_state(m_player.get(), GST_STATE_NULL);
+        endPlayer(m_player.get());
     }
 }
 

@@ -17,7 +17,7 @@ namespace zm::disc {
 class FilePipeline {
 public:
     FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames, const Playable& playable,
-                 std::shared_ptr<Feed> feed);
+                 std::shared_ptr<ByteFeed> feed);
     ~FilePipeline();
     FilePipeline(const FilePipeline&) = delete;
     FilePipeline& operator=(const FilePipeline&) = delete;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/Feed.h"
+#include "services/disc/ByteFeed.h"
 #include "services/disc/FileElement.h"
 #include "services/disc/Media.h"
 #include "services/disc/PhotoHeader.h"
@@ -19,7 +19,7 @@ namespace zm::disc {
  */
 class FileSource : public FileBytes {
 public:
-    FileSource(std::shared_ptr<Feed> feed, MediaKind kind) : m_feed(std::move(feed)), m_kind(kind) {}
+    FileSource(std::shared_ptr<ByteFeed> feed, MediaKind kind) : m_feed(std::move(feed)), m_kind(kind) {}
 
     /** Opens the file; comes before the others. */
     Status open();
@@ -41,7 +41,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    std::shared_ptr<Feed> m_feed;
+    std::shared_ptr<ByteFeed> m_feed;
     MediaKind m_kind;
     uint64_t m_size = 0;
     PhotoHeader m_header;

@@ -5,9 +5,15 @@
 namespace zm::disc {
 
 /**
- * A new element that plays sound: the default device, or, where there is none, a silent one that keeps the
- * time. Which one is found out and logged at the first call. Any thread. The reference is floating.
+ * Opens the default device, which then stays open; where there is none, sound goes to a silent element that
+ * keeps the time. Logs which. Once, before the others.
  */
+void openSound();
+
+/** A new element that plays sound; its reference is floating. One at a time. */
 GstElement* makeSoundSink();
+
+/** Takes the device out of `player`, which is then put to rest, so that it stays open. */
+void endPlayer(GstElement* player);
 
 } // namespace zm::disc

@@ -1,6 +1,6 @@
 #include "base/About.h"
 #include "base/Paths.h"
-#include "services/disc/FileEngine.h"
+#include "services/disc/DecoderEngine.h"
 #include "services/disc/Log.h"
 #include "services/disc/ScreenFrames.h"
 #include "services/disc/Service.h"
@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     const auto term = zm::watchSignal(loop, SIGTERM, [&] { loop.quit(); });
     const auto interrupt = zm::watchSignal(loop, SIGINT, [&] { loop.quit(); });
     const auto makeEngine = [&](zm::EventLoop& home) {
-        return std::make_unique<zm::disc::FileEngine>(
+        return std::make_unique<zm::disc::DecoderEngine>(
             home, std::make_shared<zm::disc::ScreenFrames>(zm::screenSocket(runtime)));
     };
     auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime), disc, makeEngine);

@@ -1,7 +1,7 @@
 #include "tests/disc/DiscUnit.h"
 
 #include "base/Paths.h"
-#include "services/disc/FileEngine.h"
+#include "services/disc/DecoderEngine.h"
 #include "services/disc/PpsInbox.h"
 #include "tests/disc/ClockEngine.h"
 
@@ -86,9 +86,9 @@ int PictureRecorder::frames() const {
     return m_frames;
 }
 
-bool PictureRecorder::cleared() const {
-    std::lock_guard lock(m_mutex);
-    return m_cleared;
+bool PictureRecorder::waitCleared(std::chrono::milliseconds timeout) {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, [&] { return m_cleared; });
 }
 
 Colour PictureRecorder::mean(int x, int y) const {
@@ -149,7 +149,7 @@ disc::EngineMaker engineMaker(std::shared_ptr<disc::FrameSink> frames) {
 #ifdef __SANITIZE_THREAD__
     return [](EventLoop& loop) { return std::make_unique<ClockEngine>(loop); };
 #else
-    return [frames](EventLoop& loop) { return std::make_unique<disc::FileEngine>(loop, frames); };
+    return [frames](EventLoop& loop) { return std::make_unique<disc::DecoderEngine>(loop, frames); };
 #endif
 }
 

@@ -64,7 +64,8 @@ public:
     void clear() override;
 
     int frames() const;
-    bool cleared() const;
+    /** Waits until the picture was taken away. */
+    bool waitCleared(std::chrono::milliseconds timeout = std::chrono::seconds(10));
     /** Mean colour of the part around (x, y) of the last picture. */
     Colour at(int x, int y) const;
     /** Waits until the part around (x, y) has that colour, more or less. */

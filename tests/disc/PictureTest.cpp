@@ -131,7 +131,7 @@ TEST_F(Pictures, ChoosingAVideoSwitchesTheKind) {
     m_unit.next("mediatype", "2");
     m_unit.next("videomode", "2");
     m_unit.nextState(PlayState::Playing);
-    EXPECT_TRUE(m_unit.pictures().cleared()) << "music leaves no picture standing";
+    EXPECT_TRUE(m_unit.pictures().waitCleared()) << "music leaves no picture standing";
 }
 
 TEST_F(Pictures, TheEndOfTheLastVideoLeadsBackToTheListWithRepeatOff) {
@@ -161,5 +161,5 @@ TEST_F(Pictures, EjectTakesThePictureAway) {
     m_unit.command(13);
     m_unit.nextState(PlayState::Ejecting);
     m_unit.next("disc", "0");
-    EXPECT_TRUE(m_unit.pictures().cleared());
+    EXPECT_TRUE(m_unit.pictures().waitCleared());
 }

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "services/disc/FrameSink.h"
+#include "services/disc/SharedPictures.h"
+
+#include <array>
+#include <cstdint>
+#include <mutex>
+
+namespace zm::decoder {
+
+/** Sends pictures to the disc service through the memory that both share. */
+class FrameSender : public disc::FrameSink {
+public:
+    FrameSender();
+    /** What the pictures belong to from now on. */
+    void begin(uint64_t item);
+    void show(const uint8_t* pixels, int stride) override;
+    /** The disc service knows by itself when there is nothing to be seen. */
+    void clear() override {}
+
+private:
+    bool takeBack();
+
+    std::mutex m_mutex;
+    disc::SharedPictures m_pictures;
+    std::array<bool, 3> m_away{}; ///< places that the service has not given back
+    uint64_t m_item = 0;
+};
+
+} // namespace zm::decoder

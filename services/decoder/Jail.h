@@ -1,0 +1,13 @@
+#pragma once
+
+#include "base/Result.h"
+
+namespace zm::decoder {
+
+/**
+ * Limits this process for the rest of its life to what decoding needs: memory, no new sockets, no files but
+ * the fonts that subtitles are drawn with (opened here), no programs. After everything else is set up.
+ */
+Status lockIn();
+
+} // namespace zm::decoder

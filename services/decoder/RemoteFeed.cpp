@@ -1,0 +1,51 @@
+#include "services/decoder/RemoteFeed.h"
+
+#include "services/disc/DecoderWire.h"
+
+#include <cstring>
+
+namespace zm::decoder {
+
+using namespace disc;
+
+Result<std::string> RemoteFeed::answer(char expected) {
+    auto message = m_service.receive();
+    std::string failure = message ? "no sense in the answer" : message.error();
+    if (message && !message->text.empty() && message->text[0] == expected) {
+        return message->text.substr(1);
+    }
+    if (message && !message->text.empty() && message->text[0] == wire::ErrorAnswer) {
+        failure = message->text.substr(1);
+    }
+    std::lock_guard lock(m_mutex);
+    m_failure = m_failure.empty() ? failure : m_failure;
+    return Error{m_failure};
+}
+
+Result<uint64_t> RemoteFeed::open() {
+    const auto text = answer(wire::SizeAnswer);
+    if (!text) {
+        return Error{text.error()};
+    }
+    uint64_t size = 0;
+    std::memcpy(&size, text->data(), std::min(sizeof size, text->size()));
+    return size;
+}
+
+std::vector<char> RemoteFeed::fetch(uint64_t offset) {
+    const wire::BlockRequest request{offset};
+    m_service.send({reinterpret_cast<const char*>(&request), sizeof request});
+    const auto text = answer(wire::BlockAnswer);
+    return text ? std::vector<char>(text->begin(), text->end()) : std::vector<char>();
+}
+
+void RemoteFeed::cancel() {
+    m_service.shutdown();
+}
+
+std::string RemoteFeed::failure() const {
+    std::lock_guard lock(m_mutex);
+    return m_failure;
+}
+
+} // namespace zm::decoder

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "services/disc/DecoderWire.h"
+#include "services/disc/Engine.h"
+
+#include <cstdint>
+
+namespace zm::decoder {
+
+/** Sends a message to the disc service. Any thread. */
+void say(const disc::wire::Json& message);
+
+/** Tells the disc service what becomes of one item. */
+class Reporter : public disc::EngineListener {
+public:
+    explicit Reporter(uint64_t item) : m_item(item) {}
+    void engineStreams(const disc::Streams& streams) override;
+    void engineStarted(disc::Milliseconds length) override;
+    void engineMoved(disc::Milliseconds position, disc::Milliseconds length) override;
+    void engineEnded() override;
+    void engineScanned(disc::ScanEdge edge) override;
+    void engineFailed(const std::string& reason) override;
+
+private:
+    uint64_t m_item;
+};
+
+} // namespace zm::decoder

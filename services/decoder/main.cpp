@@ -1,0 +1,123 @@
+// The decoder's process: plays what the disc service gives it, one item at a time.
+#include "base/Socket.h"
+#include "services/decoder/FrameSender.h"
+#include "services/decoder/Jail.h"
+#include "services/decoder/RemoteFeed.h"
+#include "services/decoder/Reporter.h"
+#include "services/disc/Decoders.h"
+#include "services/disc/FilePipeline.h"
+#include "services/disc/SoundOut.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+
+namespace zm::decoder {
+
+namespace {
+
+using namespace disc;
+using wire::Json;
+using wire::numberOf;
+
+class Decoder {
+public:
+    explicit Decoder(EventLoop& loop) : m_loop(loop) {}
+
+    void handle(Message& message) {
+        const Json json = wire::objectOf(message.text);
+        const std::string what = wire::stringOf(json, "do");
+        if (what == "answer") {
+            say({{"is", "answer"}});
+        } else if (what == "start" && message.fds.size() == 1) {
+            start(json, std::move(message.fds[0]));
+        } else if (what == "stop") {
+            m_pipeline.reset();
+        } else if (m_pipeline) {
+            change(what, json);
+        }
+    }
+
+private:
+    void start(const Json& json, UniqueFd bytes) {
+        m_pipeline.reset();
+        const auto item = static_cast<uint64_t>(numberOf(json, "item"));
+        m_frames.begin(item);
+        m_reporter.emplace(item);
+        Playable playable;
+        playable.path = wire::stringOf(json, "path");
+        playable.kind = static_cast<MediaKind>(numberOf(json, "kind"));
+        playable.length = Milliseconds(numberOf(json, "length"));
+        m_pipeline.emplace(m_loop, *m_reporter, m_frames, playable,
+                           std::make_shared<RemoteFeed>(std::move(bytes)));
+        m_pipeline->start(Milliseconds(numberOf(json, "position")),
+                          json.value("paused", false) ? StartMode::Paused : StartMode::Playing);
+    }
+
+    void change(const std::string& what, const Json& json) {
+        if (what == "pause") {
+            m_pipeline->pause();
+        } else if (what == "resume") {
+            m_pipeline->resume();
+        } else if (what == "seek") {
+            m_pipeline->seek(Milliseconds(numberOf(json, "position")));
+        } else if (what == "scan") {
+            m_pipeline->scan(static_cast<int>(numberOf(json, "speed")));
+        } else if (what == "view") {
+            PictureView view;
+            view.zoomStep = static_cast<size_t>(numberOf(json, "zoom"));
+            view.quarterTurns = static_cast<int>(numberOf(json, "turns"));
+            m_pipeline->view(view);
+        } else if (what == "choose") {
+            m_pipeline->choose(
+                {static_cast<int>(numberOf(json, "audio")), static_cast<int>(numberOf(json, "subtitle"))});
+        }
+    }
+
+    EventLoop& m_loop;
+    FrameSender m_frames;
+    std::optional<Reporter> m_reporter;
+    std::optional<FilePipeline> m_pipeline;
+};
+
+bool startedByTheService() {
+    struct stat info {};
+    return ::fstat(disc::wire::ControlFd, &info) == 0 && S_ISSOCK(info.st_mode);
+}
+
+[[noreturn]] void run() {
+    // Never without the one that watches over it.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    EventLoop loop;
+    disc::initDecoders();
+    disc::openSound();
+    Connection service(loop, UniqueFd(::fcntl(disc::wire::ControlFd, F_DUPFD_CLOEXEC, 0)));
+    service.onClosed = [] { std::_Exit(0); };
+    Decoder decoder(loop);
+    service.onMessage = [&decoder](Message message) { decoder.handle(message); };
+    if (const auto locked = lockIn(); !locked) {
+        say({{"is", "log"}, {"severity", 2}, {"text", "the decoder is not locked in: " + locked.error()}});
+        std::_Exit(1);
+    }
+    say({{"is", "ready"}});
+    loop.run();
+    std::_Exit(0);
+}
+
+} // namespace
+
+} // namespace zm::decoder
+
+int main() {
+    if (!zm::decoder::startedByTheService()) {
+        std::fputs("zmdecode: started by zmdiscd only\n", stderr);
+        return 2;
+    }
+    zm::decoder::run();
+}

@@ -38,6 +38,19 @@ const groups = [
 const shown = {ArrowLeft: '←', ArrowUp: '↑', ArrowDown: '↓', ArrowRight: '→', Escape: 'Esc', PageUp: 'PgUp', PageDown: 'PgDn', Enter: '⏎'};
 const byKey = new Map();
 
+// Of the keys with a shortcut, those that what has the focus needs itself: all where text is entered.
+const ownKeys = [
+  ['input:not([type=checkbox]), select, textarea'],
+  ['[role=tab]', 'Enter', 'ArrowLeft', 'ArrowRight'],
+  ['button, summary, td', 'Enter'],
+  ['.lines', 'ArrowLeft', 'ArrowRight', 'ArrowUp', 'ArrowDown', 'PageUp', 'PageDown'],
+];
+
+function needsItself(target, key) {
+  const [, ...keys] = ownKeys.find(([selector]) => target.matches(selector)) ?? ['', ''];
+  return keys.length === 0 || keys.includes(key);
+}
+
 export function makeKeys() {
   const box = document.getElementById('keys');
   for (const [name, keys] of groups) {
@@ -60,12 +73,11 @@ export function makeKeys() {
     }
     box.append(group);
   }
-  // The shortcuts work unless the focus is on something that needs the key itself: a button takes Enter only.
   addEventListener('keydown', (event) => {
-    const needed = event.target.closest('input, select, textarea, summary, td, [role=tab], .lines') ||
-      (event.target.closest('button') && event.key === 'Enter') || document.body.classList.contains('offline');
-    if (needed || event.ctrlKey || event.altKey || event.metaKey || !byKey.has(event.key)) return;
+    const key = event.key.length === 1 ? event.key.toLowerCase() : event.key; // Caps Lock makes no difference
+    const free = !needsItself(event.target, key) && !document.body.classList.contains('offline');
+    if (!free || event.ctrlKey || event.altKey || event.metaKey || !byKey.has(key)) return;
     event.preventDefault();
-    act('key', byKey.get(event.key));
+    act('key', byKey.get(key));
   });
 }

@@ -58,7 +58,7 @@ setInterval(() => { document.getElementById('rate').textContent = `${takeFrames(
 
 const handlers = {
   reset() { clearPps(); clearLog(); },
-  pps: (message) => showPps(message.object, message.text, message.changed),
+  pps: (message) => showPps(message.object, message.text, message.changed, message.time),
   log: (message) => showLog(message.entries),
   request: (message) => showRequest(message.request),
   state(message) {

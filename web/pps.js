@@ -28,6 +28,10 @@ function applyFilter() {
       row.node.hidden = !match;
       any ||= match;
     }
+    for (const row of object.body.querySelectorAll('.malformed:not(.attribute)')) {
+      row.hidden = !`${name} ${row.textContent}`.toLowerCase().includes(filter);
+      any ||= !row.hidden;
+    }
     object.node.hidden = filter !== '' && !any;
   }
 }
@@ -72,7 +76,7 @@ function remember(history, time, line) {
 
 /** A line that is no attribute is shown as it came: somebody wrote it. */
 function showMalformed(object, line, changed) {
-  if ([...object.body.querySelectorAll('.malformed td')].some((other) => other.textContent === line)) return;
+  if ([...object.body.querySelectorAll('.malformed:not(.attribute) td')].some((other) => other.textContent === line)) return;
   const text = element('td', {colSpan: 2}, line);
   object.body.append(element('tr', {className: changed ? 'malformed changed' : 'malformed'}, element('th', {}, 'malformed'), text));
 }
@@ -81,7 +85,7 @@ function setAttribute(name, object, attribute, encoding, value, changed) {
   let row = object.rows.get(attribute);
   if (!row) {
     const text = element('td', {className: 'value', tabIndex: 0, title: 'Enter or double click to edit'});
-    row = {node: element('tr', {}, element('th', {}, attribute), element('td', {className: 'dim'}), text), text};
+    row = {node: element('tr', {className: 'attribute'}, element('th', {}, attribute), element('td', {className: 'dim'}), text), text};
     text.addEventListener('dblclick', () => edit(name, attribute, row));
     text.addEventListener('keydown', (event) => { if (event.key === 'Enter' && !row.editing) { event.preventDefault(); edit(name, attribute, row); } });
     object.rows.set(attribute, row);
@@ -90,6 +94,7 @@ function setAttribute(name, object, attribute, encoding, value, changed) {
   row.encoding = encoding;
   row.value = value;
   row.node.children[1].textContent = encoding;
+  row.node.classList.toggle('malformed', encoding === 'json' && !isJson(value));
   if (!row.editing) row.text.textContent = value;
   if (changed) {
     row.node.classList.remove('changed');
@@ -98,7 +103,17 @@ function setAttribute(name, object, attribute, encoding, value, changed) {
   }
 }
 
+function isJson(text) {
+  try {
+    JSON.parse(text);
+    return true;
+  } catch {
+    return false;
+  }
+}
+
 function edit(name, attribute, row) {
+  if (document.body.classList.contains('offline')) return;
   row.editing = true;
   const input = element('input', {type: 'text', value: row.value, spellcheck: false});
   const end = () => { row.editing = false; row.text.textContent = row.value; };
@@ -115,8 +130,8 @@ function edit(name, attribute, row) {
   input.focus();
 }
 
-/** Takes PPS text: lines "name:encoding:value" and "-name", notices at their start. */
-export function showPps(name, text, changed) {
+/** Takes PPS text: lines "name:encoding:value" and "-name", notices at their start. `time`: when it changed, in ms. */
+export function showPps(name, text, changed, time = Date.now()) {
   const object = objectFor(name);
   for (const line of text.split('\n')) {
     if (line === '' || line.startsWith('@')) continue;
@@ -139,8 +154,8 @@ export function showPps(name, text, changed) {
     setAttribute(name, object, plain.slice(0, first), plain.slice(first + 1, second), plain.slice(second + 1), changed);
   }
   if (changed) {
-    const time = new Date().toLocaleTimeString('en-GB', {hour12: false, hour: '2-digit', minute: '2-digit', second: '2-digit', fractionalSecondDigits: 3});
-    for (const line of text.split('\n')) if (line && !/^[-#+*|]?@/.test(line)) remember(object.history, time, line);
+    const clock = new Date(time).toLocaleTimeString('en-GB', {hour12: false, hour: '2-digit', minute: '2-digit', second: '2-digit', fractionalSecondDigits: 3});
+    for (const line of text.split('\n')) if (line && !/^[-#+*|]?@/.test(line)) remember(object.history, clock, line);
   }
   if (filter) applyFilter();
 }

@@ -69,7 +69,13 @@ void WebState::sendAll(Page& page) {
 }
 
 void WebState::ppsChanged(const std::string& object, const std::string& text) {
-    push({{"t", "pps"}, {"object", object}, {"text", text}, {"changed", true}});
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    push({{"t", "pps"},
+          {"object", object},
+          {"text", text},
+          {"changed", true},
+          // Pages get it later: changes are collected.
+          {"time", std::chrono::duration_cast<std::chrono::milliseconds>(now).count()}});
 }
 
 void WebState::requested(const nlohmann::json& request) {

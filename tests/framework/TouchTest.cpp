@@ -154,9 +154,12 @@ TEST_F(TouchTest, TheHeadUnitHearsWhatTheFingerWasLiftedFrom) {
 
 TEST_F(TouchTest, APageThatWentWhileTheFingerLayOnItWasNotMeant) {
     step("press", 150, 160);
-    app.main.onHandler = [this](const std::string&) { app.main.ShowWnd(1, true, 0); };
+    app.main.onHandler = [this](const std::string&) {
+        auto& view = app.main;    // this function ends with the assignment
+        view.onHandler = nullptr; // showing a page is a handler's work, too
+        view.ShowWnd(1, true, 0);
+    };
     headUnit.askData({{"t", "key"}, {"code", 20}});
-    app.main.onHandler = nullptr;
     EXPECT_EQ(headUnit.askData({{"t", "release"}, {"x", 150}, {"y", 160}}), json::object());
 }
 

@@ -70,14 +70,17 @@ TEST_F(MainState, FirstReportOfADiscIsLoggedBeforeTheSourceIsRequested) {
     EXPECT_THAT(logged(again, lines), ElementsAre(lines[0], lines[1]));
 }
 
-TEST(MainStateWithoutCatalogue, FirstReportOfADiscTriesToOpenItAgain) {
+TEST(MainStateWithoutCatalogue, FirstReportOfADiscAndEachInsertionTryToOpenItAgain) {
     Unit unit;
     const auto failed = unit.log("QDB Error: ").size();
     EXPECT_EQ(failed, 1u) << "at start";
     unit.disc.presence(1);
     EXPECT_EQ(unit.log("QDB Error: ").size(), failed + 1);
     unit.disc.presence(1);
-    EXPECT_EQ(unit.log("QDB Error: ").size(), failed + 1);
+    EXPECT_EQ(unit.log("QDB Error: ").size(), failed + 1) << "the same disc, reported once more";
+    unit.disc.presence(0);
+    unit.disc.presence(1);
+    EXPECT_EQ(unit.log("QDB Error: ").size(), failed + 2);
 }
 
 TEST_F(MainState, RemovedDiscLeavesThePlayPageToTheDiscState) {

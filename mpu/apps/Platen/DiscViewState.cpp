@@ -86,13 +86,14 @@ void DiscView::OnUserMsgDeviceState() {
         if (!m_bSourceRequested) {
             m_discDb.InitDataBase();
             RequestDiscSource(__FUNCTION__);
-        } else if (!m_discDb.IsOpen()) {
+        } else if (m_bDiscWasOut && !m_discDb.IsOpen()) {
             // A catalogue that was not there with the first disc may have come with this one.
             m_discDb.InitDataBase();
         }
     } else if (m_uiCurState == VIEW_STATE_LOADING) {
         ShowMessage(Message::NoDisc);
     }
+    m_bDiscWasOut = !bExisting;
 }
 
 void DiscView::OnCaptureStateChanged() {

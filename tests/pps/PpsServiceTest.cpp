@@ -110,7 +110,6 @@ TEST_F(PpsTest, AMalformedLineIsNamedAndNothingChanges) {
         {"+@a\nx::2\n", "line 1 \"+@a\""},
         {"x::2\n-bad name\n", "line 2 \"-bad name\""},
         {"[q]x::2\n", "line 1 \"[q]x::2\""},
-        {"[i]x::2,\n", "item sets"},
         {"[n x::2\n", "line 1"},
     };
     for (const auto& row : Rows) {

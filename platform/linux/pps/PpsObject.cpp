@@ -1,5 +1,6 @@
 #include "platform/linux/pps/PpsObject.h"
 
+#include "platform/linux/pps/PpsItems.h"
 #include "platform/linux/pps/PpsLine.h"
 #include "platform/linux/pps/PpsPath.h"
 #include "sys/pps.h"
@@ -20,13 +21,13 @@ Error lineError(size_t number, std::string_view line, const char* what) {
 
 // Why a well-formed line may not be written; null if it may.
 const char* refusal(const PpsLine& line) {
-    if (line.optionMask & PPS_ITEM) {
-        return "item sets are not supported";
-    }
+    const bool items = line.optionMask & PPS_ITEM;
     switch (line.kind) {
     case PpsLineKind::Object:
+        return items ? "an object is not a set of items" : nullptr;
     case PpsLineKind::Attribute:
-        return nullptr;
+        return items && !areItems(line.value) ? "each item of a set ends with a comma, and none is empty"
+                                              : nullptr;
     case PpsLineKind::AttributeDeleted:
         return line.optionMask ? "a deletion has no qualifier" : nullptr;
     default:
@@ -59,9 +60,22 @@ std::string PpsObject::text() const {
     result.reserve(size());
     result.append(m_qualifier).append("@").append(m_leaf).append("\n");
     for (const auto& attribute : m_attributes) {
-        result.append(attribute.nonpersistent ? Nonpersistent : "").append(attribute.line);
+        result += attribute.line();
     }
     return result;
+}
+
+std::string PpsObject::Attribute::line() const {
+    std::string line;
+    line.reserve(Nonpersistent.size() + name.size() + encoding.size() + value.size() + 3);
+    line.append(nonpersistent ? Nonpersistent : "")
+        .append(name)
+        .append(":")
+        .append(encoding)
+        .append(":")
+        .append(value)
+        .append("\n");
+    return line;
 }
 
 Result<std::string> PpsObject::merge(std::string_view text) {
@@ -107,26 +121,36 @@ void PpsObject::set(const PpsLine& line, std::string& change) {
         erase(line.name, change);
         return;
     }
-    auto found = m_index.find(line.name);
-    if (found == m_index.end()) {
-        m_attributes.push_back({std::string(line.name), "", false});
-        found = m_index.emplace(line.name, std::prev(m_attributes.end())).first;
+    const bool items = line.optionMask & PPS_ITEM;
+    if (items && !(line.options & PPS_ITEM) && !m_index.contains(line.name)) {
+        return;
     }
-    Attribute& attribute = *found->second;
-    m_size -= attribute.line.empty()
-                  ? 0
-                  : attribute.line.size() + (attribute.nonpersistent ? Nonpersistent.size() : 0);
-    attribute.line.assign(line.name)
-        .append(":")
-        .append(line.encoding)
-        .append(":")
-        .append(line.value)
-        .append("\n");
+    Attribute& written = attribute(line.name);
+    m_size -= written.line().size();
+    if (!items) {
+        written.value = line.value;
+    } else if (line.options & PPS_ITEM) {
+        written.value = itemsWith(written.value, line.value);
+    } else {
+        written.value = itemsWithout(written.value, line.value);
+    }
+    written.encoding = line.encoding;
     if (line.optionMask & PPS_NOPERSIST) {
-        attribute.nonpersistent = line.options & PPS_NOPERSIST;
+        written.nonpersistent = line.options & PPS_NOPERSIST;
     }
-    m_size += attribute.line.size() + (attribute.nonpersistent ? Nonpersistent.size() : 0);
-    change.append(attribute.nonpersistent ? Nonpersistent : "").append(attribute.line);
+    const std::string text = written.line();
+    m_size += text.size();
+    change += text;
+}
+
+PpsObject::Attribute& PpsObject::attribute(std::string_view name) {
+    auto found = m_index.find(name);
+    if (found == m_index.end()) {
+        m_attributes.push_back({std::string(name), "", "", false});
+        found = m_index.emplace(name, std::prev(m_attributes.end())).first;
+        m_size += m_attributes.back().line().size();
+    }
+    return *found->second;
 }
 
 void PpsObject::erase(std::string_view name, std::string& change) {
@@ -134,7 +158,7 @@ void PpsObject::erase(std::string_view name, std::string& change) {
     if (found == m_index.end()) {
         return;
     }
-    m_size -= found->second->line.size() + (found->second->nonpersistent ? Nonpersistent.size() : 0);
+    m_size -= found->second->line().size();
     m_attributes.erase(found->second);
     m_index.erase(found);
     change.append("-").append(name).append("\n");

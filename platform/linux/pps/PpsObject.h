@@ -23,7 +23,8 @@ public:
     /**
      * Merges `text` into the object, all lines or none, and returns what readers of changes are told: "@name"
      * and a line for each change, empty when nothing was said. The object line is optional, and its name does
-     * not matter. The error names the first faulty line, or the limit of 32 KB.
+     * not matter. "[i]a::x," adds items to a set, "[-i]a::x," takes them out; readers are told the whole set. The
+     * error names the first faulty line, or the limit of 32 KB.
      */
     Result<std::string> merge(std::string_view text);
     /** Deletes all attributes. */
@@ -32,13 +33,18 @@ public:
 private:
     struct Attribute {
         std::string name;
-        std::string line; ///< with line feed, without qualifier
+        std::string encoding;
+        std::string value;
         bool nonpersistent = false;
+
+        /** With qualifier and line feed. */
+        std::string line() const;
     };
     using Attributes = std::list<Attribute>;
 
     void set(const struct PpsLine& line, std::string& change);
     void erase(std::string_view name, std::string& change);
+    Attribute& attribute(std::string_view name);
 
     std::string m_leaf;
     std::string m_qualifier;

@@ -3,28 +3,45 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <charconv>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 namespace zm {
 
 namespace {
 
-std::string environment(const char* name) {
+// Null if it is not set or empty.
+const char* environment(const char* name) {
     const char* value = std::getenv(name);
-    return value ? value : "";
+    return value && *value ? value : nullptr;
+}
+
+// The runtime folder's name in two parts, made without taking memory.
+struct FolderName {
+    const char* begin = "/tmp/zmbench-";
+    char end[16] = "/zmbench";
+};
+
+FolderName folderName() {
+    FolderName name;
+    if (const char* own = environment("ZM_RUNTIME")) {
+        name.begin = own;
+        name.end[0] = '\0';
+    } else if (const char* users = environment("XDG_RUNTIME_DIR")) {
+        name.begin = users;
+    } else {
+        *std::to_chars(std::begin(name.end), std::end(name.end) - 1, getuid()).ptr = '\0';
+    }
+    return name;
 }
 
 } // namespace
 
 std::string runtimeDir() {
-    if (auto dir = environment("ZM_RUNTIME"); !dir.empty()) {
-        return dir;
-    }
-    if (auto dir = environment("XDG_RUNTIME_DIR"); !dir.empty()) {
-        return dir + "/zmbench";
-    }
-    return "/tmp/zmbench-" + std::to_string(getuid());
+    const FolderName name = folderName();
+    return std::string(name.begin) + name.end;
 }
 
 Status makeRuntimeDir(const std::string& dir) {
@@ -61,10 +78,23 @@ std::string ctlSocket(const std::string& dir) {
 std::string logFile(const std::string& dir) {
     return dir + "/slog";
 }
+bool logFile(char* path, size_t size) {
+    const FolderName name = folderName();
+    for (const char* part : {name.begin, static_cast<const char*>(name.end), "/slog"}) {
+        const size_t length = std::strlen(part);
+        if (length >= size) {
+            return false;
+        }
+        std::memcpy(path, part, length + 1);
+        path += length;
+        size -= length;
+    }
+    return true;
+}
 
 std::string catalogueFile(const std::string& dir) {
-    auto file = environment("ZM_CATALOGUE");
-    return file.empty() ? dir + "/discdb.sqlite" : file;
+    const char* file = environment("ZM_CATALOGUE");
+    return file ? file : dir + "/discdb.sqlite";
 }
 
 } // namespace zm

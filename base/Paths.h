@@ -2,6 +2,7 @@
 
 #include "base/Result.h"
 
+#include <cstddef>
 #include <string>
 
 namespace zm {
@@ -22,6 +23,11 @@ std::string screenSocket(const std::string& dir);
 std::string shellSocket(const std::string& dir);
 std::string ctlSocket(const std::string& dir);
 std::string logFile(const std::string& dir);
+/**
+ * Writes where this process's log lies to `path`, ended with a NUL; false if `size` bytes do not hold it. Unlike
+ * the others it may be called in a signal handler.
+ */
+bool logFile(char* path, size_t size);
 
 /** The catalogue database: environment variable "ZM_CATALOGUE", else "DIR/discdb.sqlite". */
 std::string catalogueFile(const std::string& dir);

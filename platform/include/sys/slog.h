@@ -1,6 +1,6 @@
 #pragma once
 
-/* The system log. Thread-safe. */
+/* The system log. Any thread, and any signal handler. */
 
 #include "sys/slogcodes.h"
 
@@ -22,7 +22,7 @@ enum {
 };
 
 /* Writes one message; a line feed is added only if the text lacks one. Returns the text's length, or -1 with
- * errno. */
+ * errno. In a signal handler the format has no conversions of floating-point numbers, wide texts or "%m". */
 int slogf(int opcode, int severity, const char* fmt, ...) __attribute__((format(printf, 3, 4)));
 int vslogf(int opcode, int severity, const char* fmt, va_list args) __attribute__((format(printf, 3, 0)));
 

@@ -12,7 +12,7 @@ namespace zm {
 
 /** One message of the system log. */
 struct LogEntry {
-    std::string time;    ///< local time, "2015-09-09T10:08:13.042"
+    std::string time;    ///< local time, "2015-09-09T10:08:13.042"; the file has universal time with a "Z"
     std::string process; ///< name of the program
     int pid = 0;
     int severity = 0; ///< 0 shutdown ... 2 error ... 5 info, 6 debug
@@ -22,28 +22,37 @@ struct LogEntry {
 /**
  * Appends messages to a log file that several processes share. A file that has reached the size limit becomes
  * "PATH.old" (the older one is dropped) and a new one is begun. The file is made on the first message, its
- * folder never. Any thread.
+ * folder never. Any thread, and any signal handler: nothing takes memory, asks for the locale or waits for what
+ * the interrupted thread may hold.
  */
 class LogWriter {
 public:
     static constexpr size_t SIZE_LIMIT = 8 * 1024 * 1024;
+    static constexpr size_t PATH_LIMIT = 512;
 
-    explicit LogWriter(std::string path, size_t sizeLimit = SIZE_LIMIT);
+    constexpr LogWriter() = default;
+    explicit LogWriter(std::string_view path, size_t sizeLimit = SIZE_LIMIT);
+    ~LogWriter();
+    LogWriter(const LogWriter&) = delete;
+    LogWriter& operator=(const LogWriter&) = delete;
 
-    const std::string& path() const { return m_path; }
+    /** Goes on with another file; false with errno if the path is too long. */
+    bool follow(std::string_view path);
     /** Writes one line with one write; false with errno (ENOENT: no such folder). */
     bool write(unsigned code, int severity, std::string_view text);
 
 private:
     enum class FileState { current, full, gone };
 
+    bool append(std::string_view line);
     bool openCurrent();
     FileState state() const;
 
-    const std::string m_path;
-    const size_t m_sizeLimit;
+    char m_path[PATH_LIMIT] = "";
+    char m_oldPath[PATH_LIMIT] = "";
+    size_t m_sizeLimit = SIZE_LIMIT;
     std::mutex m_mutex;
-    UniqueFd m_fd;
+    int m_fd = -1;
 };
 
 /** Reads a log file from another process or thread, across its rotation. One thread at a time. */

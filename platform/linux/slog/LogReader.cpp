@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <charconv>
+#include <ctime>
 #include <iterator>
 #include <optional>
 
@@ -37,9 +38,24 @@ std::optional<int> toNumber(std::string_view word) {
     return error == std::errc{} && end == word.data() + word.size() ? std::optional(value) : std::nullopt;
 }
 
+/** Of a moment in universal time, which ends with "Z"; another text stays as it is. */
+std::string localTime(std::string_view word) {
+    std::string text(word);
+    tm moment{};
+    const char* rest = text.ends_with('Z') ? strptime(text.c_str(), "%Y-%m-%dT%H:%M:%S", &moment) : nullptr;
+    if (!rest) {
+        return text;
+    }
+    const time_t seconds = timegm(&moment);
+    localtime_r(&seconds, &moment);
+    char begin[32];
+    const size_t length = strftime(begin, sizeof begin, "%Y-%m-%dT%H:%M:%S", &moment);
+    return std::string(begin, length) + std::string(rest, text.c_str() + text.size() - 1);
+}
+
 std::optional<LogEntry> parse(std::string_view line) {
     LogEntry entry;
-    entry.time = takeWord(line);
+    entry.time = localTime(takeWord(line));
     entry.process = takeWord(line);
     auto pid = toNumber(takeWord(line));
     auto severity = toNumber(takeWord(line));

@@ -1,3 +1,4 @@
+#include "platform/linux/slog/LogBuffer.h"
 #include "platform/linux/slog/LogFile.h"
 
 #include <fcntl.h>
@@ -5,13 +6,38 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <csignal>
 #include <cstdio>
-#include <ctime>
+#include <cstring>
 
 namespace zm {
 
 namespace {
+
+constexpr std::string_view OldEnding = ".old";
+constexpr size_t LongestName = 64;
+// Of all but name and text.
+constexpr size_t LongestHead = 96;
+
+/** Keeps this thread's handlers, which may log too, away while it holds what they would wait for. */
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &m_before);
+    }
+    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+private:
+    sigset_t m_before;
+};
 
 /**
  * Holds a lock of an open file: shared while a line is written, exclusive while the file is renamed, so that
@@ -31,83 +57,160 @@ private:
     int m_fd;
 };
 
-std::string timeText() {
+/** Puts a line together in memory that is large enough. */
+class LineText {
+public:
+    explicit LineText(char* begin) : m_begin(begin), m_end(begin) {}
+
+    LineText& operator<<(char c) {
+        *m_end++ = c;
+        return *this;
+    }
+    LineText& operator<<(std::string_view text) {
+        m_end = std::copy(text.begin(), text.end(), m_end);
+        return *this;
+    }
+    LineText& number(long long value, int digits = 1, int base = 10) {
+        char text[24];
+        const char* end = std::to_chars(std::begin(text), std::end(text), value, base).ptr;
+        for (auto missing = digits - (end - text); missing > 0; --missing) {
+            *this << '0';
+        }
+        return *this << std::string_view(text, end);
+    }
+    std::string_view view() const { return {m_begin, m_end}; }
+
+private:
+    char* m_begin;
+    char* m_end;
+};
+
+// Universal time: what the local one is, the C library says only under a lock.
+void addTime(LineText& line) {
+    using namespace std::chrono;
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    tm local{};
-    localtime_r(&now.tv_sec, &local);
-    char text[64];
-    size_t length = strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local);
-    std::snprintf(text + length, sizeof text - length, ".%03ld", now.tv_nsec / 1'000'000);
-    return text;
+    const sys_seconds moment{seconds(now.tv_sec)};
+    const auto day = floor<days>(moment);
+    const year_month_day date{day};
+    const hh_mm_ss time{moment - day};
+    line.number(static_cast<int>(date.year()), 4) << '-';
+    line.number(static_cast<unsigned>(date.month()), 2) << '-';
+    line.number(static_cast<unsigned>(date.day()), 2) << 'T';
+    line.number(time.hours().count(), 2) << ':';
+    line.number(time.minutes().count(), 2) << ':';
+    line.number(time.seconds().count(), 2) << '.';
+    line.number(now.tv_nsec / 1'000'000, 3) << 'Z';
 }
 
-/** Name of the program as one word. */
-std::string processName() {
-    std::string name = program_invocation_short_name;
-    for (char& c : name) {
-        c = c == ' ' || c == '\n' ? '_' : c;
+// The program's name as one word.
+void addProcess(LineText& line) {
+    const std::string_view name = std::string_view(program_invocation_short_name).substr(0, LongestName);
+    for (char c : name) {
+        line << (c == ' ' || c == '\n' ? '_' : c);
     }
-    return name.empty() ? "-" : name;
+    if (name.empty()) {
+        line << '-';
+    }
 }
 
-std::string makeLine(unsigned code, int severity, std::string_view text) {
-    static const std::string process = processName();
-    char head[64];
-    std::snprintf(head, sizeof head, " %d %d 0x%08x ", static_cast<int>(getpid()), severity, code);
-    std::string line = timeText() + ' ' + process + head;
+void addText(LineText& line, std::string_view text) {
     if (text.ends_with('\n')) {
         text.remove_suffix(1);
     }
     for (char c : text) {
         if (c == '\n') {
-            line += "\\n";
+            line << "\\n";
         } else if (c != '\0') {
-            line += c;
+            line << c;
         }
     }
-    line += '\n';
-    return line;
 }
 
 } // namespace
 
-LogWriter::LogWriter(std::string path, size_t sizeLimit) : m_path(std::move(path)), m_sizeLimit(sizeLimit) {}
+LogWriter::LogWriter(std::string_view path, size_t sizeLimit) : m_sizeLimit(sizeLimit) {
+    follow(path);
+}
+
+LogWriter::~LogWriter() {
+    if (m_fd >= 0) {
+        ::close(m_fd);
+    }
+}
+
+bool LogWriter::follow(std::string_view path) {
+    const SignalsBlocked blocked;
+    std::lock_guard guard(m_mutex);
+    if (path == m_path) {
+        return true;
+    }
+    if (path.size() + OldEnding.size() >= PATH_LIMIT) {
+        errno = ENAMETOOLONG;
+        return false;
+    }
+    (LineText(m_path) << path) << '\0';
+    (LineText(m_oldPath) << path << OldEnding) << '\0';
+    if (m_fd >= 0) {
+        ::close(m_fd);
+        m_fd = -1;
+    }
+    return true;
+}
 
 bool LogWriter::openCurrent() {
-    m_fd.reset(::open(m_path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-    return m_fd.valid();
+    if (m_fd >= 0) {
+        ::close(m_fd);
+    }
+    m_fd = ::open(m_path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    return m_fd >= 0;
 }
 
 LogWriter::FileState LogWriter::state() const {
     struct stat opened {};
     struct stat named {};
-    if (fstat(m_fd.get(), &opened) != 0 || stat(m_path.c_str(), &named) != 0 ||
-        opened.st_ino != named.st_ino || opened.st_dev != named.st_dev) {
+    if (fstat(m_fd, &opened) != 0 || stat(m_path, &named) != 0 || opened.st_ino != named.st_ino ||
+        opened.st_dev != named.st_dev) {
         return FileState::gone;
     }
     return static_cast<size_t>(opened.st_size) >= m_sizeLimit ? FileState::full : FileState::current;
 }
 
 bool LogWriter::write(unsigned code, int severity, std::string_view text) {
-    const std::string line = makeLine(code, severity, text);
+    // Each line feed inside becomes two characters.
+    LogBuffer buffer(LongestHead + LongestName + 2 * text.size());
+    if (!buffer.data()) {
+        return false;
+    }
+    LineText line(buffer.data());
+    addTime(line);
+    addProcess(line << ' ');
+    (line << ' ').number(getpid()) << ' ';
+    (line.number(severity) << " 0x").number(code, 8, 16) << ' ';
+    addText(line, text);
+    line << '\n';
+    return append(line.view());
+}
+
+bool LogWriter::append(std::string_view line) {
+    const SignalsBlocked blocked;
     std::lock_guard guard(m_mutex);
-    if (!m_fd.valid() && !openCurrent()) {
+    if (m_fd < 0 && !openCurrent()) {
         return false;
     }
     while (true) {
         FileState before;
         {
-            FileLock shared(m_fd.get(), LOCK_SH);
+            FileLock shared(m_fd, LOCK_SH);
             before = state();
             if (before == FileState::current) {
-                return ::write(m_fd.get(), line.data(), line.size()) == static_cast<ssize_t>(line.size());
+                return ::write(m_fd, line.data(), line.size()) == static_cast<ssize_t>(line.size());
             }
         }
         if (before == FileState::full) {
-            FileLock exclusive(m_fd.get(), LOCK_EX);
+            FileLock exclusive(m_fd, LOCK_EX);
             // Another process may have put it aside in between.
-            if (state() == FileState::full && rename(m_path.c_str(), (m_path + ".old").c_str()) != 0) {
+            if (state() == FileState::full && rename(m_path, m_oldPath) != 0) {
                 return false;
             }
         }

@@ -1,54 +1,60 @@
 #include "sys/slog.h"
 
 #include "base/Paths.h"
+#include "platform/linux/slog/LogBuffer.h"
 #include "platform/linux/slog/LogFile.h"
 
 #include <cerrno>
 #include <cstdio>
-#include <memory>
-#include <mutex>
 
 namespace {
 
-/** The writer of this process's runtime folder; another one when the folder's name has changed. */
-std::shared_ptr<zm::LogWriter> currentWriter() {
-    // Never destroyed: threads may log until the process has ended.
-    static auto& mutex = *new std::mutex;
-    static auto& writer = *new std::shared_ptr<zm::LogWriter>;
-    std::string path = zm::logFile(zm::runtimeDir());
-    std::lock_guard guard(mutex);
-    if (!writer || writer->path() != path) {
-        writer = std::make_shared<zm::LogWriter>(std::move(path));
+// Made before any code runs, and never destroyed: threads may log until the process has ended.
+union Log {
+    constexpr Log() : writer() {}
+    ~Log() {}
+    zm::LogWriter writer;
+};
+constinit Log log;
+
+// To the log of the present runtime folder.
+int send(int opcode, int severity, const char* text, int length) {
+    char path[zm::LogWriter::PATH_LIMIT];
+    if (!zm::logFile(path, sizeof path)) {
+        errno = ENAMETOOLONG;
+        return -1;
     }
-    return writer;
+    const std::string_view message(text, static_cast<size_t>(length));
+    return log.writer.follow(path) && log.writer.write(static_cast<unsigned>(opcode), severity, message)
+               ? length
+               : -1;
 }
 
-std::string formatText(const char* fmt, va_list args) {
-    char text[1024];
-    va_list again;
-    va_copy(again, args);
-    int length = std::vsnprintf(text, sizeof text, fmt, args);
-    std::string result;
-    if (length >= 0 && static_cast<size_t>(length) < sizeof text) {
-        result.assign(text, static_cast<size_t>(length));
-    } else if (length >= 0) {
-        result.resize(static_cast<size_t>(length));
-        std::vsnprintf(result.data(), result.size() + 1, fmt, again);
-    }
-    va_end(again);
-    return result;
+int format(zm::LogBuffer& text, const char* fmt, va_list args) {
+    return text.data() ? std::vsnprintf(text.data(), text.size(), fmt, args) : -1;
 }
 
 } // namespace
 
 extern "C" int vslogf(int opcode, int severity, const char* fmt, va_list args) {
     const int errnoBefore = errno;
-    std::string text = formatText(fmt, args);
-    if (!currentWriter()->write(static_cast<unsigned>(opcode), severity, text)) {
-        return -1;
+    va_list again;
+    va_copy(again, args);
+    zm::LogBuffer text(1024);
+    int length = format(text, fmt, args);
+    int sent = -1;
+    if (length >= 0 && static_cast<size_t>(length) < text.size()) {
+        sent = send(opcode, severity, text.data(), length);
+    } else if (length >= 0) {
+        zm::LogBuffer whole(static_cast<size_t>(length) + 1);
+        length = format(whole, fmt, again);
+        sent = length >= 0 ? send(opcode, severity, whole.data(), length) : -1;
     }
-    errno = errnoBefore;
-    return static_cast<int>(text.size());
+    va_end(again);
+    if (sent >= 0) {
+        errno = errnoBefore;
+    }
+    return sent;
 }
 
 extern "C" int slogf(int opcode, int severity, const char* fmt, ...) {

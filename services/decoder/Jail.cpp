@@ -157,6 +157,8 @@ public:
             SCMP_A1(SCMP_CMP_MASKED_EQ, 0xF, SOCK_STREAM));
         // Limits can be asked for, not changed.
         add(SCMP_ACT_ALLOW, "prlimit64", 1, SCMP_A2(SCMP_CMP_EQ, 0));
+        // For threads that libraries have begun, too.
+        m_error = m_error != 0 ? m_error : ::seccomp_attr_set(m_context, SCMP_FLTATR_CTL_TSYNC, 1);
         m_error = m_error != 0 ? m_error : ::seccomp_load(m_context);
         return m_error == 0 ? ok() : Error{std::string("system call filter: ") + ::strerror(-m_error)};
     }
@@ -180,7 +182,6 @@ Status lockIn() {
 #else
     // Each thread's own heap would be counted with all that it might become.
     ::mallopt(M_ARENA_MAX, 2);
-    openFonts();
     struct sigaction action {};
     action.sa_sigaction = answerOpen;
     action.sa_flags = SA_SIGINFO | SA_NODEFER;

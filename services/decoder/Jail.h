@@ -6,7 +6,7 @@ namespace zm::decoder {
 
 /**
  * Limits this process for the rest of its life to what decoding needs: memory, no new sockets, no files but
- * the fonts that subtitles are drawn with (opened here), no programs. After everything else is set up.
+ * the fonts that subtitles are drawn with (see openFonts), no programs. After everything else is set up.
  */
 Status lockIn();
 

@@ -1,5 +1,7 @@
 // The decoder's process: plays what the disc service gives it, one item at a time.
+#include "base/About.h"
 #include "base/Socket.h"
+#include "services/decoder/Fonts.h"
 #include "services/decoder/FrameSender.h"
 #include "services/decoder/Jail.h"
 #include "services/decoder/RemoteFeed.h"
@@ -34,7 +36,9 @@ public:
         const Json json = wire::objectOf(message.text);
         const std::string what = wire::stringOf(json, "do");
         if (what == "answer") {
-            say({{"is", "answer"}});
+            say({{"is", "answer"}, {"number", numberOf(json, "number")}});
+        } else if (what == "lock in") {
+            lock();
         } else if (what == "start" && message.fds.size() == 1) {
             start(json, std::move(message.fds[0]));
         } else if (what == "stop") {
@@ -45,6 +49,18 @@ public:
     }
 
 private:
+    // A spare process leaves the sound device to the one that plays.
+    void lock() {
+        openSound();
+        if (const auto locked = lockIn(); !locked) {
+            say({{"is", "log"},
+                 {"severity", 2},
+                 {"text", "the decoder is not locked in: " + locked.error()}});
+            std::_Exit(1);
+        }
+        say({{"is", "ready"}});
+    }
+
     void start(const Json& json, UniqueFd bytes) {
         m_pipeline.reset();
         const auto item = static_cast<uint64_t>(numberOf(json, "item"));
@@ -86,6 +102,9 @@ private:
     std::optional<FilePipeline> m_pipeline;
 };
 
+constexpr const char* Usage = "usage: zmdecode [--version|--help]\n"
+                              "Decodes for zmdiscd, which starts it; by itself it does nothing.\n";
+
 bool startedByTheService() {
     struct stat info {};
     return ::fstat(disc::wire::ControlFd, &info) == 0 && S_ISSOCK(info.st_mode);
@@ -96,16 +115,12 @@ bool startedByTheService() {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     EventLoop loop;
     disc::initDecoders();
-    disc::openSound();
+    openFonts();
     Connection service(loop, UniqueFd(::fcntl(disc::wire::ControlFd, F_DUPFD_CLOEXEC, 0)));
     service.onClosed = [] { std::_Exit(0); };
     Decoder decoder(loop);
     service.onMessage = [&decoder](Message message) { decoder.handle(message); };
-    if (const auto locked = lockIn(); !locked) {
-        say({{"is", "log"}, {"severity", 2}, {"text", "the decoder is not locked in: " + locked.error()}});
-        std::_Exit(1);
-    }
-    say({{"is", "ready"}});
+    say({{"is", "warm"}});
     loop.run();
     std::_Exit(0);
 }
@@ -114,7 +129,10 @@ bool startedByTheService() {
 
 } // namespace zm::decoder
 
-int main() {
+int main(int argc, char** argv) {
+    if (zm::answerAbout({argv + 1, argv + argc}, "zmdecode", zm::decoder::Usage)) {
+        return 0;
+    }
     if (!zm::decoder::startedByTheService()) {
         std::fputs("zmdecode: started by zmdiscd only\n", stderr);
         return 2;

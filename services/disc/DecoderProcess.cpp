@@ -75,8 +75,7 @@ private:
 
 } // namespace
 
-Result<std::unique_ptr<DecoderProcess>> DecoderProcess::launch(EventLoop& loop, FrameReceiver& frames,
-                                                               const std::string& name) {
+Result<std::unique_ptr<DecoderProcess>> DecoderProcess::launch(EventLoop& loop, const std::string& name) {
     auto control = makePair();
     auto notes = makePair();
     auto pictures = SharedPictures::make();
@@ -91,12 +90,13 @@ Result<std::unique_ptr<DecoderProcess>> DecoderProcess::launch(EventLoop& loop, 
     if (!pid) {
         return Error{pid.error()};
     }
-    frames.attach(std::move(notes->ours), std::move(*pictures));
-    return std::unique_ptr<DecoderProcess>(new DecoderProcess(loop, std::move(control->ours), *pid));
+    return std::unique_ptr<DecoderProcess>(new DecoderProcess(
+        loop, std::move(control->ours), std::move(notes->ours), std::move(*pictures), *pid));
 }
 
-DecoderProcess::DecoderProcess(EventLoop& loop, UniqueFd control, int pid)
-    : m_pid(pid), m_control(loop, std::move(control)) {
+DecoderProcess::DecoderProcess(EventLoop& loop, UniqueFd control, UniqueFd notes, UniqueFd pictures, int pid)
+    : m_pid(pid), m_notes(std::move(notes)), m_pictures(std::move(pictures)),
+      m_control(loop, std::move(control)) {
     m_control.onMessage = [this](const Message& message) { onMessage(wire::objectOf(message.text)); };
     m_control.onClosed = [this] { onEnd(); };
 }

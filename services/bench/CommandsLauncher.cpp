@@ -64,7 +64,7 @@ bool appData(CommandCall& call) {
     if (!call.arguments.complete()) {
         return false;
     }
-    forward(call, {{"t", "appdata"}, {"text", text}});
+    call.unit.sendApplicationData(text, endWith(call.run));
     return true;
 }
 

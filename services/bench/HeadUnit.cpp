@@ -1,6 +1,7 @@
 #include "services/bench/HeadUnit.h"
 
 #include "base/Paths.h"
+#include "services/bench/VoiceRequest.h"
 #include "services/ctl/ShellWords.h"
 
 #include <unistd.h>
@@ -9,7 +10,8 @@ namespace zm {
 
 namespace {
 
-constexpr std::chrono::milliseconds StartTime(1000);
+// The application has this long to settle before it is told more.
+constexpr std::chrono::milliseconds SettleTime(1000);
 
 constexpr const char* OtherPages = "OTHERS.zmrc_device";
 
@@ -144,7 +146,7 @@ void HeadUnit::applicationRuns() {
     };
     // The launcher is slower than the application's own start: by the first resume it knows the present state
     // of all objects, so that what the resume does never depends on which of two threads was faster.
-    m_shell.ask({{"t", "settle"}, {"timeout", StartTime.count()}}, [this, becomeReady](const Result<Json>&) {
+    m_shell.ask({{"t", "settle"}, {"timeout", SettleTime.count()}}, [this, becomeReady](const Result<Json>&) {
         if (m_launcher.discInFront()) {
             m_launcher.send(AppStatus::Resume, becomeReady);
         } else {
@@ -221,6 +223,25 @@ void HeadUnit::setTheme(const std::string& name, ShellServer::Reply reply) {
     m_pages.setTheme(name);
     m_launcher.pagesChanged();
     m_shell.inform({{"t", "theme"}, {"name", name}}, std::move(reply));
+}
+
+void HeadUnit::sendApplicationData(const std::string& text, ShellServer::Reply reply) {
+    const bool voice = m_discService && isVoiceRequest(text);
+    if (!voice) {
+        m_shell.ask({{"t", "appdata"}, {"text", text}}, std::move(reply));
+        return;
+    }
+    // The application first, and what it does about it: then it takes the music for what it waits for.
+    m_shell.ask({{"t", "appdata"}, {"text", text}}, [this, reply](const Result<Json>& taken) {
+        if (!taken) {
+            reply(taken);
+            return;
+        }
+        m_shell.ask({{"t", "settle"}, {"timeout", SettleTime.count()}}, [this, reply](const Result<Json>&) {
+            const auto told = requestMusic(ppsSocket());
+            reply(told ? Result<Json>(Json()) : Error{told.error()});
+        });
+    });
 }
 
 std::vector<Child*> HeadUnit::children() {

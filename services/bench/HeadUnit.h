@@ -48,6 +48,8 @@ public:
     bool startApplication();
     void setLanguage(const std::string& code, ShellServer::Reply reply);
     void setTheme(const std::string& name, ShellServer::Reply reply);
+    /** Hands application data to the application; of a voice request the disc service hears, too. */
+    void sendApplicationData(const std::string& text, ShellServer::Reply reply);
 
     EventLoop& loop() { return m_loop; }
     const HeadUnitOptions& options() const { return m_options; }

@@ -154,6 +154,12 @@ void Drive::source(bool on) {
     }
 }
 
+void Drive::playMusic() {
+    if (m_transport) {
+        m_transport->playMusic();
+    }
+}
+
 void Drive::browse(int mediaType, int folder) {
     const auto* row = kindOfMediaType(mediaType);
     if (m_load && row) {

@@ -34,6 +34,8 @@ public:
     /** Gives the drive a fault by its name; false for an unknown one. */
     bool fault(const std::string& kind);
     void source(bool on);
+    /** A song was asked for by voice: films and photos make way for the music, where there is any. */
+    void playMusic();
     /** The user looks at `folder` of a disc that is still being read. */
     void browse(int mediaType, int folder);
     /** What plays, or null while no disc is ready. */

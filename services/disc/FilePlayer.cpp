@@ -20,6 +20,10 @@ constexpr Milliseconds SlideTime{5000};
 // it has been told the type and the state.
 constexpr Milliseconds PageTime{300};
 
+// On a voice request the application first opens the list of music. Were its rows still on their way when music
+// plays and the song is found, the list would come up over the song's page.
+constexpr Milliseconds ListTime{500};
+
 // An item that has played this long counts as playable, whatever happens later.
 constexpr Milliseconds PlayableAfter{1000};
 
@@ -102,6 +106,15 @@ void FilePlayer::sourceOff() {
     }
 }
 
+void FilePlayer::playMusic() {
+    if (m_source && m_kind != MediaKind::Music && !m_contents->of(MediaKind::Music).empty()) {
+        m_toMusic = afterDelay(m_loop, ListTime, [this] {
+            choose(MediaKind::Music);
+            begin(Milliseconds{0});
+        });
+    }
+}
+
 // ---- what plays
 
 void FilePlayer::choose(MediaKind kind) {
@@ -147,6 +160,7 @@ void FilePlayer::begin(Milliseconds position, StartMode mode) {
     m_skip.cancel();
     m_passage.clear();
     m_slide.reset();
+    m_toMusic.reset();
     m_view = {};
     forgetStreams();
     leaveScan();
@@ -190,6 +204,7 @@ void FilePlayer::advance() {
 void FilePlayer::halt(PlayState state) {
     m_skip.cancel();
     m_slide.reset();
+    m_toMusic.reset();
     leaveScan();
     forgetStreams();
     m_engine.stop();

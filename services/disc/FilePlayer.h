@@ -29,6 +29,7 @@ public:
 
     void sourceOn() override;
     void sourceOff() override;
+    void playMusic() override;
 
     void next(int, int) override;
     void previous(int, int) override;
@@ -106,9 +107,10 @@ private:
     StreamChoice m_choice;
     bool m_playbackControl = false; ///< what the user has set for a VCD
     LateTexts m_texts;
-    SourceHandle m_again;  ///< runs until a track is announced once more
-    SourceHandle m_slide;  ///< runs while a photo is shown in a slide show
-    size_t m_failures = 0; ///< items in a row that could not be played
+    SourceHandle m_again;   ///< runs until a track is announced once more
+    SourceHandle m_slide;   ///< runs while a photo is shown in a slide show
+    SourceHandle m_toMusic; ///< runs from a voice request until music begins
+    size_t m_failures = 0;  ///< items in a row that could not be played
     ReadErrorSkip m_skip;
 };
 

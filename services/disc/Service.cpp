@@ -164,7 +164,14 @@ Status Service::begin(const std::string& disc) {
 }
 
 void Service::controlText(const std::string& text) {
-    forEachJson(text, "zmcmd", [this](const std::string& value) { command(value); });
+    // In the order of writing: what the application asks for once music plays comes behind the voice.
+    for (const auto& line : attributesOf(text)) {
+        if (line.name == "zmcmd" && line.encoding == "json") {
+            command(line.value);
+        } else if (line.name == "zmasr" && line.encoding == "json") {
+            voice(line.value);
+        }
+    }
 }
 
 void Service::driveText(const std::string& text) {
@@ -207,6 +214,14 @@ void Service::command(const std::string& value) {
         return;
     }
     (transport->*row->operation)(first, second);
+}
+
+void Service::voice(const std::string& value) {
+    if (string(parseObject(value), "play") == "music") {
+        m_drive.playMusic();
+    } else {
+        logWarning("unknown request of the voice assistant: %s\n", value.c_str());
+    }
 }
 
 void Service::driveRequest(const std::string& value) {

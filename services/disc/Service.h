@@ -37,6 +37,7 @@ private:
     void driveText(const std::string& text);
     void statusText(const std::string& text);
     void command(const std::string& json);
+    void voice(const std::string& json);
     void driveRequest(const std::string& json);
 
     std::unique_ptr<DiscState> m_state;

@@ -14,6 +14,8 @@ public:
     /** The head unit listens to the disc from now on, or no longer; playing goes on where it was left. */
     virtual void sourceOn() = 0;
     virtual void sourceOff() = 0;
+    /** The user has asked for a song by voice, the application names it once music plays. */
+    virtual void playMusic() {}
 
     virtual void next(int, int) { refuse(); }
     virtual void previous(int, int) { refuse(); }

@@ -230,6 +230,11 @@ void DiscUnit::request(const nlohmann::json& json) {
     ASSERT_TRUE(status) << status.error();
 }
 
+void DiscUnit::voice(const nlohmann::json& json) {
+    const auto status = m_control->write("zmasr:json:" + json.dump() + "\n");
+    ASSERT_TRUE(status) << status.error();
+}
+
 void DiscUnit::play(const std::string& disc) {
     startService(disc);
     command(187, 1, 0);

@@ -119,6 +119,8 @@ public:
 
     void command(int number, int first = 0, int second = 0);
     void request(const nlohmann::json& json);
+    /** What the voice assistant writes. */
+    void voice(const nlohmann::json& json);
     /** Inserts a disc, requests the source and waits until it plays. */
     void play(const std::string& disc);
 

@@ -134,6 +134,42 @@ TEST_F(Pictures, ChoosingAVideoSwitchesTheKind) {
     EXPECT_TRUE(m_unit.pictures().waitCleared()) << "music leaves no picture standing";
 }
 
+TEST_F(Pictures, AVoiceSwitchesToMusicAndListsDoNot) {
+    place(toneFile("mp3", 30, "Song"), m_disc / "song.mp3");
+    place(mp4(), m_disc / "clip.mp4");
+    play();
+    m_unit.command(182, (1 << 16) + 1, 3);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.mark();
+    for (const int kind : {2, 3, 2, 2}) {
+        m_unit.command(186, kind, 1);
+        m_unit.next("updatedb", "65537");
+    }
+    m_unit.voice({{"play", "radio"}});
+    EXPECT_FALSE(m_unit.follows("mediatype", "2", 1500ms));
+    EXPECT_TRUE(m_unit.pictures().waitFrames(m_unit.pictures().frames(), 10)) << "the film goes on";
+    m_unit.voice({{"play", "music"}});
+    m_unit.next("mediatype", "2");
+    m_unit.next("videomode", "2");
+    m_unit.nextState(PlayState::Playing);
+    m_unit.voice({{"play", "music"}});
+    EXPECT_FALSE(m_unit.follows("discstate", "2", 1500ms)) << "music that plays is not begun anew";
+}
+
+TEST_F(Pictures, AVoiceChangesNothingWhileTheDiscIsNotTheSource) {
+    place(toneFile("mp3", 30, "Song"), m_disc / "song.mp3");
+    place(mp4(), m_disc / "clip.mp4");
+    play();
+    m_unit.command(182, (1 << 16) + 1, 3);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.command(187, 0, 0);
+    m_unit.nextState(PlayState::Stopped);
+    m_unit.voice({{"play", "music"}});
+    m_unit.command(187, 1, 0);
+    m_unit.nextState(PlayState::Playing);
+    EXPECT_FALSE(m_unit.follows("mediatype", "2", 1500ms));
+}
+
 TEST_F(Pictures, TheEndOfTheLastVideoLeadsBackToTheListWithRepeatOff) {
     place(mp4(), m_disc / "clip.mp4");
     play();

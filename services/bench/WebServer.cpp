@@ -6,6 +6,10 @@
 
 #include <libsoup/soup.h>
 
+#include <netinet/in.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+
 #include <cstring>
 #include <fstream>
 #include <map>
@@ -16,6 +20,13 @@ namespace zm {
 namespace {
 
 constexpr goffset MaxBodyBytes = 64 * 1024;
+// A page needs a handful.
+constexpr int MostConnections = 64;
+// The last descriptors of the process are for the sockets that everything else depends on.
+constexpr rlim_t KeptDescriptors = 16;
+// How long a client may say nothing before its request is whole.
+constexpr guint IdleSeconds = 5;
+constexpr std::chrono::milliseconds AcceptPause(100);
 
 const char* header(SoupServerMessage* message, const char* name) {
     const char* value = soup_message_headers_get_one(soup_server_message_get_request_headers(message), name);
@@ -25,6 +36,7 @@ const char* header(SoupServerMessage* message, const char* name) {
 void refuse(SoupServerMessage* message, guint status) {
     // A body that nobody will look at is not kept either.
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+    soup_message_headers_replace(soup_server_message_get_response_headers(message), "Connection", "close");
     soup_server_message_set_status(message, status, nullptr);
 }
 
@@ -48,6 +60,22 @@ constexpr const char* NoToken =
 void answer(SoupServerMessage* message, const char* type, const std::string& bytes) {
     soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
     soup_server_message_set_response(message, type, SOUP_MEMORY_COPY, bytes.data(), bytes.size());
+}
+
+// A message of a connection that was handed to the library does not know its socket, but whose address it has.
+constexpr const char* SocketOfAddress = "socket";
+
+// A state or a picture may be long in coming.
+void keepOpen(SoupServerMessage* message) {
+    auto* caller = G_OBJECT(soup_server_message_get_remote_address(message));
+    g_socket_set_timeout(G_SOCKET(g_object_get_data(caller, SocketOfAddress)), 0);
+}
+
+// The kernel gives the lowest free number, so a high one says how many are in use.
+bool isOneOfTheLast(int fd) {
+    rlimit limit{};
+    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 &&
+           static_cast<rlim_t>(fd) + KeptDescriptors >= limit.rlim_cur;
 }
 
 // Counts a body without a declared length, and stops keeping it once it is too long.
@@ -108,22 +136,75 @@ WebServer::~WebServer() {
 }
 
 Result<std::string> WebServer::start(int port) {
-    GError* error = nullptr;
-    // libsoup takes its loop from the thread default context of whoever makes it listen.
-    g_main_context_push_thread_default(m_loop.context());
-    const bool listens =
-        soup_server_listen_local(m_server, static_cast<guint>(port), SOUP_SERVER_LISTEN_IPV4_ONLY, &error);
-    g_main_context_pop_thread_default(m_loop.context());
-    if (!listens) {
-        const std::string text = error->message;
-        g_error_free(error);
-        return Error{"port " + std::to_string(port) + ": " + text};
+    m_socket.reset(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    const int yes = 1;
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    socklen_t size = sizeof address;
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    if (!m_socket.valid() || ::setsockopt(m_socket.get(), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes) != 0 ||
+        ::bind(m_socket.get(), generic, size) != 0 || ::listen(m_socket.get(), SOMAXCONN) != 0 ||
+        ::getsockname(m_socket.get(), generic, &size) != 0) {
+        return systemError("port " + std::to_string(port));
     }
-    GSList* uris = soup_server_get_uris(m_server);
-    const int actual = g_uri_get_port(static_cast<GUri*>(uris->data));
-    g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
+    watch();
+    const int actual = ntohs(address.sin_port);
     m_guard.setPort(actual);
     return "http://127.0.0.1:" + std::to_string(actual) + "/?token=" + m_guard.token();
+}
+
+void WebServer::watch() {
+    m_watch = watchFd(m_loop, m_socket.get(), IoEvent::Readable, [this] { accept(); });
+}
+
+void WebServer::accept() {
+    UniqueFd fd(::accept4(m_socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (!fd.valid()) {
+        // Without a descriptor the caller stays in the queue and the socket stays readable.
+        m_watch.reset();
+        m_pause = afterDelay(m_loop, AcceptPause, [this] { watch(); });
+        return;
+    }
+    if (*m_connections >= MostConnections || isOneOfTheLast(fd.get())) {
+        return;
+    }
+    hand(std::move(fd));
+}
+
+void WebServer::hand(UniqueFd fd) {
+    GSocket* socket = g_socket_new_from_fd(fd.get(), nullptr);
+    if (!socket) {
+        return;
+    }
+    fd.release();
+    // The library keeps a connection that a client leaves without a word, with its descriptor.
+    g_socket_set_timeout(socket, IdleSeconds);
+    GSocketAddress* local = g_socket_get_local_address(socket, nullptr);
+    // A client that has gone again has none.
+    GSocketAddress* remote = g_socket_get_remote_address(socket, nullptr);
+    if (local && remote) {
+        GSocketConnection* stream = g_socket_connection_factory_create_connection(socket);
+        g_object_set_data_full(G_OBJECT(remote), SocketOfAddress, g_object_ref(socket), g_object_unref);
+        ++*m_connections;
+        g_object_weak_ref(
+            G_OBJECT(stream),
+            [](gpointer count, GObject*) {
+                const std::unique_ptr<std::shared_ptr<int>> connections(
+                    static_cast<std::shared_ptr<int>*>(count));
+                --**connections;
+            },
+            new std::shared_ptr<int>(m_connections));
+        // libsoup takes its loop from the thread default context of whoever hands it a connection.
+        g_main_context_push_thread_default(m_loop.context());
+        soup_server_accept_iostream(m_server, G_IO_STREAM(stream), local, remote, nullptr);
+        g_main_context_pop_thread_default(m_loop.context());
+        g_object_unref(stream);
+    }
+    g_clear_object(&local);
+    g_clear_object(&remote);
+    g_object_unref(socket);
 }
 
 void WebServer::guard(SoupServer*, SoupServerMessage* message, const char* path, GHashTable* query,
@@ -142,8 +223,9 @@ void WebServer::guard(SoupServer*, SoupServerMessage* message, const char* path,
             return;
         }
         // The token leaves the address bar and goes on as a cookie.
-        soup_message_headers_append(soup_server_message_get_response_headers(message), "Set-Cookie",
-                                    server->m_guard.cookieHeader().c_str());
+        SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
+        soup_message_headers_append(headers, "Connection", "close");
+        soup_message_headers_append(headers, "Set-Cookie", server->m_guard.cookieHeader().c_str());
         soup_server_message_set_redirect(message, SOUP_STATUS_SEE_OTHER, "/");
         return;
     }
@@ -152,12 +234,17 @@ void WebServer::guard(SoupServer*, SoupServerMessage* message, const char* path,
         refuse(message, SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE);
         return;
     }
+    if (std::string_view(path).starts_with("/ws/")) {
+        keepOpen(message);
+    }
     g_signal_connect(message, "got-chunk", G_CALLBACK(countChunk), nullptr);
 }
 
 void WebServer::serve(SoupServer*, SoupServerMessage* message, const char* path, GHashTable*, void* self) {
     auto* server = static_cast<WebServer*>(self);
     SoupMessageHeaders* headers = soup_server_message_get_response_headers(message);
+    // Each answer ends its connection: the library keeps the descriptor of one that its client has closed.
+    soup_message_headers_append(headers, "Connection", "close");
     soup_message_headers_append(headers, "Content-Security-Policy",
                                 "default-src 'self'; img-src 'self' blob: data:; frame-ancestors 'none'");
     soup_message_headers_append(headers, "X-Content-Type-Options", "nosniff");

@@ -2,6 +2,7 @@
 
 #include "base/EventLoop.h"
 #include "base/Result.h"
+#include "base/UniqueFd.h"
 #include "services/bench/WebGuard.h"
 #include "services/bench/WebScreen.h"
 #include "services/bench/WebState.h"
@@ -50,6 +51,9 @@ public:
     WebState& state() { return m_state; }
 
 private:
+    void watch();
+    void accept();
+    void hand(UniqueFd fd);
     static void guard(SoupServer*, SoupServerMessage* message, const char* path, GHashTable* query,
                       void* self);
     static void serve(SoupServer*, SoupServerMessage* message, const char* path, GHashTable* query,
@@ -65,6 +69,11 @@ private:
     WebScreen m_screen;
     WebState m_state;
     SoupServer* m_server;
+    UniqueFd m_socket;
+    SourceHandle m_watch;
+    SourceHandle m_pause;
+    /** Those whose connections are open; shared with them, as they may outlive the server. */
+    std::shared_ptr<int> m_connections = std::make_shared<int>(0);
 };
 
 } // namespace zm

@@ -1,23 +1,14 @@
 // What is on the screen is what the items say, whatever came before: each step compares the picture with one
 // drawn anew, these are the ways on which something stayed behind.
 
+#include "tests/views/drawing_view.h"
 #include "tests/views/draws.h"
 #include "tests/views/list_view.h"
-#include "tests/views/osd_view.h"
 
 namespace zm::test {
 
-class Drawing : public OsdView {
+class Drawing : public DrawingView {
 protected:
-    /** The pixels of an area of the screen. */
-    std::vector<uint8_t> cut(const Rect& area) {
-        const Image whole = unit.picture();
-        std::vector<uint8_t> pixels;
-        for (int y = area.y; y < area.y + area.h; ++y) {
-            pixels.insert(pixels.end(), whole.at(area.x, y), whole.at(area.x, y) + 4L * area.w);
-        }
-        return pixels;
-    }
     void openPopup(int page) {
         unit.click(page, SRC_CTRL_OPEN, BT_STATE_RELEASED);
         ASSERT_TRUE(unit.main.item(page, ITEM_SRC_GROUP).visible);

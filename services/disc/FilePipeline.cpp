@@ -50,13 +50,6 @@ gint64 toClock(Milliseconds time) {
     return std::chrono::nanoseconds(time).count();
 }
 
-// The player scales videos itself where subtitles may be drawn on them: it must not keep their shape either.
-void fillTheScreen(GstElement*, GstElement* part, gpointer) {
-    if (g_object_class_find_property(G_OBJECT_GET_CLASS(part), "add-borders")) {
-        g_object_set(part, "add-borders", FALSE, nullptr);
-    }
-}
-
 std::string errorText(GstMessage* message) {
     GError* error = nullptr;
     gst_message_parse_error(message, &error, nullptr);
@@ -134,7 +127,7 @@ bool FilePipeline::buildPicture() {
     }
     m_player.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
     const bool photo = m_playable.kind == MediaKind::Photo;
-    m_picture.emplace(m_frames, photo ? PictureShape::Keep : PictureShape::Fill);
+    m_picture.emplace(m_frames, photo ? PictureKind::Photo : PictureKind::Film);
     if (!m_picture->element()) {
         return false;
     }
@@ -143,8 +136,6 @@ bool FilePipeline::buildPicture() {
             static_cast<FilePipeline*>(self)->fitPhoto(part);
         };
         g_signal_connect(playbin, "element-setup", G_CALLBACK(onPart), this);
-    } else {
-        g_signal_connect(playbin, "element-setup", G_CALLBACK(fillTheScreen), nullptr);
     }
     // Every sink is named, as the player would look for one by itself.
     g_object_set(playbin, "uri", FileElementUri, "flags", photo ? PhotoFlags : VideoFlags, "audio-sink",

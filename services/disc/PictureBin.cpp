@@ -13,12 +13,11 @@ namespace {
 
 // Scaling and conversion in two steps take half the time of both in one, as each has its fast way then. A
 // photo, which is only converted once, keeps all its colours in one.
-std::string description(PictureShape shape) {
-    const bool keep = shape == PictureShape::Keep;
+std::string description(PictureKind kind) {
     // First as the camera was held, then as the user wants it.
-    return "videocrop name=crop ! videoflip video-direction=auto ! videoflip name=turn ! "
-           "videoconvertscale add-borders=" +
-           std::string(keep ? "true" : "false") + " ! video/x-raw,format=" + (keep ? "BGRx" : "I420") +
+    return "videoflip video-direction=auto ! videoflip name=turn ! videocrop name=crop ! "
+           "videoconvertscale add-borders=true ! video/x-raw,format=" +
+           std::string(kind == PictureKind::Photo ? "BGRx" : "I420") +
            ",width=" + std::to_string(PictureWidth) + ",height=" + std::to_string(PictureHeight) +
            ",pixel-aspect-ratio=1/1 ! videoconvert ! video/x-raw,format=BGRx ! appsink name=frames "
            "max-buffers=2 sync=true qos=true";
@@ -41,11 +40,18 @@ GstFlowReturn give(GstSample* taken, gpointer frames) {
     return GST_FLOW_OK;
 }
 
+GstOwned<GstCaps> templateOf(GstElement* element) {
+    GstPad* pad = gst_element_get_static_pad(element, "sink");
+    GstOwned<GstCaps> caps(gst_pad_get_pad_template_caps(pad));
+    gst_object_unref(pad);
+    return caps;
+}
+
 } // namespace
 
-PictureBin::PictureBin(FrameSink& frames, PictureShape shape) : m_frames(frames) {
+PictureBin::PictureBin(FrameSink& frames, PictureKind kind) : m_frames(frames) {
     GError* error = nullptr;
-    GstElement* bin = gst_parse_bin_from_description(description(shape).c_str(), TRUE, &error);
+    GstElement* bin = gst_parse_bin_from_description(description(kind).c_str(), TRUE, &error);
     const GstOwned<GError> owned(error);
     if (!bin) {
         logError("picture: %s\n", error ? error->message : "elements are missing");
@@ -62,29 +68,64 @@ PictureBin::PictureBin(FrameSink& frames, PictureShape shape) : m_frames(frames)
         return give(gst_app_sink_pull_sample(from), to);
     };
     gst_app_sink_set_callbacks(GST_APP_SINK(sink.get()), &callbacks, &m_frames, nullptr);
+    m_turn.reset(gst_bin_get_by_name(GST_BIN(bin), "turn"));
+    m_crop.reset(gst_bin_get_by_name(GST_BIN(bin), "crop"));
+    // What is left out depends on the upright picture's size, which is known just before its first picture.
+    auto onEvent = +[](GstPad*, GstPadProbeInfo* info, gpointer self) {
+        GstEvent* event = gst_pad_probe_info_get_event(info);
+        if (GST_EVENT_TYPE(event) == GST_EVENT_CAPS) {
+            GstCaps* caps = nullptr;
+            gst_event_parse_caps(event, &caps);
+            static_cast<PictureBin*>(self)->fit(caps);
+        }
+        return GST_PAD_PROBE_OK;
+    };
+    GstPad* pad = gst_element_get_static_pad(m_crop.get(), "sink");
+    gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onEvent, this, nullptr);
+    gst_object_unref(pad);
+    takeAnySize();
+}
+
+// Told of the screen's size, the player's own scaler would fit pictures to it before they are turned.
+void PictureBin::takeAnySize() {
+    m_accepted.reset(gst_caps_intersect(templateOf(m_turn.get()).get(), templateOf(m_crop.get()).get()));
+    auto onQuery = +[](GstPad*, GstPadProbeInfo* info, gpointer self) {
+        GstQuery* query = gst_pad_probe_info_get_query(info);
+        if (GST_QUERY_TYPE(query) != GST_QUERY_CAPS) {
+            return GST_PAD_PROBE_OK;
+        }
+        GstCaps* filter = nullptr;
+        gst_query_parse_caps(query, &filter);
+        GstCaps* accepted = static_cast<PictureBin*>(self)->m_accepted.get();
+        const GstOwned<GstCaps> answer(
+            filter ? gst_caps_intersect_full(filter, accepted, GST_CAPS_INTERSECT_FIRST)
+                   : gst_caps_ref(accepted));
+        gst_query_set_caps_result(query, answer.get());
+        return GST_PAD_PROBE_HANDLED;
+    };
+    GstPad* pad = gst_element_get_static_pad(m_bin.get(), "sink");
+    gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, onQuery, this, nullptr);
+    gst_object_unref(pad);
 }
 
 void PictureBin::view(const PictureView& view) {
-    const GstOwned<GstElement> turn(gst_bin_get_by_name(GST_BIN(m_bin.get()), "turn"));
-    g_object_set(turn.get(), "video-direction", view.quarterTurns, nullptr);
-    crop(view.zoom());
+    g_object_set(m_turn.get(), "video-direction", view.quarterTurns, nullptr);
+    {
+        std::lock_guard lock(m_mutex);
+        m_zoom = view.zoom();
+    }
+    fit(nullptr);
 }
 
-void PictureBin::crop(double zoom) {
-    const GstOwned<GstElement> crop(gst_bin_get_by_name(GST_BIN(m_bin.get()), "crop"));
-    GstPad* pad = gst_element_get_static_pad(crop.get(), "sink");
-    const GstOwned<GstCaps> caps(gst_pad_get_current_caps(pad));
-    gst_object_unref(pad);
+void PictureBin::fit(const GstCaps* caps) {
+    std::lock_guard lock(m_mutex);
     GstVideoInfo info;
-    // While a decoder starts anew it has no caps; its pictures stay as large as they were.
-    if (caps && gst_video_info_from_caps(&info, caps.get())) {
-        m_width = info.width;
-        m_height = info.height;
+    if (caps && gst_video_info_from_caps(&info, caps)) {
+        m_size = {info.width, info.height, info.par_n, info.par_d};
     }
-    const auto margin = [zoom](int size) { return static_cast<int>(size * (1.0 - 1.0 / zoom) / 2.0); };
-    const int x = margin(m_width);
-    const int y = margin(m_height);
-    g_object_set(crop.get(), "left", x, "right", x, "top", y, "bottom", y, nullptr);
+    const PictureMargins margins = marginsOf(m_size, m_zoom);
+    g_object_set(m_crop.get(), "left", margins.sides, "right", margins.sides, "top", margins.topAndBottom,
+                 "bottom", margins.topAndBottom, nullptr);
 }
 
 } // namespace zm::disc

@@ -2,18 +2,26 @@
 
 #include "services/disc/FrameSink.h"
 #include "services/disc/Gst.h"
+#include "services/disc/PicturePlace.h"
 #include "services/disc/PictureView.h"
+
+#include <mutex>
 
 namespace zm::disc {
 
-/** Whether pictures fill the screen or keep their shape between borders. */
-enum class PictureShape { Fill, Keep };
+/** What a decoder's pictures are: those of a film follow each other. */
+enum class PictureKind { Film, Photo };
 
-/** The element that takes a decoder's pictures and gives them, in the screen's size, to a frame sink. */
+/**
+ * The element that takes a decoder's pictures and gives them, in the screen's size and in their own shape
+ * between black bars, to a frame sink.
+ */
 class PictureBin {
 public:
     /** `frames` outlives the element. */
-    PictureBin(FrameSink& frames, PictureShape shape);
+    PictureBin(FrameSink& frames, PictureKind kind);
+    PictureBin(const PictureBin&) = delete;
+    PictureBin& operator=(const PictureBin&) = delete;
 
     /** For the decoder's property "video-sink"; null when elements are missing. */
     GstElement* element() const { return m_bin.get(); }
@@ -21,11 +29,17 @@ public:
     void view(const PictureView& view);
 
 private:
-    void crop(double zoom);
+    void takeAnySize();
+    void fit(const GstCaps* caps);
+
     GstOwned<GstElement> m_bin;
+    GstOwned<GstElement> m_crop;
+    GstOwned<GstElement> m_turn;
+    GstOwned<GstCaps> m_accepted; ///< what pictures may be like when they arrive
     FrameSink& m_frames;
-    int m_width = 0; ///< of the decoder's pictures, once known
-    int m_height = 0;
+    std::mutex m_mutex; ///< pictures come on a thread of the decoder's
+    double m_zoom = 1.0;
+    PictureSize m_size; ///< of the pictures that come at present
 };
 
 } // namespace zm::disc

@@ -59,9 +59,25 @@ namespace {
 
 constexpr int PatchRadius = 10;
 constexpr int BytesPerPixel = 4;
+// Colours have half the resolution of a film, so that the edge of a round thing is soft.
+constexpr int PixelTolerance = 8;
 constexpr int ColourTolerance = 40;
 
+bool alike(Colour a, Colour b) {
+    const auto near = [](int one, int other) { return std::abs(one - other) <= ColourTolerance; };
+    return near(a.red, b.red) && near(a.green, b.green) && near(a.blue, b.blue);
+}
+
 } // namespace
+
+bool isNear(const PixelBox& a, const PixelBox& b) {
+    const auto near = [](int one, int other) { return std::abs(one - other) <= PixelTolerance; };
+    return near(a.x, b.x) && near(a.y, b.y) && near(a.width, b.width) && near(a.height, b.height);
+}
+
+std::ostream& operator<<(std::ostream& out, const PixelBox& box) {
+    return out << box.width << " x " << box.height << " at " << box.x << ", " << box.y;
+}
 
 void PictureRecorder::show(const uint8_t* pixels, int stride) {
     std::lock_guard lock(m_mutex);
@@ -116,12 +132,36 @@ Colour PictureRecorder::at(int x, int y) const {
 
 bool PictureRecorder::waitFor(int x, int y, Colour wanted, std::chrono::milliseconds timeout) {
     std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, timeout, [&] {
-        const Colour found = mean(x, y);
-        const auto near = [](int a, int b) { return std::abs(a - b) <= ColourTolerance; };
-        return !m_pixels.empty() && near(found.red, wanted.red) && near(found.green, wanted.green) &&
-               near(found.blue, wanted.blue);
-    });
+    return m_changed.wait_for(lock, timeout, [&] { return !m_pixels.empty() && alike(mean(x, y), wanted); });
+}
+
+PixelBox PictureRecorder::box(Colour colour) const {
+    int left = disc::PictureWidth;
+    int top = disc::PictureHeight;
+    int right = -1;
+    int bottom = -1;
+    for (int y = 0; y < disc::PictureHeight && !m_pixels.empty(); ++y) {
+        for (int x = 0; x < disc::PictureWidth; ++x) {
+            const auto* pixel = &m_pixels[static_cast<size_t>(y * disc::PictureWidth + x) * BytesPerPixel];
+            if (alike({pixel[2], pixel[1], pixel[0]}, colour)) {
+                left = std::min(left, x);
+                right = std::max(right, x);
+                top = std::min(top, y);
+                bottom = std::max(bottom, y);
+            }
+        }
+    }
+    return right < 0 ? PixelBox{} : PixelBox{left, top, right - left + 1, bottom - top + 1};
+}
+
+PixelBox PictureRecorder::boxOf(Colour colour) const {
+    std::lock_guard lock(m_mutex);
+    return box(colour);
+}
+
+bool PictureRecorder::waitForBox(Colour colour, const PixelBox& wanted, std::chrono::milliseconds timeout) {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, [&] { return isNear(box(colour), wanted); });
 }
 
 bool PictureRecorder::waitFrames(int before, int count, std::chrono::milliseconds timeout) {

@@ -14,6 +14,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -57,6 +58,17 @@ struct Colour {
     int blue = 0;
 };
 
+/** The smallest upright rectangle around some pixels. */
+struct PixelBox {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+/** Whether all of it is the same within a few pixels. */
+bool isNear(const PixelBox& a, const PixelBox& b);
+std::ostream& operator<<(std::ostream& out, const PixelBox& box);
+
 /** Keeps the last picture that was shown. Any thread. */
 class PictureRecorder : public disc::FrameSink {
 public:
@@ -70,11 +82,17 @@ public:
     Colour at(int x, int y) const;
     /** Waits until the part around (x, y) has that colour, more or less. */
     bool waitFor(int x, int y, Colour wanted, std::chrono::milliseconds timeout = std::chrono::seconds(10));
+    /** Where pixels of that colour, more or less, lie in the last picture. */
+    PixelBox boxOf(Colour colour) const;
+    /** Waits until that is `wanted`. */
+    bool waitForBox(Colour colour, const PixelBox& wanted,
+                    std::chrono::milliseconds timeout = std::chrono::seconds(10));
     /** Waits until `count` pictures more than `before` were shown. */
     bool waitFrames(int before, int count, std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
 private:
     Colour mean(int x, int y) const;
+    PixelBox box(Colour colour) const;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::vector<uint8_t> m_pixels;

@@ -67,14 +67,6 @@ TEST_P(VideoFormat, IsShownAndItsTimeRuns) {
     EXPECT_TRUE(m_unit.pictures().waitFrames(before, 20, 5s)) << "pictures follow each other";
 }
 
-TEST_P(VideoFormat, FillsTheScreenWhateverItsShape) {
-    playClip(); // 4 : 3
-    ASSERT_TRUE(shows(red));
-    for (const int x : {10, PictureWidth - 10}) {
-        EXPECT_TRUE(m_unit.pictures().waitFor(x, MiddleY, red)) << x;
-    }
-}
-
 TEST_P(VideoFormat, IsScannedBothWays) {
     playClip();
     EXPECT_TRUE(shows(red));

@@ -1,3 +1,4 @@
+#include "platform/linux/pps/DataTree.h"
 #include "sys/pps.h"
 
 #include <gtest/gtest.h>
@@ -166,6 +167,15 @@ TEST_F(DecoderTest, AHundredThousandBracketsAreAnErrorAndNoCrash) {
     EXPECT_EQ(json(objects), PPS_DECODER_PARSE_ERROR);
     std::string attribute = "@a\nx:json:" + std::string(100000, '[') + "\n";
     EXPECT_EQ(pps_decoder_parse_pps_str(&decoder, attribute.data()), PPS_DECODER_PARSE_ERROR);
+}
+
+TEST_F(DecoderTest, ANulDoesNotEndAJsonText) {
+    zm::DataNode root;
+    for (const std::string& text : {std::string("123\0", 4), std::string("{}\0x", 4), std::string("\0", 1)}) {
+        EXPECT_FALSE(zm::addJson(root, "a", text)) << text.size();
+        EXPECT_TRUE(root.children.empty());
+    }
+    EXPECT_TRUE(zm::addJson(root, "a", "123"));
 }
 
 TEST_F(DecoderTest, PpsTextBecomesObjectsWithTypedAttributes) {

@@ -97,4 +97,9 @@ std::string catalogueFile(const std::string& dir) {
     return file ? file : dir + "/discdb.sqlite";
 }
 
+std::string resumeFile(const std::string& dir) {
+    const char* file = environment("ZM_RESUME");
+    return file ? file : dir + "/resume.sqlite";
+}
+
 } // namespace zm

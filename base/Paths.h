@@ -32,4 +32,7 @@ bool logFile(char* path, size_t size);
 /** The catalogue database: environment variable "ZM_CATALOGUE", else "DIR/discdb.sqlite". */
 std::string catalogueFile(const std::string& dir);
 
+/** Where discs were left: environment variable "ZM_RESUME", else "DIR/resume.sqlite". */
+std::string resumeFile(const std::string& dir);
+
 } // namespace zm

@@ -89,6 +89,7 @@ void HeadUnit::makeChildren() {
     const std::vector<std::pair<std::string, std::string>> environment = {
         {"ZM_RUNTIME", m_options.runtimeDir},
         {"ZM_CATALOGUE", m_options.catalogue},
+        {"ZM_RESUME", m_options.resume},
         {"ZM_RCC_PATH", resources(m_options)},
         {"ZM_FONT_PATH", m_options.shareDir + "/fonts/"},
         {"ZM_WATCH_RESOURCES", m_options.resourceDir.empty() ? "" : "1"},

@@ -19,6 +19,8 @@ struct HeadUnitOptions {
                              ///< those of shareDir, read once
     std::string programDir;  ///< folder of Platen and zmdiscd; empty: nothing is started
     bool discService = true;
+    std::string
+        resume; ///< SQLite file in which the disc service keeps where discs were left; empty: in runtimeDir
     std::string disc;    ///< put into the drive at the start; empty: none
     std::string appArgs; ///< appended to the application's command line, separated as a shell would
     LauncherMode launcher = LauncherMode::Active;

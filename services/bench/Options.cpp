@@ -15,7 +15,7 @@ const char* const BenchUsage =
     "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
-    "               [--resources DIR] [--open]\n"
+    "               [--resources DIR] [--resume FILE] [--open]\n"
     "       zmbench --version | --help\n";
 
 namespace {
@@ -47,7 +47,7 @@ struct OptionRow {
     bool (*take)(Parsed& parsed, const std::string& value);
 };
 
-constexpr std::array<OptionRow, 12> Rows = {{
+constexpr std::array<OptionRow, 13> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -66,6 +66,11 @@ constexpr std::array<OptionRow, 12> Rows = {{
     {"--catalogue", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.catalogue = absolute(v);
+         return !v.empty();
+     }},
+    {"--resume", true,
+     [](Parsed& p, const std::string& v) {
+         p.options.unit.resume = absolute(v);
          return !v.empty();
      }},
     {"--port", true, takePort},
@@ -120,6 +125,7 @@ Status check(const Parsed& parsed) {
     } rules[] = {
         {!unit.disc.empty() && !unit.discService, "--disc and --no-disc-service exclude each other"},
         {!unit.catalogue.empty() && unit.discService, "--catalogue needs --no-disc-service"},
+        {!unit.resume.empty() && !unit.discService, "--resume and --no-disc-service exclude each other"},
         {parsed.options.port && !parsed.options.web, "--port and --no-web exclude each other"},
         {parsed.options.open && !parsed.options.web, "--open and --no-web exclude each other"},
         {unit.clock == ClockMode::Manual && parsed.launcher == "active",

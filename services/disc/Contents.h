@@ -46,6 +46,7 @@ struct Folder {
 struct Contents {
     /** Of a disc of tracks, which all lie in folder 1; nothing for a disc of folders and files. */
     std::optional<MediaType> trackType;
+    std::string identity;                           ///< the same whenever this disc is read
     std::vector<Folder> folders;                    ///< folder n has the id n + 1
     std::array<std::vector<Item>, KindCount> items; ///< by folder id, then file id
 

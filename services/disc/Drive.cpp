@@ -37,8 +37,9 @@ constexpr FaultRow faults[] = {
 } // namespace
 
 Drive::Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-             std::shared_ptr<Catalogue> catalogue)
-    : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_catalogue(std::move(catalogue)) {}
+             std::shared_ptr<Catalogue> catalogue, ResumeMemory& memory)
+    : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_catalogue(std::move(catalogue)),
+      m_memory(memory) {}
 
 Drive::~Drive() = default;
 
@@ -109,7 +110,8 @@ void Drive::loadScanned(std::shared_ptr<const Contents> contents) {
     m_contents = std::move(contents);
     m_state.mixedType(m_contents->mixedMask());
     if (!m_contents->empty()) {
-        m_state.mediaType(m_contents->mediaType(m_contents->firstKind()));
+        m_resume = std::make_unique<DiscResume>(m_memory, m_contents);
+        m_state.mediaType(m_contents->mediaType(m_resume->item().kind));
     }
 }
 
@@ -128,7 +130,12 @@ void Drive::loadFinished() {
     report({"loaded", m_path, ""});
     m_guard = std::make_unique<CatalogueGuard>(m_loop, m_catalogue, m_contents,
                                                [this] { m_state.catalogue(Reading::Complete, RootFolder); });
-    m_transport = std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents);
+    if (const auto modes = m_resume->modes()) {
+        m_modes = *modes;
+        m_state.modes(m_modes);
+    }
+    m_transport =
+        std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume);
     if (m_source) {
         m_transport->sourceOn();
     }
@@ -188,6 +195,7 @@ void Drive::leave() {
 
 // The disc is out.
 void Drive::left() {
+    m_resume.reset();
     m_contents.reset();
     m_gate.reset();
     m_path.clear();

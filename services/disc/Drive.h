@@ -2,6 +2,7 @@
 
 #include "services/disc/CatalogueGuard.h"
 #include "services/disc/DiscLoad.h"
+#include "services/disc/DiscResume.h"
 #include "services/disc/DiscState.h"
 #include "services/disc/Engine.h"
 #include "services/disc/FaultGate.h"
@@ -20,7 +21,7 @@ namespace zm::disc {
 class Drive : private LoadListener {
 public:
     Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-          std::shared_ptr<Catalogue> catalogue);
+          std::shared_ptr<Catalogue> catalogue, ResumeMemory& memory);
     ~Drive() override;
 
     /** Publishes an empty drive; `tray` is what the drive remembers of an earlier run. */
@@ -66,6 +67,7 @@ private:
     PlayModes& m_modes;
     Engine& m_engine;
     std::shared_ptr<Catalogue> m_catalogue;
+    ResumeMemory& m_memory;
     std::string m_path;                          ///< of the disc inside; empty without one
     DiscPresence m_absence = DiscPresence::None; ///< what "disc" is once none is inside
     std::optional<Inserted> m_next;              ///< taken when the one before it is out
@@ -76,9 +78,10 @@ private:
     int m_catalogued = 0; ///< mixed bits of the kinds whose catalogue is complete
     std::unique_ptr<DiscLoad> m_load;
     std::unique_ptr<CatalogueGuard> m_guard; ///< of a disc that is ready
-    std::unique_ptr<Transport> m_transport;
-    SourceHandle m_leaving; ///< runs until the disc is out and the next one is taken
-    SourceHandle m_resting; ///< runs until an empty drive has nothing more to say
+    std::unique_ptr<DiscResume> m_resume;    ///< of a disc with something to play
+    std::unique_ptr<Transport> m_transport;  ///< uses it
+    SourceHandle m_leaving;                  ///< runs until the disc is out and the next one is taken
+    SourceHandle m_resting;                  ///< runs until an empty drive has nothing more to say
 };
 
 } // namespace zm::disc

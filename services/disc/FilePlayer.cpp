@@ -69,20 +69,23 @@ std::vector<int> foldersOf(const std::vector<Item>& items) {
 } // namespace
 
 FilePlayer::FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-                       std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents)
+                       std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents,
+                       DiscResume& resume)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)),
-      m_contents(std::move(contents)), m_kind(m_contents->firstKind()), m_browsed(m_kind),
-      m_announced(m_kind), m_texts(loop, state), m_skip(loop, state) {
+      m_contents(std::move(contents)), m_resume(resume), m_kind(resume.item().kind), m_browsed(m_kind),
+      m_announced(m_kind), m_position(resume.position()), m_texts(loop, state), m_skip(loop, state) {
     for (const auto& row : kinds) {
         if (const auto& items = m_contents->of(row.kind); !items.empty()) {
             auto& made = m_orders[kindIndex(row.kind)].emplace(foldersOf(items), std::random_device{}());
             made.setModes(static_cast<Repeat>(m_modes.repeat), static_cast<Shuffle>(m_modes.shuffle));
         }
     }
+    order().jumpTo(resume.item().index);
 }
 
 FilePlayer::~FilePlayer() {
     m_engine.stop();
+    m_resume.flush();
 }
 
 void FilePlayer::refuse() {
@@ -214,12 +217,18 @@ void FilePlayer::halt(PlayState state) {
 void FilePlayer::publishState(PlayState state) {
     m_playState = state;
     m_state.playState(state);
+    m_resume.flush();
 }
 
 void FilePlayer::publishTime() {
     const int length = seconds(m_length);
     const int elapsed = seconds(m_position);
     m_state.time({length > 0 ? std::min(elapsed, length) : elapsed, length, length});
+    noteResume();
+}
+
+void FilePlayer::noteResume() {
+    m_resume.moved({m_kind, order().current()}, m_position, m_modes);
 }
 
 void FilePlayer::publishStreams() {
@@ -254,6 +263,7 @@ void FilePlayer::publishModes() {
         }
     }
     m_state.modes(m_modes);
+    noteResume();
 }
 
 // ---- reports of the engine

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/disc/Contents.h"
+#include "services/disc/DiscResume.h"
 #include "services/disc/DiscState.h"
 #include "services/disc/Engine.h"
 #include "services/disc/LateTexts.h"
@@ -21,10 +22,10 @@ namespace zm::disc {
  * them. */
 class FilePlayer : public Transport, private EngineListener {
 public:
-    /** `contents` has at least one item, the first of which is announced already. Playing begins with
-     * `sourceOn`. */
+    /** `contents` has at least one item; the kind of the one that `resume` names is announced already. Playing
+     * begins with `sourceOn`. */
     FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-               std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents);
+               std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents, DiscResume& resume);
     ~FilePlayer() override;
 
     void sourceOn() override;
@@ -81,6 +82,7 @@ private:
     void announceTrackAgain();
     void publishStreams();
     void publishState(PlayState state);
+    void noteResume();
     void publishTime();
     void publishModes();
     TrackInfo trackInfo();
@@ -91,6 +93,7 @@ private:
     Engine& m_engine;
     std::shared_ptr<Medium> m_medium;
     std::shared_ptr<const Contents> m_contents;
+    DiscResume& m_resume;
     std::array<std::optional<PlayOrder>, KindCount> m_orders;
     MediaKind m_kind;
     MediaKind m_browsed;

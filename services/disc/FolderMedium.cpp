@@ -66,14 +66,11 @@ Result<std::vector<Entry>> FolderMedium::list(const std::string& folder) {
         if (name == "." || name == "..") {
             continue;
         }
-        // Only links and folders need a look at the inode: a stat per file would double the time of a scan.
         struct stat info {};
-        if (found->d_type == DT_REG) {
-            entries.push_back({name, Entry::Type::File, {}});
-        } else if (::fstatat(::dirfd(dir.get()), name.c_str(), &info, 0) == 0 &&
-                   (S_ISREG(info.st_mode) || S_ISDIR(info.st_mode))) {
+        if (::fstatat(::dirfd(dir.get()), name.c_str(), &info, 0) == 0 &&
+            (S_ISREG(info.st_mode) || S_ISDIR(info.st_mode))) {
             const auto type = S_ISDIR(info.st_mode) ? Entry::Type::Folder : Entry::Type::File;
-            entries.push_back({name, type, {info.st_dev, info.st_ino}});
+            entries.push_back({name, type, {info.st_dev, info.st_ino}, static_cast<uint64_t>(info.st_size)});
         }
     }
     return entries;

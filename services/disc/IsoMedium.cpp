@@ -65,7 +65,7 @@ Result<std::vector<Entry>> IsoMedium::list(const std::string& folder) {
         // Two names of one folder begin at the same place.
         const auto identity = isFolder ? std::pair<uint64_t, uint64_t>{1, record.extent.offset}
                                        : std::pair<uint64_t, uint64_t>{};
-        entries.push_back({record.name, record.type, identity});
+        entries.push_back({record.name, record.type, identity, record.extent.size});
     }
     return entries;
 }

@@ -30,6 +30,7 @@ struct Entry {
     Type type = Type::File;
     /** The same for two names of one folder (links); used to walk each folder once. */
     std::pair<uint64_t, uint64_t> identity;
+    uint64_t size = 0; ///< bytes of a file; not said by a disc of tracks
 };
 
 /**

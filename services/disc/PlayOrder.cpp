@@ -8,6 +8,14 @@ namespace zm::disc {
 
 namespace {
 
+constexpr std::array repeatCycle{Repeat::All, Repeat::One, Repeat::Folder, Repeat::Off};
+constexpr std::array shuffleCycle{Shuffle::Off, Shuffle::All, Shuffle::Folder};
+
+template <class Mode, size_t Count>
+bool isOneOf(const std::array<Mode, Count>& modes, int number) {
+    return std::find(modes.begin(), modes.end(), static_cast<Mode>(number)) != modes.end();
+}
+
 template <class Mode, size_t Count>
 Mode stepped(const std::array<Mode, Count>& cycle, Mode mode, bool hasFolders) {
     auto at = static_cast<size_t>(std::find(cycle.begin(), cycle.end(), mode) - cycle.begin());
@@ -19,12 +27,20 @@ Mode stepped(const std::array<Mode, Count>& cycle, Mode mode, bool hasFolders) {
 
 } // namespace
 
+bool isRepeat(int number) {
+    return isOneOf(repeatCycle, number);
+}
+
+bool isShuffle(int number) {
+    return isOneOf(shuffleCycle, number);
+}
+
 Repeat nextRepeat(Repeat mode, bool hasFolders) {
-    return stepped(std::array{Repeat::All, Repeat::One, Repeat::Folder, Repeat::Off}, mode, hasFolders);
+    return stepped(repeatCycle, mode, hasFolders);
 }
 
 Shuffle nextShuffle(Shuffle mode, bool hasFolders) {
-    return stepped(std::array{Shuffle::Off, Shuffle::All, Shuffle::Folder}, mode, hasFolders);
+    return stepped(shuffleCycle, mode, hasFolders);
 }
 
 PlayOrder::PlayOrder(std::vector<int> folders, uint32_t seed)

@@ -14,6 +14,9 @@ enum class Repeat { Off = 1, All = 2, Folder = 4, One = 8 };
 /** Values of "shuffle" in "playstate". */
 enum class Shuffle { Off = 0, All = 1, Folder = 2 };
 
+bool isRepeat(int number);
+bool isShuffle(int number);
+
 /** The mode after `mode` when the user steps: all, one, folder, off. Without folders "folder" is left out. */
 Repeat nextRepeat(Repeat mode, bool hasFolders);
 /** The mode after `mode` when the user steps: off, all, folder. Without folders "folder" is left out. */

@@ -1,6 +1,7 @@
 #include "services/disc/Scanner.h"
 
 #include "services/disc/Charset.h"
+#include "services/disc/DiscIdentity.h"
 #include "services/disc/DisplayNames.h"
 #include "services/disc/FileKinds.h"
 #include "services/disc/Log.h"
@@ -64,6 +65,7 @@ public:
     }
 
     const CharsetRepair& repair() const { return m_repair; }
+    std::string identity() const { return m_identity.text(); }
 
 private:
     void readFolder(FoundFolder& parent, const Entry& entry, int depth) {
@@ -94,12 +96,14 @@ private:
         ++m_progress.steps;
         m_repair.learn(entry.rawName);
         FoundFile file{entry.rawName, kind->kind, {}};
+        const std::string path = join(parent.path, entry.rawName);
         if (kind->tags != TagFormat::None) {
-            if (auto reader = m_medium.open(join(parent.path, entry.rawName))) {
+            if (auto reader = m_medium.open(path)) {
                 file.tags = readTags(**reader, entry.rawName);
                 learnTags(m_repair, file.tags);
             }
         }
+        m_identity.addFile(path, entry.size, file.tags.title.bytes, file.tags.album.bytes);
         parent.files.push_back(std::move(file));
     }
 
@@ -113,6 +117,7 @@ private:
     Medium& m_medium;
     ScanProgress& m_progress;
     CharsetRepair m_repair;
+    DiscIdentity m_identity;
     std::set<std::pair<uint64_t, uint64_t>> m_visited;
     int m_folders = 1;
 };
@@ -216,7 +221,9 @@ Result<Contents> scan(Medium& medium, ScanProgress& progress) {
     }
     Numbering numbering(walk.repair());
     numbering.add(root, 0, walk.repair().toUtf8(medium.label()));
-    return numbering.take();
+    auto contents = numbering.take();
+    contents.identity = walk.identity();
+    return contents;
 }
 
 } // namespace zm::disc

@@ -102,7 +102,8 @@ std::optional<Tray> trayOf(const std::string& driveObject) {
 } // namespace
 
 Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::string& runtime,
-                                                const std::string& catalogueFile, const std::string& disc,
+                                                const std::string& catalogueFile,
+                                                const std::string& resumeFile, const std::string& disc,
                                                 const EngineMaker& makeEngine) {
     auto catalogue = Catalogue::open(catalogueFile);
     if (!catalogue) {
@@ -118,7 +119,7 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
     }
     std::unique_ptr<Service> service(new Service(loop, std::move(*state),
                                                  std::shared_ptr<Catalogue>(std::move(*catalogue)),
-                                                 std::move(*control), makeEngine));
+                                                 resumeFile, std::move(*control), makeEngine));
     if (auto begun = service->begin(disc); !begun) {
         return Error{begun.error()};
     }
@@ -126,10 +127,10 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
 }
 
 Service::Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
-                 PpsFile control, const EngineMaker& makeEngine)
-    : m_state(std::move(state)), m_engine(makeEngine(loop)),
-      m_drive(loop, *m_state, m_modes, *m_engine, std::move(catalogue)), m_control(std::move(control)),
-      m_mailbox(std::make_shared<Mailbox>(loop)) {}
+                 const std::string& resumeFile, PpsFile control, const EngineMaker& makeEngine)
+    : m_state(std::move(state)), m_memory(resumeFile), m_engine(makeEngine(loop)),
+      m_drive(loop, *m_state, m_modes, *m_engine, std::move(catalogue), m_memory),
+      m_control(std::move(control)), m_mailbox(std::make_shared<Mailbox>(loop)) {}
 
 Service::~Service() {
     m_inbox.reset();

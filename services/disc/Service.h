@@ -21,17 +21,18 @@ class Service {
 public:
     /**
      * Connects to the objects' service of the runtime folder `runtime` and makes the catalogue
-     * `catalogueFile`. A disc that an earlier run has left in the drive is taken again, else the one at
+     * `catalogueFile`; `resumeFile` keeps where discs were left. A disc that an earlier run has left in the drive is taken again, else the one at
      * `disc` unless that is empty. Everything happens on `loop`, which the caller runs.
      */
     static Result<std::unique_ptr<Service>> start(EventLoop& loop, const std::string& runtime,
-                                                  const std::string& catalogueFile, const std::string& disc,
+                                                  const std::string& catalogueFile,
+                                                  const std::string& resumeFile, const std::string& disc,
                                                   const EngineMaker& makeEngine);
     ~Service();
 
 private:
     Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
-            PpsFile control, const EngineMaker& makeEngine);
+            const std::string& resumeFile, PpsFile control, const EngineMaker& makeEngine);
     Status begin(const std::string& disc);
     void controlText(const std::string& text);
     void driveText(const std::string& text);
@@ -42,6 +43,7 @@ private:
 
     std::unique_ptr<DiscState> m_state;
     PlayModes m_modes;
+    ResumeMemory m_memory;
     std::unique_ptr<Engine> m_engine;
     Drive m_drive;
     PpsFile m_control;

@@ -1,5 +1,6 @@
 #include "services/disc/TrackDisc.h"
 
+#include "services/disc/DiscIdentity.h"
 #include "services/disc/SliceReader.h"
 #include "services/disc/VideoTrack.h"
 #include "services/disc/WavReader.h"
@@ -24,6 +25,7 @@ Contents contentsOf(const CueImage& image, MediaType type, MediaKind kind) {
     root.counts[kindIndex(kind)].files = static_cast<int>(image.tracks.size());
     contents.folders.push_back(std::move(root));
     auto& items = contents.items[kindIndex(kind)];
+    DiscIdentity identity;
     for (const auto& track : image.tracks) {
         const int number = static_cast<int>(items.size()) + 1;
         const char* extension = kind == MediaKind::Music ? ".wav" : ".mpg";
@@ -34,9 +36,12 @@ Contents contentsOf(const CueImage& image, MediaType type, MediaKind kind) {
         item.tags.title = track.title;
         item.tags.artist = track.performer.empty() ? image.performer : track.performer;
         item.tags.album = image.title;
-        item.tags.seconds = static_cast<int>(track.size / track.format.sectorSize / SectorsPerSecond);
+        const auto sectors = track.size / track.format.sectorSize;
+        item.tags.seconds = static_cast<int>(sectors / SectorsPerSecond);
         items.push_back(std::move(item));
+        identity.addTrack(items.size(), sectors);
     }
+    contents.identity = identity.text();
     return contents;
 }
 

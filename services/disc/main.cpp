@@ -12,9 +12,10 @@
 
 namespace {
 
-constexpr const char* usage =
-    "usage: zmdiscd [--disc PATH] | --version | --help\n"
-    "The disc service of the runtime folder in ZM_RUNTIME; ZM_CATALOGUE names the catalogue file.\n";
+constexpr const char* usage = "usage: zmdiscd [--disc PATH] | --version | --help\n"
+                              "The disc service of the runtime folder in ZM_RUNTIME; ZM_CATALOGUE names the "
+                              "catalogue file, ZM_RESUME that of\n"
+                              "remembered discs.\n";
 
 } // namespace
 
@@ -42,7 +43,8 @@ int main(int argc, char** argv) {
         return std::make_unique<zm::disc::DecoderEngine>(
             home, std::make_shared<zm::disc::ScreenFrames>(zm::screenSocket(runtime)));
     };
-    auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime), disc, makeEngine);
+    auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime),
+                                            zm::resumeFile(runtime), disc, makeEngine);
     if (!service) {
         std::fprintf(stderr, "zmdiscd: %s\n", service.error().c_str());
         return 1;

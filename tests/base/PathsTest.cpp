@@ -15,7 +15,7 @@ namespace zm {
 class PathsTest : public testing::Test {
 protected:
     PathsTest() {
-        for (const char* name : {"ZM_RUNTIME", "XDG_RUNTIME_DIR", "ZM_CATALOGUE"}) {
+        for (const char* name : {"ZM_RUNTIME", "XDG_RUNTIME_DIR", "ZM_CATALOGUE", "ZM_RESUME"}) {
             unsetenv(name);
         }
     }
@@ -67,6 +67,9 @@ TEST_F(PathsTest, AllFilesLieInTheRuntimeFolder) {
     EXPECT_EQ(catalogueFile("/r"), "/r/discdb.sqlite");
     setenv("ZM_CATALOGUE", "/elsewhere/disc.db", 1);
     EXPECT_EQ(catalogueFile("/r"), "/elsewhere/disc.db");
+    EXPECT_EQ(resumeFile("/r"), "/r/resume.sqlite");
+    setenv("ZM_RESUME", "/elsewhere/resume.db", 1);
+    EXPECT_EQ(resumeFile("/r"), "/elsewhere/resume.db");
 }
 
 } // namespace zm

@@ -41,6 +41,13 @@ TEST(BenchOptions, PathsBecomeAbsolute) {
     EXPECT_EQ(options->unit.catalogue, std::filesystem::path(here).parent_path().string() + "/c.sqlite");
 }
 
+TEST(BenchOptions, WhereDiscsWereLeftLiesInTheRuntimeFolderUnlessItIsSaid) {
+    EXPECT_EQ(parseBenchOptions({})->unit.resume, "");
+    EXPECT_EQ(parseBenchOptions({"--resume", "/data/discs"})->unit.resume, "/data/discs");
+    EXPECT_NE(parseBenchOptions({"--resume", "x", "--no-disc-service"}).error().find("--resume"),
+              std::string::npos);
+}
+
 TEST(BenchOptions, AnErrorNamesTheCulprit) {
     EXPECT_NE(parseBenchOptions({"--port", "70000"}).error().find("70000"), std::string::npos);
     EXPECT_NE(parseBenchOptions({"--colour"}).error().find("--colour"), std::string::npos);
@@ -48,7 +55,7 @@ TEST(BenchOptions, AnErrorNamesTheCulprit) {
 }
 
 TEST(BenchOptions, AnEmptyPathIsRefused) {
-    for (const std::string name : {"--runtime", "--disc", "--catalogue", "--resources"}) {
+    for (const std::string name : {"--runtime", "--disc", "--catalogue", "--resources", "--resume"}) {
         const auto options = parseBenchOptions({"--no-disc-service", name, ""});
         ASSERT_FALSE(options) << name;
         EXPECT_EQ(options.error(), name + ": wrong value \"\"");

@@ -86,7 +86,7 @@ TEST_F(DiscService, CommandsFromBeforeTheStartAreNotCarriedOut) {
     m_unit.stopService();
     m_unit.mark();
     m_unit.startService();
-    nextTrack(1, 1);
+    nextTrack(1, 2);
     m_unit.nextState(PlayState::Playing);
     EXPECT_FALSE(m_unit.follows("msgtip", "3", 500ms));
 }

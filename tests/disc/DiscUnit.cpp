@@ -234,7 +234,7 @@ std::string DiscUnit::tryService(const std::string& disc, const std::function<vo
     m_serviceThread = std::make_unique<LoopThread>();
     m_serviceThread->call([&] {
         before();
-        auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), disc,
+        auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), resume(), disc,
                                             engineMaker(m_pictures));
         if (service) {
             m_service = std::move(*service);

@@ -162,6 +162,7 @@ public:
 
     const std::string runtime() const { return m_folder.path().string(); }
     std::string catalogue() const { return m_folder / "discdb.sqlite"; }
+    std::string resume() const { return m_folder / "resume.sqlite"; }
     Recorder& recorder() { return m_recorder; }
     PictureRecorder& pictures() { return *m_pictures; }
 

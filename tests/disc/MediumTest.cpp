@@ -87,7 +87,10 @@ TEST(Medium, FilesOfAnImageAreReadAtAnyPlace) {
     const auto medium = openGood(makeImage(folder, folder / "content", "-r"));
     EXPECT_FALSE(medium->open("sub/data.mp3")) << "its folder has not been listed";
     ASSERT_TRUE(medium->list(""));
-    ASSERT_TRUE(medium->list("sub"));
+    const auto entries = medium->list("sub");
+    ASSERT_TRUE(entries);
+    ASSERT_EQ(entries->size(), 1u);
+    EXPECT_EQ(entries->front().size, bytes.size());
     EXPECT_FALSE(medium->list("nowhere"));
     auto reader = medium->open("sub/data.mp3");
     ASSERT_TRUE(reader);

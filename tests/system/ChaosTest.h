@@ -63,14 +63,6 @@ protected:
         return answer.exit == 0 && answer.out.find("disc -") == std::string::npos &&
                answer.out.find("app -") == std::string::npos;
     }
-    /** Process numbers of the children. */
-    std::vector<int> children() {
-        std::vector<int> pids;
-        for (const auto& line : lines({"ps"})) {
-            pids.push_back(std::stoi(line.substr(line.find(' ') + 1)));
-        }
-        return pids;
-    }
     /** Some moments of a driver's day, the same for the same seed. */
     void useFor(std::chrono::milliseconds time) {
         const auto end = Clock::now() + time;

@@ -1,6 +1,7 @@
 #include "tests/system/MusicFolder.h"
 #include "tests/system/SystemTest.h"
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -12,6 +13,7 @@ constexpr int PlayPage = 6;
 constexpr int MediaPage = 24;
 constexpr int FolderPage = 25;
 constexpr int Title = 2065;
+constexpr int Elapsed = 2067;
 constexpr int List = 2000;
 constexpr int EmptyText = 2003;
 constexpr int ToList = 6508;
@@ -32,7 +34,43 @@ protected:
                 std::filesystem::path(folder + "/disc/" + photo).parent_path());
             std::ofstream(folder + "/disc/" + photo) << "no picture";
         }
-        startBench({"--no-web", "--launcher", "passive", "--disc", folder + "/disc"});
+        start();
+    }
+
+    void start(const Words& more = {}) {
+        Words words{"--no-web", "--launcher", "passive", "--disc", folder + "/disc"};
+        words.insert(words.end(), more.begin(), more.end());
+        startBench(words);
+    }
+    std::string elapsed() { return item(PlayPage, Elapsed)["text"]; }
+    bool playsOn(const std::string& from) { return plays("The Second Song") && elapsed() >= from; }
+    // Seconds of the item that plays, as the disc service tells them.
+    int publishedTime() {
+        for (const auto& line : lines({"pps", "get", "zelmar/disc/playing"})) {
+            if (const std::string prefix = "playtime:json:"; line.starts_with(prefix)) {
+                return Json::parse(line.substr(prefix.size()))["time"];
+            }
+        }
+        return -1;
+    }
+    // No program gets a moment for an orderly end: a child hears of the bench's death, but stands still then.
+    void powerOff() {
+        const auto pids = children();
+        for (const int pid : pids) {
+            ::kill(pid, SIGSTOP);
+        }
+        bench->signal(SIGKILL);
+        EXPECT_EQ(bench->wait(), 1000 + SIGKILL);
+        for (const int pid : pids) {
+            ::kill(pid, SIGKILL);
+        }
+    }
+    void playSecondSong() {
+        ASSERT_TRUE(eventually([this] { return plays("The First Song"); })) << screen()["main"];
+        must({"appdata", "--song=second song"});
+        ASSERT_TRUE(eventually([this] { return plays("The Second Song"); })) << screen()["main"];
+        must({"pps", "put", "zelmar/disc/control", R"(zmcmd:json:{"cmd":185,"param1":30,"param2":0})"});
+        ASSERT_TRUE(eventually([this] { return playsOn("00:36"); })) << screen()["main"];
     }
 
     void rename(const std::string& from, const std::string& to) {
@@ -68,6 +106,35 @@ TEST_F(Library, SongsAreShownAndAskedForByTheirNames) {
     })) << item(MediaPage, List);
     must({"appdata", "--song=second song"});
     EXPECT_TRUE(eventually([this] { return plays("The Second Song"); })) << screen()["main"];
+}
+
+TEST_F(Library, AfterAPowerOffTheSongGoesOnWhereItWas) {
+    playSecondSong();
+    for (int round = 0; round < 2; ++round) {
+        const int left = publishedTime();
+        ASSERT_GE(left, 30);
+        powerOff();
+        start();
+        ASSERT_TRUE(eventually([this] { return plays("The Second Song"); })) << screen()["main"];
+        // Read at once: what plays meanwhile must not make up for what was lost.
+        const int found = publishedTime();
+        EXPECT_GE(found, left - 10) << round;
+        EXPECT_LE(found, left + 5) << round;
+        EXPECT_TRUE(eventually([this] { return elapsed() >= "00:30"; })) << screen()["main"];
+    }
+}
+
+TEST_F(Library, WhereDiscsWereLeftCanBeKeptOutsideOfTheRuntimeFolder) {
+    const TemporaryFolder data;
+    const std::string file = data.path() + "/discs";
+    endBench();
+    std::filesystem::remove(folder + "/resume.sqlite");
+    start({"--resume", file});
+    playSecondSong();
+    endBench();
+    EXPECT_FALSE(std::filesystem::exists(folder + "/resume.sqlite"));
+    start({"--resume", file});
+    EXPECT_TRUE(eventually([this] { return playsOn("00:30"); })) << screen()["main"];
 }
 
 TEST_F(Library, PhotosAreListedWithoutCoversAndAFolderWithoutAnySaysSo) {

@@ -81,6 +81,14 @@ std::vector<std::string> SystemTest::lines(const Words& words) {
     return outputLines(must(words));
 }
 
+std::vector<int> SystemTest::children() {
+    std::vector<int> pids;
+    for (const auto& line : lines({"ps"})) {
+        pids.push_back(std::stoi(line.substr(line.find(' ') + 1)));
+    }
+    return pids;
+}
+
 Json SystemTest::screen() {
     return Json::parse(must({"screen"}));
 }

@@ -50,6 +50,9 @@ protected:
     void settle();
     std::vector<std::string> lines(const Words& words);
 
+    /** Process numbers of the children, which all run. */
+    std::vector<int> children();
+
     Json screen();
     int window(const std::string& view = "main");
     Json item(int window, int item, const std::string& view = "main");

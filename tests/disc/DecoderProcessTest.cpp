@@ -222,7 +222,7 @@ TEST_F(DecoderInAProcess, ThatDiesInAPauseIsReplacedByOneThatPauses) {
     nextTime(3);
     ASSERT_TRUE(waitSpares(1));
     m_unit.command(185, 20);
-    nextTime(20);
+    nextTime(21);
     m_unit.command(130);
     m_unit.nextState(PlayState::Paused);
     m_unit.mark();
@@ -234,8 +234,8 @@ TEST_F(DecoderInAProcess, ThatDiesInAPauseIsReplacedByOneThatPauses) {
     m_unit.command(131);
     m_unit.nextState(PlayState::Playing);
     const auto time = nextTime(1).json()["time"].get<int>();
-    EXPECT_GE(time, 20);
-    EXPECT_LE(time, 22);
+    EXPECT_GE(time, 21);
+    EXPECT_LE(time, 23);
 }
 
 TEST_F(DecoderInAProcess, ThatDiesIsReplacedByOneThatShowsThePhotoAsItWasTurned) {

@@ -1,6 +1,7 @@
 // Each change of a page that is shown stands on the screen at once: one for each item that is drawn by itself,
 // with nothing behind it that would draw the page anew.
 
+#include "DiscTimers.h"
 #include "tests/views/drawing_view.h"
 
 namespace zm::test {
@@ -85,6 +86,17 @@ TEST_P(ShownBar, DrawsItsStatus) {
     expectDrawn({OSD_ITEM_MUTE}, [&] { unit.device(DEV_STATUS_MUTE, 255); });
     expectDrawn({OSD_ITEM_MUTE}, [&] { unit.device(DEV_STATUS_MUTE, 0); });
     expectDrawn({OSD_ITEM_TEMP}, [&] { unit.device(DEV_STATUS_CAR_TEMP, -52); });
+}
+
+TEST_P(ShownBar, DrawsThatTheSourcePopupWentByItself) {
+    const auto open = [&] {
+        press(SRC_CTRL_OPEN);
+        ASSERT_TRUE(item(ITEM_SRC_GROUP).visible);
+    };
+    open();
+    expectDrawn({ITEM_SRC_GROUP}, [&] { expire(ENUM_TIMER_DISPLAY_SRC); });
+    open();
+    expectDrawn({ITEM_SRC_GROUP}, [&] { unit.app("resume"); });
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, ShownBar, testing::ValuesIn(EVERY_CLIP), barName);

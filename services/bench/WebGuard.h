@@ -17,11 +17,9 @@ public:
      */
     explicit WebGuard(const std::string& tokenFile);
 
-    /** The port that host names and the cookie carry. */
-    void setPort(int port) { m_port = port; }
     const std::string& token() const { return m_token; }
-    /** Value for the Set-Cookie header. Cookies are not told apart by port, so the port is part of the name.
-     */
+    /** Value for the Set-Cookie header. Browsers do not tell cookies apart by port, and two benches behind tunnels
+     * may have the same one: each token has a name of its own. */
     std::string cookieHeader() const;
 
     /** Empty texts stand for headers that were not sent. */
@@ -40,7 +38,7 @@ public:
 
 private:
     std::string m_token;
-    int m_port = 0;
+    std::string m_cookieName;
 };
 
 } // namespace zm

@@ -10,7 +10,6 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 
-#include <cstring>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -41,21 +40,31 @@ void refuse(SoupServerMessage* message, guint status) {
 }
 
 // Says what to do, to whoever looks at it in a browser.
-void refuseWith(SoupServerMessage* message, const char* why) {
+void refuseWith(SoupServerMessage* message, const std::string& why) {
     refuse(message, SOUP_STATUS_FORBIDDEN);
-    soup_server_message_set_response(message, "text/plain; charset=utf-8", SOUP_MEMORY_COPY, why,
-                                     std::strlen(why));
+    soup_server_message_set_response(message, "text/plain; charset=utf-8", SOUP_MEMORY_COPY, why.data(),
+                                     why.size());
 }
 
-constexpr const char* WrongPlace =
-    "This is a head unit's bench. It answers only under the names 127.0.0.1 and localhost, and only to its "
-    "own page.\n\n"
-    "From another machine, make a tunnel:   ssh -L 9000:127.0.0.1:PORT USER@MACHINE\n"
-    "then open its URL with your own port:  http://localhost:9000/?token=...\n";
-constexpr const char* NoToken =
-    "This is a head unit's bench. It wants the token of the URL that zmbench printed behind \"ready\":\n\n"
-    "    http://127.0.0.1:PORT/?token=...\n\n"
-    "Open that once; the browser then remembers it until the runtime folder is deleted.\n";
+std::string wrongPlace(const std::string& port) {
+    return "This is a head unit's bench. It answers only under the names 127.0.0.1 and localhost, and only "
+           "to "
+           "its own page.\n\n"
+           "From another machine, make a tunnel:   ssh -L 9000:127.0.0.1:" +
+           port +
+           " USER@MACHINE\n"
+           "then open its URL with your own port:  http://localhost:9000/?token=...\n";
+}
+
+std::string noToken(const std::string& port) {
+    return "This is a head unit's bench. It wants the token of the URL that zmbench printed behind "
+           "\"ready\":\n\n"
+           "    http://127.0.0.1:" +
+           port +
+           "/?token=...\n\n"
+           "Open that once; the browser then remembers it until the runtime folder is deleted or the browser "
+           "ends.\n";
+}
 
 void answer(SoupServerMessage* message, const char* type, const std::string& bytes) {
     soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
@@ -150,9 +159,8 @@ Result<std::string> WebServer::start(int port) {
         return systemError("port " + std::to_string(port));
     }
     watch();
-    const int actual = ntohs(address.sin_port);
-    m_guard.setPort(actual);
-    return "http://127.0.0.1:" + std::to_string(actual) + "/?token=" + m_guard.token();
+    m_port = std::to_string(ntohs(address.sin_port));
+    return "http://127.0.0.1:" + m_port + "/?token=" + m_guard.token();
 }
 
 void WebServer::watch() {
@@ -213,13 +221,13 @@ void WebServer::guard(SoupServer*, SoupServerMessage* message, const char* path,
     const WebGuard::Caller caller{header(message, "Host"), header(message, "Origin"),
                                   header(message, "Cookie"), header(message, "Authorization")};
     if (!server->m_guard.knownPlace(caller)) {
-        refuseWith(message, WrongPlace);
+        refuseWith(message, wrongPlace(server->m_port));
         return;
     }
     if (!server->m_guard.knownCaller(caller)) {
         const auto* token = query ? static_cast<const char*>(g_hash_table_lookup(query, "token")) : nullptr;
         if (!token || std::string_view(path) != "/" || !server->m_guard.isToken(token)) {
-            refuseWith(message, NoToken);
+            refuseWith(message, noToken(server->m_port));
             return;
         }
         // The token leaves the address bar and goes on as a cookie.

@@ -65,6 +65,7 @@ private:
     WebBackend m_backend;
     std::string m_pageFolder;
     WebGuard m_guard;
+    std::string m_port; ///< on which it listens
     EventLoop& m_loop;
     WebScreen m_screen;
     WebState m_state;

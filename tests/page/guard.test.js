@@ -36,6 +36,11 @@ function socket(path, headers = {}) {
   });
 }
 
+/** What a browser sends after it has opened the printed URL. */
+async function givenCookie() {
+  return (await request(`/?token=${bench.token}`)).headers['set-cookie'][0].split(';')[0];
+}
+
 async function stillAnswers() {
   const answer = await request('/api/command', {method: 'POST', headers: {...bearer(), 'Content-Type': 'application/json'}, body: '{"argv":["pps","ls"]}'});
   assert.equal(answer.status, 200);
@@ -54,7 +59,7 @@ test('a wrong token is refused', async () => {
   const wrong = '0'.repeat(32);
   assert.equal((await request(`/?token=${wrong}`)).status, 403);
   assert.equal((await request('/', {headers: {Authorization: `Bearer ${wrong}`}})).status, 403);
-  assert.equal((await request('/', {headers: {Cookie: `zmbench-${bench.port}=${wrong}`}})).status, 403);
+  assert.equal((await request('/', {headers: {Cookie: (await givenCookie()).replace(/=.*/, `=${wrong}`)}})).status, 403);
 });
 
 test('the token in the URL becomes a cookie that opens the page', async () => {
@@ -83,9 +88,36 @@ test('a tunnel may have another port of the loopback, and its page is its own', 
   }
 });
 
+test('through a tunnel WebSockets open too, to its own page only', async () => {
+  for (const path of ['/ws/screen', '/ws/state']) {
+    const open = await socket(path, {...bearer(), Host: 'localhost:9000', Origin: 'http://localhost:9000'});
+    assert.equal(open.readyState, WebSocket.OPEN, path);
+    open.terminate();
+    for (const [Host, Origin] of [['localhost:9000', 'http://localhost:9001'], ['localhost:9000', 'https://localhost:9000'],
+      ['localhost:9000', 'null'], ['evil.example:9000', 'http://evil.example:9000']]) {
+      assert.equal(await socket(path, {...bearer(), Host, Origin}), 403, `${path} ${Host} ${Origin}`);
+    }
+  }
+});
+
+test('a browser keeps the cookies of two benches that have the same port', async () => {
+  const other = new Bench();
+  const first = await givenCookie();
+  const {port} = bench;
+  await bench.stop();
+  await other.start(port);
+  const second = (await request(`/?token=${other.token}`)).headers['set-cookie'][0].split(';')[0];
+  await other.end();
+  await bench.start(port);
+  // As a browser keeps them: the later one of the same name replaces the earlier.
+  const kept = new Map([first, second].map((cookie) => cookie.split('=')));
+  const Cookie = [...kept].map(([name, value]) => `${name}=${value}`).join('; ');
+  assert.equal((await request('/', {headers: {Cookie}})).status, 200);
+});
+
 test('a refusal says what to do', async () => {
-  assert.match((await request('/')).text, /token/);
-  assert.match((await request('/', {headers: {...bearer(), Host: 'evil.example'}})).text, /ssh -L/);
+  assert.ok((await request('/')).text.includes(`http://127.0.0.1:${bench.port}/?token=`));
+  assert.match((await request('/', {headers: {...bearer(), Host: 'evil.example'}})).text, new RegExp(`ssh -L 9000:127.0.0.1:${bench.port} `));
 });
 
 test('a foreign origin is refused, on HTTP and on WebSockets', async () => {

@@ -56,7 +56,9 @@ Status DiscDrive::eject() {
 }
 
 Status DiscDrive::fault(const std::string& kind) {
-    m_fault = kind;
+    // Only a disc that is inside can be read wrongly.
+    const bool needsDisc = kind == "read" || kind == "noanswer";
+    m_fault = needsDisc && m_empty ? NoFault : kind;
     return ask(jsonText({{"op", "fault"}, {"kind", kind}}));
 }
 
@@ -77,6 +79,11 @@ void DiscDrive::stateChanged() {
     const Json json = Json::parse(m_state, nullptr, false);
     const std::string name = member(json, "state");
     m_holdsDisc = name == "reading" || name == "loaded";
+    m_empty = name == "empty";
+    // A fault ends with the disc, a drive that is gone is back with the next one.
+    if (name == "reading" || (m_empty && m_fault != "gone")) {
+        forgetFault();
+    }
     if (m_wanted.empty() || member(json, "path") != m_wanted || (name != "reading" && name != "error")) {
         return;
     }

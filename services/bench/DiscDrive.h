@@ -28,8 +28,9 @@ public:
     /** Makes the drive fail: "read", "surface", "temperature", "region", "noanswer", "gone", or "none" again.
      */
     Status fault(const std::string& kind);
-    /** The fault that it was last given; "none" without one, also once the disc service has started anew. */
+    /** The fault that it has: the last that it was given, until the disc has left or (for "gone") the next one came. */
     const std::string& activeFault() const { return m_fault; }
+    /** The disc service has started anew. */
     void forgetFault() { m_fault = NoFault; }
     /** The latest "drivestate" as JSON text; empty before the disc service has said anything. */
     std::string state();
@@ -49,6 +50,7 @@ private:
     std::unique_ptr<PpsFile> m_object;
     std::string m_state;
     bool m_holdsDisc = false;
+    bool m_empty = true;
     static constexpr const char* NoFault = "none";
     std::string m_fault = NoFault;
     std::string m_wanted; ///< path of the disc to be inserted; empty: none

@@ -69,6 +69,19 @@ for (const [name, line] of [['Read error', 'errorstatus::32'], ['Surface error',
   });
 }
 
+test('a fault goes with the disc, and an empty drive cannot read wrongly', async () => {
+  const pressed = page.locator('#disc [aria-pressed=true]');
+  await button('Read error').click();
+  await until('the fault is shown', async () => await pressed.count() === 1);
+  await button('Eject').click();
+  await until('the drive is empty', async () => await page.textContent('#drivestate') === 'empty');
+  await until('no fault is shown', async () => await pressed.count() === 0);
+  await button('Read error').click();
+  await button('Insert').click();
+  await plays();
+  assert.equal(await pressed.count(), 0);
+});
+
 test('a drive that does not answer still ejects', async () => {
   await button('No answer').click();
   await button('Eject').click();

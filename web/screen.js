@@ -105,7 +105,7 @@ function applyScale() {
   canvas.classList.toggle('whole', Number.isInteger(Number(scale.value)));
   localStorage.setItem('scale', scale.value);
 }
-scale.value = localStorage.getItem('scale') ?? (innerWidth < 840 ? 'fit' : '1');
+scale.value = localStorage.getItem('scale') ?? (innerWidth < 840 || innerHeight < 600 ? 'fit' : '1');
 scale.addEventListener('change', applyScale);
 applyScale();
 

@@ -11,6 +11,7 @@ after(() => bench.end());
 
 const desktop = {viewport: {width: 1280, height: 800}};
 const large = {viewport: {width: 1920, height: 1080}};
+const landscape = {viewport: {width: 844, height: 390}, hasTouch: true, isMobile: true};
 const phone = {viewport: {width: 390, height: 844}, hasTouch: true, isMobile: true};
 
 const forget = () => bench.zmctl('pps', 'put', 'zelmar/disc/control', '-zmcmd');
@@ -23,7 +24,7 @@ async function placeOf(page, control) {
   return [box.x + (x + w / 2) * box.width / 800, box.y + (y + h / 2) * box.height / 480];
 }
 
-for (const [name, options] of Object.entries({desktop, large, phone})) {
+for (const [name, options] of Object.entries({desktop, large, phone, landscape})) {
   test(`on a ${name} screen nothing is cut off and the head unit is whole in sight`, async () => {
     const page = await bench.openPage(options);
     const {width, height} = options.viewport;

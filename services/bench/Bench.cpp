@@ -81,8 +81,10 @@ Result<std::string> Bench::startPage() {
 void Bench::openPage() const {
     const char* const words[] = {"xdg-open", m_url.c_str(), nullptr};
     GError* error = nullptr;
-    if (!g_spawn_async(nullptr, const_cast<char**>(words), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
-                       nullptr, &error)) {
+    // A browser that says something does not say it on the bench's standard output.
+    const auto flags = GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL);
+    if (!g_spawn_async(nullptr, const_cast<char**>(words), nullptr, flags, nullptr, nullptr, nullptr,
+                       &error)) {
         std::fprintf(stderr, "zmbench: no browser could be opened: %s\n", error->message);
         g_error_free(error);
     }

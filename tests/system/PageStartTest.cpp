@@ -67,7 +67,8 @@ TEST_F(PageStart, WithoutAPortItIsTheUsualOne) {
 TEST_F(PageStart, OpenHandsTheUrlToTheDesktop) {
     const std::string opener = folder + "/bin";
     std::filesystem::create_directory(opener);
-    std::ofstream(opener + "/xdg-open") << "#!/bin/sh\nprintf '%s' \"$1\" >" << folder << "/opened\n";
+    std::ofstream(opener + "/xdg-open")
+        << "#!/bin/sh\necho noise\nprintf '%s' \"$1\" >" << folder << "/opened\n";
     ::chmod((opener + "/xdg-open").c_str(), 0755);
     const std::string path = std::getenv("PATH");
     ::setenv("PATH", (opener + ":" + path).c_str(), 1);
@@ -78,6 +79,7 @@ TEST_F(PageStart, OpenHandsTheUrlToTheDesktop) {
         std::getline(stream, url);
         return !url.empty() && line == "ready " + url;
     }));
+    EXPECT_EQ(bench->line(std::chrono::milliseconds(100)), "") << "standard output is the bench's own";
     endBench();
     ::setenv("PATH", folder.c_str(), 1);
     EXPECT_THAT(ready({"--port", "0", "--open"}), StartsWith("ready http://"))

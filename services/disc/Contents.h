@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -42,18 +43,25 @@ struct Folder {
     std::array<FolderCounts, KindCount> counts;
 };
 
+/** What is known of a DVD-Video before it is played. */
+struct DvdMark {
+    uint8_t prohibitedRegions = 0; ///< bit n - 1 is set where region n must not play it
+};
+
 /** Everything playable on a disc, numbered. */
 struct Contents {
     /** Of a disc of tracks, which all lie in folder 1; nothing for a disc of folders and files. */
     std::optional<MediaType> trackType;
     std::string identity;                           ///< the same whenever this disc is read
+    /** Of a DVD-Video, which is played by its own program and has neither folders nor items. */
+    std::optional<DvdMark> dvd;
     std::vector<Folder> folders;                    ///< folder n has the id n + 1
     std::array<std::vector<Item>, KindCount> items; ///< by folder id, then file id
 
     const std::vector<Item>& of(MediaKind kind) const { return items[kindIndex(kind)]; }
     const Folder& folder(int id) const { return folders[static_cast<size_t>(id) - 1]; }
     bool empty() const {
-        return std::all_of(items.begin(), items.end(), [](const auto& each) { return each.empty(); });
+        return !dvd && std::all_of(items.begin(), items.end(), [](const auto& each) { return each.empty(); });
     }
     bool hasFolders() const { return !trackType; }
     /** What "mediatype" says while an item of `kind` plays. */

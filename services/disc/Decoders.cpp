@@ -17,10 +17,10 @@ constexpr std::string_view allowed[] = {
     // the player and what it is made of
     "pipeline", "bin", "playbin", "playsink", "uridecodebin", "decodebin", "subtitleoverlay",
     "streamsynchronizer", "typefind", "queue", "queue2", "multiqueue", "tee", "identity", "capsfilter",
-    "input-selector", "concat",
+    "input-selector", "concat", "funnel",
     // converters
     "audioconvert", "audioresample", "videoconvert", "videoscale", "videoconvertscale", "videocrop",
-    "videoflip", "textoverlay", "textrender", "dvdspu",
+    "videoflip", "deinterlace", "textoverlay", "textrender", "dvdspu",
     // sinks
     "alsasink", "appsink", "fakesink",
     // demuxers

@@ -3,6 +3,7 @@
 #include "services/disc/FilePlayer.h"
 #include "services/disc/Log.h"
 #include "services/disc/OpenMedium.h"
+#include "services/disc/dvd/DvdPlayer.h"
 
 #include <algorithm>
 #include <string_view>
@@ -19,6 +20,9 @@ constexpr Milliseconds ChangeTime{200};
 constexpr Milliseconds LeadTime{2000};
 
 constexpr int RootFolder = 1;
+
+// The region of the world that the unit is made for: 2, Europe, Japan and the Middle East.
+constexpr uint8_t UnitRegionBit = 1 << (2 - 1);
 
 struct FaultRow {
     std::string_view name;
@@ -37,9 +41,9 @@ constexpr FaultRow faults[] = {
 } // namespace
 
 Drive::Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-             std::shared_ptr<Catalogue> catalogue, ResumeMemory& memory)
-    : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_catalogue(std::move(catalogue)),
-      m_memory(memory) {}
+             DvdEngineMaker makeDvdEngine, std::shared_ptr<Catalogue> catalogue, ResumeMemory& memory)
+    : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine),
+      m_makeDvdEngine(std::move(makeDvdEngine)), m_catalogue(std::move(catalogue)), m_memory(memory) {}
 
 Drive::~Drive() = default;
 
@@ -110,6 +114,10 @@ void Drive::loadScanned(std::shared_ptr<const Contents> contents) {
     m_contents = std::move(contents);
     m_state.mixedType(m_contents->mixedMask());
     if (!m_contents->empty()) {
+        if (m_contents->dvd) {
+            m_state.mediaType(MediaType::Dvd);
+            return;
+        }
         m_resume = std::make_unique<DiscResume>(m_memory, m_contents);
         m_state.mediaType(m_contents->mediaType(m_resume->item().kind));
     }
@@ -130,12 +138,31 @@ void Drive::loadFinished() {
     report({"loaded", m_path, ""});
     m_guard = std::make_unique<CatalogueGuard>(m_loop, m_catalogue, m_contents,
                                                [this] { m_state.catalogue(Reading::Complete, RootFolder); });
+    if (m_contents->dvd) {
+        insertDvd();
+        return;
+    }
     if (const auto modes = m_resume->modes()) {
         m_modes = *modes;
         m_state.modes(m_modes);
     }
     m_transport =
         std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume);
+    if (m_source) {
+        m_transport->sourceOn();
+    }
+}
+
+void Drive::insertDvd() {
+    if (m_contents->dvd->prohibitedRegions & UnitRegionBit) {
+        const std::string text = m_path + ": made for another region of the world";
+        logWarning("%s\n", text.c_str());
+        report({"error", m_path, text});
+        m_state.error(DeviceError::Region);
+        return;
+    }
+    m_transport = std::make_unique<DvdPlayer>(m_loop, m_state, m_modes, m_makeDvdEngine(m_loop), m_path,
+                                              [this](const std::string& reason) { loadFailed(reason); });
     if (m_source) {
         m_transport->sourceOn();
     }
@@ -257,6 +284,9 @@ bool Drive::fault(const std::string& kind) {
     }
     if (m_gate) {
         m_gate->set(row->fault);
+    }
+    if (m_transport) {
+        m_transport->driveFault(row->fault);
     }
     m_state.error(row->error);
     return true;

@@ -7,6 +7,7 @@
 #include "services/disc/Engine.h"
 #include "services/disc/FaultGate.h"
 #include "services/disc/Transport.h"
+#include "services/disc/dvd/DvdEngine.h"
 
 #include <memory>
 #include <optional>
@@ -20,7 +21,7 @@ namespace zm::disc {
  */
 class Drive : private LoadListener {
 public:
-    Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
+    Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, DvdEngineMaker makeDvdEngine,
           std::shared_ptr<Catalogue> catalogue, ResumeMemory& memory);
     ~Drive() override;
 
@@ -54,6 +55,7 @@ private:
         std::shared_ptr<Medium> medium;
     };
 
+    void insertDvd();
     void take(const Inserted& disc);
     void leave();
     void left();
@@ -66,6 +68,7 @@ private:
     DiscState& m_state;
     PlayModes& m_modes;
     Engine& m_engine;
+    DvdEngineMaker m_makeDvdEngine;
     std::shared_ptr<Catalogue> m_catalogue;
     ResumeMemory& m_memory;
     std::string m_path;                          ///< of the disc inside; empty without one

@@ -7,6 +7,7 @@
 #include "services/disc/Log.h"
 #include "services/disc/NaturalOrder.h"
 #include "services/disc/Tags.h"
+#include "services/disc/dvd/DvdDetection.h"
 
 #include <algorithm>
 #include <numeric>
@@ -210,6 +211,12 @@ private:
 Result<Contents> scan(Medium& medium, ScanProgress& progress) {
     if (const auto tracks = medium.tracks()) {
         return *tracks;
+    }
+    if (const auto dvd = findDvd(medium)) {
+        Contents contents;
+        contents.trackType = MediaType::Dvd;
+        contents.dvd = dvd;
+        return contents;
     }
     FoundFolder root;
     Walk walk(medium, progress);

@@ -104,7 +104,8 @@ std::optional<Tray> trayOf(const std::string& driveObject) {
 Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::string& runtime,
                                                 const std::string& catalogueFile,
                                                 const std::string& resumeFile, const std::string& disc,
-                                                const EngineMaker& makeEngine) {
+                                                const EngineMaker& makeEngine,
+                                                const DvdEngineMaker& makeDvdEngine) {
     auto catalogue = Catalogue::open(catalogueFile);
     if (!catalogue) {
         return Error{catalogue.error()};
@@ -119,7 +120,7 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
     }
     std::unique_ptr<Service> service(new Service(loop, std::move(*state),
                                                  std::shared_ptr<Catalogue>(std::move(*catalogue)),
-                                                 resumeFile, std::move(*control), makeEngine));
+                                                 resumeFile, std::move(*control), makeEngine, makeDvdEngine));
     if (auto begun = service->begin(disc); !begun) {
         return Error{begun.error()};
     }
@@ -127,9 +128,10 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
 }
 
 Service::Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
-                 const std::string& resumeFile, PpsFile control, const EngineMaker& makeEngine)
+                 const std::string& resumeFile, PpsFile control, const EngineMaker& makeEngine,
+                 const DvdEngineMaker& makeDvdEngine)
     : m_state(std::move(state)), m_memory(resumeFile), m_engine(makeEngine(loop)),
-      m_drive(loop, *m_state, m_modes, *m_engine, std::move(catalogue), m_memory),
+      m_drive(loop, *m_state, m_modes, *m_engine, makeDvdEngine, std::move(catalogue), m_memory),
       m_control(std::move(control)), m_mailbox(std::make_shared<Mailbox>(loop)) {}
 
 Service::~Service() {

@@ -27,12 +27,14 @@ public:
     static Result<std::unique_ptr<Service>> start(EventLoop& loop, const std::string& runtime,
                                                   const std::string& catalogueFile,
                                                   const std::string& resumeFile, const std::string& disc,
-                                                  const EngineMaker& makeEngine);
+                                                  const EngineMaker& makeEngine,
+                                                  const DvdEngineMaker& makeDvdEngine);
     ~Service();
 
 private:
     Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
-            const std::string& resumeFile, PpsFile control, const EngineMaker& makeEngine);
+            const std::string& resumeFile, PpsFile control, const EngineMaker& makeEngine,
+            const DvdEngineMaker& makeDvdEngine);
     Status begin(const std::string& disc);
     void controlText(const std::string& text);
     void driveText(const std::string& text);

@@ -2,6 +2,8 @@
 
 namespace zm::disc {
 
+enum class DriveFault;
+
 /**
  * What the user can ask of a disc that plays. Numbers are those of the command, 0 where it has none. A kind
  * of disc that cannot do something says so with `refuse`. All calls on the service's loop; none waits for the
@@ -16,6 +18,8 @@ public:
     virtual void sourceOff() = 0;
     /** The user has asked for a song by voice, the application names it once music plays. */
     virtual void playMusic() {}
+    /** The drive is given a fault, where what plays reads the disc by itself. */
+    virtual void driveFault(DriveFault) {}
 
     virtual void next(int, int) { refuse(); }
     virtual void previous(int, int) { refuse(); }

@@ -4,6 +4,7 @@
 #include "services/disc/Log.h"
 #include "services/disc/ScreenFrames.h"
 #include "services/disc/Service.h"
+#include "services/disc/dvd/DvdSound.h"
 
 #include <csignal>
 #include <cstdio>
@@ -39,12 +40,15 @@ int main(int argc, char** argv) {
     zm::EventLoop loop;
     const auto term = zm::watchSignal(loop, SIGTERM, [&] { loop.quit(); });
     const auto interrupt = zm::watchSignal(loop, SIGINT, [&] { loop.quit(); });
+    const auto frames = std::make_shared<zm::disc::ScreenFrames>(zm::screenSocket(runtime));
     const auto makeEngine = [&](zm::EventLoop& home) {
-        return std::make_unique<zm::disc::DecoderEngine>(
-            home, std::make_shared<zm::disc::ScreenFrames>(zm::screenSocket(runtime)));
+        return std::make_unique<zm::disc::DecoderEngine>(home, frames);
+    };
+    const auto makeDvdEngine = [&](zm::EventLoop& home) {
+        return std::make_unique<zm::disc::DvdEngine>(home, frames, zm::disc::makeDvdSound);
     };
     auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime),
-                                            zm::resumeFile(runtime), disc, makeEngine);
+                                            zm::resumeFile(runtime), disc, makeEngine, makeDvdEngine);
     if (!service) {
         std::fprintf(stderr, "zmdiscd: %s\n", service.error().c_str());
         return 1;

@@ -193,6 +193,13 @@ disc::EngineMaker engineMaker(std::shared_ptr<disc::FrameSink> frames) {
 #endif
 }
 
+disc::DvdEngineMaker dvdEngineMaker(std::shared_ptr<disc::FrameSink> frames,
+                                    std::shared_ptr<SoundRecorder> sound) {
+    return [=](EventLoop& loop) {
+        return std::make_unique<disc::DvdEngine>(loop, frames, [sound] { return sound->makeSink(); });
+    };
+}
+
 DiscUnit::DiscUnit() {
     ::setenv("ZM_RUNTIME", runtime().c_str(), 1);
     startObjects();
@@ -235,7 +242,7 @@ std::string DiscUnit::tryService(const std::string& disc, const std::function<vo
     m_serviceThread->call([&] {
         before();
         auto service = disc::Service::start(m_serviceThread->loop(), runtime(), catalogue(), resume(), disc,
-                                            engineMaker(m_pictures));
+                                            engineMaker(m_pictures), dvdEngineMaker(m_pictures, m_sound));
         if (service) {
             m_service = std::move(*service);
         } else {

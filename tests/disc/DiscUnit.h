@@ -6,6 +6,7 @@
 #include "services/disc/FrameSink.h"
 #include "services/disc/Service.h"
 #include "tests/disc/Samples.h"
+#include "tests/disc/SoundRecorder.h"
 
 #include <nlohmann/json.hpp>
 
@@ -120,6 +121,9 @@ private:
  * time: the decoder's libraries are not instrumented, so that their locks would not be seen.
  */
 disc::EngineMaker engineMaker(std::shared_ptr<disc::FrameSink> frames);
+/** The engine for DVDs; its sound goes to `sound`. */
+disc::DvdEngineMaker dvdEngineMaker(std::shared_ptr<disc::FrameSink> frames,
+                                    std::shared_ptr<SoundRecorder> sound);
 
 /** The objects' service and the disc service in this process, and the application's side of both. */
 class DiscUnit {
@@ -165,11 +169,14 @@ public:
     std::string resume() const { return m_folder / "resume.sqlite"; }
     Recorder& recorder() { return m_recorder; }
     PictureRecorder& pictures() { return *m_pictures; }
+    /** What a DVD sounds like. */
+    SoundRecorder& sound() { return *m_sound; }
 
 private:
     TempFolder m_folder;
     Recorder m_recorder;
     std::shared_ptr<PictureRecorder> m_pictures = std::make_shared<PictureRecorder>();
+    std::shared_ptr<SoundRecorder> m_sound = std::make_shared<SoundRecorder>();
     size_t m_from = 0;
     std::unique_ptr<LoopThread> m_objectsThread;
     std::unique_ptr<PpsService> m_objects;

@@ -364,7 +364,7 @@ TEST(DiscServiceStart, FailsWithoutTheObjectsService) {
     TempFolder runtime;
     zm::EventLoop loop;
     const auto service = Service::start(loop, runtime.path().string(), runtime / "db", runtime / "resume", "",
-                                        engineMaker(std::make_shared<PictureRecorder>()));
+                                        engineMaker(std::make_shared<PictureRecorder>()), {});
     ASSERT_FALSE(service);
     EXPECT_NE(service.error().find(runtime.path().string()), std::string::npos);
 }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "services/disc/FrameSink.h"
+
+#include <mutex>
+
+namespace zm::disc {
+
+/** Frames that can be covered: meanwhile the screen stays black, whatever a decoder still gives out. Any
+ * thread. */
+class CurtainFrames : public FrameSink {
+public:
+    /** `frames` outlives it. */
+    explicit CurtainFrames(FrameSink& frames) : m_frames(frames) {}
+
+    void show(const uint8_t* pixels, int stride) override {
+        std::lock_guard lock(m_mutex);
+        if (!m_covered) {
+            m_frames.show(pixels, stride);
+        }
+    }
+    void clear() override {
+        std::lock_guard lock(m_mutex);
+        m_frames.clear();
+    }
+    void cover(bool covered) {
+        std::lock_guard lock(m_mutex);
+        m_covered = covered;
+        if (covered) {
+            m_frames.clear();
+        }
+    }
+
+private:
+    FrameSink& m_frames;
+    std::mutex m_mutex;
+    bool m_covered = false;
+};
+
+} // namespace zm::disc

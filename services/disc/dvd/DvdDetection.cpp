@@ -1,0 +1,77 @@
+#include "services/disc/dvd/DvdDetection.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace zm::disc {
+
+namespace {
+
+constexpr std::string_view FilmFolder = "VIDEO_TS";
+constexpr std::array<std::string_view, 2> tables{"VIDEO_TS.IFO", "VIDEO_TS.BUP"};
+constexpr std::string_view Mark = "DVDVIDEO-VMG";
+constexpr size_t RegionsAt = 0x23;
+
+bool isCalled(const std::string& name, std::string_view wanted) {
+    return std::equal(name.begin(), name.end(), wanted.begin(), wanted.end(), [](char a, char b) {
+        return (a >= 'a' && a <= 'z' ? static_cast<char>(a - 'a' + 'A') : a) == b;
+    });
+}
+
+std::optional<DvdMark> readTable(Medium& medium, const std::string& file) {
+    auto reader = medium.open(file);
+    std::array<char, RegionsAt + 1> bytes{};
+    if (!reader) {
+        return std::nullopt;
+    }
+    const auto count = (*reader)->readAt(0, bytes);
+    if (!count || *count < bytes.size() || std::string_view(bytes.data(), Mark.size()) != Mark) {
+        return std::nullopt;
+    }
+    return DvdMark{static_cast<uint8_t>(bytes[RegionsAt])};
+}
+
+const Entry* fileCalled(const std::vector<Entry>& entries, std::string_view wanted) {
+    const auto found = std::find_if(entries.begin(), entries.end(), [=](const Entry& each) {
+        return each.type == Entry::Type::File && isCalled(each.rawName, wanted);
+    });
+    return found == entries.end() ? nullptr : &*found;
+}
+
+std::optional<DvdMark> findTable(Medium& medium, const std::string& folder,
+                                 const std::vector<Entry>& entries) {
+    if (!fileCalled(entries, tables.front())) {
+        return std::nullopt; // the reader does not go by the copy alone
+    }
+    for (const auto table : tables) {
+        if (const Entry* entry = fileCalled(entries, table)) {
+            const std::string path = folder.empty() ? entry->rawName : folder + "/" + entry->rawName;
+            if (const auto mark = readTable(medium, path)) {
+                return mark;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<DvdMark> findDvd(Medium& medium) {
+    const auto root = medium.list("");
+    if (!root) {
+        return std::nullopt; // whoever reads the whole disc says why
+    }
+    for (const auto& entry : *root) {
+        if (entry.type == Entry::Type::Folder && isCalled(entry.rawName, FilmFolder)) {
+            if (const auto inside = medium.list(entry.rawName)) {
+                if (const auto mark = findTable(medium, entry.rawName, *inside)) {
+                    return mark;
+                }
+            }
+        }
+    }
+    return findTable(medium, "", *root);
+}
+
+} // namespace zm::disc

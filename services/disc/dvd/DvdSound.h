@@ -1,0 +1,13 @@
+#pragma once
+
+#include "services/disc/Gst.h"
+
+namespace zm::disc {
+
+/**
+ * A new element that plays a DVD's sound: the default device, or, where it cannot be opened, a silent one that
+ * keeps the time. Logs which. The reference is floating.
+ */
+GstElement* makeDvdSound();
+
+} // namespace zm::disc

@@ -1,0 +1,82 @@
+#include "tests/disc/SoundRecorder.h"
+
+#include <gst/gst.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace zm::test {
+
+namespace {
+
+constexpr int Rate = 48000;
+constexpr size_t Window = Rate / 4;
+constexpr int Silence = 200; // of 32767
+constexpr double Full = 32767.0;
+
+} // namespace
+
+GstElement* SoundRecorder::makeSink() {
+    GstElement* sink = gst_element_factory_make("fakesink", nullptr);
+    g_object_set(sink, "sync", TRUE, "signal-handoffs", TRUE, nullptr);
+    auto onSound = +[](GstElement*, GstBuffer* buffer, GstPad*, gpointer self) {
+        GstMapInfo map;
+        if (gst_buffer_map(buffer, &map, GST_MAP_READ)) {
+            static_cast<SoundRecorder*>(self)->add(reinterpret_cast<const int16_t*>(map.data), map.size / 4);
+            gst_buffer_unmap(buffer, &map);
+        }
+    };
+    g_signal_connect(sink, "handoff", G_CALLBACK(onSound), this);
+    return sink;
+}
+
+void SoundRecorder::add(const int16_t* samples, size_t frames) {
+    std::lock_guard lock(m_mutex);
+    for (size_t i = 0; i < frames; ++i) {
+        m_left.push_back(samples[2 * i]);
+    }
+    if (m_left.size() > Window) {
+        m_left.erase(m_left.begin(), m_left.end() - Window);
+    }
+    m_changed.notify_all();
+}
+
+int SoundRecorder::pitch() const {
+    if (m_left.size() < Window) {
+        return 0;
+    }
+    int crossings = 0;
+    int loudest = 0;
+    for (size_t i = 1; i < m_left.size(); ++i) {
+        crossings += (m_left[i - 1] < 0) != (m_left[i] < 0);
+        loudest = std::max(loudest, std::abs(static_cast<int>(m_left[i])));
+    }
+    return loudest < Silence ? 0 : crossings * Rate / static_cast<int>(Window) / 2;
+}
+
+bool SoundRecorder::waitForTone(int hertz, std::chrono::milliseconds timeout) {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, [&] { return std::abs(pitch() - hertz) * 100 <= hertz * 3; });
+}
+
+int SoundRecorder::tone() const {
+    std::lock_guard lock(m_mutex);
+    return pitch();
+}
+
+double SoundRecorder::peak() const {
+    std::lock_guard lock(m_mutex);
+    int loudest = 0;
+    for (const int16_t each : m_left) {
+        loudest = std::max(loudest, std::abs(static_cast<int>(each)));
+    }
+    return loudest / Full;
+}
+
+void SoundRecorder::forget() {
+    std::lock_guard lock(m_mutex);
+    m_left.clear();
+}
+
+} // namespace zm::test

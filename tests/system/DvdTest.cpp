@@ -1,0 +1,116 @@
+#include "tests/disc/DvdDisc.h"
+#include "tests/system/SystemTest.h"
+
+#include <signal.h>
+#include <spng.h>
+
+#include <cstdlib>
+#include <fstream>
+
+namespace zm::test {
+
+namespace {
+
+constexpr int Width = 800;
+constexpr int Height = 480;
+constexpr int VideoPage = 17;
+constexpr int ErrorPage = 22;
+constexpr int DvdOverlay = 1;
+constexpr int TitleText = 2152;
+constexpr int ChapterText = 2154;
+constexpr int TotalText = 2068;
+constexpr int MenuKey = 6557;
+constexpr int SoundKey = 6535;
+constexpr int SubtitleKey = 6555;
+constexpr int StateText = 2155;
+
+struct Pixel {
+    int red = 0;
+    int green = 0;
+    int blue = 0;
+    bool operator==(const Pixel& other) const {
+        const auto near = [](int a, int b) { return std::abs(a - b) < 40; };
+        return near(red, other.red) && near(green, other.green) && near(blue, other.blue);
+    }
+};
+constexpr Pixel menuBlue{0x20, 0x20, 0x60};
+constexpr Pixel red{255, 0, 0};
+constexpr Pixel blue{0, 0, 255};
+constexpr Pixel cyan{0, 255, 255};
+
+} // namespace
+
+/** A DVD in the drive of the whole system, driven by touches, as a driver would. */
+class DvdSystem : public SystemTest {
+protected:
+    Pixel seen(int x, int y) {
+        const std::string file = folder + "/shot.png";
+        must({"shot", file});
+        std::ifstream stream(file, std::ios::binary);
+        const std::string png((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+        std::vector<unsigned char> pixels(size_t{3} * Width * Height);
+        const std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> reader(spng_ctx_new(0), spng_ctx_free);
+        EXPECT_EQ(spng_set_png_buffer(reader.get(), png.data(), png.size()), 0);
+        EXPECT_EQ(spng_decode_image(reader.get(), pixels.data(), pixels.size(), SPNG_FMT_RGB8, 0), 0);
+        const unsigned char* pixel = &pixels[size_t{3} * (static_cast<size_t>(Width * y + x))];
+        return {pixel[0], pixel[1], pixel[2]};
+    }
+    bool sees(Pixel colour, int x = 500, int y = 240) {
+        return eventually([&] { return window() == VideoPage && seen(x, y) == colour; });
+    }
+    void touch(int x, int y) { must({"touch", std::to_string(x), std::to_string(y)}); }
+    /** Touches the middle of a control of the overlay. */
+    void touchKey(int id) {
+        const Json place = item(DvdOverlay, id, "osd")["rect"];
+        touch(place[0].get<int>() + place[2].get<int>() / 2, place[1].get<int>() + place[3].get<int>() / 2);
+    }
+    std::string text(int id) { return item(DvdOverlay, id, "osd")["text"]; }
+    bool inMenu() {
+        return must({"pps", "get", "zelmar/disc/status"}).find("rootmenu::true") != std::string::npos;
+    }
+    void openOverlay() {
+        if (window("osd") != DvdOverlay) {
+            touch(500, 200);
+        }
+        ASSERT_TRUE(eventually([this] { return window("osd") == DvdOverlay; })) << screen()["osd"];
+    }
+};
+
+TEST_F(DvdSystem, IsDrivenByTouchesFromItsMenuToItsEjection) {
+    startBench({"--no-web", "--launcher", "passive"});
+    must({"insert", dvdImage(DvdKind::Menus)});
+    ASSERT_TRUE(eventually([this] { return inMenu(); })) << screen()["main"];
+    ASSERT_TRUE(sees(menuBlue));
+    // "Title 2" is the second button: the touch is as far to the left on the disc's narrower picture.
+    touch(240, 233);
+    ASSERT_TRUE(sees(cyan));
+    EXPECT_FALSE(inMenu());
+    openOverlay();
+    EXPECT_TRUE(eventually([this] { return text(TitleText) == "2/2" && text(ChapterText) == "1/2"; }));
+    EXPECT_EQ(text(TotalText), "00:12");
+    touchKey(MenuKey);
+    ASSERT_TRUE(eventually([this] { return inMenu(); }));
+    ASSERT_TRUE(sees(menuBlue));
+    touch(240, 333);
+    ASSERT_TRUE(sees(blue));
+    openOverlay();
+    EXPECT_TRUE(eventually([this] { return text(TitleText) == "1/2" && text(ChapterText) == "3/3"; }));
+    touchKey(SoundKey);
+    EXPECT_TRUE(eventually([this] { return text(StateText) == "2/2 AC-3 2.0 de"; })) << text(StateText);
+    touchKey(SubtitleKey);
+    EXPECT_TRUE(eventually([this] { return text(StateText) == "1/2  en"; })) << text(StateText);
+    must({"eject"});
+    EXPECT_TRUE(eventually([this] { return window() != VideoPage; })) << screen()["main"];
+}
+
+TEST_F(DvdSystem, WithoutItsReaderItGivesTheErrorPageAndComesOut) {
+    startBench({"--no-web", "--launcher", "passive", "--disc", dvdFolder(DvdKind::Menus)});
+    ASSERT_TRUE(eventually([this] { return inMenu(); }));
+    const pid_t reader = dvdReaderOf(std::stoi(lines({"ps"}).at(1).substr(5)));
+    ASSERT_GT(reader, 0);
+    ASSERT_EQ(::kill(reader, SIGKILL), 0);
+    EXPECT_TRUE(eventually([this] { return window() == ErrorPage; })) << screen()["main"];
+    EXPECT_THAT(must({"disc"}), HasSubstr("signal 9"));
+}
+
+} // namespace zm::test

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <iterator>
 
 using namespace zm::test;
@@ -12,9 +13,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
+// The drive alone takes a second to change a disc: the hundreds that a week brings are run on demand.
+const bool Soak = std::getenv("ZM_SOAK") != nullptr;
 // What libraries keep for good (types, caches, arenas) is there after these.
-constexpr int WarmUpRounds = 50;
-constexpr int Rounds = 200;
+const int WarmUpRounds = Soak ? 50 : 12;
+const int Rounds = Soak ? 200 : 24;
 // Far less than one kilobyte a disc.
 constexpr long AllowedBytes = 128 * 1024;
 
@@ -63,7 +66,7 @@ protected:
 
 } // namespace
 
-TEST_F(Endurance, TwoHundredDiscsLeaveNothingBehind) {
+TEST_F(Endurance, ManyDiscsLeaveNothingBehind) {
     const std::array discs{m_disc / "music", m_disc / "video", m_disc / "photos"};
     place(toneFile("mp3", 5, "Song"), discs[0] + "/1.mp3");
     place(sample({"short.mpg", "-f lavfi -i color=red:size=320x240:rate=25:duration=5 -f lavfi -i "

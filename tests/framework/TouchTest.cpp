@@ -160,7 +160,24 @@ TEST_F(TouchTest, APageThatWentWhileTheFingerLayOnItWasNotMeant) {
         view.ShowWnd(1, true, 0);
     };
     headUnit.askData({{"t", "key"}, {"code", 20}});
+    app.events.take();
     EXPECT_EQ(headUnit.askData({{"t", "release"}, {"x", 150}, {"y", 160}}), json::object());
+    EXPECT_THAT(app.events.take(), ElementsAre("up 150 160"));
+}
+
+TEST_F(TouchTest, AHeldFingerIsReportedAsLiftedAlsoFromAPageThatWent) {
+    step("press", 150, 160);
+    headUnit.advance(800);
+    app.main.onHandler = [this](const std::string&) {
+        auto& view = app.main; // this function ends with the assignment
+        view.onHandler = nullptr;
+        view.ShowWnd(1, true, 0);
+    };
+    headUnit.askData({{"t", "key"}, {"code", 20}});
+    app.events.take();
+    step("release", 150, 160);
+    EXPECT_THAT(app.events.take(), ElementsAre("up 150 160", "click 6 20 1"))
+        << "what the holding began ends";
 }
 
 TEST_F(TouchTest, ClickCallsTheViewStraight) {

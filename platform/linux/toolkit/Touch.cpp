@@ -46,6 +46,13 @@ bool Touch::covers(int x, int y) const {
     return hit(x, y).window != nullptr;
 }
 
+bool Touch::shown(int window) const {
+    const auto& pages = m_pages.shown();
+    return pages.empty()
+               ? window == 0
+               : std::ranges::any_of(pages, [&](const Window* page) { return page->spec.id == window; });
+}
+
 void Touch::report(int state) {
     if (!m_silent) {
         m_listener.itemClicked(m_window, m_control, state);
@@ -64,6 +71,7 @@ void Touch::press(int x, int y) {
     const Hit target = hit(x, y);
     const int topmost = m_pages.shown().empty() ? 0 : m_pages.shown().back()->spec.id;
     m_down = true;
+    m_held = false;
     m_dragging = false;
     m_startX = x;
     m_startY = y;
@@ -142,6 +150,7 @@ void Touch::endDrag(int64_t nowMs) {
 
 void Touch::hold() {
     if (m_down) {
+        m_held = true;
         report(4);
     }
 }
@@ -154,7 +163,7 @@ void Touch::release(int, int, int64_t nowMs) {
     pressItem(false);
     if (m_dragging) {
         endDrag(nowMs);
-    } else {
+    } else if (m_held || shown(m_window)) { // of a page that has gone meanwhile nobody meant anything
         report(1);
     }
 }

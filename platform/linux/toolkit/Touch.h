@@ -29,6 +29,7 @@ private:
         Item* item = nullptr; ///< null: the window itself was hit
     };
     Hit hit(int x, int y) const;
+    bool shown(int window) const;
     void report(int state);
     void pressItem(bool pressed);
     void pressList(int x, int y);
@@ -41,6 +42,7 @@ private:
     SceneListener& m_listener;
 
     bool m_down = false;
+    bool m_held = false;   ///< was reported as held, so its end is reported in any case
     bool m_silent = false; ///< this touch reports nothing (disabled item, stopped list, drag)
     int m_window = 0;
     int m_control = 0;

@@ -11,7 +11,10 @@ namespace {
 // Sends what a finger does; what it was lifted from may open the lock of the video.
 void finger(CommandCall& call, Json message) {
     HeadUnit& unit = call.unit;
-    const auto ended = [&unit, drive = unit.videoLock().drive(),
+    if (message["t"] != "move" && message["t"] != "release") {
+        unit.videoLock().fingerDown();
+    }
+    const auto ended = [&unit, drive = unit.videoLock().fingerDrive(),
                         end = endWith(call.run)](Result<Json> reply) {
         if (reply) {
             unit.videoLock().fingerLifted(*reply, drive);

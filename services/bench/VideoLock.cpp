@@ -2,6 +2,8 @@
 
 #include "services/bench/Compositor.h"
 
+#include <utility>
+
 namespace zm {
 
 namespace {
@@ -15,7 +17,10 @@ bool isShowAnyway(const Json& released) {
 } // namespace
 
 void VideoLock::parkingReads(std::optional<int> value) {
-    m_driving = value.value_or(Driving) == Driving;
+    const bool drove = std::exchange(m_driving, value.value_or(Driving) == Driving);
+    if (m_driving != drove) {
+        ++m_drive;
+    }
     // The drive ends with everything but the plain word that it goes on: where the device cannot be read the
     // car may have stopped and started again.
     if (value != Driving) {

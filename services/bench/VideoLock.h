@@ -22,10 +22,12 @@ public:
     /** What the device reads from now on. Nothing, which means that reading fails, counts as driving. */
     void parkingReads(std::optional<int> value);
 
-    /** Which drive this is: what a finger does counts for the drive in which it touched the screen. */
-    unsigned drive() const { return m_drive; }
-    /** The application's answer to a finger's step during `drive`, which names what the finger was lifted
-     * from. */
+    /** A finger comes down on the screen. */
+    void fingerDown() { m_fingerDrive = m_drive; }
+    /** The drive or stop in which the finger came down: what it does counts for that one only. */
+    unsigned fingerDrive() const { return m_fingerDrive; }
+    /** The application's answer to a step of the finger that came down in `drive`; it names what the finger was
+     * lifted from. */
     void fingerLifted(const Json& answer, unsigned drive);
 
 private:
@@ -34,7 +36,8 @@ private:
     Compositor& m_compositor;
     bool m_driving = false;
     bool m_allowed = false; ///< for this drive
-    unsigned m_drive = 0;
+    unsigned m_drive = 0;   ///< counts drives and stops
+    unsigned m_fingerDrive = 0;
 };
 
 } // namespace zm

@@ -13,7 +13,10 @@ protected:
     VideoLockTest() { lock.parkingReads(Parked); }
     bool locked() const { return compositor.videoState().at("locked"); }
     /** The driver's touch on "show anyway". */
-    void showAnyway() { lock.fingerLifted(answer("main", 10, 2103), lock.drive()); }
+    void showAnyway() {
+        lock.fingerDown();
+        lock.fingerLifted(answer("main", 10, 2103), lock.fingerDrive());
+    }
     static Json answer(const char* view, int window, int control) {
         return {{"released", {{"view", view}, {"window", window}, {"control", control}}}};
     }
@@ -72,10 +75,17 @@ TEST_F(VideoLockTest, ATouchWhileParkedIsForgotten) {
 
 TEST_F(VideoLockTest, ATouchOfAnEarlierDriveComesTooLate) {
     lock.parkingReads(Driving);
-    const unsigned earlier = lock.drive();
+    lock.fingerDown();
     lock.parkingReads(Parked);
     lock.parkingReads(Driving);
-    lock.fingerLifted(answer("main", 10, 2103), earlier);
+    lock.fingerLifted(answer("main", 10, 2103), lock.fingerDrive());
+    EXPECT_TRUE(locked());
+}
+
+TEST_F(VideoLockTest, ATouchFromBeforeTheDriveDoesNotCount) {
+    lock.fingerDown();
+    lock.parkingReads(Driving);
+    lock.fingerLifted(answer("main", 10, 2103), lock.fingerDrive());
     EXPECT_TRUE(locked());
 }
 
@@ -84,7 +94,8 @@ TEST_F(VideoLockTest, NothingElseOpensIt) {
     for (const Json& other :
          {answer("osd", 10, 2103), answer("main", 17, 2103), answer("main", 10, 3), answer("main", 10, 0),
           Json::object(), Json(), Json(2103), Json{{"released", 2103}}, Json{{"released", Json::array()}}}) {
-        lock.fingerLifted(other, lock.drive());
+        lock.fingerDown();
+        lock.fingerLifted(other, lock.fingerDrive());
         EXPECT_TRUE(locked()) << other;
     }
 }

@@ -156,10 +156,8 @@ Monkey::Finding Monkey::lookForAnswer() {
     }
     const auto begin = Clock::now();
     const auto answer = m_client.run({"screen", "main", "1"});
-    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
-    if (took > AnswerTime) {
-        return Failure{"the application did not answer for " + std::to_string(took.count()) + " ms\n",
-                       {StillAnswers}};
+    if (auto failure = tooLong(begin)) {
+        return failure;
     }
     if (answer.exit != 0) {
         // It may have ended since, or it may only just have been started.
@@ -173,11 +171,23 @@ Monkey::Finding Monkey::lookForAnswer() {
     return lookAtPicture();
 }
 
+Monkey::Finding Monkey::tooLong(Clock::time_point begin) {
+    const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
+    return took <= AnswerTime ? std::nullopt
+                              : Finding(Failure{"the application did not answer for " +
+                                                    std::to_string(took.count()) + " ms\n",
+                                                {StillAnswers}});
+}
+
 Monkey::Finding Monkey::lookAtPicture() {
     constexpr const char* Settle = "settle";
     constexpr const char* Drawn = "drawn";
+    const auto begin = Clock::now();
     if (m_client.run({Drawn}).exit == 0) {
         return std::nullopt;
+    }
+    if (auto failure = tooLong(begin)) {
+        return failure;
     }
     // What is still on its way comes to rest, also the application's end.
     m_client.run({Settle});

@@ -47,6 +47,7 @@ private:
     Finding lookForAnswer();
     /** Whether everything that was set was drawn, once nothing moves. */
     Finding lookAtPicture();
+    static Finding tooLong(std::chrono::steady_clock::time_point begin);
     Finding ended();
     nlohmann::json processes() const;
     size_t closeRequests() const;

@@ -106,7 +106,7 @@ TEST_F(DvdSystem, IsDrivenByTouchesFromItsMenuToItsEjection) {
 TEST_F(DvdSystem, WithoutItsReaderItGivesTheErrorPageAndComesOut) {
     startBench({"--no-web", "--launcher", "passive", "--disc", dvdFolder(DvdKind::Menus)});
     ASSERT_TRUE(eventually([this] { return inMenu(); }));
-    const pid_t reader = dvdReaderOf(std::stoi(lines({"ps"}).at(1).substr(5)));
+    const pid_t reader = dvdReaderOf(std::stoi(lines({"ps"}).at(0).substr(5)));
     ASSERT_GT(reader, 0);
     ASSERT_EQ(::kill(reader, SIGKILL), 0);
     EXPECT_TRUE(eventually([this] { return window() == ErrorPage; })) << screen()["main"];

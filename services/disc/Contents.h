@@ -52,7 +52,7 @@ struct DvdMark {
 struct Contents {
     /** Of a disc of tracks, which all lie in folder 1; nothing for a disc of folders and files. */
     std::optional<MediaType> trackType;
-    std::string identity;                           ///< the same whenever this disc is read
+    std::string identity; ///< the same whenever this disc is read
     /** Of a DVD-Video, which is played by its own program and has neither folders nor items. */
     std::optional<DvdMark> dvd;
     std::vector<Folder> folders;                    ///< folder n has the id n + 1

@@ -133,7 +133,8 @@ TEST_F(NowPlayingTitle, FollowsEachSongUnderLoad) {
     const Burners burners(2);
     NowPlaying nowPlaying(folder);
     must({"insert", folder + "/disc"});
-    ASSERT_TRUE(eventually([&] { return nowPlaying.settledAfter(1).has_value(); })) << "the first song has its title";
+    ASSERT_TRUE(eventually([&] { return nowPlaying.settledAfter(1).has_value(); }))
+        << "the first song has its title";
 
     auto control = PpsFile::open(ppsSocket(folder), "/pps/zelmar/disc/control?delta", 257, 0666);
     ASSERT_TRUE(control) << control.error();

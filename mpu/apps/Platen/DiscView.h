@@ -362,7 +362,7 @@ private:
     timeval m_tvLastPause = {};
     bool m_bSourceRequested = false;
     bool m_bDiscWasOut = false; ///< the last report of the drive said so
-    bool m_bShown = false; ///< resumed at least once
+    bool m_bShown = false;      ///< resumed at least once
 
     bool m_bVideoOsd = false; ///< the overlay is shown
     bool m_bVideoIsVisible = false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/bench/HeadUnit.h"
+#include "services/bench/unit/HeadUnit.h"
 
 #include <chrono>
 #include <condition_variable>

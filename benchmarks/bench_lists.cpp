@@ -6,7 +6,7 @@
 #include "benchmarks/Figure.h"
 #include "mpu/apps/Platen/DiscView.h"
 #include "platform/linux/pps/PpsFile.h"
-#include "services/disc/Catalogue.h"
+#include "services/disc/library/Catalogue.h"
 #include "tests/support/Application.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"

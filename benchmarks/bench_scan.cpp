@@ -1,9 +1,9 @@
 // How long the disc service takes to read a disc of 10,000 tagged files, beside a bare loop over the same
 // files.
 #include "benchmarks/Figure.h"
-#include "services/disc/Catalogue.h"
-#include "services/disc/FolderMedium.h"
-#include "services/disc/Scanner.h"
+#include "services/disc/library/Catalogue.h"
+#include "services/disc/library/Scanner.h"
+#include "services/disc/medium/FolderMedium.h"
 
 #include <taglib/fileref.h>
 #include <taglib/tag.h>

@@ -1,6 +1,6 @@
 // Cue sheets: the text as it stands in a file.
 #include "fuzz/support/Check.h"
-#include "services/disc/CueSheet.h"
+#include "services/disc/medium/CueSheet.h"
 
 #include <algorithm>
 

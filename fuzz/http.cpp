@@ -3,10 +3,10 @@
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
-#include "services/bench/Compositor.h"
-#include "services/bench/JsonMessage.h"
-#include "services/bench/WebGuard.h"
-#include "services/bench/WebScreen.h"
+#include "services/bench/commands/JsonMessage.h"
+#include "services/bench/screen/Compositor.h"
+#include "services/bench/web/WebGuard.h"
+#include "services/bench/web/WebScreen.h"
 
 using namespace zm;
 using namespace zm::fuzz;

@@ -2,8 +2,8 @@
 // stands in it: one byte for the block, counted from the first that means something, two for the place in it
 // (low byte first), one for the number of bytes that follow.
 #include "fuzz/support/Check.h"
-#include "services/disc/IsoDirectory.h"
-#include "services/disc/IsoNumbers.h"
+#include "services/disc/medium/IsoDirectory.h"
+#include "services/disc/medium/IsoNumbers.h"
 
 #include <algorithm>
 #include <deque>

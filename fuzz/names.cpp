@@ -2,8 +2,8 @@
 // disc.
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
-#include "services/disc/Charset.h"
-#include "services/disc/NaturalOrder.h"
+#include "services/disc/text/Charset.h"
+#include "services/disc/text/NaturalOrder.h"
 
 #include <glib.h>
 

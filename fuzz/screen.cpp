@@ -4,8 +4,8 @@
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
-#include "services/bench/Compositor.h"
-#include "services/bench/JsonMessage.h"
+#include "services/bench/commands/JsonMessage.h"
+#include "services/bench/screen/Compositor.h"
 #include "services/ctl/Numbers.h"
 
 #include <fcntl.h>

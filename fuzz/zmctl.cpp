@@ -4,7 +4,7 @@
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
 #include "platform/linux/pps/PpsFile.h"
-#include "services/bench/CommandProcessor.h"
+#include "services/bench/commands/CommandProcessor.h"
 #include "services/ctl/ShellWords.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "platform/linux/slog/LogFile.h"
-#include "services/bench/CommandProcessor.h"
-#include "services/bench/CtlServer.h"
-#include "services/bench/HeadUnit.h"
 #include "services/bench/Options.h"
-#include "services/bench/WebServer.h"
+#include "services/bench/commands/CommandProcessor.h"
+#include "services/bench/commands/CtlServer.h"
+#include "services/bench/unit/HeadUnit.h"
+#include "services/bench/web/WebServer.h"
 
 #include <memory>
 

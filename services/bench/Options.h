@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
-#include "services/bench/HeadUnitOptions.h"
+#include "services/bench/unit/HeadUnitOptions.h"
 
 #include <optional>
 #include <string>

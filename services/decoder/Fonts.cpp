@@ -1,6 +1,6 @@
 #include "services/decoder/Fonts.h"
 
-#include "services/disc/Gst.h"
+#include "services/disc/engine/Gst.h"
 
 #include <fcntl.h>
 #include <fontconfig/fontconfig.h>

@@ -1,6 +1,6 @@
 #include "services/decoder/FrameSender.h"
 
-#include "services/disc/DecoderWire.h"
+#include "services/disc/engine/DecoderWire.h"
 
 #include <poll.h>
 #include <sys/socket.h>

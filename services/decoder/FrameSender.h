@@ -1,7 +1,7 @@
 #pragma once
 
-#include "services/disc/FrameSink.h"
-#include "services/disc/SharedPictures.h"
+#include "services/disc/engine/FrameSink.h"
+#include "services/disc/engine/SharedPictures.h"
 
 #include <array>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "services/decoder/RemoteFeed.h"
 
-#include "services/disc/DecoderWire.h"
+#include "services/disc/engine/DecoderWire.h"
 
 #include <cstring>
 

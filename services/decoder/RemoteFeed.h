@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Socket.h"
-#include "services/disc/ByteFeed.h"
+#include "services/disc/engine/ByteFeed.h"
 
 #include <atomic>
 #include <mutex>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "services/disc/DecoderWire.h"
-#include "services/disc/Engine.h"
+#include "services/disc/engine/DecoderWire.h"
+#include "services/disc/engine/Engine.h"
 
 #include <cstdint>
 

@@ -6,9 +6,9 @@
 #include "services/decoder/Jail.h"
 #include "services/decoder/RemoteFeed.h"
 #include "services/decoder/Reporter.h"
-#include "services/disc/Decoders.h"
-#include "services/disc/FilePipeline.h"
-#include "services/disc/SoundOut.h"
+#include "services/disc/engine/Decoders.h"
+#include "services/disc/engine/FilePipeline.h"
+#include "services/disc/engine/SoundOut.h"
 
 #include <fcntl.h>
 #include <sys/prctl.h>

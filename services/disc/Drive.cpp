@@ -1,9 +1,9 @@
 #include "services/disc/Drive.h"
 
-#include "services/disc/FilePlayer.h"
 #include "services/disc/Log.h"
-#include "services/disc/OpenMedium.h"
 #include "services/disc/dvd/DvdPlayer.h"
+#include "services/disc/medium/OpenMedium.h"
+#include "services/disc/player/FilePlayer.h"
 
 #include <algorithm>
 #include <string_view>

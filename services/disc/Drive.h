@@ -1,13 +1,13 @@
 #pragma once
 
-#include "services/disc/CatalogueGuard.h"
-#include "services/disc/DiscLoad.h"
-#include "services/disc/DiscResume.h"
-#include "services/disc/DiscState.h"
-#include "services/disc/Engine.h"
-#include "services/disc/FaultGate.h"
-#include "services/disc/Transport.h"
 #include "services/disc/dvd/DvdEngine.h"
+#include "services/disc/engine/Engine.h"
+#include "services/disc/library/CatalogueGuard.h"
+#include "services/disc/library/DiscLoad.h"
+#include "services/disc/medium/FaultGate.h"
+#include "services/disc/model/DiscState.h"
+#include "services/disc/player/DiscResume.h"
+#include "services/disc/player/Transport.h"
 
 #include <memory>
 #include <optional>

@@ -2,10 +2,10 @@
 
 #include "base/EventLoop.h"
 #include "base/Result.h"
-#include "services/disc/DiscState.h"
 #include "services/disc/Drive.h"
-#include "services/disc/Engine.h"
 #include "services/disc/PpsInbox.h"
+#include "services/disc/engine/Engine.h"
+#include "services/disc/model/DiscState.h"
 
 #include <functional>
 #include <memory>

@@ -1,5 +1,5 @@
 #include "services/ctl/CommandTexts.h"
-#include "services/bench/CommandProcessor.h"
+#include "services/bench/commands/CommandProcessor.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "services/bench/JsonMessage.h"
+#include "services/bench/commands/JsonMessage.h"
 
-#include "services/bench/WebScreen.h"
+#include "services/bench/web/WebScreen.h"
 
 #include <gtest/gtest.h>
 

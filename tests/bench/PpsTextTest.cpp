@@ -1,4 +1,4 @@
-#include "services/bench/PpsText.h"
+#include "services/bench/commands/PpsText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

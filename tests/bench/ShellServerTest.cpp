@@ -1,4 +1,4 @@
-#include "services/bench/ShellServer.h"
+#include "services/bench/unit/ShellServer.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "services/bench/VoiceRequest.h"
+#include "services/bench/commands/VoiceRequest.h"
 
 #include <gtest/gtest.h>
 

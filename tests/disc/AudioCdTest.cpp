@@ -1,6 +1,6 @@
-#include "services/disc/CueSheet.h"
-#include "services/disc/OpenMedium.h"
-#include "services/disc/Scanner.h"
+#include "services/disc/library/Scanner.h"
+#include "services/disc/medium/CueSheet.h"
+#include "services/disc/medium/OpenMedium.h"
 #include "tests/disc/CdImage.h"
 #include "tests/disc/Samples.h"
 

@@ -1,4 +1,4 @@
-#include "services/disc/Catalogue.h"
+#include "services/disc/library/Catalogue.h"
 
 #include "tests/disc/Samples.h"
 

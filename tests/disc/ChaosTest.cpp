@@ -1,5 +1,5 @@
-#include "services/disc/OpenMedium.h"
-#include "services/disc/Scanner.h"
+#include "services/disc/library/Scanner.h"
+#include "services/disc/medium/OpenMedium.h"
 #include "tests/disc/DiscUnit.h"
 
 #include <gtest/gtest.h>

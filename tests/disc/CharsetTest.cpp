@@ -1,4 +1,4 @@
-#include "services/disc/Charset.h"
+#include "services/disc/text/Charset.h"
 
 #include <glib.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "services/disc/Engine.h"
-#include "services/disc/Feed.h"
 #include "services/disc/Mailbox.h"
+#include "services/disc/engine/Engine.h"
+#include "services/disc/engine/Feed.h"
 
 namespace zm::test {
 

@@ -1,4 +1,4 @@
-#include "services/disc/CueSheet.h"
+#include "services/disc/medium/CueSheet.h"
 
 #include "tests/disc/CdImage.h"
 

@@ -1,7 +1,7 @@
 // Whatever is wrong with a file, it plays or is reported soon; nobody waits for a start's deadline.
 #include "tests/disc/DamagedFiles.h"
-#include "services/disc/FileKinds.h"
-#include "services/disc/FolderMedium.h"
+#include "services/disc/library/FileKinds.h"
+#include "services/disc/medium/FolderMedium.h"
 #include "tests/disc/DiscUnit.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "base/Paths.h"
 #include "services/decoder/Fonts.h"
 #include "services/decoder/Jail.h"
-#include "services/disc/Decoders.h"
+#include "services/disc/engine/Decoders.h"
 #include "tests/disc/PictureFixture.h"
 
 #include <fcntl.h>

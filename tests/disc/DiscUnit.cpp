@@ -1,8 +1,8 @@
 #include "tests/disc/DiscUnit.h"
 
 #include "base/Paths.h"
-#include "services/disc/DecoderEngine.h"
 #include "services/disc/PpsInbox.h"
+#include "services/disc/engine/DecoderEngine.h"
 #include "tests/disc/ClockEngine.h"
 
 #include <gtest/gtest.h>

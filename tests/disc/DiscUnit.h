@@ -3,8 +3,8 @@
 #include "base/EventLoop.h"
 #include "platform/linux/pps/PpsFile.h"
 #include "platform/linux/pps/PpsService.h"
-#include "services/disc/FrameSink.h"
 #include "services/disc/Service.h"
+#include "services/disc/engine/FrameSink.h"
 #include "tests/disc/Samples.h"
 #include "tests/disc/SoundRecorder.h"
 

@@ -1,4 +1,4 @@
-#include "services/disc/DisplayNames.h"
+#include "services/disc/library/DisplayNames.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "services/disc/IsoMedium.h"
+#include "services/disc/medium/IsoMedium.h"
 #include "tests/disc/Samples.h"
 
 #include <gtest/gtest.h>

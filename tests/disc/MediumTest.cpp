@@ -1,6 +1,6 @@
-#include "services/disc/OpenMedium.h"
+#include "services/disc/medium/OpenMedium.h"
 
-#include "services/disc/Scanner.h"
+#include "services/disc/library/Scanner.h"
 #include "tests/disc/DiscUnit.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "services/disc/NaturalOrder.h"
+#include "services/disc/text/NaturalOrder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "services/disc/PlayOrder.h"
+#include "services/disc/player/PlayOrder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "services/disc/ResumeMemory.h"
+#include "services/disc/player/ResumeMemory.h"
 #include "tests/disc/Samples.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "services/disc/ResumeFile.h"
+#include "services/disc/player/ResumeFile.h"
 #include "tests/disc/CdImage.h"
 #include "tests/disc/ServiceFixture.h"
 

@@ -1,6 +1,6 @@
-#include "services/disc/Scanner.h"
+#include "services/disc/library/Scanner.h"
 
-#include "services/disc/FolderMedium.h"
+#include "services/disc/medium/FolderMedium.h"
 #include "tests/disc/Samples.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "services/disc/Tags.h"
-#include "services/disc/FolderMedium.h"
+#include "services/disc/library/Tags.h"
+#include "services/disc/medium/FolderMedium.h"
 #include "tests/disc/Samples.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "services/disc/TrackAddress.h"
+#include "services/disc/player/TrackAddress.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/bench/Compositor.h"
+#include "services/bench/screen/Compositor.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Socket.h"
-#include "services/bench/Compositor.h"
+#include "services/bench/screen/Compositor.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
-#include "services/bench/VideoLock.h"
+#include "services/bench/screen/VideoLock.h"
 
-#include "services/bench/Compositor.h"
+#include "services/bench/screen/Compositor.h"
 
 #include <gtest/gtest.h>
 

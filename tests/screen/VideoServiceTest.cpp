@@ -1,4 +1,4 @@
-#include "services/bench/VideoService.h"
+#include "services/bench/screen/VideoService.h"
 
 #include "platform/linux/pps/PpsFile.h"
 #include "tests/screen/ScreenFixture.h"

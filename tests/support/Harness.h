@@ -24,7 +24,7 @@
  * it.
  */
 
-#include "services/bench/Compositor.h"
+#include "services/bench/screen/Compositor.h"
 #include "tests/support/Catalogue.h"
 #include "tests/support/DiscPlayer.h"
 #include "tests/support/Screen.h"

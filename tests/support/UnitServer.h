@@ -1,7 +1,7 @@
 #pragma once
 
-#include "services/bench/CommandProcessor.h"
-#include "services/bench/HeadUnit.h"
+#include "services/bench/commands/CommandProcessor.h"
+#include "services/bench/unit/HeadUnit.h"
 
 #include <map>
 #include <mutex>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/FrameSink.h"
+#include "services/disc/engine/FrameSink.h"
 
 #include <mutex>
 

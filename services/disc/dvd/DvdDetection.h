@@ -1,7 +1,7 @@
 #pragma once
 
-#include "services/disc/Contents.h"
-#include "services/disc/Medium.h"
+#include "services/disc/medium/Medium.h"
+#include "services/disc/model/Contents.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/Gst.h"
+#include "services/disc/engine/Gst.h"
 
 #include <array>
 #include <cstddef>

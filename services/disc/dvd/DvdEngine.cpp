@@ -1,8 +1,8 @@
 #include "services/disc/dvd/DvdEngine.h"
 
 #include "services/disc/Background.h"
-#include "services/disc/Decoders.h"
 #include "services/disc/Log.h"
+#include "services/disc/engine/Decoders.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/Engine.h"
+#include "services/disc/engine/Engine.h"
 #include "services/dvd/Wire.h"
 
 #include <memory>

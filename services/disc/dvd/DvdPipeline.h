@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/EventLoop.h"
-#include "services/disc/Gst.h"
-#include "services/disc/PictureBin.h"
 #include "services/disc/dvd/DvdElement.h"
 #include "services/disc/dvd/NavPack.h"
 #include "services/disc/dvd/Pack.h"
+#include "services/disc/engine/Gst.h"
+#include "services/disc/engine/PictureBin.h"
 
 #include <array>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "services/disc/dvd/DvdPlayer.h"
 
-#include "services/disc/FaultGate.h"
 #include "services/disc/Log.h"
+#include "services/disc/medium/FaultGate.h"
 
 #include <algorithm>
 #include <iterator>

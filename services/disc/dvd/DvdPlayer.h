@@ -1,10 +1,10 @@
 #pragma once
 
-#include "services/disc/DiscState.h"
-#include "services/disc/PassageRepeat.h"
-#include "services/disc/ScanSpeed.h"
-#include "services/disc/Transport.h"
 #include "services/disc/dvd/DvdEngine.h"
+#include "services/disc/model/DiscState.h"
+#include "services/disc/player/PassageRepeat.h"
+#include "services/disc/player/ScanSpeed.h"
+#include "services/disc/player/Transport.h"
 
 #include <memory>
 #include <optional>

@@ -1,0 +1,168 @@
+#include "services/bench/commands/CommandProcessor.h"
+#include "services/bench/commands/JsonMessage.h"
+#include "services/bench/commands/PpsText.h"
+#include "services/bench/unit/PpsWatch.h"
+
+#include <array>
+
+namespace zm {
+
+namespace {
+
+constexpr int ReadOnly = 0;
+constexpr int WriteOnlyCreate = 257;
+
+std::string joined(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const auto& line : lines) {
+        text += line + "\n";
+    }
+    return text;
+}
+
+bool list(CommandCall& call) {
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    auto names = ppsList(call.unit.ppsSocket());
+    if (!names) {
+        call.run->fail(names.error());
+        return true;
+    }
+    call.run->out(joined(*names));
+    call.run->finish();
+    return true;
+}
+
+bool get(CommandCall& call) {
+    const std::string object = call.arguments.word();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    auto file = PpsFile::open(call.unit.ppsSocket(), "/pps/" + object, ReadOnly, 0);
+    auto text = file ? file->read() : Result<std::string>(Error{file.error()});
+    if (!text) {
+        call.run->fail(text.error());
+        return true;
+    }
+    for (const auto& delta : ppsDeltas(*text)) {
+        call.run->out(joined(delta));
+    }
+    call.run->finish();
+    return true;
+}
+
+bool put(CommandCall& call) {
+    const std::string object = call.arguments.word();
+    const auto lines = call.arguments.rest();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    for (const auto& line : lines) {
+        if (line.find('\n') != line.npos) {
+            call.run->fail("a line feed ends a line; encode it in the value: " + jsonText(line));
+            return true;
+        }
+    }
+    auto file = PpsFile::open(call.unit.ppsSocket(), "/pps/" + object, WriteOnlyCreate, 0666);
+    endWith(call.run, file ? file->write(joined(lines)) : Status(Error{file.error()}));
+    return true;
+}
+
+// Prints the changes of one object until so many have come, time is up or the caller goes away.
+class Watching {
+public:
+    static void start(CommandCall& call, const std::string& object, std::optional<int> count,
+                      std::optional<int> milliseconds) {
+        auto self = std::make_shared<Watching>(call.run, count);
+        auto watch = PpsWatch::open(call.unit.loop(), call.unit.ppsSocket(), object,
+                                    [raw = self.get()](const std::string& text) { raw->print(text); });
+        if (!watch) {
+            call.run->fail(watch.error());
+            return;
+        }
+        self->m_watch = std::move(*watch);
+        // The present state is `get`'s business: changes are what comes from now on.
+        self->m_watch->drain();
+        self->m_printing = true;
+        call.unit.follow(self.get(), [raw = self.get()] { raw->m_watch->drain(); });
+        if (milliseconds) {
+            self->m_limit = afterDelay(call.unit.loop(), std::chrono::milliseconds(*milliseconds),
+                                       [run = call.run] { run->finish(); });
+        }
+        call.run->onEnd = [self, &unit = call.unit] {
+            unit.unfollow(self.get());
+            // The command may end from inside its own watch: that goes in a turn of its own.
+            unit.loop().post([self] { self->stop(); });
+        };
+    }
+
+    Watching(std::shared_ptr<CommandRun> run, std::optional<int> count)
+        : m_run(std::move(run)), m_left(count) {}
+
+private:
+    void stop() {
+        m_watch.reset();
+        m_limit.reset();
+        m_run.reset();
+    }
+
+    void print(const std::string& text) {
+        if (!m_printing) {
+            return;
+        }
+        for (const auto& delta : ppsDeltas(text)) {
+            m_run->out(joined(delta));
+            if (m_left && --*m_left <= 0) {
+                m_run->finish();
+                return;
+            }
+        }
+    }
+
+    std::shared_ptr<CommandRun> m_run;
+    std::optional<int> m_left;
+    std::unique_ptr<PpsWatch> m_watch;
+    SourceHandle m_limit;
+    bool m_printing = false;
+};
+
+bool watch(CommandCall& call) {
+    const auto count = call.arguments.number("-n", 1);
+    const auto milliseconds = call.arguments.seconds("-t");
+    const std::string object = call.arguments.word();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    Watching::start(call, object, count, milliseconds);
+    return true;
+}
+
+struct Verb {
+    std::string_view name;
+    bool (*handler)(CommandCall& call);
+};
+
+constexpr std::array<Verb, 4> Verbs = {{{"ls", list}, {"get", get}, {"put", put}, {"watch", watch}}};
+
+bool pps(CommandCall& call) {
+    const std::string name = call.arguments.word();
+    for (const auto& verb : Verbs) {
+        if (verb.name == name) {
+            return verb.handler(call);
+        }
+    }
+    return false;
+}
+
+constexpr std::array Rows = {
+    CommandRow{"pps", pps},
+};
+
+} // namespace
+
+std::span<const CommandRow> ppsCommandRows() {
+    return Rows;
+}
+
+} // namespace zm

@@ -1,0 +1,55 @@
+#include "services/bench/commands/JsonMessage.h"
+
+#include <algorithm>
+
+namespace zm {
+
+namespace {
+
+// The deepest nesting of the text; of one that is no JSON, any number.
+int nesting(std::string_view text) {
+    int level = 0;
+    int deepest = 0;
+    bool quoted = false;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (quoted) {
+            i += c == '\\';
+            quoted = c != '"';
+        } else if (c == '[' || c == '{') {
+            deepest = std::max(deepest, ++level);
+        } else if (c == ']' || c == '}') {
+            --level;
+        } else {
+            quoted = c == '"';
+        }
+    }
+    return deepest;
+}
+
+} // namespace
+
+Json parseMessage(std::string_view text) {
+    // The parser takes a NUL for the end of the text, whatever follows.
+    const bool refused = nesting(text) > DeepestMessage || text.find('\0') != text.npos;
+    Json message = refused ? Json() : Json::parse(text, nullptr, false);
+    return message.is_object() ? message : Json(Json::value_t::discarded);
+}
+
+std::string jsonText(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::optional<CommandRequest> parseCommandRequest(std::string_view text) {
+    const Json message = parseMessage(text);
+    const auto argv = message.find("argv");
+    if (!message.is_object() || argv == message.end() || !argv->is_array() ||
+        !std::ranges::all_of(*argv, &Json::is_string)) {
+        return std::nullopt;
+    }
+    const auto cwd = message.find("cwd");
+    return CommandRequest{argv->get<std::vector<std::string>>(),
+                          cwd != message.end() && cwd->is_string() ? cwd->get<std::string>() : std::string()};
+}
+
+} // namespace zm

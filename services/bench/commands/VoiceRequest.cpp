@@ -1,0 +1,32 @@
+#include "services/bench/commands/VoiceRequest.h"
+
+#include "platform/linux/pps/PpsFile.h"
+#include "zmcar/ArgvDecode.h"
+
+#include <map>
+
+namespace zm {
+
+namespace {
+
+constexpr const char* Control = "/pps/zelmar/disc/control";
+constexpr int WriteOnlyCreate = 257;
+
+} // namespace
+
+bool isVoiceRequest(const std::string& applicationData) {
+    std::map<std::string, std::string> params;
+    Oro::ZMCAR::ArgvDecode::GetOpt_LongParams(applicationData, params);
+    const bool keyboard = params.contains("kb_val") && params.contains("kb_ret");
+    return !keyboard && (params.contains("song") || params.contains("singer"));
+}
+
+Status requestMusic(const std::string& ppsSocket) {
+    auto control = PpsFile::open(ppsSocket, Control, WriteOnlyCreate, 0666);
+    if (!control) {
+        return Error{control.error()};
+    }
+    return control->write("zmasr:json:{\"play\":\"music\"}\n");
+}
+
+} // namespace zm

@@ -1,0 +1,192 @@
+#include "services/bench/screen/Compositor.h"
+
+#include "base/Socket.h"
+#include "services/bench/screen/SurfaceClient.h"
+
+#include <algorithm>
+#include <map>
+
+namespace zm {
+
+namespace {
+
+constexpr Rect Screen{0, 0, Compositor::Width, Compositor::Height};
+constexpr size_t MostClients = 32;
+
+} // namespace
+
+Image::Image(int pictureWidth, int pictureHeight)
+    : width(pictureWidth), height(pictureHeight), stride(pictureWidth * 4),
+      pixels(static_cast<size_t>(stride) * static_cast<size_t>(pictureHeight)) {}
+
+struct Compositor::Impl {
+    Compositor& owner;
+    EventLoop& loop;
+    std::string socket;
+    Image frame{Width, Height};
+    SurfaceScene scene;
+    std::map<int, std::unique_ptr<SurfaceClient>> clients;
+    int nextClient = 0;
+    Listener listener{loop, [this](UniqueFd fd) { accept(std::move(fd)); }};
+    std::optional<Image> cover;
+    bool appVisible = true;
+    uint64_t composed = 0;
+    SurfaceDamage damage;   ///< parts of the frame that are out of date
+    bool posted = false;    ///< the owner will be told of damage in the next turn
+    bool announced = false; ///< the owner was told and has not composed since
+    std::shared_ptr<bool> alive = std::make_shared<bool>(true);
+
+    Impl(Compositor& compositor, EventLoop& eventLoop, std::string path)
+        : owner(compositor), loop(eventLoop), socket(std::move(path)) {
+        damage.add(Screen);
+    }
+    ~Impl() { *alive = false; }
+
+    bool hasClient(SurfaceClient::Role role) const {
+        return std::ranges::any_of(clients,
+                                   [role](const auto& entry) { return entry.second->role() == role; });
+    }
+
+    void accept(UniqueFd fd) {
+        if (clients.size() >= MostClients) {
+            return;
+        }
+        const int number = nextClient++;
+        auto client = std::make_unique<SurfaceClient>(loop, std::move(fd), scene, number);
+        client->onChange = [this] { changed(); };
+        client->onGone = [this, number] { gone(number); };
+        clients[number] = std::move(client);
+    }
+
+    void gone(int number) {
+        clients.erase(number);
+        if (!hasClient(SurfaceClient::Role::Application)) {
+            scene.hideChildren();
+        }
+        changed();
+    }
+
+    // Takes over what changed among the windows; behind the cover nobody sees it.
+    void changed() {
+        if (appVisible) {
+            for (const auto& rect : scene.damage.rects()) {
+                damage.add(rect.intersected(Screen));
+            }
+        }
+        scene.damage.clear();
+        announce();
+    }
+
+    void announce() {
+        if (damage.empty() || announced || posted) {
+            return;
+        }
+        posted = true;
+        loop.post([this, still = alive] {
+            if (!*still) {
+                return;
+            }
+            posted = false;
+            if (!damage.empty() && !announced && owner.onDamage) {
+                announced = true;
+                owner.onDamage(damage.bounds());
+            }
+        });
+    }
+
+    std::vector<SurfaceLayer> layers() const {
+        if (appVisible) {
+            return scene.layers();
+        }
+        if (!cover) {
+            return {};
+        }
+        return {{cover->pixels.data(),
+                 cover->width,
+                 cover->height,
+                 cover->stride,
+                 {0, 0, cover->width, cover->height},
+                 false}};
+    }
+};
+
+Compositor::Compositor(EventLoop& loop, std::string socket)
+    : m_impl(std::make_unique<Impl>(*this, loop, std::move(socket))) {}
+
+Compositor::~Compositor() {
+    m_impl->clients.clear();
+}
+
+Status Compositor::start() {
+    auto listening = m_impl->listener.listen(m_impl->socket);
+    if (listening) {
+        m_impl->announce();
+    }
+    return listening;
+}
+
+const Image& Compositor::compose() {
+    m_impl->announced = false;
+    if (!m_impl->damage.empty()) {
+        const auto layers = m_impl->layers();
+        for (const auto& rect : m_impl->damage.rects()) {
+            composeLayers(m_impl->frame, rect, layers);
+        }
+        m_impl->damage.clear();
+        ++m_impl->composed;
+    }
+    return m_impl->frame;
+}
+
+uint64_t Compositor::composedFrames() const {
+    return m_impl->composed;
+}
+
+void Compositor::setAppVisible(bool visible) {
+    if (m_impl->appVisible != visible) {
+        m_impl->appVisible = visible;
+        m_impl->damage.add(Screen);
+        m_impl->announce();
+    }
+}
+
+void Compositor::setCover(std::optional<Image> cover) {
+    m_impl->cover = std::move(cover);
+    if (!m_impl->appVisible) {
+        m_impl->damage.add(Screen);
+        m_impl->announce();
+    }
+}
+
+unsigned Compositor::postChild(const std::string& name) {
+    auto* child = m_impl->scene.findChild(name);
+    return child ? child->number : m_impl->scene.addChild(name, Screen).number;
+}
+
+bool Compositor::withdrawChild(const std::string& name) {
+    const bool removed = m_impl->scene.removeChild(name);
+    m_impl->changed();
+    return removed;
+}
+
+void Compositor::lockVideo(bool locked) {
+    m_impl->scene.lockChildren(locked);
+    m_impl->changed();
+}
+
+nlohmann::json Compositor::videoState() const {
+    const auto* child = m_impl->scene.latestChild();
+    const SurfacePlacement placement = child ? child->placement : SurfacePlacement();
+    return {{"posted", child != nullptr},
+            {"visible", placement.visible},
+            {"rect", {placement.rect.x, placement.rect.y, placement.rect.w, placement.rect.h}},
+            {"zorder", placement.order},
+            {"frames", child ? child->frames : 0},
+            {"locked", m_impl->scene.childrenLocked()}};
+}
+
+bool Compositor::appConnected() const {
+    return m_impl->hasClient(SurfaceClient::Role::Application);
+}
+
+} // namespace zm

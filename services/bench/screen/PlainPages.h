@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/Rect.h"
+#include "platform/linux/toolkit/Scene.h"
+#include "services/bench/screen/Compositor.h"
+
+#include <memory>
+#include <string>
+
+namespace zm {
+
+/**
+ * The pages that stand for the other applications of the head unit, laid out by a resource file as the disc player's
+ * are: they have its colours and speak its language. On the loop's thread.
+ */
+class PlainPages : private SceneListener {
+public:
+    /** The area of every page that leads back to the disc player. */
+    static constexpr Rect Return{300, 300, 200, 80};
+
+    /** The files are read when the first page is drawn; a fault in them is named on standard error, once. */
+    PlainPages(std::string resourceFile, std::string fontDir);
+
+    void setLanguage(const std::string& code) { m_language = code; }
+    void setTheme(const std::string& name) { m_theme = name; }
+    Image draw(const std::string& application);
+
+private:
+    void itemClicked(int window, int control, int state) override;
+    void listScrolled(int window, int kind, _tagList_Info& info) override;
+    void load();
+
+    const std::string m_resourceFile;
+    const std::string m_fontDir;
+    std::string m_language = "en";
+    std::string m_theme = "night";
+    bool m_loaded = false;
+    std::unique_ptr<Scene> m_scene; ///< null if the files are faulty
+};
+
+} // namespace zm

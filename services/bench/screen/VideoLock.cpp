@@ -1,0 +1,45 @@
+#include "services/bench/screen/VideoLock.h"
+
+#include "services/bench/screen/Compositor.h"
+
+#include <utility>
+
+namespace zm {
+
+namespace {
+
+constexpr int Driving = 0;
+
+bool isShowAnyway(const Json& released) {
+    return released == Json{{"view", "main"}, {"window", 10}, {"control", 2103}};
+}
+
+} // namespace
+
+void VideoLock::parkingReads(std::optional<int> value) {
+    const bool drove = std::exchange(m_driving, value.value_or(Driving) == Driving);
+    if (m_driving != drove) {
+        ++m_drive;
+    }
+    // The drive ends with everything but the plain word that it goes on: where the device cannot be read the
+    // car may have stopped and started again.
+    if (value != Driving) {
+        m_allowed = false;
+        ++m_drive;
+    }
+    apply();
+}
+
+void VideoLock::fingerLifted(const Json& answer, unsigned drive) {
+    if (m_driving && drive == m_drive && answer.is_object() &&
+        isShowAnyway(answer.value("released", Json()))) {
+        m_allowed = true;
+        apply();
+    }
+}
+
+void VideoLock::apply() {
+    m_compositor.lockVideo(m_driving && !m_allowed);
+}
+
+} // namespace zm

@@ -1,0 +1,101 @@
+#include "services/bench/unit/DiscDrive.h"
+
+#include "services/bench/commands/PpsText.h"
+#include "services/bench/unit/ShellServer.h"
+
+namespace zm {
+
+namespace {
+
+constexpr const char* Object = "zelmar/disc/drive";
+constexpr int WriteOnlyCreate = 257;
+
+} // namespace
+
+DiscDrive::DiscDrive(EventLoop& loop, std::string ppsSocket) : m_loop(loop), m_socket(std::move(ppsSocket)) {}
+
+Status DiscDrive::start() {
+    auto opened = watch(m_loop, m_socket, [this](const std::string& state) {
+        m_state = state;
+        stateChanged();
+    });
+    if (!opened) {
+        return Error{opened.error()};
+    }
+    m_watch = std::move(*opened);
+    auto object = PpsFile::open(m_socket, std::string("/pps/") + Object, WriteOnlyCreate, 0666);
+    if (!object) {
+        return Error{object.error()};
+    }
+    m_object = std::make_unique<PpsFile>(std::move(*object));
+    return ok();
+}
+
+Result<std::unique_ptr<PpsWatch>> DiscDrive::watch(EventLoop& loop, const std::string& ppsSocket,
+                                                   std::function<void(const std::string& state)> onState) {
+    return PpsWatch::open(loop, ppsSocket, Object, [onState = std::move(onState)](const std::string& text) {
+        for (const auto& delta : ppsDeltas(text)) {
+            for (const auto& line : delta) {
+                std::string state;
+                if (ppsValue(line, "drivestate", state)) {
+                    onState(state);
+                }
+            }
+        }
+    });
+}
+
+Status DiscDrive::insert(const std::string& path) {
+    m_wanted = path;
+    return ask(jsonText({{"op", "insert"}, {"path", path}}));
+}
+
+Status DiscDrive::eject() {
+    m_wanted.clear();
+    return ask(jsonText({{"op", "eject"}}));
+}
+
+Status DiscDrive::fault(const std::string& kind) {
+    // Only a disc that is inside can be read wrongly.
+    const bool needsDisc = kind == "read" || kind == "noanswer";
+    m_fault = needsDisc && m_empty ? NoFault : kind;
+    return ask(jsonText({{"op", "fault"}, {"kind", kind}}));
+}
+
+Status DiscDrive::ask(const std::string& json) {
+    return m_object->write("drive:json:" + json + "\n");
+}
+
+namespace {
+
+std::string member(const Json& object, const char* name) {
+    const auto found = object.is_object() ? object.find(name) : object.end();
+    return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
+} // namespace
+
+void DiscDrive::stateChanged() {
+    const Json json = Json::parse(m_state, nullptr, false);
+    const std::string name = member(json, "state");
+    m_holdsDisc = name == "reading" || name == "loaded";
+    m_empty = name == "empty";
+    // A fault ends with the disc, a drive that is gone is back with the next one.
+    if (name == "reading" || (m_empty && m_fault != "gone")) {
+        forgetFault();
+    }
+    if (m_wanted.empty() || member(json, "path") != m_wanted || (name != "reading" && name != "error")) {
+        return;
+    }
+    m_wanted.clear();
+    if (m_holdsDisc && onInserted) {
+        onInserted();
+    }
+}
+
+std::string DiscDrive::state() {
+    m_watch->drain();
+    return m_state;
+}
+
+} // namespace zm

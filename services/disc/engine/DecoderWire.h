@@ -1,0 +1,63 @@
+#pragma once
+
+#include "services/disc/engine/FrameSink.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+/** What zmdiscd and its decoder's process say to each other; docs/protocols.md describes it. */
+namespace zm::disc::wire {
+
+using Json = nlohmann::json;
+
+/** Descriptors that the process is born with. */
+inline constexpr int ControlFd = 3; ///< messages of JSON both ways
+inline constexpr int FramesFd = 4;  ///< pictures shown and given back
+inline constexpr int RingFd = 5;    ///< shared memory of the pictures
+
+/** The ring's places, each of them a picture. */
+inline constexpr uint32_t Slots = 3;
+inline constexpr int Stride = PictureWidth * 4;
+inline constexpr size_t SlotBytes = size_t{Stride} * PictureHeight;
+inline constexpr size_t RingBytes = Slots * SlotBytes;
+
+/** "This place holds a picture of that item", and, on the way back, "this place is free". */
+struct FrameNote {
+    uint64_t item = 0;
+    uint64_t slot = 0;
+};
+
+/** A wish for the block of a file that begins there. The answer is a letter and what belongs to it. */
+struct BlockRequest {
+    uint64_t offset = 0;
+};
+inline constexpr char SizeAnswer = 'S';  ///< comes first, unasked: eight bytes, the file's size
+inline constexpr char BlockAnswer = 'B'; ///< the bytes; none at the end
+inline constexpr char ErrorAnswer = 'E'; ///< why there will be no more
+
+/** Text of a message; names on a disc are not always UTF-8. */
+inline std::string textOf(const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+/** A message's text as an object; an empty one if it is none. */
+inline Json objectOf(const std::string& text) {
+    Json json = Json::parse(text, nullptr, false);
+    return json.is_object() ? json : Json::object();
+}
+
+/** An integer of a message; 0 if there is none. */
+inline int64_t numberOf(const Json& json, const char* name) {
+    const auto member = json.find(name);
+    return member != json.end() && member->is_number_integer() ? member->get<int64_t>() : 0;
+}
+
+inline std::string stringOf(const Json& json, const char* name) {
+    const auto member = json.find(name);
+    return member != json.end() && member->is_string() ? member->get<std::string>() : std::string();
+}
+
+} // namespace zm::disc::wire

@@ -1,0 +1,404 @@
+#include "services/disc/engine/FilePipeline.h"
+
+#include "services/disc/Log.h"
+#include "services/disc/engine/Decoders.h"
+#include "services/disc/engine/PlaybinStreams.h"
+#include "services/disc/engine/SoundOut.h"
+
+#include <algorithm>
+#include <ctime>
+#include <string_view>
+
+namespace zm::disc {
+
+namespace {
+
+constexpr Milliseconds Tick{250};
+// A scan this close to the end counts as having reached it.
+constexpr Milliseconds EndMargin{1000};
+
+// How long nothing may be read before a start that has met an error is over, and how long before one that
+// does not even decode.
+constexpr Milliseconds QuietAfterError{500};
+constexpr Milliseconds QuietStart{1500};
+// What a decoder at work uses of QuietStart at the very least.
+constexpr Milliseconds WorkTime{20};
+
+// Flags of "playbin". Native sound: the player's own elements for it lose a volume control with each file.
+// Native video keeps photos from being scaled before they are ours; with it no subtitle could be drawn.
+constexpr int VideoFlags = 0x01 | 0x02 | 0x04 | 0x20;
+constexpr int PhotoFlags = 0x01 | 0x40;
+
+// A photo is decoded to no fewer pixels than this, which the screen shows when it is enlarged three times.
+constexpr uint64_t PhotoPixels = uint64_t{3 * PictureWidth} * (3 * PictureHeight);
+constexpr const char* ScalingDecoder = "avdec_mjpeg";
+// Its greatest step: a quarter of both sides.
+constexpr int MostHalvings = 2;
+
+Milliseconds processorTime() {
+    timespec used{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+    return std::chrono::duration_cast<Milliseconds>(std::chrono::seconds(used.tv_sec) +
+                                                    std::chrono::nanoseconds(used.tv_nsec));
+}
+
+Milliseconds fromClock(gint64 time) {
+    return std::chrono::duration_cast<Milliseconds>(std::chrono::nanoseconds(std::max<gint64>(0, time)));
+}
+
+gint64 toClock(Milliseconds time) {
+    return std::chrono::nanoseconds(time).count();
+}
+
+std::string errorText(GstMessage* message) {
+    GError* error = nullptr;
+    gst_message_parse_error(message, &error, nullptr);
+    const GstOwned<GError> owned(error);
+    return error ? error->message : "cannot be decoded";
+}
+
+} // namespace
+
+FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames,
+                           const Playable& playable, std::shared_ptr<ByteFeed> feed)
+    : m_loop(loop), m_listener(listener), m_frames(frames), m_playable(playable),
+      m_source(std::move(feed), playable.kind) {}
+
+FilePipeline::~FilePipeline() {
+    m_source.cancel();
+    m_bus.reset();
+    if (m_player) {
+        endPlayer(m_player.get());
+    }
+}
+
+void FilePipeline::start(Milliseconds position, StartMode mode) {
+    m_first = position;
+    m_mode = mode;
+    if (const auto status = m_source.open(); !status) {
+        fail(status.error());
+        return;
+    }
+    if (!build()) {
+        fail("no decoder installed");
+        return;
+    }
+    listen();
+    watchStart();
+    if (gst_element_set_state(m_player.get(), GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE) {
+        fail("cannot be decoded");
+    }
+}
+
+bool FilePipeline::build() {
+    return m_playable.kind == MediaKind::Music ? buildMusic() : buildPicture();
+}
+
+// A music file's pictures, embedded or moving, are not even decoded.
+bool FilePipeline::buildMusic() {
+    GstElement* pipeline = gst_pipeline_new(nullptr);
+    m_player.reset(GST_ELEMENT(gst_object_ref_sink(pipeline)));
+    GstElement* source = gst_element_factory_make(FileElementName, nullptr);
+    GstElement* decoder = gst_element_factory_make("decodebin", nullptr);
+    GstElement* sink = makeSoundSink();
+    for (GstElement* part : {source, decoder, sink}) {
+        if (!part || !gst_bin_add(GST_BIN(pipeline), part)) {
+            return false;
+        }
+    }
+    giveBytes(source, m_source);
+    const GstOwned<GstCaps> sound(gst_caps_from_string("audio/x-raw(ANY)"));
+    g_object_set(decoder, "caps", sound.get(), "expose-all-streams", FALSE, nullptr);
+    auto onPad = +[](GstElement*, GstPad* pad, GstElement* to) {
+        GstPad* input = gst_element_get_static_pad(to, "sink");
+        if (!gst_pad_is_linked(input)) {
+            gst_pad_link(pad, input);
+        }
+        gst_object_unref(input);
+    };
+    g_signal_connect(decoder, "pad-added", G_CALLBACK(onPad), sink);
+    return gst_element_link(source, decoder);
+}
+
+bool FilePipeline::buildPicture() {
+    GstElement* playbin = gst_element_factory_make("playbin", nullptr);
+    if (!playbin) {
+        return false;
+    }
+    m_player.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
+    const bool photo = m_playable.kind == MediaKind::Photo;
+    m_picture.emplace(m_frames, photo ? PictureKind::Photo : PictureKind::Film);
+    if (!m_picture->element()) {
+        return false;
+    }
+    if (photo) {
+        auto onPart = +[](GstElement*, GstElement* part, gpointer self) {
+            static_cast<FilePipeline*>(self)->fitPhoto(part);
+        };
+        g_signal_connect(playbin, "element-setup", G_CALLBACK(onPart), this);
+    }
+    // Every sink is named, as the player would look for one by itself.
+    g_object_set(playbin, "uri", FileElementUri, "flags", photo ? PhotoFlags : VideoFlags, "audio-sink",
+                 makeSoundSink(), "video-sink", m_picture->element(), nullptr);
+    auto onSource = +[](GstElement*, GstElement* source, gpointer self) {
+        giveBytes(source, static_cast<FilePipeline*>(self)->m_source);
+    };
+    g_signal_connect(playbin, "source-setup", G_CALLBACK(onSource), this);
+    return true;
+}
+
+// A large JPEG becomes smaller while it is decoded.
+void FilePipeline::fitPhoto(GstElement* part) {
+    const GstElementFactory* factory = gst_element_get_factory(part);
+    if (!factory || std::string_view(gst_plugin_feature_get_name(factory)) != ScalingDecoder) {
+        return;
+    }
+    int halvings = 0;
+    while (halvings < MostHalvings && m_source.photo().pixels() >> (2 * halvings + 2) >= PhotoPixels) {
+        ++halvings;
+    }
+    g_object_set(part, "lowres", halvings, nullptr);
+}
+
+// An error or an end that never arrives must not be waited for until somebody loses patience.
+void FilePipeline::watchStart() {
+    m_startWatch =
+        everyInterval(m_loop, Tick, [this, before = processorTime(), quiet = Milliseconds{0}]() mutable {
+            if (m_started || m_over) {
+                m_startWatch.reset();
+            } else if (!m_keptError.empty() && m_source.isQuiet(QuietAfterError)) {
+                fail(m_keptError);
+            } else if (const auto used = processorTime();
+                       !m_source.isQuiet(Tick) || used - before > WorkTime) {
+                before = used;
+                quiet = {};
+            } else if ((quiet += Tick) >= QuietStart) {
+                fail("holds nothing that can be decoded");
+            }
+        });
+}
+
+void FilePipeline::listen() {
+    const GstOwned<GstBus> bus(gst_element_get_bus(m_player.get()));
+    GSource* watch = gst_bus_create_watch(bus.get());
+    GstBusFunc onMessage = [](GstBus*, GstMessage* message, gpointer self) -> gboolean {
+        static_cast<FilePipeline*>(self)->receive(message);
+        return G_SOURCE_CONTINUE;
+    };
+    g_source_set_callback(watch, G_SOURCE_FUNC(onMessage), this, nullptr);
+    g_source_attach(watch, m_loop.context());
+    m_bus = SourceHandle(watch);
+}
+
+void FilePipeline::receive(GstMessage* message) {
+    if (m_over) {
+        return;
+    }
+    switch (GST_MESSAGE_TYPE(message)) {
+    case GST_MESSAGE_ERROR:
+        fail(!m_source.failure().empty() ? m_source.failure()
+             : !m_missing.empty()        ? missingDecoders()
+                                         : errorText(message));
+        break;
+    case GST_MESSAGE_ELEMENT:
+        noteMissing(message);
+        noteKeptError(message);
+        break;
+    case GST_MESSAGE_ASYNC_DONE:
+        prerolled();
+        break;
+    case GST_MESSAGE_EOS:
+        ended();
+        break;
+    case GST_MESSAGE_LATENCY:
+        gst_bin_recalculate_latency(GST_BIN(m_player.get()));
+        break;
+    default:
+        break;
+    }
+}
+
+void FilePipeline::prerolled() {
+    m_seeking = false;
+    if (m_started) {
+        if (m_scanSpeed == 0 && m_playable.kind != MediaKind::Photo) {
+            report();
+        }
+        return;
+    }
+    if (m_playable.kind == MediaKind::Video) {
+        if (!m_missing.empty() && !hasPicture(m_player.get())) {
+            fail(missingDecoders());
+            return;
+        }
+        // Subtitles are off until somebody asks for them; but their way is only laid with the first picture.
+        chooseStreams(m_player.get(), {});
+        m_listener.engineStreams(streamsOf(m_player.get()));
+    }
+    m_started = true;
+    m_listener.engineStarted(length());
+    if (m_first > Milliseconds{0}) {
+        jump(m_first, Precision::Exact);
+    }
+    if (m_mode == StartMode::Playing) {
+        resume();
+    }
+}
+
+// A file with some decodable stream plays all the same, so that this is no failure yet.
+void FilePipeline::noteMissing(GstMessage* message) {
+    const GstStructure* content = gst_message_get_structure(message);
+    if (!gst_structure_has_name(content, "missing-plugin")) {
+        return;
+    }
+    const char* name = gst_structure_get_string(content, "name");
+    m_missing += (m_missing.empty() ? "" : ", ") + std::string(name ? name : "an unknown format");
+    logWarning("%s: not installed: %s\n", m_playable.path.c_str(), name ? name : "a decoder");
+}
+
+void FilePipeline::noteKeptError(GstMessage* message) {
+    const GstStructure* content = gst_message_get_structure(message);
+    if (m_keptError.empty() && gst_structure_has_name(content, KeptErrorName)) {
+        m_keptError = gst_structure_get_string(content, KeptErrorText);
+    }
+}
+
+std::string FilePipeline::missingDecoders() const {
+    return "not installed: " + m_missing;
+}
+
+void FilePipeline::ended() {
+    if (m_playable.kind == MediaKind::Photo && m_source.failure().empty()) {
+        return; // it stands there until somebody goes on
+    }
+    if (!m_source.failure().empty()) {
+        fail(m_source.failure());
+        return;
+    }
+    if (length() == Milliseconds{0} && position() == Milliseconds{0}) {
+        fail("holds nothing to play");
+        return;
+    }
+    m_over = true;
+    m_clock.reset();
+    m_listener.engineEnded();
+}
+
+void FilePipeline::fail(const std::string& reason) {
+    m_over = true;
+    m_clock.reset();
+    m_listener.engineFailed(reason);
+}
+
+void FilePipeline::report() {
+    m_listener.engineMoved(position(), length());
+}
+
+void FilePipeline::pause() {
+    m_mode = StartMode::Paused;
+    m_clock.reset();
+    m_scanSpeed = 0;
+    if (m_started && !m_over) {
+        gst_element_set_state(m_player.get(), GST_STATE_PAUSED);
+    }
+}
+
+void FilePipeline::resume() {
+    m_mode = StartMode::Playing;
+    if (!m_started || m_over) {
+        return;
+    }
+    if (m_scanSpeed != 0) {
+        m_scanSpeed = 0;
+        jump(m_scanPosition, Precision::KeyFrame);
+    }
+    gst_element_set_state(m_player.get(), GST_STATE_PLAYING);
+    if (m_playable.kind != MediaKind::Photo) {
+        m_clock = everyInterval(m_loop, Tick, [this] { report(); });
+    }
+}
+
+void FilePipeline::seek(Milliseconds position) {
+    m_scanPosition = position;
+    if (!m_started) {
+        m_first = position;
+    } else if (!m_over) {
+        jump(position, Precision::Exact);
+    }
+}
+
+void FilePipeline::scan(int speed) {
+    if (!m_started || m_over) {
+        return;
+    }
+    if (m_scanSpeed == 0) {
+        m_scanPosition = position();
+        gst_element_set_state(m_player.get(), GST_STATE_PAUSED);
+    }
+    m_scanSpeed = speed;
+    m_clock = everyInterval(m_loop, Tick, [this] { scanStep(); });
+}
+
+void FilePipeline::scanStep() {
+    const Milliseconds last = std::max(length() - EndMargin, Milliseconds{0});
+    m_scanPosition += m_scanSpeed * Tick;
+    const bool beginning = m_scanPosition <= Milliseconds{0};
+    const bool end = last > Milliseconds{0} && m_scanPosition >= last;
+    if (beginning || end) {
+        m_scanPosition = beginning ? Milliseconds{0} : last;
+        m_clock.reset();
+        m_listener.engineScanned(beginning ? ScanEdge::Beginning : ScanEdge::End);
+        return;
+    }
+    // A step that is still being decoded is not overtaken; the position goes on in its own time.
+    if (!m_seeking) {
+        jump(m_scanPosition, Precision::KeyFrame);
+    }
+    m_listener.engineMoved(m_scanPosition, length());
+}
+
+void FilePipeline::view(const PictureView& view) {
+    if (!m_picture || !m_started || m_over) {
+        return;
+    }
+    m_picture->view(view);
+    if (m_playable.kind == MediaKind::Photo) {
+        // A photo gives its one picture only when it is decoded anew.
+        gst_element_set_state(m_player.get(), GST_STATE_READY);
+        gst_element_set_state(m_player.get(), GST_STATE_PAUSED);
+    } else if (m_mode == StartMode::Paused) {
+        jump(position(), Precision::Exact);
+    }
+}
+
+void FilePipeline::choose(const StreamChoice& choice) {
+    if (m_started && !m_over) {
+        chooseStreams(m_player.get(), choice);
+        if (m_scanSpeed == 0) {
+            jump(position(), Precision::Exact);
+        }
+    }
+}
+
+bool FilePipeline::jump(Milliseconds position, Precision precision) {
+    const int how = precision == Precision::Exact ? GST_SEEK_FLAG_ACCURATE
+                                                  : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE;
+    m_seeking = gst_element_seek(m_player.get(), 1.0, GST_FORMAT_TIME,
+                                 static_cast<GstSeekFlags>(GST_SEEK_FLAG_FLUSH | how), GST_SEEK_TYPE_SET,
+                                 toClock(position), GST_SEEK_TYPE_NONE, -1);
+    return m_seeking;
+}
+
+Milliseconds FilePipeline::position() const {
+    gint64 time = 0;
+    gst_element_query_position(m_player.get(), GST_FORMAT_TIME, &time);
+    return fromClock(time);
+}
+
+Milliseconds FilePipeline::length() const {
+    gint64 time = 0;
+    const bool known = gst_element_query_duration(m_player.get(), GST_FORMAT_TIME, &time) && time > 0;
+    return known ? fromClock(time) : m_playable.length;
+}
+
+} // namespace zm::disc

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "services/disc/engine/Engine.h"
+#include "services/disc/engine/FileSource.h"
+#include "services/disc/engine/Gst.h"
+#include "services/disc/engine/PictureBin.h"
+
+#include <optional>
+
+namespace zm::disc {
+
+/**
+ * Decodes and plays one file. Everything on the thread of `loop`, where `listener` is called too; building,
+ * seeking and destroying may take as long as a decoder does.
+ */
+class FilePipeline {
+public:
+    FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames, const Playable& playable,
+                 std::shared_ptr<ByteFeed> feed);
+    ~FilePipeline();
+    FilePipeline(const FilePipeline&) = delete;
+    FilePipeline& operator=(const FilePipeline&) = delete;
+
+    void start(Milliseconds position, StartMode mode);
+    void pause();
+    void resume();
+    void seek(Milliseconds position);
+    void scan(int speed);
+    void view(const PictureView& view);
+    void choose(const StreamChoice& choice);
+
+private:
+    enum class Precision { KeyFrame, Exact };
+
+    bool build();
+    bool buildMusic();
+    bool buildPicture();
+    void fitPhoto(GstElement* part);
+    void watchStart();
+    void listen();
+    void receive(GstMessage* message);
+    void prerolled();
+    void noteMissing(GstMessage* message);
+    void noteKeptError(GstMessage* message);
+    std::string missingDecoders() const;
+    void ended();
+    void fail(const std::string& reason);
+    void report();
+    void scanStep();
+    bool jump(Milliseconds position, Precision precision);
+    Milliseconds position() const;
+    Milliseconds length() const;
+
+    EventLoop& m_loop;
+    EngineListener& m_listener;
+    FrameSink& m_frames;
+    std::optional<PictureBin> m_picture; ///< outlives the decoder that feeds it
+    Playable m_playable;
+    FileSource m_source; ///< outlives the decoder that reads from it
+    GstOwned<GstElement> m_player;
+    SourceHandle m_bus;
+    SourceHandle m_clock; ///< reports the position, or steps a scan
+    SourceHandle m_startWatch;
+
+    std::string m_missing;   ///< what decoders are not installed for
+    std::string m_keptError; ///< what a part of the decoder has reported while it was connected
+    bool m_started = false;
+    bool m_over = false; ///< ended or failed: nothing more is reported
+    StartMode m_mode = StartMode::Playing;
+    Milliseconds m_first{0};
+    int m_scanSpeed = 0;
+    Milliseconds m_scanPosition{0};
+    bool m_seeking = false;
+};
+
+} // namespace zm::disc

@@ -1,0 +1,69 @@
+#include "services/disc/engine/FrameReceiver.h"
+
+#include "services/disc/Log.h"
+#include "services/disc/engine/DecoderWire.h"
+
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace zm::disc {
+
+FrameReceiver::FrameReceiver(std::shared_ptr<FrameSink> sink) : m_sink(std::move(sink)) {}
+
+FrameReceiver::~FrameReceiver() {
+    if (m_thread.joinable()) {
+        m_loop.quit();
+        m_thread.join();
+    }
+}
+
+bool FrameReceiver::run() {
+    if (m_thread.joinable()) {
+        return true;
+    }
+    try {
+        m_thread = std::thread([this] {
+            m_loop.run();
+            m_watch.reset();
+        });
+    } catch (const std::system_error& error) {
+        logError("pictures: no thread can be started: %s\n", error.what());
+        return false;
+    }
+    return true;
+}
+
+void FrameReceiver::attach(UniqueFd notes, UniqueFd pictures) {
+    m_loop.post([this, fd = notes.release(), memory = std::make_shared<UniqueFd>(std::move(pictures))] {
+        m_watch.reset();
+        m_notes.reset(fd);
+        m_pictures = std::make_unique<SharedPictures>(memory->get());
+        m_watch = watchFd(m_loop, fd, IoEvent::Readable, [this] { receive(); });
+    });
+}
+
+void FrameReceiver::receive() {
+    wire::FrameNote note;
+    const ssize_t count = ::recv(m_notes.get(), &note, sizeof note, MSG_DONTWAIT);
+    if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
+        return;
+    }
+    const uint8_t* picture =
+        count == sizeof note && note.slot < wire::Slots ? m_pictures->slot(note.slot) : nullptr;
+    if (!picture) {
+        m_watch.reset(); // the process has ended, or says what it should not
+        return;
+    }
+    if (note.item == m_item) {
+        m_sink->show(picture, wire::Stride);
+    }
+    ::send(m_notes.get(), &note, sizeof note, MSG_DONTWAIT | MSG_NOSIGNAL);
+}
+
+void FrameReceiver::clear() {
+    m_loop.post([this] { m_sink->clear(); });
+}
+
+} // namespace zm::disc

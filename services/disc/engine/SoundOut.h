@@ -1,0 +1,19 @@
+#pragma once
+
+#include "services/disc/engine/Gst.h"
+
+namespace zm::disc {
+
+/**
+ * Opens the default device, which then stays open; where there is none, sound goes to a silent element that
+ * keeps the time. Logs which. Once, before the others.
+ */
+void openSound();
+
+/** A new element that plays sound; its reference is floating. One at a time. */
+GstElement* makeSoundSink();
+
+/** Takes the device out of `player`, which is then put to rest, so that it stays open. */
+void endPlayer(GstElement* player);
+
+} // namespace zm::disc

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "base/Result.h"
+#include "services/disc/model/Contents.h"
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+
+struct sqlite3;
+
+namespace zm::disc {
+
+/**
+ * The database file in which the application looks up files and folders. It is made once and from then on
+ * only refilled, so that readers that hold it open see each disc. Any thread; calls take turns.
+ */
+class Catalogue {
+public:
+    /** Opens or makes `file` with empty tables; a file that is no usable database is replaced. */
+    static Result<std::unique_ptr<Catalogue>> open(const std::string& file);
+    ~Catalogue();
+    Catalogue(const Catalogue&) = delete;
+    Catalogue& operator=(const Catalogue&) = delete;
+
+    /** Empties the tables; makes the file anew if it is not there any more or cannot be emptied. */
+    Status clear();
+    /** Whether the file is still the one that was opened. */
+    bool intact();
+    /** Adds all files and folders of one kind in one transaction; none of them when `cancelled` becomes true.
+     */
+    Status write(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled);
+
+private:
+    explicit Catalogue(std::string file) : m_file(std::move(file)) {}
+    Status reopen();
+    Status prepare();
+    bool isOpenedFile() const;
+    Status run(const char* statement);
+    Status failure(const char* what);
+    Status insertFolders(const Contents& contents, MediaKind kind);
+    Status insertFiles(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled);
+
+    std::string m_file;
+    std::mutex m_mutex;
+    sqlite3* m_database = nullptr;
+    std::pair<uint64_t, uint64_t> m_identity; ///< device and number of the file that is open
+};
+
+} // namespace zm::disc

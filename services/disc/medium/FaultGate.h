@@ -1,0 +1,36 @@
+#pragma once
+
+#include "services/disc/medium/Medium.h"
+
+#include <memory>
+
+namespace zm::disc {
+
+/** What is wrong with the drive. */
+enum class DriveFault {
+    None,
+    ReadError, ///< every read fails
+    NoAnswer   ///< every read hangs until the fault is over
+};
+
+/** A medium whose drive can be given faults, for tests and demonstrations. Any thread. */
+class FaultGate : public Medium {
+public:
+    explicit FaultGate(std::shared_ptr<Medium> medium);
+    ~FaultGate() override;
+
+    void set(DriveFault fault);
+
+    std::string label() const override;
+    Result<std::vector<Entry>> list(const std::string& folder) override;
+    Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
+    std::shared_ptr<const Contents> tracks() const override;
+
+private:
+    struct State;
+    class Reader;
+    std::shared_ptr<Medium> m_medium;
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace zm::disc

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "base/UniqueFd.h"
+#include "services/disc/medium/Medium.h"
+
+namespace zm::disc {
+
+/** A disc that is a folder: a mounted drive or any folder of files. Links are followed. */
+class FolderMedium : public Medium {
+public:
+    explicit FolderMedium(std::string root);
+    std::string label() const override;
+    Result<std::vector<Entry>> list(const std::string& folder) override;
+    Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
+
+private:
+    std::string absolute(const std::string& path) const;
+    Result<UniqueFd> openAt(const std::string& path, int flags) const;
+    std::string m_root;
+};
+
+} // namespace zm::disc

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "services/disc/medium/Medium.h"
+
+#include <vector>
+
+namespace zm::disc {
+
+/** A run of bytes in a disc image. */
+struct IsoExtent {
+    uint64_t offset = 0;
+    uint64_t size = 0;
+};
+
+/** One record of a folder. */
+struct IsoRecord {
+    std::string name; ///< as the image spells it best: Rock Ridge, Joliet (as UTF-8) or the bare name
+    Entry::Type type = Entry::Type::File;
+    IsoExtent extent;
+};
+
+/** The file system of a disc image (ISO 9660). */
+struct IsoVolume {
+    enum class Names { Plain, Joliet, RockRidge };
+    std::string label;
+    IsoExtent root;
+    Names names = Names::Plain;
+    size_t skip = 0; ///< bytes before the Rock Ridge part of each record
+};
+
+/** Finds the file system; the error says that there is none, or why it cannot be read. */
+Result<IsoVolume> readIsoVolume(ByteReader& image);
+
+/**
+ * The records of the folder at `extent`, without those of itself and its parent. Records that point out of
+ * the image are left out. Blocks as long as `image` does.
+ */
+Result<std::vector<IsoRecord>> readIsoDirectory(ByteReader& image, const IsoVolume& volume,
+                                                const IsoExtent& extent);
+
+} // namespace zm::disc

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "services/disc/medium/IsoDirectory.h"
+
+#include <functional>
+#include <map>
+#include <mutex>
+
+namespace zm::disc {
+
+/**
+ * A disc image with an ISO 9660 file system, read without mounting it. Names come from Rock Ridge or Joliet
+ * where the disc has them. A file is opened after the folder that holds it has been listed.
+ */
+class IsoMedium : public Medium {
+public:
+    /** Opens the bytes of `extent` of the file system, or as many as there are; `name` stands in error texts.
+     */
+    using Opener =
+        std::function<Result<std::unique_ptr<ByteReader>>(const std::string& name, const IsoExtent& extent)>;
+
+    /** A file that is the image. Fails if it cannot be read or holds no such file system. */
+    static Result<std::shared_ptr<Medium>> openImage(const std::string& image);
+    /** The file system that `opener` opens; `image` names it in error texts. */
+    static Result<std::shared_ptr<Medium>> openImage(const std::string& image, const Opener& opener);
+
+    std::string label() const override { return m_volume.label; }
+    Result<std::vector<Entry>> list(const std::string& folder) override;
+    Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
+
+private:
+    IsoMedium(std::string image, Opener opener, std::unique_ptr<ByteReader> reader, IsoVolume volume);
+
+    std::string m_image;
+    Opener m_opener;
+    std::mutex m_mutex; ///< of the maps and the reader
+    std::unique_ptr<ByteReader> m_reader;
+    IsoVolume m_volume;
+    std::map<std::string, IsoExtent> m_folders; ///< by path; those that were listed by their parent
+    std::map<std::string, IsoExtent> m_files;
+};
+
+} // namespace zm::disc

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "base/Result.h"
+#include "services/disc/model/Contents.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zm::disc {
+
+/** Reads one opened file of a disc at any place. One thread at a time. */
+class ByteReader {
+public:
+    virtual ~ByteReader() = default;
+    /** Bytes in the file. */
+    virtual uint64_t size() const = 0;
+    /** Fills `buffer` from `offset` on; fewer bytes only at the end of the file. May block as long as the
+     * drive does. */
+    virtual Result<size_t> readAt(uint64_t offset, std::span<char> buffer) = 0;
+};
+
+/** One name in a folder of a disc. */
+struct Entry {
+    enum class Type { File, Folder };
+    std::string rawName;
+    Type type = Type::File;
+    /** The same for two names of one folder (links); used to walk each folder once. */
+    std::pair<uint64_t, uint64_t> identity;
+    uint64_t size = 0; ///< bytes of a file; not said by a disc of tracks
+};
+
+/**
+ * The readable side of a disc, whatever it really is. Paths are raw bytes relative to the root, "" being the
+ * root. Every call may block as long as the drive does, so none belongs on a thread that answers. Any thread,
+ * also several at once.
+ */
+class Medium {
+public:
+    virtual ~Medium() = default;
+    /** The disc's name, raw bytes. */
+    virtual std::string label() const = 0;
+    /** Names in a folder, unsorted, without "." and "..". */
+    virtual Result<std::vector<Entry>> list(const std::string& folder) = 0;
+    virtual Result<std::unique_ptr<ByteReader>> open(const std::string& file) = 0;
+    /** All that is on a disc of tracks; null for a disc of files, which has to be searched. Does not block.
+     */
+    virtual std::shared_ptr<const Contents> tracks() const { return nullptr; }
+};
+
+} // namespace zm::disc

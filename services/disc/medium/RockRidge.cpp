@@ -1,0 +1,74 @@
+#include "services/disc/medium/RockRidge.h"
+
+#include "services/disc/medium/IsoNumbers.h"
+
+namespace zm::disc {
+
+namespace {
+
+// A name or a chain of continuations longer than any real one is an image that wants to keep us busy.
+constexpr size_t MaxName = 1024;
+constexpr int MaxAreas = 16;
+
+constexpr size_t EntryHeader = 4;
+constexpr size_t ContinuationSize = 28;
+constexpr size_t RelocationSize = 12;
+constexpr size_t NameHeader = 5;
+constexpr size_t SharingSize = 7;
+
+// Where entries go on.
+struct Continuation {
+    uint64_t offset = 0;
+    uint32_t size = 0;
+};
+
+std::optional<Continuation> readArea(std::string_view area, RockRidge& found) {
+    std::optional<Continuation> next;
+    while (area.size() >= EntryHeader) {
+        const size_t size = static_cast<unsigned char>(area[2]);
+        if (size < EntryHeader || size > area.size()) {
+            break;
+        }
+        const std::string_view entry = area.substr(0, size);
+        const std::string_view kind = entry.substr(0, 2);
+        if (kind == "NM" && size > NameHeader && found.name.size() < MaxName) {
+            found.name += entry.substr(NameHeader);
+        } else if (kind == "CL" && size >= RelocationSize) {
+            found.relocated = isoNumber32(entry, 4);
+        } else if (kind == "RE") {
+            found.hidden = true;
+        } else if (kind == "CE" && size >= ContinuationSize) {
+            next = Continuation{isoBlock(isoNumber32(entry, 4)) + isoNumber32(entry, 12),
+                                isoNumber32(entry, 20)};
+        } else if (kind == "ST") {
+            break;
+        }
+        area.remove_prefix(size);
+    }
+    return next;
+}
+
+} // namespace
+
+RockRidge readRockRidge(ByteReader& image, std::string_view area) {
+    RockRidge found;
+    auto next = readArea(area, found);
+    for (int areas = 0; next && areas < MaxAreas; ++areas) {
+        std::string more(std::min<size_t>(next->size, IsoBlockSize), '\0');
+        const auto count = image.readAt(next->offset, more);
+        if (!count) {
+            break;
+        }
+        next = readArea(std::string_view(more).substr(0, *count), found);
+    }
+    return found;
+}
+
+std::optional<size_t> rockRidgeSkip(std::string_view area) {
+    if (area.size() < SharingSize || area.substr(0, 2) != "SP" || area.substr(4, 2) != "\xBE\xEF") {
+        return std::nullopt;
+    }
+    return static_cast<unsigned char>(area[6]);
+}
+
+} // namespace zm::disc

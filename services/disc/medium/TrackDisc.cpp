@@ -1,0 +1,91 @@
+#include "services/disc/medium/TrackDisc.h"
+
+#include "services/disc/library/DiscIdentity.h"
+#include "services/disc/medium/SliceReader.h"
+#include "services/disc/medium/VideoTrack.h"
+#include "services/disc/medium/WavReader.h"
+
+#include <algorithm>
+
+namespace zm::disc {
+
+namespace {
+
+constexpr int RootFolder = 1;
+
+std::string twoDigits(int number) {
+    const std::string digits = std::to_string(number);
+    return std::string(digits.size() < 2 ? 1 : 0, '0') + digits;
+}
+
+Contents contentsOf(const CueImage& image, MediaType type, MediaKind kind) {
+    Contents contents;
+    contents.trackType = type;
+    Folder root{RootFolder, 0, "", image.label, {}};
+    root.counts[kindIndex(kind)].files = static_cast<int>(image.tracks.size());
+    contents.folders.push_back(std::move(root));
+    auto& items = contents.items[kindIndex(kind)];
+    DiscIdentity identity;
+    for (const auto& track : image.tracks) {
+        const int number = static_cast<int>(items.size()) + 1;
+        const char* extension = kind == MediaKind::Music ? ".wav" : ".mpg";
+        Item item{RootFolder, number, twoDigits(number) + extension, track.title, {}};
+        if (item.name.empty()) {
+            item.name = "Track " + twoDigits(number);
+        }
+        item.tags.title = track.title;
+        item.tags.artist = track.performer.empty() ? image.performer : track.performer;
+        item.tags.album = image.title;
+        const auto sectors = track.size / track.format.sectorSize;
+        item.tags.seconds = static_cast<int>(sectors / SectorsPerSecond);
+        items.push_back(std::move(item));
+        identity.addTrack(items.size(), sectors);
+    }
+    contents.identity = identity.text();
+    return contents;
+}
+
+} // namespace
+
+TrackDisc::TrackDisc(CueImage image, MediaType type)
+    : m_image(std::move(image)), m_type(type),
+      m_contents(std::make_shared<const Contents>(contentsOf(m_image, type, kind()))) {}
+
+MediaKind TrackDisc::kind() const {
+    return m_type == MediaType::AudioCd ? MediaKind::Music : MediaKind::Video;
+}
+
+Result<std::vector<Entry>> TrackDisc::list(const std::string& folder) {
+    if (!folder.empty()) {
+        return Error{m_image.path + ": " + folder + ": no such folder"};
+    }
+    std::vector<Entry> entries;
+    for (const auto& item : m_contents->of(kind())) {
+        entries.push_back({item.rawName, Entry::Type::File, {}});
+    }
+    return entries;
+}
+
+Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
+    const auto& items = m_contents->of(kind());
+    const auto item =
+        std::find_if(items.begin(), items.end(), [&](const Item& each) { return each.rawName == file; });
+    if (item == items.end()) {
+        return Error{m_image.path + ": " + file + ": no such track"};
+    }
+    const auto& track = m_image.tracks[static_cast<size_t>(item - items.begin())];
+    const std::string name = m_image.path + ": " + file;
+    if (track.size == 0) {
+        return Error{name + ": " + track.file + " ends before it"};
+    }
+    if (kind() == MediaKind::Video) {
+        return openVideoTrack(track, name);
+    }
+    auto sound = openSlice(track.file, track.offset, track.size, name);
+    if (!sound) {
+        return sound;
+    }
+    return std::unique_ptr<ByteReader>(std::make_unique<WavReader>(std::move(*sound)));
+}
+
+} // namespace zm::disc

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "services/disc/engine/Engine.h"
+#include "services/disc/model/Contents.h"
+#include "services/disc/model/DiscState.h"
+#include "services/disc/player/DiscResume.h"
+#include "services/disc/player/LateTexts.h"
+#include "services/disc/player/PassageRepeat.h"
+#include "services/disc/player/PlayOrder.h"
+#include "services/disc/player/ReadErrorSkip.h"
+#include "services/disc/player/ScanSpeed.h"
+#include "services/disc/player/TrackAddress.h"
+#include "services/disc/player/Transport.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+
+namespace zm::disc {
+
+/** The files of a data disc or the tracks of a CD: which one plays, and what each command means for
+ * them. */
+class FilePlayer : public Transport, private EngineListener {
+public:
+    /** `contents` has at least one item; the kind of the one that `resume` names is announced already. Playing
+     * begins with `sourceOn`. */
+    FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
+               std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents, DiscResume& resume);
+    ~FilePlayer() override;
+
+    void sourceOn() override;
+    void sourceOff() override;
+    void playMusic() override;
+
+    void next(int, int) override;
+    void previous(int, int) override;
+    void fastForward(int, int) override;
+    void fastBackward(int, int) override;
+    void playPause(int, int) override;
+    void pause(int, int) override;
+    void play(int, int) override;
+    void stop(int, int) override;
+    void shuffle(int mode, int) override;
+    void repeat(int mode, int) override;
+    void repeatPassage(int, int) override;
+    void audioChannel(int, int) override;
+    void subtitle(int, int) override;
+    void playbackControl(int, int) override;
+    void zoom(int, int) override;
+    void rotate(int, int) override;
+    void playTrack(int first, int second) override;
+    void seek(int position, int) override;
+    void browse(int mediaType, int folder) override;
+
+protected:
+    void refuse() override;
+
+private:
+    void engineStreams(const Streams& streams) override;
+    void engineStarted(Milliseconds length) override;
+    void engineMoved(Milliseconds position, Milliseconds length) override;
+    void engineEnded() override;
+    void engineScanned(ScanEdge edge) override;
+    void engineFailed(const std::string& reason) override;
+
+    PlayOrder& order() { return *m_orders[kindIndex(m_kind)]; }
+    const Item& item() { return m_contents->of(m_kind)[order().current()]; }
+    void choose(MediaKind kind);
+    void begin(Milliseconds position, StartMode mode = StartMode::Playing);
+    void advance();
+    void skipUnreadable();
+    void halt(PlayState state);
+    void scan(ScanDirection direction);
+    void leaveScan();
+    void showSlide();
+    void changeView(void (PictureView::*change)());
+    void useStreams(const StreamChoice& choice);
+    void forgetStreams();
+    void announceType();
+    void announceTrack();
+    void announceTexts();
+    void announceTrackAgain();
+    void publishStreams();
+    void publishState(PlayState state);
+    void noteResume();
+    void publishTime();
+    void publishModes();
+    TrackInfo trackInfo();
+
+    EventLoop& m_loop;
+    DiscState& m_state;
+    PlayModes& m_modes;
+    Engine& m_engine;
+    std::shared_ptr<Medium> m_medium;
+    std::shared_ptr<const Contents> m_contents;
+    DiscResume& m_resume;
+    std::array<std::optional<PlayOrder>, KindCount> m_orders;
+    MediaKind m_kind;
+    MediaKind m_browsed;
+    MediaKind m_announced; ///< kind of the "mediatype" published last
+    PlayState m_playState = PlayState::Loading;
+    bool m_source = false;
+    StartMode m_mode = StartMode::Playing;
+    Milliseconds m_position{0};
+    Milliseconds m_length{0};
+    ScanSpeed m_scan;
+    PassageRepeat m_passage;
+    PictureView m_view;
+    Streams m_streams; ///< of a video that plays
+    StreamChoice m_choice;
+    bool m_playbackControl = false; ///< what the user has set for a VCD
+    LateTexts m_texts;
+    SourceHandle m_again;   ///< runs until a track is announced once more
+    SourceHandle m_slide;   ///< runs while a photo is shown in a slide show
+    SourceHandle m_toMusic; ///< runs from a voice request until music begins
+    size_t m_failures = 0;  ///< items in a row that could not be played
+    ReadErrorSkip m_skip;
+};
+
+} // namespace zm::disc

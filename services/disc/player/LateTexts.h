@@ -1,0 +1,33 @@
+#pragma once
+
+#include "base/EventLoop.h"
+#include "services/disc/model/DiscState.h"
+
+#include <cstddef>
+
+namespace zm::disc {
+
+/**
+ * Publishes a song's texts with its number and again behind it. The application passes a song's title on when it is
+ * told the texts, but takes the title up when it gets to the number, which may be later: with the first texts it
+ * may still pass on the title of the song before.
+ */
+class LateTexts {
+public:
+    LateTexts(EventLoop& loop, DiscState& state);
+    /** Publishes `texts` at once and several times later; those that were to come again are dropped. */
+    void publish(const TrackTexts& texts);
+    /** Publishes `texts` at once and only once. */
+    void publishNow(const TrackTexts& texts);
+
+private:
+    void wait();
+
+    EventLoop& m_loop;
+    DiscState& m_state;
+    TrackTexts m_texts;
+    size_t m_step = 0;
+    SourceHandle m_timer;
+};
+
+} // namespace zm::disc

@@ -4,7 +4,7 @@
 #include "fuzz/support/Scratch.h"
 
 #include "DiscQDB.h"
-#include "WideText.h"
+#include "parts/WideText.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 #include <sqlite3.h>

@@ -2,8 +2,8 @@
 
 #include "DiscOsdIds.h"
 #include "DiscViewIds.h"
-#include "SourceGroup.h"
-#include "StatusBar.h"
+#include "parts/SourceGroup.h"
+#include "parts/StatusBar.h"
 #include "tests/pictures/Table.h"
 
 namespace zm::test {

@@ -3,9 +3,9 @@
 #include "DiscOsdIds.h"
 #include "DiscViewIds.h"
 #include "DiscViewItems.h"
-#include "NumberPad.h"
-#include "SourceGroup.h"
-#include "StatusBar.h"
+#include "parts/NumberPad.h"
+#include "parts/SourceGroup.h"
+#include "parts/StatusBar.h"
 #include "tests/pictures/Table.h"
 
 namespace zm::test {

@@ -2,8 +2,8 @@
 
 #include "DiscViewIds.h"
 #include "DiscViewItems.h"
-#include "NumberPad.h"
-#include "StatusBar.h"
+#include "parts/NumberPad.h"
+#include "parts/StatusBar.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 // Each change of a page that is shown stands on the screen at once: one for each item that is drawn by itself,
 // with nothing behind it that would draw the page anew.
 
-#include "DiscTimers.h"
+#include "parts/DiscTimers.h"
 #include "tests/views/drawing_view.h"
 
 namespace zm::test {

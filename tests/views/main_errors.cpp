@@ -1,4 +1,4 @@
-#include "DiscTimers.h"
+#include "parts/DiscTimers.h"
 #include "tests/views/main_view.h"
 
 namespace zm::test {

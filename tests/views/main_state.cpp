@@ -1,5 +1,5 @@
-#include "DiscTimers.h"
 #include "ZMModel/ViewMessages.h"
+#include "parts/DiscTimers.h"
 #include "tests/views/main_view.h"
 
 namespace zm::test {

@@ -3,8 +3,8 @@
 #include "DiscOsdView.h"
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
-#include "SourceGroup.h"
-#include "StatusBar.h"
+#include "parts/SourceGroup.h"
+#include "parts/StatusBar.h"
 #include "tests/views/DiscViewTest.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "WideText.h"
+#include "parts/WideText.h"
 
 #include <gtest/gtest.h>
 

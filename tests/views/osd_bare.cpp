@@ -1,6 +1,6 @@
-#include "NumberPad.h"
 #include "ZMModel/CDiscData.h"
 #include "ZMModel/ViewMessages.h"
+#include "parts/NumberPad.h"
 #include "tests/views/osd_view.h"
 
 namespace zm::test {

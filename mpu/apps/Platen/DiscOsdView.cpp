@@ -1,11 +1,11 @@
 #include "DiscOsdView.h"
 
-#include "DiscTimers.h"
 #include "DiscViewController.h"
-#include "FindRow.h"
 #include "Log.h"
-#include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/DiscTimers.h"
+#include "parts/FindRow.h"
+#include "parts/SourceGroup.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"
 
@@ -75,6 +75,7 @@ void DiscOsdView::ViewInit() {
     if (!m_pUIAnalysis) {
         return;
     }
+    m_pad.TakeWidgets(m_pUIAnalysis, m_pWndMng);
     for (const BarContents& bar : CONTENTS) {
         if (bar.hasTimes) {
             InitTimes(*m_pUIAnalysis, bar.window);

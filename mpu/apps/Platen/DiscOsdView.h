@@ -3,7 +3,7 @@
 #include "DiscOsdIds.h"
 #include "DiscQDB.h"
 #include "DiscViewIds.h"
-#include "NumberPad.h"
+#include "parts/NumberPad.h"
 #include "zmcar/ViewOsd.h"
 
 #include <pthread.h>
@@ -131,7 +131,6 @@ private:
     void FollowChapter();
 
     bool IsClip(std::initializer_list<int> types) const;
-    NumberPad Pad() { return {m_pUIAnalysis, m_pWndMng, m_strInputNum, m_strTotalNum}; }
     int GotoTotal() const;
     int GotoCaption() const;
     void SwitchGotoType();
@@ -147,8 +146,7 @@ private:
     uint32_t m_nCurPlayType = PLAY_TYPE_UNKNOWN;
     int32_t m_nCurKeyType = OSD_KEY_NONE;
     int32_t m_nCurWndId = OSD_WND_DVD; ///< the bar of the clip type
-    std::string m_strInputNum;         ///< digits typed on the number pad
-    std::string m_strTotalNum;         ///< its upper bound
+    NumberPad m_pad;
     int32_t m_nGotoType = OSD_GOTO_TITLE;
     bool m_bGotoShown = false;
     int32_t m_nLastBtState = 0;

@@ -1,10 +1,10 @@
 #include "DiscOsdView.h"
 
 #include "DiscViewController.h"
-#include "FindRow.h"
 #include "Log.h"
-#include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/FindRow.h"
+#include "parts/SourceGroup.h"
 
 /** What a control of a bar does on a click, after the beep. */
 struct DiscOsdView::ControlRow {

@@ -1,8 +1,8 @@
 #include "DiscOsdView.h"
 
-#include "CounterText.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/CounterText.h"
 #include "zmui/CUIAnalysis.h"
 
 namespace {

@@ -2,8 +2,8 @@
 
 #include "DiscViewController.h"
 #include "Log.h"
-#include "PackedTrack.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/PackedTrack.h"
 #include "zmui/CUIAnalysis.h"
 
 namespace {
@@ -34,7 +34,7 @@ int DiscOsdView::GotoCaption() const {
 
 void DiscOsdView::ShowGotoView() {
     m_nGotoType = IsClip({PLAY_TYPE_DVD}) ? OSD_GOTO_TITLE : OSD_GOTO_TRACK;
-    Pad().Begin(GotoTotal(), GotoCaption());
+    m_pad.Begin(GotoTotal(), GotoCaption());
     DealInputNum();
     ShowWnd(OSD_WND_GOTO, true, 0);
 }
@@ -46,28 +46,28 @@ void DiscOsdView::HideGotoView() {
 }
 
 void DiscOsdView::EndGoto() {
-    Pad().End();
+    m_pad.End();
     ShowWnd(OSD_WND_GOTO, false, 0);
 }
 
 void DiscOsdView::DealInputNum() {
-    Pad().DealInputNum();
+    m_pad.DealInputNum();
 }
 
 void DiscOsdView::OnClickGotoWnd(long ctrlId) {
     // The bound follows the disc while the pad is open.
     const int total = GotoTotal();
-    Pad().SetTotal(total);
+    m_pad.SetTotal(total);
     if (NumberPad::IsEntryKey(ctrlId)) {
         ToBeep();
-        Pad().PressEntryKey(ctrlId, total);
+        m_pad.PressEntryKey(ctrlId, total);
         return;
     }
     switch (ctrlId) {
     case GOTO_KEY_OK:
         ToBeep();
-        if (m_pController && Pad().IsConfirmable(total)) {
-            SendGoto(Pad().Number());
+        if (m_pController && m_pad.IsConfirmable(total)) {
+            SendGoto(m_pad.Number());
             EndGoto();
         }
         break;
@@ -77,7 +77,7 @@ void DiscOsdView::OnClickGotoWnd(long ctrlId) {
         break;
     case GOTO_KEY_CLOSE:
         ToBeep();
-        Pad().ClearEntry();
+        m_pad.ClearEntry();
         ShowWnd(OSD_WND_GOTO, false, 0);
         break;
     default:
@@ -90,7 +90,7 @@ void DiscOsdView::SwitchGotoType() {
         return;
     }
     m_nGotoType = m_nGotoType == OSD_GOTO_TITLE ? OSD_GOTO_CHAPTER : OSD_GOTO_TITLE;
-    Pad().Begin(GotoTotal(), GotoCaption());
+    m_pad.Begin(GotoTotal(), GotoCaption());
     if (m_pUIAnalysis) {
         m_pUIAnalysis->drawItem(OSD_WND_GOTO, GOTO_ITEM_MODE);
         m_pUIAnalysis->drawItem(OSD_WND_GOTO, GOTO_ITEM_DISPLAY);

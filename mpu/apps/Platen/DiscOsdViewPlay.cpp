@@ -1,10 +1,10 @@
 #include "DiscOsdView.h"
 
-#include "DiscTimers.h"
 #include "DiscViewController.h"
-#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/DiscTimers.h"
+#include "parts/FindRow.h"
 #include "zmui/CUIAnalysis.h"
 
 namespace {

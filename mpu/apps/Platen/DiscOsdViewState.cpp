@@ -1,11 +1,11 @@
 #include "DiscOsdView.h"
 
-#include "DiscTimers.h"
 #include "DiscViewController.h"
-#include "FindRow.h"
 #include "Log.h"
-#include "WideText.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/DiscTimers.h"
+#include "parts/FindRow.h"
+#include "parts/WideText.h"
 #include "zmui/CUIAnalysis.h"
 
 namespace {

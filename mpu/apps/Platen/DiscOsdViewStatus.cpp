@@ -1,7 +1,7 @@
 #include "DiscOsdView.h"
 
 #include "DiscViewController.h"
-#include "StatusBar.h"
+#include "parts/StatusBar.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
 #include "Log.h"
-#include "StatusBar.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/StatusBar.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"
 #include "zmui/CUI_BtList.h"
@@ -53,6 +53,7 @@ void DiscView::ViewInit() {
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::ViewInit]\n");
     m_pWndMng = GetUIWndMgrWrapper();
     m_pUIAnalysis = m_pWndMng ? m_pWndMng->GetUIAnalysisObj() : nullptr;
+    m_pad.TakeWidgets(m_pUIAnalysis, m_pWndMng);
     if (m_pUIAnalysis) {
         TakeList(WND_MEDIA_LIST, m_pAudioList);
         TakeList(WND_FOLDER_LIST, m_pFolderAudioList);

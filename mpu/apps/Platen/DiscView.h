@@ -2,7 +2,7 @@
 
 #include "DiscQDB.h"
 #include "DiscViewIds.h"
-#include "NumberPad.h"
+#include "parts/NumberPad.h"
 #include "zmcar/ViewUI.h"
 
 #include <sys/time.h>
@@ -256,7 +256,6 @@ private:
     void HideGotoView();
     void DealInputNum();
     void OnClickGotoWnd(long ctrlId);
-    NumberPad Pad() { return {m_pUIAnalysis, m_pWndMng, m_strInputNum, m_strTotalNum}; }
     int GotoTotal() const;
     void SendGoto(int nNumber);
 
@@ -351,8 +350,7 @@ private:
     char m_szSearch[260] = {}; ///< keyboard value
     bool m_bVoicePlayPending = false;
     std::string m_strVoicePlay;
-    std::string m_strInputNum;                   ///< digits typed on the number pad
-    std::string m_strTotalNum;                   ///< its upper bound
+    NumberPad m_pad;
     int m_nStateBehindGoto = VIEW_STATE_LOADING; ///< state of the page that the pad lies over
 
     bool m_bVideoAllowed = true; ///< false while the car moves

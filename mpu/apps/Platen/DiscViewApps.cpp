@@ -3,8 +3,8 @@
 #include "DiscOsdView.h"
 #include "DiscViewController.h"
 #include "Log.h"
-#include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/SourceGroup.h"
 
 #include <csignal>
 #include <unistd.h>

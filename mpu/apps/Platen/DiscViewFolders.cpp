@@ -1,9 +1,9 @@
 #include "DiscViewLists.h"
 
-#include "FindRow.h"
 #include "Log.h"
 #include "SqlText.h"
-#include "WideText.h"
+#include "parts/FindRow.h"
+#include "parts/WideText.h"
 #include "zmui/CUIAnalysis.h"
 
 namespace {

@@ -1,8 +1,8 @@
 #include "DiscViewLists.h"
 
-#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/FindRow.h"
 #include "zmui/CUI_BtList.h"
 
 /** How the playing row is found in a list of folders or of a folder's contents. */

@@ -2,10 +2,10 @@
 
 #include "DiscViewController.h"
 #include "DiscViewLists.h"
-#include "FindRow.h"
 #include "Log.h"
-#include "PackedTrack.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/FindRow.h"
+#include "parts/PackedTrack.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ int DiscView::GotoTotal() const {
 }
 
 void DiscView::ShowGotoView() {
-    Pad().Begin(GotoTotal(), TXT_GOTO_CAPTION);
+    m_pad.Begin(GotoTotal(), TXT_GOTO_CAPTION);
     if (m_uiCurState != VIEW_STATE_GOTO) {
         m_nStateBehindGoto = m_uiCurState;
     }
@@ -40,7 +40,7 @@ void DiscView::ShowGotoView() {
 }
 
 void DiscView::HideGotoView() {
-    Pad().End();
+    m_pad.End();
     const bool bPadShown = m_uiCurState == VIEW_STATE_GOTO;
     if (bPadShown) {
         // The page behind comes back as what it was, so that it goes on to follow the disc and the keys.
@@ -54,7 +54,7 @@ void DiscView::HideGotoView() {
 }
 
 void DiscView::DealInputNum() {
-    Pad().DealInputNum();
+    m_pad.DealInputNum();
 }
 
 void DiscView::OnClickGotoWnd(long ctrlId) {
@@ -62,14 +62,14 @@ void DiscView::OnClickGotoWnd(long ctrlId) {
     const int nTotal = GotoTotal();
     if (NumberPad::IsEntryKey(ctrlId)) {
         ToBeep();
-        Pad().PressEntryKey(ctrlId, nTotal);
+        m_pad.PressEntryKey(ctrlId, nTotal);
         return;
     }
     switch (ctrlId) {
     case GOTO_KEY_OK:
         ToBeep();
-        if (m_pController && Pad().IsConfirmable(nTotal)) {
-            SendGoto(Pad().Number());
+        if (m_pController && m_pad.IsConfirmable(nTotal)) {
+            SendGoto(m_pad.Number());
             HideGotoView();
         }
         break;

@@ -2,9 +2,9 @@
 
 #include "DiscOsdView.h"
 #include "DiscViewController.h"
-#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/FindRow.h"
 
 /** A hard key; every action may rely on the controller. */
 struct DiscView::KeyRow {

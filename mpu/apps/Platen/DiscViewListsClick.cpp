@@ -1,9 +1,9 @@
 #include "DiscViewLists.h"
 
 #include "DiscViewItems.h"
-#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/FindRow.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUI_BtList.h"
 

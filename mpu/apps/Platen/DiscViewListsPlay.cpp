@@ -1,9 +1,9 @@
 #include "DiscViewLists.h"
 
-#include "FindRow.h"
 #include "Log.h"
-#include "PackedTrack.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/FindRow.h"
+#include "parts/PackedTrack.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "DiscViewLists.h"
 
-#include "DiscTimers.h"
 #include "DiscViewItems.h"
 #include "Log.h"
 #include "SqlText.h"
-#include "WideText.h"
+#include "parts/DiscTimers.h"
+#include "parts/WideText.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUI_BtList.h"
 

@@ -1,7 +1,7 @@
 #include "DiscViewLists.h"
 
 #include "DiscViewItems.h"
-#include "FindRow.h"
+#include "parts/FindRow.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "DiscView.h"
 
-#include "DiscTimers.h"
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
-#include "FindRow.h"
 #include "Log.h"
-#include "SourceGroup.h"
+#include "parts/DiscTimers.h"
+#include "parts/FindRow.h"
+#include "parts/SourceGroup.h"
 #include "zmui/CUIAnalysis.h"
 
 namespace {

@@ -1,11 +1,11 @@
 #include "DiscView.h"
 
-#include "CounterText.h"
-#include "DiscTimers.h"
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/CounterText.h"
+#include "parts/DiscTimers.h"
 #include "zmui/CUIAnalysis.h"
 
 namespace {

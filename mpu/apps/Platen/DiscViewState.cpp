@@ -1,10 +1,10 @@
 #include "DiscView.h"
 
-#include "DiscTimers.h"
 #include "DiscViewController.h"
-#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/DiscTimers.h"
+#include "parts/FindRow.h"
 
 struct DiscView::UserMessageRow {
     int code;

@@ -3,9 +3,9 @@
 #include "DiscOsdView.h"
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
-#include "FindRow.h"
 #include "Log.h"
-#include "StatusBar.h"
+#include "parts/FindRow.h"
+#include "parts/StatusBar.h"
 
 void DiscView::UpdateDateTime(bool bRedraw) {
     if (m_pUIAnalysis && m_pController) {

@@ -1,12 +1,12 @@
 #include "DiscView.h"
 
 #include "DiscOsdView.h"
-#include "DiscTimers.h"
 #include "DiscViewController.h"
-#include "FindRow.h"
 #include "Log.h"
-#include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/DiscTimers.h"
+#include "parts/FindRow.h"
+#include "parts/SourceGroup.h"
 
 void DiscView::KillTimer(unsigned int id) {
     KillDiscTimer(m_pController, id);

@@ -1,11 +1,11 @@
 #include "DiscView.h"
 
-#include "CounterText.h"
 #include "DiscViewItems.h"
 #include "Log.h"
 #include "SqlText.h"
-#include "WideText.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/CounterText.h"
+#include "parts/WideText.h"
 #include "zmui/CUIAnalysis.h"
 
 namespace {

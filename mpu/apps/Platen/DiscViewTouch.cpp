@@ -3,10 +3,10 @@
 #include "DiscOsdView.h"
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
-#include "FindRow.h"
 #include "Log.h"
-#include "SourceGroup.h"
 #include "ZMModel/CDiscData.h"
+#include "parts/FindRow.h"
+#include "parts/SourceGroup.h"
 
 #include <cstdlib>
 

@@ -1,4 +1,4 @@
-#include "NumberPad.h"
+#include "parts/NumberPad.h"
 
 #include "Log.h"
 #include "zmui/CUIAnalysis.h"

@@ -1,6 +1,6 @@
-#include "SourceGroup.h"
+#include "parts/SourceGroup.h"
 
-#include "FindRow.h"
+#include "parts/FindRow.h"
 #include "zmcar/PublicController.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"

@@ -1,6 +1,6 @@
-#include "DiscTimers.h"
+#include "parts/DiscTimers.h"
 
-#include "FindRow.h"
+#include "parts/FindRow.h"
 #include "zmcar/TimerBase.h"
 
 namespace {

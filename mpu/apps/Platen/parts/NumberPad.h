@@ -20,14 +20,16 @@ enum : int {
 };
 
 /**
- * The track-number pad on page 20 of a view: what was typed, the upper bound, display and keys. Entry and
- * bound live in the view as decimal texts; a pad object is made for the duration of one operation. Without
- * `ui` nothing is drawn. Event thread only.
+ * The track-number pad on page 20 of a view: what was typed, the upper bound, display and keys. Until it has
+ * the view's widgets nothing is drawn. Event thread only.
  */
 class NumberPad {
 public:
-    NumberPad(CUIAnalysis* ui, CUIWndMng* wndMng, std::string& inputNum, std::string& totalNum)
-        : m_pUIAnalysis(ui), m_pWndMng(wndMng), m_strInputNum(inputNum), m_strTotalNum(totalNum) {}
+    /** The view's widgets, once its resource has been loaded. */
+    void TakeWidgets(CUIAnalysis* ui, CUIWndMng* wndMng) {
+        m_pUIAnalysis = ui;
+        m_pWndMng = wndMng;
+    }
 
     /** Forgets the entry, takes `total` as bound and shows both with caption `captionTextId`. */
     void Begin(int total, int captionTextId);
@@ -57,8 +59,8 @@ private:
     void ShowEntry();
     void DrawDisplay();
 
-    CUIAnalysis* m_pUIAnalysis;
-    CUIWndMng* m_pWndMng;
-    std::string& m_strInputNum;
-    std::string& m_strTotalNum;
+    CUIAnalysis* m_pUIAnalysis = nullptr;
+    CUIWndMng* m_pWndMng = nullptr;
+    std::string m_strInputNum; ///< digits typed
+    std::string m_strTotalNum; ///< the upper bound
 };

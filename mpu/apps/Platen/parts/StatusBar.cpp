@@ -1,6 +1,6 @@
-#include "StatusBar.h"
+#include "parts/StatusBar.h"
 
-#include "WideText.h"
+#include "parts/WideText.h"
 #include "zmcar/PublicController.h"
 #include "zmui/CUIAnalysis.h"
 

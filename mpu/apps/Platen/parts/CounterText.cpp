@@ -1,6 +1,6 @@
-#include "CounterText.h"
+#include "parts/CounterText.h"
 
-#include "WideText.h"
+#include "parts/WideText.h"
 #include "zmui/CUIAnalysis.h"
 
 #include <algorithm>

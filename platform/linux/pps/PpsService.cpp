@@ -26,12 +26,12 @@ class Session {
 public:
     Session(EventLoop& loop, UniqueFd fd, PpsStore& store, std::function<void()> onClosed)
         : m_store(store), m_connection(loop, std::move(fd)) {
-        m_connection.onMessage = [this](Message message) { answer(std::move(message)); };
+        m_connection.onMessage = [this](Message message) { answer(message); };
         m_connection.onClosed = std::move(onClosed);
     }
 
 private:
-    void answer(Message message) {
+    void answer(Message& message) {
         const std::string_view text = message.text;
         auto result = text.empty()
                           ? Result<std::string>(Error{"empty request"})

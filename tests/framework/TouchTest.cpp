@@ -62,6 +62,26 @@ TEST_F(TouchTest, AFingerThatRestsIsReportedAsHeldOnce) {
     EXPECT_THAT(app.events.take(), ElementsAre("up 150 160", "click 6 20 1"));
 }
 
+TEST_F(TouchTest, EndsWithoutAReportWhenTheLauncherTellsSomething) {
+    step("press", 150, 160);
+    app.events.take();
+    headUnit.askData({{"t", "app"}, {"status", 1}});
+    headUnit.askData({{"t", "app"}, {"status", 0}});
+    headUnit.advance(800);
+    step("release", 150, 160);
+    EXPECT_THAT(app.events.take(), IsEmpty());
+}
+
+TEST_F(TouchTest, OfAHeldItemEndsWithAReportWhenTheLauncherTellsSomething) {
+    step("press", 150, 160);
+    headUnit.advance(800);
+    app.events.take();
+    headUnit.askData({{"t", "app"}, {"status", 1}});
+    EXPECT_THAT(app.events.take(), ElementsAre("click 6 20 1"));
+    step("release", 150, 160);
+    EXPECT_THAT(app.events.take(), IsEmpty());
+}
+
 TEST_F(TouchTest, AFingerThatLeftInTimeIsNotReportedAsHeld) {
     step("press", 150, 160);
     step("release", 150, 160);

@@ -58,6 +58,13 @@ void TouchInput::drag(Point from, Point to) {
     releaseAt(to, now + DragRestMs);
 }
 
+void TouchInput::letGo() {
+    cancelHold();
+    if (ViewImpl* view = std::exchange(m_view, nullptr)) {
+        view->scene->letGo();
+    }
+}
+
 void TouchInput::forget(const ViewImpl& view) {
     if (m_view == &view) {
         cancelHold();

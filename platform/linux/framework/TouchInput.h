@@ -43,6 +43,9 @@ public:
     void touch(Point at, int holdMs);
     /** Press, moves, a rest and release: never held, and a list does not go on by itself. */
     void drag(Point from, Point to);
+    /** The launcher brings something else under the finger: its touch ends, which is reported only if it was as
+     * held. */
+    void letGo();
     /** A view is about to be told so. */
     void lifted(LiftedFrom item) { m_lifted = std::move(item); }
     /** What `lifted` said since the last call. */

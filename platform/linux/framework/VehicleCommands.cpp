@@ -17,7 +17,9 @@ void notify(Application& application, const Reply& reply, Monitor monitor, AppMe
 }
 
 void appStatus(Application& application, const json& message, const Reply& reply) {
-    notify(application, reply, Monitor::Launcher, AppMessage::AppStatus, message.at("status").get<int>(), 0);
+    const int status = message.at("status").get<int>();
+    application.events().post([&application] { application.touch().letGo(); });
+    notify(application, reply, Monitor::Launcher, AppMessage::AppStatus, status, 0);
 }
 
 void appData(Application& application, const json& message, const Reply& reply) {

@@ -156,6 +156,10 @@ void Scene::release(int x, int y, int64_t nowMs) {
     m_impl->touch.release(x, y, nowMs);
 }
 
+void Scene::letGo() {
+    m_impl->touch.letGo();
+}
+
 int64_t Scene::nextTick() const {
     return m_impl->motion.next();
 }

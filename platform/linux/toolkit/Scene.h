@@ -68,6 +68,8 @@ public:
     /** The finger has rested for 800 ms. */
     void hold();
     void release(int x, int y, int64_t nowMs);
+    /** The touch ends here; only of what was reported as held is the release reported. */
+    void letGo();
 
     /** The next moment at which `tick` has something to do (animation, momentum), or -1. */
     int64_t nextTick() const;

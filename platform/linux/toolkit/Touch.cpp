@@ -172,6 +172,8 @@ void Touch::letGo() {
     pressItem(false);
     if (m_dragging) {
         m_motion.report(*m_list, scrollEnds);
+    } else if (m_down && m_held) {
+        report(1);
     }
     m_down = false;
     m_dragging = false;

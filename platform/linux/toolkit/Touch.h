@@ -20,7 +20,7 @@ public:
     void move(int x, int y, int64_t nowMs);
     void hold();
     void release(int x, int y, int64_t nowMs);
-    /** The rest of a touch that is under way does nothing; before the pages are redefined. */
+    /** The rest of a touch that is under way does nothing; the end of what was reported as held is reported. */
     void letGo();
 
 private:

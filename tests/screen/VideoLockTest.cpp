@@ -10,12 +10,15 @@ namespace zm {
 
 class VideoLockTest : public testing::Test {
 protected:
-    VideoLockTest() { lock.parkingReads(Parked); }
+    VideoLockTest() {
+        lock.parkingReads(Parked);
+        lock.applicationSeen(true);
+    }
     bool locked() const { return compositor.videoState().at("locked"); }
     /** The driver's touch on "show anyway". */
     void showAnyway() {
         lock.fingerDown();
-        lock.fingerLifted(answer("main", 10, 2103), lock.fingerDrive());
+        lock.fingerLifted(answer("main", 10, 2103), lock.fingerOccasion());
     }
     static Json answer(const char* view, int window, int control) {
         return {{"released", {{"view", view}, {"window", window}, {"control", control}}}};
@@ -78,15 +81,40 @@ TEST_F(VideoLockTest, ATouchOfAnEarlierDriveComesTooLate) {
     lock.fingerDown();
     lock.parkingReads(Parked);
     lock.parkingReads(Driving);
-    lock.fingerLifted(answer("main", 10, 2103), lock.fingerDrive());
+    lock.fingerLifted(answer("main", 10, 2103), lock.fingerOccasion());
     EXPECT_TRUE(locked());
 }
 
 TEST_F(VideoLockTest, ATouchFromBeforeTheDriveDoesNotCount) {
     lock.fingerDown();
     lock.parkingReads(Driving);
-    lock.fingerLifted(answer("main", 10, 2103), lock.fingerDrive());
+    lock.fingerLifted(answer("main", 10, 2103), lock.fingerOccasion());
     EXPECT_TRUE(locked());
+}
+
+TEST_F(VideoLockTest, ATouchFromBeforeTheApplicationWasToldSomethingDoesNotCount) {
+    lock.parkingReads(Driving);
+    lock.fingerDown();
+    lock.applicationSeen(false);
+    lock.applicationSeen(true);
+    lock.fingerLifted(answer("main", 10, 2103), lock.fingerOccasion());
+    EXPECT_TRUE(locked());
+    showAnyway();
+    EXPECT_FALSE(locked()) << "the next touch";
+}
+
+TEST_F(VideoLockTest, ATouchOnWhatNobodySeesDoesNotCount) {
+    lock.parkingReads(Driving);
+    lock.applicationSeen(false);
+    showAnyway();
+    EXPECT_TRUE(locked());
+}
+
+TEST_F(VideoLockTest, WhatTheDriverAllowedOutlivesTheApplication) {
+    lock.parkingReads(Driving);
+    showAnyway();
+    lock.applicationSeen(false);
+    EXPECT_FALSE(locked());
 }
 
 TEST_F(VideoLockTest, NothingElseOpensIt) {
@@ -95,7 +123,7 @@ TEST_F(VideoLockTest, NothingElseOpensIt) {
          {answer("osd", 10, 2103), answer("main", 17, 2103), answer("main", 10, 3), answer("main", 10, 0),
           Json::object(), Json(), Json(2103), Json{{"released", 2103}}, Json{{"released", Json::array()}}}) {
         lock.fingerDown();
-        lock.fingerLifted(other, lock.fingerDrive());
+        lock.fingerLifted(other, lock.fingerOccasion());
         EXPECT_TRUE(locked()) << other;
     }
 }

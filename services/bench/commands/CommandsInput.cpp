@@ -14,10 +14,10 @@ void finger(CommandCall& call, Json message) {
     if (message["t"] != "move" && message["t"] != "release") {
         unit.videoLock().fingerDown();
     }
-    const auto ended = [&unit, drive = unit.videoLock().fingerDrive(),
+    const auto ended = [&unit, occasion = unit.videoLock().fingerOccasion(),
                         end = endWith(call.run)](Result<Json> reply) {
         if (reply) {
-            unit.videoLock().fingerLifted(*reply, drive);
+            unit.videoLock().fingerLifted(*reply, occasion);
         }
         end(std::move(reply));
     };

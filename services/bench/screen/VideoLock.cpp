@@ -19,19 +19,24 @@ bool isShowAnyway(const Json& released) {
 void VideoLock::parkingReads(std::optional<int> value) {
     const bool drove = std::exchange(m_driving, value.value_or(Driving) == Driving);
     if (m_driving != drove) {
-        ++m_drive;
+        ++m_occasion;
     }
     // The drive ends with everything but the plain word that it goes on: where the device cannot be read the
     // car may have stopped and started again.
     if (value != Driving) {
         m_allowed = false;
-        ++m_drive;
+        ++m_occasion;
     }
     apply();
 }
 
-void VideoLock::fingerLifted(const Json& answer, unsigned drive) {
-    if (m_driving && drive == m_drive && answer.is_object() &&
+void VideoLock::applicationSeen(bool seen) {
+    m_seen = seen;
+    ++m_occasion;
+}
+
+void VideoLock::fingerLifted(const Json& answer, unsigned occasion) {
+    if (m_driving && m_seen && occasion == m_occasion && answer.is_object() &&
         isShowAnyway(answer.value("released", Json()))) {
         m_allowed = true;
         apply();

@@ -22,22 +22,27 @@ public:
     /** What the device reads from now on. Nothing, which means that reading fails, counts as driving. */
     void parkingReads(std::optional<int> value);
 
+    /** The launcher has told the application something or the application has gone: whether the driver sees its
+     * pages from now on. A finger that is down meant what was there before. */
+    void applicationSeen(bool seen);
+
     /** A finger comes down on the screen. */
-    void fingerDown() { m_fingerDrive = m_drive; }
-    /** The drive or stop in which the finger came down: what it does counts for that one only. */
-    unsigned fingerDrive() const { return m_fingerDrive; }
-    /** The application's answer to a step of the finger that came down in `drive`; it names what the finger was
-     * lifted from. */
-    void fingerLifted(const Json& answer, unsigned drive);
+    void fingerDown() { m_fingerOccasion = m_occasion; }
+    /** The occasion at which the finger came down: what it does counts for that one only. */
+    unsigned fingerOccasion() const { return m_fingerOccasion; }
+    /** The application's answer to a step of the finger that came down at `occasion`; it names what the finger
+     * was lifted from. */
+    void fingerLifted(const Json& answer, unsigned occasion);
 
 private:
     void apply();
 
     Compositor& m_compositor;
     bool m_driving = false;
-    bool m_allowed = false; ///< for this drive
-    unsigned m_drive = 0;   ///< counts drives and stops
-    unsigned m_fingerDrive = 0;
+    bool m_allowed = false;  ///< for this drive
+    bool m_seen = false;     ///< the application's pages are
+    unsigned m_occasion = 0; ///< counts drives, stops and what happens to the application
+    unsigned m_fingerOccasion = 0;
 };
 
 } // namespace zm

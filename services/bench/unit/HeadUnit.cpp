@@ -78,6 +78,10 @@ void HeadUnit::connectParts() {
     m_shell.onRunning = [this] { applicationRuns(); };
     m_shell.onRequest = [this](const Json& request) { m_launcher.requested(request); };
     m_shell.onGone = [this](bool inOrder) { applicationGone(inOrder); };
+    m_launcher.onStatus = [this](AppStatus status) {
+        // Shown only, it is silent but in front; all others put something else there.
+        m_videoLock.applicationSeen(status == AppStatus::Resume || status == AppStatus::ShowOnly);
+    };
     m_launcher.onStartWanted = [this] { startApplication(); };
     m_drive.onInserted = [this] { discInserted(); };
 }
@@ -159,6 +163,7 @@ void HeadUnit::applicationRuns() {
 void HeadUnit::applicationGone(bool inOrder) {
     m_ready = false;
     m_video.applicationGone();
+    m_videoLock.applicationSeen(false); // until it comes back with a resume
     // One that this bench started is watched as a process; of any other only its farewell is known.
     if (inOrder && !m_application) {
         m_launcher.applicationEnded();

@@ -73,6 +73,9 @@ void Launcher::send(AppStatus status, ShellServer::Reply reply) {
     if (status == AppStatus::Resume) {
         bringToFront();
     }
+    if (onStatus) {
+        onStatus(status);
+    }
     m_shell.ask({{"t", "app"}, {"status", static_cast<int>(status)}}, std::move(reply));
 }
 

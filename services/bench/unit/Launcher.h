@@ -53,6 +53,8 @@ public:
 
     /** A plain page's area that leads back was touched while the application is not running. */
     std::function<void()> onStartWanted;
+    /** The application is about to be told `status`. */
+    std::function<void(AppStatus status)> onStatus;
     /** A request was recorded. */
     std::function<void(const Json& request)> onRequest;
 

@@ -34,9 +34,20 @@ protected:
     int sequence = 0;
 };
 
-TEST_F(VideoWindowTest, AFrameFromBeforeThePostingIsNotShown) {
-    frame(0);
+TEST_F(VideoWindowTest, ShowsWhatTheDecoderShowsWhenItIsPosted) {
+    frame(1);
     EXPECT_EQ(pixel(1, 1), Black) << "the decoder's window is not shown by itself";
+    post();
+    show();
+    EXPECT_EQ(pixel(1, 1), Green);
+    call([this] { return compositor->withdrawChild("zmdisc_video_win"); });
+    EXPECT_EQ(pixel(1, 1), Black);
+    post();
+    show();
+    EXPECT_EQ(pixel(1, 1), Green) << "paused, the decoder sends no other picture";
+}
+
+TEST_F(VideoWindowTest, IsBlackUntilTheDecoderShowsSomething) {
     post();
     show();
     EXPECT_EQ(pixel(1, 1), Black);

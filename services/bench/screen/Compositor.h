@@ -65,8 +65,8 @@ public:
     void setCover(std::optional<Image> cover);
 
     /**
-     * Posts a child window `name` that shows the decoder's pictures, black until the next one: full screen,
-     * hidden, z-order 0 until the application places it. Returns its window number. A child that is already
+     * Posts a child window `name` that shows the decoder's pictures, from the one it shows now on (black
+     * without): full screen, hidden, z-order 0 until the application places it. Returns its window number. A child that is already
      * posted stays as it is and keeps its number.
      */
     unsigned postChild(const std::string& name);

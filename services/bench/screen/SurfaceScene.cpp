@@ -131,6 +131,12 @@ SurfaceChild& SurfaceScene::addChild(const std::string& name, const Rect& rect) 
     child.name = name;
     child.number = m_nextChild++;
     child.placement.rect = rect;
+    // A film that is paused, or a photo, sends no other picture.
+    for (const auto& window : m_windows) {
+        if (window.decoder && window.buffer >= 0) {
+            child.picture = &window;
+        }
+    }
     m_children.push_back(std::move(child));
     return m_children.back();
 }

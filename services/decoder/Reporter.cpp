@@ -51,6 +51,10 @@ void Reporter::engineEnded() {
     say({{"is", "ended"}, {"item", m_item}});
 }
 
+void Reporter::engineFollowed(Milliseconds length) {
+    say({{"is", "followed"}, {"item", m_item}, {"number", m_next}, {"length", length.count()}});
+}
+
 void Reporter::engineScanned(ScanEdge edge) {
     say({{"is", "scanned"}, {"item", m_item}, {"end", edge == ScanEdge::End ? 1 : 0}});
 }

@@ -14,15 +14,19 @@ void say(const disc::wire::Json& message);
 class Reporter : public disc::EngineListener {
 public:
     explicit Reporter(uint64_t item) : m_item(item) {}
+    /** The number of what is to follow. */
+    void expect(int64_t number) { m_next = number; }
     void engineStreams(const disc::Streams& streams) override;
     void engineStarted(disc::Milliseconds length) override;
     void engineMoved(disc::Milliseconds position, disc::Milliseconds length) override;
     void engineEnded() override;
+    void engineFollowed(disc::Milliseconds length) override;
     void engineScanned(disc::ScanEdge edge) override;
     void engineFailed(const std::string& reason) override;
 
 private:
     uint64_t m_item;
+    int64_t m_next = 0;
 };
 
 } // namespace zm::decoder

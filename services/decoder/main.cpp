@@ -43,6 +43,8 @@ public:
             start(json, std::move(message.fds[0]));
         } else if (what == "stop") {
             m_pipeline.reset();
+        } else if (what == "follow" && message.fds.size() == 1 && m_pipeline) {
+            follow(json, std::move(message.fds[0]));
         } else if (m_pipeline) {
             change(what, json);
         }
@@ -66,14 +68,22 @@ private:
         const auto item = static_cast<uint64_t>(numberOf(json, "item"));
         m_frames.begin(item);
         m_reporter.emplace(item);
-        Playable playable;
-        playable.path = wire::stringOf(json, "path");
-        playable.kind = static_cast<MediaKind>(numberOf(json, "kind"));
-        playable.length = Milliseconds(numberOf(json, "length"));
-        m_pipeline.emplace(m_loop, *m_reporter, m_frames, playable,
+        const auto kind = static_cast<MediaKind>(numberOf(json, "kind"));
+        m_pipeline.emplace(m_loop, *m_reporter, m_frames, playable(json, kind),
                            std::make_shared<RemoteFeed>(std::move(bytes)));
         m_pipeline->start(Milliseconds(numberOf(json, "position")),
                           json.value("paused", false) ? StartMode::Paused : StartMode::Playing);
+    }
+
+    static Playable playable(const Json& json, MediaKind kind) {
+        return {nullptr, wire::stringOf(json, "path"), kind, Milliseconds(numberOf(json, "length"))};
+    }
+
+    void follow(const Json& json, UniqueFd bytes) {
+        if (m_pipeline->follow(playable(json, MediaKind::Music),
+                               std::make_shared<RemoteFeed>(std::move(bytes)))) {
+            m_reporter->expect(numberOf(json, "number"));
+        }
     }
 
     void change(const std::string& what, const Json& json) {
@@ -85,6 +95,8 @@ private:
             m_pipeline->seek(Milliseconds(numberOf(json, "position")));
         } else if (what == "scan") {
             m_pipeline->scan(static_cast<int>(numberOf(json, "speed")));
+        } else if (what == "follow nothing") {
+            m_pipeline->followNothing();
         } else if (what == "view") {
             PictureView view;
             view.zoomStep = static_cast<size_t>(numberOf(json, "zoom"));

@@ -23,6 +23,8 @@ public:
     void scan(int speed) override;
     void view(const disc::PictureView&) override {}
     void choose(const disc::StreamChoice&) override {}
+    void follow(const disc::Playable&) override {} // its items end by themselves
+    void followNothing() override {}
     void stop() override;
 
 private:

@@ -27,6 +27,7 @@ public:
     void engineStarted(Milliseconds) override { note("plays"); }
     void engineMoved(Milliseconds, Milliseconds) override {}
     void engineEnded() override { note("ended"); }
+    void engineFollowed(Milliseconds) override {}
     void engineScanned(ScanEdge) override {}
     void engineFailed(const std::string& reason) override { note(reason); }
 

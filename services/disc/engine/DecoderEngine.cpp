@@ -168,8 +168,11 @@ void DecoderEngine::report(const std::string& what, const Json& message) {
         m_item->position = position;
         m_listener->engineMoved(position, length);
     } else if (what == "ended") {
+        forgetNext();
         m_item.reset();
         m_listener->engineEnded();
+    } else if (what == "followed") {
+        followed(message);
     } else if (what == "scanned") {
         m_listener->engineScanned(numberOf(message, "end") != 0 ? ScanEdge::End : ScanEdge::Beginning);
     } else if (what == "failed") {
@@ -187,6 +190,7 @@ void DecoderEngine::drop() {
     m_item.reset();
     m_begun.reset();
     m_frames.expect(m_number);
+    forgetNext();
     if (m_feed) {
         m_feed->cancel();
         m_feed.reset();
@@ -248,6 +252,9 @@ void DecoderEngine::goOn() {
     if (m_item->choice) {
         send(*m_item->choice);
     }
+    if (m_item->next) {
+        sendNext();
+    }
     if (m_item->scanSpeed != 0) {
         tell({{"do", "scan"}, {"speed", m_item->scanSpeed}});
     }
@@ -270,6 +277,7 @@ void DecoderEngine::resume() {
 }
 
 void DecoderEngine::seek(Milliseconds position) {
+    forgetNext();
     if (m_item) {
         m_item->position = position;
     }
@@ -277,6 +285,7 @@ void DecoderEngine::seek(Milliseconds position) {
 }
 
 void DecoderEngine::scan(int speed) {
+    forgetNext();
     if (m_item) {
         m_item->scanSpeed = speed;
     }
@@ -295,6 +304,55 @@ void DecoderEngine::choose(const StreamChoice& choice) {
         m_item->choice = choice;
     }
     send(choice);
+}
+
+void DecoderEngine::follow(const Playable& next) {
+    if (m_item) {
+        forgetNext();
+        m_item->next = next;
+        sendNext();
+    }
+}
+
+void DecoderEngine::sendNext() {
+    const Playable& next = *m_item->next;
+    m_nextFeed = std::make_shared<Feed>(next.medium, next.path);
+    if (const auto bytes = serveFeed(m_nextFeed)) {
+        m_process->send({{"do", "follow"},
+                         {"number", ++m_nextNumber},
+                         {"path", next.path},
+                         {"length", next.length.count()}},
+                        {bytes->get()});
+    }
+}
+
+void DecoderEngine::followNothing() {
+    forgetNext();
+    tell({{"do", "follow nothing"}});
+}
+
+void DecoderEngine::forgetNext() {
+    if (m_item) {
+        m_item->next.reset();
+    }
+    if (m_nextFeed) {
+        m_nextFeed->cancel();
+        m_nextFeed.reset();
+    }
+}
+
+void DecoderEngine::followed(const Json& message) {
+    if (!m_item->next || numberOf(message, "number") != m_nextNumber) {
+        // Meanwhile something else was wanted.
+        forgetNext();
+        m_item.reset();
+        m_listener->engineEnded();
+        return;
+    }
+    m_item->playable = *std::exchange(m_item->next, std::nullopt);
+    m_item->position = Milliseconds{0};
+    m_feed = std::exchange(m_nextFeed, nullptr);
+    m_listener->engineFollowed(Milliseconds(numberOf(message, "length")));
 }
 
 void DecoderEngine::send(const PictureView& view) {

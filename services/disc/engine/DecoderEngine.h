@@ -31,6 +31,8 @@ public:
     void scan(int speed) override;
     void view(const PictureView& view) override;
     void choose(const StreamChoice& choice) override;
+    void follow(const Playable& next) override;
+    void followNothing() override;
     void stop() override;
 
     /** The decoder's process at the moment; 0 without one. */
@@ -48,6 +50,7 @@ private:
         int scanSpeed = 0;
         std::optional<PictureView> view;
         std::optional<StreamChoice> choice;
+        std::optional<Playable> next; ///< follows without a gap
     };
 
     bool launch();
@@ -65,6 +68,9 @@ private:
     void replace(const std::string& reason, bool again);
     void send(const PictureView& view);
     void send(const StreamChoice& choice);
+    void sendNext();
+    void forgetNext();
+    void followed(const wire::Json& message);
     void failLater(const std::string& reason);
 
     EventLoop& m_home;
@@ -73,9 +79,11 @@ private:
     std::shared_ptr<Mailbox> m_mailbox;
     SpareDecoder m_spare;
     std::unique_ptr<DecoderProcess> m_process;
-    bool m_ready = false;         ///< the process has said so
-    std::shared_ptr<Feed> m_feed; ///< of what plays, to release a read that hangs
-    uint64_t m_number = 0;        ///< grows with each start and stop; reports of older ones are dropped
+    bool m_ready = false;             ///< the process has said so
+    std::shared_ptr<Feed> m_feed;     ///< of what plays, to release a read that hangs
+    std::shared_ptr<Feed> m_nextFeed; ///< of what is to follow
+    int64_t m_nextNumber = 0;         ///< grows with each item that is to follow
+    uint64_t m_number = 0;            ///< grows with each start and stop; reports of older ones are dropped
     std::optional<Item> m_item;
     std::optional<Clock::time_point> m_begun;   ///< of a start that is not yet done
     std::optional<Clock::time_point> m_retried; ///< when another process has gone on with the item

@@ -35,6 +35,8 @@ public:
     /** Several times a second while playing or scanning, and after a seek. */
     virtual void engineMoved(Milliseconds position, Milliseconds length) = 0;
     virtual void engineEnded() = 0;
+    /** What was to follow is heard now, from its beginning; the item before has ended. */
+    virtual void engineFollowed(Milliseconds length) = 0;
     /** A fast scan has reached the beginning or the end; it stands there. */
     virtual void engineScanned(ScanEdge edge) = 0;
     /** It cannot be read or decoded (any further). */
@@ -62,6 +64,10 @@ public:
     virtual void view(const PictureView& view) = 0;
     /** Goes over to these streams of those reported, until the next `start`. */
     virtual void choose(const StreamChoice& choice) = 0;
+    /** Has `next` follow what plays without a gap, where that is possible: `engineFollowed` comes in the place of
+     * `engineEnded`. The next call of another kind than `pause` and `resume` takes it back. For music behind music. */
+    virtual void follow(const Playable& next) = 0;
+    virtual void followNothing() = 0;
     virtual void stop() = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "services/disc/engine/FilePipeline.h"
 
+#include "services/disc/Background.h"
 #include "services/disc/Log.h"
 #include "services/disc/engine/Decoders.h"
 #include "services/disc/engine/PlaybinStreams.h"
@@ -62,10 +63,16 @@ std::string errorText(GstMessage* message) {
 FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames,
                            const Playable& playable, std::shared_ptr<ByteFeed> feed)
     : m_loop(loop), m_listener(listener), m_frames(frames), m_playable(playable),
-      m_source(std::move(feed), playable.kind) {}
+      m_source(std::make_shared<FileSource>(std::move(feed), playable.kind)),
+      m_mailbox(std::make_shared<Mailbox>(loop)) {}
 
 FilePipeline::~FilePipeline() {
-    m_source.cancel();
+    m_mailbox->close();
+    followNothing();
+    if (m_music) {
+        m_music->cancelNext();
+    }
+    m_source->cancel();
     m_bus.reset();
     if (m_player) {
         endPlayer(m_player.get());
@@ -75,10 +82,14 @@ FilePipeline::~FilePipeline() {
 void FilePipeline::start(Milliseconds position, StartMode mode) {
     m_first = position;
     m_mode = mode;
-    if (const auto status = m_source.open(); !status) {
+    if (const auto status = m_source->open(); !status) {
         fail(status.error());
         return;
     }
+    run();
+}
+
+void FilePipeline::run() {
     if (!build()) {
         fail("no decoder installed");
         return;
@@ -94,30 +105,10 @@ bool FilePipeline::build() {
     return m_playable.kind == MediaKind::Music ? buildMusic() : buildPicture();
 }
 
-// A music file's pictures, embedded or moving, are not even decoded.
 bool FilePipeline::buildMusic() {
-    GstElement* pipeline = gst_pipeline_new(nullptr);
-    m_player.reset(GST_ELEMENT(gst_object_ref_sink(pipeline)));
-    GstElement* source = gst_element_factory_make(FileElementName, nullptr);
-    GstElement* decoder = gst_element_factory_make("decodebin", nullptr);
-    GstElement* sink = makeSoundSink();
-    for (GstElement* part : {source, decoder, sink}) {
-        if (!part || !gst_bin_add(GST_BIN(pipeline), part)) {
-            return false;
-        }
-    }
-    giveBytes(source, m_source);
-    const GstOwned<GstCaps> sound(gst_caps_from_string("audio/x-raw(ANY)"));
-    g_object_set(decoder, "caps", sound.get(), "expose-all-streams", FALSE, nullptr);
-    auto onPad = +[](GstElement*, GstPad* pad, GstElement* to) {
-        GstPad* input = gst_element_get_static_pad(to, "sink");
-        if (!gst_pad_is_linked(input)) {
-            gst_pad_link(pad, input);
-        }
-        gst_object_unref(input);
-    };
-    g_signal_connect(decoder, "pad-added", G_CALLBACK(onPad), sink);
-    return gst_element_link(source, decoder);
+    m_player.reset(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
+    m_music.emplace(m_player.get());
+    return m_music->begin(m_source);
 }
 
 bool FilePipeline::buildPicture() {
@@ -141,7 +132,7 @@ bool FilePipeline::buildPicture() {
     g_object_set(playbin, "uri", FileElementUri, "flags", photo ? PhotoFlags : VideoFlags, "audio-sink",
                  makeSoundSink(), "video-sink", m_picture->element(), nullptr);
     auto onSource = +[](GstElement*, GstElement* source, gpointer self) {
-        giveBytes(source, static_cast<FilePipeline*>(self)->m_source);
+        giveBytes(source, *static_cast<FilePipeline*>(self)->m_source);
     };
     g_signal_connect(playbin, "source-setup", G_CALLBACK(onSource), this);
     return true;
@@ -154,7 +145,7 @@ void FilePipeline::fitPhoto(GstElement* part) {
         return;
     }
     int halvings = 0;
-    while (halvings < MostHalvings && m_source.photo().pixels() >> (2 * halvings + 2) >= PhotoPixels) {
+    while (halvings < MostHalvings && m_source->photo().pixels() >> (2 * halvings + 2) >= PhotoPixels) {
         ++halvings;
     }
     g_object_set(part, "lowres", halvings, nullptr);
@@ -166,10 +157,10 @@ void FilePipeline::watchStart() {
         everyInterval(m_loop, Tick, [this, before = processorTime(), quiet = Milliseconds{0}]() mutable {
             if (m_started || m_over) {
                 m_startWatch.reset();
-            } else if (!m_keptError.empty() && m_source.isQuiet(QuietAfterError)) {
+            } else if (!m_keptError.empty() && m_source->isQuiet(QuietAfterError)) {
                 fail(m_keptError);
             } else if (const auto used = processorTime();
-                       !m_source.isQuiet(Tick) || used - before > WorkTime) {
+                       !m_source->isQuiet(Tick) || used - before > WorkTime) {
                 before = used;
                 quiet = {};
             } else if ((quiet += Tick) >= QuietStart) {
@@ -191,18 +182,20 @@ void FilePipeline::listen() {
 }
 
 void FilePipeline::receive(GstMessage* message) {
-    if (m_over) {
+    if (m_over || (m_music && m_music->handle(message))) {
         return;
     }
     switch (GST_MESSAGE_TYPE(message)) {
     case GST_MESSAGE_ERROR:
-        fail(!m_source.failure().empty() ? m_source.failure()
-             : !m_missing.empty()        ? missingDecoders()
-                                         : errorText(message));
+        passToNext(); // if it is that one's
+        fail(!m_source->failure().empty() ? m_source->failure()
+             : !m_missing.empty()         ? missingDecoders()
+                                          : errorText(message));
         break;
     case GST_MESSAGE_ELEMENT:
         noteMissing(message);
         noteKeptError(message);
+        awaitNext();
         break;
     case GST_MESSAGE_ASYNC_DONE:
         prerolled();
@@ -236,7 +229,8 @@ void FilePipeline::prerolled() {
         m_listener.engineStreams(streamsOf(m_player.get()));
     }
     m_started = true;
-    m_listener.engineStarted(length());
+    m_lengthBefore = length();
+    m_listener.engineStarted(m_lengthBefore);
     if (m_first > Milliseconds{0}) {
         jump(m_first, Precision::Exact);
     }
@@ -268,11 +262,12 @@ std::string FilePipeline::missingDecoders() const {
 }
 
 void FilePipeline::ended() {
-    if (m_playable.kind == MediaKind::Photo && m_source.failure().empty()) {
+    if (m_playable.kind == MediaKind::Photo && m_source->failure().empty()) {
         return; // it stands there until somebody goes on
     }
-    if (!m_source.failure().empty()) {
-        fail(m_source.failure());
+    passToNext();
+    if (!m_source->failure().empty()) {
+        fail(m_source->failure());
         return;
     }
     if (length() == Milliseconds{0} && position() == Milliseconds{0}) {
@@ -291,7 +286,8 @@ void FilePipeline::fail(const std::string& reason) {
 }
 
 void FilePipeline::report() {
-    m_listener.engineMoved(position(), length());
+    m_lengthBefore = length();
+    m_listener.engineMoved(position(), m_lengthBefore);
 }
 
 void FilePipeline::pause() {
@@ -315,20 +311,23 @@ void FilePipeline::resume() {
     gst_element_set_state(m_player.get(), GST_STATE_PLAYING);
     if (m_playable.kind != MediaKind::Photo) {
         m_clock = everyInterval(m_loop, Tick, [this] { report(); });
+        awaitNext();
     }
 }
 
 void FilePipeline::seek(Milliseconds position) {
     m_scanPosition = position;
+    followNothing();
     if (!m_started) {
         m_first = position;
-    } else if (!m_over) {
+    } else if (!m_over && !comeBack(position)) {
         jump(position, Precision::Exact);
     }
 }
 
 void FilePipeline::scan(int speed) {
-    if (!m_started || m_over) {
+    followNothing();
+    if (!m_started || m_over || comeBack(position())) {
         return;
     }
     if (m_scanSpeed == 0) {
@@ -389,13 +388,103 @@ bool FilePipeline::jump(Milliseconds position, Precision precision) {
     return m_seeking;
 }
 
+// ---- what follows
+
+bool FilePipeline::follow(const Playable& playable, std::shared_ptr<ByteFeed> feed) {
+    followNothing();
+    const bool possible = m_music && m_started && !m_over && !m_music->passedOn();
+    if (!possible) {
+        return false;
+    }
+    m_next = playable;
+    m_opening = std::make_shared<FileSource>(std::move(feed), playable.kind);
+    const auto begun = runInBackground([this, source = m_opening, mailbox = m_mailbox] {
+        const bool opened = static_cast<bool>(source->open());
+        mailbox->post([this, source, opened] {
+            if (m_opening == source) {
+                prepareNext(opened);
+            }
+        });
+    });
+    return static_cast<bool>(begun);
+}
+
+void FilePipeline::followNothing() {
+    if (m_opening) {
+        m_opening->cancel();
+        m_opening.reset();
+    }
+    if (m_music) {
+        m_music->forget();
+    }
+}
+
+// What cannot be opened is told when its turn has come.
+void FilePipeline::prepareNext(bool opened) {
+    const auto source = std::exchange(m_opening, nullptr);
+    if (opened && !m_over) {
+        m_music->prepare(source);
+    }
+}
+
+// Decoding has passed on; the current file is still heard.
+void FilePipeline::awaitNext() {
+    if (!m_music || !m_music->passedOn() || m_mode == StartMode::Paused || m_over) {
+        return;
+    }
+    const Milliseconds left = m_music->left();
+    if (left > Milliseconds{0}) {
+        m_passing = afterDelay(m_loop, left, [this] { awaitNext(); });
+    } else {
+        passToNext();
+    }
+}
+
+void FilePipeline::passToNext() {
+    if (!m_music || !m_music->passedOn()) {
+        return;
+    }
+    m_passing.reset();
+    m_source->cancel();
+    m_source = m_music->pass();
+    m_playable = m_next;
+    m_missing.clear();
+    m_keptError.clear();
+    m_lengthBefore = length();
+    m_listener.engineFollowed(m_lengthBefore);
+}
+
+// Where decoding has passed on the file is not there any more and is begun anew.
+bool FilePipeline::comeBack(Milliseconds position) {
+    if (!m_music || !m_music->passedOn()) {
+        return false;
+    }
+    m_passing.reset();
+    m_clock.reset();
+    m_bus.reset();
+    m_music->cancelNext();
+    endPlayer(m_player.get());
+    m_music.reset();
+    m_started = false;
+    m_scanSpeed = 0;
+    m_first = position;
+    run();
+    return true;
+}
+
 Milliseconds FilePipeline::position() const {
+    if (m_music && m_music->passedOn()) {
+        return std::max(m_lengthBefore - m_music->left(), Milliseconds{0});
+    }
     gint64 time = 0;
     gst_element_query_position(m_player.get(), GST_FORMAT_TIME, &time);
     return fromClock(time);
 }
 
 Milliseconds FilePipeline::length() const {
+    if (m_music && m_music->passedOn()) {
+        return m_lengthBefore;
+    }
     gint64 time = 0;
     const bool known = gst_element_query_duration(m_player.get(), GST_FORMAT_TIME, &time) && time > 0;
     return known ? fromClock(time) : m_playable.length;

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "base/EventLoop.h"
+#include "services/disc/Mailbox.h"
 #include "services/disc/engine/Engine.h"
 #include "services/disc/engine/FileSource.h"
 #include "services/disc/engine/Gst.h"
+#include "services/disc/engine/MusicChain.h"
 #include "services/disc/engine/PictureBin.h"
 
 #include <optional>
@@ -29,6 +31,10 @@ public:
     void scan(int speed);
     void view(const PictureView& view);
     void choose(const StreamChoice& choice);
+    /** Has `playable` follow without a gap, if both are music; until the next `seek` or `scan`. False when decoding has
+     * already passed on to what was to follow before. */
+    bool follow(const Playable& playable, std::shared_ptr<ByteFeed> feed);
+    void followNothing();
 
 private:
     enum class Precision { KeyFrame, Exact };
@@ -38,6 +44,11 @@ private:
     bool buildPicture();
     void fitPhoto(GstElement* part);
     void watchStart();
+    void run();
+    void prepareNext(bool opened);
+    void awaitNext();
+    void passToNext();
+    bool comeBack(Milliseconds position);
     void listen();
     void receive(GstMessage* message);
     void prerolled();
@@ -57,8 +68,14 @@ private:
     FrameSink& m_frames;
     std::optional<PictureBin> m_picture; ///< outlives the decoder that feeds it
     Playable m_playable;
-    FileSource m_source; ///< outlives the decoder that reads from it
+    std::shared_ptr<FileSource> m_source;
     GstOwned<GstElement> m_player;
+    std::optional<MusicChain> m_music;     ///< of a player of music
+    std::shared_ptr<FileSource> m_opening; ///< of what is to follow
+    Playable m_next;
+    std::shared_ptr<Mailbox> m_mailbox;
+    SourceHandle m_passing; ///< runs until the next file is heard
+    Milliseconds m_lengthBefore{0};
     SourceHandle m_bus;
     SourceHandle m_clock; ///< reports the position, or steps a scan
     SourceHandle m_startWatch;

@@ -3,6 +3,7 @@
 #include "services/disc/engine/ByteFeed.h"
 #include "services/disc/engine/FileElement.h"
 #include "services/disc/engine/PhotoHeader.h"
+#include "services/disc/engine/SoundRange.h"
 #include "services/disc/model/Media.h"
 
 #include <atomic>
@@ -30,6 +31,8 @@ public:
 
     /** Of a photo that is open. */
     const PhotoHeader& photo() const { return m_header; }
+    /** Of music that is open. */
+    const SoundRange& sound() const { return m_sound; }
     /** Whether the decoder has not read for that long and is not about to. Any thread. */
     bool isQuiet(std::chrono::milliseconds time) const;
 
@@ -45,6 +48,7 @@ private:
     MediaKind m_kind;
     uint64_t m_size = 0;
     PhotoHeader m_header;
+    SoundRange m_sound;
     GstOwned<GstBuffer> m_photo;
     std::mutex m_mutex; ///< decoders read from several threads
     std::atomic<int> m_reads = 0;

@@ -1,26 +1,91 @@
 #include "services/disc/engine/SoundOut.h"
 
 #include "services/disc/Log.h"
+#include "services/disc/engine/SoundFile.h"
+
+#include <gst/audio/audio.h>
+
+#include <array>
+#include <cstdlib>
 
 namespace zm::disc {
 
 namespace {
 
+// The rates of a disc and of films. Others are multiples of one of them, or are converted with little loss.
+constexpr int DiscRate = 44100;
+constexpr int FilmRate = 48000;
+constexpr int DiscRateBase = 11025;
+
 GstElement* device = nullptr; ///< null where there is none
 
-} // namespace
-
-void openSound() {
+GstElement* openDevice() {
     GstElement* sink = gst_element_factory_make("alsasink", nullptr);
     if (sink) {
         gst_object_ref_sink(sink);
     }
-    if (sink && gst_element_set_state(sink, GST_STATE_READY) == GST_STATE_CHANGE_SUCCESS) {
-        device = sink;
-    } else if (sink) {
-        gst_element_set_state(sink, GST_STATE_NULL);
-        gst_object_unref(sink);
+    if (!sink || gst_element_set_state(sink, GST_STATE_READY) == GST_STATE_CHANGE_SUCCESS) {
+        return sink;
     }
+    gst_element_set_state(sink, GST_STATE_NULL);
+    gst_object_unref(sink);
+    return nullptr;
+}
+
+GstElement* openFile(const char* path) {
+    GstElement* sink = makeSoundFile(path);
+    if (sink) {
+        gst_object_ref_sink(sink);
+        gst_element_set_state(sink, GST_STATE_READY);
+    }
+    return sink;
+}
+
+GstOwned<GstCaps> formatOf(int rate) {
+    return GstOwned<GstCaps>(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, GST_AUDIO_NE(S16),
+                                                 "layout", G_TYPE_STRING, "interleaved", "channels",
+                                                 G_TYPE_INT, 2, "rate", G_TYPE_INT, rate, nullptr));
+}
+
+// The first sound decides, so that what follows it needs no other device. A device that takes neither rate is
+// given what it takes.
+void fix(GstElement* filter, const GstCaps* first) {
+    int rate = 0;
+    gst_structure_get_int(gst_caps_get_structure(first, 0), "rate", &rate);
+    const bool disc = rate % DiscRateBase == 0;
+    GstPad* pad = gst_element_get_static_pad(device, "sink");
+    const GstOwned<GstCaps> accepted(gst_pad_query_caps(pad, nullptr));
+    gst_object_unref(pad);
+    for (const int each : disc ? std::array{DiscRate, FilmRate} : std::array{FilmRate, DiscRate}) {
+        const auto format = formatOf(each);
+        if (gst_caps_can_intersect(accepted.get(), format.get())) {
+            g_object_set(filter, "caps", format.get(), nullptr);
+            return;
+        }
+    }
+}
+
+GstPadProbeReturn onEvent(GstPad*, GstPadProbeInfo* info, gpointer filter) {
+    GstEvent* event = gst_pad_probe_info_get_event(info);
+    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS) {
+        return GST_PAD_PROBE_OK;
+    }
+    GstCaps* caps = nullptr;
+    gst_event_parse_caps(event, &caps);
+    fix(GST_ELEMENT(filter), caps);
+    return GST_PAD_PROBE_REMOVE;
+}
+
+} // namespace
+
+void openSound() {
+    const char* file = std::getenv("ZM_SOUND");
+    if (file && *file) {
+        device = openFile(file);
+        logInfo("sound %s %s\n", device ? "goes to" : "cannot be written to", file);
+        return;
+    }
+    device = openDevice();
     logInfo("%s\n", device ? "sound goes to the default device" : "no sound device: playing silently");
 }
 
@@ -31,14 +96,15 @@ GstElement* makeSoundSink() {
         return sink;
     }
     // The player brings nothing that would fit the decoder's sound to the device.
-    GstElement* chain =
-        gst_parse_bin_from_description("audioconvert name=first ! audioresample name=last", FALSE, nullptr);
+    GstElement* chain = gst_parse_bin_from_description(
+        "audioconvert name=first ! audioresample ! capsfilter name=last", FALSE, nullptr);
     const GstOwned<GstElement> first(gst_bin_get_by_name(GST_BIN(chain), "first"));
     const GstOwned<GstElement> last(gst_bin_get_by_name(GST_BIN(chain), "last"));
     gst_element_set_locked_state(device, FALSE);
     gst_bin_add(GST_BIN(chain), device);
     gst_element_link(last.get(), device);
     GstPad* input = gst_element_get_static_pad(first.get(), "sink");
+    gst_pad_add_probe(input, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onEvent, last.get(), nullptr);
     gst_element_add_pad(chain, gst_ghost_pad_new("sink", input));
     gst_object_unref(input);
     return chain;

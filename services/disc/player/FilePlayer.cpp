@@ -13,6 +13,9 @@ namespace {
 // "cursubtitlenum" of the first subtitle, less one; smaller numbers stand for no subtitle.
 constexpr int SubtitleOffset = 80;
 
+// Music that follows is prepared this long before the end: enough for a drive that has to jump to it.
+constexpr Milliseconds PrepareTime{5000};
+
 // How long each photo of a slide show stands.
 constexpr Milliseconds SlideTime{5000};
 
@@ -160,6 +163,18 @@ void FilePlayer::announceTrackAgain() {
 }
 
 void FilePlayer::begin(Milliseconds position, StartMode mode) {
+    enter(position, mode);
+    m_engine.start(playable(order().current()), *this, position, mode);
+}
+
+Playable FilePlayer::playable(size_t index) const {
+    const Item& item = m_contents->of(m_kind)[index];
+    return {m_medium, m_contents->pathOf(item), m_kind, std::chrono::seconds(item.tags.seconds)};
+}
+
+// Publishes the current item, which begins.
+void FilePlayer::enter(Milliseconds position, StartMode mode) {
+    m_after.reset();
     m_skip.cancel();
     m_passage.clear();
     m_slide.reset();
@@ -177,7 +192,6 @@ void FilePlayer::begin(Milliseconds position, StartMode mode) {
     m_state.videoMode(m_kind == MediaKind::Music ? VideoMode::NoPicture : VideoMode::Picture);
     announceTrack();
     publishTime();
-    m_engine.start({m_medium, m_contents->pathOf(item()), m_kind, m_length}, *this, position, mode);
 }
 
 TrackInfo FilePlayer::trackInfo() {
@@ -210,6 +224,7 @@ void FilePlayer::halt(PlayState state) {
     m_toMusic.reset();
     leaveScan();
     forgetStreams();
+    m_after.reset();
     m_engine.stop();
     publishState(state);
 }
@@ -262,6 +277,7 @@ void FilePlayer::publishModes() {
             each->setModes(static_cast<Repeat>(m_modes.repeat), static_cast<Shuffle>(m_modes.shuffle));
         }
     }
+    forgetNext();
     m_state.modes(m_modes);
     noteResume();
 }
@@ -294,8 +310,38 @@ void FilePlayer::engineMoved(Milliseconds position, Milliseconds length) {
     m_failures = position >= PlayableAfter ? 0 : m_failures;
     publishTime();
     if (const auto back = m_passage.jumpFrom(position); back && !m_scan.active()) {
+        m_after.reset();
         m_engine.seek(*back);
     }
+    prepareNext();
+}
+
+// What would follow by itself at the end; whatever the user does before that, it has not been played.
+void FilePlayer::prepareNext() {
+    const bool nearEnd = m_length > Milliseconds{0} && m_length - m_position <= PrepareTime;
+    if (m_after || !nearEnd || m_kind != MediaKind::Music || m_playState != PlayState::Playing ||
+        m_passage.isOn()) {
+        return;
+    }
+    PlayOrder after = order();
+    if (after.advance()) {
+        m_engine.follow(playable(after.current()));
+        m_after = std::move(after);
+    }
+}
+
+void FilePlayer::forgetNext() {
+    if (m_after) {
+        m_after.reset();
+        m_engine.followNothing();
+    }
+}
+
+void FilePlayer::engineFollowed(Milliseconds length) {
+    m_failures = 0;
+    order() = std::move(*m_after);
+    enter(Milliseconds{0}, m_mode);
+    engineStarted(length);
 }
 
 void FilePlayer::engineEnded() {
@@ -366,6 +412,7 @@ void FilePlayer::scan(ScanDirection direction) {
         return;
     }
     m_scan.press(direction);
+    m_after.reset();
     m_engine.scan(m_scan.factor());
     const auto& row = *std::find_if(std::begin(scanRows), std::end(scanRows),
                                     [&](const ScanRow& each) { return each.direction == direction; });
@@ -457,6 +504,9 @@ void FilePlayer::repeatPassage(int, int) {
         return;
     }
     const auto change = m_passage.press(m_position);
+    if (change == PassageRepeat::Change::On) {
+        forgetNext();
+    }
     if (change != PassageRepeat::Change::Begun) {
         m_state.tip(change == PassageRepeat::Change::On ? Tip::RepeatAbOn : Tip::RepeatAbOff);
     }
@@ -540,6 +590,7 @@ void FilePlayer::seek(int position, int) {
     }
     const Milliseconds wanted = std::chrono::seconds(std::max(0, position));
     m_position = m_length > Milliseconds{0} ? std::min(wanted, m_length) : wanted;
+    m_after.reset();
     m_engine.seek(m_position);
     if (m_scan.active()) {
         leaveScan();

@@ -60,6 +60,7 @@ private:
     void engineStarted(Milliseconds length) override;
     void engineMoved(Milliseconds position, Milliseconds length) override;
     void engineEnded() override;
+    void engineFollowed(Milliseconds length) override;
     void engineScanned(ScanEdge edge) override;
     void engineFailed(const std::string& reason) override;
 
@@ -67,6 +68,10 @@ private:
     const Item& item() { return m_contents->of(m_kind)[order().current()]; }
     void choose(MediaKind kind);
     void begin(Milliseconds position, StartMode mode = StartMode::Playing);
+    void enter(Milliseconds position, StartMode mode);
+    Playable playable(size_t index) const;
+    void prepareNext();
+    void forgetNext();
     void advance();
     void skipUnreadable();
     void halt(PlayState state);
@@ -105,6 +110,7 @@ private:
     Milliseconds m_length{0};
     ScanSpeed m_scan;
     PassageRepeat m_passage;
+    std::optional<PlayOrder> m_after; ///< the order once what is prepared follows
     PictureView m_view;
     Streams m_streams; ///< of a video that plays
     StreamChoice m_choice;

@@ -23,6 +23,7 @@ public:
         clear();
         return Change::Off;
     }
+    bool isOn() const { return m_end.has_value(); }
     void clear() {
         m_begin.reset();
         m_end.reset();

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "services/disc/engine/Gst.h"
+
+#include <string>
+
+namespace zm::disc {
+
+/**
+ * An element that keeps the time as a device does and writes what would be heard to `path`: 16 bit, stereo, without a
+ * header. Where nothing was to be heard, silence is written, at most five seconds in a row. Its reference is
+ * floating; null when the file cannot be written. Once only.
+ */
+GstElement* makeSoundFile(const std::string& path);
+
+} // namespace zm::disc

@@ -1,0 +1,186 @@
+// What the driver does just before one song passes into the next.
+#include "tests/disc/GaplessFixture.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+using namespace zm::test;
+using namespace zm::disc;
+
+namespace {
+
+// A time at which the next song is prepared already, and one more to go on from.
+constexpr int Late = 2;
+
+/** The decoder of this process that plays, that is locked in; 0 if there is none. */
+int decoder() {
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string status = readFile(entry.path() / "status");
+        if (status.starts_with("Name:\tzmdecode\n") && status.find("\nSeccomp:\t2\n") != std::string::npos &&
+            status.find("\nPPid:\t" + std::to_string(::getpid()) + "\n") != std::string::npos) {
+            return std::atoi(entry.path().filename().c_str());
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+TEST_F(Gapless, TheNextSongIsPublishedAsAnyOther) {
+    writeTwo();
+    playOnce(disc());
+    nextTime(Late, Late);
+    const size_t begin = m_unit.recorder().all().size();
+    nextTrack(1, 2);
+    EXPECT_GT(published("playtime", begin), 0u) << "the song before was timed to its end";
+    nextTime(0, 0);
+    m_unit.nextState(PlayState::Playing);
+    nextTime(1, 1);
+    EXPECT_EQ(published("trackinfo", begin), 1u);
+    EXPECT_EQ(published("discstate", begin), 1u);
+    EXPECT_EQ(published("errorstatus", begin), 0u);
+}
+
+TEST_F(Gapless, ARepeatedSongFollowsItself) {
+    writeTwo();
+    m_unit.play(disc());
+    m_unit.command(9, RepeatOne);
+    for (int round = 0; round < 2; ++round) {
+        nextTime(Late, Late);
+        nextTrack(1, 1);
+        nextTime(0, 0);
+    }
+    nextTime(1, 1);
+    m_unit.stopService();
+    const auto heard = passages(recordedSound(heardFile()));
+    ASSERT_EQ(heard.size(), 3u);
+    EXPECT_EQ(heard[0], (Passage{0, First}));
+    EXPECT_EQ(heard[1], (Passage{0, First}));
+    EXPECT_EQ(heard[2].first, 0u);
+}
+
+TEST_F(Gapless, AModeChosenLateCounts) {
+    writeTwo();
+    m_unit.play(disc());
+    nextTime(Late, Late);
+    m_unit.command(9, RepeatOne);
+    nextTrack(1, 1);
+    nextTime(0, 0);
+    m_unit.stopService();
+    const auto heard = passages(recordedSound(heardFile()));
+    ASSERT_EQ(heard.size(), 2u);
+    EXPECT_EQ(heard[0], (Passage{0, First}));
+    EXPECT_EQ(heard[1].first, 0u);
+}
+
+TEST_F(Gapless, AfterASeekBackTheEndPassesOnAllTheSame) {
+    writeTwo();
+    playOnce(disc());
+    nextTime(Late, Late);
+    m_unit.command(185, 1);
+    const auto heard = passages(waitForTheEnd());
+    ASSERT_EQ(heard.size(), 2u);
+    EXPECT_EQ(heard[0].first, 0u);
+    EXPECT_EQ(heard[1], (Passage{44100, Both - 44100}));
+}
+
+TEST_F(Gapless, APauseNearTheEndLosesNothing) {
+    writeTwo();
+    playOnce(disc());
+    nextTime(3, 3);
+    m_unit.command(130);
+    m_unit.nextState(PlayState::Paused);
+    m_unit.mark();
+    EXPECT_FALSE(m_unit.follows("discstate", "2", 1500ms)) << "the next song does not begin by itself";
+    m_unit.command(131);
+    m_unit.nextState(PlayState::Playing);
+    EXPECT_EQ(passages(waitForTheEnd()), (std::vector<Passage>{{0, Both}}));
+}
+
+TEST_F(Gapless, NextAndPreviousNearTheEndBeginASong) {
+    writeTwo();
+    playOnce(disc());
+    nextTime(Late, Late);
+    m_unit.command(1);
+    nextTrack(1, 2);
+    nextTime(1, 1);
+    m_unit.command(2);
+    nextTrack(1, 1);
+    const auto heard = passages(waitForTheEnd());
+    ASSERT_EQ(heard.size(), 3u);
+    EXPECT_EQ(heard[0].first, 0u);
+    EXPECT_EQ(heard[1].first, First);
+    EXPECT_EQ(heard[2], (Passage{0, Both}));
+}
+
+TEST_F(Gapless, FastForwardOverTheEndBeginsTheNextSong) {
+    writeTwo();
+    playOnce(disc());
+    nextTime(Late, Late);
+    m_unit.command(3);
+    m_unit.nextState(PlayState::Forward);
+    nextTrack(1, 2);
+    m_unit.nextState(PlayState::Playing);
+    const auto heard = passages(waitForTheEnd());
+    ASSERT_EQ(heard.size(), 2u);
+    EXPECT_EQ(heard[0].first, 0u);
+    EXPECT_EQ(heard[1], (Passage{First, Second}));
+}
+
+TEST_F(Gapless, ARepeatedPassageNearTheEndIsNotLeft) {
+    writeTwo();
+    playOnce(disc());
+    nextTime(Late, Late);
+    m_unit.command(10);
+    nextTime(Late + 1, Late + 1);
+    m_unit.command(10);
+    nextTip(12);
+    const size_t begin = m_unit.recorder().all().size();
+    for (int round = 0; round < 3; ++round) {
+        nextTime(Late, Late);
+        nextTime(Late + 1, Late + 1);
+    }
+    EXPECT_EQ(published("trackinfo", begin), 0u);
+}
+
+TEST_F(Gapless, ASongThatCannotBePlayedIsAnErrorWhenItsTurnHasCome) {
+    writePieces(noise, {First, Second, Second}, "flac", "");
+    writeFile(m_disc / "2.flac", std::string(100000, 'x'));
+    playOnce(disc());
+    nextTime(Late, Late);
+    const size_t begin = m_unit.recorder().all().size();
+    m_unit.next("errorstatus", "32");
+    EXPECT_EQ(passages(recordedSound(heardFile())), (std::vector<Passage>{{0, First}}));
+    nextTrack(1, 3);
+    EXPECT_EQ(published("errorstatus", begin), 2u) << "32 and 0, once";
+    EXPECT_EQ(passages(waitForTheEnd(), Both + Second), (std::vector<Passage>{{0, First}, {Both, Second}}));
+}
+
+TEST_F(Gapless, ASongThatEndsInDamageIsHeardAsFarAsItGoes) {
+    writeTwo();
+    const std::string whole = readFile(m_disc / "2.flac");
+    writeFile(m_disc / "2.flac", whole.substr(0, whole.size() / 2));
+    playOnce(disc());
+    const auto heard = passages(waitForTheEnd());
+    ASSERT_EQ(heard.size(), 1u);
+    EXPECT_EQ(heard[0].first, 0u);
+    EXPECT_GT(heard[0].count, First + Second / 3);
+}
+
+#ifndef __SANITIZE_THREAD__
+TEST_F(Gapless, ADecoderThatDiesWhileItPreparesIsReplaced) {
+    writeTwo();
+    playOnce(disc());
+    nextTime(Late, Late);
+    m_decoderDies = true;
+    ASSERT_GT(decoder(), 0);
+    ::kill(decoder(), SIGKILL);
+    const auto heard = passages(waitForTheEnd());
+    ASSERT_EQ(heard.size(), 2u);
+    EXPECT_EQ(heard[0].first, 0u);
+    EXPECT_EQ(heard[1].first + heard[1].count, Both) << "also over the joint";
+    EXPECT_LT(heard[1].first, First);
+}
+#endif

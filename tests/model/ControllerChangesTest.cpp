@@ -1,8 +1,6 @@
 #include "tests/model/ControllerTest.h"
 #include "tests/model/PpsAttribute.h"
 
-#include <regex>
-
 namespace zm::test {
 
 using testing::ElementsAre;
@@ -71,23 +69,23 @@ INSTANTIATE_TEST_SUITE_P(Changes, EachChangeTest, testing::ValuesIn(CHANGES));
 TEST_F(ControllerChangesTest, ADeletedAttributeCountsAsEmpty) {
     publish(STATUS, "playspeed::8");
     EXPECT_THAT(m_view.codes(1), ElementsAre(1009));
-    EXPECT_EQ(CDiscData::GetInstance()->GetPlaySpeed(), 8);
+    EXPECT_EQ(m_data.GetPlaySpeed(), 8);
     publish(STATUS, "-playspeed");
     EXPECT_THAT(m_view.codes(1), ElementsAre(1009));
-    EXPECT_EQ(CDiscData::GetInstance()->GetPlaySpeed(), 0);
+    EXPECT_EQ(m_data.GetPlaySpeed(), 0);
 }
 
 TEST_F(ControllerChangesTest, ADeletedDiscAttributeCountsAsADriveWithoutDisc) {
     expectMessages(DEVICE, "disc::2", {1013});
     expectMessages(DEVICE, "-disc", {1013});
-    EXPECT_TRUE(CDiscData::GetInstance()->GetDeviceStatus().bConnected);
-    EXPECT_FALSE(CDiscData::GetInstance()->GetDeviceStatus().bExisting);
+    EXPECT_TRUE(m_data.GetDeviceStatus().bConnected);
+    EXPECT_FALSE(m_data.GetDeviceStatus().bExisting);
 }
 
 TEST_F(ControllerChangesTest, ADeletedJsonAttributeKeepsTheRecordAndSendsItsMessage) {
     expectMessages(PLAYING, R"(playtime:json:{"time":1,"tracktime":2,"times":3})", {1016});
     expectMessages(PLAYING, "-playtime", {1016});
-    EXPECT_EQ(CDiscData::GetInstance()->GetPlayTime().trackTime, 2);
+    EXPECT_EQ(m_data.GetPlayTime().trackTime, 2);
 }
 
 TEST_F(ControllerChangesTest, AnUnknownStatusAttributeIsLoggedAndSendsNothing) {
@@ -98,25 +96,25 @@ TEST_F(ControllerChangesTest, AnUnknownStatusAttributeIsLoggedAndSendsNothing) {
 }
 
 TEST_F(ControllerChangesTest, AKeyThatIsInvalidSendsItsMessageAndStoresNothing) {
-    CDiscData& data = *CDiscData::GetInstance();
     for (const char* line : {"keyinvalid::1", "keyinvalid::", "keyinvalid:json:{\"a\":1}"}) {
         expectMessages(STATUS, line, {1010});
-        EXPECT_EQ(data.GetCurPlayStatus().discState, -1);
-        EXPECT_EQ(data.GetMsgTip() + data.GetPlaySpeed() + data.GetAudioChannel() + data.GetUpdateDbState(),
+        EXPECT_EQ(m_data.GetCurPlayStatus().discState, -1);
+        EXPECT_EQ(m_data.GetMsgTip() + m_data.GetPlaySpeed() + m_data.GetAudioChannel() +
+                      m_data.GetUpdateDbState(),
                   0);
     }
 }
 
 TEST_F(ControllerChangesTest, PlayStateAsPlainTextChangesNothingButSendsItsMessage) {
     expectMessages(STATUS, R"(playstate::{"repeat":1,"shuffle":1,"scan":1})", {1000});
-    EXPECT_EQ(CDiscData::GetInstance()->GetCurPlayStatus().repeat, -1);
+    EXPECT_EQ(m_data.GetCurPlayStatus().repeat, -1);
 }
 
 TEST_F(ControllerChangesTest, EqualValuesSendTheirMessageAgain) {
     for (int round = 0; round < 3; ++round) {
         expectMessages(STATUS, "discstate::2\nrootmenu::true", {1021, 1004});
     }
-    EXPECT_EQ(CDiscData::GetInstance()->GetCurPlayStatus().discState, 2);
+    EXPECT_EQ(m_data.GetCurPlayStatus().discState, 2);
 }
 
 TEST_F(ControllerChangesTest, SeveralAttributesOfOneWriteComeInTheOrderOfTheLines) {
@@ -133,7 +131,7 @@ TEST_F(ControllerTest, TheStoreIsWrittenBeforeTheMessageAndNowPlayingPublishedBe
     int stateAtMessage = -1;
     std::string publishedAtMessage;
     m_view.onMessage = [&](int) {
-        stateAtMessage = CDiscData::GetInstance()->GetCurPlayStatus().discState;
+        stateAtMessage = m_data.GetCurPlayStatus().discState;
         publishedAtMessage = object(NOWPLAYING);
     };
     EXPECT_TRUE(m_controller.Init());
@@ -163,17 +161,17 @@ TEST_F(ControllerChangesTest, AMediaTypePublishesMediaInfoAndThenTheTrackText) {
 TEST_F(ControllerChangesTest, AVideoServiceThatShowsThisSourceDoesNotChangeTheStore) {
     expectMessages(VIDEO_STATUS, R"(zmvideo:json:{"status":"on","wndgp_id":"g","wnd_id":"w","src":"zmdisc"})",
                    {1019});
-    EXPECT_FALSE(CDiscData::GetInstance()->GetVideoStatus());
+    EXPECT_FALSE(m_data.GetVideoStatus());
 }
 
 TEST_F(ControllerChangesTest, NothingArrivesFromTheSystemObject) {
     expectMessages(SYSTEM, "autodiscin::1", {});
-    EXPECT_FALSE(CDiscData::GetInstance()->GetDiscAutoInsertFlag());
+    EXPECT_FALSE(m_data.GetDiscAutoInsertFlag());
 }
 
 TEST_F(ControllerChangesTest, AChangeDeliveredForTheSystemObjectIsParsedWithoutAMessage) {
     m_controller.OnAttributeChange(8, PpsAttribute("autodiscin", "", "1").get());
-    EXPECT_TRUE(CDiscData::GetInstance()->GetDiscAutoInsertFlag());
+    EXPECT_TRUE(m_data.GetDiscAutoInsertFlag());
     EXPECT_THAT(m_view.take(0), IsEmpty());
 }
 
@@ -182,105 +180,7 @@ TEST_F(ControllerChangesTest, ChangesUnderOtherKeysAreLeftToTheFramework) {
         m_controller.OnAttributeChange(key, PpsAttribute("discstate", "", "2").get());
     }
     EXPECT_THAT(m_view.take(0), IsEmpty());
-    EXPECT_EQ(CDiscData::GetInstance()->GetCurPlayStatus().discState, -1);
-}
-
-TEST_F(ControllerTest, WhatWasThereBeforeComesInTheOrderOfTheObjects) {
-    publish(DEVICE, "disc::1");
-    publish(VIDEO_STATUS, "zmvideo:json:{}");
-    publish(MPEGINFO, "version::2");
-    publish(PLAYING, R"(playtime:json:{"time":1,"tracktime":2,"times":3})");
-    publish(STATUS, "discstate::2");
-    publish(SYSTEM, "discstatus::on");
-    EXPECT_TRUE(m_controller.Init());
-    EXPECT_TRUE(m_controller.Start());
-    EXPECT_THAT(m_view.codes(5), ElementsAre(1021, 1016, 1018, 1013, 1019));
-    EXPECT_TRUE(m_controller.Stop());
-}
-
-TEST_F(ControllerTest, InitOpensEveryObjectAndEmptiesTheControlObject) {
-    publish(CONTROL, "zmcmd:json:{}");
-    EXPECT_TRUE(m_controller.Init());
-    auto names = ppsList(socket());
-    ASSERT_TRUE(names);
-    EXPECT_THAT(*names,
-                testing::UnorderedElementsAre(
-                    "zelmar/disc/control", "zelmar/disc/status", "zelmar/disc/device", "zelmar/disc/playing",
-                    "zelmar/disc/mpeginfo", "zelmar/videoservice/command", "zelmar/videoservice/status",
-                    "zelmar/system/dev_status", "zelmar/navigator/nowplaying"));
-    EXPECT_EQ(object(CONTROL), "@control\n");
-}
-
-TEST_F(ControllerTest, InitTriesEveryObjectAlsoWhenTheFirstFails) {
-    publish("/pps/zelmar/disc/status/inside", "a::1"); // the object's name belongs to a folder now
-    EXPECT_FALSE(m_controller.Init());
-    EXPECT_TRUE(m_controller.NextClip()) << "the control object, the last one, was opened";
-    EXPECT_TRUE(m_controller.OperateVideoCapture(true, "", "", ""));
-}
-
-/** No PPS service: every object that is opened is complained about. */
-class ControllerWithoutServiceTest : public ModelTest {
-protected:
-    RecordingView m_view;
-    DiscViewController m_controller{&m_view};
-};
-
-TEST_F(ControllerWithoutServiceTest, InitTriesAllObjectsInTheirOrder) {
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(m_controller.Init());
-    const std::string errors = testing::internal::GetCapturedStderr();
-    const std::regex path("/pps/zelmar/([a-z_/]+)\\?");
-    std::vector<std::string> tried;
-    for (std::sregex_iterator it(errors.begin(), errors.end(), path), end; it != end; ++it) {
-        tried.push_back((*it)[1]);
-    }
-    EXPECT_THAT(tried, ElementsAre("disc/status", "disc/playing", "disc/mpeginfo", "disc/device",
-                                   "videoservice/command", "videoservice/status", "system/dev_status",
-                                   "navigator/nowplaying", "disc/control"));
-}
-
-TEST_F(ControllerTest, InitFailsWhenTheObjectsAreOpenAlready) {
-    EXPECT_TRUE(m_controller.Init());
-    EXPECT_FALSE(m_controller.Init());
-}
-
-TEST_F(ControllerTest, AnOrderlyEnd) {
-    EXPECT_TRUE(m_controller.Init());
-    EXPECT_TRUE(m_controller.Start());
-    EXPECT_TRUE(m_controller.Stop());
-    EXPECT_TRUE(m_controller.Close());
-    publish(STATUS, "discstate::2");
-    EXPECT_THAT(m_view.take(0), IsEmpty());
-}
-
-TEST_F(ControllerTest, AnObjectThatCouldNotBeOpenedSpoilsNoOrderlyEnd) {
-    publish("/pps/zelmar/disc/mpeginfo/taken", "a::1"); // a folder now
-    EXPECT_FALSE(m_controller.Init());
-    EXPECT_TRUE(m_controller.Start());
-    publish(STATUS, "discstate::2");
-    EXPECT_FALSE(m_view.codes(1).empty());
-    EXPECT_TRUE(m_controller.Stop());
-    EXPECT_TRUE(m_controller.Close());
-}
-
-TEST_F(ControllerTest, AfterAnEndItCanBeginAgain) {
-    for (int round = 0; round < 2; ++round) {
-        EXPECT_TRUE(m_controller.Init());
-        EXPECT_TRUE(m_controller.Start());
-        publish(MPEGINFO, "version::2");
-        EXPECT_FALSE(m_view.codes(1).empty());
-        EXPECT_TRUE(m_controller.Stop());
-        EXPECT_TRUE(m_controller.Close());
-        m_view.take(0);
-    }
-}
-
-TEST_F(ControllerTest, DestroyedWhileItMonitorsItEndsItsThread) {
-    auto controller = std::make_unique<DiscViewController>(&m_view);
-    EXPECT_TRUE(controller->Init());
-    EXPECT_TRUE(controller->Start());
-    publish(STATUS, "discstate::2\nplayspeed::1\nmsgtip::2");
-    controller.reset();
+    EXPECT_EQ(m_data.GetCurPlayStatus().discState, -1);
 }
 
 } // namespace zm::test

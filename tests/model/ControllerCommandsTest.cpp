@@ -95,7 +95,7 @@ TEST_F(ControllerCommandsTest, MessagesBetweenTheViews) {
 }
 
 TEST_F(ControllerCommandsTest, MessagesWithoutAViewStillSucceed) {
-    DiscViewController alone(nullptr);
+    DiscViewController alone(nullptr, m_data);
     EXPECT_TRUE(alone.OnMessageOSDReturn());
     EXPECT_TRUE(alone.OnMessageOSDGotoTrack(1));
 }

@@ -55,7 +55,8 @@ private:
 class ControllerTest : public PpsUnit {
 protected:
     RecordingView m_view;
-    DiscViewController m_controller{&m_view};
+    CDiscData m_data;
+    DiscViewController m_controller{&m_view, m_data};
 };
 
 /** The same, monitoring. */

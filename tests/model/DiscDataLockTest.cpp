@@ -1,11 +1,7 @@
 #include "tests/model/DiscDataFlags.h"
+#include "tests/model/LockWait.h"
 #include "tests/model/ModelTest.h"
 
-#include <unistd.h>
-
-#include <atomic>
-#include <fstream>
-#include <thread>
 #include <type_traits>
 
 namespace zm::test {
@@ -30,37 +26,17 @@ Access setting(const char* name, void (CDiscData::*set)(Value), std::decay_t<Val
 class DiscDataLockTest : public ModelTest {
 protected:
     /** Uses the store on another thread while the lock is held; whether that thread waited for it. */
-    bool waitsForLock(
+    bool waitsFor(
         const Access& access, const std::function<void()>& meanwhile = [] {}) {
-        std::atomic<pid_t> thread{0};
-        std::atomic<bool> done{false};
         m_data.Lock();
-        std::thread user([&] {
-            thread = gettid();
-            access.use(m_data);
-            done = true;
-        });
-        while (!done && (thread == 0 || !sleeps(thread))) {
-            std::this_thread::yield();
-        }
-        const bool waited = !done;
-        meanwhile();
-        m_data.UnLock();
-        user.join();
-        return waited;
+        return waitsForLock([&] { access.use(m_data); },
+                            [&] {
+                                meanwhile();
+                                m_data.UnLock();
+                            });
     }
 
     CDiscData m_data;
-
-private:
-    /** Whether a thread of this process waits in the kernel: its state stands behind its name. */
-    static bool sleeps(pid_t thread) {
-        std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
-        std::string line;
-        std::getline(file, line);
-        const size_t name = line.rfind(')');
-        return name != std::string::npos && line.substr(name, 3) == ") S";
-    }
 };
 
 TEST_F(DiscDataLockTest, EveryGetterTakesTheLock) {
@@ -87,7 +63,7 @@ TEST_F(DiscDataLockTest, EveryGetterTakesTheLock) {
         getters.push_back(getting(row.name, row.get));
     }
     for (const Access& getter : getters) {
-        EXPECT_TRUE(waitsForLock(getter)) << getter.name;
+        EXPECT_TRUE(waitsFor(getter)) << getter.name;
     }
 }
 
@@ -111,7 +87,7 @@ TEST_F(DiscDataLockTest, AllSettersButFourWriteEqualValuesToo) {
         setters.push_back(setting(row.name, row.set));
     }
     for (const Access& setter : setters) {
-        EXPECT_TRUE(waitsForLock(setter)) << setter.name << " with the value that is there";
+        EXPECT_TRUE(waitsFor(setter)) << setter.name << " with the value that is there";
     }
 }
 
@@ -145,8 +121,8 @@ TEST_F(DiscDataLockTest, TheFourTakeTheLockWhenAnyFieldDiffers) {
         setting("DVDParentalFlag", &CDiscData::SetDVDParentalFlag, true),
     };
     for (const Access& setter : setters) {
-        EXPECT_TRUE(waitsForLock(setter)) << setter.name;
-        EXPECT_FALSE(waitsForLock(setter)) << setter.name << " once more";
+        EXPECT_TRUE(waitsFor(setter)) << setter.name;
+        EXPECT_FALSE(waitsFor(setter)) << setter.name << " once more";
     }
     EXPECT_EQ(m_data.GetPlayTime().times, 1);
     EXPECT_EQ(m_data.GetCurPlayStatus().scan, 1);
@@ -155,7 +131,7 @@ TEST_F(DiscDataLockTest, TheFourTakeTheLockWhenAnyFieldDiffers) {
 }
 
 TEST_F(DiscDataLockTest, TheVideoStatusIsLoggedBeforeItIsWritten) {
-    EXPECT_TRUE(waitsForLock(setting("VideoStatus", &CDiscData::SetVideoStatus, true), [this] {
+    EXPECT_TRUE(waitsFor(setting("VideoStatus", &CDiscData::SetVideoStatus, true), [this] {
         EXPECT_THAT(logged(),
                     ElementsAre("[SetVideoStatus]-=============SetVideoStatus:1=================="));
     }));

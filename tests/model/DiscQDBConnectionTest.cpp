@@ -279,15 +279,4 @@ TEST_F(DiscQDBConnectionTest, AnObjectThatIsNeverUsedComesAndGoes) {
     EXPECT_THAT(logged(), IsEmpty());
 }
 
-TEST_F(DiscQDBConnectionTest, AnObjectMayGoWhileItsWorkerRuns) {
-    sql("INSERT INTO files VALUES (1, 1, 1, 'a');");
-    auto db = std::make_unique<DiscQDB>();
-    db->Init();
-    db->InitDataBase();
-    for (int i = 0; i < 20; ++i) {
-        db->QueryPlayListCmd("SELECT fid,folderid,ftype,filename FROM files", 6, "");
-    }
-    db.reset();
-}
-
 } // namespace zm::test

@@ -5,6 +5,7 @@
 #include "Platen.h"
 #include "base/Paths.h"
 #include "platform/linux/slog/LogFile.h"
+#include "tests/support/Eventually.h"
 
 #include <gmock/gmock.h>
 
@@ -85,6 +86,21 @@ protected:
         const auto start = std::ranges::find(all, "6 theApp.ViewInit");
         return {start, all.end()};
     }
+    /** Whether what lies under the overlay's window shows through. */
+    bool overlayBlends() {
+        for (const json& window : m_headUnit.screen("window")) {
+            if (window["name"] == "Disc_osd") {
+                bool blends = window["alpha"];
+                for (const json& change : m_headUnit.screen("props")) {
+                    if (change.value("window", json()) == window["window"]) {
+                        blends = change.value("alpha", blends);
+                    }
+                }
+                return blends;
+            }
+        }
+        return false;
+    }
     /** The resources once more, but the overlay's can be read only once a test has written them. */
     std::string holdOverlayResource() {
         const fs::path given = ZM_BINARY_DIR "/share/rccs";
@@ -118,6 +134,7 @@ TEST_F(ProgramTest, ItMonitorsJoinsAndBlendsAndEndsWithZeroWhenTheHeadUnitGoes) 
     const json view = m_headUnit.shell("view").at(0);
     EXPECT_EQ(view["name"], "Disc_osd");
     EXPECT_EQ(view["order"], 3);
+    EXPECT_TRUE(eventually([this] { return overlayBlends(); }));
     m_headUnit.hangUp();
     EXPECT_EQ(result.get(), 0);
     auto steps = STEPS_TO_THE_LOOP;

@@ -3,13 +3,14 @@
 #include "DiscOsdView.h"
 #include "DiscView.h"
 #include "DiscViewController.h"
-#include "ZMPath.h"
+#include "StartUp.h"
+#include "ZMModel/CDiscData.h"
 #include "zmcar/AppMessage.h"
 
 #include <deque>
 #include <future>
 #include <mutex>
-#include <unistd.h>
+#include <utility>
 
 namespace zm::test {
 
@@ -67,9 +68,9 @@ private:
 } // namespace
 
 struct Application::Parts {
-    ObservedView view{"zmdisc"};
-    DiscOsdView osd;
-    DiscViewController controller{&view};
+    ObservedView view{MAIN_VIEW_NAME};
+    DiscOsdView osd{*CDiscData::GetInstance()};
+    DiscViewController controller{&view, *CDiscData::GetInstance()};
     bool running = false;
 };
 
@@ -81,49 +82,12 @@ Application::~Application() {
 
 bool Application::start(const std::string& song) {
     auto& [view, osd, controller, running] = *m_parts;
-    const std::string resources = Oro::ZMCAR::GetZMRCCPath();
-    const std::string fonts = Oro::ZMCAR::GetZMFontPath();
-    view.AttachControl(&controller);
-    osd.AttachControl(&controller);
-    view.MaskSignals();
-    const std::string group = "1-" + std::to_string(getpid()) + "-zelmar-disc";
-    if (!view.Init(resources, "zmdisc", "DISC.zmrc_device", group, fonts, 800, 480)) {
-        return false;
-    }
-    running = true;
-    view.ViewInit();
-    if (!song.empty()) {
-        view.SetVoicePlayPar(song);
-    }
-    if (!osd.Init("Disc_osd", resources + "OVERLAY.zmrc_device", fonts, 800, 480)) {
-        return false;
-    }
-    osd.ViewInit();
-    if (!view.JoinView(&osd, "Disc_osd", 3)) {
-        return false;
-    }
-    controller.Init();
-    controller.SetAppName("zmdisc");
-    for (int monitor : {1, 4, 2}) {
-        controller.StartMonitor(monitor);
-    }
-    controller.Start();
-    view.SetWaitDeviceStateTimer();
-    if (!view.StartEventLoop()) {
-        return false;
-    }
-    view.ShowWnd(1, true, 0);
-    osd.ShowWnd(20, true, 0);
-    return osd.EnableAlphaBlending(true);
+    running = StartUp(view, osd, controller, {"disc", song, !song.empty()});
+    return running;
 }
 
 bool Application::end() {
-    auto& [view, osd, controller, running] = *m_parts;
-    if (!running) {
-        return true;
-    }
-    running = false;
-    return view.Close() && controller.Stop() && controller.Close();
+    return !std::exchange(m_parts->running, false) || ShutDown(m_parts->view, m_parts->controller);
 }
 
 void Application::onViewThread(std::function<void()> task) {

@@ -11,7 +11,7 @@ class DiscViewController;
 
 namespace zm::test {
 
-/** The application on threads of this process, started and ended in the order of its own main function. */
+/** The application on threads of this process, started and ended by its own start-up. */
 class Application {
 public:
     Application();

@@ -22,7 +22,7 @@ protected:
         return view.OnUserMessage(&message);
     }
 
-    DiscOsdView view;
+    DiscOsdView view{*CDiscData::GetInstance()};
 };
 
 } // namespace

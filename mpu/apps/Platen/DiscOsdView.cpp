@@ -198,7 +198,7 @@ int DiscOsdView::OnUserMessage(APP_MSG_S* msg) {
 }
 
 void DiscOsdView::OnClipsType() {
-    m_nCurPlayType = static_cast<uint32_t>(CDiscData::GetInstance()->GetDeviceStatus().nMediaType);
+    m_nCurPlayType = static_cast<uint32_t>(m_data.GetDeviceStatus().nMediaType);
     LOGBASE(LOG_LEV_TRACE, "OnUserMessage", "[DiscOsdView::OnUserMessage]-------set m_nCurPlayType=%d\n",
             static_cast<int>(m_nCurPlayType));
     HideStateView();
@@ -218,7 +218,7 @@ int DiscOsdView::OnTrackInfo() {
 }
 
 void DiscOsdView::OnErrorStatus() {
-    const int error = CDiscData::GetInstance()->GetDeviceStatus().nErrorStatus;
+    const int error = m_data.GetDeviceStatus().nErrorStatus;
     if (error != ERROR_STATUS_READ && error != ERROR_STATUS_READ_2) {
         return;
     }

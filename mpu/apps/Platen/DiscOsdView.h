@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 
+class CDiscData;
 class DiscViewController;
 class CUIAnalysis;
 class CUIWndMng;
@@ -24,6 +25,9 @@ class CUIWndMng;
  */
 class DiscOsdView : public Oro::ZMCAR::ViewOsd {
 public:
+    /** What it shows stands in `data`. */
+    explicit DiscOsdView(CDiscData& data) : m_data(data) {}
+
     /** Gives the overlay its commands and timers; null is ignored. */
     void AttachControl(DiscViewController* controller);
     /** Sets the start values of the bars; once, after the resource has been loaded. */
@@ -139,6 +143,7 @@ private:
     void EndGoto();
 
     KeyMutex m_mutex; ///< guards m_nCurKeyType
+    CDiscData& m_data;
     DiscViewController* m_pController = nullptr;
     CUIAnalysis* m_pUIAnalysis = nullptr;
     CUIWndMng* m_pWndMng = nullptr;

@@ -136,7 +136,7 @@ void DiscOsdView::OnClickSeek(const char* logName, long ctrlId, int btState) {
     } else if (btState == BT_STATE_RELEASED && m_nLastBtState != BT_STATE_HELD) {
         ToBeep();
         LOGBASE(LOG_LEV_TRACE, logName, "touch");
-        m_nNextChapter = CDiscData::GetInstance()->GetCurPlayInfo().chapter + row.chapterStep;
+        m_nNextChapter = m_data.GetCurPlayInfo().chapter + row.chapterStep;
         (m_pController->*row.skip)();
     }
 }

@@ -36,7 +36,7 @@ void DiscOsdView::OnUserMsgTrackInfo() {
     if (!m_pUIAnalysis) {
         return;
     }
-    const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
+    const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
     if (IsClip({PLAY_TYPE_DVD})) {
         LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgTrackInfo]t:%d/%d  c:%d/%d\n",
                 info.title, info.titles, info.chapter, info.chapters);
@@ -56,7 +56,7 @@ void DiscOsdView::OnUserMsgTrackInfo() {
 
 void DiscOsdView::ShowFileCounter() {
     if (m_pUIAnalysis) {
-        const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
+        const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
         const Counter shown = JudgeCounter(info.curMediaId, info.curMediaIds, CounterRule::Unbounded);
         ShowCounter(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TRACK, shown, info.curMediaId, info.curMediaIds);
     }
@@ -64,10 +64,10 @@ void DiscOsdView::ShowFileCounter() {
 
 void DiscOsdView::ShowCurTrack(int index) {
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::ShowCurTrack]  index=%d\n", index);
-    if (!m_pUIAnalysis || CDiscData::GetInstance()->GetCurPlayStatus().repeat == REPEAT_FOLDER) {
+    if (!m_pUIAnalysis || m_data.GetCurPlayStatus().repeat == REPEAT_FOLDER) {
         return;
     }
-    const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
+    const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
     // Without an index the file number decides whether the count alone is shown.
     Counter shown = Counter::Unknown;
     if (info.mediaIds >= 1 && index >= 1) {
@@ -82,7 +82,7 @@ void DiscOsdView::OnUserMsgPlayTime() {
     if (!m_pUIAnalysis || !IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
         return;
     }
-    const T_PLAYTIME_INFO playTime = CDiscData::GetInstance()->GetPlayTime();
+    const T_PLAYTIME_INFO playTime = m_data.GetPlayTime();
     SetTimeText(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_ELAPSED, playTime.time);
     SetTimeText(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TOTAL, playTime.trackTime);
     m_pUIAnalysis->SetProgressItemPos(m_nCurWndId, OSD_ITEM_PROGRESS,

@@ -14,7 +14,7 @@ constexpr int TRACK_KIND_VIDEO = 3;
 } // namespace
 
 int DiscOsdView::GotoTotal() const {
-    const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
+    const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
     if (IsClip({PLAY_TYPE_DVD})) {
         return m_nGotoType == OSD_GOTO_CHAPTER ? info.chapters : info.titles;
     }
@@ -115,7 +115,7 @@ void DiscOsdView::SendGoto(int number) {
 }
 
 void DiscOsdView::SendGotoTrack(int number) {
-    const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
+    const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
     if (IsClip({PLAY_TYPE_VCD})) {
         m_pController->PlayTrack(number, TRACK_KIND_NONE);
     } else if (IsClip({PLAY_TYPE_VIDEO}) && number != info.curMediaId) {

@@ -47,7 +47,7 @@ void DiscOsdView::OnUserMsgMsgTip() {
     if (!IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
         return;
     }
-    const TipRow* row = FindRow(TIPS, &TipRow::tip, CDiscData::GetInstance()->GetMsgTip());
+    const TipRow* row = FindRow(TIPS, &TipRow::tip, m_data.GetMsgTip());
     if (!row) {
         return;
     }
@@ -64,7 +64,7 @@ void DiscOsdView::OnUserMsgMsgTip() {
 }
 
 void DiscOsdView::OnUserMsgPlayState() {
-    const int state = CDiscData::GetInstance()->GetCurPlayStatus().discState;
+    const int state = m_data.GetCurPlayStatus().discState;
     if (IsClip({PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO})) {
         ShowFileCounter();
     }
@@ -112,14 +112,14 @@ void DiscOsdView::SwapButtons(int shown, int hidden) {
 }
 
 void DiscOsdView::ResumeAfterError() {
-    const int error = CDiscData::GetInstance()->GetDeviceStatus().nErrorStatus;
+    const int error = m_data.GetDeviceStatus().nErrorStatus;
     if (IsClip({PLAY_TYPE_DVD}) && error != 0 && m_pController) {
         m_pController->Play();
     }
 }
 
 void DiscOsdView::FollowChapter() {
-    const T_MPEG_MEDIA_INFO info = CDiscData::GetInstance()->GetCurPlayInfo();
+    const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
     if (!IsClip({PLAY_TYPE_DVD}) || !m_bReadError) {
         m_nNextChapter = info.chapter + 1;
         return;

@@ -94,7 +94,7 @@ void DiscOsdView::ShowPlayState() {
 }
 
 void DiscOsdView::ShowDvdAudio() {
-    const T_DVD_DETAIL dvd = CDiscData::GetInstance()->GetCurDvdState();
+    const T_DVD_DETAIL dvd = m_data.GetCurDvdState();
     if (dvd.curAudioMode == 0 || dvd.totalAudioMode == 0) {
         ShowStateView2(OSD_PIC_NO_FUNCTION, OSD_TXT_NO_FUNCTION);
     } else if (dvd.curAudioLan != "Blank") {
@@ -106,7 +106,7 @@ void DiscOsdView::ShowDvdAudio() {
 }
 
 void DiscOsdView::ShowDvdAngle() {
-    const T_DVD_DETAIL dvd = CDiscData::GetInstance()->GetCurDvdState();
+    const T_DVD_DETAIL dvd = m_data.GetCurDvdState();
     if (dvd.totalAngle > 1) {
         wchar_t text[WIDE_TEXT_SIZE];
         FormatWide(text, L"%d/%d", dvd.curAngle, dvd.totalAngle);
@@ -117,7 +117,7 @@ void DiscOsdView::ShowDvdAngle() {
 }
 
 void DiscOsdView::ShowDvdSubtitle() {
-    const T_DVD_DETAIL dvd = CDiscData::GetInstance()->GetCurDvdState();
+    const T_DVD_DETAIL dvd = m_data.GetCurDvdState();
     if (dvd.curSubtitleNum < SUBTITLE_OFFSET) {
         ShowStateView2(OSD_PIC_SUBTITLE, OSD_TXT_SUBTITLE_OFF);
         return;
@@ -133,7 +133,7 @@ void DiscOsdView::ShowDvdSubtitle() {
 }
 
 void DiscOsdView::ShowVcdAudio() {
-    const int channel = CDiscData::GetInstance()->GetAudioChannel();
+    const int channel = m_data.GetAudioChannel();
     if (const ChannelRow* row = FindRow(CHANNELS, &ChannelRow::channel, channel)) {
         ShowStateView2(row->picture, row->text);
     }

@@ -2,7 +2,6 @@
 
 #include "DiscQDBCell.h"
 #include "Log.h"
-#include "ZMModel/CDiscData.h"
 #include "ZMModel/MutexGuard.h"
 
 #include <cerrno>
@@ -12,7 +11,7 @@
 static constexpr const char* DATABASE = "/dev/qdb/discdb";
 static constexpr int CONNECT_FLAGS = 1;
 
-DiscQDB::DiscQDB() : m_pDiscData(CDiscData::GetInstance()) {
+DiscQDB::DiscQDB() {
     pthread_mutex_init(&m_mutex, nullptr);
     pthread_mutex_init(&m_mutexStatement, nullptr);
     DataInit();

@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-class CDiscData;
-
 /** Types of the catalogue's files; rows that stand for a folder carry the last one, which the database never
  * does. */
 enum FTYPE_EN { FTYPE_AUDIO = 1, FTYPE_VIDEO = 2, FTYPE_PICTURE = 3, FTYPE_FOLDER = 4 };
@@ -161,7 +159,6 @@ private:
     pthread_mutex_t m_mutex;
     /** Held while the worker's statement runs, before m_mutex: that one is never held for long. */
     pthread_mutex_t m_mutexStatement;
-    CDiscData* m_pDiscData;
     qdb_hdl_t* m_hDb = nullptr;
     /** Of the values that are read on the caller's thread, which so never waits for the worker's statement. */
     qdb_hdl_t* m_hValueDb = nullptr;

@@ -15,14 +15,14 @@ struct DiscViewController::HandlerRow {
     int nPublish; ///< PUBLISH_EN, added up
 };
 
-DiscViewController::DiscViewController(Oro::ZMCAR::IViewMessage* pView)
+DiscViewController::DiscViewController(Oro::ZMCAR::IViewMessage* pView, CDiscData& data)
     : PublicController(pView), m_status(g_DiscStatusPPSInfo, this), m_playing(g_DiscPlayingPPSInfo, this),
       m_mpegInfo(g_DiscMpegInfoPPSInfo, this), m_device(g_DiscDevicePPSInfo, this),
       m_control(g_DiscControlPPSInfo, this), m_videoCommand(g_DiscVideoCommandPPSInfo),
       m_videoStatus(g_DiscVideoStatusPPSInfo, this, this), m_system(g_DiscSystemPPSInfo, this),
       m_nowPlaying(g_DiscNowPlayingPPSInfo, this) {
     for (DiscPPSModule* pModule : Modules()) {
-        pModule->AttachData(CDiscData::GetInstance());
+        pModule->AttachData(&data);
     }
 }
 

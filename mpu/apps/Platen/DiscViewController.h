@@ -24,8 +24,8 @@
  */
 class DiscViewController : public Oro::ZMCAR::PublicController {
 public:
-    /** `pView` is the main view's interface; view messages go there. */
-    explicit DiscViewController(Oro::ZMCAR::IViewMessage* pView);
+    /** View messages go to `pView`, the main view; what changes is written into `data` first. */
+    DiscViewController(Oro::ZMCAR::IViewMessage* pView, CDiscData& data);
     ~DiscViewController() override;
 
     /** Opens all objects, also when one fails; true if all of them could be opened. */
@@ -117,5 +117,4 @@ private:
     DiscVideoStatusPPSModule m_videoStatus;
     DiscSystemPPSModule m_system;
     DiscNowPlayingPPSModule m_nowPlaying;
-    CDiscData m_discData; ///< built and never used: everything goes through CDiscData::GetInstance()
 };

@@ -100,7 +100,7 @@ void DiscView::OnTimerNoDisc() {
     switch (m_uiCurState) {
     case VIEW_STATE_NO_DISC:
     case VIEW_STATE_15:
-        m_pController->QueryCloseApp("zmdisc", "null");
+        m_pController->QueryCloseApp(MAIN_VIEW_NAME, "null");
         break;
     case VIEW_STATE_DISC_ERROR:
     case VIEW_STATE_16:

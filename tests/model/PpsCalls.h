@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zm::test {
+
+/** An object that was opened or closed, and how that ended. */
+struct PpsCall {
+    std::string path; ///< without options
+    bool good = false;
+
+    bool operator==(const PpsCall&) const = default;
+};
+
+void PrintTo(const PpsCall& call, std::ostream* out);
+
+/** What this process opened and closed since the last call of the same function, oldest first. */
+std::vector<PpsCall> takePpsOpenings();
+std::vector<PpsCall> takePpsClosings();
+
+} // namespace zm::test

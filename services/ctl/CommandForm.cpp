@@ -2,10 +2,13 @@
 
 #include "services/ctl/CommandTexts.h"
 #include "services/ctl/Names.h"
+#include "services/ctl/Numbers.h"
+#include "services/ctl/WordKinds.h"
 
 #include <algorithm>
 #include <cctype>
 #include <sstream>
+#include <utility>
 
 namespace zm {
 
@@ -32,7 +35,9 @@ bool contains(const Words& words, const std::string& word) {
 
 // Whether `word` may stand for one of these.
 bool accepts(const Words& alternatives, const std::string& word) {
-    return contains(alternatives, word) || std::any_of(alternatives.begin(), alternatives.end(), isKind);
+    return std::any_of(alternatives.begin(), alternatives.end(), [&](const std::string& each) {
+        return isKind(each) ? wordKind(each).accepts(word) : each == word;
+    });
 }
 
 void offer(const Words& alternatives, CommandForm::Place& place) {
@@ -45,6 +50,7 @@ void offer(const Words& alternatives, CommandForm::Place& place) {
 
 CommandForm::CommandForm(std::string_view usage) {
     const Words words = split(std::string(usage), ' ');
+    bool group = false; // inside "[within MS]", whose words go together
     for (size_t i = 0; i < words.size(); ++i) {
         std::string word = words[i];
         const bool optional = word.starts_with('[');
@@ -57,10 +63,12 @@ CommandForm::CommandForm(std::string_view usage) {
             m_options.push_back({word, split(value, '|')});
             continue;
         }
+        const bool inGroup = group || optional;
+        group = inGroup && !word.ends_with(']');
         word.erase(word.find_last_not_of(']') + 1);
         const bool repeats = word.ends_with("...");
         word.erase(word.size() - (repeats ? 3 : 0));
-        m_parts.push_back({split(word, '|'), optional, repeats});
+        m_parts.push_back({split(word, '|'), inGroup, repeats});
     }
 }
 
@@ -69,14 +77,17 @@ CommandForm::Place CommandForm::behind(const Words& words) const {
     size_t at = 0;
     Words used;
     const Option* open = nullptr; // its value comes next
+    bool repeated = false;        // the word that may repeat was there
     for (const auto& word : words) {
         if (open) {
-            open = nullptr;
+            if (!accepts(std::exchange(open, nullptr)->value, word)) {
+                return place;
+            }
             continue;
         }
         const auto option = std::find_if(m_options.begin(), m_options.end(),
                                          [&](const Option& each) { return each.name == word; });
-        if (option != m_options.end()) {
+        if (option != m_options.end() && !contains(used, word)) {
             used.push_back(word);
             open = option->value.empty() ? nullptr : &*option;
             continue;
@@ -88,7 +99,8 @@ CommandForm::Place CommandForm::behind(const Words& words) const {
         if (at == m_parts.size() || !accepts(m_parts[at].alternatives, word)) {
             return place;
         }
-        at += m_parts[at].repeats ? 0 : 1;
+        repeated = m_parts[at].repeats;
+        at += repeated ? 0 : 1;
     }
     place.fits = true;
     if (open) {
@@ -98,7 +110,7 @@ CommandForm::Place CommandForm::behind(const Words& words) const {
     size_t next = at;
     for (; next < m_parts.size(); ++next) {
         offer(m_parts[next].alternatives, place);
-        if (!m_parts[next].optional && !m_parts[next].repeats) {
+        if (!m_parts[next].optional && !repeated) {
             break;
         }
     }
@@ -143,20 +155,88 @@ CommandForm::Place placeBehind(const Words& words) {
     return all;
 }
 
-std::string wrongUsageText(const Words& words, const std::string& why) {
-    std::string reason = why;
-    for (size_t i = 1; i < words.size() && reason.empty(); ++i) {
-        const Words before(words.begin(), words.begin() + static_cast<long>(i));
+namespace {
+
+std::string quoted(const Words& words) {
+    std::string text = "\"zmctl";
+    for (const auto& word : words) {
+        text += " " + word;
+    }
+    return text + "\"";
+}
+
+std::string fittingWords(const CommandForm::Place& place) {
+    Words all = place.words;
+    if (!place.mayEnd) {
+        std::erase_if(all, [](const std::string& word) { return word.starts_with('-'); });
+    }
+    for (const auto& kind : place.kinds) {
+        const std::string what(wordKind(kind).what);
+        all.push_back(kind + (what.empty() ? "" : " (" + what + ")"));
+    }
+    std::string text;
+    for (const auto& each : all) {
+        text += (text.empty() ? "" : ", ") + each;
+    }
+    return text;
+}
+
+// Digits that are no number are too many.
+bool isTooLarge(const std::string& word) {
+    const std::string digits = word.substr(word.starts_with('-') ? 1 : 0);
+    return !digits.empty() && digits.find_first_not_of("0123456789") == std::string::npos &&
+           !parseNumber<int>(word);
+}
+
+std::string misfit(const Words& before, const std::string& word) {
+    const auto place = placeBehind(before);
+    const std::string beginning = "\"" + word + "\" does not fit behind " + quoted(before) + "; ";
+    const std::string meant = meantWord(word, place.words);
+    if (!meant.empty()) {
+        return beginning + "did you mean \"" + meant + "\"?";
+    }
+    if (!place.kinds.empty() && isTooLarge(word)) {
+        return beginning + "it is too large";
+    }
+    const std::string fitting = fittingWords(place);
+    return beginning + (fitting.empty() ? "nothing follows there" : "what fits is " + fitting);
+}
+
+} // namespace
+
+std::string whyUnfit(const Words& words) {
+    for (size_t end = 1; end <= words.size(); ++end) {
+        const Words before(words.begin(), words.begin() + static_cast<long>(end));
         const auto place = placeBehind(before);
-        const bool known = !place.kinds.empty() || place.words.empty() || contains(place.words, words[i]);
-        if (!known && place.fits) {
-            std::string what = "\"zmctl";
-            for (const auto& word : before) {
-                what.append(" ").append(word);
-            }
-            reason = unknownWord(what + "\" with", words[i], place.words);
+        if (!place.fits) {
+            return misfit({before.begin(), before.end() - 1}, before.back());
+        }
+        if (end == words.size() && !place.mayEnd) {
+            return quoted(words) + " is not complete; what fits behind it is " + fittingWords(place);
         }
     }
+    return {};
+}
+
+std::string unknownCommandText(const std::string& name) {
+    Words names;
+    for (const auto& text : commandTexts()) {
+        names.emplace_back(text.name);
+    }
+    std::string meant = meantWord(name, names);
+    const Words keys = namesOf(hardKeys());
+    if (contains(keys, name)) {
+        meant = "key " + name;
+    }
+    for (auto each = names.begin(); each != names.end() && meant.empty(); ++each) {
+        meant = contains(placeBehind({*each}).words, name) ? *each + " " + name : "";
+    }
+    return "zmctl: there is no command \"" + name + "\"; " +
+           (meant.empty() ? "" : "did you mean \"" + meant + "\"? ") + "\"zmctl help\" lists them";
+}
+
+std::string wrongUsageText(const Words& words, const std::string& why) {
+    const std::string reason = why.empty() ? whyUnfit(words) : why;
     return (reason.empty() ? "" : "zmctl: " + reason + "\n") + usageText(*findCommandText(words[0]));
 }
 

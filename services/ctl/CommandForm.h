@@ -46,7 +46,13 @@ private:
 /** What may come behind `words` in any form of any command. */
 CommandForm::Place placeBehind(const std::vector<std::string>& words);
 
-/** What is printed of a line that fits no form: why, as far as it is known or can be found out, and the usage. */
+/** Why `words`, which begin with a command's name, fit no form: a sentence without its end. Empty if they fit one. */
+std::string whyUnfit(const std::vector<std::string>& words);
+
+/** What is said of a name that no command has. */
+std::string unknownCommandText(const std::string& name);
+
+/** What is printed of a line that is none: `why`, or if that is empty why it fits no form, and the usage. */
 std::string wrongUsageText(const std::vector<std::string>& words, const std::string& why);
 
 } // namespace zm

@@ -1,10 +1,7 @@
 #include "services/ctl/CommandTexts.h"
 
-#include "base/Nearest.h"
-
 #include <algorithm>
 #include <array>
-#include <vector>
 
 namespace zm {
 
@@ -12,21 +9,21 @@ namespace {
 
 constexpr std::array Texts = {
     CommandText{
-        "pps", "pps ls\npps get OBJ\npps put OBJ LINE...\npps watch OBJ [-n N] [-t SECONDS]",
+        "pps", "pps ls\npps get OBJ\npps put OBJ LINE...\npps watch OBJ [-n COUNT] [-t SECONDS]",
         "the PPS objects; OBJ without /pps/, LINE is name:encoding:value or -name\n"
-        "put writes all lines as one change. watch prints the lines of each change from now on, until N\n"
-        "changes have come or the time is up.\n"
+        "put writes all lines as one change. watch prints the lines of each change from now on, until\n"
+        "COUNT changes have come or the time is up.\n"
         "Example: zmctl pps put zelmar/disc/device disc::1 mediatype::2"},
     CommandText{"app", "app start|resume|pause|showonly|hideonly|quit",
                 "launcher message to the application, or starting it again\nExample: zmctl app pause"},
     CommandText{"appdata", "appdata TEXT", "application data\nExample: zmctl appdata '--song=\"Blue\"'"},
-    CommandText{"language", "language CODE",
+    CommandText{"language", "language LANGUAGE",
                 "language of all texts: en, de, zh, ar\nExample: zmctl language de"},
     CommandText{"theme", "theme night|day", "colours of the screen\nExample: zmctl theme day"},
     CommandText{"requests", "requests [--clear]",
                 "what the application asked of the launcher, one JSON object a line, oldest first\n"
                 "--clear empties the list after printing it.\nExample: zmctl requests --clear"},
-    CommandText{"device", "device [--silent] ID|NAME VALUE|fail",
+    CommandText{"device", "device [--silent] ID|NAME NUMBER|fail",
                 "a vehicle value: 2 parking, 6 mute (255), 7 temperature in tenths, 86 bluetooth\n"
                 "Sends the message about it unless --silent is given. \"fail\" makes reading it fail.\n"
                 "Example: zmctl device parking 0"},
@@ -52,7 +49,7 @@ constexpr std::array Texts = {
                 "calls a view's OnClick straight (state 0 press, 1 release, 4 held)\nExample: zmctl click "
                 "main 6 6523 1"},
     CommandText{
-        "insert", "insert PATH [--wait]\ninsert --demo [--wait]",
+        "insert", "insert DISC [--wait]\ninsert --demo [--wait]",
         "puts a folder, image or file into the disc drive\n"
         "--demo: the demonstration disc that \"./dev run\" makes. --wait: returns when the disc is ready to\n"
         "play, and fails with the drive's reason if it cannot be.\n"
@@ -126,16 +123,6 @@ const CommandText* findCommandText(std::string_view name) {
     const auto found =
         std::find_if(Texts.begin(), Texts.end(), [&](const auto& text) { return text.name == name; });
     return found == Texts.end() ? nullptr : found;
-}
-
-std::string unknownCommandText(const std::string& name) {
-    std::vector<std::string> names;
-    for (const auto& text : Texts) {
-        names.emplace_back(text.name);
-    }
-    const std::string nearest = nearestWord(name, names);
-    return "zmctl: there is no command \"" + name + "\"; " +
-           (nearest.empty() ? "" : "did you mean \"" + nearest + "\"? ") + "\"zmctl help\" lists them";
 }
 
 std::string usageText(const CommandText& text) {

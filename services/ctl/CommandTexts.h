@@ -25,8 +25,6 @@ struct CommandText {
 std::span<const CommandText> commandTexts();
 /** That of one command; null if there is none. */
 const CommandText* findCommandText(std::string_view name);
-/** What is said of a name that none of them has. */
-std::string unknownCommandText(const std::string& name);
 /** "usage: zmctl touch X Y [--hold MS]", a line for each form. */
 std::string usageText(const CommandText& text);
 /** The list of all commands with their summaries. */

@@ -98,13 +98,13 @@ constexpr std::array<KindRow, 12> Kinds = {{
      [](const CtlClient&, const std::string&) {
          return Words{"==", "!=", "<", "<=", ">", ">=", "contains", "matches"};
      }},
-    {"insert", "PATH", everyFile},
+    {"insert", "DISC", everyFile},
     {"", "FILE", everyFile},
     {"shot", "FILE.png", everyFile},
     {"shot", "FILE.jpg", everyFile},
     {"key", "NAME", [](const CtlClient&, const std::string&) { return namesOf(hardKeys()); }},
     {"device", "NAME", [](const CtlClient&, const std::string&) { return namesOf(vehicleDevices()); }},
-    {"language", "CODE", [](const CtlClient&, const std::string&) { return languages(); }},
+    {"language", "LANGUAGE", [](const CtlClient&, const std::string&) { return languages(); }},
     {"completion", "SHELL",
      [](const CtlClient&, const std::string&) {
          return Words{"bash", "zsh", "fish"};

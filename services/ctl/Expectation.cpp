@@ -122,7 +122,7 @@ Result<Expectation> Expectation::parse(const std::vector<std::string>& words) {
     };
 
     if (words.size() != LeastWords && (words.size() != WordsWithLimit || words[3] != "within")) {
-        return Error{"expected PATH OP VALUE [within MS]"};
+        return Error{"\"expect\" takes PATH OP VALUE [within MS]"};
     }
     Expectation result;
     result.m_path = steps(words[0]);

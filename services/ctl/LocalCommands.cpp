@@ -186,7 +186,11 @@ const LocalCommand* find(const std::string& name) {
 
 Status checkLocalCommand(const Words& words) {
     const LocalCommand* command = find(words[0]);
-    return command ? command->check({words.begin() + 1, words.end()}) : ok();
+    if (!command) {
+        return ok();
+    }
+    const Words given(words.begin() + 1, words.end());
+    return whyUnfit(words).empty() ? command->check(given) : wrongUsage(words[0], given);
 }
 
 int runCommand(const CtlClient& client, const Words& words, const Print& out, const Print& err) {

@@ -44,6 +44,23 @@ constexpr std::array Devices = {
     NamedNumber{86, "bluetooth", "0 off, 1 on, 2 connected"},
 };
 
+/** What people say for a word that the commands have. */
+struct OtherWord {
+    std::string_view said;
+    std::string_view meant;
+};
+
+constexpr std::array OtherWords = {
+    OtherWord{"dark", "night"},      OtherWord{"light", "day"},     OtherWord{"bright", "day"},
+    OtherWord{"english", "en"},      OtherWord{"german", "de"},     OtherWord{"deutsch", "de"},
+    OtherWord{"chinese", "zh"},      OtherWord{"arabic", "ar"},     OtherWord{"stop", "quit"},
+    OtherWord{"exit", "quit"},       OtherWord{"close", "quit"},    OtherWord{"player", "app"},
+    OtherWord{"screenshot", "shot"}, OtherWord{"picture", "shot"},  OtherWord{"status", "disc"},
+    OtherWord{"driving", "parking"}, OtherWord{"speed", "parking"}, OtherWord{"catalog", "catalogue"},
+    OtherWord{"processes", "ps"},    OtherWord{"text", "--text"},   OtherWord{"back", "return"},
+    OtherWord{"ok", "enter"},
+};
+
 std::string thereIsNo(std::string_view what, const std::string& which) {
     return "there is no " + std::string(what) + " " + which;
 }
@@ -82,9 +99,15 @@ const NamedNumber* findNumber(std::span<const NamedNumber> rows, int number) {
     return found == rows.end() ? nullptr : &*found;
 }
 
-std::string unknownWord(std::string_view what, std::string_view word, const std::vector<std::string>& known) {
-    std::string beginning = thereIsNo(what, "\"");
-    beginning.append(word).append("\"; ");
+std::string meantWord(std::string_view word, const std::vector<std::string>& known) {
+    const auto isKnown = [&](std::string_view each) {
+        return std::find(known.begin(), known.end(), each) != known.end();
+    };
+    for (const auto& row : OtherWords) {
+        if (row.said == word && isKnown(row.meant)) {
+            return std::string(row.meant);
+        }
+    }
     std::string nearest = nearestWord(word, known);
     for (const auto& each : known) {
         if (nearest.empty() && word.size() >= AlikeLetters &&
@@ -92,6 +115,13 @@ std::string unknownWord(std::string_view what, std::string_view word, const std:
             nearest = each;
         }
     }
+    return nearest;
+}
+
+std::string unknownWord(std::string_view what, std::string_view word, const std::vector<std::string>& known) {
+    std::string beginning = thereIsNo(what, "\"");
+    beginning.append(word).append("\"; ");
+    const std::string nearest = meantWord(word, known);
     if (!nearest.empty()) {
         return beginning + "did you mean \"" + nearest + "\"?";
     }

@@ -14,8 +14,8 @@ void print(FILE* stream, const std::string& text) {
     std::fflush(stream);
 }
 
-int wrongUsage() {
-    print(stderr, zm::overviewText());
+int wrongUsage(const std::string& why) {
+    print(stderr, "zmctl: " + why + "\n" + zm::overviewText());
     return 2;
 }
 
@@ -26,7 +26,7 @@ int main(int argc, char** argv) {
     std::string dir = zm::runtimeDir();
     if (!words.empty() && words[0] == "--runtime") {
         if (words.size() < 2 || words[1].empty()) {
-            return wrongUsage();
+            return wrongUsage("--runtime needs a folder behind it");
         }
         dir = words[1];
         words.erase(words.begin(), words.begin() + 2);
@@ -35,7 +35,10 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (words.empty()) {
-        return wrongUsage();
+        return wrongUsage("a command is missing");
+    }
+    if (words.size() == 2 && (words[1] == "--help" || words[1] == "-h") && zm::findCommandText(words[0])) {
+        words = {"help", words[0]};
     }
     return zm::runCommand(
         zm::CtlClient(dir), words, [](const std::string& text) { print(stdout, text); },

@@ -38,13 +38,59 @@ TEST(CommandForm, ARepeatedWordMayComeAgainAndAnOptionalOneBeLeftOut) {
 }
 
 TEST(CommandForm, AWordThatFitsNoFormIsNamedWithTheNearest) {
-    EXPECT_THAT(
-        wrongUsageText({"app", "puase"}, ""),
-        StartsWith(
-            "zmctl: there is no \"zmctl app\" with \"puase\"; did you mean \"pause\"?\nusage: zmctl app"));
-    EXPECT_THAT(wrongUsageText({"touch", "1"}, ""), StartsWith("usage: zmctl touch"))
-        << "nothing is wrong but missing";
-    EXPECT_THAT(wrongUsageText({"touch", "x", "1"}, "because"), StartsWith("zmctl: because\nusage:"));
+    EXPECT_THAT(wrongUsageText({"app", "puase"}, ""),
+                StartsWith("zmctl: \"puase\" does not fit behind \"zmctl app\"; did you mean "
+                           "\"pause\"?\nusage: zmctl app"));
+    EXPECT_THAT(wrongUsageText({"touch", "1", "2"}, "because"), StartsWith("zmctl: because\nusage:"));
+}
+
+TEST(CommandForm, SaysWhatFitsWhereNothingIsNear) {
+    const std::vector<std::pair<std::vector<std::string>, const char*>> rows = {
+        {{"touch", "4", "x"}, R"("x" does not fit behind "zmctl touch 4"; what fits is Y (a whole number))"},
+        {{"touch", "1"}, R"("zmctl touch 1" is not complete; what fits behind it is Y (a whole number))"},
+        {{"touch", "99999999999", "1"},
+         R"("99999999999" does not fit behind "zmctl touch"; it is too large)"},
+        {{"touch", "1", "2", "--hold"},
+         R"("zmctl touch 1 2 --hold" is not complete; what fits behind it is MS (a whole number, 0 or more))"},
+        {{"touch", "1", "2", "--hold", "3", "--hold", "4"},
+         R"("--hold" does not fit behind "zmctl touch 1 2 --hold 3"; nothing follows there)"},
+        {{"time", "25:00"},
+         R"("25:00" does not fit behind "zmctl time"; what fits is HH:MM (a time such as 23:05))"},
+        {{"device", "parking", "x"},
+         R"("x" does not fit behind "zmctl device parking"; what fits is fail, NUMBER (a whole number))"},
+        {{"screen", "mian"}, R"("mian" does not fit behind "zmctl screen"; did you mean "main"?)"},
+        {{"log", "-n", "abc"},
+         R"("abc" does not fit behind "zmctl log -n"; what fits is N (a whole number, 0 or more))"},
+        {{"theme", "dark"}, R"("dark" does not fit behind "zmctl theme"; did you mean "night"?)"},
+        {{"eject", "now"}, R"("now" does not fit behind "zmctl eject"; nothing follows there)"},
+        {{"insert", "--dem"}, R"("--dem" does not fit behind "zmctl insert"; did you mean "--demo"?)"},
+        {{"catalogue", "hold", "-1"},
+         R"("-1" does not fit behind "zmctl catalogue hold"; what fits is ROWS (a whole number, 0 or more))"},
+        {{"settle", "-t", "soon"},
+         R"("soon" does not fit behind "zmctl settle -t"; what fits is SECONDS (seconds, 0 or more))"},
+        {{"pps", "watch", "a", "-n", "0"},
+         R"("0" does not fit behind "zmctl pps watch a -n"; what fits is COUNT (a whole number, 1 or more))"},
+        {{"pps", "put", "a"}, R"("zmctl pps put a" is not complete; what fits behind it is LINE)"},
+        {{"shot", ""},
+         R"("" does not fit behind "zmctl shot"; what fits is FILE.jpg (a path), FILE.png (a path))"},
+    };
+    for (const auto& [words, sentence] : rows) {
+        EXPECT_EQ(whyUnfit(words), sentence);
+    }
+    EXPECT_EQ(whyUnfit({"touch", "1", "2", "--hold", "3"}), "");
+    EXPECT_EQ(whyUnfit({"insert", "--demo", "--wait"}), "");
+    EXPECT_EQ(whyUnfit({"expect", "ps.app.state", "==", "running"}), "");
+    EXPECT_EQ(whyUnfit({"expect", "ps.app.state", "==", "running", "within", "5"}), "");
+    EXPECT_EQ(whyUnfit({"complete"}), "");
+    EXPECT_EQ(whyUnfit({"pps", "put", "a", "b::1", "-c"}), "");
+}
+
+TEST(CommandForm, ANameThatNoCommandHasIsTakenForWhatCommandsUnderstand) {
+    EXPECT_THAT(unknownCommandText("scren"), HasSubstr("did you mean \"screen\"?"));
+    EXPECT_THAT(unknownCommandText("next"), HasSubstr("did you mean \"key next\"?"));
+    EXPECT_THAT(unknownCommandText("resume"), HasSubstr("did you mean \"app resume\"?"));
+    EXPECT_THAT(unknownCommandText("screenshot"), HasSubstr("did you mean \"shot\"?"));
+    EXPECT_EQ(unknownCommandText("xyzzy"), "zmctl: there is no command \"xyzzy\"; \"zmctl help\" lists them");
 }
 
 } // namespace zm

@@ -79,7 +79,7 @@ TEST_F(Refusal, AWordThatFitsNoFormNamesTheNearest) {
     startManual();
     EXPECT_THAT(mustFail({"app", "resum"}, 2), HasSubstr("did you mean \"resume\"?"));
     EXPECT_THAT(mustFail({"theme", "nigth"}, 2), HasSubstr("did you mean \"night\"?"));
-    EXPECT_THAT(mustFail({"kill", "bench"}, 2), HasSubstr("there is app, disc"));
+    EXPECT_THAT(mustFail({"kill", "bench"}, 2), HasSubstr("what fits is app, disc"));
     EXPECT_THAT(mustFail({"scren"}, 2), HasSubstr("did you mean \"screen\"?"));
     EXPECT_THAT(mustFail({"monkey", "--sead", "3"}, 2), HasSubstr("did you mean \"--seed\"?"));
 }

@@ -65,7 +65,10 @@ TEST_F(ScriptRun, WrongWordsOfACommandEndWithItsUsage) {
     startManual();
     const auto answer = runScript("try touch 1\n");
     EXPECT_EQ(answer.exit, 2);
-    EXPECT_EQ(answer.err, atLine(1) + "try touch 1\nusage: zmctl touch X Y [--hold MS]\n");
+    EXPECT_EQ(answer.err,
+              atLine(1) +
+                  "try touch 1\nzmctl: \"zmctl touch 1\" is not complete; what fits behind it is Y (a whole "
+                  "number)\nusage: zmctl touch X Y [--hold MS]\n");
 }
 
 TEST_F(ScriptRun, AnExpectationWaitsForItsValue) {

@@ -33,6 +33,11 @@ void CommandProcessor::execute(const std::shared_ptr<CommandRun>& run) {
         run->finish(Exit::WrongUsage);
         return;
     }
+    if (!whyUnfit(words).empty()) {
+        run->err(wrongUsageText(words, {}));
+        run->finish(Exit::WrongUsage);
+        return;
+    }
     CommandCall call{m_unit, run, Arguments({words.begin() + 1, words.end()})};
     if (!row->handler(call)) {
         run->err(wrongUsageText(words, call.arguments.why()));

@@ -1,8 +1,8 @@
 #include "services/bench/commands/CommandProcessor.h"
+#include "services/ctl/WordKinds.h"
 
 #include <array>
 #include <optional>
-#include <regex>
 
 namespace zm {
 
@@ -30,19 +30,8 @@ bool device(CommandCall& call) {
     return true;
 }
 
-std::optional<std::pair<int, int>> parseTime(const std::string& text) {
-    static const std::regex form("([0-9]{1,2}):([0-9]{1,2})");
-    std::smatch parts;
-    if (!std::regex_match(text, parts, form)) {
-        return std::nullopt;
-    }
-    const int hour = std::stoi(parts[1]);
-    const int minute = std::stoi(parts[2]);
-    return hour <= 24 && minute <= 59 ? std::optional(std::pair(hour, minute)) : std::nullopt;
-}
-
 bool time(CommandCall& call) {
-    const auto parsed = parseTime(call.arguments.word());
+    const auto parsed = parseTimeOfDay(call.arguments.word());
     const std::string format = call.arguments.more() ? call.arguments.word() : "";
     if (!call.arguments.complete() || !parsed || (!format.empty() && format != "12" && format != "24")) {
         return false;

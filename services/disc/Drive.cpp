@@ -147,7 +147,8 @@ void Drive::loadFinished() {
         m_state.modes(m_modes);
     }
     m_transport =
-        std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume);
+        std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume,
+                                     [this] { reportError("nothing on it can be played"); });
     if (m_source) {
         m_transport->sourceOn();
     }
@@ -155,9 +156,7 @@ void Drive::loadFinished() {
 
 void Drive::insertDvd() {
     if (m_contents->dvd->prohibitedRegions & UnitRegionBit) {
-        const std::string text = m_path + ": made for another region of the world";
-        logWarning("%s\n", text.c_str());
-        report({"error", m_path, text});
+        reportError("made for another region of the world");
         m_state.error(DeviceError::Region);
         return;
     }
@@ -168,11 +167,15 @@ void Drive::insertDvd() {
     }
 }
 
-void Drive::loadFailed(const std::string& reason) {
-    m_load.reset();
+void Drive::reportError(const std::string& reason) {
     const std::string text = m_path + ": " + reason;
     logWarning("%s\n", text.c_str());
     report({"error", m_path, text});
+}
+
+void Drive::loadFailed(const std::string& reason) {
+    m_load.reset();
+    reportError(reason);
     m_state.playState(PlayState::Error);
 }
 
@@ -272,6 +275,16 @@ void Drive::loseDrive() {
     eject();
 }
 
+// With its tray empty: the disc went out when the drive went.
+void Drive::driveIsBack() {
+    if (m_absence == DiscPresence::DriveGone) {
+        m_absence = DiscPresence::None;
+        if (m_path.empty()) {
+            m_state.disc(m_absence);
+        }
+    }
+}
+
 bool Drive::fault(const std::string& kind) {
     if (kind == "gone") {
         loseDrive();
@@ -281,6 +294,9 @@ bool Drive::fault(const std::string& kind) {
                                   [&](const FaultRow& each) { return each.name == kind; });
     if (row == std::end(faults)) {
         return false;
+    }
+    if (row->fault == DriveFault::None && row->error == DeviceError::None) {
+        driveIsBack();
     }
     if (m_gate) {
         m_gate->set(row->fault);

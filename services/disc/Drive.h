@@ -33,7 +33,7 @@ public:
     void eject();
     /** Leads the application on from whatever it shows to "no disc"; with a disc inside nothing happens. */
     void announceEmpty();
-    /** Gives the drive a fault by its name; false for an unknown one. */
+    /** Gives the drive a fault by its name, "none" takes all back; false for an unknown one. */
     bool fault(const std::string& kind);
     void source(bool on);
     /** A song was asked for by voice: films and photos make way for the music, where there is any. */
@@ -60,9 +60,11 @@ private:
     void leave();
     void left();
     void loseDrive();
+    void driveIsBack();
     void stopReading();
     void rememberTray();
     void report(const DriveState& report);
+    void reportError(const std::string& reason);
 
     EventLoop& m_loop;
     DiscState& m_state;

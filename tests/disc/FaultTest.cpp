@@ -200,3 +200,22 @@ TEST_F(DiscFault, DriveFaultsArePublishedAsDeviceErrors) {
     m_unit.next("disc", "2");
     m_unit.next("mediatype", "255");
 }
+
+TEST_F(DiscFault, ADriveThatWasGoneIsBackEmptyOnceItsFaultIsTakenBack) {
+    placeTwoTones();
+    play();
+    fault("gone");
+    m_unit.next("disc", "2");
+    m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "empty"; });
+    fault("none");
+    m_unit.next("disc", "0");
+}
+
+TEST_F(DiscFault, ADriveThatIsBackBeforeItsDiscIsOutIsEmptyThen) {
+    placeTwoTones();
+    play();
+    fault("gone");
+    m_unit.next("discstate", "20");
+    fault("none");
+    m_unit.next("disc", "0");
+}

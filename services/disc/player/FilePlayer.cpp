@@ -73,10 +73,11 @@ std::vector<int> foldersOf(const std::vector<Item>& items) {
 
 FilePlayer::FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
                        std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents,
-                       DiscResume& resume)
+                       DiscResume& resume, std::function<void()> unplayable)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)),
-      m_contents(std::move(contents)), m_resume(resume), m_kind(resume.item().kind), m_browsed(m_kind),
-      m_announced(m_kind), m_position(resume.position()), m_texts(loop, state), m_skip(loop, state) {
+      m_contents(std::move(contents)), m_resume(resume), m_unplayable(std::move(unplayable)),
+      m_kind(resume.item().kind), m_browsed(m_kind), m_announced(m_kind), m_position(resume.position()),
+      m_texts(loop, state), m_skip(loop, state) {
     for (const auto& row : kinds) {
         if (const auto& items = m_contents->of(row.kind); !items.empty()) {
             auto& made = m_orders[kindIndex(row.kind)].emplace(foldersOf(items), std::random_device{}());
@@ -371,6 +372,7 @@ void FilePlayer::skipUnreadable() {
     if (m_failures >= order().roundSize()) {
         m_failures = 0;
         halt(PlayState::Error);
+        m_unplayable();
     } else if (m_modes.repeat == static_cast<int>(Repeat::Off)) {
         advance();
     } else {

@@ -13,6 +13,7 @@
 #include "services/disc/player/Transport.h"
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -23,9 +24,10 @@ namespace zm::disc {
 class FilePlayer : public Transport, private EngineListener {
 public:
     /** `contents` has at least one item; the kind of the one that `resume` names is announced already. Playing
-     * begins with `sourceOn`. */
+     * begins with `sourceOn`. `unplayable` is called when not one item of a whole round could be played. */
     FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-               std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents, DiscResume& resume);
+               std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents, DiscResume& resume,
+               std::function<void()> unplayable);
     ~FilePlayer() override;
 
     void sourceOn() override;
@@ -99,6 +101,7 @@ private:
     std::shared_ptr<Medium> m_medium;
     std::shared_ptr<const Contents> m_contents;
     DiscResume& m_resume;
+    std::function<void()> m_unplayable;
     std::array<std::optional<PlayOrder>, KindCount> m_orders;
     MediaKind m_kind;
     MediaKind m_browsed;

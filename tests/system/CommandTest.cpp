@@ -354,4 +354,56 @@ TEST_F(Command, InsertWaitsUntilTheDiscIsReadyOrCannotBe) {
     EXPECT_EQ(state(), "error");
 }
 
+TEST_F(Command, InsertSaysAtOnceWhatIsNoDisc) {
+    startBench({"--no-web"});
+    std::ofstream(folder + "/text.md") << "no disc";
+    for (const Words& words :
+         {Words{"insert", folder + "/text.md"}, Words{"insert", "--wait", folder + "/text.md"}}) {
+        EXPECT_EQ(mustFail(words), "zmctl: " + folder + "/text.md: not a disc image\n");
+    }
+    writeMusicFolder(folder + "/songs", 2);
+    must({"insert", "--wait", folder + "/songs"});
+    mustFail({"insert", folder + "/text.md"});
+    EXPECT_EQ(Json::parse(must({"disc"}))["state"], "loaded") << "what is inside stays";
+    // A slash at its end makes no other disc of it.
+    must({"insert", "--wait", folder + "/./songs/"});
+    EXPECT_EQ(Json::parse(must({"disc"}))["path"], folder + "/songs");
+}
+
+TEST_F(Command, InsertWaitsUntilTheDiscPlays) {
+    writeMusicFolder(folder + "/songs", 2);
+    startBench({"--no-web"});
+    must({"insert", "--wait", folder + "/songs"});
+    EXPECT_THAT(must({"pps", "get", "zelmar/disc/status"}), HasSubstr("discstate::2\n"));
+    std::filesystem::create_directory(folder + "/noise");
+    for (const char* name : {"one.mp3", "two.mp3"}) {
+        std::ofstream(folder + "/noise/" + name) << "this is no music";
+    }
+    EXPECT_EQ(mustFail({"insert", "--wait", folder + "/noise"}),
+              "zmctl: " + folder + "/noise: nothing on it can be played\n");
+}
+
+TEST_F(Command, InsertIsDoneWithADiscThatIsReadyWhereThePlayerStaysBehind) {
+    writeMusicFolder(folder + "/songs", 2);
+    startBench({"--no-web", "--insert-stays"});
+    must({"pps", "put", "zelmar/disc/control", R"(zmcmd:json:{"cmd":187,"param1":0,"param2":0})"});
+    must({"insert", "--wait", folder + "/songs"});
+    EXPECT_EQ(Json::parse(must({"disc"}))["state"], "loaded");
+}
+
+TEST_F(Command, AnEmptyDriveCannotReadWrongly) {
+    startBench({"--no-web", "--launcher", "passive"});
+    EXPECT_TRUE(eventually([this] { return Json::parse(must({"disc"}))["state"] == "empty"; }));
+    EXPECT_THAT(mustFail({"disc", "fault", "read"}), HasSubstr("the drive is empty"));
+    must({"disc", "fault", "temperature"});
+    must({"disc", "fault", "none"});
+}
+
+TEST_F(Command, ObjectsGoByTheirWholePathTooAndANameThatIsNoneNamesTheNearest) {
+    startManual();
+    must({"pps", "put", "/pps/test/one", "a::1"});
+    EXPECT_EQ(must({"pps", "get", "test/one"}), "a::1\n");
+    EXPECT_THAT(mustFail({"pps", "get", "test/oen"}), HasSubstr("did you mean \"test/one\"?"));
+}
+
 } // namespace zm::test

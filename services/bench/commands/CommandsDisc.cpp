@@ -1,18 +1,15 @@
 #include "services/bench/commands/CommandProcessor.h"
-#include "services/bench/unit/PpsWatch.h"
+#include "services/bench/commands/Insertion.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <filesystem>
 
 namespace zm {
 
 namespace {
-
-constexpr std::chrono::seconds InsertTime(60);
 
 // Whether there is a drive to talk to; ends the command if not.
 bool hasDrive(CommandCall& call) {
@@ -23,58 +20,14 @@ bool hasDrive(CommandCall& call) {
     return false;
 }
 
-// Follows the drive until it has taken a disc, or has found that it cannot. What it said before does not count.
-class Inserting {
-public:
-    Inserting(std::shared_ptr<CommandRun> run, std::string path)
-        : m_run(std::move(run)), m_path(std::move(path)) {}
-
-    static void start(CommandCall& call, const std::string& path) {
-        auto self = std::make_shared<Inserting>(call.run, path);
-        auto watch = DiscDrive::watch(call.unit.loop(), call.unit.ppsSocket(),
-                                      [raw = self.get()](const std::string& state) { raw->changed(state); });
-        if (!watch) {
-            call.run->fail(watch.error());
-            return;
-        }
-        self->m_watch = std::move(*watch);
-        self->m_watch->drain();
-        self->m_asked = true;
-        self->m_limit = afterDelay(call.unit.loop(), InsertTime, [run = call.run] {
-            run->fail("the drive has not taken the disc within a minute");
-        });
-        // The command may end from inside its own watch: that goes in a turn of its own.
-        call.run->onEnd = [self, &loop = call.unit.loop()] { loop.post([self] { self->stop(); }); };
-        if (const auto asked = call.unit.drive().insert(path); !asked) {
-            call.run->fail(asked.error());
-        }
+// Without "..", and without a slash at its end, whether or not it was written with one.
+std::string tidy(const std::string& path) {
+    std::string result = std::filesystem::path(path).lexically_normal().string();
+    while (result.size() > 1 && result.ends_with('/')) {
+        result.pop_back();
     }
-
-private:
-    void stop() {
-        m_watch.reset();
-        m_limit.reset();
-    }
-
-    void changed(const std::string& text) {
-        const Json state = Json::parse(text, nullptr, false);
-        if (!m_asked || !state.is_object() || state.value("path", "") != m_path) {
-            return;
-        }
-        const std::string name = state.value("state", "");
-        if (name == "loaded") {
-            m_run->finish();
-        } else if (name == "error") {
-            m_run->fail(m_path + ": " + state.value("text", ""));
-        }
-    }
-
-    std::shared_ptr<CommandRun> m_run;
-    std::string m_path;
-    bool m_asked = false;
-    std::unique_ptr<PpsWatch> m_watch;
-    SourceHandle m_limit;
-};
+    return result;
+}
 
 bool insert(CommandCall& call) {
     const bool waits = call.arguments.flag("--wait");
@@ -87,15 +40,12 @@ bool insert(CommandCall& call) {
         return true;
     }
     const std::string path =
-        demonstration ? call.unit.options().shareDir + "/../demo" : call.run->absolute(given);
+        demonstration ? tidy(call.unit.options().shareDir + "/../demo") : tidy(call.run->absolute(given));
     if (::access(path.c_str(), R_OK) != 0) {
-        call.run->fail(systemError(path).message);
-        return true;
-    }
-    if (waits) {
-        Inserting::start(call, std::filesystem::path(path).lexically_normal().string());
+        call.run->fail(systemError(path).message +
+                       (demonstration ? "; \"resources/make-demo-disc build/demo\" makes it" : ""));
     } else {
-        endWith(call.run, call.unit.drive().insert(path));
+        Insertion::start(call, path, waits ? Inserted::Playing : Inserted::Taken);
     }
     return true;
 }
@@ -124,6 +74,10 @@ bool disc(CommandCall& call) {
         return false;
     }
     if (!hasDrive(call)) {
+        return true;
+    }
+    if (fault && DiscDrive::needsDisc(kind) && call.unit.drive().isEmpty()) {
+        call.run->fail("the drive is empty: there is nothing to read");
         return true;
     }
     if (fault) {

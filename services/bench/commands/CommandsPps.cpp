@@ -1,3 +1,4 @@
+#include "base/Nearest.h"
 #include "services/bench/commands/CommandProcessor.h"
 #include "services/bench/commands/JsonMessage.h"
 #include "services/bench/commands/PpsText.h"
@@ -20,6 +21,19 @@ std::string joined(const std::vector<std::string>& lines) {
     return text;
 }
 
+// Objects go by their name with and without the folder that all of them lie in.
+std::string objectName(CommandCall& call) {
+    const std::string word = call.arguments.word();
+    return word.starts_with("/pps/") ? word.substr(std::string_view("/pps/").size()) : word;
+}
+
+// Why an object could not be opened, and which one may be meant.
+std::string whyNot(CommandCall& call, const std::string& object, const std::string& error) {
+    const auto names = ppsList(call.unit.ppsSocket());
+    const std::string meant = names ? nearestWord(object, *names) : "";
+    return error + (meant.empty() || meant == object ? "" : "; did you mean \"" + meant + "\"?");
+}
+
 bool list(CommandCall& call) {
     if (!call.arguments.complete()) {
         return false;
@@ -35,14 +49,14 @@ bool list(CommandCall& call) {
 }
 
 bool get(CommandCall& call) {
-    const std::string object = call.arguments.word();
+    const std::string object = objectName(call);
     if (!call.arguments.complete()) {
         return false;
     }
     auto file = PpsFile::open(call.unit.ppsSocket(), "/pps/" + object, ReadOnly, 0);
     auto text = file ? file->read() : Result<std::string>(Error{file.error()});
     if (!text) {
-        call.run->fail(text.error());
+        call.run->fail(whyNot(call, object, text.error()));
         return true;
     }
     for (const auto& delta : ppsDeltas(*text)) {
@@ -53,7 +67,7 @@ bool get(CommandCall& call) {
 }
 
 bool put(CommandCall& call) {
-    const std::string object = call.arguments.word();
+    const std::string object = objectName(call);
     const auto lines = call.arguments.rest();
     if (!call.arguments.complete()) {
         return false;
@@ -130,7 +144,7 @@ private:
 bool watch(CommandCall& call) {
     const auto count = call.arguments.number("-n", 1);
     const auto milliseconds = call.arguments.seconds("-t");
-    const std::string object = call.arguments.word();
+    const std::string object = objectName(call);
     if (!call.arguments.complete()) {
         return false;
     }

@@ -7,7 +7,6 @@ namespace zm {
 
 namespace {
 
-constexpr const char* Object = "zelmar/disc/drive";
 constexpr int WriteOnlyCreate = 257;
 
 } // namespace
@@ -15,9 +14,16 @@ constexpr int WriteOnlyCreate = 257;
 DiscDrive::DiscDrive(EventLoop& loop, std::string ppsSocket) : m_loop(loop), m_socket(std::move(ppsSocket)) {}
 
 Status DiscDrive::start() {
-    auto opened = watch(m_loop, m_socket, [this](const std::string& state) {
-        m_state = state;
-        stateChanged();
+    auto opened = PpsWatch::open(m_loop, m_socket, Object, [this](const std::string& text) {
+        for (const auto& delta : ppsDeltas(text)) {
+            for (const auto& line : delta) {
+                std::string state;
+                if (ppsValue(line, "drivestate", state)) {
+                    m_state = state;
+                    stateChanged();
+                }
+            }
+        }
     });
     if (!opened) {
         return Error{opened.error()};
@@ -31,20 +37,6 @@ Status DiscDrive::start() {
     return ok();
 }
 
-Result<std::unique_ptr<PpsWatch>> DiscDrive::watch(EventLoop& loop, const std::string& ppsSocket,
-                                                   std::function<void(const std::string& state)> onState) {
-    return PpsWatch::open(loop, ppsSocket, Object, [onState = std::move(onState)](const std::string& text) {
-        for (const auto& delta : ppsDeltas(text)) {
-            for (const auto& line : delta) {
-                std::string state;
-                if (ppsValue(line, "drivestate", state)) {
-                    onState(state);
-                }
-            }
-        }
-    });
-}
-
 Status DiscDrive::insert(const std::string& path) {
     m_wanted = path;
     return ask(jsonText({{"op", "insert"}, {"path", path}}));
@@ -56,9 +48,7 @@ Status DiscDrive::eject() {
 }
 
 Status DiscDrive::fault(const std::string& kind) {
-    // Only a disc that is inside can be read wrongly.
-    const bool needsDisc = kind == "read" || kind == "noanswer";
-    m_fault = needsDisc && m_empty ? NoFault : kind;
+    m_fault = needsDisc(kind) && m_empty ? NoFault : kind;
     return ask(jsonText({{"op", "fault"}, {"kind", kind}}));
 }
 

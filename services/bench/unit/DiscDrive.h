@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace zm {
 
@@ -16,18 +17,19 @@ namespace zm {
  */
 class DiscDrive {
 public:
+    static constexpr const char* Object = "zelmar/disc/drive";
+
     DiscDrive(EventLoop& loop, std::string ppsSocket);
 
     /** Opens the object; the PPS service runs already. */
     Status start();
-    /** Hands each "drivestate" as JSON text to `onState`, the present one first. */
-    static Result<std::unique_ptr<PpsWatch>> watch(EventLoop& loop, const std::string& ppsSocket,
-                                                   std::function<void(const std::string& state)> onState);
     Status insert(const std::string& path);
     Status eject();
     /** Makes the drive fail: "read", "surface", "temperature", "region", "noanswer", "gone", or "none" again.
      */
     Status fault(const std::string& kind);
+    /** Whether only a disc that is inside can fail so. */
+    static bool needsDisc(std::string_view fault) { return fault == "read" || fault == "noanswer"; }
     /** The fault that it has: the last that it was given, until the disc has left or (for "gone") the next one came. */
     const std::string& activeFault() const { return m_fault; }
     /** The disc service has started anew. */
@@ -37,6 +39,7 @@ public:
 
     /** A disc that can be played is inside, or is read to find out. */
     bool holdsDisc() const { return m_holdsDisc; }
+    bool isEmpty() const { return m_empty; }
     /** The drive has taken in a disc that it was asked to insert (not one that it finds at its start). */
     std::function<void()> onInserted;
 

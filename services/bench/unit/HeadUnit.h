@@ -62,6 +62,8 @@ public:
     std::vector<Child*> children();
     Child* child(const std::string& name);
 
+    /** Whether the player comes to the front when a disc is inserted. */
+    bool discComesToFront() const;
     /** {"running","children","devices","time","language","theme","launcher","front","drive","fault","clock","revision"} for a
      * page. */
     Json state();
@@ -82,7 +84,6 @@ private:
     void applicationRuns();
     void applicationGone(bool inOrder);
     void applicationDown();
-    bool discComesToFront() const;
     void discInserted();
     Json welcome() const;
 

@@ -1,8 +1,7 @@
 #include "services/bench/Bench.h"
 
 #include "base/Paths.h"
-
-#include <glib.h>
+#include "services/bench/web/OpenPage.h"
 
 #include <cstdio>
 
@@ -54,7 +53,9 @@ void Bench::announce() {
     std::printf(m_url.empty() ? "ready\n" : "ready %s\n", m_url.c_str());
     std::fflush(stdout);
     if (m_options.open) {
-        openPage();
+        if (const auto opened = openPage(m_url, m_options.unit.runtimeDir); !opened) {
+            std::fprintf(stderr, "zmbench: no browser could be opened: %s\n", opened.error().c_str());
+        }
     }
 }
 
@@ -76,18 +77,6 @@ Result<std::string> Bench::startPage() {
     // The same one each time, so that a bookmark and a tunnel find it; a second bench takes another.
     auto url = m_page->start(UsualPort);
     return url ? url : m_page->start(0);
-}
-
-void Bench::openPage() const {
-    const char* const words[] = {"xdg-open", m_url.c_str(), nullptr};
-    GError* error = nullptr;
-    // A browser that says something does not say it on the bench's standard output.
-    const auto flags = GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL);
-    if (!g_spawn_async(nullptr, const_cast<char**>(words), nullptr, flags, nullptr, nullptr, nullptr,
-                       &error)) {
-        std::fprintf(stderr, "zmbench: no browser could be opened: %s\n", error->message);
-        g_error_free(error);
-    }
 }
 
 void Bench::runForPage(std::vector<std::string> words, std::function<void(WebBackend::Answer)> done) {

@@ -23,7 +23,6 @@ public:
 
 private:
     void announce();
-    void openPage() const;
     Result<std::string> startPage();
     void runForPage(std::vector<std::string> words, std::function<void(WebBackend::Answer)> done);
     WebState::Sources pageSources();

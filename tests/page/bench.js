@@ -35,8 +35,8 @@ export class Bench {
   }
 
   /** Starts the bench and a browser for its page. */
-  async startWithBrowser() {
-    await this.start();
+  async startWithBrowser(...options) {
+    await this.start(0, ...options);
     this.browser = await chromium.launch({
       executablePath: '/usr/bin/chromium',
       args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking', '--disable-component-update', '--disable-sync'],

@@ -66,7 +66,7 @@ test('the token in the URL becomes a cookie that opens the page', async () => {
   const first = await request(`/?token=${bench.token}`);
   assert.equal(first.status, 303);
   const cookie = first.headers['set-cookie'][0];
-  assert.match(cookie, /HttpOnly; SameSite=Strict/);
+  assert.match(cookie, /HttpOnly; SameSite=Lax/);
   assert.equal((await request('/', {headers: {Cookie: cookie.split(';')[0]}})).status, 200);
 });
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 
 namespace zm::test {
@@ -64,21 +65,27 @@ TEST_F(PageStart, WithoutAPortItIsTheUsualOne) {
     EXPECT_TRUE(found);
 }
 
-TEST_F(PageStart, OpenHandsTheUrlToTheDesktop) {
+TEST_F(PageStart, OpenLeadsTheDesktopsBrowserToThePageAndKeepsTheTokenFromOthers) {
     const std::string opener = folder + "/bin";
     std::filesystem::create_directory(opener);
     std::ofstream(opener + "/xdg-open")
-        << "#!/bin/sh\necho noise\nprintf '%s' \"$1\" >" << folder << "/opened\n";
+        << "#!/bin/sh\necho noise\nprintf '%s\\n' \"$*\" >" << folder << "/opened\n";
     ::chmod((opener + "/xdg-open").c_str(), 0755);
     const std::string path = std::getenv("PATH");
     ::setenv("PATH", (opener + ":" + path).c_str(), 1);
-    const std::string line = ready({"--port", "0", "--open"});
+    const std::string url = ready({"--port", "0", "--open"}).substr(std::string_view("ready ").size());
+    std::string opened;
     EXPECT_TRUE(eventually([&] {
         std::ifstream stream(folder + "/opened");
-        std::string url;
-        std::getline(stream, url);
-        return !url.empty() && line == "ready " + url;
+        return std::getline(stream, opened) && !stream.eof();
     }));
+    EXPECT_EQ(opened.find(url.substr(url.find("token=") + 6)), std::string::npos)
+        << "everybody can read a command line";
+    std::ifstream file(opened);
+    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(file), {}),
+                HasSubstr("http-equiv=\"refresh\" content=\"0;url=" + url + "\""));
+    EXPECT_EQ(std::filesystem::status(opened).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     EXPECT_EQ(bench->line(std::chrono::milliseconds(100)), "") << "standard output is the bench's own";
     endBench();
     ::setenv("PATH", folder.c_str(), 1);

@@ -83,7 +83,8 @@ WebGuard::WebGuard(const std::string& tokenFile)
     : m_token(makeToken(tokenFile)), m_cookieName(cookieName(m_token)) {}
 
 std::string WebGuard::cookieHeader() const {
-    return m_cookieName + "=" + m_token + "; HttpOnly; SameSite=Strict; Path=/";
+    // Lax: also a browser that was led here by a file or by another page finds the page. No GET changes anything.
+    return m_cookieName + "=" + m_token + "; HttpOnly; SameSite=Lax; Path=/";
 }
 
 bool WebGuard::isToken(const std::string& text) const {

@@ -195,4 +195,24 @@ TEST_F(ApplicationByHand, AnObjectThatCannotBeOpenedSpoilsNeitherStartNorEnd) {
     EXPECT_THAT(steps(), testing::Contains("5 [main]-main end"));
 }
 
+/** The application as the bench starts it. */
+using StartUp = SystemTest;
+
+TEST_F(StartUp, APlayerThatLacksAnObjectStaysAwayOnceTheDriverHasQuitIt) {
+    startManual();
+    const auto ended = [this] { return must({"ps"}) == "app - not running\n"; };
+    must({"app", "quit"});
+    ASSERT_TRUE(eventually(ended));
+    // The object's name belongs to a folder from now on.
+    ASSERT_TRUE(ppsUnlink(ppsSocket(folder), "/pps/zelmar/disc/mpeginfo"));
+    must({"pps", "put", "zelmar/disc/mpeginfo/inside", "a::1"});
+    must({"app", "start"});
+    playMusic();
+    must({"app", "quit"});
+    EXPECT_TRUE(eventually(ended)) << must({"ps"});
+    // One that failed is named with its deaths and comes back after 0.1 s.
+    must({"wait", "500"});
+    EXPECT_TRUE(ended()) << must({"ps"});
+}
+
 } // namespace zm::test

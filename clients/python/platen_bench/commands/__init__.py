@@ -1,0 +1,1 @@
+"""The commands of zmctl as methods, a module for each subject."""

@@ -1,0 +1,109 @@
+"""The bench itself: log, clock, processes."""
+
+from __future__ import annotations
+
+import re
+from collections import deque
+from dataclasses import dataclass
+from typing import Deque, Dict, Iterator, List, Optional
+
+from .base import Caller, Stream, form, lines_of
+
+_PROCESS = re.compile(r"(\S+) (\d+|-) (.*?)(?: \(deaths: (\d+)\))?")
+
+
+@dataclass(frozen=True)
+class LogEntry:
+    """One line of the system log."""
+
+    time: str  #: "2015-09-09T10:08:13.042", local time
+    severity: int  #: 0 the gravest to 7
+    text: str
+
+    @staticmethod
+    def of(line: str) -> "LogEntry":
+        """From a line of `log --time`."""
+        moment, severity, text = (line.split(" ", 2) + ["", ""])[:3]
+        return LogEntry(moment, int(severity), text)
+
+
+@dataclass(frozen=True)
+class Process:
+    """A child of the bench."""
+
+    pid: int  #: 0 if it does not run
+    state: str  #: "running", or how it ended
+    deaths: int  #: how often it died since the bench began
+
+
+class Following(Iterator[LogEntry]):
+    """Lines of the log as they are written; an iterator that `close` or the end of its `with` block ends."""
+
+    def __init__(self, stream: Stream) -> None:
+        self._stream = stream
+        self._waiting: Deque[LogEntry] = deque()
+
+    def next(self, timeout: Optional[float] = None) -> LogEntry:
+        """The next line. Raises TimeoutError if there is none within `timeout` seconds."""
+        while not self._waiting:
+            text = self._stream.next(timeout)
+            if text is None:
+                raise TimeoutError(f"nothing was logged within {timeout} s")
+            self._waiting.extend(LogEntry.of(line) for line in lines_of(text))
+        return self._waiting.popleft()
+
+    def __next__(self) -> LogEntry:
+        return self.next()
+
+    def close(self) -> None:
+        """Stops following."""
+        self._stream.close()
+
+    def __enter__(self) -> "Following":
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.close()
+
+
+class SystemCommands(Caller):
+    """Log, clock and processes."""
+
+    def log(self, count: Optional[int] = None) -> List[LogEntry]:
+        """The last `count` lines of the system log (None: all), oldest first."""
+        output = self.command("log", *([] if count is None else ["-n", count]), "--time")
+        return [LogEntry.of(line) for line in lines_of(output)]
+
+    @form("log [-n N] [--time] [--follow]")
+    def follow_log(self, count: int = 0) -> Following:
+        """The last `count` lines of the log and then what is written from now on."""
+        return Following(self.stream(["log", "-n", str(count), "--time", "--follow"]))
+
+    @form("clock advance MS")
+    def advance(self, seconds: float) -> None:
+        """Moves the stopped clock on: every timer of the application that falls due fires. Then settles.
+
+        Raises CommandFailed if the clock runs by itself (a bench without `clock="stopped"`).
+        """
+        self.command("clock", "advance", round(seconds * 1000))
+
+    @form("settle [-t SECONDS]")
+    def settle(self, seconds: float = 10) -> None:
+        """Returns when nothing moves any more. Raises CommandFailed if it still does after `seconds`."""
+        self.command("settle", "-t", seconds)
+
+    @form("ps")
+    def processes(self) -> Dict[str, Process]:
+        """The children by name: "app" is the application, "disc" the disc service."""
+        found = {}
+        for line in lines_of(self.ask(["ps"])):
+            match = _PROCESS.fullmatch(line)
+            if match:
+                name, pid, state, deaths = match.groups()
+                found[name] = Process(0 if pid == "-" else int(pid), state, int(deaths or 0))
+        return found
+
+    @form("kill app|disc")
+    def kill(self, name: str) -> None:
+        """Kills "app" or "disc" as a crash would. Raises CommandFailed if it does not run."""
+        self.command("kill", name)

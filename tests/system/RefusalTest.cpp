@@ -84,6 +84,13 @@ TEST_F(Refusal, AWordThatFitsNoFormNamesTheNearest) {
     EXPECT_THAT(mustFail({"monkey", "--sead", "3"}, 2), HasSubstr("did you mean \"--seed\"?"));
 }
 
+TEST_F(Refusal, AnEmptyWordIsNoName) {
+    startManual();
+    EXPECT_THAT(mustFail({"tap", ""}, 2), HasSubstr("an empty text is on every item"));
+    EXPECT_THAT(mustFail({"insert", ""}, 2), HasSubstr("does not fit behind \"zmctl insert\""));
+    EXPECT_THAT(mustFail({"language", ""}), HasSubstr("there is en, de, zh, ar"));
+}
+
 TEST_F(Refusal, WithoutABenchThoseThatRunAreNamed) {
     startManual();
     const TemporaryFolder other;

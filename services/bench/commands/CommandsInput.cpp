@@ -72,6 +72,9 @@ bool touch(CommandCall& call) {
 bool tap(CommandCall& call) {
     const int hold = call.arguments.number("--hold", 0).value_or(0);
     const std::string name = call.arguments.word();
+    if (name.empty()) {
+        call.arguments.refuse("an empty text is on every item");
+    }
     if (!call.arguments.complete()) {
         return false;
     }

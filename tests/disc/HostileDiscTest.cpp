@@ -102,10 +102,21 @@ std::string bigEndian(uint32_t number) {
     return bytes;
 }
 
+enum PngColours : char { Grey = 0, TrueColour = 2, TrueColourAlpha = 6 };
+
 // A PNG that says so, with the data of a small one; whoever believes it asks for that much memory.
-std::string pngOf(uint32_t width, uint32_t height) {
+std::string pngOf(uint32_t width, uint32_t height, char depth = 8, PngColours colours = TrueColour,
+                  bool interlaced = false) {
     std::string bytes = readFile(sample({"small.png", "-f lavfi -i color=red:size=64x64 -frames:v 1"}));
-    return bytes.replace(16, 8, bigEndian(width) + bigEndian(height));
+    return bytes.replace(16, 13,
+                         bigEndian(width) + bigEndian(height) + depth + static_cast<char>(colours) +
+                             std::string(2, '\0') + (interlaced ? '\1' : '\0'));
+}
+
+// A grey one with a colour that is seen through: it is decoded with four channels.
+std::string pngWithTransparency(uint32_t width, uint32_t height) {
+    std::string bytes = pngOf(width, height, 8, Grey);
+    return bytes.insert(33, bigEndian(2) + "tRNS" + std::string(6, '\0'));
 }
 
 std::string jpegOf(uint16_t width, uint16_t height) {
@@ -113,6 +124,25 @@ std::string jpegOf(uint16_t width, uint16_t height) {
     const size_t frame = bytes.find("\xFF\xC0");
     EXPECT_NE(frame, std::string::npos);
     return bytes.replace(frame + 5, 4, bigEndian(uint32_t{height} << 16 | width));
+}
+
+// Not larger than others, but it says all over again what is in a whole picture, in a few bytes each time.
+std::string jpegInScans(int count) {
+    std::string bytes = readFile(sample({"small.jpg", "-f lavfi -i color=red:size=64x64 -frames:v 1"}));
+    const size_t scan = bytes.find("\xFF\xDA");
+    const std::string one = bytes.substr(scan, bytes.size() - 2 - scan);
+    for (int i = 1; i < count; ++i) {
+        bytes.insert(scan, one);
+    }
+    return bytes;
+}
+
+// A decoder that meets the second frame believes that one.
+std::string jpegInDisguise() {
+    std::string bytes = jpegOf(64, 64);
+    const std::string large = jpegOf(65000, 65000);
+    const size_t frame = large.find("\xFF\xC0");
+    return bytes.insert(bytes.find("\xFF\xDA"), large.substr(frame, 19));
 }
 
 struct BombRow {
@@ -194,7 +224,21 @@ INSTANTIATE_TEST_SUITE_P(
     All, PictureBomb,
     testing::Values(BombRow{"Png", [] { return pngOf(20000, 20000); }},
                     BombRow{"HugePng", [] { return pngOf(0x7FFFFFFF, 0x7FFFFFFF); }},
+                    BombRow{"PngOfManyBytes", [] { return pngOf(9999, 9999, 8, TrueColourAlpha); }},
+                    BombRow{"DeepPng", [] { return pngOf(5200, 5200, 16, TrueColourAlpha); }},
+                    BombRow{"InterlacedPng", [] { return pngOf(5800, 5800, 8, TrueColourAlpha, true); }},
+                    BombRow{"TransparentPng", [] { return pngWithTransparency(9999, 9999); }},
                     BombRow{"Jpeg", [] { return jpegOf(65000, 65000); }},
+                    BombRow{"ProgressiveJpeg",
+                            [] {
+                                std::string bytes = jpegOf(9999, 9999);
+                                const size_t frame = bytes.find("\xFF\xC0");
+                                bytes[frame + 1] = '\xC2';
+                                bytes[frame + 11] = '\x11'; // no component is smaller than another
+                                return bytes;
+                            }},
+                    BombRow{"JpegInScans", [] { return jpegInScans(65); }},
+                    BombRow{"JpegInDisguise", jpegInDisguise},
                     BombRow{"Gif", [] { return "GIF89a" + std::string("\x60\xEA\x60\xEA\0\0\0;", 8); }},
                     BombRow{"Bmp",
                             [] {
@@ -214,4 +258,28 @@ TEST_F(Pictures, ALargeJpegIsMadeSmallerWhileItIsDecoded) {
     EXPECT_TRUE(m_unit.pictures().waitFor(300, MiddleY, red));
     EXPECT_TRUE(m_unit.pictures().waitFor(500, MiddleY, blue));
     EXPECT_TRUE(m_unit.pictures().waitFor(100, MiddleY, black)) << "it keeps its shape";
+}
+
+TEST_F(Pictures, AFilmBehindAPhotoIsNoPartOfIt) {
+    // As telephones append one: here a picture that nobody could decode.
+    writeFile(m_disc / "1.jpg",
+              readFile(sample({"small.jpg", "-f lavfi -i color=red:size=64x64 -frames:v 1"})) +
+                  jpegOf(65000, 65000));
+    play();
+    EXPECT_TRUE(shows(red));
+}
+
+TEST_F(Pictures, WhatTheDecoderWouldGetWrongIsRefusedInWords) {
+    writeFile(m_disc / "1.png", pngOf(64, 64, 16, TrueColour));
+    std::string printed = jpegOf(64, 64);
+    printed[printed.find("\xFF\xC0") + 9] = 4;
+    writeFile(m_disc / "2.jpg", printed);
+    m_unit.startService(m_disc.path().string());
+    m_unit.command(187, 1, 0);
+    m_unit.nextState(PlayState::Error);
+    const std::string log = readFile(zm::logFile(m_unit.runtime()));
+    EXPECT_NE(log.find("1.png: a PNG of three times 16 bits"), std::string::npos) << log;
+    EXPECT_NE(log.find("2.jpg: a photo in other colours than grey, or red, green and blue"),
+              std::string::npos)
+        << log;
 }

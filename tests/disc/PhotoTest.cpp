@@ -144,6 +144,19 @@ TEST_P(PhotoFormat, ThatIsBrokenIsRefusedAndTheNextOneFollows) {
 
 INSTANTIATE_TEST_SUITE_P(Files, PhotoFormat, testing::Values("jpg", "png", "bmp", "gif"));
 
+TEST_F(Pictures, PhotosOf16BitsAreShown) {
+    place(sample({"deep.png", "-f lavfi -i color=red:size=80x48 -pix_fmt rgba64be -frames:v 1"}),
+          m_disc / "p.png");
+    play();
+    EXPECT_TRUE(shows(red));
+}
+
+TEST_F(Pictures, APngOfTwentyFourMegapixelsIsShown) {
+    place(plainPhoto("red", "6000x4000"), m_disc / "p.png");
+    play();
+    EXPECT_TRUE(shows(red));
+}
+
 TEST_F(Pictures, PhotosKeepTheirShape) {
     place(plainPhoto("red", "240x240"), m_disc / "p.png");
     play();

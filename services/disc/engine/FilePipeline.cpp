@@ -30,11 +30,7 @@ constexpr Milliseconds WorkTime{20};
 constexpr int VideoFlags = 0x01 | 0x02 | 0x04 | 0x20;
 constexpr int PhotoFlags = 0x01 | 0x40;
 
-// A photo is decoded to no fewer pixels than this, which the screen shows when it is enlarged three times.
-constexpr uint64_t PhotoPixels = uint64_t{3 * PictureWidth} * (3 * PictureHeight);
 constexpr const char* ScalingDecoder = "avdec_mjpeg";
-// Its greatest step: a quarter of both sides.
-constexpr int MostHalvings = 2;
 
 Milliseconds processorTime() {
     timespec used{};
@@ -144,11 +140,7 @@ void FilePipeline::fitPhoto(GstElement* part) {
     if (!factory || std::string_view(gst_plugin_feature_get_name(factory)) != ScalingDecoder) {
         return;
     }
-    int halvings = 0;
-    while (halvings < MostHalvings && m_source->photo().pixels() >> (2 * halvings + 2) >= PhotoPixels) {
-        ++halvings;
-    }
-    g_object_set(part, "lowres", halvings, nullptr);
+    g_object_set(part, "lowres", static_cast<int>(m_source->photo().halvings), nullptr);
 }
 
 // An error or an end that never arrives must not be waited for until somebody loses patience.

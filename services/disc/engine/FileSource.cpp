@@ -8,8 +8,6 @@ namespace zm::disc {
 namespace {
 
 constexpr uint64_t MaxPhotoBytes = 256u << 20;
-// A picture of this size takes some hundred megabytes while it is decoded.
-constexpr uint64_t MaxPhotoPixels = 100'000'000;
 
 // The only GIF decoder wants whole images. The element that would cut the file into them never notices the
 // file's end and keeps a processor busy for ever, so that it is passed by: the first image is all we show.
@@ -61,11 +59,12 @@ Status FileSource::open() {
     if (!header) {
         return Error{header.error()};
     }
-    if (header->pixels() > MaxPhotoPixels) {
-        return Error{"too large a photo: " + std::to_string(header->width) + " x " +
-                     std::to_string(header->height)};
+    if (auto showable = header->showable(); !showable) {
+        return showable;
     }
     m_header = *header;
+    // What follows the picture (a film, a preview) would be taken for another one.
+    bytes.resize(static_cast<size_t>(m_header.length));
     m_photo = bufferOf(std::move(bytes));
     return ok();
 }

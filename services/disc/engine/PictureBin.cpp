@@ -14,8 +14,9 @@ namespace {
 // Scaling and conversion in two steps take half the time of both in one, as each has its fast way then. A
 // photo, which is only converted once, keeps all its colours in one.
 std::string description(PictureKind kind) {
-    // First as the camera was held, then as the user wants it.
-    return "videoflip video-direction=auto ! videoflip name=turn ! videocrop name=crop ! "
+    // First as the camera was held, then as the user wants it. A photo may have colours that cannot be turned.
+    return std::string(kind == PictureKind::Photo ? "videoconvert name=first ! " : "") +
+           "videoflip video-direction=auto ! videoflip name=turn ! videocrop name=crop ! "
            "videoconvertscale add-borders=true ! video/x-raw,format=" +
            std::string(kind == PictureKind::Photo ? "BGRx" : "I420") +
            ",width=" + std::to_string(PictureWidth) + ",height=" + std::to_string(PictureHeight) +
@@ -88,7 +89,10 @@ PictureBin::PictureBin(FrameSink& frames, PictureKind kind) : m_frames(frames) {
 
 // Told of the screen's size, the player's own scaler would fit pictures to it before they are turned.
 void PictureBin::takeAnySize() {
-    m_accepted.reset(gst_caps_intersect(templateOf(m_turn.get()).get(), templateOf(m_crop.get()).get()));
+    const GstOwned<GstElement> first(gst_bin_get_by_name(GST_BIN(m_bin.get()), "first"));
+    m_accepted = first ? templateOf(first.get())
+                       : GstOwned<GstCaps>(gst_caps_intersect(templateOf(m_turn.get()).get(),
+                                                              templateOf(m_crop.get()).get()));
     auto onQuery = +[](GstPad*, GstPadProbeInfo* info, gpointer self) {
         GstQuery* query = gst_pad_probe_info_get_query(info);
         if (GST_QUERY_TYPE(query) != GST_QUERY_CAPS) {

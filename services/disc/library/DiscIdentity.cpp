@@ -17,7 +17,8 @@ constexpr char Separator = '\0';
 void DiscIdentity::addFile(const std::string& path, uint64_t size, std::string_view title,
                            std::string_view album) {
     std::string part = path;
-    for (const std::string_view field : {std::string_view(std::to_string(size)), title, album}) {
+    const std::string bytes = std::to_string(size);
+    for (const std::string_view field : {std::string_view(bytes), title, album}) {
         part.append(1, Separator).append(field);
     }
     m_parts.push_back(std::move(part));

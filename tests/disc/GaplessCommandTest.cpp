@@ -169,6 +169,70 @@ TEST_F(Gapless, ASongThatEndsInDamageIsHeardAsFarAsItGoes) {
     EXPECT_GT(heard[0].count, First + Second / 3);
 }
 
+namespace {
+
+/** Long blocks, each of them handed over at its beginning: the decoder has passed on to the second song while most of
+ * the first one's last block is still heard. */
+class GaplessPassedOn : public Gapless {
+protected:
+    static constexpr size_t Block = 65535;
+    static constexpr size_t Song = 3 * Block;
+
+    void playToTheLastBlock() {
+        writePieces(noise, {Song, Song}, "flac", "-frame_size 65535");
+        playOnce(disc());
+        nextTime(3, 3);
+    }
+};
+
+} // namespace
+
+TEST_F(GaplessPassedOn, ASeekComesBack) {
+    playToTheLastBlock();
+    m_unit.command(185, 1);
+    nextTime(1, 1);
+    const auto heard = passages(waitForTheEnd(), 2 * Song);
+    ASSERT_EQ(heard.size(), 2u);
+    EXPECT_EQ(heard[0], (Passage{0, Song})) << "all blocks had been handed over";
+    EXPECT_EQ(heard[1], (Passage{44100, 2 * Song - 44100}));
+}
+
+TEST_F(GaplessPassedOn, FastBackwardComesBack) {
+    playToTheLastBlock();
+    const size_t begin = m_unit.recorder().all().size();
+    m_unit.command(4);
+    m_unit.nextState(PlayState::Backward);
+    nextTime(1, 2);
+    m_unit.command(5);
+    m_unit.nextState(PlayState::Playing);
+    EXPECT_EQ(published("trackinfo", begin), 0u) << "it is the first song still";
+    const auto heard = passages(waitForTheEnd(), 2 * Song);
+    ASSERT_EQ(heard.size(), 2u);
+    EXPECT_EQ(heard[0], (Passage{0, Song}));
+    EXPECT_EQ(heard[1].first + heard[1].count, 2 * Song);
+    EXPECT_LT(heard[1].first, Song);
+}
+
+TEST_F(GaplessPassedOn, AModeChosenThenCounts) {
+    playToTheLastBlock();
+    m_unit.command(9, RepeatOne);
+    nextTrack(1, 1);
+    nextTime(0, 0);
+    nextTime(1, 1);
+}
+
+TEST_F(GaplessPassedOn, APauseHoldsIt) {
+    playToTheLastBlock();
+    m_unit.command(130);
+    m_unit.nextState(PlayState::Paused);
+    const size_t begin = m_unit.recorder().all().size();
+    EXPECT_FALSE(m_unit.follows("discstate", "2", 2000ms));
+    EXPECT_EQ(published("trackinfo", begin), 0u);
+    m_unit.command(131);
+    nextTrack(1, 2);
+    nextTime(1, 1);
+}
+
 #ifndef __SANITIZE_THREAD__
 TEST_F(Gapless, ADecoderThatDiesWhileItPreparesIsReplaced) {
     writeTwo();

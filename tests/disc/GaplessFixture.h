@@ -29,12 +29,12 @@ protected:
 
     // Cuts one sound into files.
     void writePieces(Sound (*sound)(size_t, size_t), const std::vector<size_t>& lengths,
-                     const std::string& extension, const std::string& options) {
+                     const std::string& extension, const std::string& options, uint32_t rate = 44100) {
         size_t first = 0;
         int number = 0;
         for (const size_t frames : lengths) {
             const std::string wav = m_folder / "piece.wav";
-            writeFile(wav, wavOf(sound(first, frames)));
+            writeFile(wav, wavOf(sound(first, frames), rate));
             const std::string target = m_disc / (std::to_string(++number) + "." + extension);
             const std::string command =
                 "ffmpeg -nostdin -v error -y -i '" + wav + "' " + options + " '" + target + "'";

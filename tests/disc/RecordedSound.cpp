@@ -10,8 +10,6 @@ namespace zm::test {
 
 namespace {
 
-constexpr uint32_t Rate = 44100;
-
 uint32_t mixed(uint64_t number) {
     number = (number ^ (number >> 30)) * 0xBF58476D1CE4E5B9u;
     number = (number ^ (number >> 27)) * 0x94D049BB133111EBu;
@@ -34,15 +32,16 @@ Sound noise(size_t first, size_t frames) {
     return sound;
 }
 
-Sound waves(size_t first, size_t frames) {
+Sound hiss(size_t first, size_t frames) {
+    constexpr size_t Mixed = 4;
+    const Sound raw = noise(first, frames + Mixed - 1);
     Sound sound;
-    for (size_t i = first; i < first + frames; ++i) {
-        const double seconds = static_cast<double>(i) / Rate;
-        // Its pitch wanders, so that no other place sounds alike.
-        const double left = std::sin(2 * M_PI * (300 * seconds + 20 * std::sin(seconds * 1.7)));
-        const double right = std::sin(2 * M_PI * (450 * seconds + 15 * std::sin(seconds * 2.3)));
-        sound.push_back(static_cast<int16_t>(std::lround(12000 * left)));
-        sound.push_back(static_cast<int16_t>(std::lround(12000 * right)));
+    for (size_t i = 0; i < 2 * frames; ++i) {
+        int sum = 0;
+        for (size_t k = 0; k < Mixed; ++k) {
+            sum += raw[i + 2 * k];
+        }
+        sound.push_back(static_cast<int16_t>(sum / 12));
     }
     return sound;
 }
@@ -58,7 +57,7 @@ std::string bytesOf(const Sound& sound) {
     return {reinterpret_cast<const char*>(sound.data()), sound.size() * sizeof(int16_t)};
 }
 
-std::string wavOf(const Sound& sound) {
+std::string wavOf(const Sound& sound, uint32_t rate) {
     const std::string bytes = bytesOf(sound);
     const auto size = static_cast<uint32_t>(bytes.size());
     std::string header = "RIFF";
@@ -67,8 +66,8 @@ std::string wavOf(const Sound& sound) {
     put(header, 16, 4);
     put(header, 1, 2);
     put(header, 2, 2);
-    put(header, Rate, 4);
-    put(header, Rate * 4, 4);
+    put(header, rate, 4);
+    put(header, rate * 4, 4);
     put(header, 4, 2);
     put(header, 16, 2);
     header += "data";
@@ -123,6 +122,22 @@ double likeness(const int16_t* a, const int16_t* b, size_t samples) {
         second += double(b[i]) * b[i];
     }
     return first > 0 && second > 0 ? both / std::sqrt(first * second) : 0;
+}
+
+int latenessAt(const Sound& heard, const Sound& wanted, size_t at) {
+    constexpr int Most = 5;
+    constexpr size_t Window = 1000;
+    int best = -Most;
+    double most = -1;
+    for (int late = -Most; late <= Most; ++late) {
+        const auto begin = 2 * static_cast<std::ptrdiff_t>(at);
+        const double like = likeness(heard.data() + begin + 2 * late, wanted.data() + begin, 2 * Window);
+        if (like > most) {
+            most = like;
+            best = late;
+        }
+    }
+    return best;
 }
 
 } // namespace zm::test

@@ -13,13 +13,13 @@ using Sound = std::vector<int16_t>;
 
 /** Noise that never repeats, the same each time; `frames` of it from the frame `first` on. */
 Sound noise(size_t first, size_t frames);
-/** As `noise`, without what a lossy format leaves out: slow waves that never repeat. */
-Sound waves(size_t first, size_t frames);
+/** As `noise`, but softer and deeper, as lossy formats keep it. */
+Sound hiss(size_t first, size_t frames);
 
 /** What ZM_SOUND has written. */
 Sound recordedSound(const std::string& path);
 /** The bytes of a WAV file of it. */
-std::string wavOf(const Sound& sound);
+std::string wavOf(const Sound& sound, uint32_t rate = 44100);
 /** The bare bytes of it, as on a CD. */
 std::string bytesOf(const Sound& sound);
 
@@ -36,5 +36,8 @@ std::vector<Passage> passagesOfNoise(const Sound& heard, size_t frames);
 
 /** How alike two pieces of the same size are: 1 the same, 0 nothing in common. */
 double likeness(const int16_t* a, const int16_t* b, size_t samples);
+/** By how many frames `heard` is late against `wanted` around the frame `at`, at most 5 either way; as they are most
+ * alike. */
+int latenessAt(const Sound& heard, const Sound& wanted, size_t at);
 
 } // namespace zm::test

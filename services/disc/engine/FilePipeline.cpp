@@ -374,6 +374,7 @@ void FilePipeline::choose(const StreamChoice& choice) {
 bool FilePipeline::jump(Milliseconds position, Precision precision) {
     const int how = precision == Precision::Exact ? GST_SEEK_FLAG_ACCURATE
                                                   : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE;
+    m_target = position;
     m_seeking = gst_element_seek(m_player.get(), 1.0, GST_FORMAT_TIME,
                                  static_cast<GstSeekFlags>(GST_SEEK_FLAG_FLUSH | how), GST_SEEK_TYPE_SET,
                                  toClock(position), GST_SEEK_TYPE_NONE, -1);
@@ -467,6 +468,9 @@ bool FilePipeline::comeBack(Milliseconds position) {
 Milliseconds FilePipeline::position() const {
     if (m_music && m_music->passedOn()) {
         return std::max(m_lengthBefore - m_music->left(), Milliseconds{0});
+    }
+    if (m_seeking) {
+        return m_target;
     }
     gint64 time = 0;
     gst_element_query_position(m_player.get(), GST_FORMAT_TIME, &time);

@@ -89,6 +89,7 @@ private:
     int m_scanSpeed = 0;
     Milliseconds m_scanPosition{0};
     bool m_seeking = false;
+    Milliseconds m_target{0}; ///< of a seek under way
 };
 
 } // namespace zm::disc

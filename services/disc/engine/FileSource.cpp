@@ -45,6 +45,13 @@ Status FileSource::open() {
         return Error{size.error()};
     }
     m_size = *size;
+    if (m_kind == MediaKind::Music) {
+        const auto read = [this](uint64_t offset, size_t bytes) {
+            const std::vector<char> found = m_feed->read(offset, bytes);
+            return std::string(found.begin(), found.end());
+        };
+        m_sound = readSoundRange(read, m_size);
+    }
     if (m_kind != MediaKind::Photo) {
         return ok();
     }
@@ -78,6 +85,17 @@ bool FileSource::isQuiet(std::chrono::milliseconds time) const {
            Clock::now().time_since_epoch().count() - m_lastRead >= Clock::duration(time).count();
 }
 
+void FileSource::patch(uint64_t offset, std::vector<char>& bytes) const {
+    for (const auto& each : m_sound.patches) {
+        for (size_t i = 0; i < each.bytes.size(); ++i) {
+            const uint64_t place = each.offset + i;
+            if (place >= offset && place < offset + bytes.size()) {
+                bytes[static_cast<size_t>(place - offset)] = each.bytes[i];
+            }
+        }
+    }
+}
+
 GstOwned<GstBuffer> FileSource::read(uint64_t offset, size_t size) {
     if (m_kind == MediaKind::Photo) {
         return GstOwned<GstBuffer>(offset == 0 && m_photo ? gst_buffer_ref(m_photo.get()) : nullptr);
@@ -85,7 +103,9 @@ GstOwned<GstBuffer> FileSource::read(uint64_t offset, size_t size) {
     ++m_reads;
     auto buffer = [&] {
         const std::lock_guard lock(m_mutex);
-        return bufferOf(m_feed->read(offset, size));
+        std::vector<char> bytes = m_feed->read(offset, size);
+        patch(offset, bytes);
+        return bufferOf(std::move(bytes));
     }();
     m_lastRead = Clock::now().time_since_epoch().count();
     --m_reads;

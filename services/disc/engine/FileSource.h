@@ -10,6 +10,7 @@
 #include <chrono>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace zm::disc {
 
@@ -42,6 +43,7 @@ public:
     GstOwned<GstBuffer> read(uint64_t offset, size_t size) override;
 
 private:
+    void patch(uint64_t offset, std::vector<char>& bytes) const;
     using Clock = std::chrono::steady_clock;
 
     std::shared_ptr<ByteFeed> m_feed;

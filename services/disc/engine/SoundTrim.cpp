@@ -39,10 +39,21 @@ void SoundTrim::take(GstEvent*& event) {
         GstCaps* caps = nullptr;
         gst_event_parse_caps(event, &caps);
         gst_audio_info_from_caps(&m_info, caps);
+        count();
     } else if (GST_EVENT_TYPE(event) == GST_EVENT_SEGMENT) {
         const GstSegment* segment = nullptr;
         gst_event_parse_segment(event, &segment);
         gst_segment_copy_into(segment, &m_segment);
+    }
+}
+
+// Some decoders give twice the samples that the file counts in.
+void SoundTrim::count() {
+    const auto rate = static_cast<int64_t>(m_info.rate);
+    m_sound = m_range;
+    if (m_range.rate > 0 && m_range.rate != rate) {
+        m_sound.first = m_range.first * rate / m_range.rate;
+        m_sound.count = m_range.count * rate / m_range.rate;
     }
 }
 
@@ -73,9 +84,9 @@ GstPadProbeReturn SoundTrim::cut(GstBuffer*& buffer) {
     const auto* meta = gst_buffer_get_audio_meta(buffer);
     const auto count = static_cast<int64_t>(
         meta ? meta->samples : gst_buffer_get_size(buffer) / static_cast<size_t>(m_info.bpf));
-    const int64_t place = placeOf(buffer, count) - m_range.first;
+    const int64_t place = placeOf(buffer, count) - m_sound.first;
     const int64_t begin = std::max(place, samplesIn(m_segment.start));
-    int64_t end = std::min(place + count, m_range.count);
+    int64_t end = std::min(place + count, m_sound.count);
     if (GST_CLOCK_TIME_IS_VALID(m_segment.stop)) {
         end = std::min(end, samplesIn(m_segment.stop));
     }

@@ -25,12 +25,14 @@ public:
 private:
     GstPadProbeReturn see(GstPadProbeInfo* info);
     void take(GstEvent*& event);
+    void count();
     GstPadProbeReturn cut(GstBuffer*& buffer);
     int64_t samplesIn(GstClockTime time) const;
     GstClockTime timeOf(int64_t samples) const;
     int64_t placeOf(GstBuffer* buffer, int64_t count);
 
     SoundRange m_range;
+    SoundRange m_sound; ///< the same in the decoder's samples
     GstAudioInfo m_info{};
     GstSegment m_segment{};
     int64_t m_next = 0; ///< of the decoded samples, the one after the last buffer

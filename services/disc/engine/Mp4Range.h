@@ -1,0 +1,10 @@
+#pragma once
+
+#include "services/disc/engine/SoundRange.h"
+
+namespace zm::disc {
+
+/** The sound of an MP4 file with one track: by its edit list, or by the tag "iTunSMPB". */
+std::optional<SoundRange> readMp4Range(const ReadBytes& read);
+
+} // namespace zm::disc

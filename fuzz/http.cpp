@@ -1,9 +1,10 @@
 // What the page's server gets from the network. The first line chooses: "body" a command's body, "page" a
 // message of a page, "headers" four header lines (host, origin, cookie, authorization).
+#include "base/JsonMessage.h"
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
-#include "services/bench/commands/JsonMessage.h"
+#include "services/bench/commands/CommandRequest.h"
 #include "services/bench/screen/Compositor.h"
 #include "services/bench/web/WebGuard.h"
 #include "services/bench/web/WebScreen.h"

@@ -1,10 +1,10 @@
 // Messages of a client to the compositor, one a line. "@BYTES SEALS MESSAGE" sends a memory file of that size
 // and with those seals along.
+#include "base/JsonMessage.h"
 #include "base/Socket.h"
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
-#include "services/bench/commands/JsonMessage.h"
 #include "services/bench/screen/Compositor.h"
 #include "services/ctl/Numbers.h"
 

@@ -5,6 +5,7 @@
 #include "fuzz/support/Scratch.h"
 #include "platform/linux/pps/PpsFile.h"
 #include "services/bench/commands/CommandProcessor.h"
+#include "services/bench/commands/CommandRequest.h"
 #include "services/ctl/ShellWords.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "services/disc/Drive.h"
 
-#include "services/disc/Log.h"
 #include "services/disc/dvd/DvdPlayer.h"
+#include "services/disc/log/Log.h"
 #include "services/disc/medium/OpenMedium.h"
 #include "services/disc/player/FilePlayer.h"
 

@@ -1,11 +1,10 @@
 #include "services/disc/PpsInbox.h"
 
+#include "base/Threads.h"
 #include "sys/pps.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
-
-#include <system_error>
 
 namespace zm::disc {
 
@@ -27,11 +26,11 @@ PpsInbox::~PpsInbox() {
 }
 
 Status PpsInbox::start() {
-    try {
-        m_thread = std::thread([this] { run(); });
-    } catch (const std::system_error& error) {
-        return Error{std::string("the objects cannot be read, no thread can be started: ") + error.what()};
+    auto thread = startThread("the objects cannot be read, no thread can be started", [this] { run(); });
+    if (!thread) {
+        return Error{thread.error()};
     }
+    m_thread = std::move(*thread);
     return ok();
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Mailbox.h"
 #include "base/Result.h"
 #include "base/UniqueFd.h"
 #include "platform/linux/pps/PpsFile.h"
-#include "services/disc/Mailbox.h"
 
 #include <functional>
 #include <memory>

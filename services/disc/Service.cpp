@@ -1,7 +1,7 @@
 #include "services/disc/Service.h"
 
 #include "base/Paths.h"
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,10 +1,10 @@
 #include "base/About.h"
 #include "base/Paths.h"
-#include "services/disc/Log.h"
 #include "services/disc/Service.h"
 #include "services/disc/dvd/DvdSound.h"
 #include "services/disc/engine/DecoderEngine.h"
 #include "services/disc/engine/ScreenFrames.h"
+#include "services/disc/log/Log.h"
 
 #include <csignal>
 #include <cstdio>

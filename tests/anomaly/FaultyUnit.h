@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/bench/commands/JsonMessage.h"
+#include "base/JsonMessage.h"
 #include "tests/anomaly/ApplicationRun.h"
 #include "tests/support/Catalogue.h"
 #include "tests/support/TemporaryFolder.h"

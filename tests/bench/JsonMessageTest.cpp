@@ -1,4 +1,4 @@
-#include "services/bench/commands/JsonMessage.h"
+#include "base/JsonMessage.h"
 
 #include "services/bench/web/WebScreen.h"
 

@@ -1,4 +1,4 @@
-#include "services/bench/commands/PpsText.h"
+#include "services/bench/unit/PpsText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

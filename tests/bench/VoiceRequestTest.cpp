@@ -1,4 +1,4 @@
-#include "services/bench/commands/VoiceRequest.h"
+#include "services/bench/unit/VoiceRequest.h"
 
 #include <gtest/gtest.h>
 

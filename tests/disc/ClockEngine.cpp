@@ -1,6 +1,6 @@
 #include "tests/disc/ClockEngine.h"
 
-#include "services/disc/Background.h"
+#include "base/Threads.h"
 
 #include <algorithm>
 

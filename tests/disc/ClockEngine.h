@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/Mailbox.h"
+#include "base/Mailbox.h"
 #include "services/disc/engine/Engine.h"
 #include "services/disc/engine/Feed.h"
 

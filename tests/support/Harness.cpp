@@ -1,6 +1,6 @@
 #include "tests/support/Harness.h"
 
-#include "services/bench/commands/PpsText.h"
+#include "services/bench/unit/PpsText.h"
 #include "services/ctl/AnswerData.h"
 #include "tests/support/Application.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,7 +1,7 @@
 #include "tests/support/UnitServer.h"
 
-#include "services/bench/commands/PpsText.h"
 #include "services/bench/commands/Settle.h"
+#include "services/bench/unit/PpsText.h"
 
 #include <future>
 

@@ -2,7 +2,6 @@
 
 #include "base/Paths.h"
 #include "platform/linux/framework/FrameworkLog.h"
-#include "platform/linux/framework/ShellCommands.h"
 #include "platform/linux/framework/Signals.h"
 #include "platform/linux/framework/ViewImpl.h"
 
@@ -73,11 +72,11 @@ Status Application::open(ViewImpl& mainView, const std::string& windowGroup) {
     return ok();
 }
 
-Status Application::serve() {
+Status Application::serve(void (*handle)(Application& application, const json& message)) {
     if (auto started = m_coordinator.start([] {}, [] {}); !started) {
         return started;
     }
-    return m_link->start([this](const json& message) { handleShellMessage(*this, message); },
+    return m_link->start([this, handle](const json& message) { handle(*this, message); },
                          [this](const std::string& why) { linkClosed(why); });
 }
 
@@ -157,6 +156,17 @@ void Application::forget(ViewImpl& view) {
     m_touch.forget(view);
     m_clock.cancelAll(&view);
     view.window = nullptr;
+}
+
+Touchable* Application::touchedAt(Point at) const {
+    ViewImpl* touched = mainView();
+    for (size_t i = 1; i < m_views.size(); ++i) {
+        if (m_views[i]->isUnder(at) &&
+            (touched == m_views.front() || m_views[i]->spec.order > touched->spec.order)) {
+            touched = m_views[i];
+        }
+    }
+    return touched;
 }
 
 ViewImpl* Application::joinedView(const std::string& name) const {

@@ -8,6 +8,7 @@
 #include "platform/linux/framework/Settler.h"
 #include "platform/linux/framework/ShellLink.h"
 #include "platform/linux/framework/TouchInput.h"
+#include "platform/linux/framework/ViewHost.h"
 #include "platform/linux/screen/ScreenClient.h"
 
 #include <atomic>
@@ -32,7 +33,7 @@ enum class AppMessage { AppStatus = 0, Data = 1, Timer = 2, Time = 3, Device = 4
  * and the views. There is one; it lives as long as the process, `open` and `close` bound its sessions. Unless
  * said otherwise a call belongs to the event thread, or to the main thread while no event thread runs.
  */
-class Application {
+class Application : public ViewHost {
 public:
     static Application& instance();
 
@@ -47,8 +48,9 @@ public:
 
     /** Connects to head unit and compositor in the name of the main view. Main thread. */
     Status open(ViewImpl& mainView, const std::string& windowGroup);
-    /** Starts to take the head unit's messages; once the main view is there. Main thread. */
-    Status serve();
+    /** Starts to hand the head unit's messages to `handle`, on the receiving thread; once the main view is there.
+     * Main thread. */
+    Status serve(void (*handle)(Application& application, const nlohmann::json& message));
     /** Starts the event thread. Main thread. */
     Status run();
     /** Ends the event thread and the connections. Main thread; on the event thread only the events end. */
@@ -83,7 +85,9 @@ public:
     void flushFrames();
     /** Makes pending window properties take effect. */
     void flushProps();
-    ScreenClient* screen() { return m_screen.get(); }
+    bool isMain(const ViewImpl& view) const override { return mainView() == &view; }
+    ScreenClient* screen() override { return m_screen.get(); }
+    void lifted(LiftedFrom item) override { m_touch.lifted(std::move(item)); }
     /** Tells of the screen connection's failure, once. */
     void noteScreen(const Status& status);
 
@@ -100,6 +104,8 @@ public:
 private:
     Application();
     void forget(ViewImpl& view);
+    /** The joined view that is in front, shown and hit; else the main view. */
+    Touchable* touchedAt(Point at) const;
     void armTick(ViewImpl& view);
     void beginEvents();
     void endEvents();
@@ -113,7 +119,7 @@ private:
     std::shared_ptr<EventThread> m_events = std::make_shared<EventThread>();
     EventThread m_coordinator;
     AppClock m_clock{*m_events};
-    TouchInput m_touch{*this};
+    TouchInput m_touch{m_clock, [this](Point at) { return touchedAt(at); }};
     ChildWindows m_children;
     std::vector<ViewImpl*> m_views;
     std::unique_ptr<ScreenClient> m_screen;

@@ -1,6 +1,6 @@
 #include "platform/linux/framework/EventThread.h"
 
-#include <system_error>
+#include "base/Threads.h"
 
 namespace zm {
 
@@ -22,19 +22,19 @@ Status EventThread::start(Task first, Task last) {
         }
         m_phase = Phase::Running;
     }
-    try {
-        m_thread = std::thread([this, first = std::move(first), last = std::move(last)] {
-            currentThread = this;
-            runEvent(first, Counted::No);
-            m_loop->run();
-            last();
-            currentThread = nullptr;
-        });
-    } catch (const std::system_error& error) {
+    auto thread = startThread("event thread", [this, first = std::move(first), last = std::move(last)] {
+        currentThread = this;
+        runEvent(first, Counted::No);
+        m_loop->run();
+        last();
+        currentThread = nullptr;
+    });
+    if (!thread) {
         std::lock_guard lock(m_mutex);
         m_phase = Phase::Waiting;
-        return Error{std::string("event thread: ") + error.what()};
+        return Error{thread.error()};
     }
+    m_thread = std::move(*thread);
     return ok();
 }
 

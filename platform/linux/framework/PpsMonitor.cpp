@@ -1,12 +1,12 @@
 #include "platform/linux/framework/PpsMonitor.h"
 
+#include "base/Threads.h"
 #include "platform/linux/framework/FrameworkLog.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
 
 #include <algorithm>
-#include <system_error>
 #include <utility>
 
 namespace zm {
@@ -34,12 +34,12 @@ Status PpsMonitor::start() {
         return Error{"the PPS monitor has no wake-up descriptor"};
     }
     m_running = true;
-    try {
-        m_thread = std::thread([this] { run(); });
-    } catch (const std::system_error& error) {
+    auto thread = startThread("PPS monitor thread", [this] { run(); });
+    if (!thread) {
         m_running = false;
-        return Error{std::string("PPS monitor thread: ") + error.what()};
+        return Error{thread.error()};
     }
+    m_thread = std::move(*thread);
     return ok();
 }
 

@@ -1,10 +1,11 @@
 #include "platform/linux/framework/ShellLink.h"
 
+#include "base/Threads.h"
+
 #include <sys/socket.h>
 #include <sys/time.h>
 
 #include <algorithm>
-#include <system_error>
 
 namespace zm {
 
@@ -69,11 +70,11 @@ Status ShellLink::start(std::function<void(const json&)> onMessage,
                         std::function<void(const std::string&)> onClosed) {
     m_onMessage = std::move(onMessage);
     m_onClosed = std::move(onClosed);
-    try {
-        m_thread = std::thread([this] { receiveAll(); });
-    } catch (const std::system_error& error) {
-        return Error{std::string("head unit thread: ") + error.what()};
+    auto thread = startThread("head unit thread", [this] { receiveAll(); });
+    if (!thread) {
+        return Error{thread.error()};
     }
+    m_thread = std::move(*thread);
     return ok();
 }
 

@@ -1,7 +1,6 @@
 #include "platform/linux/framework/TouchInput.h"
 
-#include "platform/linux/framework/Application.h"
-#include "platform/linux/framework/ViewImpl.h"
+#include "platform/linux/framework/AppClock.h"
 
 #include <cstdlib>
 #include <utility>
@@ -22,19 +21,18 @@ constexpr int DragRestMs = 300;
 
 void TouchInput::press(Point at) {
     pressAt(at);
-    AppClock& clock = m_application.clock();
-    clock.set({this, 0}, {clock.nowMs() + HoldMs, 0, AlarmKind::Handler, [this] { hold(); }});
+    m_clock.set({this, 0}, {m_clock.nowMs() + HoldMs, 0, AlarmKind::Handler, [this] { hold(); }});
 }
 
 void TouchInput::move(Point to) {
     if (std::abs(to.x - m_down.x) > RestPixels || std::abs(to.y - m_down.y) > RestPixels) {
         cancelHold();
     }
-    moveTo(to, m_application.clock().nowMs());
+    moveTo(to, m_clock.nowMs());
 }
 
 void TouchInput::release(Point at) {
-    releaseAt(at, m_application.clock().nowMs());
+    releaseAt(at, m_clock.nowMs());
 }
 
 void TouchInput::touch(Point at, int holdMs) {
@@ -49,7 +47,7 @@ void TouchInput::touch(Point at, int holdMs) {
 void TouchInput::drag(Point from, Point to) {
     press(from);
     cancelHold();
-    int64_t now = m_application.clock().nowMs();
+    int64_t now = m_clock.nowMs();
     for (int step = 1; step <= DragSteps; ++step) {
         now += DragStepMs;
         moveTo({from.x + (to.x - from.x) * step / DragSteps, from.y + (to.y - from.y) * step / DragSteps},
@@ -60,58 +58,47 @@ void TouchInput::drag(Point from, Point to) {
 
 void TouchInput::letGo() {
     cancelHold();
-    if (ViewImpl* view = std::exchange(m_view, nullptr)) {
-        view->scene->letGo();
+    if (Touchable* target = std::exchange(m_target, nullptr)) {
+        target->fingerIgnored();
     }
 }
 
-void TouchInput::forget(const ViewImpl& view) {
-    if (m_view == &view) {
+void TouchInput::forget(const Touchable& target) {
+    if (m_target == &target) {
         cancelHold();
-        m_view = nullptr;
+        m_target = nullptr;
     }
 }
 
-// The joined view that is in front, shown and hit; else the main view.
 void TouchInput::pressAt(Point at) {
-    const auto& views = m_application.views();
-    m_view = m_application.mainView();
-    for (size_t i = 1; i < views.size(); ++i) {
-        const bool hit = views[i]->spec.visible && views[i]->scene->hits(at.x, at.y);
-        if (hit && (m_view == views.front() || views[i]->spec.order > m_view->spec.order)) {
-            m_view = views[i];
-        }
-    }
     m_down = at;
-    if (m_view) {
-        m_view->view.OnLButtonDown(at.x, at.y);
-        m_view->scene->press(at.x, at.y);
+    m_target = m_under(at);
+    if (m_target) {
+        m_target->fingerDown(at);
     }
 }
 
 void TouchInput::moveTo(Point to, int64_t nowMs) {
-    if (m_view) {
-        m_view->view.OnMouseMove(to.x, to.y);
-        m_view->scene->move(to.x, to.y, nowMs);
+    if (m_target) {
+        m_target->fingerMoved(to, nowMs);
     }
 }
 
 void TouchInput::releaseAt(Point at, int64_t nowMs) {
     cancelHold();
-    if (ViewImpl* view = std::exchange(m_view, nullptr)) {
-        view->view.OnLButtonUp(at.x, at.y);
-        view->scene->release(at.x, at.y, nowMs);
+    if (Touchable* target = std::exchange(m_target, nullptr)) {
+        target->fingerUp(at, nowMs);
     }
 }
 
 void TouchInput::hold() {
-    if (m_view) {
-        m_view->scene->hold();
+    if (m_target) {
+        m_target->fingerRested();
     }
 }
 
 void TouchInput::cancelHold() {
-    m_application.clock().cancel({this, 0});
+    m_clock.cancel({this, 0});
 }
 
 } // namespace zm

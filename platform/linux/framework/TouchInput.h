@@ -1,17 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
 
-namespace Oro::ZMCAR {
-struct ViewImpl;
-}
-
 namespace zm {
 
-class Application;
+class AppClock;
 
 /** A point of the screen, in pixels. */
 struct Point {
@@ -26,13 +23,28 @@ struct LiftedFrom {
     int control = 0;
 };
 
+/** What a finger can lie on. Event thread. */
+class Touchable {
+public:
+    virtual ~Touchable() = default;
+    virtual void fingerDown(Point at) = 0;
+    virtual void fingerMoved(Point to, int64_t nowMs) = 0;
+    /** The finger has rested long enough to count as held. */
+    virtual void fingerRested() = 0;
+    virtual void fingerUp(Point at, int64_t nowMs) = 0;
+    /** What the finger does from now on means nothing. */
+    virtual void fingerIgnored() = 0;
+};
+
 /**
  * Turns what a finger does into the calls of the view under it: OnLButtonDown, the press report, after 800 ms
  * the held report, OnLButtonUp and the release report. One finger; event thread only.
  */
 class TouchInput {
 public:
-    explicit TouchInput(Application& application) : m_application(application) {}
+    /** `under` gives what a finger put down there touches; null: nothing. */
+    TouchInput(AppClock& clock, std::function<Touchable*(Point)> under)
+        : m_clock(clock), m_under(std::move(under)) {}
 
     /** A press while the finger is down means that its release got lost: the earlier touch ends without a
      * report. */
@@ -50,8 +62,8 @@ public:
     void lifted(LiftedFrom item) { m_lifted = std::move(item); }
     /** What `lifted` said since the last call. */
     std::optional<LiftedFrom> takeLifted() { return std::exchange(m_lifted, std::nullopt); }
-    /** The view goes away. */
-    void forget(const Oro::ZMCAR::ViewImpl& view);
+    /** `target` goes away. */
+    void forget(const Touchable& target);
 
 private:
     void pressAt(Point at);
@@ -60,8 +72,9 @@ private:
     void hold();
     void cancelHold();
 
-    Application& m_application;
-    Oro::ZMCAR::ViewImpl* m_view = nullptr; ///< under the finger since the press
+    AppClock& m_clock;
+    std::function<Touchable*(Point)> m_under;
+    Touchable* m_target = nullptr; ///< under the finger since the press
     Point m_down;
     std::optional<LiftedFrom> m_lifted;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/linux/framework/Application.h"
 #include "platform/linux/framework/FrameworkLog.h"
+#include "platform/linux/framework/ShellCommands.h"
 #include "platform/linux/framework/Signals.h"
 #include "platform/linux/framework/ViewImpl.h"
 #include "zmcar/ViewUI.h"
@@ -13,6 +14,10 @@ namespace Oro::ZMCAR {
 
 namespace {
 
+zm::Application& theApplication() {
+    return zm::Application::instance();
+}
+
 bool told(const zm::Status& status) {
     if (!status) {
         zm::reportFailure(status.error());
@@ -22,7 +27,7 @@ bool told(const zm::Status& status) {
 
 } // namespace
 
-ViewBase::ViewBase() : m_pImpl(std::make_unique<ViewImpl>(*this)) {}
+ViewBase::ViewBase() : m_pImpl(std::make_unique<ViewImpl>(*this, theApplication())) {}
 
 ViewBase::~ViewBase() {
     ViewBase::Close();
@@ -35,7 +40,7 @@ bool ViewBase::MaskSignals() {
 bool ViewBase::Init(std::string rccPath, std::string viewName, std::string resourceFile,
                     std::string windowGroup, std::string fontPath, int width, int height) {
     ViewImpl& view = *m_pImpl;
-    zm::Application& application = view.application;
+    zm::Application& application = theApplication();
     if (application.mainView()) {
         return told(zm::Error{"view " + viewName + ": there is a main view already"});
     }
@@ -44,7 +49,7 @@ bool ViewBase::Init(std::string rccPath, std::string viewName, std::string resou
     view.spec.alpha = true; // the video lies below: a page without background lets it through
     const bool good = told(application.open(view, windowGroup)) &&
                       told(view.load(rccPath + resourceFile, fontPath, width, height)) &&
-                      told(application.addView(view)) && told(application.serve());
+                      told(application.addView(view)) && told(application.serve(zm::handleShellMessage));
     if (!good) {
         application.close();
     }
@@ -57,7 +62,7 @@ bool ViewBase::JoinView(ViewUI* child, std::string name, int order) {
         return told(zm::Error{"view " + name + ": joined to no main view"});
     }
     ViewImpl& joined = *child->m_pImpl;
-    if (!joined.scene || joined.window || view.application.joinedView(name)) {
+    if (!joined.scene || joined.window || theApplication().joinedView(name)) {
         return told(zm::Error{"view " + name + ": not initialised, or joined before"});
     }
     joined.name = joined.spec.name = name;
@@ -65,8 +70,8 @@ bool ViewBase::JoinView(ViewUI* child, std::string name, int order) {
     joined.spec.visible = false;
     // Stays true while joining is only queued.
     const auto good = std::make_shared<std::atomic<bool>>(true);
-    const bool taken = view.application.perform(
-        view, [&application = view.application, &joined, good] { *good = told(application.join(joined)); });
+    const bool taken = theApplication().perform(
+        view, [&application = theApplication(), &joined, good] { *good = told(application.join(joined)); });
     return taken && *good;
 }
 
@@ -74,15 +79,15 @@ bool ViewBase::StartEventLoop() {
     if (!m_pImpl->isMain()) {
         return told(zm::Error{"the event loop belongs to the main view"});
     }
-    return told(m_pImpl->application.run());
+    return told(theApplication().run());
 }
 
 bool ViewBase::WaitforSignals() {
-    return told(m_pImpl->application.waitForEnd());
+    return told(theApplication().waitForEnd());
 }
 
 bool ViewBase::Close() {
-    zm::Application& application = m_pImpl->application;
+    zm::Application& application = theApplication();
     if (application.mainView() == m_pImpl.get()) {
         application.close();
     } else {
@@ -92,7 +97,7 @@ bool ViewBase::Close() {
 }
 
 bool ViewBase::SendViewMessage(const APP_MSG_S& message) {
-    zm::Application& application = m_pImpl->application;
+    zm::Application& application = theApplication();
     if (application.events().stopped()) {
         return false;
     }
@@ -107,16 +112,16 @@ bool ViewBase::SendViewMessage(const APP_MSG_S& message) {
 }
 
 ViewUI* ViewBase::GetViewUI(const std::string& name) {
-    ViewImpl* view = m_pImpl->application.joinedView(name);
+    ViewImpl* view = theApplication().joinedView(name);
     return view ? dynamic_cast<ViewUI*>(&view->view) : nullptr;
 }
 
 bool ViewBase::SetVisible(const std::string& name, bool show) {
-    if (ViewImpl* view = m_pImpl->application.joinedView(name)) {
+    if (ViewImpl* view = theApplication().joinedView(name)) {
         view->setVisible(show);
         return true;
     }
-    const screen_window_t child = m_pImpl->application.children().find(name);
+    const screen_window_t child = theApplication().children().find(name);
     if (child) {
         child->pending.visible = show;
     }
@@ -124,11 +129,11 @@ bool ViewBase::SetVisible(const std::string& name, bool show) {
 }
 
 bool ViewBase::SetZOrder(const std::string& name, int order) {
-    if (ViewImpl* view = m_pImpl->application.joinedView(name)) {
+    if (ViewImpl* view = theApplication().joinedView(name)) {
         view->setOrder(order);
         return true;
     }
-    const screen_window_t child = m_pImpl->application.children().find(name);
+    const screen_window_t child = theApplication().children().find(name);
     if (child) {
         child->pending.order = order;
     }
@@ -136,7 +141,7 @@ bool ViewBase::SetZOrder(const std::string& name, int order) {
 }
 
 bool ViewBase::FlushContext() {
-    zm::Application& application = m_pImpl->application;
+    zm::Application& application = theApplication();
     if (!application.screen()) {
         return false;
     }
@@ -150,7 +155,7 @@ std::string ViewBase::GetWinGroupName() {
 }
 
 bool ViewBase::GetPostScreenWin(const std::string& name, screen_window_t& window) {
-    const screen_window_t child = m_pImpl->application.children().find(name);
+    const screen_window_t child = theApplication().children().find(name);
     window = child ? child : window;
     return child != nullptr;
 }

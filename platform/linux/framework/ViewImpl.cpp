@@ -17,7 +17,7 @@ zm::Status ViewImpl::load(const std::string& resourceFile, const std::string& fo
     }
     auto loaded = zm::Scene::load(resourceFile, fontPath, width, height, *this);
     if (!loaded) {
-        return zm::Error{loaded.error()};
+        return Error{loaded.error()};
     }
     scene = std::move(*loaded);
     spec.width = width;
@@ -49,7 +49,7 @@ zm::Status ViewImpl::flushProps() {
     if (!window || props.empty()) {
         return zm::ok();
     }
-    return application.screen()->setProps(window->number(), props);
+    return host.screen()->setProps(window->number(), props);
 }
 
 zm::Status ViewImpl::paint() {
@@ -86,13 +86,40 @@ void ViewImpl::itemClicked(int page, int control, int state) {
     const auto shown = scene->shownWindows();
     // A page may have gone while the finger lay on it: then nobody meant what happens next.
     if (state == Released && std::ranges::find(shown, page) != shown.end()) {
-        application.touch().lifted({isMain() ? "main" : "osd", page, control});
+        host.lifted({isMain() ? "main" : "osd", page, control});
     }
     view.OnClick(&scene->wndMng(), page, control, state);
 }
 
 void ViewImpl::listScrolled(int page, int kind, _tagList_Info& info) {
     view.OnListInfoMessage(&scene->wndMng(), page, kind, &info);
+}
+
+bool ViewImpl::isUnder(zm::Point at) const {
+    return spec.visible && scene->hits(at.x, at.y);
+}
+
+void ViewImpl::fingerDown(zm::Point at) {
+    view.OnLButtonDown(at.x, at.y);
+    scene->press(at.x, at.y);
+}
+
+void ViewImpl::fingerMoved(zm::Point to, int64_t nowMs) {
+    view.OnMouseMove(to.x, to.y);
+    scene->move(to.x, to.y, nowMs);
+}
+
+void ViewImpl::fingerRested() {
+    scene->hold();
+}
+
+void ViewImpl::fingerUp(zm::Point at, int64_t nowMs) {
+    view.OnLButtonUp(at.x, at.y);
+    scene->release(at.x, at.y, nowMs);
+}
+
+void ViewImpl::fingerIgnored() {
+    scene->letGo();
 }
 
 } // namespace Oro::ZMCAR

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/linux/framework/Application.h"
+#include "platform/linux/framework/ViewHost.h"
+#include "platform/linux/screen/ScreenClient.h"
 #include "platform/linux/toolkit/Scene.h"
 #include "zmcar/ViewBase.h"
 
@@ -15,13 +16,13 @@
 namespace Oro::ZMCAR {
 
 /** What stands behind a view: its pages, its window and what the application last asked of it. */
-struct ViewImpl : zm::SceneListener {
-    explicit ViewImpl(ViewBase& owner) : view(owner) {}
+struct ViewImpl : zm::SceneListener, zm::Touchable {
+    ViewImpl(ViewBase& owner, zm::ViewHost& viewHost) : view(owner), host(viewHost) {}
 
     /** Loads the pages; false if it was done before or the resource is faulty. */
     zm::Status load(const std::string& resourceFile, const std::string& fontPath, int width, int height);
     /** Event thread. */
-    bool isMain() const { return application.mainView() == this; }
+    bool isMain() const { return host.isMain(*this); }
 
     /** Asks for visibility or order; takes effect at the next flush. */
     void setVisible(bool show);
@@ -41,9 +42,15 @@ struct ViewImpl : zm::SceneListener {
 
     void itemClicked(int window, int control, int state) override;
     void listScrolled(int window, int kind, _tagList_Info& info) override;
+    bool isUnder(zm::Point at) const;
+    void fingerDown(zm::Point at) override;
+    void fingerMoved(zm::Point to, int64_t nowMs) override;
+    void fingerRested() override;
+    void fingerUp(zm::Point at, int64_t nowMs) override;
+    void fingerIgnored() override;
 
     ViewBase& view;
-    zm::Application& application = zm::Application::instance();
+    zm::ViewHost& host;
     std::string name;        ///< of the view and of its window
     std::string windowGroup; ///< of the main view
     zm::SurfaceSpec spec;    ///< `visible` and `order` as last asked for

@@ -17,20 +17,21 @@ CUIWndMng* ViewUI::GetUIWndMgrWrapper() {
 
 bool ViewUI::ShowWnd(int wndId, bool show, int flag) {
     ViewImpl& view = *m_pImpl;
-    return view.pages.contains(wndId) && view.application.perform(view, [this, &view, wndId, show, flag] {
-        const int replaced = show ? 0 : view.scene->replacedBy(wndId);
-        view.showWindow(wndId, show, flag);
-        if (replaced) {
-            view.showWindow(replaced, true, flag);
-        }
-    });
+    return view.pages.contains(wndId) &&
+           zm::Application::instance().perform(view, [this, &view, wndId, show, flag] {
+               const int replaced = show ? 0 : view.scene->replacedBy(wndId);
+               view.showWindow(wndId, show, flag);
+               if (replaced) {
+                   view.showWindow(replaced, true, flag);
+               }
+           });
 }
 
 bool ViewUI::EnableAlphaBlending(bool enable) {
     ViewImpl& view = *m_pImpl;
-    return view.scene && view.application.perform(view, [&view, enable] {
+    return view.scene && zm::Application::instance().perform(view, [&view, enable] {
         view.setAlpha(enable);
-        view.application.noteScreen(view.flushProps());
+        zm::Application::instance().noteScreen(view.flushProps());
     });
 }
 
@@ -42,7 +43,7 @@ bool ViewOsd::Init(std::string viewName, std::string resourcePath, std::string f
                    int height) {
     ViewImpl& view = *m_pImpl;
     view.name = viewName;
-    auto loaded = view.application.mainView()
+    auto loaded = zm::Application::instance().mainView()
                       ? view.load(resourcePath, fontPath, width, height)
                       : zm::Status(zm::Error{"view " + viewName + ": there is no main view"});
     if (!loaded) {

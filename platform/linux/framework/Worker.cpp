@@ -1,9 +1,9 @@
 #include "platform/linux/framework/Worker.h"
 
+#include "base/Threads.h"
 #include "platform/linux/qdb/QdbHold.h"
 
 #include <algorithm>
-#include <system_error>
 
 namespace zm {
 
@@ -24,11 +24,11 @@ Status Worker::start(Hooks hooks) {
         return Error{"the worker thread runs already"};
     }
     m_hooks = std::move(hooks);
-    try {
-        m_thread = std::thread([this] { run(); });
-    } catch (const std::system_error& error) {
-        return Error{std::string("worker thread: ") + error.what()};
+    auto thread = startThread("worker thread", [this] { run(); });
+    if (!thread) {
+        return Error{thread.error()};
     }
+    m_thread = std::move(*thread);
     m_running = true;
     return ok();
 }

@@ -50,7 +50,7 @@ Result<ScreenWindow*> ScreenClient::makeWindow(const SurfaceSpec& spec) {
         return Error{"window " + spec.name + ": " + std::to_string(spec.width) + " x " +
                      std::to_string(spec.height) + " is no size"};
     }
-    std::unique_ptr<ScreenWindow> window(new ScreenWindow(*this, m_nextWindow, spec));
+    auto window = std::make_unique<ScreenWindow>(static_cast<ScreenLink&>(*this), m_nextWindow, spec);
     auto memory = window->allocate();
     if (!memory) {
         return Error{memory.error()};

@@ -31,7 +31,7 @@ struct WindowProps {
  * a time. Nothing blocks longer than two seconds, and only `connect` and `sync` wait for the compositor at
  * all. After the first failure the connection stays broken: later calls return the reason and do nothing.
  */
-class ScreenClient {
+class ScreenClient : private ScreenLink {
 public:
     /** Connects as `role` ("app" or "video"), trying again until `timeout` has passed. */
     static Result<std::unique_ptr<ScreenClient>> connect(const std::string& socket, const std::string& role,
@@ -48,7 +48,7 @@ public:
     Status setProps(const std::string& name, const WindowProps& props);
 
     /** Takes in what the compositor sent (buffers given back), without waiting. */
-    Status receive();
+    Status receive() override;
     /** Waits until everything sent so far is in effect on the screen. Running out of time breaks nothing. */
     Status sync(std::chrono::milliseconds timeout);
 
@@ -57,9 +57,8 @@ public:
     bool broken() const { return !m_failure.empty(); }
 
 private:
-    friend class ScreenWindow;
     explicit ScreenClient(UniqueFd fd) : m_connection(std::move(fd)) {}
-    Status send(const nlohmann::json& message, const std::vector<int>& fds = {});
+    Status send(const nlohmann::json& message, const std::vector<int>& fds = {}) override;
     Status sendProps(nlohmann::json message, const WindowProps& props);
     Status receiveOne();
     void handle(const nlohmann::json& message);

@@ -1,7 +1,5 @@
 #include "platform/linux/screen/ScreenWindow.h"
 
-#include "platform/linux/screen/ScreenClient.h"
-
 #include <nlohmann/json.hpp>
 
 #include <fcntl.h>
@@ -31,8 +29,8 @@ void addArea(std::vector<Rect>& areas, const Rect& area) {
 
 } // namespace
 
-ScreenWindow::ScreenWindow(ScreenClient& client, int number, SurfaceSpec spec)
-    : m_client(client), m_number(number), m_spec(std::move(spec)), m_stride(m_spec.width * BytesPerPixel),
+ScreenWindow::ScreenWindow(ScreenLink& link, int number, SurfaceSpec spec)
+    : m_link(link), m_number(number), m_spec(std::move(spec)), m_stride(m_spec.width * BytesPerPixel),
       m_bufferBytes(static_cast<size_t>(m_stride) * static_cast<size_t>(m_spec.height)) {}
 
 ScreenWindow::~ScreenWindow() {
@@ -77,7 +75,7 @@ Status ScreenWindow::present(const std::vector<Rect>& damage) {
     if (m_waitingDamage.empty()) {
         return ok();
     }
-    if (auto received = m_client.receive(); !received) {
+    if (auto received = m_link.receive(); !received) {
         return received;
     }
     const int index = freeIndex();
@@ -93,7 +91,7 @@ Status ScreenWindow::present(const std::vector<Rect>& damage) {
 }
 
 uint8_t* ScreenWindow::freeBuffer() {
-    if (!m_client.receive()) {
+    if (!m_link.receive()) {
         return nullptr;
     }
     m_taken = freeIndex();
@@ -115,11 +113,11 @@ Status ScreenWindow::commit(int buffer, const std::vector<Rect>& damage) {
     for (const Rect& area : damage) {
         areas.push_back({area.x, area.y, area.w, area.h});
     }
-    return m_client.send({{"t", "commit"},
-                          {"window", m_number},
-                          {"buffer", buffer},
-                          {"seq", taken.seq},
-                          {"damage", std::move(areas)}});
+    return m_link.send({{"t", "commit"},
+                        {"window", m_number},
+                        {"buffer", buffer},
+                        {"seq", taken.seq},
+                        {"damage", std::move(areas)}});
 }
 
 void ScreenWindow::released(int buffer, int64_t seq) {

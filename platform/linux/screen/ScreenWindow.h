@@ -4,6 +4,8 @@
 #include "base/Result.h"
 #include "base/UniqueFd.h"
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -11,7 +13,14 @@
 
 namespace zm {
 
-class ScreenClient;
+/** The connection that a window's frames take. */
+class ScreenLink {
+public:
+    virtual ~ScreenLink() = default;
+    virtual Status send(const nlohmann::json& message, const std::vector<int>& fds = {}) = 0;
+    /** Takes in what the compositor sent (buffers given back), without waiting. */
+    virtual Status receive() = 0;
+};
 
 /** What a new window is like. */
 struct SurfaceSpec {
@@ -31,6 +40,8 @@ struct SurfaceSpec {
  */
 class ScreenWindow {
 public:
+    /** `link` outlives the window. */
+    ScreenWindow(ScreenLink& link, int number, SurfaceSpec spec);
     ~ScreenWindow();
     ScreenWindow(const ScreenWindow&) = delete;
     ScreenWindow& operator=(const ScreenWindow&) = delete;
@@ -59,13 +70,13 @@ public:
     /** Frames committed so far. */
     int64_t frames() const { return m_seq; }
 
-private:
-    friend class ScreenClient;
-    ScreenWindow(ScreenClient& client, int number, SurfaceSpec spec);
-    /** Makes the sealed memory and maps it; gives its descriptor. */
+    /** Makes the sealed memory and maps it, once, before anything is shown; gives its descriptor. */
     Result<UniqueFd> allocate();
-    Status commit(int buffer, const std::vector<Rect>& damage);
+    /** The compositor has given back what was committed with number `seq`. */
     void released(int buffer, int64_t seq);
+
+private:
+    Status commit(int buffer, const std::vector<Rect>& damage);
     int freeIndex() const;
     void copyFromSurface(int buffer, const Rect& area);
     uint8_t* bufferPixels(int buffer) const;
@@ -76,7 +87,7 @@ private:
         std::vector<Rect> stale; ///< where it is older than the surface
     };
 
-    ScreenClient& m_client;
+    ScreenLink& m_link;
     int m_number;
     SurfaceSpec m_spec;
     int m_stride;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/toolkit/ListControl.h"
-#include "platform/linux/toolkit/Scene.h"
+#include "platform/linux/toolkit/SceneListener.h"
 
 #include <cstdint>
 #include <optional>

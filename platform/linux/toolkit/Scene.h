@@ -2,6 +2,7 @@
 
 #include "base/Rect.h"
 #include "base/Result.h"
+#include "platform/linux/toolkit/SceneListener.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -12,18 +13,8 @@
 #include <vector>
 
 class CUIWndMng;
-struct _tagList_Info;
 
 namespace zm {
-
-/** Is told what the user does to a scene. On the scene's thread, from inside Scene::press and its kin. */
-class SceneListener {
-public:
-    virtual ~SceneListener() = default;
-    /** State 0 press, 1 release, 4 held. Control 0: no item was hit. */
-    virtual void itemClicked(int window, int control, int state) = 0;
-    virtual void listScrolled(int window, int kind, _tagList_Info& info) = 0;
-};
 
 /**
  * All pages of one resource file: their items, what stands in them, their drawing and their touches. It knows

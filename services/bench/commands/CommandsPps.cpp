@@ -1,7 +1,7 @@
+#include "base/JsonMessage.h"
 #include "base/Nearest.h"
 #include "services/bench/commands/CommandProcessor.h"
-#include "services/bench/commands/JsonMessage.h"
-#include "services/bench/commands/PpsText.h"
+#include "services/bench/unit/PpsText.h"
 #include "services/bench/unit/PpsWatch.h"
 
 #include <array>

@@ -1,4 +1,5 @@
 #include "services/bench/commands/CtlServer.h"
+#include "services/bench/commands/CommandRequest.h"
 
 namespace zm {
 

@@ -1,7 +1,7 @@
 #include "services/bench/commands/Insertion.h"
 
-#include "services/bench/commands/JsonMessage.h"
-#include "services/bench/commands/PpsText.h"
+#include "base/JsonMessage.h"
+#include "services/bench/unit/PpsText.h"
 #include "services/bench/unit/DiscDrive.h"
 
 namespace zm {

@@ -15,10 +15,6 @@ constexpr size_t MostClients = 32;
 
 } // namespace
 
-Image::Image(int pictureWidth, int pictureHeight)
-    : width(pictureWidth), height(pictureHeight), stride(pictureWidth * 4),
-      pixels(static_cast<size_t>(stride) * static_cast<size_t>(pictureHeight)) {}
-
 struct Compositor::Impl {
     Compositor& owner;
     EventLoop& loop;

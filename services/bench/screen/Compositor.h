@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/EventLoop.h"
+#include "base/Image.h"
 #include "base/Rect.h"
 #include "base/Result.h"
 
@@ -14,22 +15,6 @@
 #include <vector>
 
 namespace zm {
-
-/** A picture of 32-bit pixels: B, G, R, A in memory, premultiplied; in the composed frame A means nothing. */
-struct Image {
-    int width = 0;
-    int height = 0;
-    int stride = 0; ///< bytes a row
-    std::vector<uint8_t> pixels;
-
-    Image() = default;
-    /** A transparent black picture. */
-    Image(int pictureWidth, int pictureHeight);
-    const uint8_t* at(int x, int y) const {
-        return pixels.data() + static_cast<size_t>(y) * stride + size_t{4} * x;
-    }
-    uint8_t* at(int x, int y) { return pixels.data() + static_cast<size_t>(y) * stride + size_t{4} * x; }
-};
 
 /**
  * The screen of the head unit: takes the windows of its clients on a socket (docs/protocols.md, screen.sock)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/JsonMessage.h"
 #include "base/Result.h"
-#include "services/bench/commands/JsonMessage.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,5 @@
 #include "services/bench/screen/SurfaceBlend.h"
 
-#include "services/bench/screen/Compositor.h"
-
 #include <cstring>
 
 namespace zm {

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "base/Image.h"
 #include "base/Rect.h"
 
 #include <cstdint>
 #include <vector>
 
 namespace zm {
-
-struct Image;
 
 /** One picture on the screen: `source` pixels drawn into `place`, scaled if their sizes differ. */
 struct SurfaceLayer {

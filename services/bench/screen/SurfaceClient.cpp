@@ -1,6 +1,6 @@
 #include "services/bench/screen/SurfaceClient.h"
 
-#include "services/bench/commands/JsonMessage.h"
+#include "base/JsonMessage.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/bench/commands/JsonMessage.h"
+#include "base/JsonMessage.h"
 
 #include <optional>
 

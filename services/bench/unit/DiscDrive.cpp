@@ -1,6 +1,6 @@
 #include "services/bench/unit/DiscDrive.h"
 
-#include "services/bench/commands/PpsText.h"
+#include "services/bench/unit/PpsText.h"
 #include "services/bench/unit/ShellServer.h"
 
 namespace zm {

@@ -1,7 +1,7 @@
 #include "services/bench/unit/HeadUnit.h"
 
 #include "base/Paths.h"
-#include "services/bench/commands/VoiceRequest.h"
+#include "services/bench/unit/VoiceRequest.h"
 #include "services/ctl/ShellWords.h"
 
 #include <unistd.h>

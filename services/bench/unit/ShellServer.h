@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/EventLoop.h"
+#include "base/JsonMessage.h"
 #include "base/Socket.h"
-#include "services/bench/commands/JsonMessage.h"
 
 #include <chrono>
 #include <functional>

@@ -1,6 +1,7 @@
 #include "services/bench/web/WebServer.h"
 
-#include "services/bench/commands/JsonMessage.h"
+#include "base/JsonMessage.h"
+#include "services/bench/commands/CommandRequest.h"
 #include "services/bench/screen/Compositor.h"
 #include "services/bench/screen/PixelCodec.h"
 

@@ -1,6 +1,6 @@
 #include "services/bench/web/WebSocketClient.h"
 
-#include "services/bench/commands/JsonMessage.h"
+#include "base/JsonMessage.h"
 
 #include <libsoup/soup.h>
 

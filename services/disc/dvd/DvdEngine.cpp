@@ -1,8 +1,8 @@
 #include "services/disc/dvd/DvdEngine.h"
 
-#include "services/disc/Background.h"
-#include "services/disc/Log.h"
+#include "base/Threads.h"
 #include "services/disc/engine/Decoders.h"
+#include "services/disc/log/Log.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/Mailbox.h"
+#include "base/Mailbox.h"
 #include "services/disc/dvd/DvdSession.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "services/disc/dvd/DvdPipeline.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 
 #include <gst/video/video.h>
 

@@ -1,6 +1,6 @@
 #include "services/disc/dvd/DvdPlayer.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 #include "services/disc/medium/FaultGate.h"
 
 #include <algorithm>

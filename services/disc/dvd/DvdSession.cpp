@@ -1,8 +1,8 @@
 #include "services/disc/dvd/DvdSession.h"
 
-#include "services/disc/Log.h"
 #include "services/disc/dvd/WireRecord.h"
 #include "services/disc/engine/PicturePlace.h"
+#include "services/disc/log/Log.h"
 
 #include <algorithm>
 #include <utility>

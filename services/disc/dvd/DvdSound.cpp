@@ -1,6 +1,6 @@
 #include "services/disc/dvd/DvdSound.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 
 namespace zm::disc {
 

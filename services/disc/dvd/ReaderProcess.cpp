@@ -1,6 +1,6 @@
 #include "services/disc/dvd/ReaderProcess.h"
 
-#include "services/disc/Background.h"
+#include "base/Threads.h"
 
 #include <fcntl.h>
 #include <signal.h>

@@ -1,7 +1,7 @@
 #include "services/disc/engine/DecoderEngine.h"
 
-#include "services/disc/Log.h"
 #include "services/disc/engine/FeedServer.h"
+#include "services/disc/log/Log.h"
 
 #include <array>
 #include <string_view>

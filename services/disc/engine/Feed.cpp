@@ -1,6 +1,6 @@
 #include "services/disc/engine/Feed.h"
 
-#include "services/disc/Background.h"
+#include "base/Threads.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -1,7 +1,7 @@
 #include "services/disc/engine/FeedServer.h"
 
 #include "base/Socket.h"
-#include "services/disc/Background.h"
+#include "base/Threads.h"
 #include "services/disc/engine/DecoderWire.h"
 
 #include <sys/socket.h>

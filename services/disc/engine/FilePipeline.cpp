@@ -1,10 +1,10 @@
 #include "services/disc/engine/FilePipeline.h"
 
-#include "services/disc/Background.h"
-#include "services/disc/Log.h"
+#include "base/Threads.h"
 #include "services/disc/engine/Decoders.h"
 #include "services/disc/engine/PlaybinStreams.h"
 #include "services/disc/engine/SoundOut.h"
+#include "services/disc/log/Log.h"
 
 #include <algorithm>
 #include <ctime>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/EventLoop.h"
-#include "services/disc/Mailbox.h"
+#include "base/Mailbox.h"
 #include "services/disc/engine/Engine.h"
 #include "services/disc/engine/FileSource.h"
 #include "services/disc/engine/Gst.h"

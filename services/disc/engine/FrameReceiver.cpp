@@ -1,12 +1,12 @@
 #include "services/disc/engine/FrameReceiver.h"
 
-#include "services/disc/Log.h"
+#include "base/Threads.h"
 #include "services/disc/engine/DecoderWire.h"
+#include "services/disc/log/Log.h"
 
 #include <sys/socket.h>
 
 #include <cerrno>
-#include <system_error>
 
 namespace zm::disc {
 
@@ -23,15 +23,15 @@ bool FrameReceiver::run() {
     if (m_thread.joinable()) {
         return true;
     }
-    try {
-        m_thread = std::thread([this] {
-            m_loop.run();
-            m_watch.reset();
-        });
-    } catch (const std::system_error& error) {
-        logError("pictures: no thread can be started: %s\n", error.what());
+    auto thread = startThread("pictures: no thread can be started", [this] {
+        m_loop.run();
+        m_watch.reset();
+    });
+    if (!thread) {
+        logError("%s\n", thread.error().c_str());
         return false;
     }
+    m_thread = std::move(*thread);
     return true;
 }
 

@@ -1,7 +1,7 @@
 #include "services/disc/engine/MusicChain.h"
 
-#include "services/disc/Log.h"
 #include "services/disc/engine/SoundOut.h"
+#include "services/disc/log/Log.h"
 
 namespace zm::disc {
 

@@ -1,6 +1,6 @@
 #include "services/disc/engine/PictureBin.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 
 #include <gst/app/gstappsink.h>
 #include <gst/video/video.h>

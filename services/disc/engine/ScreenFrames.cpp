@@ -1,6 +1,6 @@
 #include "services/disc/engine/ScreenFrames.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 
 #include <poll.h>
 

@@ -1,7 +1,7 @@
 #include "services/disc/engine/SoundOut.h"
 
-#include "services/disc/Log.h"
 #include "services/disc/engine/SoundFile.h"
+#include "services/disc/log/Log.h"
 
 #include <gst/audio/audio.h>
 

@@ -1,6 +1,6 @@
 #include "services/disc/engine/SpareDecoder.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 
 #include <chrono>
 #include <utility>

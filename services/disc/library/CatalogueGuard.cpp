@@ -1,7 +1,7 @@
 #include "services/disc/library/CatalogueGuard.h"
 
-#include "services/disc/Background.h"
-#include "services/disc/Log.h"
+#include "base/Threads.h"
+#include "services/disc/log/Log.h"
 
 namespace zm::disc {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/Mailbox.h"
+#include "base/Mailbox.h"
 #include "services/disc/library/Catalogue.h"
 #include "services/disc/model/Contents.h"
 

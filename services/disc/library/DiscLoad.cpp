@@ -1,6 +1,6 @@
 #include "services/disc/library/DiscLoad.h"
 
-#include "services/disc/Background.h"
+#include "base/Threads.h"
 #include "services/disc/library/Scanner.h"
 
 #include <thread>

@@ -1,11 +1,11 @@
 #include "services/disc/library/Scanner.h"
 
-#include "services/disc/Log.h"
-#include "services/disc/dvd/DvdDetection.h"
-#include "services/disc/library/DiscIdentity.h"
 #include "services/disc/library/DisplayNames.h"
 #include "services/disc/library/FileKinds.h"
 #include "services/disc/library/Tags.h"
+#include "services/disc/log/Log.h"
+#include "services/disc/medium/DvdDetection.h"
+#include "services/disc/model/DiscIdentity.h"
 #include "services/disc/text/Charset.h"
 #include "services/disc/text/NaturalOrder.h"
 

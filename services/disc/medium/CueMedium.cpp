@@ -1,6 +1,6 @@
 #include "services/disc/medium/CueMedium.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 #include "services/disc/medium/IsoMedium.h"
 #include "services/disc/medium/SectorReader.h"
 #include "services/disc/medium/TrackDisc.h"

@@ -1,9 +1,9 @@
 #include "services/disc/medium/TrackDisc.h"
 
-#include "services/disc/library/DiscIdentity.h"
 #include "services/disc/medium/SliceReader.h"
 #include "services/disc/medium/VideoTrack.h"
 #include "services/disc/medium/WavReader.h"
+#include "services/disc/model/DiscIdentity.h"
 
 #include <algorithm>
 

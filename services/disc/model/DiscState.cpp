@@ -1,6 +1,6 @@
 #include "services/disc/model/DiscState.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 
 #include <nlohmann/json.hpp>
 

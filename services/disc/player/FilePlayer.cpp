@@ -1,6 +1,6 @@
 #include "services/disc/player/FilePlayer.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 #include "services/disc/text/Charset.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "services/disc/player/ResumeFile.h"
 
-#include "services/disc/Log.h"
+#include "services/disc/log/Log.h"
 
 #include <sqlite3.h>
 #include <unistd.h>

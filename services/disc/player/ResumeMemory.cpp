@@ -1,7 +1,7 @@
 #include "services/disc/player/ResumeMemory.h"
 
-#include "services/disc/Background.h"
-#include "services/disc/Log.h"
+#include "base/Threads.h"
+#include "services/disc/log/Log.h"
 
 #include <algorithm>
 #include <condition_variable>

@@ -1,4 +1,4 @@
-#include "services/disc/library/DiscIdentity.h"
+#include "services/disc/model/DiscIdentity.h"
 
 #include <glib.h>
 

@@ -1,4 +1,4 @@
-#include "services/bench/commands/JsonMessage.h"
+#include "base/JsonMessage.h"
 
 #include <algorithm>
 
@@ -38,18 +38,6 @@ Json parseMessage(std::string_view text) {
 
 std::string jsonText(const Json& value) {
     return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
-std::optional<CommandRequest> parseCommandRequest(std::string_view text) {
-    const Json message = parseMessage(text);
-    const auto argv = message.find("argv");
-    if (!message.is_object() || argv == message.end() || !argv->is_array() ||
-        !std::ranges::all_of(*argv, &Json::is_string)) {
-        return std::nullopt;
-    }
-    const auto cwd = message.find("cwd");
-    return CommandRequest{argv->get<std::vector<std::string>>(),
-                          cwd != message.end() && cwd->is_string() ? cwd->get<std::string>() : std::string()};
 }
 
 } // namespace zm

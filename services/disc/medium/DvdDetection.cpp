@@ -1,4 +1,4 @@
-#include "services/disc/dvd/DvdDetection.h"
+#include "services/disc/medium/DvdDetection.h"
 
 #include <algorithm>
 #include <array>

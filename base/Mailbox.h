@@ -6,7 +6,7 @@
 #include <memory>
 #include <mutex>
 
-namespace zm::disc {
+namespace zm {
 
 /**
  * A way back to a loop for threads that may be left behind (a disc read can hang for ever): once closed,
@@ -41,4 +41,4 @@ private:
     EventLoop* m_loop;
 };
 
-} // namespace zm::disc
+} // namespace zm

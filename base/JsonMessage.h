@@ -2,10 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace zm {
 
@@ -22,14 +20,5 @@ Json parseMessage(std::string_view text);
 
 /** JSON as text; what is not UTF-8 in it is replaced. */
 std::string jsonText(const Json& value);
-
-/** A command as zmctl and the page send it: {"argv":["word",...],"cwd":"/folder of the caller"}. */
-struct CommandRequest {
-    std::vector<std::string> words;
-    std::string cwd; ///< empty if it was not sent
-};
-
-/** Nothing if `text` is no such object. */
-std::optional<CommandRequest> parseCommandRequest(std::string_view text);
 
 } // namespace zm

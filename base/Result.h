@@ -14,7 +14,7 @@ struct Error {
 /** A value or the reason why there is none. Test it with `if (result)`; then use `*result` or
  * `result.error()`. */
 template <class T>
-class Result {
+class [[nodiscard]] Result {
 public:
     Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
     Result(Error error) : m_state(std::in_place_index<1>, std::move(error)) {}
@@ -25,6 +25,8 @@ public:
     T* operator->() { return &std::get<0>(m_state); }
     const T* operator->() const { return &std::get<0>(m_state); }
     const std::string& error() const { return std::get<1>(m_state).message; }
+    /** The error, to be passed on by an operation with another value. */
+    const Error& failure() const { return std::get<1>(m_state); }
 
 private:
     std::variant<T, Error> m_state;

@@ -118,7 +118,7 @@ bool forEachPacket(std::string_view text, Emit emit) {
 Result<UniqueFd> listenUnix(const std::string& path) {
     auto where = address(path);
     if (!where) {
-        return Error{where.error()};
+        return where.failure();
     }
     if (connectUnix(path)) {
         return Error{path + ": already served by another process"};
@@ -135,7 +135,7 @@ Result<UniqueFd> listenUnix(const std::string& path) {
 Result<UniqueFd> connectUnix(const std::string& path, std::chrono::milliseconds timeout) {
     auto where = address(path);
     if (!where) {
-        return Error{where.error()};
+        return where.failure();
     }
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     for (;;) {
@@ -309,7 +309,7 @@ Listener::Listener(EventLoop& loop, std::function<void(UniqueFd)> onConnection)
 Status Listener::listen(const std::string& path) {
     auto listening = listenUnix(path);
     if (!listening) {
-        return Error{listening.error()};
+        return listening.failure();
     }
     m_fd = std::move(*listening);
     watch();

@@ -16,7 +16,7 @@ Result<std::thread> startThread(const std::string& name, std::function<void()> t
 Status runInBackground(std::function<void()> task) {
     auto thread = startThread("no thread can be started", std::move(task));
     if (!thread) {
-        return Error{thread.error()};
+        return thread.failure();
     }
     thread->detach();
     return ok();

@@ -35,7 +35,7 @@ Status Bench::start() {
     if (m_options.web) {
         auto url = startPage();
         if (!url) {
-            return Error{url.error()};
+            return url.failure();
         }
         m_url = *url;
     }

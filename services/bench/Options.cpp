@@ -159,7 +159,7 @@ Result<BenchOptions> parseBenchOptions(const std::vector<std::string>& arguments
         }
     }
     if (auto good = check(parsed); !good) {
-        return Error{good.error()};
+        return good.failure();
     }
     auto& unit = parsed.options.unit;
     const bool passive = parsed.launcher == "passive" || unit.clock == ClockMode::Manual;

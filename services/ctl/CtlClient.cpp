@@ -50,7 +50,7 @@ Result<int> CtlClient::run(const std::vector<std::string>& words, const Print& o
     }
     SyncConnection connection(std::move(*fd));
     if (auto sent = connection.send(request(words)); !sent) {
-        return Error{sent.error()};
+        return sent.failure();
     }
     for (;;) {
         auto received = connection.receive();

@@ -15,7 +15,7 @@ constexpr int WrongUsage = 2;
 Status check(ScriptLine& line) {
     auto words = shellWords(line.text);
     if (!words) {
-        return Error{words.error()};
+        return words.failure();
     }
     line.words = std::move(*words);
     if (!line.words.empty() && line.words[0] == "try") {

@@ -29,7 +29,8 @@ void say(const Json& message) {
     // For ever: threads may still have something to say while the process ends.
     static auto* service = new SyncConnection(UniqueFd(wire::ControlFd));
     std::lock_guard lock(mutex);
-    service->send(wire::textOf(message));
+    // Without a service there is nobody to tell; the program ends by its own watch of the socket.
+    static_cast<void>(service->send(wire::textOf(message)));
 }
 
 void Reporter::engineStreams(const Streams& streams) {

@@ -28,7 +28,7 @@ PpsInbox::~PpsInbox() {
 Status PpsInbox::start() {
     auto thread = startThread("the objects cannot be read, no thread can be started", [this] { run(); });
     if (!thread) {
-        return Error{thread.error()};
+        return thread.failure();
     }
     m_thread = std::move(*thread);
     return ok();

@@ -108,21 +108,21 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
                                                 const DvdEngineMaker& makeDvdEngine) {
     auto catalogue = Catalogue::open(catalogueFile);
     if (!catalogue) {
-        return Error{catalogue.error()};
+        return catalogue.failure();
     }
     auto state = DiscState::open(ppsSocket(runtime));
     if (!state) {
-        return Error{state.error()};
+        return state.failure();
     }
     auto control = PpsFile::open(ppsSocket(runtime), controlPath, ControlFlags, ControlMode);
     if (!control) {
-        return Error{control.error()};
+        return control.failure();
     }
     std::unique_ptr<Service> service(new Service(loop, std::move(*state),
                                                  std::shared_ptr<Catalogue>(std::move(*catalogue)),
                                                  resumeFile, std::move(*control), makeEngine, makeDvdEngine));
     if (auto begun = service->begin(disc); !begun) {
-        return Error{begun.error()};
+        return begun.failure();
     }
     return service;
 }
@@ -141,8 +141,11 @@ Service::~Service() {
 
 Status Service::begin(const std::string& disc) {
     // What was asked before this run began is over; only what the drive remembers counts.
-    m_control.read();
-    m_state->statusFile().read();
+    for (PpsFile* file : {&m_control, &m_state->statusFile()}) {
+        if (auto old = file->read(); !old) {
+            logWarning("%s\n", old.error().c_str());
+        }
+    }
     // A service that was started again finds the disc (or the empty tray) that the one before it left.
     const auto left = m_state->driveFile().read();
     const std::string driveObject = left ? *left : std::string();

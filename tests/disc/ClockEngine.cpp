@@ -29,7 +29,7 @@ std::string look(disc::Feed& feed) {
 
 } // namespace
 
-ClockEngine::ClockEngine(EventLoop& loop) : m_loop(loop), m_mailbox(std::make_shared<disc::Mailbox>(loop)) {}
+ClockEngine::ClockEngine(EventLoop& loop) : m_loop(loop), m_mailbox(std::make_shared<Mailbox>(loop)) {}
 
 ClockEngine::~ClockEngine() {
     stop();
@@ -52,7 +52,7 @@ void ClockEngine::start(const disc::Playable& playable, disc::EngineListener& li
             }
         });
     };
-    const auto begun = disc::runInBackground([report, feed = m_feed] { report(look(*feed)); });
+    const auto begun = runInBackground([report, feed = m_feed] { report(look(*feed)); });
     if (!begun) {
         report(begun.error());
     }

@@ -32,7 +32,7 @@ private:
     void tick();
 
     EventLoop& m_loop;
-    std::shared_ptr<disc::Mailbox> m_mailbox;
+    std::shared_ptr<Mailbox> m_mailbox;
     std::shared_ptr<disc::Feed> m_feed;
     disc::EngineListener* m_listener = nullptr;
     int m_generation = 0;

@@ -151,7 +151,8 @@ const std::string COSTLY_SONGS[] = {
     "x' OR hex(zeroblob(400000000)) --",
     "x' UNION SELECT zeroblob(40000000),1,1,1 FROM files --",
     "x' OR (SELECT count(*) FROM files a, files b, files c, files d, files e, files f, files g) --",
-    "x' OR (SELECT count(*) FROM files a, files b, files c WHERE a.filename || b.filename || c.filename LIKE '%a%b') --",
+    "x' OR (SELECT count(*) FROM files a, files b, files c WHERE a.filename || b.filename || c.filename LIKE "
+    "'%a%b') --",
     std::string(5000, '_'),
     std::string(3000, '('),
 };

@@ -54,11 +54,11 @@ Status Application::open(ViewImpl& mainView, const std::string& windowGroup) {
         shellSocket(dir),
         {{"t", "hello"}, {"name", mainView.name}, {"group", windowGroup}, {"pid", ::getpid()}}, LinkLimit);
     if (!link) {
-        return Error{link.error()};
+        return link.failure();
     }
     auto screen = ScreenClient::connect(screenSocket(dir), "app", ScreenLimit);
     if (!screen) {
-        return Error{screen.error()};
+        return screen.failure();
     }
     m_screen = std::move(*screen);
     const json& welcome = (*link)->welcome();
@@ -112,7 +112,7 @@ Status Application::waitForEnd() {
 Status Application::addView(ViewImpl& view) {
     auto window = m_screen->makeWindow(view.spec);
     if (!window) {
-        return Error{window.error()};
+        return window.failure();
     }
     view.window = *window;
     m_views.push_back(&view);

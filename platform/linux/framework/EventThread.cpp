@@ -32,7 +32,7 @@ Status EventThread::start(Task first, Task last) {
     if (!thread) {
         std::lock_guard lock(m_mutex);
         m_phase = Phase::Waiting;
-        return Error{thread.error()};
+        return thread.failure();
     }
     m_thread = std::move(*thread);
     return ok();

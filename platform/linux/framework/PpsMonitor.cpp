@@ -37,7 +37,7 @@ Status PpsMonitor::start() {
     auto thread = startThread("PPS monitor thread", [this] { run(); });
     if (!thread) {
         m_running = false;
-        return Error{thread.error()};
+        return thread.failure();
     }
     m_thread = std::move(*thread);
     return ok();

@@ -53,7 +53,7 @@ Result<std::unique_ptr<ShellLink>> ShellLink::connect(const std::string& socket,
     }
     auto welcome = parse(answer->text);
     if (!welcome) {
-        return Error{welcome.error()};
+        return welcome.failure();
     }
     if ((*welcome)["t"] != "welcome") {
         return Error{"the head unit answered " + answer->text + " instead of a welcome"};
@@ -72,7 +72,7 @@ Status ShellLink::start(std::function<void(const json&)> onMessage,
     m_onClosed = std::move(onClosed);
     auto thread = startThread("head unit thread", [this] { receiveAll(); });
     if (!thread) {
-        return Error{thread.error()};
+        return thread.failure();
     }
     m_thread = std::move(*thread);
     return ok();

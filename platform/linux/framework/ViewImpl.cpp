@@ -17,7 +17,7 @@ zm::Status ViewImpl::load(const std::string& resourceFile, const std::string& fo
     }
     auto loaded = zm::Scene::load(resourceFile, fontPath, width, height, *this);
     if (!loaded) {
-        return Error{loaded.error()};
+        return loaded.failure();
     }
     scene = std::move(*loaded);
     spec.width = width;

@@ -26,7 +26,7 @@ Status Worker::start(Hooks hooks) {
     m_hooks = std::move(hooks);
     auto thread = startThread("worker thread", [this] { run(); });
     if (!thread) {
-        return Error{thread.error()};
+        return thread.failure();
     }
     m_thread = std::move(*thread);
     m_running = true;

@@ -51,7 +51,7 @@ Exchanged exchange(SyncConnection& connection, PpsRequest request, std::string_v
 Result<std::string> ask(const std::string& socket, PpsRequest request, std::string_view text) {
     auto fd = connectUnix(socket);
     if (!fd) {
-        return Error{fd.error()};
+        return fd.failure();
     }
     SyncConnection connection(std::move(*fd));
     return exchange(connection, request, text).answer;
@@ -76,7 +76,7 @@ struct PpsFile::Impl {
         nextAttempt = Clock::now() + ReconnectPause;
         auto fd = connectUnix(socket);
         if (!fd) {
-            return Error{fd.error()};
+            return fd.failure();
         }
         int ends[2];
         if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
@@ -88,7 +88,7 @@ struct PpsFile::Impl {
         auto opened =
             exchange(fresh, PpsRequest::Open, std::to_string(openFlags) + " " + path, {theirs.get()});
         if (!opened.answer) {
-            return Error{opened.answer.error()};
+            return opened.answer.failure();
         }
         connection.emplace(std::move(fresh));
         notices = std::move(own);
@@ -97,12 +97,7 @@ struct PpsFile::Impl {
 
     // The connection, made anew if the service has gone and the last attempt was long enough ago. A
     // reconnected object is not truncated again: that belongs to the moment of opening.
-    bool connected() {
-        if (!connection && Clock::now() >= nextAttempt) {
-            connect(flags & ~PpsTruncate);
-        }
-        return connection.has_value();
-    }
+    bool connected() { return connection || (Clock::now() >= nextAttempt && connect(flags & ~PpsTruncate)); }
 
     void drop() {
         // Wakes a thread that still polls the descriptor.
@@ -170,7 +165,7 @@ Result<PpsFile> PpsFile::open(const std::string& socket, const std::string& path
                               unsigned /*mode*/) {
     auto parsed = parsePpsPath(path);
     if (!parsed) {
-        return Error{parsed.error()};
+        return parsed.failure();
     }
     auto impl = std::make_unique<Impl>();
     impl->socket = socket;
@@ -178,7 +173,7 @@ Result<PpsFile> PpsFile::open(const std::string& socket, const std::string& path
     impl->flags = flags;
     impl->wait = parsed->wait && (flags & PpsAccessMask) != PpsWriteOnly;
     if (auto connected = impl->connect(flags); !connected) {
-        return Error{connected.error()};
+        return connected.failure();
     }
     return PpsFile(std::move(impl));
 }
@@ -220,7 +215,7 @@ int PpsFile::pollFd() {
 Result<std::vector<std::string>> ppsList(const std::string& socket) {
     auto answer = ask(socket, PpsRequest::List, "");
     if (!answer) {
-        return Error{answer.error()};
+        return answer.failure();
     }
     std::vector<std::string> names;
     for (size_t begin = 0, end; (end = answer->find('\n', begin)) != answer->npos; begin = end + 1) {

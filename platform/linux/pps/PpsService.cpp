@@ -82,7 +82,7 @@ private:
         }
         auto reader = m_store.open(std::string(parsed.ptr + 1, text.data() + text.size()), flags);
         if (!reader) {
-            return Error{reader.error()};
+            return reader.failure();
         }
         m_notices = std::move(fds.front());
         m_reader = std::move(*reader);

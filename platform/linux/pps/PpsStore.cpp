@@ -128,7 +128,7 @@ Status PpsReader::write(std::string_view text) {
     auto change = m_object->merge(text);
     m_store.m_bytes += m_object->size();
     if (!change) {
-        return Error{change.error()};
+        return change.failure();
     }
     if (!change->empty()) {
         m_store.publish(m_path, *change, this);
@@ -185,7 +185,7 @@ Result<PpsObject*> PpsStore::create(const PpsPath& path, const std::string& whol
 Result<std::unique_ptr<PpsReader>> PpsStore::open(const std::string& whole, int flags) {
     auto path = parsePpsPath(whole);
     if (!path) {
-        return Error{path.error()};
+        return path.failure();
     }
     const int access = flags & PpsAccessMask;
     if (access == PpsAccessMask || (flags & ~(PpsAccessMask | PpsCreate | PpsTruncate)) != 0) {
@@ -214,7 +214,7 @@ Result<std::unique_ptr<PpsReader>> PpsStore::open(const std::string& whole, int 
     } else if (flags & PpsCreate) {
         auto made = create(*path, whole);
         if (!made) {
-            return Error{made.error()};
+            return made.failure();
         }
         object = *made;
         created = true;
@@ -225,7 +225,9 @@ Result<std::unique_ptr<PpsReader>> PpsStore::open(const std::string& whole, int 
     reader->m_object = object;
     m_readers[path->name].push_back(reader.get());
     if ((flags & PpsTruncate) && object && access != PpsReadOnly && !created) {
-        reader->truncate();
+        if (auto emptied = reader->truncate(); !emptied) {
+            return emptied.failure();
+        }
     }
     return reader;
 }
@@ -233,7 +235,7 @@ Result<std::unique_ptr<PpsReader>> PpsStore::open(const std::string& whole, int 
 Status PpsStore::unlink(const std::string& whole) {
     auto path = parsePpsPath(whole);
     if (!path) {
-        return Error{path.error()};
+        return path.failure();
     }
     const auto found = m_objects.find(path->name);
     if (found == m_objects.end()) {

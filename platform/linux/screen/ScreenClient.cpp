@@ -33,14 +33,14 @@ Result<std::unique_ptr<ScreenClient>>
 ScreenClient::connect(const std::string& socket, const std::string& role, std::chrono::milliseconds timeout) {
     auto fd = connectUnix(socket, timeout);
     if (!fd) {
-        return Error{fd.error()};
+        return fd.failure();
     }
     if (::setsockopt(fd->get(), SOL_SOCKET, SO_SNDTIMEO, &SendLimit, sizeof SendLimit) != 0) {
         return systemError(socket);
     }
     std::unique_ptr<ScreenClient> client(new ScreenClient(std::move(*fd)));
     if (auto sent = client->send({{"t", "hello"}, {"role", role}, {"pid", ::getpid()}}); !sent) {
-        return Error{sent.error()};
+        return sent.failure();
     }
     return client;
 }
@@ -53,13 +53,13 @@ Result<ScreenWindow*> ScreenClient::makeWindow(const SurfaceSpec& spec) {
     auto window = std::make_unique<ScreenWindow>(static_cast<ScreenLink&>(*this), m_nextWindow, spec);
     auto memory = window->allocate();
     if (!memory) {
-        return Error{memory.error()};
+        return memory.failure();
     }
     const json message = {{"t", "window"},       {"window", m_nextWindow}, {"name", spec.name},
                           {"width", spec.width}, {"height", spec.height},  {"stride", window->stride()},
                           {"order", spec.order}, {"alpha", spec.alpha},    {"visible", spec.visible}};
     if (auto sent = send(message, {memory->get()}); !sent) {
-        return Error{sent.error()};
+        return sent.failure();
     }
     ++m_nextWindow;
     m_windows.push_back(std::move(window));
@@ -67,7 +67,8 @@ Result<ScreenWindow*> ScreenClient::makeWindow(const SurfaceSpec& spec) {
 }
 
 void ScreenClient::closeWindow(ScreenWindow* window) {
-    send({{"t", "close"}, {"window", window->number()}});
+    // A connection that breaks here says so at the next call.
+    static_cast<void>(send({{"t", "close"}, {"window", window->number()}}));
     std::erase_if(m_windows, [&](const auto& other) { return other.get() == window; });
 }
 
@@ -96,13 +97,15 @@ Status ScreenClient::sendProps(json message, const WindowProps& props) {
 }
 
 Status ScreenClient::receive() {
-    while (!broken()) {
-        if (!readable(fd(), std::chrono::milliseconds(0))) {
-            return ok();
-        }
-        receiveOne();
+    if (broken()) {
+        return Error{m_failure};
     }
-    return Error{m_failure};
+    while (readable(fd(), std::chrono::milliseconds(0))) {
+        if (auto received = receiveOne(); !received) {
+            return received;
+        }
+    }
+    return ok();
 }
 
 Status ScreenClient::sync(std::chrono::milliseconds timeout) {

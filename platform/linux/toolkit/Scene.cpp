@@ -67,11 +67,11 @@ Result<std::unique_ptr<Scene>> Scene::load(const std::string& resourceFile, cons
                                            int width, int height, SceneListener& listener) {
     Result<Resource> resource = loadResource(resourceFile, width, height);
     if (!resource) {
-        return Error{resource.error()};
+        return resource.failure();
     }
     Result<std::unique_ptr<FontBook>> fonts = FontBook::open(fontDir);
     if (!fonts) {
-        return Error{fonts.error()};
+        return fonts.failure();
     }
     auto impl = std::make_unique<Impl>(std::move(*resource), std::move(*fonts), width, height, listener);
     return std::unique_ptr<Scene>(new Scene(std::move(impl)));
@@ -82,7 +82,7 @@ Status Scene::reload() {
     const std::string file = files().front();
     Result<Resource> next = loadResource(file, screen.w, screen.h);
     if (!next) {
-        return Error{next.error()};
+        return next.failure();
     }
     if (auto fit = m_impl->pages.fits(*next); !fit) {
         return Error{file + ": " + fit.error() + "; for other pages start anew"};

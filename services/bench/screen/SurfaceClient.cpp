@@ -152,7 +152,7 @@ Status SurfaceClient::window(const Json& message, std::vector<UniqueFd>& fds) {
                            integer(message, "stride", 0)};
     auto surface = Surface::map(fds.front(), size);
     if (!surface) {
-        return Error{surface.error()};
+        return surface.failure();
     }
     SurfaceWindow made;
     made.client = m_number;

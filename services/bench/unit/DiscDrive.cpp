@@ -26,12 +26,12 @@ Status DiscDrive::start() {
         }
     });
     if (!opened) {
-        return Error{opened.error()};
+        return opened.failure();
     }
     m_watch = std::move(*opened);
     auto object = PpsFile::open(m_socket, std::string("/pps/") + Object, WriteOnlyCreate, 0666);
     if (!object) {
-        return Error{object.error()};
+        return object.failure();
     }
     m_object = std::make_unique<PpsFile>(std::move(*object));
     return ok();

@@ -13,7 +13,7 @@ Result<std::unique_ptr<PpsWatch>> PpsWatch::open(EventLoop& loop, const std::str
                                                  const std::string& object, Callback onText) {
     auto file = PpsFile::open(socket, "/pps/" + object + "?delta", ReadOnlyCreate, 0666);
     if (!file) {
-        return Error{file.error()};
+        return file.failure();
     }
     return std::unique_ptr<PpsWatch>(new PpsWatch(loop, std::move(*file), std::move(onText)));
 }

@@ -24,7 +24,7 @@ bool isVoiceRequest(const std::string& applicationData) {
 Status requestMusic(const std::string& ppsSocket) {
     auto control = PpsFile::open(ppsSocket, Control, WriteOnlyCreate, 0666);
     if (!control) {
-        return Error{control.error()};
+        return control.failure();
     }
     return control->write("zmasr:json:{\"play\":\"music\"}\n");
 }

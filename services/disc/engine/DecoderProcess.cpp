@@ -88,7 +88,7 @@ Result<std::unique_ptr<DecoderProcess>> DecoderProcess::launch(EventLoop& loop, 
     birth.give(pictures->get(), wire::RingFd);
     const auto pid = birth.spawn(besideThisProgram(name));
     if (!pid) {
-        return Error{pid.error()};
+        return pid.failure();
     }
     return std::unique_ptr<DecoderProcess>(new DecoderProcess(
         loop, std::move(control->ours), std::move(notes->ours), std::move(*pictures), *pid));

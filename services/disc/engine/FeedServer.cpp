@@ -15,10 +15,15 @@ namespace {
 // Bytes read at once: the feed's blocks.
 constexpr size_t AnswerBytes = 256 * 1024;
 
+// The last word of a conversation; a decoder that is gone by now misses nothing.
+void refuse(SyncConnection& peer, const std::string& why) {
+    static_cast<void>(peer.send(wire::ErrorAnswer + why));
+}
+
 void serve(SyncConnection& peer, Feed& feed) {
     const auto size = feed.open();
     if (!size) {
-        peer.send(wire::ErrorAnswer + size.error());
+        refuse(peer, size.error());
         return;
     }
     std::string answer(1 + sizeof *size, wire::SizeAnswer);
@@ -33,7 +38,7 @@ void serve(SyncConnection& peer, Feed& feed) {
         std::memcpy(&request, message->text.data(), sizeof request);
         const std::vector<char> bytes = feed.read(request.offset, AnswerBytes);
         if (const std::string failure = feed.failure(); !failure.empty()) {
-            peer.send(wire::ErrorAnswer + failure);
+            refuse(peer, failure);
             return;
         }
         answer.assign(1, wire::BlockAnswer);
@@ -56,7 +61,7 @@ Result<UniqueFd> serveFeed(const std::shared_ptr<Feed>& feed) {
         ours->shutdown();
     });
     if (!begun) {
-        return Error{begun.error()};
+        return begun.failure();
     }
     return theirs;
 }

@@ -42,7 +42,7 @@ GstOwned<GstBuffer> bufferOf(std::vector<char> bytes) {
 Status FileSource::open() {
     const auto size = m_feed->open();
     if (!size) {
-        return Error{size.error()};
+        return size.failure();
     }
     m_size = *size;
     if (m_kind == MediaKind::Music) {
@@ -64,7 +64,7 @@ Status FileSource::open() {
     }
     const auto header = readPhotoHeader({bytes.data(), bytes.size()});
     if (!header) {
-        return Error{header.error()};
+        return header.failure();
     }
     if (auto showable = header->showable(); !showable) {
         return showable;

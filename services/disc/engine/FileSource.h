@@ -26,7 +26,7 @@ public:
     /** Opens the file; comes before the others. */
     Status open();
     /** Why reading ended early; empty if it did not. */
-    std::string failure() const { return Error{m_feed->error()}; }
+    std::string failure() const { return m_feed->failure(); }
     /** Ends a read that hangs, and all later ones. */
     void cancel() { m_feed->cancel(); }
 

@@ -50,12 +50,10 @@ bool ScreenFrames::connect() {
 }
 
 uint8_t* ScreenFrames::freeBuffer() {
-    m_client->receive();
     uint8_t* buffer = m_window->freeBuffer();
     if (!buffer) {
         pollfd waiting{m_client->fd(), POLLIN, 0};
         ::poll(&waiting, 1, BufferWaitMilliseconds);
-        m_client->receive();
         buffer = m_window->freeBuffer();
     }
     return buffer;
@@ -73,8 +71,14 @@ void ScreenFrames::show(const uint8_t* pixels, int stride) {
     for (int row = 0; row < PictureHeight; ++row) {
         std::memcpy(buffer + row * m_window->stride(), pixels + row * stride, PictureWidth * BytesPerPixel);
     }
-    m_window->commitBuffer();
+    commit();
     m_shown = true;
+}
+
+void ScreenFrames::commit() {
+    if (auto shown = m_window->commitBuffer(); !shown) {
+        logWarning("%s\n", shown.error().c_str());
+    }
 }
 
 void ScreenFrames::clear() {
@@ -82,7 +86,7 @@ void ScreenFrames::clear() {
     uint8_t* buffer = m_shown && connect() ? freeBuffer() : nullptr;
     if (buffer) {
         std::fill_n(buffer, m_window->stride() * PictureHeight, uint8_t{0});
-        m_window->commitBuffer();
+        commit();
     }
     m_shown = false;
 }

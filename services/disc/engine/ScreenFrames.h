@@ -23,6 +23,7 @@ public:
 private:
     bool connect();
     uint8_t* freeBuffer();
+    void commit();
 
     std::mutex m_mutex;
     std::string m_socket;

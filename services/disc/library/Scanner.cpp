@@ -46,7 +46,7 @@ public:
         ++m_progress.steps;
         auto entries = m_medium.list(folder.path);
         if (!entries) {
-            return Error{entries.error()};
+            return entries.failure();
         }
         for (auto& entry : *entries) {
             if (m_progress.cancelled) {
@@ -221,7 +221,7 @@ Result<Contents> scan(Medium& medium, ScanProgress& progress) {
     FoundFolder root;
     Walk walk(medium, progress);
     if (auto status = walk.read(root, 0); !status) {
-        return Error{status.error()};
+        return status.failure();
     }
     if (progress.cancelled) {
         return Error{"cancelled"};

@@ -21,12 +21,12 @@ constexpr uint64_t MaxTrackSectors = 100 * 60 * SectorsPerSecond;
 Result<std::string> readText(const std::string& path) {
     auto reader = openSlice(path, 0, MaxCueBytes + 1, path);
     if (!reader) {
-        return Error{reader.error()};
+        return reader.failure();
     }
     std::string text(MaxCueBytes + 1, '\0');
     const auto count = (*reader)->readAt(0, text);
     if (!count) {
-        return Error{count.error()};
+        return count.failure();
     }
     text.resize(*count);
     return text;
@@ -92,14 +92,14 @@ Result<std::string> findPath(const fs::path& folder, const CueFile& file) {
 Result<FoundFile> findFile(const fs::path& folder, const CueFile& file) {
     const auto path = findPath(folder, file);
     if (!path) {
-        return Error{path.error()};
+        return path.failure();
     }
     struct stat info {};
     if (::stat(path->c_str(), &info) != 0 || !S_ISREG(info.st_mode)) {
         return Error{file.name + ": no plain file"};
     }
     if (auto readable = openSlice(*path, 0, 0, *path); !readable) {
-        return Error{readable.error()};
+        return readable.failure();
     }
     return FoundFile{*path, static_cast<uint64_t>(info.st_size)};
 }
@@ -116,7 +116,7 @@ ImageTrack place(const CueTrack& track, const FoundFile& file) {
 Result<CueImage> readCueImage(const std::string& path) {
     const auto text = readText(path);
     if (!text) {
-        return Error{text.error()};
+        return text.failure();
     }
     auto sheet = parseCueSheet(*text);
     if (!sheet) {

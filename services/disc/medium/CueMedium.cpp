@@ -37,7 +37,7 @@ Result<std::shared_ptr<Medium>> openData(const CueImage& image) {
 Result<std::shared_ptr<Medium>> openCue(const std::string& path) {
     const auto image = readCueImage(path);
     if (!image) {
-        return Error{image.error()};
+        return image.failure();
     }
     // The first track of a VCD is its file system.
     CueImage films = *image;

@@ -98,13 +98,13 @@ public:
         while (!text.empty()) {
             const auto end = std::min(text.find_first_of("\r\n"), text.size());
             if (auto status = line(text.substr(0, end)); !status) {
-                return Error{status.error()};
+                return status.failure();
             }
             const bool pair = text.substr(end, 2) == "\r\n";
             text.remove_prefix(std::min(text.size(), end + (pair ? 2 : 1)));
         }
         if (auto status = endTrack(); !status) {
-            return Error{status.error()};
+            return status.failure();
         }
         if (m_sheet.tracks.empty()) {
             return Error{"names no track"};

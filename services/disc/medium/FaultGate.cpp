@@ -31,7 +31,7 @@ public:
     uint64_t size() const override { return m_reader->size(); }
     Result<size_t> readAt(uint64_t offset, std::span<char> buffer) override {
         if (auto status = m_state->pass(); !status) {
-            return Error{status.error()};
+            return status.failure();
         }
         return m_reader->readAt(offset, buffer);
     }
@@ -59,14 +59,14 @@ std::string FaultGate::label() const {
 
 Result<std::vector<Entry>> FaultGate::list(const std::string& folder) {
     if (auto status = m_state->pass(); !status) {
-        return Error{status.error()};
+        return status.failure();
     }
     return m_medium->list(folder);
 }
 
 Result<std::unique_ptr<ByteReader>> FaultGate::open(const std::string& file) {
     if (auto status = m_state->pass(); !status) {
-        return Error{status.error()};
+        return status.failure();
     }
     auto reader = m_medium->open(file);
     if (!reader) {

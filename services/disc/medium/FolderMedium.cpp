@@ -53,7 +53,7 @@ Result<UniqueFd> FolderMedium::openAt(const std::string& path, int flags) const 
 Result<std::vector<Entry>> FolderMedium::list(const std::string& folder) {
     auto fd = openAt(folder, O_RDONLY | O_DIRECTORY);
     if (!fd) {
-        return Error{fd.error()};
+        return fd.failure();
     }
     std::unique_ptr<DIR, int (*)(DIR*)> dir(::fdopendir(fd->get()), ::closedir);
     if (!dir) {
@@ -79,7 +79,7 @@ Result<std::vector<Entry>> FolderMedium::list(const std::string& folder) {
 Result<std::unique_ptr<ByteReader>> FolderMedium::open(const std::string& file) {
     auto fd = openAt(file, O_RDONLY);
     if (!fd) {
-        return Error{fd.error()};
+        return fd.failure();
     }
     struct stat info {};
     if (::fstat(fd->get(), &info) != 0) {

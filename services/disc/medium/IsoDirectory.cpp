@@ -93,7 +93,7 @@ Result<std::string> readBytes(ByteReader& image, const IsoExtent& extent) {
     std::string bytes(extent.size, '\0');
     const auto count = image.readAt(extent.offset, bytes);
     if (!count) {
-        return Error{count.error()};
+        return count.failure();
     }
     bytes.resize(*count);
     return bytes;
@@ -205,7 +205,7 @@ Result<std::vector<IsoRecord>> readIsoDirectory(ByteReader& image, const IsoVolu
                                                 const IsoExtent& extent) {
     const auto bytes = readBytes(image, extent);
     if (!bytes) {
-        return Error{bytes.error()};
+        return bytes.failure();
     }
     std::vector<IsoRecord> records;
     bool goesOn = false;

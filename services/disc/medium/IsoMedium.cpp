@@ -36,7 +36,7 @@ Result<std::shared_ptr<Medium>> IsoMedium::openImage(const std::string& image) {
 Result<std::shared_ptr<Medium>> IsoMedium::openImage(const std::string& image, const Opener& opener) {
     auto reader = opener(image, {0, UINT64_MAX});
     if (!reader) {
-        return Error{reader.error()};
+        return reader.failure();
     }
     auto volume = readIsoVolume(**reader);
     if (!volume) {

@@ -139,7 +139,7 @@ Result<std::unique_ptr<DiscState>> DiscState::open(const std::string& ppsSocket)
     for (const char* path : objectPaths) {
         auto file = PpsFile::open(ppsSocket, path, OpenFlags, OpenMode);
         if (!file) {
-            return Error{file.error()};
+            return file.failure();
         }
         state->m_files.push_back(std::move(*file));
     }

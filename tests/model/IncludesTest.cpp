@@ -69,6 +69,24 @@ TEST_F(IncludesTest, TheApplicationNamesNothingElse) {
     }
 }
 
+TEST_F(IncludesTest, TheMainViewsFoldersKnowOnlyThoseBelowThem) {
+    // The lowest first; what lies beside the folders is below them all but DiscView itself.
+    const std::vector<std::string> folders = {"parts",  "video", "pages",    "lists",
+                                              "search", "disc",  "launcher", "input"};
+    const std::regex include(R"re(#include "(?:(\w+)/)?(\w+\.h)")re");
+    for (size_t level = 0; level < folders.size(); ++level) {
+        for (const fs::path& file : filesBelow(m_application / folders[level])) {
+            const std::string source = text(file);
+            for (std::sregex_iterator it(source.begin(), source.end(), include), end; it != end; ++it) {
+                const auto place = std::ranges::find(folders, (*it)[1].str());
+                EXPECT_TRUE(place == folders.end() || place - folders.begin() <= static_cast<long>(level))
+                    << file << " includes " << (*it)[0];
+                EXPECT_FALSE((*it)[2] == "DiscView.h" || (*it)[2] == "DiscViewParts.h") << file;
+            }
+        }
+    }
+}
+
 TEST_F(IncludesTest, ThePlatformsInterfaceNamesOnlyItselfAndTheLanguage) {
     const std::regex include(R"(^\s*#\s*include\s*[<"]([^>"]+)[>"])", std::regex::multiline);
     std::set<std::string> permitted{"stdarg.h", "stdbool.h", "stdint.h"};

@@ -24,7 +24,7 @@ struct Steps {
 
 class EndingView : public DiscView {
 public:
-    explicit EndingView(Steps& steps) : DiscView("test"), m_steps(steps) {}
+    EndingView(CDiscData& data, Steps& steps) : DiscView("test", data), m_steps(steps) {}
     bool Close() override { return m_steps.take("view closed"); }
 
 private:
@@ -49,7 +49,7 @@ protected:
     std::vector<std::string> shutDown(const std::string& failing, bool result) {
         Steps steps{failing, {}};
         CDiscData data;
-        EndingView view(steps);
+        EndingView view(data, steps);
         EndingController controller(data, steps);
         EXPECT_EQ(ShutDown(view, controller), result) << failing;
         return steps.taken;

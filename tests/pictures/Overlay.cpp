@@ -2,6 +2,7 @@
 
 #include "DiscOsdIds.h"
 #include "DiscViewIds.h"
+#include "DiscViewItems.h"
 #include "parts/SourceGroup.h"
 #include "parts/StatusBar.h"
 #include "tests/pictures/Table.h"

@@ -68,7 +68,7 @@ private:
 } // namespace
 
 struct Application::Parts {
-    ObservedView view{MAIN_VIEW_NAME};
+    ObservedView view{MAIN_VIEW_NAME, *CDiscData::GetInstance()};
     DiscOsdView osd{*CDiscData::GetInstance()};
     DiscViewController controller{&view, *CDiscData::GetInstance()};
     bool running = false;

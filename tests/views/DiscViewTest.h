@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DiscView.h"
+#include "DiscViewParts.h"
 #include "tests/support/Harness.h"
 
 /**
@@ -8,113 +9,193 @@
  * never enters. Each call runs on the view's event thread.
  */
 struct DiscViewTest {
+private:
+    DiscViewParts& parts() { return *m_unit.view().m_pParts; }
+
+    template <class Read>
+    auto get(Read read) {
+        decltype(read(parts())) value{};
+        m_unit.onViewThread([&] { value = read(parts()); });
+        return value;
+    }
+    template <class Write>
+    void set(Write write) {
+        m_unit.onViewThread([&] { write(parts()); });
+    }
+
+public:
     explicit DiscViewTest(zm::test::Unit& unit) : m_unit(unit) {}
 
-    int state() { return get(&DiscView::m_uiCurState); }
-    void setState(int state) { set(&DiscView::m_uiCurState, state); }
-    int page() { return get(&DiscView::m_nCurWndId); }
-    int playType() { return get(&DiscView::m_nCurPlayType); }
-    int browsedType() { return get(&DiscView::m_nCurType); }
-    void setBrowsedType(int type) { set(&DiscView::m_nCurType, type); }
-    int mixedType() { return get(&DiscView::m_nMixedType); }
-    int listFrom() { return get(&DiscView::m_nCurListFrom); }
-    void setListFrom(int source) { set(&DiscView::m_nCurListFrom, source); }
-    int playListFrom() { return get(&DiscView::m_nPlayListFrom); }
-    int listTopIndex() { return get(&DiscView::m_nListTopIndex); }
-    void setListTopIndex(int row) { set(&DiscView::m_nListTopIndex, row); }
-    int folderTopIndex() { return get(&DiscView::m_nFolderTopIndex); }
-    void setFolderTopIndex(int row) { set(&DiscView::m_nFolderTopIndex, row); }
-    int folderCurSel() { return get(&DiscView::m_nFolderCurSel); }
-    void setFolderCurSel(int row) { set(&DiscView::m_nFolderCurSel, row); }
-    void setPlayListFrom(int list) { set(&DiscView::m_nPlayListFrom, list); }
-    int clickFolderId() { return get(&DiscView::m_nClickFolderId); }
-    bool followsPlaying() { return get(&DiscView::m_bSelPlayingRow); }
-    void setFollowsPlaying(bool follows) { set(&DiscView::m_bSelPlayingRow, follows); }
-    bool noFileOfType() { return get(&DiscView::m_bNoFileOfType); }
-    bool videoAllowed() { return get(&DiscView::m_bVideoAllowed); }
-    bool videoIsVisible() { return get(&DiscView::m_bVideoIsVisible); }
-    bool overlayShown() { return get(&DiscView::m_bVideoOsd); }
-    bool paused() { return get(&DiscView::m_bAppPaused); }
-    bool hidden() { return get(&DiscView::m_bAppHidden); }
-    int statusBeforePause() { return get(&DiscView::m_nPlayStatusBeforePause); }
-    bool sourceRequested() { return get(&DiscView::m_bSourceRequested); }
-    void setSourceRequested(bool requested) { set(&DiscView::m_bSourceRequested, requested); }
+    int state() {
+        return get([](DiscViewParts& parts) { return parts.state.m_uiCurState; });
+    }
+    void setState(int state) {
+        set([=](DiscViewParts& parts) { parts.state.m_uiCurState = static_cast<ViewState>(state); });
+    }
+    int page() {
+        return get([](DiscViewParts& parts) { return parts.state.m_nCurWndId; });
+    }
+    int playType() {
+        return get([](DiscViewParts& parts) { return parts.state.m_nCurPlayType; });
+    }
+    int browsedType() {
+        return get([](DiscViewParts& parts) { return parts.state.m_nCurType; });
+    }
+    void setBrowsedType(int type) {
+        set([=](DiscViewParts& parts) { parts.state.m_nCurType = static_cast<PlayType>(type); });
+    }
+    int mixedType() {
+        return get([](DiscViewParts& parts) { return parts.state.m_nMixedType; });
+    }
+    int listFrom() {
+        return get([](DiscViewParts& parts) { return parts.lists.m_nCurListFrom; });
+    }
+    void setListFrom(int source) {
+        set([=](DiscViewParts& parts) { parts.lists.m_nCurListFrom = source; });
+    }
+    int playListFrom() {
+        return get([](DiscViewParts& parts) { return parts.state.m_nPlayListFrom; });
+    }
+    int listTopIndex() {
+        return get([](DiscViewParts& parts) { return parts.lists.m_nListTopIndex; });
+    }
+    void setListTopIndex(int row) {
+        set([=](DiscViewParts& parts) { parts.lists.m_nListTopIndex = row; });
+    }
+    int folderTopIndex() {
+        return get([](DiscViewParts& parts) { return parts.lists.m_nFolderTopIndex; });
+    }
+    void setFolderTopIndex(int row) {
+        set([=](DiscViewParts& parts) { parts.lists.m_nFolderTopIndex = row; });
+    }
+    int folderCurSel() {
+        return get([](DiscViewParts& parts) { return parts.lists.m_nFolderCurSel; });
+    }
+    void setFolderCurSel(int row) {
+        set([=](DiscViewParts& parts) { parts.lists.m_nFolderCurSel = row; });
+    }
+    void setPlayListFrom(int list) {
+        set([=](DiscViewParts& parts) { parts.state.m_nPlayListFrom = static_cast<PlayList>(list); });
+    }
+    int clickFolderId() {
+        return get([](DiscViewParts& parts) { return parts.lists.m_nClickFolderId; });
+    }
+    bool followsPlaying() {
+        return get([](DiscViewParts& parts) { return parts.lists.m_bSelPlayingRow; });
+    }
+    void setFollowsPlaying(bool follows) {
+        set([=](DiscViewParts& parts) { parts.lists.m_bSelPlayingRow = follows; });
+    }
+    bool noFileOfType() {
+        return get([](DiscViewParts& parts) { return parts.state.m_bNoFileOfType; });
+    }
+    bool videoAllowed() {
+        return get([](DiscViewParts& parts) { return parts.films.IsVideoAllowed(); });
+    }
+    bool videoIsVisible() {
+        return get([](DiscViewParts& parts) { return parts.video.IsVisible(); });
+    }
+    bool overlayShown() {
+        return get([](DiscViewParts& parts) { return parts.overlay.IsShown(); });
+    }
+    bool paused() {
+        return get([](DiscViewParts& parts) { return parts.state.m_bAppPaused; });
+    }
+    bool hidden() {
+        return get([](DiscViewParts& parts) { return parts.launcher.m_bAppHidden; });
+    }
+    int statusBeforePause() {
+        return get([](DiscViewParts& parts) { return parts.launcher.m_nPlayStatusBeforePause; });
+    }
+    bool sourceRequested() {
+        return get([](DiscViewParts& parts) { return parts.sourceRequest.m_bSourceRequested; });
+    }
+    void setSourceRequested(bool requested) {
+        set([=](DiscViewParts& parts) { parts.sourceRequest.m_bSourceRequested = requested; });
+    }
     /** As before the launcher's first resume. */
-    void forgetShown() { set(&DiscView::m_bShown, false); }
-    bool voicePlayPending() { return get(&DiscView::m_bVoicePlayPending); }
-    std::string voicePlay() { return get(&DiscView::m_strVoicePlay); }
+    void forgetShown() {
+        set([=](DiscViewParts& parts) { parts.launcher.m_bShown = false; });
+    }
+    bool voicePlayPending() {
+        return get([](DiscViewParts& parts) { return parts.search.m_bVoicePlayPending; });
+    }
+    std::string voicePlay() {
+        return get([](DiscViewParts& parts) { return parts.search.m_strVoicePlay; });
+    }
 
-    void setStatusBeforePause(int status) { set(&DiscView::m_nPlayStatusBeforePause, status); }
+    void setStatusBeforePause(int status) {
+        set([=](DiscViewParts& parts) { parts.launcher.m_nPlayStatusBeforePause = status; });
+    }
 
     /** The last pause by the launcher was that long ago. */
     void ageLastPause(std::chrono::milliseconds age) {
         const std::chrono::microseconds then = std::chrono::duration_cast<std::chrono::microseconds>(
                                                    std::chrono::system_clock::now().time_since_epoch()) -
                                                age;
-        set(&DiscView::m_tvLastPause, timeval{then.count() / 1000000, then.count() % 1000000});
+        set([=](DiscViewParts& parts) {
+            parts.launcher.m_tvLastPause = timeval{then.count() / 1000000, then.count() % 1000000};
+        });
     }
     /** What the worker says about itself. */
     void setCatalogueFinished(bool finished) {
-        m_unit.onViewThread([this, finished] { m_unit.view().m_discDb.SetFinishFlag(finished); });
+        m_unit.onViewThread([this, finished] { parts().catalogue.SetFinishFlag(finished); });
     }
     void waitForQuery() {
-        m_unit.onViewThread([this] { m_unit.view().SetQueryWaitTimer(); });
+        m_unit.onViewThread([this] { parts().listQuery.SetQueryWaitTimer(); });
     }
     void insertRows(int source) {
-        m_unit.onViewThread([this, source] { m_unit.view().InsertUIListData(source); });
+        m_unit.onViewThread([this, source] { parts().listFill.InsertUIListData(source); });
     }
     void clickRow(int playType, int source, int line) {
-        m_unit.onViewThread([=, this] { m_unit.view().OnHandleUIListClick(playType, source, line); });
+        m_unit.onViewThread([=, this] { parts().rowPlay.OnHandleUIListClick(playType, source, line); });
         m_unit.settle();
     }
     void queryFolderList(int folder) {
-        m_unit.onViewThread([this, folder] { m_unit.view().OnQueryFolderList(folder); });
+        m_unit.onViewThread([this, folder] { parts().folders.OnQueryFolderList(folder); });
         m_unit.settle();
     }
     void queryFolderList2(int folder) {
-        m_unit.onViewThread([this, folder] { m_unit.view().OnQueryFolderList2(folder); });
+        m_unit.onViewThread([this, folder] { parts().folders.OnQueryFolderList2(folder); });
         m_unit.settle();
     }
     void queryAllFolders() {
-        m_unit.onViewThread([this] { m_unit.view().OnQueryAllFolders(); });
+        m_unit.onViewThread([this] { parts().folders.OnQueryAllFolders(); });
         m_unit.settle();
     }
     void gotoFolder(int folder) {
-        m_unit.onViewThread([this, folder] { m_unit.view().OnGotoFolderListPage(folder); });
+        m_unit.onViewThread([this, folder] { parts().folders.OnGotoFolderListPage(folder); });
         m_unit.settle();
     }
     void openFolder(int source, int line) {
-        m_unit.onViewThread([=, this] { m_unit.view().OnOpenFolder(source, line); });
+        m_unit.onViewThread([=, this] { parts().folders.OnOpenFolder(source, line); });
         m_unit.settle();
     }
     /** The view of a resource without list controls. */
     void dropLists() {
-        for (CUI_BtList* DiscView::*list :
-             {&DiscView::m_pAudioList, &DiscView::m_pFolderAudioList, &DiscView::m_pCDList}) {
-            set(list, static_cast<CUI_BtList*>(nullptr));
-        }
+        set([](DiscViewParts& parts) { parts.listControls = ListControls(); });
     }
     void showLeftState(int window, int source) {
-        m_unit.onViewThread([this, window, source] { m_unit.view().SetShowLeftState(window, source); });
+        m_unit.onViewThread([this, window, source] { parts().listMenu.SetShowLeftState(window, source); });
     }
     void gotoVideoPage(int type) {
-        m_unit.onViewThread([this, type] { m_unit.view().GotoVideoPage(type); });
+        m_unit.onViewThread([this, type] { parts().films.GotoVideoPage(static_cast<PlayType>(type)); });
         m_unit.settle();
     }
     void placeVideo(bool show, int x, int y, int w, int h) {
-        m_unit.onViewThread([=, this] { m_unit.view().ManipulateVideoWin(show, x, y, w, h); });
+        m_unit.onViewThread([=, this] { parts().video.ManipulateVideoWin(show, x, y, w, h); });
         m_unit.settle();
     }
     bool jumpFolderList(int source, bool select) {
         bool found = true;
-        m_unit.onViewThread([&] { found = m_unit.view().OnFunc_FolderListJump_Index(source, select); });
+        m_unit.onViewThread([&] { found = parts().playingRow.OnFunc_FolderListJump_Index(source, select); });
         return found;
     }
     /** A view that has lost its controller. */
     void withoutController(const std::function<void(DiscView&)>& task) {
         m_unit.onViewThread([&] {
             DiscView& view = m_unit.view();
-            DiscViewController* controller = view.m_pController;
+            DiscViewController* controller = parts().control.Controller();
             view.AttachControl(nullptr);
             task(view);
             view.AttachControl(controller);
@@ -125,7 +206,7 @@ struct DiscViewTest {
         withoutController([&](DiscView& view) { view.OnClick(nullptr, window, control, BT_STATE_RELEASED); });
     }
     void appData(std::string data) {
-        m_unit.onViewThread([&] { m_unit.view().OnAppsMsgAppData(data); });
+        m_unit.onViewThread([&] { parts().search.OnAppsMsgAppData(data); });
     }
     void startSimpleView() {
         m_unit.onViewThread([this] {
@@ -134,21 +215,10 @@ struct DiscViewTest {
         });
     }
     void clickPicture(int control) {
-        m_unit.onViewThread([this, control] { m_unit.view().OnClickPictureWnd(control); });
+        m_unit.onViewThread([this, control] { parts().videoTouch.OnClickPictureWnd(control); });
         m_unit.settle();
     }
 
 private:
-    template <class T>
-    T get(T DiscView::*member) {
-        T value{};
-        m_unit.onViewThread([&] { value = m_unit.view().*member; });
-        return value;
-    }
-    template <class T>
-    void set(T DiscView::*member, T value) {
-        m_unit.onViewThread([&] { m_unit.view().*member = value; });
-    }
-
     zm::test::Unit& m_unit;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "DiscViewLists.h"
+#include "DiscViewIds.h"
+#include "lists/MediaTypes.h"
 #include "tests/views/main_view.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"

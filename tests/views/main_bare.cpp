@@ -17,7 +17,7 @@ protected:
         }
     }
 
-    DiscView view{"zmdisc"};
+    DiscView view{"zmdisc", *CDiscData::GetInstance()};
 };
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "ZMModel/CDiscData.h"
 #include "tests/views/main_view.h"
 
 namespace zm::test {
@@ -85,7 +86,7 @@ TEST_F(MainKeys, RawKeysAreTakenAndDoNothing) {
 }
 
 TEST(MainKeysWithoutController, NothingIsHandled) {
-    DiscView view("zmdisc");
+    DiscView view("zmdisc", *CDiscData::GetInstance());
     for (const int code : {17, 20, 44, 45, 49, 50, 64, 163}) {
         EXPECT_FALSE(view.OnKeyboard(code));
     }

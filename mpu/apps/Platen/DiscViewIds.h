@@ -1,21 +1,7 @@
 #pragma once
 
-/** Pages of the main view's resource. */
-enum : int {
-    WND_DISC_LOADING = 1, ///< loading, no disc, ejecting, region error
-    WND_AUDIO_PLAY = 6,
-    WND_PARKING = 10,
-    WND_VIDEO = 17, ///< transparent, over the video
-    WND_GOTO = 20,
-    WND_DISC_ERROR = 22,
-    WND_MEDIA_LIST = 24,
-    WND_FOLDER_LIST = 25,
-    WND_CD_LIST = 27,
-    WND_LAST = WND_CD_LIST
-};
-
 /** View states: which family of pages is current. */
-enum : int {
+enum ViewState : int {
     VIEW_STATE_MUSIC_LIST = 2,
     VIEW_STATE_VIDEO_LIST = 3,
     VIEW_STATE_PHOTO_LIST = 4,
@@ -33,12 +19,17 @@ enum : int {
 };
 
 /** States of the list pages. */
-constexpr bool IsListState(int state) {
+constexpr bool IsListState(ViewState state) {
     return state >= VIEW_STATE_MUSIC_LIST && state <= VIEW_STATE_PHOTO_LIST;
 }
 
+/** States of the pages of what plays. */
+constexpr bool IsPlayState(ViewState state) {
+    return state >= VIEW_STATE_AUDIO_PLAY && state <= VIEW_STATE_PHOTO_PLAY;
+}
+
 /** Play types, as the device status numbers them. */
-enum : int {
+enum PlayType : int {
     PLAY_TYPE_DVD = 0,
     PLAY_TYPE_CD = 1,
     PLAY_TYPE_MUSIC = 2,
@@ -62,7 +53,7 @@ constexpr bool IsAudioType(int type) {
 enum : int { MIXED_MUSIC = 2, MIXED_VIDEO = 4, MIXED_PHOTO = 8 };
 
 /** Which list a play page returns to. */
-enum : int {
+enum PlayList : int {
     PLAY_LIST_MUSIC = 0,
     PLAY_LIST_VIDEO = 1,
     PLAY_LIST_PHOTO = 2,

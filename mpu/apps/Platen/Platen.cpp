@@ -33,7 +33,7 @@ int PlatenMain(int argc, char** argv) {
             APP_NAME, APP_VERSION, BUILD_DATE, BUILD_TIME);
 
     CDiscData& data = *CDiscData::GetInstance();
-    DiscView theApp(MAIN_VIEW_NAME);
+    DiscView theApp(MAIN_VIEW_NAME, data);
     DiscOsdView theOsd(data);
     DiscViewController viewController(&theApp, data);
     if (!StartUp(theApp, theOsd, viewController, arguments)) {

@@ -3,6 +3,7 @@
 #include "DiscOsdView.h"
 #include "DiscView.h"
 #include "DiscViewController.h"
+#include "DiscViewItems.h"
 #include "Log.h"
 #include "ZMPath.h"
 

@@ -15,7 +15,7 @@ from typing import Callable, List, Optional, Sequence, Union
 from .errors import BenchError
 
 # Counted up whenever the same tracks would give other files, so that old discs are made anew.
-_RECIPE = 1
+_RECIPE = 2
 _CD_RATE = 44100
 _PITCHES = (220, 247, 262, 294, 330, 349, 392)
 
@@ -24,8 +24,8 @@ _PITCHES = (220, 247, 262, 294, 330, 349, 392)
 class Track:
     """A song, video or photo of a disc.
 
-    `file` is its name on the disc, with folders: "Roads/01 Bridge.mp3"; without one it is made from number and
-    title, with the ending of its kind. `seconds` is its length (of a photo nothing).
+    `file` is its name on the disc, with folders: "Roads/01 Bridge.mp3"; without one it is made from the title, of
+    a song with its number in front. `seconds` is its length (of a photo nothing).
     """
 
     title: str
@@ -111,8 +111,11 @@ def _write_files(folder: Path, tracks: List[Track]) -> None:
         make = {"music": _write_song, "video": _write_video, "photo": _write_photo}.get(track.kind)
         if make is None:
             raise ValueError(f'{track.title}: a track is "music", "video" or "photo", not "{track.kind}"')
-        ending = {"music": "mp3", "video": "mpg", "photo": "png"}[track.kind]
-        path = folder / (track.file or f"{number + 1:02} {track.title}.{ending}")
+        # Songs keep their order by their number; of videos and photos it would be part of the name on the screen.
+        name = f"{number + 1:02} {track.title}.mp3"
+        if track.kind != "music":
+            name = track.title + {"video": ".mpg", "photo": ".png"}[track.kind]
+        path = folder / (track.file or name)
         path.parent.mkdir(parents=True, exist_ok=True)
         make(path, number, track)
 

@@ -50,6 +50,21 @@ def test_fingers_and_keys(music: Bench) -> None:
         assert changes.next(10).values["zmcmd"]["cmd"] == 2
 
 
+def test_back_is_a_button_also_where_a_key_has_its_number_for_a_text(music: Bench) -> None:
+    music.key("number-pad")
+    music.expect(page="number pad")
+    music.tap("Back")
+    music.advance(1)
+    music.expect(page="list")
+
+
+def test_what_no_field_says_is_waited_for(music: Bench) -> None:
+    before = music.picture()
+    music.until(lambda: music.picture() != before, within=20)
+    with pytest.raises(ExpectationFailed, match="rain did not hold within 0.05 s"):
+        music.until(lambda: False, within=0.05, what="rain")
+
+
 def test_a_list_is_dragged_and_a_held_key_winds(music: Bench) -> None:
     music.tap("List")
     music.advance(1)

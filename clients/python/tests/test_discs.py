@@ -25,7 +25,7 @@ def test_a_list_of_tracks_becomes_files(tmp_path: Path) -> None:
         ],
         tmp_path,
     )
-    assert names(disc) == ["01 Fog.mp3", "03 Film.mpg", "04 View.png", "Roads/1.mp3"]
+    assert names(disc) == ["01 Fog.mp3", "Film.mpg", "Roads/1.mp3", "View.png"]
     assert [each.name for each in tmp_path.iterdir()] == [disc.name], "nothing else is left in the cache"
 
 

@@ -5,14 +5,15 @@ import os
 import re
 import subprocess
 import sys
+import tempfile
 import time
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
-from typing import Dict, List
+from typing import Dict, Iterator, List
 
 import pytest
 
-from platen_bench import Bench, CommandFailed, running_benches
+from platen_bench import Bench, CommandFailed
 from platen_bench.discs import make_disc
 from platen_bench.plugin.changes import ChangeLog
 
@@ -30,18 +31,19 @@ def test_hail(unit):
 
 
 @pytest.fixture(autouse=True)
-def environment(monkeypatch: pytest.MonkeyPatch) -> None:
-    """The runs inside are runs of their own: not of the shard, the workers or the plugins of the one outside."""
+def environment(monkeypatch: pytest.MonkeyPatch) -> Iterator[None]:
+    """The runs inside are runs of their own, not of the workers outside; they leave no runtime folder."""
     monkeypatch.setenv("PYTHONPATH", str(PACKAGE))
+    folder = tempfile.mkdtemp(prefix="plugin-")
+    monkeypatch.setenv("TMPDIR", folder)
     for name in [name for name in os.environ if name.startswith("PYTEST_")]:
         monkeypatch.delenv(name)
+    yield
+    os.rmdir(folder)
 
 
 def run(pytester: pytest.Pytester, *words: str) -> pytest.RunResult:
-    before = running_benches()
-    result = pytester.runpytest_subprocess("-p", "platen_bench.pytest_plugin", *words)
-    assert set(running_benches()) <= set(before), "a bench was left"
-    return result
+    return pytester.runpytest_subprocess("-p", "platen_bench.pytest_plugin", *words)
 
 
 def test_unit_and_disc(pytester: pytest.Pytester) -> None:

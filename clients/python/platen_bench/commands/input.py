@@ -2,9 +2,11 @@
 
 from __future__ import annotations
 
+import json
 from typing import Union
 
 from ..names import CONTROLS
+from ..screen import Screen
 from .base import Caller, form
 
 
@@ -36,8 +38,14 @@ class InputCommands(Caller):
         Raises CommandFailed, which says what is there instead, if nothing or more than one thing fits, and
         while another application is in front.
         """
-        control = CONTROLS.get(what, what) if isinstance(what, str) else what
-        self.command("tap", control, *_hold(hold))
+        control = CONTROLS.get(what) if isinstance(what, str) else None
+        # On the number pad the id of "Back" is also the text of a key, and texts come first.
+        if control is not None and control < 10:
+            main = Screen.of(json.loads(self.ask(["screen"]))).main
+            if any(each.text == str(control) for each in main.items.values()):
+                self.touch(*main.item(control).rectangle.middle, hold=hold)
+                return
+        self.command("tap", what if control is None else control, *_hold(hold))
 
     @form("drag X1 Y1 X2 Y2")
     def drag(self, x1: int, y1: int, x2: int, y2: int) -> None:

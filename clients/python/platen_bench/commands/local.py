@@ -4,8 +4,9 @@ from __future__ import annotations
 
 import os
 import time
-from typing import List, Optional, Union
+from typing import Callable, List, Optional, Union
 
+from ..errors import ExpectationFailed
 from ..expectations import conditions, wait_for
 from .base import Caller, form, lines_of
 
@@ -38,6 +39,17 @@ class LocalCommands(Caller):
     def holds(self, *path: object, **fields: object) -> bool:
         """Whether that is so now; written as for `expect`."""
         return all(condition.found(self).good for condition in conditions(path, fields))
+
+    def until(self, condition: Callable[[], bool], within: float = 2, what: str = "the condition") -> None:
+        """Waits until `condition()` holds, at most `within` seconds; for what no field or path of `expect` says.
+
+        Raises ExpectationFailed, which names `what`. A script that repeats the test does not have it.
+        """
+        deadline = time.monotonic() + within
+        while not condition():
+            if time.monotonic() >= deadline:
+                raise ExpectationFailed(f"{what} did not hold within {within:g} s")
+            time.sleep(0.02)
 
     @form("run FILE")
     def run(self, file: Union[str, "os.PathLike[str]"]) -> str:

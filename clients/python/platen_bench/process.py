@@ -41,6 +41,7 @@ class BenchProcess:
         self.runtime = os.path.join(self.folder, "bench")
         self.words: List[str] = [*words, "--runtime", self.runtime]
         self.address = ""  #: of the page, if it has one
+        self._owner = os.getpid()
         self._errors = os.path.join(self.folder, "errors")
         self._process: Optional["subprocess.Popen[bytes]"] = None
         self._watchdog: Optional["subprocess.Popen[bytes]"] = None
@@ -104,7 +105,12 @@ class BenchProcess:
         return self._process.pid if self._process else 0
 
     def end(self) -> None:
-        """Ends bench and watchdog and removes the folder; does so also if it is interrupted meanwhile."""
+        """Ends bench and watchdog and removes the folder; does so also if it is interrupted meanwhile.
+
+        A fork of the process that started it has no say in this.
+        """
+        if os.getpid() != self._owner:
+            return
         process, self._process = self._process, None
         watchdog, self._watchdog = self._watchdog, None
         try:

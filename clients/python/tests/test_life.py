@@ -39,6 +39,7 @@ def all_pids(bench: Bench) -> List[int]:
 @pytest.fixture(autouse=True)
 def folder(tmp_path_factory: pytest.TempPathFactory, monkeypatch: pytest.MonkeyPatch) -> Iterator[Path]:
     """Where runtime folders are made; nothing is left in it after a test."""
+    tmp_path_factory.getbasetemp()  # else pytest's own folder would be made in there
     with tempfile.TemporaryDirectory(prefix="life-") as name:
         monkeypatch.setenv("TMPDIR", name)
         monkeypatch.setattr(tempfile, "tempdir", None)
@@ -83,6 +84,21 @@ def test_ends_with_the_last_reference() -> None:
     pids = all_pids(unit)
     del unit
     assert eventually(lambda: not any(alive(pid) for pid in pids))
+
+
+def test_a_fork_of_its_owner_does_not_end_it() -> None:
+    program = (
+        "import os, sys\n"
+        "from platen_bench import Bench\n"
+        "unit = Bench(disc_service=False)\n"
+        "child = os.fork()\n"
+        "if not child: sys.exit()\n"
+        "os.waitpid(child, 0)\n"
+        "unit.key('next')\n"
+        "unit.close()\n"
+    )
+    environment = {**os.environ, "PYTHONPATH": str(PACKAGE)}
+    subprocess.run([sys.executable, "-c", program], env=environment, check=True, timeout=60)
 
 
 @pytest.mark.parametrize("number", [signal.SIGKILL, signal.SIGTERM, signal.SIGINT])

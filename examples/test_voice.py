@@ -30,7 +30,9 @@ def test_a_song_is_found_while_a_film_plays(unit):
     unit.tap("Journey")
     unit.expect(page="video", within=20)
     unit.say("Rain")
-    unit.advance(1)
-    unit.expect("pps.zelmar/disc/device.mediatype", "==", 2, within=20)
-    unit.advance(1)
-    unit.expect(page="music", title="Rain", within=20)
+
+    def the_song_plays():
+        unit.advance(0.5)
+        return unit.holds(page="music", title="Rain")
+
+    unit.until(the_song_plays, within=20, what="the song plays in the place of the film")

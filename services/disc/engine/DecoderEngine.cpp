@@ -34,6 +34,13 @@ std::vector<Stream> streamsOf(const Json& message, const char* name) {
     return streams;
 }
 
+// A photo with a hole in it is none.
+std::shared_ptr<Feed> feedOf(const Playable& playable) {
+    const auto scratch =
+        playable.kind == MediaKind::Photo ? Feed::Scratch::Fails : Feed::Scratch::IsPassedOver;
+    return std::make_shared<Feed>(playable.medium, playable.path, scratch);
+}
+
 } // namespace
 
 DecoderEngine::DecoderEngine(EventLoop& home, std::shared_ptr<FrameSink> frames)
@@ -226,7 +233,7 @@ void DecoderEngine::start(const Playable& playable, EngineListener& listener, Mi
 
 void DecoderEngine::begin() {
     const Playable& playable = m_item->playable;
-    m_feed = std::make_shared<Feed>(playable.medium, playable.path);
+    m_feed = feedOf(playable);
     const auto bytes = serveFeed(m_feed);
     if (!bytes) {
         m_item.reset();
@@ -316,7 +323,7 @@ void DecoderEngine::follow(const Playable& next) {
 
 void DecoderEngine::sendNext() {
     const Playable& next = *m_item->next;
-    m_nextFeed = std::make_shared<Feed>(next.medium, next.path);
+    m_nextFeed = feedOf(next);
     if (const auto bytes = serveFeed(m_nextFeed)) {
         m_process->send({{"do", "follow"},
                          {"number", ++m_nextNumber},

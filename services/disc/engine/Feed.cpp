@@ -1,6 +1,7 @@
 #include "services/disc/engine/Feed.h"
 
 #include "base/Threads.h"
+#include "services/disc/engine/ScratchReader.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -43,11 +44,14 @@ struct Feed::Shared {
 
     // The reading thread: opens the file, then serves one request after the other until cancelled.
     static void run(const std::shared_ptr<Shared>& shared, const std::shared_ptr<Medium>& medium,
-                    const std::string& path) {
+                    const std::string& path, Scratch scratch) {
         auto reader = medium->open(path);
         if (!reader) {
             shared->fail(reader.error());
             return;
+        }
+        if (scratch == Scratch::IsPassedOver) {
+            *reader = std::make_unique<ScratchReader>(std::move(*reader));
         }
         std::unique_lock lock(shared->mutex);
         shared->size = (*reader)->size();
@@ -75,9 +79,10 @@ struct Feed::Shared {
     }
 };
 
-Feed::Feed(std::shared_ptr<Medium> medium, std::string path) : m_shared(std::make_shared<Shared>()) {
-    const auto begun = runInBackground([shared = m_shared, medium = std::move(medium),
-                                        path = std::move(path)] { Shared::run(shared, medium, path); });
+Feed::Feed(std::shared_ptr<Medium> medium, std::string path, Scratch scratch)
+    : m_shared(std::make_shared<Shared>()) {
+    const auto begun = runInBackground([shared = m_shared, medium = std::move(medium), path = std::move(path),
+                                        scratch] { Shared::run(shared, medium, path, scratch); });
     if (!begun) {
         m_shared->fail(begun.error());
     }

@@ -16,7 +16,10 @@ namespace zm::disc {
  */
 class Feed : public ByteFeed {
 public:
-    Feed(std::shared_ptr<Medium> medium, std::string path);
+    /** What a place that cannot be read means. */
+    enum class Scratch { Fails, IsPassedOver };
+
+    Feed(std::shared_ptr<Medium> medium, std::string path, Scratch scratch = Scratch::Fails);
     ~Feed() override;
     Feed(const Feed&) = delete;
     Feed& operator=(const Feed&) = delete;

@@ -5,16 +5,6 @@
 
 #include "zmcar/AppMessage.h"
 
-/** What follows a view message: publications for the rest of the head unit, in this order. */
-enum PUBLISH_EN { PUBLISH_NOTHING = 0, PUBLISH_MEDIA_INFO = 1, PUBLISH_ID3 = 2 };
-static constexpr int NO_MESSAGE = 0;
-
-/** What one parser result leads to; the rows of a table stand in the order of the results. */
-struct DiscViewController::HandlerRow {
-    int nCode;
-    int nPublish; ///< PUBLISH_EN, added up
-};
-
 DiscViewController::DiscViewController(Oro::ZMCAR::IViewMessage* pView, CDiscData& data)
     : PublicController(pView), m_status(g_DiscStatusPPSInfo, this), m_playing(g_DiscPlayingPPSInfo, this),
       m_mpegInfo(g_DiscMpegInfoPPSInfo, this), m_device(g_DiscDevicePPSInfo, this),
@@ -107,56 +97,30 @@ void DiscViewController::OnAttributeChange(int key, pps_attrib_t* attr) {
 }
 
 void DiscViewController::OnHandleAttrStatus(int result) {
-    static constexpr HandlerRow ROWS[] = {
-        {DISC_VMSG_DISCSTATE, PUBLISH_MEDIA_INFO}, {DISC_VMSG_PLAYSTATE, PUBLISH_NOTHING},
-        {DISC_VMSG_ROOTMENU, PUBLISH_NOTHING},     {DISC_VMSG_PARENTAL, PUBLISH_NOTHING},
-        {DISC_VMSG_UPDATEDB, PUBLISH_NOTHING},     {DISC_VMSG_DVDSTATE, PUBLISH_NOTHING},
-        {DISC_VMSG_AUDIOCHANNEL, PUBLISH_NOTHING}, {DISC_VMSG_PLAYSPEED, PUBLISH_NOTHING},
-        {DISC_VMSG_KEYINVALID, PUBLISH_NOTHING},   {DISC_VMSG_MSGTIP, PUBLISH_NOTHING},
-    };
-    Handle(ROWS, result);
+    React(DiscStatusPPSModule::Reaction(result));
 }
-
 void DiscViewController::OnHandleAttrDevice(int result) {
-    static constexpr HandlerRow ROWS[] = {
-        {DISC_VMSG_CONNECTED, PUBLISH_NOTHING}, // the parser never gives 0
-        {DISC_VMSG_DEVICE, PUBLISH_NOTHING},      {DISC_VMSG_CLIPSTYPE, PUBLISH_MEDIA_INFO | PUBLISH_ID3},
-        {DISC_VMSG_MIXEDTYPE, PUBLISH_NOTHING},   {DISC_VMSG_MIXEDSWITCHING, PUBLISH_NOTHING},
-        {DISC_VMSG_ERRORSTATUS, PUBLISH_NOTHING}, {DISC_VMSG_VIDEOMODE, PUBLISH_NOTHING},
-    };
-    Handle(ROWS, result);
+    React(DiscDevicePPSModule::Reaction(result));
 }
-
 void DiscViewController::OnHandleAttrPlaying(int result) {
-    static constexpr HandlerRow ROWS[] = {
-        {DISC_VMSG_TRACKINFO, PUBLISH_MEDIA_INFO},
-        {DISC_VMSG_PLAYTIME, PUBLISH_MEDIA_INFO},
-        {DISC_VMSG_ID3, PUBLISH_ID3},
-    };
-    Handle(ROWS, result);
+    React(DiscPlayingPPSModule::Reaction(result));
 }
-
 void DiscViewController::OnHandleAttrMpegInfo(int result) {
-    static constexpr HandlerRow ROWS[] = {{DISC_VMSG_VERSION, PUBLISH_NOTHING}};
-    Handle(ROWS, result);
+    React(DiscMpegInfoPPSModule::Reaction(result));
 }
-
 void DiscViewController::OnHandleAttrVideoStatus(int result) {
-    static constexpr HandlerRow ROWS[] = {{NO_MESSAGE, PUBLISH_NOTHING},
-                                          {DISC_VMSG_VIDEOSTATUS, PUBLISH_NOTHING}};
-    Handle(ROWS, result);
+    React(DiscVideoStatusPPSModule::Reaction(result));
 }
 
-template <size_t N>
-void DiscViewController::Handle(const HandlerRow (&rows)[N], int result) {
-    if (result < 0 || result >= static_cast<int>(N) || rows[result].nCode == NO_MESSAGE) {
+void DiscViewController::React(const PPSReaction& reaction) {
+    if (reaction.nMessage == NO_MESSAGE) {
         return;
     }
-    SendCode(rows[result].nCode);
-    if (rows[result].nPublish & PUBLISH_MEDIA_INFO) {
+    SendCode(reaction.nMessage);
+    if (reaction.nPublish & PUBLISH_MEDIA_INFO) {
         PublishMediaInfo();
     }
-    if (rows[result].nPublish & PUBLISH_ID3) {
+    if (reaction.nPublish & PUBLISH_ID3) {
         PublishPlayID3();
     }
 }

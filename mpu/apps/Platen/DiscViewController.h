@@ -93,15 +93,13 @@ public:
                              const std::string& strSrcName);
 
 private:
-    struct HandlerRow;
-
     void OnHandleAttrStatus(int result);
     void OnHandleAttrDevice(int result);
     void OnHandleAttrPlaying(int result);
     void OnHandleAttrMpegInfo(int result);
     void OnHandleAttrVideoStatus(int result);
-    template <size_t N>
-    void Handle(const HandlerRow (&rows)[N], int result);
+    /** Sends the message, then publishes. */
+    void React(const PPSReaction& reaction);
     bool SendCode(int nCode, int nParam = 0);
     /** In the order of the members, in which they are attached and closed. */
     std::array<DiscPPSModule*, 9> Modules();

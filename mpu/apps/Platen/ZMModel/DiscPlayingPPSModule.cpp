@@ -5,14 +5,21 @@
 #include "Log.h"
 #include "PPSJsonDecoder.h"
 #include "PPSSubscriber.h"
+#include "ViewMessages.h"
+
+static constexpr PPSAttributeRow<PPSSubscribe<DiscPlayingPPSModule>> ATTRIBUTES[] = {
+    {PLAYING_TRACKINFO, &DiscPlayingPPSModule::SubscribeTrackInfo, {DISC_VMSG_TRACKINFO, PUBLISH_MEDIA_INFO}},
+    {PLAYING_PLAYTIME, &DiscPlayingPPSModule::SubscribePlayTime, {DISC_VMSG_PLAYTIME, PUBLISH_MEDIA_INFO}},
+    {PLAYING_ID3, &DiscPlayingPPSModule::SubscribePlayID3, {DISC_VMSG_ID3, PUBLISH_ID3}},
+};
+static_assert(PPSNamesDiffer(ATTRIBUTES));
 
 int DiscPlayingPPSModule::ParsePPSAttr(pps_attrib_t* attr) {
-    static constexpr PPSSubscribeRow<DiscPlayingPPSModule> ROWS[] = {
-        {PLAYING_TRACKINFO, &DiscPlayingPPSModule::SubscribeTrackInfo},
-        {PLAYING_PLAYTIME, &DiscPlayingPPSModule::SubscribePlayTime},
-        {PLAYING_ID3, &DiscPlayingPPSModule::SubscribePlayID3},
-    };
-    return PPSDispatch(*this, ROWS, attr);
+    return PPSDispatch(*this, ATTRIBUTES, attr);
+}
+
+PPSReaction DiscPlayingPPSModule::Reaction(int nIndex) {
+    return PPSReactionTo(ATTRIBUTES, nIndex);
 }
 
 void DiscPlayingPPSModule::SubscribeTrackInfo(char* encoding, char* value) {

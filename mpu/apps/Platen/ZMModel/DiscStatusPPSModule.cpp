@@ -5,25 +5,32 @@
 #include "Log.h"
 #include "PPSJsonDecoder.h"
 #include "PPSSubscriber.h"
+#include "ViewMessages.h"
+
+static constexpr PPSAttributeRow<PPSSubscribe<DiscStatusPPSModule>> ATTRIBUTES[] = {
+    {STATUS_DISCSTATE, &DiscStatusPPSModule::SubscribeDiscState, {DISC_VMSG_DISCSTATE, PUBLISH_MEDIA_INFO}},
+    {STATUS_PLAYSTATE, &DiscStatusPPSModule::SubscribePlayState, {DISC_VMSG_PLAYSTATE}},
+    {STATUS_ROOTMENU, &DiscStatusPPSModule::SubscribeRootMenu, {DISC_VMSG_ROOTMENU}},
+    {STATUS_PARENTAL, &DiscStatusPPSModule::SubscribeParental, {DISC_VMSG_PARENTAL}},
+    {STATUS_UPDATEDB, &DiscStatusPPSModule::SubscribeUpdatedb, {DISC_VMSG_UPDATEDB}},
+    {STATUS_DVDSTATE, &DiscStatusPPSModule::SubscribeDvdState, {DISC_VMSG_DVDSTATE}},
+    {STATUS_AUDIOCHANNEL, &DiscStatusPPSModule::SubscribeAudioChannel, {DISC_VMSG_AUDIOCHANNEL}},
+    {STATUS_PLAYSPEED, &DiscStatusPPSModule::SubscribePlaySpeed, {DISC_VMSG_PLAYSPEED}},
+    {STATUS_KEYINVALID, &DiscStatusPPSModule::SubscribeKeyInvalid, {DISC_VMSG_KEYINVALID}},
+    {STATUS_MSGTIP, &DiscStatusPPSModule::SubscribeMsgTip, {DISC_VMSG_MSGTIP}},
+};
+static_assert(PPSNamesDiffer(ATTRIBUTES));
 
 int DiscStatusPPSModule::ParsePPSAttr(pps_attrib_t* attr) {
-    static constexpr PPSSubscribeRow<DiscStatusPPSModule> ROWS[] = {
-        {STATUS_DISCSTATE, &DiscStatusPPSModule::SubscribeDiscState},
-        {STATUS_PLAYSTATE, &DiscStatusPPSModule::SubscribePlayState},
-        {STATUS_ROOTMENU, &DiscStatusPPSModule::SubscribeRootMenu},
-        {STATUS_PARENTAL, &DiscStatusPPSModule::SubscribeParental},
-        {STATUS_UPDATEDB, &DiscStatusPPSModule::SubscribeUpdatedb},
-        {STATUS_DVDSTATE, &DiscStatusPPSModule::SubscribeDvdState},
-        {STATUS_AUDIOCHANNEL, &DiscStatusPPSModule::SubscribeAudioChannel},
-        {STATUS_PLAYSPEED, &DiscStatusPPSModule::SubscribePlaySpeed},
-        {STATUS_KEYINVALID, &DiscStatusPPSModule::SubscribeKeyInvalid},
-        {STATUS_MSGTIP, &DiscStatusPPSModule::SubscribeMsgTip},
-    };
     if (attr->attr_name) {
         LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "DiscStatusPPSModule::ParsePPSAttr, attr_name:%s\n",
                 attr->attr_name);
     }
-    return PPSDispatch(*this, ROWS, attr);
+    return PPSDispatch(*this, ATTRIBUTES, attr);
+}
+
+PPSReaction DiscStatusPPSModule::Reaction(int nIndex) {
+    return PPSReactionTo(ATTRIBUTES, nIndex);
 }
 
 void DiscStatusPPSModule::SubscribeDiscState(char* encoding, char* value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ZMModel/DiscPPSModule.h"
+#include "ZMModel/PPSSubscriber.h"
 
 #include "sys/pps.h"
 
@@ -12,6 +13,8 @@ public:
     /** The index of the attribute, also when its value could not be decoded; -1 if its name is missing or
      * unknown. */
     int ParsePPSAttr(pps_attrib_t* attr);
+    /** What follows a change of the attribute of that index. */
+    static PPSReaction Reaction(int nIndex);
 
     void SubscribeDiscState(char* encoding, char* value);
     void SubscribePlayState(char* encoding, char* value);

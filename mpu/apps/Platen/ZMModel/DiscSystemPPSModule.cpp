@@ -4,12 +4,14 @@
 #include "DiscPPSInfo.h"
 #include "PPSSubscriber.h"
 
+static constexpr PPSAttributeRow<PPSSubscribe<DiscSystemPPSModule>> ATTRIBUTES[] = {
+    {SYSTEM_AUTODISCIN, &DiscSystemPPSModule::SubscribeAutoDiscIn, {NO_MESSAGE}},
+    {SYSTEM_DISCSTATUS, nullptr, {NO_MESSAGE}},
+};
+static_assert(PPSNamesDiffer(ATTRIBUTES));
+
 int DiscSystemPPSModule::ParsePPSAttr(pps_attrib_t* attr) {
-    static constexpr PPSSubscribeRow<DiscSystemPPSModule> ROWS[] = {
-        {SYSTEM_AUTODISCIN, &DiscSystemPPSModule::SubscribeAutoDiscIn},
-        {SYSTEM_DISCSTATUS, nullptr},
-    };
-    return PPSDispatch(*this, ROWS, attr);
+    return PPSDispatch(*this, ATTRIBUTES, attr);
 }
 
 void DiscSystemPPSModule::SubscribeAutoDiscIn(char* encoding, char* value) {

@@ -5,6 +5,7 @@
 #include "Log.h"
 #include "PPSJsonDecoder.h"
 #include "PPSSubscriber.h"
+#include "ViewMessages.h"
 
 // Log lines name this module and the lines of its first version, whatever it is called and however long it is
 // now.
@@ -26,16 +27,22 @@ DiscVideoStatusPPSModule::~DiscVideoStatusPPSModule() {
     pthread_mutex_destroy(&m_mutex);
 }
 
+static constexpr PPSAttributeRow<PPSSubscribe<DiscVideoStatusPPSModule>> ATTRIBUTES[] = {
+    {VIDEO_STATUS_ZMDISC, &DiscVideoStatusPPSModule::SubscribeZmDisc, {NO_MESSAGE}},
+    {VIDEO_ZMVIDEO, &DiscVideoStatusPPSModule::SubscribeZmVideo, {DISC_VMSG_VIDEOSTATUS}},
+};
+static_assert(PPSNamesDiffer(ATTRIBUTES));
+
 int DiscVideoStatusPPSModule::ParsePPSAttr(pps_attrib_t* attr) {
-    static constexpr PPSSubscribeRow<DiscVideoStatusPPSModule> ROWS[] = {
-        {VIDEO_STATUS_ZMDISC, &DiscVideoStatusPPSModule::SubscribeZmDisc},
-        {VIDEO_ZMVIDEO, &DiscVideoStatusPPSModule::SubscribeZmVideo},
-    };
     if (attr->attr_name) {
         LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "DiscVideoStatusPPSModule::ParsePPSAttr, attr_name:%s\n",
                 attr->attr_name);
     }
-    return PPSDispatch(*this, ROWS, attr);
+    return PPSDispatch(*this, ATTRIBUTES, attr);
+}
+
+PPSReaction DiscVideoStatusPPSModule::Reaction(int nIndex) {
+    return PPSReactionTo(ATTRIBUTES, nIndex);
 }
 
 void DiscVideoStatusPPSModule::SubscribeZmDisc(char* encoding, char* value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ZMModel/DiscPPSModule.h"
+#include "ZMModel/PPSSubscriber.h"
 
 #include "sys/pps.h"
 
@@ -18,6 +19,8 @@ public:
     /** The index of the attribute, also when its value could not be decoded; -1 if its name is missing or
      * unknown. */
     int ParsePPSAttr(pps_attrib_t* attr);
+    /** What follows a change of the attribute of that index. */
+    static PPSReaction Reaction(int nIndex);
 
     void SubscribeZmDisc(char* encoding, char* value);
     void SubscribeZmVideo(char* encoding, char* value);

@@ -7,17 +7,20 @@
 struct DiscOsdViewTest {
     explicit DiscOsdViewTest(zm::test::Unit& unit) : m_unit(unit) {}
 
-    int nextChapter() { return get(&DiscOsdView::m_nNextChapter); }
-    bool padShown() { return get(&DiscOsdView::m_bGotoShown); }
-    bool trackChanged() { return get(&DiscOsdView::m_bTrackChanged); }
+    int nextChapter() {
+        return get<int>([](DiscOsdView& view) { return view.m_steps.Next(); });
+    }
+    bool padShown() {
+        return get<bool>([](DiscOsdView& view) { return view.m_goto.IsShown(); });
+    }
     /** An overlay that has lost its controller. */
     void withoutController(const std::function<void(DiscOsdView&)>& task) {
         m_unit.onViewThread([&] {
             DiscOsdView& view = m_unit.osdView();
-            DiscViewController* controller = view.m_pController;
-            view.m_pController = nullptr;
+            DiscViewController* controller = view.m_state.m_pController;
+            view.m_state.m_pController = nullptr;
             task(view);
-            view.m_pController = controller;
+            view.m_state.m_pController = controller;
         });
         m_unit.settle();
     }
@@ -26,10 +29,10 @@ struct DiscOsdViewTest {
     }
 
 private:
-    template <class T>
-    T get(T DiscOsdView::*member) {
+    template <class T, class Reader>
+    T get(Reader read) {
         T value{};
-        m_unit.onViewThread([&] { value = m_unit.osdView().*member; });
+        m_unit.onViewThread([&] { value = read(m_unit.osdView()); });
         return value;
     }
 

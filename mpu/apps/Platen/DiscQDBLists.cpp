@@ -10,6 +10,7 @@
 
 /** Where the rows of a source are kept, and what kind of query fills them. */
 struct DiscQDB::SourceRow {
+    LIST_FROM_EN source;
     PlayList DiscQDB::*list;
     int nQueBaseType;
     int nSearchType; ///< type by which GetVecList_Data_Index finds rows; 0: it does not search this source
@@ -17,20 +18,25 @@ struct DiscQDB::SourceRow {
 
 const DiscQDB::SourceRow* DiscQDB::FindSource(int nFromType) {
     static constexpr SourceRow ROWS[] = {
-        {&DiscQDB::m_vecAudioFolderList, QUE_BASE_FOLDER, 0},      // LIST_FROM_AUDIO_FOLDERS
-        {&DiscQDB::m_vecAudioFolderList, QUE_BASE_FOLDER, 0},      // LIST_FROM_AUDIO_IN_FOLDER
-        {&DiscQDB::m_vecVideoFolderList, QUE_BASE_FOLDER, 0},      // LIST_FROM_VIDEO_FOLDERS
-        {&DiscQDB::m_vecVideoFolderList, QUE_BASE_FOLDER, 0},      // LIST_FROM_VIDEO_IN_FOLDER
-        {&DiscQDB::m_vecPhotoFolderList, QUE_BASE_FOLDER, 0},      // LIST_FROM_PHOTO_FOLDERS
-        {&DiscQDB::m_vecPhotoFolderList, QUE_BASE_FOLDER, 0},      // LIST_FROM_PHOTO_IN_FOLDER
-        {&DiscQDB::m_vecAudioList, QUE_BASE_MEDIA, FTYPE_AUDIO},   // LIST_FROM_ALL_AUDIO
-        {&DiscQDB::m_vecPhotoList, QUE_BASE_MEDIA, FTYPE_PICTURE}, // LIST_FROM_ALL_PHOTO
-        {&DiscQDB::m_vecVideoList, QUE_BASE_MEDIA, FTYPE_VIDEO},   // LIST_FROM_ALL_VIDEO
-        {&DiscQDB::m_vecAudioList, QUE_BASE_MEDIA, FTYPE_AUDIO},   // LIST_FROM_CUR_AUDIO
-        {&DiscQDB::m_vecSearchList, QUE_BASE_MEDIA, 0},            // LIST_FROM_SEARCH
+        {LIST_FROM_AUDIO_FOLDERS, &DiscQDB::m_vecAudioFolderList, QUE_BASE_FOLDER, 0},
+        {LIST_FROM_AUDIO_IN_FOLDER, &DiscQDB::m_vecAudioFolderList, QUE_BASE_FOLDER, 0},
+        {LIST_FROM_VIDEO_FOLDERS, &DiscQDB::m_vecVideoFolderList, QUE_BASE_FOLDER, 0},
+        {LIST_FROM_VIDEO_IN_FOLDER, &DiscQDB::m_vecVideoFolderList, QUE_BASE_FOLDER, 0},
+        {LIST_FROM_PHOTO_FOLDERS, &DiscQDB::m_vecPhotoFolderList, QUE_BASE_FOLDER, 0},
+        {LIST_FROM_PHOTO_IN_FOLDER, &DiscQDB::m_vecPhotoFolderList, QUE_BASE_FOLDER, 0},
+        {LIST_FROM_ALL_AUDIO, &DiscQDB::m_vecAudioList, QUE_BASE_MEDIA, FTYPE_AUDIO},
+        {LIST_FROM_ALL_PHOTO, &DiscQDB::m_vecPhotoList, QUE_BASE_MEDIA, FTYPE_PICTURE},
+        {LIST_FROM_ALL_VIDEO, &DiscQDB::m_vecVideoList, QUE_BASE_MEDIA, FTYPE_VIDEO},
+        {LIST_FROM_CUR_AUDIO, &DiscQDB::m_vecAudioList, QUE_BASE_MEDIA, FTYPE_AUDIO},
+        {LIST_FROM_SEARCH, &DiscQDB::m_vecSearchList, QUE_BASE_MEDIA, 0},
     };
-    const bool bKnown = nFromType >= 0 && nFromType < static_cast<int>(std::size(ROWS));
-    return bKnown ? &ROWS[nFromType] : nullptr;
+    static_assert(std::size(ROWS) == LIST_FROM_SEARCH + 1, "each source has a row");
+    for (const SourceRow& row : ROWS) {
+        if (row.source == nFromType) {
+            return &row;
+        }
+    }
+    return nullptr;
 }
 
 void DiscQDB::QueryPlayListCmd(std::string sql, int nFromType, std::string subSql) {

@@ -1,7 +1,8 @@
-#include "DiscOsdView.h"
+#include "overlay/Counters.h"
 
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
+#include "overlay/OverlayState.h"
 #include "parts/CounterText.h"
 #include "zmui/CUIAnalysis.h"
 
@@ -32,42 +33,43 @@ constexpr CounterRow COUNTERS[] = {
 
 } // namespace
 
-void DiscOsdView::OnUserMsgTrackInfo() {
-    if (!m_pUIAnalysis) {
+void Counters::OnUserMsgTrackInfo() {
+    if (!m_state.m_pUIAnalysis) {
         return;
     }
-    const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
-    if (IsClip({PLAY_TYPE_DVD})) {
+    const T_MPEG_MEDIA_INFO info = m_state.m_data.GetCurPlayInfo();
+    if (m_state.IsClip({PLAY_TYPE_DVD})) {
         LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgTrackInfo]t:%d/%d  c:%d/%d\n",
                 info.title, info.titles, info.chapter, info.chapters);
-    } else if (IsClip({PLAY_TYPE_VCD})) {
+    } else if (m_state.IsClip({PLAY_TYPE_VCD})) {
         LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::OnUserMsgTrackInfo]----  track:%d/%d\n",
                 info.mediaId, info.mediaIds);
     }
     for (const CounterRow& row : COUNTERS) {
-        if (IsClip({row.clipType})) {
+        if (m_state.IsClip({row.clipType})) {
             const int current = info.*row.current;
             const int count = info.*row.count;
-            ShowCounter(*m_pUIAnalysis, m_nCurWndId, row.item, JudgeCounter(current, count, row.rule),
-                        current, count);
+            ShowCounter(*m_state.m_pUIAnalysis, m_state.m_nCurWndId, row.item,
+                        JudgeCounter(current, count, row.rule), current, count);
         }
     }
 }
 
-void DiscOsdView::ShowFileCounter() {
-    if (m_pUIAnalysis) {
-        const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
+void Counters::ShowFileCounter() {
+    if (m_state.m_pUIAnalysis) {
+        const T_MPEG_MEDIA_INFO info = m_state.m_data.GetCurPlayInfo();
         const Counter shown = JudgeCounter(info.curMediaId, info.curMediaIds, CounterRule::Unbounded);
-        ShowCounter(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TRACK, shown, info.curMediaId, info.curMediaIds);
+        ShowCounter(*m_state.m_pUIAnalysis, m_state.m_nCurWndId, OSD_ITEM_TRACK, shown, info.curMediaId,
+                    info.curMediaIds);
     }
 }
 
-void DiscOsdView::ShowCurTrack(int index) {
+void Counters::ShowCurTrack(int index) {
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscOsdView::ShowCurTrack]  index=%d\n", index);
-    if (!m_pUIAnalysis || m_data.GetCurPlayStatus().repeat == REPEAT_FOLDER) {
+    if (!m_state.m_pUIAnalysis || m_state.m_data.GetCurPlayStatus().repeat == REPEAT_FOLDER) {
         return;
     }
-    const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
+    const T_MPEG_MEDIA_INFO info = m_state.m_data.GetCurPlayInfo();
     // Without an index the file number decides whether the count alone is shown.
     Counter shown = Counter::Unknown;
     if (info.mediaIds >= 1 && index >= 1) {
@@ -75,19 +77,19 @@ void DiscOsdView::ShowCurTrack(int index) {
     } else if (info.mediaIds >= 1 && info.curMediaId < 1) {
         shown = Counter::CountOnly;
     }
-    ShowCounter(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TRACK, shown, index, info.mediaIds);
+    ShowCounter(*m_state.m_pUIAnalysis, m_state.m_nCurWndId, OSD_ITEM_TRACK, shown, index, info.mediaIds);
 }
 
-void DiscOsdView::OnUserMsgPlayTime() {
-    if (!m_pUIAnalysis || !IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
+void Counters::OnUserMsgPlayTime() {
+    if (!m_state.m_pUIAnalysis || !m_state.IsClip({PLAY_TYPE_VCD, PLAY_TYPE_DVD, PLAY_TYPE_VIDEO})) {
         return;
     }
-    const T_PLAYTIME_INFO playTime = m_data.GetPlayTime();
-    SetTimeText(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_ELAPSED, playTime.time);
-    SetTimeText(*m_pUIAnalysis, m_nCurWndId, OSD_ITEM_TOTAL, playTime.trackTime);
-    m_pUIAnalysis->SetProgressItemPos(m_nCurWndId, OSD_ITEM_PROGRESS,
-                                      PlayTimePercent(playTime.time, playTime.trackTime));
-    m_pUIAnalysis->drawItem(m_nCurWndId, OSD_ITEM_ELAPSED);
-    m_pUIAnalysis->drawItem(m_nCurWndId, OSD_ITEM_PROGRESS);
-    m_pUIAnalysis->drawItem(m_nCurWndId, OSD_ITEM_TOTAL);
+    const T_PLAYTIME_INFO playTime = m_state.m_data.GetPlayTime();
+    SetTimeText(*m_state.m_pUIAnalysis, m_state.m_nCurWndId, OSD_ITEM_ELAPSED, playTime.time);
+    SetTimeText(*m_state.m_pUIAnalysis, m_state.m_nCurWndId, OSD_ITEM_TOTAL, playTime.trackTime);
+    m_state.m_pUIAnalysis->SetProgressItemPos(m_state.m_nCurWndId, OSD_ITEM_PROGRESS,
+                                              PlayTimePercent(playTime.time, playTime.trackTime));
+    m_state.m_pUIAnalysis->drawItem(m_state.m_nCurWndId, OSD_ITEM_ELAPSED);
+    m_state.m_pUIAnalysis->drawItem(m_state.m_nCurWndId, OSD_ITEM_PROGRESS);
+    m_state.m_pUIAnalysis->drawItem(m_state.m_nCurWndId, OSD_ITEM_TOTAL);
 }

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+struct OverlayState;
+
+/** Steps a DVD past chapters that cannot be read. */
+class ChapterSteps {
+public:
+    explicit ChapterSteps(OverlayState& state) : m_state(state) {}
+
+    /** The chapter asked for: where the steps begin. */
+    void SetNext(int chapter) { m_nNextChapter = chapter; }
+    int Next() const { return m_nNextChapter; }
+
+    /** Remembers a read error of a DVD. */
+    void OnErrorStatus();
+    /** A DVD that stopped with an error plays on. */
+    void OnStopped();
+    /** Behind a read error the next chapter plays, or the next title. */
+    void OnPlaying();
+
+private:
+    OverlayState& m_state;
+    int32_t m_nNextChapter = 0;
+    bool m_bReadError = false;
+};

@@ -30,8 +30,9 @@ def test_every_form_of_every_command_has_a_method() -> None:
         if ".commands." in module.name:
             importlib.import_module(module.name)
     zmctl = forms_of_zmctl()
-    assert sorted(zmctl - set(FORMS)) == [], "zmctl has forms that no method of the client stands for"
-    assert sorted(set(FORMS) - zmctl) == [], "the client has forms that zmctl does not"
+    missing, unknown = sorted(zmctl - set(FORMS)), sorted(set(FORMS) - zmctl)
+    assert not missing, "no method stands for what zmctl has: " + "; ".join(missing)
+    assert not unknown, "methods stand for what zmctl does not have: " + "; ".join(unknown)
 
 
 def test_the_methods_that_stand_for_them_are_the_benchs() -> None:

@@ -24,7 +24,7 @@ class Drive:
 class DiscCommands(Caller):
     """Discs that come and go, and faults of the drive."""
 
-    @form("insert PATH [--wait]")
+    @form("insert DISC [--wait]")
     def insert(self, path: PathLike, wait: bool = True) -> None:
         """Puts a folder, an image or a file into the drive.
 

@@ -29,7 +29,7 @@ class LauncherCommands(Caller):
         """Asks for a song by voice, as the head unit's speech recognition does."""
         self.appdata(f'--song="{song}"')
 
-    @form("language CODE")
+    @form("language LANGUAGE")
     def language(self, code: str) -> None:
         """Changes the language of all texts: "en", "de", "zh", "ar". Raises CommandFailed for another one."""
         self.command("language", code)

@@ -94,7 +94,7 @@ class Pps:
         """Writes lines `name:encoding:value` or `-name` as one change; makes the object if there is none."""
         self._caller.command("pps", "put", name, *lines)
 
-    @form("pps watch OBJ [-n N] [-t SECONDS]")
+    @form("pps watch OBJ [-n COUNT] [-t SECONDS]")
     def watch(self, name: str, count: Optional[int] = None, seconds: Optional[float] = None) -> Changes:
         """The changes of an object from now on, at most `count`, for at most `seconds`.
 

@@ -10,7 +10,7 @@ from .base import Caller, form
 class VehicleCommands(Caller):
     """What the vehicle tells the application."""
 
-    @form("device [--silent] ID|NAME VALUE|fail")
+    @form("device [--silent] ID|NAME NUMBER|fail")
     def device(self, device: Union[str, int], value: Union[int, str], silent: bool = False) -> None:
         """Sets a vehicle value by the device's name or number; the value "fail" makes reading it fail.
 

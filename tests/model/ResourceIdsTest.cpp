@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <fstream>
 #include <map>
 #include <regex>
@@ -14,7 +15,7 @@
 
 namespace zm::test {
 
-/** A resource file, the headers that name its numbers, and how the names begin. */
+/** A resource file, the headers that name its numbers (a name for another name comes later), and how the names begin. */
 struct Named {
     using Beginnings = std::vector<std::string>;
 
@@ -80,10 +81,15 @@ private:
     void readNames(const std::string& header) {
         std::ifstream file(header);
         ASSERT_TRUE(file) << header;
-        const std::regex definition(R"(\b([A-Z][A-Z0-9_]+) = (\d+))");
+        const std::regex definition(R"(\b([A-Z][A-Z0-9_]+) = (\w+))");
         for (std::string line; std::getline(file, line);) {
             for (std::sregex_iterator it(line.begin(), line.end(), definition), end; it != end; ++it) {
-                m_names[(*it)[1]] = std::stoi((*it)[2]);
+                const std::string value = (*it)[2];
+                if (std::isdigit(static_cast<unsigned char>(value[0]))) {
+                    m_names[(*it)[1]] = std::stoi(value);
+                } else if (m_names.contains(value)) {
+                    m_names[(*it)[1]] = m_names[value];
+                }
             }
         }
     }
@@ -135,13 +141,14 @@ INSTANTIATE_TEST_SUITE_P(
     Each, ResourceIds,
     testing::Values(
         Named{"DISC.zmrc_device",
-              {"DiscViewItems.h", "parts/NumberPad.h", "parts/SourceGroup.h", "parts/StatusBar.h"},
+              {"parts/NumberPad.h", "parts/SourceGroup.h", "parts/StatusBar.h", "DiscViewItems.h"},
               {"WND_", "GOTO_WINDOW"},
               {"ITEM_", "BTN_", "PARK_CTRL_", "GOTO_KEY_", "GOTO_ITEM_", "SRC_CTRL_", "OSD_ITEM_"},
               {"TXT_"},
               {"ICON_"}},
         Named{"OVERLAY.zmrc_device",
-              {"DiscOsdIds.h", "parts/NumberPad.h", "parts/SourceGroup.h", "parts/StatusBar.h"},
+              {"parts/NumberPad.h", "parts/SourceGroup.h", "parts/StatusBar.h", "DiscViewItems.h",
+               "DiscOsdIds.h"},
               {"OSD_WND_", "GOTO_WINDOW"},
               {"OSD_ITEM_", "OSD_CTRL_", "ITEM_SRC_GROUP", "GOTO_KEY_", "GOTO_ITEM_", "SRC_CTRL_"},
               {"OSD_TXT_"},

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "parts/NumberPad.h"
+#include "DiscViewItems.h"
 
 /*
- * Ids of the overlay's resource. Those that every page of both resources may have stand with their part:
- * StatusBar.h, SourceGroup.h, NumberPad.h.
+ * Ids of the overlay's resource. Those that every page of both resources may have stand with their part
+ * (StatusBar.h, SourceGroup.h, NumberPad.h), the number of what both have once, with the main view.
  */
 
 /** Windows. */
@@ -13,17 +13,17 @@ enum : int {
     OSD_WND_VIDEO = 2,
     OSD_WND_VCD = 4,
     OSD_WND_PICTURE = 11,
-    OSD_WND_GOTO = GOTO_WINDOW
+    OSD_WND_GOTO = WND_GOTO
 };
 
 /** Items of the overlay's bars; an id means the same item on each of them. */
 enum : int {
-    OSD_ITEM_TOP_3 = 3,
-    OSD_ITEM_TOP_4 = 4,
-    OSD_ITEM_PIC_TEXT = 5,
-    OSD_ITEM_ELAPSED = 2067,
-    OSD_ITEM_TOTAL = 2068,
-    OSD_ITEM_PROGRESS = 2069,
+    OSD_ITEM_TOP_3 = ITEM_HOME,
+    OSD_ITEM_TOP_4 = ITEM_BACK,
+    OSD_ITEM_PIC_TEXT = ITEM_SRC_BUTTON,
+    OSD_ITEM_ELAPSED = ITEM_ELAPSED,
+    OSD_ITEM_TOTAL = ITEM_TOTAL,
+    OSD_ITEM_PROGRESS = ITEM_PROGRESS,
     OSD_ITEM_STATE_PIC = 2078,
     OSD_ITEM_TRACK = 2152,
     OSD_ITEM_CHAPTER = 2154,
@@ -37,16 +37,16 @@ enum : int {
     OSD_CTRL_PROGRESS = OSD_ITEM_PROGRESS,
     OSD_CTRL_NOP_5007 = 5007,
     OSD_CTRL_NOP_5008 = 5008,
-    OSD_CTRL_SHUFFLE = 6503,
-    OSD_CTRL_REPEAT = 6504,
-    OSD_CTRL_GOTO = 6505,
+    OSD_CTRL_SHUFFLE = ITEM_SHUFFLE,
+    OSD_CTRL_REPEAT = ITEM_REPEAT,
+    OSD_CTRL_GOTO = ITEM_GOTO,
     OSD_CTRL_NOP_6506 = 6506,
     OSD_CTRL_NOP_6507 = 6507,
-    OSD_CTRL_PREV = 6521,
-    OSD_CTRL_PLAY = 6522,
-    OSD_CTRL_PAUSE = 6523,
-    OSD_CTRL_NEXT = 6524,
-    OSD_CTRL_EQ = 6525,
+    OSD_CTRL_PREV = ITEM_PREVIOUS,
+    OSD_CTRL_PLAY = ITEM_PLAY,
+    OSD_CTRL_PAUSE = ITEM_PAUSE,
+    OSD_CTRL_NEXT = ITEM_NEXT,
+    OSD_CTRL_EQ = ITEM_EQUALISER,
     OSD_CTRL_AUDIO = 6535,
     OSD_CTRL_STOP = 6551,
     OSD_CTRL_SUBTITLE = 6555,

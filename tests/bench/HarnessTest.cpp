@@ -1,4 +1,5 @@
 #include "tests/support/Harness.h"
+#include "tests/support/Commands.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,11 +28,11 @@ TEST(Harness, PlaysADiscAndSeesPagesCommandsAndMessages) {
 
     EXPECT_EQ(unit.main.window(), 6);
     EXPECT_EQ(unit.main.item(6, 2061).text, "Artist");
-    EXPECT_THAT(unit.commands(), ElementsAre("187,1,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(RequestSource(1, 0)));
     EXPECT_THAT(unit.viewMessages(), Contains(1017));
     unit.clearCommands();
     unit.touchItem(unit.main, 6, 6523);
-    EXPECT_THAT(unit.commands(), ElementsAre("5,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
     EXPECT_THAT(unit.requests(), Contains(R"({"op":"ToBeep"})"));
 }
 

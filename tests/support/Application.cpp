@@ -19,6 +19,9 @@ namespace {
 /** Code of the message behind which a task of the test waits; no view knows it. */
 constexpr int TaskMessage = 0x7e57;
 
+/** Class of the launcher's messages; its first sub-code and status are a resume. */
+constexpr int AppsMessage = 3;
+
 /** The main view, which also notes its messages and runs the test's tasks. */
 class ObservedView : public DiscView {
 public:
@@ -36,6 +39,13 @@ public:
         return DiscView::OnUserMessage(message);
     }
 
+    void OnAppsMessage(APP_MSG_S* message) override {
+        const bool resume = message->word[0] == AppsMessage && message->word[1] == 0 && message->word[2] == 0;
+        if (!resume || !std::exchange(holdFirstResume, false)) {
+            DiscView::OnAppsMessage(message);
+        }
+    }
+
     void post(std::function<void()> task) {
         {
             std::lock_guard lock(m_mutex);
@@ -48,6 +58,8 @@ public:
         std::lock_guard lock(m_mutex);
         return m_codes;
     }
+
+    bool holdFirstResume = false;
 
 private:
     void runTask() {
@@ -80,9 +92,10 @@ Application::~Application() {
     end();
 }
 
-bool Application::start(const std::string& song) {
+bool Application::start(const ApplicationOptions& options) {
     auto& [view, osd, controller, running] = *m_parts;
-    running = StartUp(view, osd, controller, {"disc", song, !song.empty()});
+    view.holdFirstResume = !options.firstResume;
+    running = StartUp(view, osd, controller, {"disc", options.song, !options.song.empty()});
     return running;
 }
 

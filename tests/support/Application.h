@@ -11,6 +11,11 @@ class DiscViewController;
 
 namespace zm::test {
 
+struct ApplicationOptions {
+    std::string song = {};   ///< long parameter "song" unless empty
+    bool firstResume = true; ///< false: the launcher's first resume is not handed to the view
+};
+
 /** The application on threads of this process, started and ended by its own start-up. */
 class Application {
 public:
@@ -18,9 +23,8 @@ public:
     /** Ends it if that has not been done. */
     ~Application();
 
-    /** Starts everything up to the shown windows, with `song` as the long parameter unless it is empty; false
-     * if a step failed. */
-    bool start(const std::string& song);
+    /** Starts everything up to the shown windows; false if a step failed. */
+    bool start(const ApplicationOptions& options = {});
     /** The shut-down sequence; false if a step failed. */
     bool end();
 

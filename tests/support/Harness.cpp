@@ -3,6 +3,8 @@
 #include "services/bench/unit/PpsText.h"
 #include "services/ctl/AnswerData.h"
 #include "tests/support/Application.h"
+#include "tests/support/Commands.h"
+#include "tests/support/StateStore.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/UnitServer.h"
 
@@ -21,9 +23,11 @@ constexpr const char* Control = "zelmar/disc/control";
 
 // The application reads its surroundings from the environment and ends by SIGTERM to its own process: both
 // are settled before any thread exists.
-void prepareProcess(const std::string& folder, const std::string& catalogue) {
-    setenv("ZM_CATALOGUE", catalogue.empty() ? (folder + "/none.sqlite").c_str() : catalogue.c_str(), 1);
-    setenv("ZM_RCC_PATH", ZM_SHARE_DIR "/rccs/", 1);
+void prepareProcess(const std::string& folder, const UnitOptions& options) {
+    const std::string catalogue = options.catalogue.empty() ? folder + "/none.sqlite" : options.catalogue;
+    const std::string resources = options.resources.empty() ? ZM_SHARE_DIR "/rccs/" : options.resources;
+    setenv("ZM_CATALOGUE", catalogue.c_str(), 1);
+    setenv("ZM_RCC_PATH", resources.c_str(), 1);
     setenv("ZM_FONT_PATH", ZM_SHARE_DIR "/fonts/", 1);
     sigset_t ending;
     sigemptyset(&ending);
@@ -68,7 +72,7 @@ std::vector<std::string> command(std::vector<std::string> words, std::initialize
 
 struct Unit::Impl {
     explicit Impl(const UnitOptions& options) : server(unitOptions(folder.path())) {
-        prepareProcess(folder.path(), options.catalogue);
+        prepareProcess(folder.path(), options);
     }
 
     RuntimeFolder folder;
@@ -80,8 +84,13 @@ struct Unit::Impl {
 Unit::Unit(UnitOptions options) : m_impl(std::make_unique<Impl>(options)) {
     const std::string failure = m_impl->server.start();
     EXPECT_EQ(failure, "");
+    resetStateStore();
+    for (const auto& [object, line] : options.published) {
+        must({"pps", "put", object, line});
+    }
     m_impl->application = std::make_unique<Application>();
-    EXPECT_TRUE(m_impl->application->start(options.song)) << "the application does not start";
+    EXPECT_TRUE(m_impl->application->start({.song = options.song, .firstResume = options.firstResume}))
+        << "the application does not start";
     EXPECT_TRUE(m_impl->server.waitReady()) << "the application has not been resumed";
     settle();
 }
@@ -211,8 +220,7 @@ std::vector<std::string> Unit::commands() const {
         std::string value;
         if (ppsValue(written[i], "zmcmd", value)) {
             const Json json = Json::parse(value);
-            result.push_back(json.at("cmd").dump() + "," + json.at("param1").dump() + "," +
-                             json.at("param2").dump());
+            result.push_back(commandName(json.at("cmd"), json.at("param1"), json.at("param2")));
         }
     }
     return result;

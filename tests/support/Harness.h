@@ -3,7 +3,7 @@
 /*
  * The whole unit inside one test process: head unit (PPS service, compositor, video service, passive
  * launcher, manual clock), the application with both views, controller and catalogue worker on the real
- * stand-ins; no disc service: the test plays it. One Unit a process (each test runs in a process of its own).
+ * stand-ins; no disc service: the test plays it. One Unit at a time.
  *
  *     TEST(MusicPage, ShowsTheTitle) {
  *         Catalogue catalogue;                       // optional; made before the unit starts
@@ -14,9 +14,9 @@
  *         EXPECT_EQ(unit.main.window(), 6);
  *         EXPECT_EQ(unit.main.item(6, 2065).text, "Title");
  *         unit.clearCommands();
- *         unit.click(6, 2071);                       // the view's OnClick; unit.touch(x, y) goes through the
- * hit test EXPECT_THAT(unit.commands(), testing::ElementsAre("5,0,0")); unit.advance(8s); // fires what falls
- * due, in order of time
+ *         unit.click(6, 6522);                       // the view's OnClick; unit.touch(x, y) hits items
+ *         EXPECT_THAT(unit.commands(), testing::ElementsAre(PlayPause()));
+ *         unit.advance(8s);                          // fires what falls due, in order of time
  *     }
  *
  * Every action returns when the unit is settled again: all published changes delivered, view queue empty,
@@ -35,6 +35,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 class DiscView;
@@ -48,6 +49,10 @@ using namespace std::chrono_literals;
 struct UnitOptions {
     std::string catalogue = {}; ///< SQLite file; empty: a file that does not exist
     std::string song = {};      ///< long parameter "song" of the application
+    std::string resources = {}; ///< folder with the resource files and a slash; empty: the program's own
+    bool firstResume = true;    ///< false: the launcher's first resume does not reach the view
+    /** What the disc service has published before the application starts: object and line. */
+    std::vector<std::pair<std::string, std::string>> published = {};
 };
 
 class Unit {
@@ -100,7 +105,7 @@ public:
     Json video();
     /** The composed screen, all windows one over the other. */
     Image picture() const;
-    /** Player commands since the start or the last clearCommands, oldest first: "cmd,param1,param2". */
+    /** Player commands since the start or the last clearCommands, oldest first; see Commands.h. */
     std::vector<std::string> commands() const;
     void clearCommands();
     /** All attribute lines that anybody wrote into `object`, oldest first: "zmvideo:json:{...}". */

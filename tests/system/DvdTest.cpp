@@ -1,18 +1,15 @@
 #include "tests/disc/DvdDisc.h"
+#include "tests/system/Screenshot.h"
 #include "tests/system/SystemTest.h"
 
 #include <signal.h>
-#include <spng.h>
 
 #include <cstdlib>
-#include <fstream>
 
 namespace zm::test {
 
 namespace {
 
-constexpr int Width = 800;
-constexpr int Height = 480;
 constexpr int VideoPage = 17;
 constexpr int ErrorPage = 22;
 constexpr int DvdOverlay = 1;
@@ -24,15 +21,10 @@ constexpr int SoundKey = 6535;
 constexpr int SubtitleKey = 6555;
 constexpr int StateText = 2155;
 
-struct Pixel {
-    int red = 0;
-    int green = 0;
-    int blue = 0;
-    bool operator==(const Pixel& other) const {
-        const auto near = [](int a, int b) { return std::abs(a - b) < 40; };
-        return near(red, other.red) && near(green, other.green) && near(blue, other.blue);
-    }
-};
+bool isLike(const Pixel& one, const Pixel& other) {
+    const auto near = [](int a, int b) { return std::abs(a - b) < 40; };
+    return near(one.red, other.red) && near(one.green, other.green) && near(one.blue, other.blue);
+}
 constexpr Pixel menuBlue{0x20, 0x20, 0x60};
 constexpr Pixel red{255, 0, 0};
 constexpr Pixel blue{0, 0, 255};
@@ -46,17 +38,10 @@ protected:
     Pixel seen(int x, int y) {
         const std::string file = folder + "/shot.png";
         must({"shot", file});
-        std::ifstream stream(file, std::ios::binary);
-        const std::string png((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-        std::vector<unsigned char> pixels(size_t{3} * Width * Height);
-        const std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> reader(spng_ctx_new(0), spng_ctx_free);
-        EXPECT_EQ(spng_set_png_buffer(reader.get(), png.data(), png.size()), 0);
-        EXPECT_EQ(spng_decode_image(reader.get(), pixels.data(), pixels.size(), SPNG_FMT_RGB8, 0), 0);
-        const unsigned char* pixel = &pixels[size_t{3} * (static_cast<size_t>(Width * y + x))];
-        return {pixel[0], pixel[1], pixel[2]};
+        return pixelOf(file, x, y);
     }
     bool sees(Pixel colour, int x = 500, int y = 240) {
-        return eventually([&] { return window() == VideoPage && seen(x, y) == colour; });
+        return eventually([&] { return window() == VideoPage && isLike(seen(x, y), colour); });
     }
     void touch(int x, int y) { must({"touch", std::to_string(x), std::to_string(y)}); }
     /** Touches the middle of a control of the overlay. */

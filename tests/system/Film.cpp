@@ -1,19 +1,11 @@
 #include "tests/system/Film.h"
 
-#include <spng.h>
+#include "tests/system/Screenshot.h"
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace zm::test {
-
-namespace {
-
-constexpr int Width = 800;
-constexpr int Height = 480;
-
-} // namespace
 
 void Film::startFilm() {
     makeFilm();
@@ -34,14 +26,8 @@ void Film::makeFilm() {
 bool Film::seesRed() {
     const std::string file = folder + "/shot.png";
     must({"shot", file});
-    std::ifstream stream(file, std::ios::binary);
-    const std::string png((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-    std::vector<unsigned char> pixels(size_t{3} * Width * Height);
-    const std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> reader(spng_ctx_new(0), spng_ctx_free);
-    EXPECT_EQ(spng_set_png_buffer(reader.get(), png.data(), png.size()), 0);
-    EXPECT_EQ(spng_decode_image(reader.get(), pixels.data(), pixels.size(), SPNG_FMT_RGB8, 0), 0);
-    const unsigned char* pixel = &pixels[size_t{3} * (Width * (Height / 3) + Width / 2)];
-    return pixel[0] > 200 && pixel[1] < 60 && pixel[2] < 60;
+    const Pixel pixel = pixelOf(file, ScreenWidth / 2, ScreenHeight / 3);
+    return pixel.red > 200 && pixel.green < 60 && pixel.blue < 60;
 }
 
 bool Film::filmRuns() {

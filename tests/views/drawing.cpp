@@ -54,7 +54,7 @@ TEST_F(Drawing, OnlyOneTabIsLit) {
     play(PLAY_TYPE_MUSIC); // a disc with music only
     unit.appData("--song=song");
     unit.advance(LIST_WAIT);
-    unit.key(45);
+    unit.key(K_Up);
     unit.advance(LIST_WAIT);
     unit.touchItem(unit.main, WND_MEDIA_LIST, ITEM_TAB_VIDEO);
     unit.advance(LIST_WAIT);
@@ -85,7 +85,6 @@ TEST_F(Drawing, AnotherTypeOfClipMovesTheLitTabOfAShownList) {
 
 TEST_F(Drawing, ThePauseOfADvdLeavesNothingOfTheSourcePopup) {
     playClip(DVD);
-    inside.gotoVideoPage(PLAY_TYPE_DVD);
     unit.disc.state(DISC_STATE_STOPPED);
     unit.disc.state(DISC_STATE_PLAYING);
     const Rect popup = item(ITEM_SRC_GROUP).rect;
@@ -102,7 +101,6 @@ TEST_F(Drawing, ThePauseOfADvdLeavesNothingOfTheSourcePopup) {
 TEST_F(Drawing, AnOverlayThatComesBackShowsTheTimeOfNow) {
     unit.time("10:00", 24);
     playClip(VIDEO);
-    inside.gotoVideoPage(PLAY_TYPE_VIDEO);
     unit.click(WND_VIDEO, 1);
     ASSERT_TRUE(unit.osd.visible());
     press(OSD_CTRL_RETURN); // withdraws the overlay with its bar
@@ -111,7 +109,8 @@ TEST_F(Drawing, AnOverlayThatComesBackShowsTheTimeOfNow) {
     unit.disc.mediaType(PLAY_TYPE_PHOTO); // another bar gets the time
     unit.time("11:11", 24);
     unit.disc.mediaType(PLAY_TYPE_VIDEO);
-    inside.gotoVideoPage(PLAY_TYPE_VIDEO);
+    unit.advance(8s); // back to the film
+    ASSERT_EQ(unit.main.window(), WND_VIDEO);
     unit.click(WND_VIDEO, 1);
     ASSERT_TRUE(unit.osd.visible());
     EXPECT_EQ(text(OSD_ITEM_CLOCK), "11:11");
@@ -125,7 +124,6 @@ TEST_F(Drawing, AnOverlayThatComesBackShowsTheTimeOfNow) {
 TEST_F(Drawing, ABarThatDropsThePadTellsTheOverlay) {
     const auto told = [&] { return unit.log("[DiscOsdView::OnShow] dwWndId=20,bShow=0").size(); };
     playClip(DVD);
-    inside.gotoVideoPage(PLAY_TYPE_DVD);
     unit.click(WND_VIDEO, 1);
     press(OSD_CTRL_GOTO);
     EXPECT_THAT(unit.osd.shown(), ElementsAre(OSD_WND_DVD, OSD_WND_GOTO));
@@ -134,7 +132,6 @@ TEST_F(Drawing, ABarThatDropsThePadTellsTheOverlay) {
     unit.disc.state(DISC_STATE_STOPPED); // the overlay comes with the bar of a video file
     EXPECT_THAT(unit.osd.shown(), ElementsAre(OSD_WND_VIDEO));
     EXPECT_EQ(told(), before + 1);
-    EXPECT_FALSE(osdInside.padShown());
     unit.advance(10s); // the overlay goes: the pad is not hidden once more
     EXPECT_FALSE(unit.osd.visible());
     EXPECT_EQ(told(), before + 1);
@@ -204,7 +201,6 @@ TEST_F(Drawing, LeavingThroughTheOverlayWithdrawsItAsItStands) {
     for (const OsdClip& clip : {VIDEO, PICTURE}) {
         SCOPED_TRACE(clip.type);
         playClip(clip);
-        inside.gotoVideoPage(clip.type);
         unit.click(WND_VIDEO, 1);
         ASSERT_TRUE(unit.osd.visible());
         const size_t lines = unit.log("[DiscView::SetVisibleOsd]").size();

@@ -28,7 +28,6 @@ protected:
     void SetUp() override {
         unit.time("10:10", 24);
         playClip(GetParam());
-        inside.gotoVideoPage(GetParam().type);
         unit.click(WND_VIDEO, 1);
         ASSERT_THAT(unit.osd.shown(), ElementsAre(window));
         ASSERT_TRUE(unit.osd.visible());
@@ -78,14 +77,7 @@ TEST_P(ShownBar, DrawsItsStateDisplay) {
 }
 
 TEST_P(ShownBar, DrawsItsStatus) {
-    expectDrawn({OSD_ITEM_CLOCK}, [&] { unit.time("10:11", 24); });
-    expectDrawn({OSD_ITEM_AM}, [&] { unit.time("10:11", 12); });
-    expectDrawn({OSD_ITEM_AM, OSD_ITEM_PM}, [&] { unit.time("22:11", 12); });
-    expectDrawn({OSD_ITEM_PM}, [&] { unit.time("22:11", 24); });
-    expectDrawn({OSD_ITEM_BT}, [&] { unit.device(DEV_STATUS_BT, 2); });
-    expectDrawn({OSD_ITEM_MUTE}, [&] { unit.device(DEV_STATUS_MUTE, 255); });
-    expectDrawn({OSD_ITEM_MUTE}, [&] { unit.device(DEV_STATUS_MUTE, 0); });
-    expectDrawn({OSD_ITEM_TEMP}, [&] { unit.device(DEV_STATUS_CAR_TEMP, -52); });
+    expectStatusDrawn(unit.osd, window);
 }
 
 TEST_P(ShownBar, DrawsThatTheSourcePopupWentByItself) {
@@ -125,14 +117,7 @@ TEST_F(ShownPlayPage, DrawsTheTextsOfATrack) {
 TEST_F(ShownPlayPage, DrawsItsStatus) {
     unit.time("10:10", 24);
     play(PLAY_TYPE_MUSIC);
-    expectDrawn({OSD_ITEM_CLOCK}, [&] { unit.time("10:11", 24); });
-    expectDrawn({OSD_ITEM_AM}, [&] { unit.time("10:11", 12); });
-    expectDrawn({OSD_ITEM_AM, OSD_ITEM_PM}, [&] { unit.time("22:11", 12); });
-    expectDrawn({OSD_ITEM_PM}, [&] { unit.time("22:11", 24); });
-    expectDrawn({OSD_ITEM_BT}, [&] { unit.device(DEV_STATUS_BT, 2); });
-    expectDrawn({OSD_ITEM_MUTE}, [&] { unit.device(DEV_STATUS_MUTE, 255); });
-    expectDrawn({OSD_ITEM_MUTE}, [&] { unit.device(DEV_STATUS_MUTE, 0); });
-    expectDrawn({OSD_ITEM_TEMP}, [&] { unit.device(DEV_STATUS_CAR_TEMP, -52); });
+    expectStatusDrawn(unit.main, WND_AUDIO_PLAY);
 }
 
 } // namespace zm::test

@@ -67,7 +67,7 @@ TEST_F(ShownList, DrawsTheEntriesOfItsMenu) {
                     }),
                     IsSupersetOf(menuOf(WND_MEDIA_LIST)));
         EXPECT_THAT(drawnBy([&] {
-                        inside.gotoFolder(5);
+                        clickRow(4);
                         tick();
                     }),
                     IsSupersetOf(menuOf(WND_FOLDER_LIST)));
@@ -82,10 +82,7 @@ TEST_F(ShownList, DrawsItsMenuOpenAndClosed) {
 }
 
 TEST_F(ShownList, DrawsTheTitleOfWhatPlays) {
-    playIn(FOLDER_KINDS[0], 5, 3);
-    inside.gotoFolder(5);
-    tick();
-    inside.setState(VIEW_STATE_MUSIC_LIST);
+    openFolder(FOLDER_KINDS[0], 5);
     expectChange(WND_FOLDER_LIST, ITEM_TO_PLAYING, [&] { tracks(4); });
     expectChange(WND_FOLDER_LIST, ITEM_TO_PLAYING, [&] { tracks(5); });
 }
@@ -108,9 +105,7 @@ TEST_F(ShownList, DrawsWhichRowPlays) {
     press(ITEM_TAB_MUSIC); // all music
     tick();
     expectChange(WND_MEDIA_LIST, ITEM_LIST, [&] { tracks(4); });
-    inside.gotoFolder(5);
-    tick();
-    inside.setState(VIEW_STATE_MUSIC_LIST);
+    openFolder(FOLDER_KINDS[0], 5);
     expectChange(WND_FOLDER_LIST, ITEM_LIST, [&] { tracks(5); });
     expectChange(WND_FOLDER_LIST, ITEM_LIST, [&] { tracks(5, 6); });
     EXPECT_THAT(marked(WND_FOLDER_LIST), IsEmpty());

@@ -8,6 +8,8 @@ namespace zm::test {
 /** A film of one colour that no page has, and a look at how much of it the driver sees. */
 class FilmView : public FolderView {
 protected:
+    using FolderView::FolderView;
+
     /** Pixels of the composed screen that show the film as it plays on, also through something translucent.
      */
     int filmPixels() {

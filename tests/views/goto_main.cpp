@@ -20,7 +20,7 @@ TEST_F(GotoMain, OpensForTheFilesOfTheFolder) {
         EXPECT_EQ(unit.main.window(), WND_GOTO) << type;
         EXPECT_EQ(display(), "_/12") << type;
         EXPECT_EQ(caption(), 14122);
-        EXPECT_EQ(inside.state(), VIEW_STATE_GOTO);
+        EXPECT_EQ(state(), VIEW_STATE_GOTO);
     }
 }
 
@@ -75,21 +75,21 @@ TEST_F(GotoMain, OkOnACdTouchesTheRowOfTheTrack) {
     type("2");
     clickPad(GOTO_KEY_OK);
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClick] nPlayType=1,nUiFrom=9,nLine=1").empty());
-    EXPECT_THAT(unit.commands(), ElementsAre("182,12,1"));
-    EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(12, 1)));
+    EXPECT_EQ(state(), VIEW_STATE_AUDIO_PLAY);
 }
 
 struct MainOkCase {
     int type;
-    const char* command;
+    std::string command;
     int state;
 };
 
 TEST_F(GotoMain, OkPlaysAFileOfTheFolder) {
     const MainOkCase rows[] = {
-        {PLAY_TYPE_MUSIC, "182,131079,1", VIEW_STATE_AUDIO_PLAY},
-        {PLAY_TYPE_PHOTO, "182,131079,2", VIEW_STATE_PHOTO_PLAY},
-        {PLAY_TYPE_VIDEO, "182,131079,3", VIEW_STATE_VIDEO_PLAY},
+        {PLAY_TYPE_MUSIC, PlayTrack(Folder{2}, File{7}, KIND_MUSIC), VIEW_STATE_AUDIO_PLAY},
+        {PLAY_TYPE_PHOTO, PlayTrack(Folder{2}, File{7}, KIND_PICTURE), VIEW_STATE_PHOTO_PLAY},
+        {PLAY_TYPE_VIDEO, PlayTrack(Folder{2}, File{7}, KIND_VIDEO), VIEW_STATE_VIDEO_PLAY},
     };
     for (const MainOkCase& row : rows) {
         SCOPED_TRACE(row.type);
@@ -97,7 +97,7 @@ TEST_F(GotoMain, OkPlaysAFileOfTheFolder) {
         type("7");
         clickPad(GOTO_KEY_OK);
         EXPECT_THAT(unit.commands(), ElementsAre(row.command));
-        EXPECT_EQ(inside.state(), row.state);
+        EXPECT_EQ(state(), row.state);
         EXPECT_EQ(display(), "");
         EXPECT_THAT(unit.main.shown(), testing::Not(testing::Contains(WND_GOTO)));
     }
@@ -113,7 +113,7 @@ TEST_F(GotoMain, ThePlayingFileSendsNothingButCloses) {
         EXPECT_EQ(display(), "");
         const int before = IsAudioType(type) ? WND_AUDIO_PLAY : WND_VIDEO;
         EXPECT_THAT(unit.main.shown(), ElementsAre(before));
-        EXPECT_EQ(inside.page(), before);
+        EXPECT_EQ(unit.main.window(), before);
     }
 }
 
@@ -146,7 +146,7 @@ TEST_F(GotoMain, AListBehindIsAliveAgain) {
     type("7");
     clickPad(GOTO_KEY_OK);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
-    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
+    EXPECT_EQ(state(), VIEW_STATE_MUSIC_LIST);
     unit.advance(9s);
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY) << "the way back";
 }
@@ -167,7 +167,7 @@ TEST_F(GotoMain, AFileNumberBeyondSixteenBitsRunsOverIntoTheFolder) {
     open(PLAY_TYPE_MUSIC, {.curMediaId = 3, .curMediaIds = 70000, .parentFolder = 2});
     type("65537");
     clickPad(GOTO_KEY_OK);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,196609,1"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{3}, File{1}, KIND_MUSIC)));
 }
 
 TEST_F(GotoMain, AnInvalidOkKeepsPadAndEntry) {
@@ -185,7 +185,7 @@ TEST_F(GotoMain, AnInvalidOkKeepsPadAndEntry) {
 TEST_F(GotoMain, WithoutAControllerOkKeepsPadAndEntry) {
     open(PLAY_TYPE_CD, {.mediaIds = 12});
     type("7");
-    inside.clickWithoutController(WND_GOTO, GOTO_KEY_OK);
+    clickWithoutController(WND_GOTO, GOTO_KEY_OK);
     EXPECT_EQ(display(), "7/12");
     EXPECT_EQ(unit.main.window(), WND_GOTO);
     EXPECT_THAT(unit.commands(), IsEmpty());
@@ -215,7 +215,7 @@ TEST_F(GotoMain, TheCloseKeyReturnsToTheList) {
     EXPECT_EQ(beeps(), 1);
     unit.advance(50ms);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
-    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
+    EXPECT_EQ(state(), VIEW_STATE_MUSIC_LIST);
     unit.advance(7950ms); // back to the play page
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
 }

@@ -4,6 +4,8 @@ namespace zm::test {
 
 class GotoOsd : public GotoPad {
 protected:
+    using GotoPad::GotoPad;
+
     void open(const OsdClip& clip, const Track& track) {
         playClip(clip);
         unit.disc.track(track);
@@ -76,13 +78,13 @@ TEST_F(GotoOsd, OkPlaysATitle) {
     open(DVD, {.chapter = 5, .chapters = 9, .titles = 12});
     type("7");
     clickPad(GOTO_KEY_OK);
-    EXPECT_THAT(unit.commands(), ElementsAre("184,7,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTitle(7)));
     EXPECT_EQ(display(), "");
     EXPECT_THAT(unit.osd.shown(), testing::Not(testing::Contains(OSD_WND_GOTO)));
     unit.disc.error(32); // the chapter counter stands at 1
     forget();
     unit.disc.state(2);
-    EXPECT_THAT(unit.commands(), ElementsAre("183,2,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayChapter(2)));
 }
 
 TEST_F(GotoOsd, OkPlaysAChapter) {
@@ -90,25 +92,25 @@ TEST_F(GotoOsd, OkPlaysAChapter) {
     clickPad(GOTO_ITEM_MODE);
     type("8");
     clickPad(GOTO_KEY_OK);
-    EXPECT_THAT(unit.commands(), ElementsAre("183,8,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayChapter(8)));
     unit.disc.error(32); // the chapter counter stands at 8
     forget();
     unit.disc.state(2);
-    EXPECT_THAT(unit.commands(), ElementsAre("183,9,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayChapter(9)));
 }
 
 TEST_F(GotoOsd, OkPlaysAVcdTrackAlsoTheOneThatPlays) {
     open(VCD, {.curMediaId = 3, .mediaId = 3, .mediaIds = 12});
     type("3");
     clickPad(GOTO_KEY_OK);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,3,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(3, 0)));
 }
 
 TEST_F(GotoOsd, OkPlaysAVideoFileOfTheFolder) {
     open(VIDEO, {.curMediaId = 3, .curMediaIds = 12, .parentFolder = 2});
     type("7");
     clickPad(GOTO_KEY_OK);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,131079,3"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{2}, File{7}, KIND_VIDEO)));
     EXPECT_FALSE(unit.log("[DiscView::OnClickGotoWnd] wParam=0x20007").empty());
 }
 
@@ -124,7 +126,7 @@ TEST_F(GotoOsd, AFileNumberBeyondSixteenBitsRunsOverIntoTheFolder) {
     open(VIDEO, {.curMediaId = 1, .curMediaIds = 70000, .parentFolder = 2});
     type("65537");
     clickPad(GOTO_KEY_OK);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,196609,3"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{3}, File{1}, KIND_VIDEO)));
 }
 
 TEST_F(GotoOsd, AnInvalidOkKeepsPadAndEntry) {
@@ -167,7 +169,7 @@ TEST_F(GotoOsd, ATitleIsPlayedAlsoWhenTheClipHasChangedUnderThePad) {
     type("7");
     EXPECT_EQ(display(), "7/9");
     clickPad(GOTO_KEY_OK);
-    EXPECT_THAT(unit.commands(), ElementsAre("184,7,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTitle(7)));
 }
 
 TEST_F(GotoOsd, ATrackOfAClipThatIsNowADvdSendsNothingButCloses) {
@@ -180,15 +182,6 @@ TEST_F(GotoOsd, ATrackOfAClipThatIsNowADvdSendsNothingButCloses) {
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_EQ(display(), "");
     EXPECT_THAT(unit.osd.shown(), testing::Not(testing::Contains(OSD_WND_GOTO)));
-}
-
-TEST_F(GotoOsd, WithoutAControllerOkKeepsPadAndEntry) {
-    open(VCD, {.mediaIds = 12});
-    type("7");
-    osdInside.clickWithoutController(OSD_WND_GOTO, GOTO_KEY_OK, BT_STATE_RELEASED);
-    EXPECT_EQ(display(), "7/12");
-    EXPECT_EQ(unit.osd.window(), OSD_WND_GOTO);
-    EXPECT_THAT(unit.commands(), IsEmpty());
 }
 
 TEST_F(GotoOsd, OpeningAgainStartsWithTitles) {
@@ -237,6 +230,24 @@ TEST_F(GotoOsd, ClosingAClosedPadDoesNothing) {
     clickPad(GOTO_KEY_CLOSE);
     unit.onViewThread([&] { unit.osdView().HideGotoView(); });
     EXPECT_EQ(display(), "_/12"); // only a shown pad is emptied
+}
+
+/** An overlay that nobody gave a controller. */
+class GotoOsdAlone : public GotoOsd {
+protected:
+    GotoOsdAlone() : GotoOsd(withoutOverlayControl()) {}
+};
+
+TEST_F(GotoOsdAlone, OkKeepsPadAndEntry) {
+    playClip(VCD);
+    unit.disc.track({.mediaIds = 12});
+    unit.onViewThread([&] { unit.osdView().ShowGotoView(); });
+    type("7");
+    EXPECT_EQ(display(), "7/12");
+    clickPad(GOTO_KEY_OK);
+    EXPECT_EQ(display(), "7/12");
+    EXPECT_EQ(unit.osd.window(), OSD_WND_GOTO);
+    EXPECT_THAT(unit.commands(), IsEmpty());
 }
 
 } // namespace zm::test

@@ -7,6 +7,8 @@ namespace zm::test {
 /** What the pads of both views do alike. */
 class GotoPad : public OsdView {
 protected:
+    using OsdView::OsdView;
+
     virtual View& padView() = 0;
     virtual void clickPad(int control) = 0;
 

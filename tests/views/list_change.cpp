@@ -9,15 +9,39 @@ struct TabCase {
     int noFileText;
     int source;
     int state;
-    const char* command;
+    std::string command;
     int playList;
     int menuItem;
 };
 
-constexpr TabCase TABS[] = {
-    {503, 2, 2, 71, 6, 2, "186,2,1", 0, 542},
-    {504, 3, 4, 72, 8, 3, "186,3,1", 1, 545},
-    {505, 4, 8, 70, 7, 4, "142,4,0", 2, 546}, // a format, where the others send a list
+const TabCase TABS[] = {
+    {.tab = ITEM_TAB_MUSIC,
+     .type = PLAY_TYPE_MUSIC,
+     .bit = MIXED_MUSIC,
+     .noFileText = 71,
+     .source = LIST_FROM_ALL_AUDIO,
+     .state = VIEW_STATE_MUSIC_LIST,
+     .command = GotoSubList(PLAY_TYPE_MUSIC, 1),
+     .playList = PLAY_LIST_MUSIC,
+     .menuItem = ITEM_ALL_MUSIC},
+    {.tab = ITEM_TAB_VIDEO,
+     .type = PLAY_TYPE_VIDEO,
+     .bit = MIXED_VIDEO,
+     .noFileText = 72,
+     .source = LIST_FROM_ALL_VIDEO,
+     .state = VIEW_STATE_VIDEO_LIST,
+     .command = GotoSubList(PLAY_TYPE_VIDEO, 1),
+     .playList = PLAY_LIST_VIDEO,
+     .menuItem = ITEM_ALL_VIDEO},
+    {.tab = ITEM_TAB_PHOTO,
+     .type = PLAY_TYPE_PHOTO,
+     .bit = MIXED_PHOTO,
+     .noFileText = 70,
+     .source = LIST_FROM_ALL_PHOTO,
+     .state = VIEW_STATE_PHOTO_LIST,
+     .command = ChangeFormat(PLAY_TYPE_PHOTO), // a format, where the others send a list
+     .playList = PLAY_LIST_PHOTO,
+     .menuItem = ITEM_ALL_PHOTO},
 };
 
 class ListChange : public ListView {
@@ -25,7 +49,7 @@ protected:
     /** Something of another type plays. */
     void playOther(const TabCase& tab) {
         play(tab.type == PLAY_TYPE_MUSIC ? PLAY_TYPE_VIDEO : PLAY_TYPE_MUSIC);
-        unit.disc.mixedType(14);
+        unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
         forget();
     }
 };
@@ -38,12 +62,6 @@ TEST_F(ListChange, EachTabListsItsFiles) {
             press(tab.tab, page);
             EXPECT_EQ(beeps(), 1);
             EXPECT_THAT(unit.commands(), ElementsAre(tab.command));
-            EXPECT_EQ(inside.browsedType(), tab.type);
-            EXPECT_EQ(inside.listFrom(), tab.source);
-            EXPECT_EQ(inside.state(), tab.state);
-            EXPECT_EQ(inside.playListFrom(), tab.playList);
-            EXPECT_TRUE(inside.followsPlaying());
-            EXPECT_FALSE(inside.noFileOfType());
             EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
             EXPECT_EQ(tip().textId, 33);
             EXPECT_TRUE(tip().visible);
@@ -52,6 +70,14 @@ TEST_F(ListChange, EachTabListsItsFiles) {
             EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, tab.tab).state, ITEM_STATE_SELECTED);
             tick();
             EXPECT_EQ(list().rows.size(), 12u);
+            EXPECT_EQ(list().current, 0) << "the file of what plays is selected";
+            const Reported view = reported();
+            EXPECT_EQ(view.browsed, tab.type);
+            EXPECT_EQ(view.source, tab.source);
+            EXPECT_EQ(view.state, tab.state);
+            unit.key(K_GOTO); // which a list of nothing would not open
+            EXPECT_EQ(unit.main.window(), WND_GOTO);
+            EXPECT_EQ(returnTarget(), tab.playList);
         }
     }
 }
@@ -66,14 +92,16 @@ TEST_F(ListChange, ADiscWithoutTheTypeShowsItsTextOverAnEmptyList) {
         forget();
         press(tab.tab);
         EXPECT_THAT(unit.commands(), IsEmpty());
-        EXPECT_TRUE(inside.noFileOfType());
         EXPECT_THAT(list().rows, IsEmpty());
         EXPECT_EQ(tip().textId, tab.noFileText);
         EXPECT_TRUE(tip().visible);
-        EXPECT_EQ(inside.state(), tab.state);
-        EXPECT_EQ(inside.listFrom(), tab.source);
         EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
         EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, tab.menuItem).state, ITEM_STATE_SELECTED);
+        unit.key(K_GOTO);
+        EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST) << "there is no number to choose";
+        const Reported view = reported();
+        EXPECT_EQ(view.state, tab.state);
+        EXPECT_EQ(view.source, tab.source);
     }
 }
 
@@ -110,17 +138,16 @@ TEST_F(ListChange, ATabChosenWhileAnotherListFillsShowsTheRestOfThatListFirst) {
 TEST_F(ListChange, WithoutAControllerATabOfADiscWithFilesOnlyChangesTheBrowsedType) {
     for (const TabCase& tab : TABS) {
         playOther(tab);
-        inside.clickWithoutController(WND_MEDIA_LIST, tab.tab);
-        EXPECT_EQ(inside.browsedType(), tab.type);
+        clickWithoutController(WND_MEDIA_LIST, tab.tab);
         EXPECT_EQ(unit.main.window(), tab.type == PLAY_TYPE_MUSIC ? WND_VIDEO : WND_AUDIO_PLAY);
         EXPECT_THAT(unit.commands(), IsEmpty());
         EXPECT_EQ(beeps(), 0);
+        EXPECT_EQ(reported().browsed, tab.type);
     }
 }
 
 TEST_F(ListChange, MusicAndVideoAreLoggedButNotPhoto) {
-    playOther(TABS[0]);
-    inside.setState(VIEW_STATE_VIDEO_PLAY);
+    playOther(TABS[0]); // a film
     press(503);
     EXPECT_FALSE(unit.log("[OnHandleChangeToMusic]--m_uiCurState:6").empty());
     press(504);
@@ -132,39 +159,61 @@ TEST_F(ListChange, MusicAndVideoAreLoggedButNotPhoto) {
 /** Back from a play page. */
 class ListReturn : public ListView {
 protected:
-    void returnTo(int playType, int playList) {
+    /** A file of the type plays; the list button is touched. */
+    void returnTo(int playType) {
         play(playType);
-        unit.disc.mixedType(14);
-        inside.setPlayListFrom(playList);
-        inside.setBrowsedType(PLAY_TYPE_UNKNOWN);
-        inside.setFollowsPlaying(false);
+        unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
         forget();
         press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    }
+    /** A file of folder 1 plays, touched there. */
+    void playFromTheFolder(const TabCase& tab) {
+        play(tab.type);
+        unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
+        press(tab.tab);
+        tick();
+        press(ITEM_FOLDER_MENU);
+        tick();
+        clickRow(0);
+        tick();
+        ASSERT_EQ(unit.main.window(), WND_FOLDER_LIST);
+        clickRow(0, WND_FOLDER_LIST);
     }
 };
 
 TEST_F(ListReturn, ToAllFilesOfTheType) {
     for (const TabCase& tab : TABS) {
         SCOPED_TRACE(tab.tab);
-        returnTo(tab.type, tab.playList);
+        returnTo(tab.type);
         EXPECT_FALSE(
             unit.log("[OnHandleUIReturnList]--m_nPlayListFrom:" + std::to_string(tab.playList)).empty());
-        EXPECT_THAT(unit.commands(), ElementsAre("186," + std::to_string(tab.type) + ",1"));
-        EXPECT_EQ(inside.listFrom(), tab.source);
-        EXPECT_EQ(inside.state(), tab.state);
-        EXPECT_EQ(inside.browsedType(), tab.type);
-        EXPECT_TRUE(inside.followsPlaying());
+        EXPECT_THAT(unit.commands(), ElementsAre(GotoSubList(tab.type, 1)));
         tick();
         EXPECT_EQ(list().rows.size(), 12u);
+        EXPECT_EQ(list().current, 0) << "what plays is selected";
         EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+        const Reported view = reported();
+        EXPECT_EQ(view.source, tab.source);
+        EXPECT_EQ(view.state, tab.state);
+        EXPECT_EQ(view.browsed, tab.type);
     }
+}
+
+TEST_F(ListReturn, FromAListOfAnotherTypeToThatOfWhatPlays) {
+    play(PLAY_TYPE_MUSIC);
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO);
+    press(ITEM_TAB_VIDEO);
+    tick();
+    ASSERT_EQ(reported().browsed, PLAY_TYPE_VIDEO);
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    EXPECT_EQ(reported().browsed, PLAY_TYPE_MUSIC);
 }
 
 TEST_F(ListReturn, ACompleteCatalogueIsNotAskedForAgain) {
     for (const TabCase& tab : TABS) {
         play(tab.type);
         unit.disc.updateDb(0x10000);
-        returnTo(tab.type, tab.playList);
+        returnTo(tab.type);
         EXPECT_THAT(unit.commands(), IsEmpty()) << tab.tab;
     }
 }
@@ -172,58 +221,51 @@ TEST_F(ListReturn, ACompleteCatalogueIsNotAskedForAgain) {
 TEST_F(ListReturn, ACompleteCatalogueOfAnotherTypeDoesNotCount) {
     play(PLAY_TYPE_MUSIC);
     unit.disc.updateDb(0x10000);
-    returnTo(PLAY_TYPE_VIDEO, PLAY_LIST_VIDEO);
-    EXPECT_THAT(unit.commands(), ElementsAre("186,3,1"));
+    returnTo(PLAY_TYPE_VIDEO);
+    EXPECT_THAT(unit.commands(), ElementsAre(GotoSubList(3, 1)));
 }
 
 TEST_F(ListReturn, ToTheFolderOfWhatPlays) {
-    const struct {
-        int playList;
-        int type;
-        int source;
-        int state;
-    } rows[] = {{3, 2, 1, 2}, {4, 3, 3, 3}, {5, 4, 5, 4}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.playList);
-        returnTo(row.type, row.playList);
+    const int sources[] = {LIST_FROM_AUDIO_IN_FOLDER, LIST_FROM_VIDEO_IN_FOLDER, LIST_FROM_PHOTO_IN_FOLDER};
+    for (size_t i = 0; i < std::size(TABS); ++i) {
+        const TabCase& tab = TABS[i];
+        SCOPED_TRACE(tab.tab);
+        playFromTheFolder(tab);
+        forget();
+        press(ITEM_TO_LIST, WND_AUDIO_PLAY);
         EXPECT_THAT(unit.commands(), IsEmpty());
-        EXPECT_EQ(inside.listFrom(), row.source);
-        EXPECT_EQ(inside.state(), row.state);
-        EXPECT_EQ(inside.clickFolderId(), 1);
         tick();
         EXPECT_EQ(unit.main.window(), WND_FOLDER_LIST);
         EXPECT_EQ(list(WND_FOLDER_LIST).rows.size(), 12u);
+        const Reported view = reported();
+        EXPECT_EQ(view.source, sources[i]);
+        EXPECT_EQ(view.state, tab.state);
+        EXPECT_EQ(view.folder, 1);
     }
 }
 
 TEST_F(ListReturn, ToTheTracksOfACd) {
-    returnTo(PLAY_TYPE_CD, PLAY_LIST_CD);
-    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
+    play(PLAY_TYPE_CD);
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
     tick();
     EXPECT_EQ(unit.main.window(), WND_CD_LIST);
+    EXPECT_EQ(state(), VIEW_STATE_MUSIC_LIST);
 }
 
 TEST_F(ListReturn, ToTheSearchResultWithoutANewQuery) {
     play(PLAY_TYPE_MUSIC);
     unit.appData("--song=\"song 1\"");
-    ASSERT_EQ(inside.playListFrom(), PLAY_LIST_SEARCH);
     loggedAgain("QueryPlayListCmd");
     press(ITEM_TO_LIST, WND_AUDIO_PLAY);
     EXPECT_FALSE(loggedAgain("QueryPlayListCmd"));
-    EXPECT_EQ(inside.listFrom(), LIST_FROM_SEARCH);
-    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
+    EXPECT_FALSE(unit.log("[OnHandleUIReturnList]--m_nPlayListFrom:7").empty());
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
     EXPECT_THAT(list().rowTexts(), ElementsAre("1  song 1", "2  song 10", "3  song 11", "4  song 12"));
     EXPECT_EQ(list().rows.front().icon(ROW_SLOT_KIND), 140);
     EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_ALL_MUSIC).state, ITEM_STATE_NORMAL);
-}
-
-TEST_F(ListReturn, ToNothingElse) {
-    returnTo(PLAY_TYPE_MUSIC, 8);
-    EXPECT_THAT(unit.commands(), IsEmpty());
-    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
-    EXPECT_EQ(inside.browsedType(), PLAY_TYPE_MUSIC);
-    EXPECT_TRUE(inside.followsPlaying());
+    const Reported view = reported();
+    EXPECT_EQ(view.source, LIST_FROM_SEARCH);
+    EXPECT_EQ(view.state, VIEW_STATE_MUSIC_LIST);
 }
 
 /** The disc service writes on in its catalogue. */
@@ -232,7 +274,7 @@ protected:
     /** The list of all files of the tab is on screen. */
     void listOf(const TabCase& tab) {
         play(tab.type == PLAY_TYPE_MUSIC ? PLAY_TYPE_VIDEO : PLAY_TYPE_MUSIC);
-        unit.disc.mixedType(14);
+        unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
         press(tab.tab);
         tick();
         loggedAgain("QueryPlayListCmd");
@@ -305,8 +347,11 @@ TEST_F(ListUpdate, AFolderIsReadAgainWhenItWasUpdated) {
     for (const TabCase& tab : TABS) {
         SCOPED_TRACE(tab.tab);
         listOf(tab);
-        inside.gotoFolder(1);
+        press(ITEM_FOLDER_MENU);
         tick();
+        clickRow(0);
+        tick();
+        ASSERT_EQ(unit.main.window(), WND_FOLDER_LIST);
         loggedAgain("[OnQueryAudiosInFolder]");
         unit.disc.updateDb(2);
         EXPECT_FALSE(loggedAgain("[OnQueryAudiosInFolder]"));

@@ -14,7 +14,7 @@ protected:
     }
     void playFile3(int type) {
         play(type);
-        unit.disc.mixedType(14);
+        unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
         unit.disc.track({.curMediaId = 3, .curMediaIds = 4, .mediaId = 3, .mediaIds = 4, .parentFolder = 2});
         forget();
     }
@@ -27,21 +27,28 @@ protected:
         tick();
         forget();
     }
+    /** File 9 of twenty plays, their list is on screen. */
+    void listTwenty() {
+        play(PLAY_TYPE_MUSIC);
+        unit.disc.track(
+            {.curMediaId = 9, .curMediaIds = 20, .mediaId = 9, .mediaIds = 20, .parentFolder = 1});
+        openList();
+    }
 };
 
 TEST_F(ListClick, ATouchedRowOfMusicIsPlayedPacked) {
     listOf(PLAY_TYPE_MUSIC);
     clickRow(1);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,131076,1"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{2}, File{4}, KIND_MUSIC)));
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
-    EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
-    EXPECT_EQ(inside.playListFrom(), PLAY_LIST_MUSIC);
+    EXPECT_EQ(state(), VIEW_STATE_AUDIO_PLAY);
     EXPECT_EQ(beeps(), 1);
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClick] nPlayType=1,nUiFrom=6,nLine=1").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickAudio] nUiFrom=6,nLine=1").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickAudio] nFid=4,nFolder=2").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickAudio] wParam=0x20004").empty());
     EXPECT_FALSE(unit.log("[OnGotoAudioPlayPage]--------------").empty());
+    EXPECT_EQ(returnTarget(), PLAY_LIST_MUSIC);
 }
 
 TEST_F(ListClick, TheRowOfMusicThatPlaysOnlyOpensThePlayPage) {
@@ -55,38 +62,39 @@ TEST_F(ListClick, TheSameNumberInAnotherFolderIsPlayed) {
     listOf(PLAY_TYPE_MUSIC);
     unit.disc.track({.curMediaId = 3, .parentFolder = 9});
     clickRow(0);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,131075,1"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{2}, File{3}, KIND_MUSIC)));
 }
 
 TEST_F(ListClick, ATouchedRowOfVideoIsAlwaysPlayedPacked) {
     listOf(PLAY_TYPE_VIDEO);
     clickRow(0);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,131075,3"));
-    EXPECT_EQ(inside.playListFrom(), PLAY_LIST_VIDEO);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{2}, File{3}, KIND_VIDEO)));
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickVideo] nUiFrom=8,nLine=0").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickVideo] nFid=3,nFolder=2").empty());
     EXPECT_FALSE(
         unit.log("_PLATEN_[OnHandleUIListClickVideo]-[DiscView::OnHandleUIListClickAudio] wParam=0x20003")
             .empty());
+    EXPECT_EQ(returnTarget(), PLAY_LIST_VIDEO);
 }
 
 TEST_F(ListClick, VideoStaysOnTheListUntilItsModeIsOn) {
     listOf(PLAY_TYPE_VIDEO);
     unit.disc.videoMode(VIDEO_MODE_OFF);
     clickRow(1);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,131076,3"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{2}, File{4}, KIND_VIDEO)));
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
 }
 
 TEST_F(ListClick, ATouchedPhotoIsAlwaysShownUnpacked) {
     listOf(PLAY_TYPE_PHOTO);
     clickRow(0);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,3,2"));
-    EXPECT_EQ(inside.playListFrom(), PLAY_LIST_PHOTO);
-    EXPECT_EQ(inside.state(), VIEW_STATE_PHOTO_PLAY);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(3, 2)));
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickPicture] nUiFrom=7,nLine=0").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickPicture] nFid=3,nFolder=2").empty());
+    EXPECT_EQ(unit.main.window(), WND_VIDEO);
+    EXPECT_EQ(state(), VIEW_STATE_PHOTO_PLAY);
+    EXPECT_EQ(returnTarget(), PLAY_LIST_PHOTO);
 }
 
 TEST_F(ListClick, ATouchedTrackOfACdIsPlayedUnlessItPlays) {
@@ -94,7 +102,7 @@ TEST_F(ListClick, ATouchedTrackOfACdIsPlayedUnlessItPlays) {
     openList();
     forget();
     clickRow(1, WND_CD_LIST);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,4,1"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(4, 1)));
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
     forget();
     clickRow(0, WND_CD_LIST);
@@ -103,27 +111,31 @@ TEST_F(ListClick, ATouchedTrackOfACdIsPlayedUnlessItPlays) {
 }
 
 TEST_F(ListClick, TheTrackListRemembersItsTopRow) {
+    catalogue.sql("DELETE FROM files");
     catalogue.files(20, Catalogue::Music, "song");
-    playFile3(PLAY_TYPE_CD);
+    play(PLAY_TYPE_CD);
+    unit.disc.track({.curMediaId = 8, .curMediaIds = 20, .mediaId = 8, .mediaIds = 20, .parentFolder = 1});
     openList();
     clickRow(7, WND_CD_LIST, 6);
-    EXPECT_EQ(inside.listTopIndex(), 6);
     openList();
-    onList(WND_CD_LIST, [](CUI_BtList& list) { list.SetTopIndex(4, 1, 0, 0, 0); });
+    EXPECT_EQ(list(WND_CD_LIST).top, 6);
+    onList(WND_CD_LIST, [](CUI_BtList& list) { list.SetTopIndex(7, 1, 0, 0, 0); });
     press(ITEM_TYPE_ICON, WND_CD_LIST);
-    EXPECT_EQ(inside.listTopIndex(), 4);
+    openList();
+    EXPECT_EQ(list(WND_CD_LIST).top, 7);
 }
 
 TEST_F(ListClick, ATouchedRowOfTheSearchResultPlaysAndReturnsThere) {
     playFile3(PLAY_TYPE_MUSIC);
     unit.appData("--song=other");
     openList();
-    ASSERT_EQ(inside.listFrom(), LIST_FROM_SEARCH);
-    inside.setPlayListFrom(PLAY_LIST_MUSIC);
+    ASSERT_EQ(reported().source, LIST_FROM_SEARCH);
+    unit.disc.mediaType(PLAY_TYPE_MUSIC); // after which a return would lead to all music
+    forget();
     clickRow(0);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,131076,1"));
-    EXPECT_EQ(inside.playListFrom(), PLAY_LIST_SEARCH);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{2}, File{4}, KIND_MUSIC)));
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+    EXPECT_EQ(returnTarget(), PLAY_LIST_SEARCH);
 }
 
 TEST_F(ListClick, TheTrackListPlaysOnACdOnly) {
@@ -141,33 +153,29 @@ TEST_F(ListClick, OnACdTheFilePageClicksItsTracks) {
     openList();
     forget();
     clickRow(-1); // nothing is selected on the file page: no such row
-    EXPECT_THAT(unit.commands(), ElementsAre("182,-1,1"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(-1, 1)));
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClick] nPlayType=1,nUiFrom=9,nLine=-1").empty());
 }
 
 TEST_F(ListClick, ARowOutsideTheListIsSentAsMinusOne) {
     listOf(PLAY_TYPE_MUSIC);
-    inside.clickRow(ROW_MUSIC, LIST_FROM_ALL_AUDIO, 99);
+    onList(WND_MEDIA_LIST, [&](CUI_BtList& control) {
+        control.InsertItem(2, -1); // one more than the catalogue's rows
+        unit.view().GetUIWndMgrWrapper()->drawAllItem();
+    });
+    clickRow(2);
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickAudio] nFid=-1,nFolder=-1").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnHandleUIListClickAudio] wParam=0xfffeffff").empty());
-    EXPECT_THAT(unit.commands(), ElementsAre("182,-65537,1"));
-}
-
-TEST_F(ListClick, OtherKindsOfRowsDoNothing) {
-    listOf(PLAY_TYPE_MUSIC);
-    for (const int kind : {0, 4, 255}) {
-        inside.clickRow(kind, LIST_FROM_ALL_AUDIO, 0);
-    }
-    EXPECT_THAT(unit.commands(), IsEmpty());
-    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(-65537, 1)));
 }
 
 TEST_F(ListClick, TheTopRowIsRemembered) {
     catalogue.sql("DELETE FROM files");
     catalogue.files(20, Catalogue::Music, "song");
-    listOf(PLAY_TYPE_MUSIC);
+    listTwenty();
     clickRow(7, WND_MEDIA_LIST, 6);
-    EXPECT_EQ(inside.listTopIndex(), 6);
+    openList();
+    EXPECT_EQ(list().top, 6);
 }
 
 struct ControlCase {
@@ -203,7 +211,7 @@ TEST_F(ListClick, PlainControlsOfTheListPages) {
     forget();
     press(ITEM_ALL_MUSIC, WND_CD_LIST); // has nothing to choose
     EXPECT_EQ(beeps(), 1);
-    EXPECT_EQ(inside.listFrom(), LIST_FROM_ALL_AUDIO);
+    EXPECT_EQ(reported().source, LIST_FROM_ALL_AUDIO);
 }
 
 TEST_F(ListClick, TheSourceMenuOpensAndCloses) {
@@ -254,18 +262,20 @@ TEST_F(ListClick, AnotherTypesListDoesNotReturnToThePlayingPage) {
     press(ITEM_TAB_VIDEO);
     tick();
     press(ITEM_TYPE_ICON);
-    press(6505);
+    press(ITEM_GOTO);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
 }
 
 TEST_F(ListClick, ReturningRemembersTheTopRow) {
+    catalogue.sql("DELETE FROM files");
     catalogue.files(20, Catalogue::Music, "song");
-    for (const int control : {static_cast<int>(ITEM_TYPE_ICON), 6505}) {
-        listOf(PLAY_TYPE_MUSIC);
-        onList(WND_MEDIA_LIST, [](CUI_BtList& list) { list.SetTopIndex(3, 1, 0, 0, 0); });
-        inside.setListTopIndex(-1);
+    int top = 5;
+    for (const int control : std::initializer_list<int>{ITEM_TYPE_ICON, ITEM_GOTO}) {
+        listTwenty();
+        onList(WND_MEDIA_LIST, [&](CUI_BtList& list) { list.SetTopIndex(top, 1, 0, 0, 0); });
         press(control);
-        EXPECT_EQ(inside.listTopIndex(), 3) << control;
+        openList();
+        EXPECT_EQ(list().top, top++) << control;
     }
 }
 
@@ -276,17 +286,22 @@ TEST_F(ListClick, ReturningFromFoldersRemembersTheFoldersTopRow) {
     listOf(PLAY_TYPE_MUSIC);
     press(ITEM_FOLDER_MENU);
     tick();
-    onList(WND_MEDIA_LIST, [](CUI_BtList& list) { list.SetTopIndex(4, 1, 0, 0, 0); });
-    inside.setListTopIndex(-1);
-    press(ITEM_TYPE_ICON);
-    EXPECT_EQ(inside.folderTopIndex(), 4);
-    EXPECT_EQ(inside.listTopIndex(), -1);
+    for (const auto& [top, playing] : {std::pair{4, 105}, {3, 106}}) {
+        onList(WND_MEDIA_LIST, [top = top](CUI_BtList& list) { list.SetTopIndex(top, 1, 0, 0, 0); });
+        press(ITEM_TYPE_ICON);
+        unit.disc.track({.curMediaId = 3, .curMediaIds = 4, .parentFolder = playing});
+        openList();
+        EXPECT_EQ(list().top, 0) << "the list of files has its own";
+        press(ITEM_FOLDER_MENU);
+        tick();
+        EXPECT_EQ(list().top, top);
+    }
 }
 
 TEST_F(ListClick, TheNumberPadOpens) {
     listOf(PLAY_TYPE_MUSIC);
     for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST, WND_CD_LIST}) {
-        for (const int control : {6505, 6545}) {
+        for (const int control : {ITEM_GOTO, ITEM_GOTO_PAD}) {
             unit.onViewThread([&] { unit.view().ShowWnd(page, true, 0); });
             press(control, page);
             EXPECT_EQ(unit.main.window(), WND_GOTO) << page << " " << control;
@@ -299,11 +314,14 @@ TEST_F(ListClick, WithoutFilesOfTheTypeThePageIgnoresMostControls) {
     unit.disc.mixedType(2);
     press(ITEM_TAB_VIDEO);
     forget();
-    for (const int control : {2071, 542, 545, 546, 506, 6505, 6545}) {
+    for (const int control :
+         std::initializer_list<int>{ITEM_TYPE_ICON, ITEM_ALL_MUSIC, ITEM_ALL_VIDEO, ITEM_ALL_PHOTO,
+                                    ITEM_FOLDER_MENU, ITEM_GOTO, ITEM_GOTO_PAD}) {
         press(control);
         EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST) << control;
-        EXPECT_EQ(inside.listFrom(), LIST_FROM_ALL_VIDEO) << control;
-        EXPECT_EQ(inside.state(), VIEW_STATE_VIDEO_LIST) << control;
+        const Reported view = reported();
+        EXPECT_EQ(view.source, LIST_FROM_ALL_VIDEO) << control;
+        EXPECT_EQ(view.state, VIEW_STATE_VIDEO_LIST) << control;
     }
     EXPECT_EQ(beeps(), 7);
     EXPECT_THAT(unit.commands(), IsEmpty());
@@ -313,14 +331,14 @@ TEST_F(ListClick, WithoutFilesOfTheTypeTheFolderPageStillServesItsMenu) {
     play(PLAY_TYPE_MUSIC);
     unit.disc.mixedType(2);
     press(ITEM_TAB_VIDEO);
-    press(2071, WND_FOLDER_LIST);
-    press(6505, WND_FOLDER_LIST);
+    press(ITEM_TYPE_ICON, WND_FOLDER_LIST);
+    press(ITEM_GOTO, WND_FOLDER_LIST);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
-    press(542, WND_FOLDER_LIST);
-    EXPECT_EQ(inside.listFrom(), LIST_FROM_ALL_AUDIO);
-    press(506, WND_FOLDER_LIST);
-    EXPECT_EQ(inside.listFrom(), LIST_FROM_VIDEO_FOLDERS);
-    press(6545, WND_FOLDER_LIST);
+    press(ITEM_ALL_MUSIC, WND_FOLDER_LIST);
+    EXPECT_EQ(reported().source, LIST_FROM_ALL_AUDIO);
+    press(ITEM_FOLDER_MENU, WND_FOLDER_LIST);
+    EXPECT_EQ(reported().source, LIST_FROM_VIDEO_FOLDERS);
+    press(ITEM_GOTO_PAD, WND_FOLDER_LIST);
     EXPECT_EQ(unit.main.window(), WND_GOTO);
 }
 
@@ -335,16 +353,17 @@ TEST_F(ListClick, AllFilesOfATypeWithinTheTab) {
         for (const auto& row : rows) {
             SCOPED_TRACE(row.control);
             press(row.control, page);
-            EXPECT_EQ(inside.listFrom(), row.source);
-            EXPECT_EQ(inside.state(), row.state);
-            EXPECT_EQ(inside.browsedType(), PLAY_TYPE_MUSIC);
-            EXPECT_TRUE(inside.followsPlaying());
             EXPECT_THAT(list().rows, IsEmpty());
             EXPECT_TRUE(unit.main.item(WND_MEDIA_LIST, row.control).visible);
             EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, row.control).state, ITEM_STATE_SELECTED);
             tick();
             EXPECT_EQ(list().rows.size(), 2u);
+            EXPECT_EQ(list().current, 0) << "the row of what plays is selected";
             EXPECT_THAT(unit.commands(), IsEmpty());
+            const Reported view = reported();
+            EXPECT_EQ(view.source, row.source);
+            EXPECT_EQ(view.state, row.state);
+            EXPECT_EQ(view.browsed, PLAY_TYPE_MUSIC);
         }
     }
 }

@@ -4,29 +4,35 @@ namespace zm::test {
 
 class ListMark : public ListView {
 protected:
+    static constexpr int NOTHING_REMEMBERED = -1;
+
     /** The music list is filled anew while file `position` plays, with `top` as remembered top row. */
     void listWith(int position, int top) {
         play(PLAY_TYPE_MUSIC);
         unit.disc.track({.curMediaId = position, .curMediaIds = 12, .mediaIds = 12, .parentFolder = 1});
-        inside.setListTopIndex(top);
+        if (top != NOTHING_REMEMBERED) {
+            openList();
+            onList(WND_MEDIA_LIST, [&](CUI_BtList& control) { control.SetTopIndex(top, 1, 0, 0, 0); });
+            press(ITEM_TYPE_ICON);
+        }
         openList();
     }
 };
 
 TEST_F(ListMark, ThePlayingRowIsMarkedAndSelected) {
-    listWith(3, -1);
+    listWith(3, NOTHING_REMEMBERED);
     EXPECT_THAT(marked(), ElementsAre(3));
     EXPECT_EQ(list().current, 2);
     EXPECT_FALSE(unit.log("[OnFunc_ListJump_Index]--nUiFrom:6").empty());
     EXPECT_FALSE(unit.log("[OnFunc_ListJump_Index]--SetCurSel:2").empty());
-    EXPECT_FALSE(inside.followsPlaying());
+    EXPECT_FALSE(follows(7)) << "only once";
 }
 
 TEST_F(ListMark, WhenItIsNotInTheListNothingIsMarked) {
-    listWith(99, -1);
+    listWith(99, NOTHING_REMEMBERED);
     EXPECT_THAT(marked(), IsEmpty());
     EXPECT_EQ(list().current, -1);
-    EXPECT_TRUE(inside.followsPlaying());
+    EXPECT_TRUE(follows(7)) << "once it plays something of the list";
 }
 
 TEST_F(ListMark, TheFolderCountsToo) {
@@ -44,19 +50,29 @@ struct TopCase {
 
 TEST_F(ListMark, TheTopRowKeepsThePlayingRowAmongTheFiveInView) {
     const TopCase rows[] = {
-        {3, 0, 0},                                    // in view: kept
-        {6, 0, 2},                                    // below
-        {5, 0, 1},                                    // the fifth row is not among the rows below the top
-        {4, 0, 0},   {8, 4, 4}, {9, 4, 5}, {4, 4, 0}, // the row of the remembered top itself, counted from 1
-        {2, 6, 0},                                    // above: p - 4 is limited to the first row
-        {10, -1, 6},                                  // nothing remembered
-        {3, -1, 0},
+        {3, 0, 0},                                  // in view: kept
+        {6, 0, 2},                                  // below
+        {5, 0, 1},                                  // the fifth row is not among the rows below the top
+        {4, 0, 0}, {8, 4, 4}, {9, 4, 5}, {4, 4, 0}, // the row of the remembered top itself, counted from 1
+        {2, 6, 0},                                  // above: p - 4 is limited to the first row
     };
     for (const TopCase& row : rows) {
         listWith(row.position, row.remembered);
         EXPECT_EQ(list().top, row.top) << "position " << row.position << ", remembered " << row.remembered;
         EXPECT_EQ(list().current, row.position - 1);
     }
+}
+
+TEST_F(ListMark, WithoutARememberedTopRowThePlayingRowComesFourth) {
+    listWith(10, NOTHING_REMEMBERED);
+    EXPECT_EQ(list().top, 6);
+    EXPECT_EQ(list().current, 9);
+}
+
+TEST_F(ListMark, WithoutARememberedTopRowTheListBeginsAtItsFirstRow) {
+    listWith(3, NOTHING_REMEMBERED);
+    EXPECT_EQ(list().top, 0);
+    EXPECT_EQ(list().current, 2);
 }
 
 TEST_F(ListMark, TheMarkFollowsTheTrackWithoutSelecting) {
@@ -105,7 +121,7 @@ TEST_F(ListKeys, DownScrollsFromTheSixthRowOn) {
 }
 
 TEST_F(ListKeys, UpScrollsAtTheTopRow) {
-    listWith(6, -1);
+    listWith(6, NOTHING_REMEMBERED);
     ASSERT_EQ(list().top, 2);
     const int tops[] = {2, 2, 2, 1, 0};
     for (int i = 0; i < 5; ++i) {
@@ -118,7 +134,7 @@ TEST_F(ListKeys, UpScrollsAtTheTopRow) {
 }
 
 TEST_F(ListKeys, WithoutASelectionNothingMoves) {
-    listWith(99, -1);
+    listWith(99, NOTHING_REMEMBERED);
     unit.key(K_Down);
     unit.key(K_Up);
     EXPECT_EQ(list().current, -1);
@@ -154,7 +170,7 @@ TEST_F(ListNotify, AMissingPointerIsLogged) {
         unit.view().OnListInfoMessage(unit.view().GetUIWndMgrWrapper(), WND_MEDIA_LIST, 3, nullptr);
     });
     unit.settle();
-    inside.withoutController([](DiscView& view) {
+    withoutController([](DiscView& view) {
         _tagList_Info info{ITEM_LIST, 3, 0};
         view.OnListInfoMessage(view.GetUIWndMgrWrapper(), WND_MEDIA_LIST, 3, &info);
     });

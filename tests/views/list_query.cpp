@@ -21,7 +21,7 @@ TEST_F(ListQuery, AllMusic) {
 
 TEST_F(ListQuery, AllVideos) {
     play(PLAY_TYPE_MUSIC);
-    unit.disc.mixedType(14);
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
     press(ITEM_TAB_VIDEO);
     tick();
     EXPECT_FALSE(unit.log("[OnQueryVideoList]--m_szListSql:SELECT fid,folderid,ftype,filename from files "
@@ -35,7 +35,7 @@ TEST_F(ListQuery, AllVideos) {
 
 TEST_F(ListQuery, AllPhotos) {
     play(PLAY_TYPE_MUSIC);
-    unit.disc.mixedType(14);
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
     press(ITEM_TAB_PHOTO);
     tick();
     EXPECT_FALSE(
@@ -61,16 +61,16 @@ TEST_F(ListQuery, TracksOfACd) {
 }
 
 TEST_F(ListQuery, WithoutACdTheTrackListStaysEmpty) {
-    listMusic();
-    inside.setPlayListFrom(PLAY_LIST_CD);
+    play(PLAY_TYPE_CD);
+    unit.disc.mediaType(PLAY_TYPE_DVD); // the list to return to is still that of the CD
     press(ITEM_TO_LIST, WND_AUDIO_PLAY);
     tick();
     EXPECT_FALSE(unit.log("[OnQueryCurAudioList]--m_szListSql:SELECT fid,folderid,ftype,filename from files "
                           "WHERE ftype "
                           "== 0 AND filename <> '' ORDER BY fid;")
                      .empty());
-    EXPECT_EQ(inside.listFrom(), LIST_FROM_ALL_AUDIO);
     EXPECT_THAT(list(WND_CD_LIST).rows, IsEmpty());
+    EXPECT_EQ(reported().source, LIST_FROM_ALL_AUDIO);
 }
 
 TEST_F(ListQuery, FilesAreOrderedByFolderThenNumberAndNeedAName) {
@@ -87,7 +87,7 @@ TEST_F(ListQuery, FilesAreOrderedByFolderThenNumberAndNeedAName) {
 TEST_F(ListQuery, AnEmptyListKeepsItsWaitingText) {
     catalogue.sql("DELETE FROM files");
     play(PLAY_TYPE_VIDEO);
-    unit.disc.mixedType(14);
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
     press(ITEM_TAB_MUSIC);
     tick();
     EXPECT_THAT(list().rows, IsEmpty());
@@ -98,7 +98,7 @@ TEST_F(ListQuery, AnEmptyListKeepsItsWaitingText) {
 
 TEST_F(ListQuery, RowsTakeTheWaitingTextAway) {
     play(PLAY_TYPE_VIDEO);
-    unit.disc.mixedType(14);
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
     press(ITEM_TAB_MUSIC);
     EXPECT_TRUE(tip().visible);
     EXPECT_EQ(tip().textId, 33);
@@ -155,18 +155,6 @@ TEST_F(ListQuery, RowsThatArriveWithinTheSixTicksAreAppended) {
     EXPECT_EQ(unit.log("not finish").size(), 1u);
 }
 
-TEST_F(ListQuery, TheFinishFlagOfTheQueryBeforeEndsTheWaitWithWhatIsThere) {
-    play(PLAY_TYPE_MUSIC);
-    unit.holdCatalogue(5);
-    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
-    inside.setCatalogueFinished(true); // as long as the worker has not begun
-    tick();
-    EXPECT_EQ(list().rows.size(), 5u);
-    unit.releaseCatalogue();
-    unit.advance(1s);
-    EXPECT_EQ(list().rows.size(), 5u);
-}
-
 TEST_F(ListQuery, WithoutAQueryATickDoesNothing) {
     play(PLAY_TYPE_MUSIC);
     expire(2);
@@ -174,28 +162,14 @@ TEST_F(ListQuery, WithoutAQueryATickDoesNothing) {
     EXPECT_THAT(unit.log("FileQueryWait"), IsEmpty());
 }
 
-TEST_F(ListQuery, EachSourceShowsItsPage) {
-    const std::map<int, int> pages = {{0, 24}, {1, 25}, {2, 24}, {3, 25}, {4, 24}, {5, 25},
-                                      {6, 24}, {7, 24}, {8, 24}, {9, 27}, {10, 24}};
+TEST_F(ListQuery, ASearchWhileAListIsFetchedIsShownInItsPlace) {
     play(PLAY_TYPE_MUSIC);
-    for (const auto& [source, page] : pages) {
-        unit.onViewThread([&] { unit.view().ShowWnd(WND_AUDIO_PLAY, true, 0); });
-        inside.setListFrom(source);
-        inside.waitForQuery();
-        tick();
-        EXPECT_EQ(unit.main.window(), page) << source;
-    }
-}
-
-TEST_F(ListQuery, ASourceThatDoesNotExistShowsNoPage) {
-    play(PLAY_TYPE_MUSIC);
-    inside.setListFrom(11);
-    inside.waitForQuery();
-    tick();
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    unit.appData("--song=\"song 12\"");
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
-    EXPECT_FALSE(unit.log("[DiscView::FileQueryWait] nCount=0").empty());
-    inside.insertRows(11);
-    EXPECT_FALSE(unit.log("[DiscView::InsertUIListData]----UIListFrom=11").empty());
+    tick();
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    EXPECT_THAT(list().rowTexts(), ElementsAre("1  song 12"));
 }
 
 TEST_F(ListQuery, LongAndInvalidNamesAreCutAndReplaced) {

@@ -9,9 +9,14 @@
 
 namespace zm::test {
 
+/** Buttons of the list pages that open the number pad: for what plays, and whatever plays. */
+enum : int { ITEM_GOTO = 6505, ITEM_GOTO_PAD = 6545 };
+
 /** The list pages over a disc of which something plays. */
 class ListView : public MainView {
 protected:
+    using MainView::MainView;
+
     /** Music plays; its list is on screen and filled. */
     void listMusic() {
         play(PLAY_TYPE_MUSIC);
@@ -48,6 +53,14 @@ protected:
             control.SetTopIndex(top, 1, 0, 0, 0);
         });
         unit.click(page, ITEM_LIST, BT_STATE_RELEASED);
+    }
+    /** Whether a track report for that file also selects its row, as it does once after the list was asked to
+     * follow what plays. */
+    bool follows(int file, int page = WND_MEDIA_LIST) {
+        const int before = list(page).current;
+        EXPECT_NE(before, file - 1) << "selected already";
+        unit.disc.track({.curMediaId = file, .curMediaIds = 12, .mediaIds = 12, .parentFolder = 1});
+        return list(page).current == file - 1;
     }
     void press(int control, int page = WND_MEDIA_LIST) { unit.click(page, control, BT_STATE_RELEASED); }
     void forget() {

@@ -1,5 +1,6 @@
 #include "ZMModel/CDiscData.h"
 #include "ZMModel/ViewMessages.h"
+#include "tests/support/StateStore.h"
 #include "tests/views/main_view.h"
 #include "zmui/CUI_BtList.h"
 
@@ -10,6 +11,7 @@ namespace {
 /** A view as it is before its resource has been loaded and its controller attached. */
 class MainBare : public testing::Test {
 protected:
+    MainBare() { resetStateStore(); }
     void sendEveryMessage() {
         for (int code = DISC_VMSG_PLAYSTATE - 1; code <= DISC_VMSG_VIDEOMODE + 3; ++code) {
             APP_MSG_S message{{code, 0, 0, 0}};

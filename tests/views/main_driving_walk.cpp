@@ -16,6 +16,8 @@ constexpr int FIRST_ROW = 20; ///< pixels below the list's upper edge
  */
 class DrivingUnit : public FilmView {
 public:
+    using FilmView::FilmView;
+
     void insert(int type) {
         unit.disc.videoMode(VIDEO_MODE_ON);
         unit.disc.insert(type, type == PLAY_TYPE_VIDEO || type == PLAY_TYPE_PHOTO ? 14 : 0);
@@ -64,7 +66,6 @@ public:
     }
     void wait(std::chrono::milliseconds time) { unit.advance(time); }
 
-    using FilmView::inside;
     using FilmView::playIn;
     using FilmView::unit;
 };
@@ -77,6 +78,7 @@ struct Way {
     Step prepare; ///< up to the last thing before
     Step enter;
     int drivingPage = WND_PARKING; ///< where it leads while driving
+    bool shownBefore = true;       ///< false: the launcher has not resumed the application yet
 };
 
 void noPreparation(DrivingUnit&) {}
@@ -263,12 +265,7 @@ const Way WAYS[] = {
          at.unit.app("hideonly");
      },
      resume},
-    {"ResumeOfAnApplicationThatWasNeverShown",
-     [](DrivingUnit& at) {
-         at.insert(PLAY_TYPE_DVD);
-         at.inside.forgetShown();
-     },
-     resume},
+    {"ResumeOfAnApplicationThatWasNeverShown", insert<PLAY_TYPE_DVD>, resume, WND_PARKING, false},
     {"NextTrack", insert<PLAY_TYPE_DVD>,
      [](DrivingUnit& at) {
          at.unit.key(K_NEXT);
@@ -305,6 +302,8 @@ const Way WAYS[] = {
 
 class DrivingWalk : public DrivingUnit, public testing::WithParamInterface<Way> {
 protected:
+    DrivingWalk() : DrivingUnit({.firstResume = GetParam().shownBefore}) {}
+
     /** Logs begin here: what was visible before does not count. */
     void begin() { m_begin = unit.log().size(); }
 

@@ -22,27 +22,27 @@ TEST_F(MainErrors, RegionErrorShowsItsMessageAndEjectsThreeSecondsLater) {
     EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------REGION_CODE_ERROR").size(), 1u);
     EXPECT_EQ(unit.log("[RegionError]").size(), 1u);
     EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
-    EXPECT_EQ(inside.state(), VIEW_STATE_REGION_ERROR);
+    EXPECT_EQ(state(), VIEW_STATE_REGION_ERROR);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 13067);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 125);
     EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
     unit.advance(2999ms);
     EXPECT_THAT(unit.commands(), IsEmpty());
     unit.advance(1ms);
-    EXPECT_THAT(unit.commands(), ElementsAre("13,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(Eject()));
 }
 
 TEST_F(MainErrors, ErrorAndEjectingAreShownFromEveryState) {
-    for (int state = VIEW_STATE_MUSIC_LIST; state <= VIEW_STATE_REGION_ERROR; ++state) {
-        SCOPED_TRACE(state);
-        inside.setState(state);
+    for (const int from : EVERY_STATE) {
+        SCOPED_TRACE(from);
+        reach(from);
         unit.disc.state(DISC_STATE_ERROR);
-        EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR);
         EXPECT_EQ(unit.main.window(), WND_DISC_ERROR);
-        inside.setState(state);
+        EXPECT_EQ(state(), VIEW_STATE_DISC_ERROR);
+        reach(from);
         unit.disc.state(DISC_STATE_EJECTING);
-        EXPECT_EQ(inside.state(), VIEW_STATE_EXIT);
         EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
+        EXPECT_EQ(state(), VIEW_STATE_EXIT);
     }
 }
 
@@ -112,17 +112,18 @@ TEST_F(MainErrors, EjectingEndsTheTimerOfTheStatePictureAndAnErrorDoesNot) {
 TEST_F(MainErrors, ReadErrorSkipsToTheNextTrack) {
     struct Case {
         int track;
-        const char* command; ///< null: none
+        std::string command; ///< empty: none
     };
     for (const int type : {PLAY_TYPE_CD, PLAY_TYPE_VCD}) {
         play(type);
-        for (const auto& [track, command] : {Case{3, "182,4,0"}, Case{12, "182,1,0"}, Case{13, nullptr}}) {
+        for (const auto& [track, command] :
+             {Case{3, PlayTrack(4, 0)}, Case{12, PlayTrack(1, 0)}, Case{13, ""}}) {
             SCOPED_TRACE(track);
             unit.disc.track({.curMediaId = 1, .curMediaIds = 1, .mediaId = track, .mediaIds = 12});
             unit.clearCommands();
             unit.disc.error(32);
             EXPECT_EQ(unit.commands(),
-                      command ? std::vector<std::string>{command} : std::vector<std::string>{});
+                      !command.empty() ? std::vector<std::string>{command} : std::vector<std::string>{});
         }
     }
 }
@@ -130,18 +131,19 @@ TEST_F(MainErrors, ReadErrorSkipsToTheNextTrack) {
 TEST_F(MainErrors, ReadErrorSkipsToTheNextFileAndWrapsWithTheIndexInTheFoldersPlace) {
     struct Case {
         int index;
-        const char* command;
+        std::string command;
     };
     for (const int type : {PLAY_TYPE_MUSIC, PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
         play(type);
-        for (const auto& [index, command] : {Case{3, "182,4,9"}, Case{12, "182,1,13"}, Case{13, nullptr}}) {
+        for (const auto& [index, command] :
+             {Case{3, PlayTrack(4, 9)}, Case{12, PlayTrack(1, 13)}, Case{13, ""}}) {
             SCOPED_TRACE(index);
             unit.disc.track(
                 {.curMediaId = index, .curMediaIds = 12, .mediaId = 1, .mediaIds = 1, .parentFolder = 9});
             unit.clearCommands();
             unit.disc.error(35);
             EXPECT_EQ(unit.commands(),
-                      command ? std::vector<std::string>{command} : std::vector<std::string>{});
+                      !command.empty() ? std::vector<std::string>{command} : std::vector<std::string>{});
         }
     }
 }

@@ -252,7 +252,7 @@ TEST_F(Film, IsCoveredByThePadUntilTheNumberOfWhatPlaysIsTyped) {
     EXPECT_EQ(filmPixels(), 0);
     typeOnPad(THIS_FILE);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
-    EXPECT_EQ(inside.state(), VIEW_STATE_VIDEO_PLAY);
+    EXPECT_EQ(state(), VIEW_STATE_VIDEO_PLAY);
     EXPECT_EQ(filmPixels(), WHOLE_SCREEN);
 }
 

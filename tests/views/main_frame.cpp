@@ -6,29 +6,26 @@ using MainFrame = MainView;
 
 TEST_F(MainFrame, StartsOnTheLoadingPage) {
     EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
     EXPECT_EQ(unit.log("[DiscView::ViewInit]").size(), 1u);
 }
 
 TEST_F(MainFrame, StartsWithItsDefaults) {
-    EXPECT_EQ(inside.page(), WND_DISC_LOADING);
-    EXPECT_EQ(inside.playType(), 255);
-    EXPECT_EQ(inside.browsedType(), 255);
-    EXPECT_EQ(inside.listFrom(), LIST_FROM_ALL_AUDIO);
-    EXPECT_EQ(inside.playListFrom(), 0);
-    EXPECT_EQ(inside.clickFolderId(), 1);
-    EXPECT_EQ(inside.mixedType(), 0);
-    EXPECT_EQ(inside.listTopIndex(), -1);
-    EXPECT_EQ(inside.folderTopIndex(), -1);
-    EXPECT_EQ(inside.folderCurSel(), -1);
-    EXPECT_TRUE(inside.videoAllowed());
-    EXPECT_FALSE(inside.paused());
-    EXPECT_FALSE(inside.hidden());
-    EXPECT_FALSE(inside.noFileOfType());
-    EXPECT_FALSE(inside.sourceRequested());
-    EXPECT_FALSE(inside.overlayShown());
-    EXPECT_FALSE(inside.videoIsVisible());
-    EXPECT_FALSE(inside.voicePlayPending());
+    EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
+    EXPECT_FALSE(unit.osd.visible());
+    EXPECT_FALSE(videoShown());
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    const Reported view = reported();
+    EXPECT_EQ(view.browsed, PLAY_TYPE_UNKNOWN);
+    EXPECT_EQ(view.source, LIST_FROM_ALL_AUDIO);
+    EXPECT_EQ(view.folder, 1);
+    EXPECT_EQ(returnTarget(), PLAY_LIST_MUSIC);
+    EXPECT_THAT(unit.commands(), ElementsAre(GotoSubList(255, 1))) << "of an unknown type";
+    for (const int tab : {ITEM_TAB_MUSIC, ITEM_TAB_VIDEO, ITEM_TAB_PHOTO}) {
+        unit.clearCommands();
+        unit.click(WND_MEDIA_LIST, tab, BT_STATE_RELEASED);
+        EXPECT_THAT(unit.commands(), IsEmpty()) << "no type is known to be on the disc";
+    }
 }
 
 TEST_F(MainFrame, SourceNameStandsOnSevenPages) {
@@ -54,9 +51,9 @@ TEST_F(MainFrame, InitialisationEmptiesTheListsAndSetsThePlaceholders) {
     }
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, OSD_ITEM_TEMP).text, "--.-");
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, OSD_ITEM_CLOCK).text, "00:00");
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
     unit.advance(40s);
-    EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR) << "the loading timer runs";
+    EXPECT_EQ(state(), VIEW_STATE_DISC_ERROR) << "the loading timer runs";
 }
 
 TEST_F(MainFrame, ShownPageRefreshesMuteBluetoothTemperatureAndClock) {
@@ -81,9 +78,10 @@ TEST_F(MainFrame, ListsStartEmpty) {
 }
 
 TEST_F(MainFrame, HidingAPageChangesNothing) {
-    const int before = inside.page();
     unit.onViewThread([&] { unit.view().OnShow(WND_MEDIA_LIST, false, 0); });
-    EXPECT_EQ(inside.page(), before);
+    unit.device(DEV_STATUS_CAR_TEMP, 101); // shown on what the view takes for the page
+    EXPECT_EQ(unit.main.item(WND_DISC_LOADING, OSD_ITEM_TEMP).text, "10.1");
+    EXPECT_NE(unit.main.item(WND_MEDIA_LIST, OSD_ITEM_TEMP).text, "10.1");
     EXPECT_EQ(unit.log("[DiscView::OnShow] dwWndId=24,bShow=0").size(), 1u);
 }
 
@@ -107,8 +105,7 @@ TEST_F(MainFrame, ErrorPageNamesTheError) {
 TEST_F(MainFrame, ParkingPageSpeaksOfPhotosOrOfVideo) {
     unit.device(DEV_STATUS_PARKING, 0);
     for (const int type : {PLAY_TYPE_PHOTO, PLAY_TYPE_DVD, PLAY_TYPE_PHOTO, PLAY_TYPE_VCD}) {
-        unit.disc.mediaType(type);
-        inside.gotoVideoPage(type);
+        play(type);
         ASSERT_EQ(unit.main.window(), WND_PARKING);
         const bool photo = type == PLAY_TYPE_PHOTO;
         EXPECT_EQ(unit.main.item(WND_PARKING, PARK_CTRL_BACK).visible, photo) << type;
@@ -118,10 +115,9 @@ TEST_F(MainFrame, ParkingPageSpeaksOfPhotosOrOfVideo) {
 
 TEST_F(MainFrame, ParkingPageKeepsItsWordingForVideoFiles) {
     unit.device(DEV_STATUS_PARKING, 0);
-    unit.disc.mediaType(PLAY_TYPE_PHOTO);
-    inside.gotoVideoPage(PLAY_TYPE_PHOTO);
-    unit.disc.mediaType(PLAY_TYPE_VIDEO);
-    inside.gotoVideoPage(PLAY_TYPE_VIDEO);
+    play(PLAY_TYPE_PHOTO);
+    play(PLAY_TYPE_VIDEO);
+    ASSERT_EQ(unit.main.window(), WND_PARKING);
     EXPECT_TRUE(unit.main.item(WND_PARKING, PARK_CTRL_BACK).visible);
     EXPECT_FALSE(unit.main.item(WND_PARKING, PARK_CTRL_HOME).visible);
 }
@@ -142,7 +138,8 @@ TEST_F(MainFrame, ListPageOffersTheWayBackOnlyForThePlayingType) {
     EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).text, "song 1");
     unit.onViewThread([&] { unit.view().ShowWnd(WND_FOLDER_LIST, true, 0); });
     EXPECT_TRUE(unit.main.item(WND_FOLDER_LIST, ITEM_TO_PLAYING).visible);
-    inside.setBrowsedType(PLAY_TYPE_VIDEO);
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO);
+    unit.click(WND_MEDIA_LIST, ITEM_TAB_VIDEO);
     for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
         unit.onViewThread([&] { unit.view().ShowWnd(page, true, 0); });
         EXPECT_FALSE(unit.main.item(page, ITEM_TO_PLAYING).visible) << page;
@@ -153,8 +150,7 @@ TEST_F(MainFrame, ListPageOfAMissingTypeOffersNoWayBack) {
     play(PLAY_TYPE_MUSIC); // a disc with music only
     openList();
     unit.click(WND_MEDIA_LIST, ITEM_TAB_VIDEO);
-    ASSERT_TRUE(inside.noFileOfType());
-    inside.setBrowsedType(PLAY_TYPE_MUSIC);
+    unit.disc.mediaType(PLAY_TYPE_MUSIC); // browses the playing type again
     unit.onViewThread([&] { unit.view().ShowWnd(WND_MEDIA_LIST, true, 0); });
     EXPECT_FALSE(unit.main.item(WND_MEDIA_LIST, ITEM_TO_PLAYING).visible);
 }
@@ -166,7 +162,7 @@ TEST_F(MainFrame, ListPageShowsTheBrowsedType) {
     };
     for (const auto& [type, icon] :
          {Case{PLAY_TYPE_VIDEO, 80}, Case{PLAY_TYPE_PHOTO, 55}, Case{PLAY_TYPE_MUSIC, 90}}) {
-        inside.setBrowsedType(type);
+        unit.disc.mediaType(type);
         for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
             unit.onViewThread([&] { unit.view().ShowWnd(page, true, 0); });
             EXPECT_EQ(unit.main.item(page, ITEM_TYPE_ICON).icon(), icon) << page;

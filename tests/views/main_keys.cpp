@@ -18,18 +18,18 @@ struct KeyRow {
 
 const std::vector<KeyRow>& commandKeys() {
     static const std::vector<KeyRow> ROWS = {
-        {17, {"131,0,0"}, nullptr},
-        {18, {"130,0,0"}, nullptr},
-        {20, {"1,0,0"}, "------OnKeyboard::K_NEXT"},
-        {21, {"2,0,0"}, "------OnKeyboard::K_PREV---------"},
-        {22, {"3,0,0"}, "------OnKeyboard::K_FASTF"},
-        {23, {"4,0,0"}, "------OnKeyboard::K_FASTB"},
-        {64, {"2,0,0", "2,0,0"}, "------OnKeyboard::K_PRESET_UP---------"},
-        {65, {"1,0,0"}, "------OnKeyboard::K_PRESET_DN"},
-        {160, {"7,1,0", "9,4,0"}, nullptr},
-        {161, {"9,2,0"}, nullptr},
-        {162, {"7,4,0"}, nullptr},
-        {163, {"182,1,0"}, nullptr},
+        {K_PLAY, {Play()}, nullptr},
+        {K_PAUSE, {Pause()}, nullptr},
+        {K_NEXT, {NextClip()}, "------OnKeyboard::K_NEXT"},
+        {K_PREV, {PreviousClip()}, "------OnKeyboard::K_PREV---------"},
+        {K_FASTF, {FastForward()}, "------OnKeyboard::K_FASTF"},
+        {K_FASTB, {FastBackward()}, "------OnKeyboard::K_FASTB"},
+        {K_PRESET_UP, {PreviousClip(), PreviousClip()}, "------OnKeyboard::K_PRESET_UP---------"},
+        {K_PRESET_DN, {NextClip()}, "------OnKeyboard::K_PRESET_DN"},
+        {K_SHUFFLE_FOLDER, {SetShuffleMode(1), SetRepeatMode(4)}, nullptr},
+        {K_REPEAT_ALL, {SetRepeatMode(2)}, nullptr},
+        {K_SHUFFLE, {SetShuffleMode(4)}, nullptr},
+        {K_RESTART, {PlayTrack(1, 0)}, nullptr},
     };
     return ROWS;
 }
@@ -54,17 +54,17 @@ TEST_F(MainKeys, CommandKeysSendTheirCommands) {
 TEST_F(MainKeys, PresetUpSendsTwoPreviousAndPresetDownOneNext) {
     play(PLAY_TYPE_CD);
     unit.key(K_PRESET_UP);
-    EXPECT_THAT(unit.commands(), ElementsAre("2,0,0", "2,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PreviousClip(), PreviousClip()));
     unit.clearCommands();
     unit.key(K_PRESET_DN);
-    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(NextClip()));
 }
 
 TEST_F(MainKeys, RestartPlaysTheCurrentItemByItsNumber) {
     play(PLAY_TYPE_MUSIC);
     unit.disc.track({.curMediaId = 7, .curMediaIds = 12, .mediaId = 19, .parentFolder = 3});
     unit.key(K_RESTART);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,7,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(7, 0)));
 }
 
 TEST_F(MainKeys, UnknownKeysAreNotHandled) {
@@ -73,7 +73,9 @@ TEST_F(MainKeys, UnknownKeysAreNotHandled) {
         for (const int code : {-1, 0, 16, 19, 24, 43, 51, 63, 66, 86, 89, 159, 164}) {
             EXPECT_FALSE(unit.view().OnKeyboard(code)) << code;
         }
-        for (const int code : {17, 18, 20, 21, 22, 23, 45, 46, 47, 48, 64, 65, 87, 88, 160, 161, 162, 163}) {
+        for (const int code : {K_PLAY, K_PAUSE, K_NEXT, K_PREV, K_FASTF, K_FASTB, K_Up, K_Down, K_Left,
+                               K_Right, K_PRESET_UP, K_PRESET_DN, K_ENCODER_INC, K_ENCODER_DEC,
+                               K_SHUFFLE_FOLDER, K_REPEAT_ALL, K_SHUFFLE, K_RESTART}) {
             EXPECT_TRUE(unit.view().OnKeyboard(code)) << code;
         }
     });
@@ -87,24 +89,35 @@ TEST_F(MainKeys, RawKeysAreTakenAndDoNothing) {
 
 TEST(MainKeysWithoutController, NothingIsHandled) {
     DiscView view("zmdisc", *CDiscData::GetInstance());
-    for (const int code : {17, 20, 44, 45, 49, 50, 64, 163}) {
+    for (const int code : {K_PLAY, K_NEXT, K_GOTO, K_Up, K_Enter, K_Return, K_PRESET_UP, K_RESTART}) {
         EXPECT_FALSE(view.OnKeyboard(code));
     }
 }
 
 TEST_F(MainKeys, SomeKeysLetTheListFollow) {
     play(PLAY_TYPE_MUSIC);
-    for (const int code : {17, 18, 20, 21, 22, 23, 47, 48, 64, 65, 87, 88, 160, 161, 162, 163}) {
-        inside.setFollowsPlaying(false);
+    openList();
+    const auto report = [&](int file) {
+        unit.disc.track({.curMediaId = file, .curMediaIds = 12, .mediaIds = 12, .parentFolder = 1});
+    };
+    const auto selected = [&] { return unit.main.item(WND_MEDIA_LIST, ITEM_LIST).current; };
+    for (const int code :
+         {K_PLAY, K_PAUSE, K_NEXT, K_PREV, K_FASTF, K_FASTB, K_Left, K_Right, K_PRESET_UP, K_PRESET_DN,
+          K_ENCODER_INC, K_ENCODER_DEC, K_SHUFFLE_FOLDER, K_REPEAT_ALL, K_SHUFFLE, K_RESTART}) {
+        report(2); // ends what a key before has asked for
         unit.key(code);
-        const bool follows = code == 20 || code == 21 || code == 64 || code == 65;
-        EXPECT_EQ(inside.followsPlaying(), follows) << code;
+        const int before = selected();
+        const int file = before == 8 ? 5 : 9;
+        report(file);
+        const bool follows = code == K_NEXT || code == K_PREV || code == K_PRESET_UP || code == K_PRESET_DN;
+        EXPECT_EQ(selected(), follows ? file - 1 : before) << code;
     }
 }
 
 TEST_F(MainKeys, SkipAndFastKeysAnswerOnTheOverlay) {
     play(PLAY_TYPE_DVD);
-    for (const int code : {20, 21, 22, 23, 64, 65, 17, 161}) {
+    for (const int code :
+         {K_NEXT, K_PREV, K_FASTF, K_FASTB, K_PRESET_UP, K_PRESET_DN, K_PLAY, K_REPEAT_ALL}) {
         SCOPED_TRACE(code);
         unit.disc.tip(2); // a picture for three seconds
         ASSERT_TRUE(unit.osd.item(1, OSD_PICTURE).visible);
@@ -122,13 +135,15 @@ TEST_F(MainKeys, SkipAndFastKeysAnswerOnTheOverlay) {
 TEST_F(MainKeys, SomeKeysRestartTheWayBackToThePlayPage) {
     play(PLAY_TYPE_MUSIC);
     openList();
-    for (const int code : {20, 21, 45, 46, 64, 65, 87, 88}) {
+    for (const int code :
+         {K_NEXT, K_PREV, K_Up, K_Down, K_PRESET_UP, K_PRESET_DN, K_ENCODER_INC, K_ENCODER_DEC}) {
         unit.advance(5s);
         unit.key(code);
         EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST) << code;
     }
     unit.advance(5s);
-    for (const int code : {17, 18, 22, 23, 47, 48, 160, 161, 162, 163}) {
+    for (const int code : {K_PLAY, K_PAUSE, K_FASTF, K_FASTB, K_Left, K_Right, K_SHUFFLE_FOLDER, K_REPEAT_ALL,
+                           K_SHUFFLE, K_RESTART}) {
         unit.key(code);
     }
     unit.advance(2999ms);
@@ -147,9 +162,9 @@ TEST_F(MainKeys, EnterRestartsTheWayBackToThePlayPageAndReturnDoesNot) {
         play(PLAY_TYPE_MUSIC);
         openList();
         unit.advance(7s);
-        inside.setBrowsedType(PLAY_TYPE_DVD); // no row does anything then
+        unit.disc.mediaType(PLAY_TYPE_DVD); // no row does anything then
         unit.key(code);
-        inside.setBrowsedType(PLAY_TYPE_MUSIC);
+        unit.disc.mediaType(PLAY_TYPE_MUSIC);
         unit.advance(1s);
         EXPECT_EQ(unit.main.window(), restarts ? WND_MEDIA_LIST : WND_AUDIO_PLAY);
         unit.advance(7s);
@@ -168,17 +183,16 @@ TEST_F(MainKeys, UpOnThePlayPageStartsTheWayBackToIt) {
 
 TEST_F(MainKeys, PadKeyOpensTheNumberPad) {
     play(PLAY_TYPE_MUSIC);
-    unit.key(44);
+    unit.key(K_GOTO);
     EXPECT_EQ(unit.main.window(), WND_GOTO);
-    EXPECT_EQ(inside.state(), VIEW_STATE_GOTO);
+    EXPECT_EQ(state(), VIEW_STATE_GOTO);
 }
 
 TEST_F(MainKeys, PadKeyDoesNothingOverAListOfNothing) {
     play(PLAY_TYPE_MUSIC);
     openList();
     unit.click(WND_MEDIA_LIST, ITEM_TAB_VIDEO);
-    ASSERT_TRUE(inside.noFileOfType());
-    unit.key(44);
+    unit.key(K_GOTO);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
 }
 
@@ -191,7 +205,8 @@ TEST_F(MainKeys, DirectionKeysAndEncoderMoveTheListsSelection) {
         int code, step;
     };
     int expected = start;
-    for (const auto& [code, step] : {Case{46, 1}, Case{87, 1}, Case{46, 1}, Case{45, -1}, Case{88, -1}}) {
+    for (const auto& [code, step] : {Case{K_Down, 1}, Case{K_ENCODER_INC, 1}, Case{K_Down, 1}, Case{K_Up, -1},
+                                     Case{K_ENCODER_DEC, -1}}) {
         unit.key(code);
         expected += step;
         EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_LIST).current, expected) << code;
@@ -201,63 +216,44 @@ TEST_F(MainKeys, DirectionKeysAndEncoderMoveTheListsSelection) {
     EXPECT_THAT(unit.commands(), IsEmpty());
 }
 
-TEST_F(MainKeys, KeysMoveTheListOfTheSource) {
+TEST_F(MainKeys, OnACdTheKeysMoveTheTrackList) {
     play(PLAY_TYPE_CD);
-    unit.click(WND_AUDIO_PLAY, ITEM_TO_LIST);
-    unit.advance(LIST_WAIT);
+    openList();
     ASSERT_EQ(unit.main.window(), WND_CD_LIST);
-    unit.touchItem(unit.main, WND_CD_LIST, ITEM_LIST);
-    unit.advance(LIST_WAIT);
-    inside.setState(VIEW_STATE_MUSIC_LIST);
-    const int start = unit.main.item(WND_CD_LIST, ITEM_LIST).current;
+    const auto selected = [&] { return unit.main.item(WND_CD_LIST, ITEM_LIST).current; };
+    const int start = selected();
     ASSERT_GE(start, 0);
-    unit.key(46);
-    EXPECT_EQ(unit.main.item(WND_CD_LIST, ITEM_LIST).current, start + 1);
-    for (const int source : {0, 1, 2, 3, 4, 5, 6, 7, 8, 10, 11}) {
-        inside.setListFrom(source);
-        unit.key(46);
-        EXPECT_EQ(unit.main.item(WND_CD_LIST, ITEM_LIST).current, start + 1) << source;
-    }
-    inside.setListFrom(LIST_FROM_CUR_AUDIO);
-    unit.key(45);
-    EXPECT_EQ(unit.main.item(WND_CD_LIST, ITEM_LIST).current, start);
+    unit.key(K_Down);
+    EXPECT_EQ(selected(), start + 1);
+    unit.key(K_Up);
+    EXPECT_EQ(selected(), start);
+    EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_LIST).current, -1);
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    unit.key(K_Down);
+    EXPECT_EQ(selected(), start) << "another list is on screen";
 }
 
 TEST_F(MainKeys, EnterPlaysTheSelectedRow) {
     play(PLAY_TYPE_MUSIC);
     openList();
-    unit.key(46);
+    unit.key(K_Down);
     const int row = unit.main.item(WND_MEDIA_LIST, ITEM_LIST).current;
-    unit.key(49);
-    EXPECT_THAT(unit.commands(), ElementsAre("182," + std::to_string(65536 + row + 1) + ",1"));
+    unit.key(K_Enter);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{1}, File{row + 1}, KIND_MUSIC)));
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
-}
-
-TEST_F(MainKeys, EnterGoesToThePageOfTheSource) {
-    play(PLAY_TYPE_MUSIC);
-    openList();
-    inside.setBrowsedType(PLAY_TYPE_DVD); // no row of either page does anything then
-    for (const int source : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}) {
-        SCOPED_TRACE(source);
-        inside.setListFrom(source);
-        const auto folder = unit.log("[DiscView::OnClickFolderListWnd] nCtrlId=2000").size();
-        unit.clearRequests();
-        unit.key(49);
-        const bool isFolder = source == 1 || source == 3 || source == 5;
-        EXPECT_EQ(unit.log("[DiscView::OnClickFolderListWnd] nCtrlId=2000").size(), folder + isFolder);
-        EXPECT_EQ(beeps(), source <= 9 ? 1 : 0) << "the click of a row beeps";
-    }
 }
 
 TEST_F(MainKeys, EnterOverTheCdListClicksTheFileList) {
     play(PLAY_TYPE_MUSIC);
     openList();
-    unit.key(46);
+    unit.key(K_Down);
     const int row = unit.main.item(WND_MEDIA_LIST, ITEM_LIST).current;
-    // The page of the files decides by the browsed type: 1 plays its row from the CD's list.
-    inside.setListFrom(LIST_FROM_CUR_AUDIO);
-    inside.setBrowsedType(PLAY_TYPE_CD);
-    unit.key(49);
+    ASSERT_GT(row, 0);
+    play(PLAY_TYPE_CD);
+    openList();
+    ASSERT_NE(unit.main.item(WND_CD_LIST, ITEM_LIST).current, row);
+    unit.key(K_Enter); // plays the row that is selected in the list of files, as a track of the CD
     EXPECT_EQ(
         unit.log("[DiscView::OnHandleUIListClick] nPlayType=1,nUiFrom=9,nLine=" + std::to_string(row)).size(),
         1u);
@@ -265,15 +261,16 @@ TEST_F(MainKeys, EnterOverTheCdListClicksTheFileList) {
 
 TEST_F(MainKeys, KeysOnTheMusicPlayPage) {
     play(PLAY_TYPE_MUSIC);
-    unit.key(46);
-    unit.key(47);
-    unit.key(49);
-    unit.key(87);
-    unit.key(88);
-    EXPECT_THAT(unit.commands(), ElementsAre("9,0,0", "7,0,0", "5,0,0", "1,0,0", "2,0,0"));
-    unit.key(48);
+    unit.key(K_Down);
+    unit.key(K_Left);
+    unit.key(K_Enter);
+    unit.key(K_ENCODER_INC);
+    unit.key(K_ENCODER_DEC);
+    EXPECT_THAT(unit.commands(),
+                ElementsAre(SetRepeatMode(0), SetShuffleMode(0), PlayPause(), NextClip(), PreviousClip()));
+    unit.key(K_Right);
     EXPECT_THAT(applications(), ElementsAre("zmeq null"));
-    unit.key(45);
+    unit.key(K_Up);
     EXPECT_EQ(unit.log("[OnHandleUIReturnList]--m_nPlayListFrom:0").size(), 1u);
     unit.advance(LIST_WAIT);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
@@ -282,60 +279,52 @@ TEST_F(MainKeys, KeysOnTheMusicPlayPage) {
 TEST_F(MainKeys, KeysOverVideoAndPhotos) {
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_PHOTO}) {
         play(type);
-        inside.gotoVideoPage(type);
         unit.clearCommands();
-        for (const int code : {45, 46, 47, 48, 49, 87, 88}) {
+        for (const int code : {K_Up, K_Down, K_Left, K_Right, K_Enter, K_ENCODER_INC, K_ENCODER_DEC}) {
             unit.key(code);
         }
-        EXPECT_THAT(unit.commands(), ElementsAre("5,0,0", "1,0,0", "2,0,0")) << type;
+        EXPECT_THAT(unit.commands(), ElementsAre(PlayPause(), NextClip(), PreviousClip())) << type;
         EXPECT_THAT(applications(), IsEmpty());
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
     }
 }
 
 TEST_F(MainKeys, KeysInOtherStatesDoNothing) {
-    unit.disc.presence(1);
-    unit.clearCommands();
-    unit.clearRequests();
     for (const int state : {VIEW_STATE_GOTO, VIEW_STATE_LOADING, VIEW_STATE_EXIT, VIEW_STATE_NO_DISC,
                             VIEW_STATE_DISC_ERROR, VIEW_STATE_REGION_ERROR}) {
-        inside.setState(state);
-        for (const int code : {45, 46, 47, 48, 49, 87, 88}) {
+        SCOPED_TRACE(state);
+        reach(state);
+        for (const int code : {K_Up, K_Down, K_Left, K_Right, K_Enter, K_ENCODER_INC, K_ENCODER_DEC}) {
             unit.key(code);
         }
+        EXPECT_THAT(unit.commands(), IsEmpty());
+        EXPECT_THAT(unit.requests(), IsEmpty());
+        EXPECT_EQ(reported().state, state);
     }
-    EXPECT_THAT(unit.commands(), IsEmpty());
-    EXPECT_THAT(unit.requests(), IsEmpty());
 }
 
 TEST_F(MainKeys, ReturnGoesHomeFromMostStates) {
-    play(PLAY_TYPE_MUSIC);
-    for (int state = VIEW_STATE_MUSIC_LIST; state <= VIEW_STATE_REGION_ERROR; ++state) {
-        if (state == VIEW_STATE_VIDEO_PLAY || state == VIEW_STATE_PHOTO_PLAY || state == VIEW_STATE_GOTO) {
-            continue;
-        }
-        inside.setState(state);
-        unit.clearRequests();
-        unit.key(50);
+    for (const int state : {VIEW_STATE_MUSIC_LIST, VIEW_STATE_VIDEO_LIST, VIEW_STATE_PHOTO_LIST,
+                            VIEW_STATE_AUDIO_PLAY, VIEW_STATE_LOADING, VIEW_STATE_EXIT, VIEW_STATE_NO_DISC,
+                            VIEW_STATE_DISC_ERROR, VIEW_STATE_REGION_ERROR}) {
+        reach(state);
+        unit.key(K_Return);
         const bool home =
             state <= VIEW_STATE_AUDIO_PLAY || (state >= VIEW_STATE_LOADING && state <= VIEW_STATE_DISC_ERROR);
         EXPECT_EQ(applications(), home ? std::vector<std::string>{"zmhome null"} : std::vector<std::string>{})
             << state;
+        EXPECT_THAT(unit.commands(), IsEmpty()) << state;
     }
-    EXPECT_THAT(unit.commands(), IsEmpty());
 }
 
 TEST_F(MainKeys, ReturnOverVideoGoesHomeForDiscVideoOnly) {
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VCD, PLAY_TYPE_VIDEO}) {
         play(type);
-        inside.gotoVideoPage(type);
-        unit.clearCommands();
-        unit.clearRequests();
-        unit.key(50);
+        unit.key(K_Return);
         EXPECT_EQ(applications().size(), type == PLAY_TYPE_VIDEO ? 0u : 1u) << type;
         EXPECT_THAT(unit.commands(), IsEmpty());
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
-        EXPECT_EQ(inside.state(), VIEW_STATE_VIDEO_PLAY);
+        EXPECT_EQ(state(), VIEW_STATE_VIDEO_PLAY);
     }
 }
 
@@ -355,33 +344,34 @@ TEST_F(MainKeys, ReturnOverPhotosGoesToTheirList) {
     play(PLAY_TYPE_PHOTO);
     unit.click(WND_VIDEO, 1);
     unit.clearCommands();
-    unit.key(50);
-    expectLeftForTheList("186,4,1", VIEW_STATE_PHOTO_LIST);
+    unit.key(K_Return);
+    expectLeftForTheList(GotoSubList(4, 1), VIEW_STATE_PHOTO_LIST);
 }
 
 TEST_F(MainKeys, ReturnOverPhotosOfACompleteCatalogueSendsNothing) {
     play(PLAY_TYPE_PHOTO);
     unit.disc.updateDb(0x10000);
     unit.clearCommands();
-    unit.key(50);
+    unit.key(K_Return);
     EXPECT_THAT(unit.commands(), IsEmpty());
-    EXPECT_EQ(inside.state(), VIEW_STATE_PHOTO_LIST);
+    EXPECT_EQ(state(), VIEW_STATE_PHOTO_LIST);
 }
 
 TEST_F(MainKeys, ReturnInThePhotosStateLooksAtThePhotosCatalogueWhateverPlays) {
     play(PLAY_TYPE_VIDEO);
     unit.disc.updateDb(0x10000); // the films' is complete
-    inside.setState(VIEW_STATE_PHOTO_PLAY);
+    play(PLAY_TYPE_PHOTO);
+    unit.disc.mediaType(PLAY_TYPE_VIDEO); // while the photo is on screen
     unit.clearCommands();
-    unit.key(50);
-    EXPECT_THAT(unit.commands(), testing::Contains("186,3,1"));
+    unit.key(K_Return);
+    EXPECT_THAT(unit.commands(), testing::Contains(GotoSubList(3, 1)));
 }
 
 TEST_F(MainKeys, ReturnOnTheNumberPadGoesToTheList) {
     play(PLAY_TYPE_MUSIC);
-    unit.key(44);
+    unit.key(K_GOTO);
     unit.clearRequests();
-    unit.key(50);
+    unit.key(K_Return);
     unit.advance(LIST_WAIT);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
     EXPECT_THAT(applications(), IsEmpty());

@@ -4,6 +4,12 @@ namespace zm::test {
 
 using MainLauncher = MainView;
 
+namespace {
+
+constexpr char OVERLAY_GOES[] = "[DiscView::SetVisibleOsd] ===============m_bVideoOsd=0===========";
+
+} // namespace
+
 TEST_F(MainLauncher, EachStatusIsLogged) {
     struct Case {
         const char* status;
@@ -30,28 +36,33 @@ TEST_F(MainLauncher, OnlyMessagesOfTheRightClassAreHandled) {
     for (const int kind : {0, 1, 2, 4}) {
         appsMessage(kind, 0, 1);
     }
-    EXPECT_FALSE(inside.paused());
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_THAT(unit.log("APPS_STATUS_PAUSE"), IsEmpty());
     appsMessage(3, 0, 1);
-    EXPECT_TRUE(inside.paused());
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
+    EXPECT_EQ(unit.log("APPS_STATUS_PAUSE").size(), 1u);
 }
 
 TEST_F(MainLauncher, UnknownSubCodesAndStatusesAreIgnored) {
     play(PLAY_TYPE_MUSIC);
+    const auto banners = unit.log("APPS_STATUS_").size();
     for (const int status : {-1, 5, 99}) {
         appsMessage(3, 0, status);
     }
     for (const int subCode : {-1, 5, 99}) {
         appsMessage(3, subCode, 1);
     }
-    EXPECT_FALSE(inside.paused());
     EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_EQ(unit.log("APPS_STATUS_").size(), banners);
+    unit.app("pause"); // the first
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
 }
 
 TEST_F(MainLauncher, ApplicationDataReachesTheVoiceHandler) {
     play(PLAY_TYPE_MUSIC);
     unit.appData("--song=\"song 5\"");
     EXPECT_EQ(unit.log("[OnAppsMessage] APPSMSG_APPDATA").size(), 1u);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,5,1"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(5, 1)));
 }
 
 TEST_F(MainLauncher, EmptyApplicationDataIsDropped) {
@@ -63,14 +74,11 @@ TEST_F(MainLauncher, EmptyApplicationDataIsDropped) {
 TEST_F(MainLauncher, PauseStopsPlayingOverlayAndCapture) {
     play(PLAY_TYPE_DVD);
     unit.click(WND_VIDEO, 1);
-    ASSERT_TRUE(inside.overlayShown());
-    inside.ageLastPause(LONG_AGO);
+    ASSERT_TRUE(unit.osd.visible());
+    passTimeOfDay(LONG_AGO);
     unit.app("pause");
-    EXPECT_TRUE(inside.paused());
-    EXPECT_EQ(inside.statusBeforePause(), DISC_STATE_PLAYING);
-    EXPECT_THAT(unit.commands(), ElementsAre("5,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
     EXPECT_EQ(captures().back(), "off");
-    EXPECT_FALSE(inside.overlayShown());
     EXPECT_FALSE(unit.osd.visible());
     EXPECT_EQ(unit.log("************* itv=").size(), 1u);
     EXPECT_EQ(unit.log("[OnAppsMessage] -------------------- pause() -------------").size(), 1u);
@@ -78,11 +86,14 @@ TEST_F(MainLauncher, PauseStopsPlayingOverlayAndCapture) {
 
 TEST_F(MainLauncher, ShowOnlyPausesToo) {
     play(PLAY_TYPE_MUSIC);
-    inside.ageLastPause(LONG_AGO);
+    passTimeOfDay(LONG_AGO);
     unit.app("showonly");
-    EXPECT_TRUE(inside.paused());
-    EXPECT_THAT(unit.commands(), ElementsAre("5,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
     EXPECT_THAT(captures(), ElementsAre("off"));
+    unit.disc.state(DISC_STATE_PAUSED);
+    unit.clearCommands();
+    unit.app("resume");
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
 }
 
 TEST_F(MainLauncher, SecondPauseInARowDoesNothing) {
@@ -90,70 +101,79 @@ TEST_F(MainLauncher, SecondPauseInARowDoesNothing) {
     unit.app("pause");
     unit.app("pause");
     unit.app("showonly");
-    EXPECT_THAT(unit.commands(), ElementsAre("5,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
 }
 
 TEST_F(MainLauncher, PauseWhileLoadingIsOnlyRemembered) {
     unit.disc.presence(1);
     unit.clearCommands();
     unit.app("pause");
-    EXPECT_TRUE(inside.paused());
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_THAT(captures(), IsEmpty());
     EXPECT_THAT(unit.log("itv="), IsEmpty());
+    play(PLAY_TYPE_DVD);
+    EXPECT_THAT(captures(), IsEmpty()) << "nothing is shown while the application is paused";
+    unit.app("pause");
+    EXPECT_THAT(unit.log("itv="), IsEmpty()) << "it was paused already";
 }
 
 TEST_F(MainLauncher, PauseOfADiscThatDoesNotPlaySendsNoToggle) {
     play(PLAY_TYPE_MUSIC);
     unit.disc.state(DISC_STATE_PAUSED);
-    inside.ageLastPause(LONG_AGO);
+    passTimeOfDay(LONG_AGO);
     unit.app("pause");
-    EXPECT_EQ(inside.statusBeforePause(), DISC_STATE_PAUSED);
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_THAT(captures(), ElementsAre("off"));
+    unit.app("resume");
+    EXPECT_THAT(unit.commands(), IsEmpty()) << "it did not play before";
 }
 
 TEST_F(MainLauncher, QuickSecondPauseKeepsThePlayingStatusOfTheFirst) {
     play(PLAY_TYPE_MUSIC);
-    inside.ageLastPause(LONG_AGO);
+    passTimeOfDay(LONG_AGO);
     unit.app("pause");
     unit.disc.state(DISC_STATE_PAUSED);
     unit.app("hideonly"); // ends the pause, so that a second one counts
     unit.app("pause");
-    EXPECT_EQ(inside.statusBeforePause(), DISC_STATE_PLAYING);
     unit.clearCommands();
     unit.app("resume");
-    EXPECT_THAT(unit.commands(), ElementsAre("5,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
 }
 
 TEST_F(MainLauncher, LaterSecondPauseRecordsThePausedStatus) {
     play(PLAY_TYPE_MUSIC);
-    inside.ageLastPause(LONG_AGO);
+    passTimeOfDay(LONG_AGO);
     unit.app("pause");
     unit.disc.state(DISC_STATE_PAUSED);
     unit.app("hideonly");
-    inside.ageLastPause(LONG_AGO);
+    passTimeOfDay(LONG_AGO);
     unit.app("pause");
-    EXPECT_EQ(inside.statusBeforePause(), DISC_STATE_PAUSED);
     unit.clearCommands();
     unit.app("resume");
     EXPECT_THAT(unit.commands(), IsEmpty());
 }
 
 TEST_F(MainLauncher, OnlyPausesMoreThanTwelveHundredMillisecondsApartRecordTheStatus) {
-    constexpr int UNTOUCHED = 99;
     play(PLAY_TYPE_MUSIC);
     // Real time goes on until the pause, so the interval is taken from its line; the last is a clock set
     // back.
     for (const auto age : {0ms, 1000ms, 1150ms, 1190ms, 1199ms, 1201ms, 1300ms, 5000ms, -10000ms}) {
-        inside.setStatusBeforePause(UNTOUCHED);
-        inside.ageLastPause(age);
-        unit.app("pause");
+        unit.disc.state(DISC_STATE_PAUSED);
+        passTimeOfDay(LONG_AGO);
+        unit.app("pause"); // records that it is paused
+        unit.app("resume");
+        unit.disc.state(DISC_STATE_PLAYING);
+        passTimeOfDay(age);
+        unit.app("pause"); // records that it plays, or does not
         const std::string line = unit.log("************* itv=").back();
         const long interval = std::stol(line.substr(line.find("itv=") + 4));
         EXPECT_GE(interval, age.count());
-        EXPECT_EQ(inside.statusBeforePause(), interval > 1200 ? DISC_STATE_PLAYING : UNTOUCHED) << line;
+        unit.disc.state(DISC_STATE_PAUSED);
+        unit.clearCommands();
         unit.app("resume");
+        EXPECT_EQ(unit.commands(),
+                  interval > 1200 ? std::vector<std::string>{PlayPause()} : std::vector<std::string>{})
+            << line;
     }
 }
 
@@ -171,24 +191,28 @@ TEST_F(MainLauncher, PauseIsCarriedOutInItsOrder) {
 
 TEST_F(MainLauncher, HideOnlyAfterAPauseSendsPlayAndNoToggle) {
     play(PLAY_TYPE_MUSIC);
-    inside.ageLastPause(LONG_AGO);
+    passTimeOfDay(LONG_AGO);
     unit.app("pause");
     unit.disc.state(DISC_STATE_PAUSED);
     unit.clearCommands();
     unit.app("hideonly");
-    EXPECT_THAT(unit.commands(), ElementsAre("131,0,0"));
-    EXPECT_FALSE(inside.paused());
-    EXPECT_TRUE(inside.hidden());
+    EXPECT_THAT(unit.commands(), ElementsAre(Play()));
+    unit.clearCommands();
+    const auto begin = unit.log().size();
+    unit.app("hideonly");
+    EXPECT_THAT(unit.commands(), IsEmpty()) << "no longer paused";
+    EXPECT_THAT(logged(begin, {OVERLAY_GOES}), IsEmpty()) << "hidden already";
 }
 
 TEST_F(MainLauncher, HideOnlyAfterAPauseOfADiscThatPlaysAgainSendsNothing) {
     play(PLAY_TYPE_MUSIC);
-    inside.ageLastPause(LONG_AGO);
+    passTimeOfDay(LONG_AGO);
     unit.app("pause");
     unit.clearCommands(); // the disc still plays
     unit.app("hideonly");
     EXPECT_THAT(unit.commands(), IsEmpty());
-    EXPECT_FALSE(inside.paused());
+    unit.app("pause"); // a new one, as the first is over
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayPause()));
 }
 
 TEST_F(MainLauncher, HideOnlyLetsPlaybackGoOnAndHidesTheOverlay) {
@@ -201,22 +225,24 @@ TEST_F(MainLauncher, HideOnlyLetsPlaybackGoOnAndHidesTheOverlay) {
     EXPECT_THAT(captures(), ElementsAre("on"));
     unit.click(WND_VIDEO, 1);
     unit.app("hideonly"); // hidden already
-    EXPECT_TRUE(inside.overlayShown());
+    EXPECT_TRUE(unit.osd.visible());
 }
 
 TEST_F(MainLauncher, ResumeAndPauseEndHiding) {
     play(PLAY_TYPE_MUSIC);
     unit.app("hideonly");
-    unit.app("resume");
-    EXPECT_FALSE(inside.hidden());
-    unit.app("hideonly");
-    unit.app("pause");
-    EXPECT_FALSE(inside.hidden());
+    for (const char* status : {"resume", "pause"}) {
+        unit.app(status);
+        const auto begin = unit.log().size();
+        unit.app("hideonly");
+        EXPECT_THAT(logged(begin, {OVERLAY_GOES}), ElementsAre(OVERLAY_GOES))
+            << "hidden anew after " << status;
+    }
 }
 
 TEST_F(MainLauncher, LinesOfAStatusNameItsHandler) {
     play(PLAY_TYPE_MUSIC);
-    inside.ageLastPause(LONG_AGO);
+    passTimeOfDay(LONG_AGO);
     const std::string function = "_PLATEN_[OnAppsMsgAppStatus]-";
     const std::vector<std::string> lines = {
         function + "[OnAppsMessage] =====================APPS_STATUS_PAUSE========================",
@@ -236,7 +262,7 @@ TEST_F(MainLauncher, QuitReleasesTheSourceStopsCaptureAndEndsTheProcess) {
     play(PLAY_TYPE_DVD);
     unit.clearCommands();
     unit.app("quit");
-    EXPECT_THAT(unit.commands(), ElementsAre("187,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(RequestSource(0, 0)));
     EXPECT_EQ(captures().back(), "off");
     EXPECT_EQ(
         unit.log("[OnAppsMessage] =====================APPS_STATUS_QUIT========================").size(), 1u);

@@ -1,4 +1,4 @@
-#include "tests/views/main_view.h"
+#include "tests/views/folder_view.h"
 
 namespace zm::test {
 
@@ -88,9 +88,8 @@ TEST_F(MainPlayPage, TimesOutsideThePlayPageAreIgnored) {
     openList();
     unit.disc.playTime(20, 100);
     EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ELAPSED).text, "00:10");
-    unit.key(K_Enter);
-    inside.setState(VIEW_STATE_AUDIO_PLAY);
-    unit.onViewThread([&] { unit.view().ShowWnd(WND_AUDIO_PLAY, true, 0); });
+    unit.key(K_Enter); // the row of what plays leads back
+    ASSERT_EQ(unit.main.window(), WND_AUDIO_PLAY);
     EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_ELAPSED).text, "00:20") << "showing the page refreshes it";
 }
 
@@ -100,8 +99,8 @@ TEST_F(MainPlayPage, FilesAreCountedInTheirFolder) {
         const char* text;
     };
     for (const int type : {PLAY_TYPE_MUSIC, PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
-        unit.disc.mediaType(type);
-        inside.setState(VIEW_STATE_AUDIO_PLAY);
+        play(PLAY_TYPE_MUSIC);
+        unit.disc.mediaType(type); // reported while the play page is shown
         for (const auto& [number, count, text] :
              {Case{3, 12, "3/12"}, Case{150, 300, "150/300"}, Case{1, 0, "--/--"}, Case{2, -1, "--/--"},
               Case{0, 12, "--/12"}, Case{-1, 300, "--/300"}, Case{0, 0, "--/--"}}) {
@@ -181,28 +180,58 @@ TEST_F(MainPlayPage, NamesOfAnyScriptAndLengthAreShown) {
     EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_TITLE).text, "a\xEF\xBF\xBDz");
 }
 
-TEST_F(MainPlayPage, ListTitleFollowsThePlayingFileForSomeSourcesOnly) {
-    struct Case {
-        int source;
-        int page; ///< 0: none
-    };
-    play(PLAY_TYPE_MUSIC);
-    openList();
-    for (const auto& [source, page] :
-         {Case{0, WND_MEDIA_LIST}, Case{1, WND_FOLDER_LIST}, Case{2, 0}, Case{3, 0}, Case{4, WND_MEDIA_LIST},
-          Case{5, WND_FOLDER_LIST}, Case{6, WND_MEDIA_LIST}, Case{7, WND_MEDIA_LIST}, Case{8, 0}, Case{9, 0},
-          Case{10, WND_MEDIA_LIST}}) {
-        SCOPED_TRACE(source);
-        inside.setListFrom(LIST_FROM_AUDIO_FOLDERS);
-        unit.disc.track({.curMediaId = 1, .curMediaIds = 12, .parentFolder = 1});
-        inside.setListFrom(LIST_FROM_AUDIO_IN_FOLDER);
-        unit.disc.track({.curMediaId = 1, .curMediaIds = 12, .mediaId = 1, .parentFolder = 1});
-        inside.setListFrom(source);
-        unit.disc.track({.curMediaId = 2, .curMediaIds = 12, .parentFolder = 1});
-        for (const int each : {WND_MEDIA_LIST, WND_FOLDER_LIST}) {
-            EXPECT_EQ(unit.main.item(each, ITEM_TO_PLAYING).text, each == page ? "song 2" : "song 1");
-        }
+/** The title of what plays over the lists. */
+class ListTitle : public FolderView {
+protected:
+    std::string titleOn(int page) { return unit.main.item(page, ITEM_TO_PLAYING).text; }
+    /** On that page the next report changes the title of `changes` (0: of none) and of no other. */
+    void expectTitle(int page, int changes) {
+        ASSERT_EQ(unit.main.window(), page);
+        const std::string before[] = {titleOn(WND_MEDIA_LIST), titleOn(WND_FOLDER_LIST)};
+        m_file = m_file == 7 ? 8 : 7; // neither of them plays when the page is opened
+        const std::string now = "file " + std::to_string(m_file);
+        unit.disc.track({.curMediaId = m_file, .curMediaIds = 8, .parentFolder = 5});
+        EXPECT_EQ(titleOn(WND_MEDIA_LIST), changes == WND_MEDIA_LIST ? now : before[0]);
+        EXPECT_EQ(titleOn(WND_FOLDER_LIST), changes == WND_FOLDER_LIST ? now : before[1]);
     }
+
+private:
+    int m_file = 0;
+};
+
+TEST_F(ListTitle, FollowsThePlayingFileForSomeSourcesOnly) {
+    for (const FolderKind& kind : FOLDER_KINDS) {
+        SCOPED_TRACE(kind.type);
+        const bool films = kind.type == PLAY_TYPE_VIDEO;
+        playIn(kind, 5);
+        press(kind.tab);
+        tick();
+        expectTitle(WND_MEDIA_LIST, films ? 0 : WND_MEDIA_LIST);
+        press(ITEM_FOLDER_MENU);
+        tick();
+        expectTitle(WND_MEDIA_LIST, films ? 0 : WND_MEDIA_LIST);
+        clickRow(4);
+        tick();
+        expectTitle(WND_FOLDER_LIST, films ? 0 : WND_FOLDER_LIST);
+    }
+}
+
+TEST_F(ListTitle, FollowsThePlayingFileOverASearchResult) {
+    playIn(FOLDER_KINDS[0], 5);
+    unit.appData("--song=file");
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    ASSERT_EQ(reported().source, LIST_FROM_SEARCH);
+    expectTitle(WND_MEDIA_LIST, WND_MEDIA_LIST);
+}
+
+TEST_F(ListTitle, StaysOverTheTracksOfACd) {
+    playIn(FOLDER_KINDS[0], 5);
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    tick();
+    play(PLAY_TYPE_CD);
+    openList();
+    unit.disc.mediaType(PLAY_TYPE_MUSIC); // whose title would follow in a list of files
+    expectTitle(WND_CD_LIST, 0);
 }
 
 TEST_F(MainPlayPage, ListTitleIsThatOfThePlayingType) {

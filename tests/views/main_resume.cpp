@@ -29,26 +29,28 @@ TEST_F(MainResume, ResumeTogglesPlayWhenThePauseFoundItRunning) {
                                                Case{DISC_STATE_PLAYING, DISC_STATE_PLAYING, false}}) {
         SCOPED_TRACE(std::to_string(before) + " then " + std::to_string(now));
         unit.disc.state(before);
-        inside.ageLastPause(LONG_AGO);
+        passTimeOfDay(LONG_AGO);
         unit.app("pause");
         unit.disc.state(now);
         unit.clearCommands();
         const auto lines = unit.log("[OnAppsMessage] -------------------- Play() -------------").size();
         unit.app("resume");
-        EXPECT_FALSE(inside.paused());
-        EXPECT_EQ(unit.commands(), toggles ? std::vector<std::string>{"5,0,0"} : std::vector<std::string>{});
+        EXPECT_EQ(unit.commands(),
+                  toggles ? std::vector<std::string>{PlayPause()} : std::vector<std::string>{});
         EXPECT_EQ(unit.log("[OnAppsMessage] -------------------- Play() -------------").size(),
                   lines + toggles);
+        unit.clearCommands();
+        unit.app("resume");
+        EXPECT_THAT(unit.commands(), IsEmpty()) << "no longer paused";
     }
 }
 
 TEST_F(MainResume, ResumeOfDiscVideoStartsCaptureAndShowsTheVideo) {
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VCD}) {
         SCOPED_TRACE(type);
-        unit.disc.mediaType(type);
-        inside.gotoVideoPage(type);
+        play(type);
         expectCaptureAfterAPause();
-        EXPECT_TRUE(inside.videoIsVisible());
+        EXPECT_TRUE(videoShown());
     }
 }
 
@@ -56,13 +58,12 @@ TEST_F(MainResume, ResumeWhileDrivingShowsTheParkingPage) {
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_PHOTO}) {
         SCOPED_TRACE(type);
         play(type);
-        inside.gotoVideoPage(type);
         unit.app("pause");
         unit.device(DEV_STATUS_PARKING, 0);
         unit.onViewThread([&] { unit.view().ShowWnd(WND_VIDEO, true, 0); });
         unit.app("resume");
         EXPECT_EQ(unit.main.window(), WND_PARKING);
-        EXPECT_FALSE(inside.videoIsVisible());
+        EXPECT_FALSE(videoShown());
         EXPECT_EQ(captures().back(), "on");
         unit.device(DEV_STATUS_PARKING, 1);
     }
@@ -77,8 +78,8 @@ TEST_F(MainResume, ResumeOfVideoFilesAndPhotosStartsCapture) {
          {Case{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_PLAY}, Case{PLAY_TYPE_VIDEO, VIEW_STATE_PHOTO_PLAY},
           Case{PLAY_TYPE_PHOTO, VIEW_STATE_VIDEO_PLAY}, Case{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_PLAY}}) {
         SCOPED_TRACE(std::to_string(type) + " in " + std::to_string(state));
-        unit.disc.mediaType(type);
-        inside.setState(state);
+        reach(state);
+        unit.disc.mediaType(type); // the next item of the disc, reported while that page is shown
         expectCaptureAfterAPause();
     }
 }
@@ -87,9 +88,9 @@ TEST_F(MainResume, ResumeOverTheVideoHidesTheOverlay) {
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_PHOTO}) {
         play(type);
         unit.click(WND_VIDEO, 1);
-        ASSERT_TRUE(inside.overlayShown());
+        ASSERT_TRUE(unit.osd.visible());
         unit.app("resume");
-        EXPECT_FALSE(inside.overlayShown()) << type;
+        EXPECT_FALSE(unit.osd.visible()) << type;
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
     }
 }
@@ -104,8 +105,7 @@ TEST_F(MainResume, ResumeOfADiscStartsCaptureBeforeThePageAndOfFilesAfterIt) {
     for (const auto& [type, captureFirst] : {Case{PLAY_TYPE_DVD, true}, Case{PLAY_TYPE_VCD, true},
                                              Case{PLAY_TYPE_VIDEO, false}, Case{PLAY_TYPE_PHOTO, false}}) {
         SCOPED_TRACE(type);
-        unit.disc.mediaType(type);
-        inside.gotoVideoPage(type);
+        play(type);
         unit.app("pause");
         const auto begin = unit.log().size();
         unit.app("resume");
@@ -115,22 +115,24 @@ TEST_F(MainResume, ResumeOfADiscStartsCaptureBeforeThePageAndOfFilesAfterIt) {
 }
 
 TEST_F(MainResume, ResumeOfDiscVideoOutsideItsPageStartsNoCapture) {
+    reach(VIEW_STATE_PHOTO_PLAY);
     unit.disc.mediaType(PLAY_TYPE_DVD);
-    inside.setState(VIEW_STATE_PHOTO_PLAY);
+    const auto before = captures();
     unit.app("resume");
-    EXPECT_THAT(captures(), IsEmpty());
+    EXPECT_EQ(captures(), before);
 }
 
 TEST_F(MainResume, ResumeOfAudioAndOfListsClosesTheSourcePopup) {
     for (const int type : {PLAY_TYPE_CD, PLAY_TYPE_MUSIC, PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
         SCOPED_TRACE(type);
+        reach(VIEW_STATE_MUSIC_LIST);
         unit.disc.mediaType(type);
-        inside.setState(VIEW_STATE_MUSIC_LIST);
-        unit.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
-        ASSERT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+        const auto before = captures();
+        unit.click(WND_MEDIA_LIST, SRC_CTRL_OPEN);
+        ASSERT_TRUE(unit.main.item(WND_MEDIA_LIST, ITEM_SRC_GROUP).visible);
         unit.app("resume");
-        EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
-        EXPECT_THAT(captures(), IsEmpty());
+        EXPECT_FALSE(unit.main.item(WND_MEDIA_LIST, ITEM_SRC_GROUP).visible);
+        EXPECT_EQ(captures(), before);
     }
 }
 
@@ -161,63 +163,94 @@ TEST_F(MainResume, ResumePublishesWhatPlaysMediaInfoFirst) {
 TEST_F(MainResume, SourceIsRequestedOnceByTheFirstReportOfADisc) {
     unit.clearCommands();
     unit.disc.presence(1);
-    EXPECT_THAT(unit.commands(), ElementsAre("187,1,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(RequestSource(1, 0)));
     EXPECT_EQ(unit.log("************* RequestSource on *************").size(), 1u);
-    EXPECT_TRUE(inside.sourceRequested());
     unit.disc.presence(1);
     unit.app("resume");
-    EXPECT_THAT(unit.commands(), ElementsAre("187,1,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(RequestSource(1, 0)));
 }
 
-TEST_F(MainResume, ResumeRequestsTheSourceOfADiscThatIsThere) {
-    unit.disc.presence(1);
-    inside.setSourceRequested(false);
-    unit.clearCommands();
-    unit.app("resume");
-    EXPECT_THAT(unit.commands(), ElementsAre("187,1,0"));
-    EXPECT_EQ(unit.log("************* RequestSource on *************").size(), 2u);
-    unit.disc.presence(0);
-    inside.setSourceRequested(false);
-    unit.clearCommands();
-    unit.app("resume");
-    EXPECT_THAT(unit.commands(), IsEmpty());
-}
+/** What the disc service has published before the application starts. */
+class MainFirstResume : public testing::Test {
+protected:
+    static std::pair<std::string, std::string> device(const std::string& line) {
+        return {"zelmar/disc/device", line};
+    }
+    static std::pair<std::string, std::string> discState(int value) {
+        return {"zelmar/disc/status", "discstate::" + std::to_string(value)};
+    }
+    /** Lines that the view logged before and after the launcher's first resume. */
+    struct Handled {
+        size_t before = 0;
+        size_t after = 0;
+    };
+    static Handled handled(const Unit& unit, const std::string& text) {
+        Handled count;
+        bool resumed = false;
+        for (const std::string& line : unit.log()) {
+            resumed = resumed || line.find("APPS_STATUS_RESUME") != std::string::npos;
+            (resumed ? count.after : count.before) += line.find(text) != std::string::npos;
+        }
+        return count;
+    }
+};
 
-TEST_F(MainResume, FirstResumeCatchesUpWithADiscThatPlays) {
+TEST_F(MainFirstResume, CatchesUpWithADiscThatPlays) {
     struct Case {
         int status;
         bool catchesUp;
     };
-    unit.disc.mediaType(PLAY_TYPE_MUSIC);
     for (const auto& [status, catchesUp] :
          {Case{DISC_STATE_STOPPED, false}, Case{DISC_STATE_LOADING, false}, Case{DISC_STATE_PLAYING, true}}) {
         SCOPED_TRACE(status);
-        unit.disc.state(status);
-        inside.setState(VIEW_STATE_LOADING);
-        inside.forgetShown();
-        const auto handled = unit.log("[OnUserMsgDiscState]").size();
-        unit.app("resume");
-        EXPECT_EQ(unit.log("[OnUserMsgDiscState]").size(), handled + catchesUp);
+        Unit unit({.published = {device("disc::1"), device("mediatype::2"), discState(status)}});
+        EXPECT_EQ(handled(unit, "[OnUserMsgDiscState]").after, catchesUp ? 1u : 0u);
         unit.app("resume"); // no longer the first
-        EXPECT_EQ(unit.log("[OnUserMsgDiscState]").size(), handled + catchesUp);
+        EXPECT_EQ(handled(unit, "[OnUserMsgDiscState]").after, catchesUp ? 1u : 0u);
+        EXPECT_EQ(unit.main.window(), catchesUp ? WND_AUDIO_PLAY : WND_DISC_LOADING);
     }
-    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
 }
 
-TEST_F(MainResume, FirstResumeLeavesPopupsAlone) {
-    unit.disc.mediaType(PLAY_TYPE_MUSIC);
-    inside.forgetShown();
-    unit.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
+TEST_F(MainFirstResume, RequestsTheSourceOfADiscOnce) {
+    Unit unit({.published = {device("disc::1"), device("mediatype::2"), discState(DISC_STATE_PLAYING)}});
+    EXPECT_THAT(unit.commands(), ElementsAre(RequestSource(1, 0)));
+    EXPECT_EQ(handled(unit, "************* RequestSource on *************").before, 1u);
     unit.app("resume");
-    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    EXPECT_THAT(unit.commands(), ElementsAre(RequestSource(1, 0)));
 }
 
-TEST_F(MainResume, FirstResumeLeavesTheOverlayAlone) {
+/** An application that the launcher has not resumed yet. */
+class MainNeverShown : public MainView {
+protected:
+    MainNeverShown() : MainView({.firstResume = false}) {}
+};
+
+TEST_F(MainNeverShown, ItsFirstResumeLeavesPopupsAlone) {
+    play(PLAY_TYPE_MUSIC);
+    for (const bool shown : {true, false}) { // the second resume closes it
+        unit.click(WND_AUDIO_PLAY, SRC_CTRL_OPEN);
+        unit.app("resume");
+        EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_SRC_GROUP).visible, shown);
+    }
+}
+
+TEST_F(MainNeverShown, ItsFirstResumeLeavesTheOverlayAlone) {
     play(PLAY_TYPE_DVD);
-    inside.forgetShown();
-    unit.clickOsd(1, SRC_CTRL_OPEN);
+    for (const bool shown : {true, false}) {
+        unit.clickOsd(OSD_WND_DVD, SRC_CTRL_OPEN);
+        unit.app("resume");
+        EXPECT_EQ(unit.osd.item(OSD_WND_DVD, ITEM_SRC_GROUP).visible, shown);
+    }
+}
+
+TEST_F(MainNeverShown, ItsFirstResumeBringsThePageOfADiscThatPlays) {
+    unit.disc.mediaType(PLAY_TYPE_MUSIC);
+    unit.disc.state(DISC_STATE_PLAYING);
+    const auto handled = unit.log("[OnUserMsgDiscState]").size();
     unit.app("resume");
-    EXPECT_TRUE(unit.osd.item(1, ITEM_SRC_GROUP).visible);
+    EXPECT_EQ(unit.log("[OnUserMsgDiscState]").size(), handled + 1);
+    unit.app("resume");
+    EXPECT_EQ(unit.log("[OnUserMsgDiscState]").size(), handled + 1);
 }
 
 } // namespace zm::test

@@ -14,7 +14,7 @@ TEST_F(MainState, MessagesOutsideTheTableAreIgnored) {
     }
     unit.onViewThread([&] { EXPECT_EQ(unit.view().DiscView::OnUserMessage(nullptr), 0); });
     EXPECT_EQ(unit.log("[DiscView::").size(), lines);
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
 }
 
 TEST_F(MainState, ConnectedAndMixedSwitchingAreOnlyLogged) {
@@ -22,7 +22,7 @@ TEST_F(MainState, ConnectedAndMixedSwitchingAreOnlyLogged) {
     unit.disc.mixedSwitching(1);
     EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_CONNECTED").size(), 1u);
     EXPECT_EQ(unit.log("[DiscView::OnUserMessage]-------DISC_VMSG_MIXEDSWITCHING").size(), 1u);
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
 }
 
 TEST_F(MainState, LinesOfTheDispatcherNameIt) {
@@ -51,7 +51,7 @@ TEST_F(MainState, DatabaseUpdateIsLoggedAndHandled) {
 
 TEST_F(MainState, NoDiscIsShownWhileLoadingOnly) {
     unit.disc.presence(0);
-    EXPECT_EQ(inside.state(), VIEW_STATE_NO_DISC);
+    EXPECT_EQ(state(), VIEW_STATE_NO_DISC);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 34);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 133);
     EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
@@ -86,14 +86,14 @@ TEST(MainStateWithoutCatalogue, FirstReportOfADiscAndEachInsertionTryToOpenItAga
 TEST_F(MainState, RemovedDiscLeavesThePlayPageToTheDiscState) {
     play(PLAY_TYPE_MUSIC);
     unit.disc.presence(0);
-    EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
+    EXPECT_EQ(state(), VIEW_STATE_AUDIO_PLAY);
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
 }
 
 TEST_F(MainState, LoadingShowsItsMessageAndStartsItsTimer) {
     unit.disc.presence(0);
     unit.disc.state(DISC_STATE_LOADING);
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 33);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 0);
     EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
@@ -102,7 +102,7 @@ TEST_F(MainState, LoadingShowsItsMessageAndStartsItsTimer) {
     unit.advance(39999ms);
     EXPECT_THAT(unit.requests(), IsEmpty()) << "the no-disc timer has been ended";
     unit.advance(1ms);
-    EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR);
+    EXPECT_EQ(state(), VIEW_STATE_DISC_ERROR);
 }
 
 TEST_F(MainState, FirstPlayingStateChoosesThePage) {
@@ -133,12 +133,13 @@ TEST_F(MainState, FirstPlayingStateChoosesThePage) {
         unit.clearCommands();
         unit.disc.state(row.status);
         EXPECT_EQ(unit.main.window(), row.page);
-        EXPECT_EQ(inside.state(), row.state);
-        EXPECT_EQ(inside.playListFrom(), row.tab);
+        EXPECT_EQ(state(), row.state);
         const bool starts = row.status == DISC_STATE_PAUSED;
-        EXPECT_EQ(unit.commands(), starts ? std::vector<std::string>{"131,0,0"} : std::vector<std::string>{});
+        EXPECT_EQ(unit.commands(), starts ? std::vector<std::string>{Play()} : std::vector<std::string>{});
         unit.advance(45s);
-        EXPECT_EQ(inside.state(), row.state) << "the loading timer has been ended";
+        EXPECT_EQ(unit.main.window(), row.page) << "the loading timer has been ended";
+        EXPECT_EQ(state(), row.state);
+        EXPECT_EQ(returnTarget(), row.tab);
     }
 }
 
@@ -149,8 +150,8 @@ TEST_F(MainState, PausedDiscIsPlayedOnceLoadedWhateverItsType) {
         unit.disc.state(DISC_STATE_LOADING);
         unit.clearCommands();
         unit.disc.state(DISC_STATE_PAUSED);
-        EXPECT_THAT(unit.commands(), ElementsAre("131,0,0")) << type;
-        EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+        EXPECT_THAT(unit.commands(), ElementsAre(Play())) << type;
+        EXPECT_EQ(state(), VIEW_STATE_LOADING);
     }
 }
 
@@ -164,9 +165,9 @@ TEST_F(MainState, VideoWaitsForItsMode) {
         EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
         unit.disc.videoMode(VIDEO_MODE_ON);
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
-        EXPECT_EQ(inside.playListFrom(), 1);
         unit.advance(45s);
-        EXPECT_EQ(inside.state(), VIEW_STATE_VIDEO_PLAY);
+        EXPECT_EQ(state(), VIEW_STATE_VIDEO_PLAY);
+        EXPECT_EQ(returnTarget(), PLAY_LIST_VIDEO);
     }
 }
 
@@ -202,7 +203,6 @@ TEST_F(MainState, StoppedVideoShowsTheOverlay) {
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VIDEO, PLAY_TYPE_VCD}) {
         SCOPED_TRACE(type);
         play(type);
-        inside.gotoVideoPage(type);
         ASSERT_FALSE(unit.osd.visible());
         unit.disc.state(DISC_STATE_STOPPED);
         EXPECT_TRUE(unit.osd.visible());
@@ -217,7 +217,7 @@ TEST_F(MainState, StoppedVideoShowsNoOverlayOnTheParkingPageOrInAList) {
     unit.disc.state(DISC_STATE_STOPPED);
     EXPECT_FALSE(unit.osd.visible());
     unit.device(DEV_STATUS_PARKING, 1);
-    inside.setState(VIEW_STATE_VIDEO_LIST);
+    reach(VIEW_STATE_VIDEO_LIST);
     unit.disc.state(DISC_STATE_STOPPED);
     EXPECT_FALSE(unit.osd.visible());
 }
@@ -229,12 +229,12 @@ TEST_F(MainState, DiscErrorComesFromAnyState) {
         const auto sent = captures().size();
         unit.disc.state(DISC_STATE_ERROR);
         EXPECT_EQ(unit.main.window(), WND_DISC_ERROR);
-        EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR);
+        EXPECT_EQ(state(), VIEW_STATE_DISC_ERROR);
         EXPECT_GT(captures().size(), sent);
         EXPECT_EQ(captures().back(), "off");
-        EXPECT_FALSE(inside.overlayShown());
+        EXPECT_FALSE(unit.osd.visible());
         unit.advance(3s);
-        EXPECT_THAT(unit.commands(), ElementsAre("13,0,0"));
+        EXPECT_THAT(unit.commands(), ElementsAre(Eject()));
     }
     EXPECT_EQ(unit.log("[DiscError]").size(), 3u);
 }
@@ -242,22 +242,21 @@ TEST_F(MainState, DiscErrorComesFromAnyState) {
 TEST_F(MainState, EjectingShowsItsMessageAndHidesTheVideo) {
     play(PLAY_TYPE_DVD);
     unit.click(WND_VIDEO, 1);
-    ASSERT_TRUE(inside.overlayShown());
+    ASSERT_TRUE(unit.osd.visible());
     unit.disc.state(DISC_STATE_EJECTING);
     EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
-    EXPECT_EQ(inside.state(), VIEW_STATE_EXIT);
+    EXPECT_EQ(state(), VIEW_STATE_EXIT);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 110);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 134);
     EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_BUSY).visible);
-    EXPECT_FALSE(inside.videoIsVisible());
-    EXPECT_FALSE(inside.overlayShown());
+    EXPECT_FALSE(videoShown());
     EXPECT_FALSE(unit.osd.visible());
     EXPECT_EQ(captures().back(), "off");
     EXPECT_EQ(unit.log("[DiscExit]").size(), 1u);
     unit.clearCommands();
     unit.clearRequests();
     unit.advance(60s);
-    EXPECT_EQ(inside.state(), VIEW_STATE_EXIT) << "no timer runs";
+    EXPECT_EQ(state(), VIEW_STATE_EXIT) << "no timer runs";
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_THAT(unit.requests(), IsEmpty());
 }
@@ -265,15 +264,16 @@ TEST_F(MainState, EjectingShowsItsMessageAndHidesTheVideo) {
 TEST_F(MainState, PendingVoiceRequestIsCarriedOutOnceMusicPlays) {
     unit.disc.mixedType(MIXED_MUSIC);
     unit.appData("--song='song 7'");
-    ASSERT_TRUE(inside.voicePlayPending());
     unit.disc.mediaType(PLAY_TYPE_CD);
-    unit.disc.state(DISC_STATE_PLAYING);
-    EXPECT_TRUE(inside.voicePlayPending()) << "a CD is no music file";
-    unit.disc.mediaType(PLAY_TYPE_MUSIC);
     unit.clearCommands();
     unit.disc.state(DISC_STATE_PLAYING);
-    EXPECT_FALSE(inside.voicePlayPending());
-    EXPECT_THAT(unit.commands(), ElementsAre("182,7,1"));
+    EXPECT_THAT(unit.commands(), IsEmpty()) << "a CD is no music file";
+    unit.disc.mediaType(PLAY_TYPE_MUSIC);
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(7, 1)));
+    unit.clearCommands();
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_THAT(unit.commands(), IsEmpty()) << "only once";
 }
 
 TEST_F(MainState, RootMenuHidesTheOverlay) {
@@ -283,7 +283,6 @@ TEST_F(MainState, RootMenuHidesTheOverlay) {
     EXPECT_TRUE(unit.osd.visible());
     unit.disc.rootMenu(true);
     EXPECT_FALSE(unit.osd.visible());
-    EXPECT_FALSE(inside.overlayShown());
 }
 
 TEST_F(MainState, CaptureStateIsOnlyLogged) {
@@ -293,7 +292,7 @@ TEST_F(MainState, CaptureStateIsOnlyLogged) {
         EXPECT_EQ(unit.log(std::string("[DiscView::OnCaptureStateChanged]state=") + (on ? "1" : "0")).size(),
                   1u);
     }
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
     EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
 }
 

@@ -124,7 +124,7 @@ TEST_F(MainStatus, WithoutAControllerTheIndicatorsStay) {
     unit.deviceSilently(DEV_STATUS_MUTE, 255);
     unit.deviceSilently(DEV_STATUS_CAR_TEMP, 101);
     const Json main = unit.main.describe();
-    inside.withoutController([](DiscView& view) {
+    withoutController([](DiscView& view) {
         for (const int device : {DEV_STATUS_BT, DEV_STATUS_MUTE, DEV_STATUS_CAR_TEMP}) {
             APP_MSG_S message{{3, 4, device, 1}};
             view.OnAppsMessage(&message);
@@ -166,21 +166,20 @@ TEST_F(MainStatus, DrivingReplacesTheVideoByTheParkingPage) {
     struct Case {
         int type, state;
     };
-    for (const auto& [type, state] : {Case{PLAY_TYPE_DVD, 6}, Case{PLAY_TYPE_PHOTO, 7}}) {
+    for (const auto& [type, playing] :
+         {Case{PLAY_TYPE_DVD, VIEW_STATE_VIDEO_PLAY}, Case{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_PLAY}}) {
         play(type);
-        inside.gotoVideoPage(type);
         unit.click(WND_VIDEO, 1);
-        ASSERT_TRUE(inside.overlayShown());
+        ASSERT_TRUE(unit.osd.visible());
         unit.device(DEV_STATUS_PARKING, 0);
         EXPECT_EQ(unit.main.window(), WND_PARKING);
-        EXPECT_EQ(inside.state(), state);
-        EXPECT_FALSE(inside.overlayShown());
-        EXPECT_FALSE(inside.videoIsVisible());
-        EXPECT_FALSE(inside.videoAllowed());
+        EXPECT_FALSE(unit.osd.visible());
+        EXPECT_FALSE(videoShown());
+        EXPECT_EQ(state(), playing);
         unit.device(DEV_STATUS_PARKING, 5);
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
-        EXPECT_TRUE(inside.videoIsVisible());
-        EXPECT_TRUE(inside.videoAllowed());
+        EXPECT_TRUE(videoShown());
+        EXPECT_EQ(state(), playing);
     }
     EXPECT_EQ(unit.log("[OnAppsMessage] parking update:0").size(), 2u);
     EXPECT_EQ(unit.log("[OnGotoParkingView]").size(), 2u);
@@ -192,7 +191,7 @@ TEST_F(MainStatus, ParkingMessageWithoutAChangeDoesNothing) {
     unit.click(WND_VIDEO, 1);
     unit.device(DEV_STATUS_PARKING, 1);
     unit.device(DEV_STATUS_PARKING, 2);
-    EXPECT_TRUE(inside.overlayShown());
+    EXPECT_TRUE(unit.osd.visible());
     EXPECT_THAT(unit.log("[OnHideParkingView]"), IsEmpty());
     unit.device(DEV_STATUS_PARKING, 0);
     unit.click(WND_PARKING, PARK_CTRL_CONTINUE);
@@ -204,11 +203,16 @@ TEST_F(MainStatus, ParkingChangeOverAListIsOnlyRemembered) {
     play(PLAY_TYPE_MUSIC);
     openList();
     unit.device(DEV_STATUS_PARKING, 0);
-    EXPECT_FALSE(inside.videoAllowed());
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
-    unit.device(DEV_STATUS_PARKING, 1);
-    EXPECT_TRUE(inside.videoAllowed());
     EXPECT_THAT(unit.log("[OnGotoParkingView]"), IsEmpty());
+    play(PLAY_TYPE_DVD);
+    EXPECT_EQ(unit.main.window(), WND_PARKING);
+    play(PLAY_TYPE_MUSIC);
+    openList();
+    unit.device(DEV_STATUS_PARKING, 1);
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    play(PLAY_TYPE_DVD);
+    EXPECT_EQ(unit.main.window(), WND_VIDEO);
 }
 
 TEST_F(MainStatus, ParkingPageOfDiscVideoGoesHome) {
@@ -229,19 +233,18 @@ TEST_F(MainStatus, ParkingPageOfDiscVideoGoesHome) {
 TEST_F(MainStatus, ParkingPageOfPhotosGoesToTheirList) {
     for (const int control : {PARK_CTRL_HOME, PARK_CTRL_BACK}) {
         play(PLAY_TYPE_PHOTO);
-        inside.gotoVideoPage(PLAY_TYPE_PHOTO);
         unit.device(DEV_STATUS_PARKING, 0);
         unit.disc.updateDb(0x10000); // asked for even when the catalogue is complete
         unit.clearCommands();
         unit.clearRequests();
         unit.click(WND_PARKING, control);
-        EXPECT_EQ(unit.commands().front(), "186,4,1");
+        EXPECT_EQ(unit.commands().front(), GotoSubList(4, 1));
         EXPECT_THAT(applications(), IsEmpty());
         EXPECT_EQ(beeps(), 1);
-        EXPECT_EQ(inside.state(), VIEW_STATE_PHOTO_LIST);
         unit.device(DEV_STATUS_PARKING, 1);
-        unit.advance(50ms);
+        unit.advance(LIST_WAIT);
         EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+        EXPECT_EQ(state(), VIEW_STATE_PHOTO_LIST);
         unit.advance(8s);
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
     }
@@ -253,9 +256,11 @@ TEST_F(MainStatus, ParkingPageCanBeDismissed) {
     unit.clearRequests();
     unit.click(WND_PARKING, PARK_CTRL_CONTINUE);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
-    EXPECT_TRUE(inside.videoIsVisible());
-    EXPECT_FALSE(inside.videoAllowed());
+    EXPECT_TRUE(videoShown());
     EXPECT_EQ(beeps(), 1);
+    unit.disc.state(DISC_STATE_LOADING);
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_EQ(unit.main.window(), WND_PARKING) << "only that once: the car still drives";
 }
 
 TEST_F(MainStatus, ParkingPageHandsOtherControlsToTheSourceGroup) {

@@ -1,5 +1,5 @@
 #include "parts/DiscTimers.h"
-#include "tests/views/main_view.h"
+#include "tests/views/folder_view.h"
 
 namespace zm::test {
 
@@ -7,9 +7,9 @@ using MainTimers = MainView;
 
 TEST_F(MainTimers, DeviceThatNeverReportsCountsAsNoDisc) {
     unit.advance(14999ms);
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
     unit.advance(1ms);
-    EXPECT_EQ(inside.state(), VIEW_STATE_NO_DISC);
+    EXPECT_EQ(state(), VIEW_STATE_NO_DISC);
     EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).textId, 34);
     EXPECT_EQ(unit.main.item(WND_DISC_LOADING, ITEM_MESSAGE).icon(), 133);
@@ -25,7 +25,7 @@ TEST_F(MainTimers, DeviceThatNeverReportsCountsAsNoDisc) {
 
 TEST_F(MainTimers, NoDiscClosesTheApplicationThreeSecondsLater) {
     unit.disc.presence(0);
-    ASSERT_EQ(inside.state(), VIEW_STATE_NO_DISC);
+    ASSERT_EQ(state(), VIEW_STATE_NO_DISC);
     unit.clearRequests();
     unit.advance(2999ms);
     EXPECT_THAT(unit.requests(), IsEmpty());
@@ -38,7 +38,7 @@ TEST_F(MainTimers, NoDiscClosesTheApplicationThreeSecondsLater) {
 TEST_F(MainTimers, FirstDeviceReportEndsTheWaitForIt) {
     unit.disc.presence(1);
     unit.advance(20s);
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
     EXPECT_THAT(unit.log("ENUM_TIMER_WAIT_DEVICESTATE"), IsEmpty());
 }
 
@@ -46,37 +46,33 @@ TEST_F(MainTimers, LoadingForFortySecondsEndsOnTheErrorPage) {
     unit.disc.presence(1);
     unit.clearCommands();
     unit.advance(39999ms);
-    EXPECT_EQ(inside.state(), VIEW_STATE_LOADING);
+    EXPECT_EQ(state(), VIEW_STATE_LOADING);
     unit.advance(1ms);
-    EXPECT_EQ(inside.state(), VIEW_STATE_DISC_ERROR);
+    EXPECT_EQ(state(), VIEW_STATE_DISC_ERROR);
     EXPECT_EQ(unit.main.window(), WND_DISC_ERROR);
     EXPECT_EQ(unit.log("[DiscView::OnTimer] ENUM_TIMER_LOADING").size(), 1u);
     unit.advance(2999ms);
     EXPECT_THAT(unit.commands(), IsEmpty());
     unit.advance(1ms);
-    EXPECT_THAT(unit.commands(), ElementsAre("13,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(Eject()));
 }
 
 TEST_F(MainTimers, LoadingTimerMeansNothingOnceSomethingPlays) {
     play(PLAY_TYPE_MUSIC);
     expire(ENUM_TIMER_LOADING);
-    EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
+    EXPECT_EQ(state(), VIEW_STATE_AUDIO_PLAY);
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
 }
 
 TEST_F(MainTimers, NoDiscTimerActsByState) {
-    unit.disc.presence(1);
-    for (int state = VIEW_STATE_MUSIC_LIST; state <= VIEW_STATE_REGION_ERROR; ++state) {
+    for (const int state : EVERY_STATE) {
         SCOPED_TRACE(state);
-        inside.setState(state);
-        unit.clearCommands();
-        unit.clearRequests();
+        reach(state);
         expire(ENUM_TIMER_NO_DISC);
-        const bool closes = state == VIEW_STATE_NO_DISC || state == VIEW_STATE_15;
-        const bool ejects =
-            state == VIEW_STATE_DISC_ERROR || state == VIEW_STATE_16 || state == VIEW_STATE_REGION_ERROR;
+        const bool closes = state == VIEW_STATE_NO_DISC;
+        const bool ejects = state == VIEW_STATE_DISC_ERROR || state == VIEW_STATE_REGION_ERROR;
         EXPECT_EQ(unit.requests().size(), closes ? 1u : 0u);
-        EXPECT_EQ(unit.commands(), ejects ? std::vector<std::string>{"13,0,0"} : std::vector<std::string>{});
+        EXPECT_EQ(unit.commands(), ejects ? std::vector<std::string>{Eject()} : std::vector<std::string>{});
     }
 }
 
@@ -104,7 +100,7 @@ TEST_F(MainTimers, MusicAndTrackListsGoBackToThePlayPageAfterEightSeconds) {
         EXPECT_EQ(unit.main.window(), page);
         unit.advance(1ms);
         EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
-        EXPECT_EQ(inside.state(), VIEW_STATE_AUDIO_PLAY);
+        EXPECT_EQ(state(), VIEW_STATE_AUDIO_PLAY);
     }
     EXPECT_FALSE(unit.log("[OnGotoAudioPlayPage]--------------").empty());
 }
@@ -127,8 +123,7 @@ TEST_F(MainTimers, PlayPageTimerLeavesAListOfNothing) {
     play(PLAY_TYPE_MUSIC);
     openList();
     unit.click(WND_MEDIA_LIST, ITEM_TAB_VIDEO);
-    ASSERT_TRUE(inside.noFileOfType());
-    inside.setBrowsedType(PLAY_TYPE_MUSIC);
+    unit.disc.mediaType(PLAY_TYPE_MUSIC); // browses the playing type again
     unit.advance(16s);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
 }
@@ -168,40 +163,66 @@ TEST_F(MainTimers, PlayPageTimerRemembersTheTopOfTheFileList) {
         unit.key(K_Down);
     }
     const int top = unit.main.item(WND_MEDIA_LIST, ITEM_LIST).top;
-    ASSERT_GT(top, 0);
+    ASSERT_EQ(top, 3);
     unit.advance(8s);
-    EXPECT_EQ(inside.listTopIndex(), top);
-    EXPECT_EQ(inside.folderTopIndex(), -1);
-}
-
-TEST_F(MainTimers, PlayPageTimerRemembersTheTopOfAFolderList) {
-    play(PLAY_TYPE_MUSIC);
+    unit.disc.track({.curMediaId = 4, .curMediaIds = 12, .parentFolder = 1}); // of the rows from there on
     openList();
-    for (const int source : {LIST_FROM_AUDIO_FOLDERS, LIST_FROM_VIDEO_FOLDERS, LIST_FROM_PHOTO_FOLDERS}) {
-        inside.setState(VIEW_STATE_MUSIC_LIST);
-        unit.onViewThread([&] { unit.view().ShowWnd(WND_MEDIA_LIST, true, 0); });
-        inside.setListFrom(source);
-        expire(ENUM_TIMER_DISPLAY_PLAYVIEW);
-        EXPECT_EQ(inside.folderTopIndex(), unit.main.item(WND_MEDIA_LIST, ITEM_LIST).top) << source;
-    }
-    EXPECT_EQ(inside.listTopIndex(), -1);
+    EXPECT_EQ(unit.main.item(WND_MEDIA_LIST, ITEM_LIST).top, top);
 }
 
-TEST_F(MainTimers, PlayPageTimerRemembersTheTopInsideAFolderAndOfTheCdList) {
-    play(PLAY_TYPE_MUSIC);
-    for (const int page : {WND_FOLDER_LIST, WND_CD_LIST}) {
-        inside.setState(VIEW_STATE_MUSIC_LIST);
-        unit.onViewThread([&] { unit.view().ShowWnd(page, true, 0); });
-        expire(ENUM_TIMER_DISPLAY_PLAYVIEW);
-        EXPECT_EQ(inside.listTopIndex(), unit.main.item(page, ITEM_LIST).top) << page;
+/** Lists that are left for the play page by the timer, and shown again. */
+class MainTimersOfLists : public FolderView {
+protected:
+    void scroll(int top, int page = WND_MEDIA_LIST) {
+        onList(page, [&](CUI_BtList& control) { control.SetTopIndex(top, 1, 0, 0, 0); });
+    }
+    void waitForPlayPage() {
+        unit.key(K_NEXT); // starts the eight seconds
+        unit.advance(8s);
+    }
+};
+
+TEST_F(MainTimersOfLists, TheTopOfTheFoldersIsRememberedApart) {
+    for (const FolderKind& kind : FOLDER_KINDS) {
+        SCOPED_TRACE(kind.type);
+        for (const int top : {4, 3}) {
+            listFolders(kind, 6);
+            scroll(top);
+            waitForPlayPage();
+            EXPECT_NE(unit.main.window(), WND_MEDIA_LIST);
+            listFolders(kind, 6);
+            EXPECT_EQ(list().top, top);
+        }
     }
 }
 
-TEST_F(MainTimers, SimpleViewTimerAndSampleViewDoNothing) {
-    const Json before = unit.main.describe();
-    inside.startSimpleView();
-    unit.advance(10s);
-    EXPECT_EQ(unit.main.describe(), before);
+TEST_F(MainTimersOfLists, TheTopInsideAFolderIsRemembered) {
+    openFolder(FOLDER_KINDS[0], 5);
+    clickRow(0, WND_FOLDER_LIST); // to return there
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    tick();
+    ASSERT_EQ(unit.main.window(), WND_FOLDER_LIST);
+    for (const int top : {2, 1}) {
+        scroll(top, WND_FOLDER_LIST);
+        waitForPlayPage();
+        ASSERT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+        press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+        tick();
+        EXPECT_EQ(contents().top, top);
+    }
+}
+
+TEST_F(MainTimersOfLists, TheTopOfTheTracksIsRemembered) {
+    play(PLAY_TYPE_CD);
+    unit.disc.track({.curMediaId = 6, .curMediaIds = 8, .mediaId = 6, .mediaIds = 8, .parentFolder = 5});
+    openList();
+    for (const int top : {3, 2}) {
+        scroll(top, WND_CD_LIST);
+        waitForPlayPage();
+        ASSERT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+        openList();
+        EXPECT_EQ(list(WND_CD_LIST).top, top);
+    }
 }
 
 TEST_F(MainTimers, SourcePopupClosesAfterFiveSeconds) {
@@ -228,7 +249,7 @@ TEST_F(MainTimers, OverlayGoesTenSecondsAfterATouch) {
     EXPECT_TRUE(unit.osd.visible());
     unit.advance(1ms);
     EXPECT_FALSE(unit.osd.visible());
-    EXPECT_FALSE(inside.overlayShown());
+    EXPECT_FALSE(unit.osd.visible());
 }
 
 TEST_F(MainTimers, OverlaysNumberPadGoesWithTheOverlay) {

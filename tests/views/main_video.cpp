@@ -48,46 +48,35 @@ TEST_F(MainVideo, OnlyItsOwnChildrenAreExpected) {
 TEST_F(MainVideo, PostedOverlayIsHidden) {
     play(PLAY_TYPE_DVD);
     unit.click(WND_VIDEO, 1);
-    ASSERT_TRUE(inside.overlayShown());
+    ASSERT_TRUE(unit.osd.visible());
     unit.onViewThread([&] { unit.view().OnChildPost("Disc_osd"); });
-    EXPECT_FALSE(inside.overlayShown());
+    EXPECT_FALSE(unit.osd.visible());
 }
 
 TEST_F(MainVideo, WindowPostedAfterTheWishIsShownAtOnce) {
-    unit.disc.mediaType(PLAY_TYPE_DVD);
     unit.app("pause"); // no capture, hence no window yet
-    inside.gotoVideoPage(PLAY_TYPE_DVD);
-    EXPECT_TRUE(inside.videoIsVisible());
+    play(PLAY_TYPE_DVD);
+    EXPECT_FALSE(unit.log("[DiscView::SetVisibleVideo] ===============m_bVideoIsVisible=1").empty());
     EXPECT_FALSE(unit.video().value("posted", false));
     unit.app("resume");
     EXPECT_TRUE(unit.video().at("visible"));
     EXPECT_EQ(unit.video().at("rect"), rect(0, 0, 800, 480));
 }
 
-TEST_F(MainVideo, HidingRequestLeavesTheWindowWhereItIs) {
-    play(PLAY_TYPE_DVD);
-    inside.placeVideo(false, 10, 20, 30, 40);
-    EXPECT_EQ(unit.video().at("rect"), rect(0, 0, 800, 480));
-    inside.placeVideo(true, 10, 20, 300, 200);
-    unit.disc.videoMode(VIDEO_MODE_ON); // flushes
-    EXPECT_EQ(unit.video().at("rect"), rect(10, 20, 300, 200));
-}
-
 TEST_F(MainVideo, PageWithoutCaptureWhilePausedByTheLauncher) {
     unit.app("pause");
-    unit.disc.mediaType(PLAY_TYPE_VCD);
-    inside.gotoVideoPage(PLAY_TYPE_VCD);
+    play(PLAY_TYPE_VCD);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
     EXPECT_THAT(captures(), IsEmpty());
 }
 
 TEST_F(MainVideo, CaptureThatIsOnIsNotStartedAgain) {
     CDiscData::GetInstance()->SetVideoStatus(true);
-    inside.gotoVideoPage(PLAY_TYPE_DVD);
+    play(PLAY_TYPE_DVD);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
     EXPECT_THAT(captures(), IsEmpty());
     CDiscData::GetInstance()->SetVideoStatus(false);
-    inside.gotoVideoPage(PLAY_TYPE_DVD);
+    unit.disc.videoMode(VIDEO_MODE_ON); // to the page again
     EXPECT_THAT(captures(), ElementsAre("on"));
 }
 
@@ -96,12 +85,11 @@ TEST_F(MainVideo, PageSetsTheStateOfItsType) {
         int type;
         int state;
     };
-    for (const auto& [type, state] :
-         {Case{PLAY_TYPE_DVD, 6}, Case{PLAY_TYPE_VIDEO, 6}, Case{PLAY_TYPE_VCD, 6}, Case{PLAY_TYPE_PHOTO, 7},
-          Case{PLAY_TYPE_MUSIC, VIEW_STATE_LOADING}, Case{PLAY_TYPE_CD, VIEW_STATE_LOADING}}) {
-        inside.setState(VIEW_STATE_LOADING);
-        inside.gotoVideoPage(type);
-        EXPECT_EQ(inside.state(), state) << type;
+    for (const auto& [type, playing] :
+         {Case{PLAY_TYPE_DVD, VIEW_STATE_VIDEO_PLAY}, Case{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_PLAY},
+          Case{PLAY_TYPE_VCD, VIEW_STATE_VIDEO_PLAY}, Case{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_PLAY}}) {
+        play(type);
+        EXPECT_EQ(state(), playing) << type;
         EXPECT_EQ(unit.log("[GotoVideoPage]  nType=" + std::to_string(type)).size(), 1u);
     }
 }
@@ -114,7 +102,7 @@ TEST_F(MainVideo, PageStartsCaptureBeforeItShowsTheVideoAndItself) {
         "[DiscView::OnShow] dwWndId=17,bShow=1",
     };
     const auto begin = unit.log().size();
-    inside.gotoVideoPage(PLAY_TYPE_DVD);
+    play(PLAY_TYPE_DVD);
     auto found = logged(begin, lines); // the posted window shows the video once more
     ASSERT_GE(found.size(), lines.size());
     found.resize(lines.size());
@@ -125,8 +113,8 @@ TEST_F(MainVideo, PageWhileDrivingIsTheParkingPage) {
     unit.device(DEV_STATUS_PARKING, 0);
     play(PLAY_TYPE_DVD);
     EXPECT_EQ(unit.main.window(), WND_PARKING);
-    EXPECT_EQ(inside.state(), VIEW_STATE_VIDEO_PLAY);
-    EXPECT_FALSE(inside.videoIsVisible());
+    EXPECT_EQ(state(), VIEW_STATE_VIDEO_PLAY);
+    EXPECT_FALSE(videoShown());
     EXPECT_THAT(captures(), ElementsAre("on"));
     EXPECT_EQ(unit.log("[OnGotoParkingView]").size(), 1u);
 }
@@ -155,7 +143,7 @@ TEST_F(MainVideo, HiddenOverlaysTimerRunsOutWithoutHarm) {
 TEST_F(MainVideo, ModeOffHidesTheVideoAndStopsCapture) {
     play(PLAY_TYPE_DVD);
     unit.disc.videoMode(VIDEO_MODE_OFF);
-    EXPECT_FALSE(inside.videoIsVisible());
+    EXPECT_FALSE(videoShown());
     EXPECT_EQ(captures().back(), "off");
     EXPECT_EQ(unit.log("[DiscView::OnUserMsgVideoMode]-------videomode=2").size(), 1u);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
@@ -171,11 +159,11 @@ TEST_F(MainVideo, ModeOnShowsThePageOnlyOfARunningVideo) {
           Case{PLAY_TYPE_DVD, 0, false}, Case{PLAY_TYPE_DVD, 10, false}, Case{PLAY_TYPE_PHOTO, 2, false},
           Case{PLAY_TYPE_MUSIC, 2, false}}) {
         SCOPED_TRACE(std::to_string(type) + " with " + std::to_string(status));
+        reach(VIEW_STATE_VIDEO_LIST);
         unit.disc.mediaType(type);
         unit.disc.videoMode(VIDEO_MODE_OFF);
-        inside.setState(VIEW_STATE_VIDEO_LIST);
         unit.disc.state(status);
-        unit.onViewThread([&] { unit.view().ShowWnd(WND_MEDIA_LIST, true, 0); });
+        ASSERT_EQ(unit.main.window(), WND_MEDIA_LIST);
         unit.disc.videoMode(VIDEO_MODE_ON);
         EXPECT_EQ(unit.main.window(), shows ? WND_VIDEO : WND_MEDIA_LIST);
     }
@@ -186,35 +174,33 @@ TEST_F(MainVideo, ModeToListReturnsFromAVideoFile) {
     unit.click(WND_VIDEO, 1);
     unit.clearCommands();
     unit.disc.videoMode(VIDEO_MODE_TO_LIST);
-    expectLeftForTheList("186,3,1", VIEW_STATE_VIDEO_LIST);
+    expectLeftForTheList(GotoSubList(3, 1), VIEW_STATE_VIDEO_LIST);
 }
 
 TEST_F(MainVideo, ModeToListMeansNothingElsewhere) {
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VCD, PLAY_TYPE_PHOTO}) {
         play(type);
-        inside.gotoVideoPage(type);
         unit.disc.videoMode(VIDEO_MODE_TO_LIST);
         EXPECT_EQ(unit.main.window(), WND_VIDEO) << type;
         EXPECT_THAT(unit.commands(), IsEmpty()) << type;
     }
+    reach(VIEW_STATE_PHOTO_PLAY);
     unit.disc.mediaType(PLAY_TYPE_VIDEO);
-    inside.setState(VIEW_STATE_PHOTO_PLAY);
     unit.disc.videoMode(VIDEO_MODE_TO_LIST);
-    EXPECT_EQ(inside.state(), VIEW_STATE_PHOTO_PLAY);
+    EXPECT_EQ(state(), VIEW_STATE_PHOTO_PLAY);
 }
 
 TEST_F(MainVideo, OverlayReturnLeavesVideoFilesAndPhotos) {
     struct Case {
         int type, state;
-        const char* command;
+        std::string command;
     };
-    for (const auto& [type, state, command] : {Case{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_LIST, "186,3,1"},
-                                               Case{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_LIST, "186,4,1"}}) {
+    for (const auto& [type, state, command] :
+         {Case{PLAY_TYPE_VIDEO, VIEW_STATE_VIDEO_LIST, GotoSubList(3, 1)},
+          Case{PLAY_TYPE_PHOTO, VIEW_STATE_PHOTO_LIST, GotoSubList(4, 1)}}) {
         SCOPED_TRACE(type);
         play(type);
-        inside.gotoVideoPage(type);
         unit.click(WND_VIDEO, 1);
-        unit.clearCommands();
         viewMessage(DISC_VMSG_OSDRETURN);
         EXPECT_EQ(unit.log("DISC_VMSG_OSDRETURN m_nCurPlayType=" + std::to_string(type)).size(), 1u);
         expectLeftForTheList(command, state);
@@ -224,7 +210,6 @@ TEST_F(MainVideo, OverlayReturnLeavesVideoFilesAndPhotos) {
 TEST_F(MainVideo, OverlayReturnOfACompleteCatalogueSendsNothing) {
     for (const int type : {PLAY_TYPE_VIDEO, PLAY_TYPE_PHOTO}) {
         play(type);
-        inside.gotoVideoPage(type);
         unit.disc.updateDb(0x10000);
         viewMessage(DISC_VMSG_OSDRETURN);
         EXPECT_THAT(unit.commands(), IsEmpty()) << type;
@@ -244,10 +229,9 @@ TEST_F(MainVideo, OverlayReturnMeansNothingForMusic) {
 TEST_F(MainVideo, OverlayReturnMeansNothingForDiscVideo) {
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_VCD}) {
         play(type);
-        inside.gotoVideoPage(type);
         viewMessage(DISC_VMSG_OSDRETURN);
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
-        EXPECT_TRUE(inside.videoIsVisible());
+        EXPECT_TRUE(videoShown());
         EXPECT_THAT(unit.commands(), IsEmpty());
     }
 }

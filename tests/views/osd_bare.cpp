@@ -1,6 +1,7 @@
 #include "ZMModel/CDiscData.h"
 #include "ZMModel/ViewMessages.h"
 #include "parts/NumberPad.h"
+#include "tests/support/StateStore.h"
 #include "tests/views/osd_view.h"
 
 namespace zm::test {
@@ -12,6 +13,7 @@ constexpr int WINDOWS[] = {OSD_WND_DVD, OSD_WND_VIDEO, OSD_WND_VCD, OSD_WND_PICT
 /** An overlay as it is before its resource has been loaded and its controller attached. */
 class OsdBare : public testing::Test {
 protected:
+    OsdBare() { resetStateStore(); }
     void becomeClip(int type) {
         CDiscData::GetInstance()->SetDeviceStatus(
             {.bExisting = true, .nMediaType = type, .nErrorStatus = 32});

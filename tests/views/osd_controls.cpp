@@ -31,9 +31,15 @@ protected:
 
 /** What the bars of discs and video files have in common. */
 const std::vector<ControlCase> PLAYER_BAR = {
-    {6522, {"5,0,0"}, 5},         {6523, {"5,0,0"}, 5},   {6503, {"7,0,0"}, 7}, {6504, {"9,0,0"}, 9}, {6506},
+    {6522, {PlayPause()}, 5},
+    {6523, {PlayPause()}, 5},
+    {6503, {SetShuffleMode(0)}, 7},
+    {6504, {SetRepeatMode(0)}, 9},
+    {6506},
     {2069, {}, 0, {}, 0}, // the progress bar is silent
-    {6525, {}, 0, {"zmeq null"}}, {6551, {"22,0,0"}, 22}, {7777, {}, 0, {}, 0},
+    {6525, {}, 0, {"zmeq null"}},
+    {6551, {StopPlayBack()}, 22},
+    {7777, {}, 0, {}, 0},
 };
 
 const std::vector<ControlCase> SOURCE_GROUP = {
@@ -53,12 +59,12 @@ TEST_F(OsdControls, DiscBar) {
             {5007},
             {5008},
             {3, {}, 0, {"zmhome null"}},
-            {6535, {"11,0,0"}, clip.type == PLAY_TYPE_VCD ? 69 : 11},
-            {6555, {"18,0,0"}, 18},
-            {6556, {"12,0,0"}, 12},
-            {6557, {"21,0,0"}, 21},
+            {6535, {SelectAudioChannel()}, clip.type == PLAY_TYPE_VCD ? 69 : 11},
+            {6555, {SelectSubtitle()}, 18},
+            {6556, {KeyAngle()}, 12},
+            {6557, {ReturnToMenu()}, 21},
             {6558},
-            {6561, {"19,0,0"}},
+            {6561, {PlaybackControl()}},
             {4, {}, 0, {}, 0}, // no way back from a disc
             {6571, {}, 0, {}, 0},
         });
@@ -83,12 +89,12 @@ TEST_F(OsdControls, VideoBar) {
 TEST_F(OsdControls, PictureBar) {
     playClip(PICTURE);
     expectRows({
-        {6522, {"5,0,0"}},
-        {6523, {"5,0,0"}},
-        {6521, {"2,0,0"}},
-        {6524, {"1,0,0"}},
-        {6571, {"20,0,0"}},
-        {6574, {"163,0,0"}},
+        {6522, {PlayPause()}},
+        {6523, {PlayPause()}},
+        {6521, {PreviousClip()}},
+        {6524, {NextClip()}},
+        {6571, {Zoom()}},
+        {6574, {KeyRotation()}},
         {3, {}, 0, {}, 0},
         {2069, {}, 0, {}, 0},
         {6503, {}, 0, {}, 0},
@@ -226,7 +232,7 @@ TEST_F(OsdSeek, AClickChangesTheClip) {
         playClip(clip);
         press(OSD_CTRL_NEXT);
         press(OSD_CTRL_PREV);
-        EXPECT_THAT(unit.commands(), ElementsAre("1,0,0", "2,0,0")) << clip.type;
+        EXPECT_THAT(unit.commands(), ElementsAre(NextClip(), PreviousClip())) << clip.type;
         EXPECT_EQ(beeps(), 2);
     }
     EXPECT_EQ(unit.log("_PLATEN_[OnClickMainWnd]-touch").size(), 4u);
@@ -238,12 +244,12 @@ TEST_F(OsdSeek, ALongTouchSeeksAndItsReleaseDoesNothing) {
         playClip(clip);
         hold(OSD_CTRL_NEXT);
         press(OSD_CTRL_NEXT);
-        EXPECT_THAT(unit.commands(), ElementsAre("3,0,0")) << clip.type;
+        EXPECT_THAT(unit.commands(), ElementsAre(FastForward())) << clip.type;
         EXPECT_EQ(beeps(), 1);
         forget();
         hold(OSD_CTRL_PREV);
         press(OSD_CTRL_PREV);
-        EXPECT_THAT(unit.commands(), ElementsAre("4,0,0")) << clip.type;
+        EXPECT_THAT(unit.commands(), ElementsAre(FastBackward())) << clip.type;
     }
     EXPECT_EQ(unit.log("_PLATEN_[OnClickMainWnd]-long touch").size(), 4u);
     EXPECT_EQ(unit.log("_PLATEN_[OnClickVideoWnd]-long touch").size(), 2u);
@@ -253,7 +259,7 @@ TEST_F(OsdSeek, EachLongTouchReportSeeks) {
     playClip(DVD);
     hold(OSD_CTRL_NEXT);
     hold(OSD_CTRL_NEXT);
-    EXPECT_THAT(unit.commands(), ElementsAre("3,0,0", "3,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(FastForward(), FastForward()));
 }
 
 TEST_F(OsdSeek, TheMemoryOfALongTouchEndsWithAnyOtherClick) {
@@ -261,7 +267,7 @@ TEST_F(OsdSeek, TheMemoryOfALongTouchEndsWithAnyOtherClick) {
     hold(OSD_CTRL_NEXT);
     unit.clickOsd(3, 1, BT_STATE_PRESSED); // even one that hits nothing
     press(OSD_CTRL_NEXT);
-    EXPECT_THAT(unit.commands(), ElementsAre("3,0,0", "1,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(FastForward(), NextClip()));
 }
 
 TEST_F(OsdSeek, OtherTouchStatesDoNothing) {
@@ -278,7 +284,7 @@ TEST_F(OsdSeek, PicturesAreNotSoughtByALongTouch) {
     playClip(PICTURE);
     hold(OSD_CTRL_NEXT);
     press(OSD_CTRL_NEXT); // nor does the long touch swallow the release
-    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(NextClip()));
 }
 
 TEST_F(OsdSeek, AHeldTouchOnTheScreenSeeksOnce) {
@@ -287,10 +293,10 @@ TEST_F(OsdSeek, AHeldTouchOnTheScreenSeeksOnce) {
     ASSERT_EQ(unit.osd.window(), OSD_WND_DVD);
     forget();
     unit.touchItem(unit.osd, OSD_WND_DVD, OSD_CTRL_NEXT, 900ms);
-    EXPECT_THAT(unit.commands(), ElementsAre("3,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(FastForward()));
     forget();
     unit.touchItem(unit.osd, OSD_WND_DVD, OSD_CTRL_NEXT);
-    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(NextClip()));
 }
 
 /** After a click on next or previous the chapter counter stands beside the chapter read then. */
@@ -300,11 +306,11 @@ TEST_F(OsdSeek, TwoClicksOnNextCountFromTheChapterAtTheSecond) {
     press(OSD_CTRL_NEXT);
     unit.disc.track({.chapter = 3, .chapters = 9});
     press(OSD_CTRL_NEXT);
-    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0", "1,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(NextClip(), NextClip()));
     unit.disc.error(32);
     forget();
     unit.disc.state(2); // the unreadable chapter is 4
-    EXPECT_THAT(unit.commands(), ElementsAre("183,5,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayChapter(5)));
 }
 
 TEST_F(OsdSeek, PreviousCountsDown) {
@@ -314,16 +320,21 @@ TEST_F(OsdSeek, PreviousCountsDown) {
     unit.disc.error(32);
     forget();
     unit.disc.state(2);
-    EXPECT_THAT(unit.commands(), ElementsAre("183,5,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayChapter(5)));
 }
 
 /** An overlay that nobody gave a controller. */
-TEST_F(OsdControls, WithoutAControllerTheDiscAndVideoBarsIgnoreEveryTouch) {
+class OsdControlsAlone : public OsdView {
+protected:
+    OsdControlsAlone() : OsdView(withoutOverlayControl()) {}
+};
+
+TEST_F(OsdControlsAlone, TheDiscAndVideoBarsIgnoreEveryTouch) {
     for (const OsdClip& clip : {DVD, VCD, VIDEO}) {
         playClip(clip);
         for (const int control : {6522, 6521, 6524, 6505, 6558, 4, 5, 103}) {
-            osdInside.clickWithoutController(clip.window, control, BT_STATE_RELEASED);
-            osdInside.clickWithoutController(clip.window, control, BT_STATE_HELD);
+            press(control);
+            hold(control);
         }
         EXPECT_FALSE(item(ITEM_SRC_GROUP).visible) << clip.type;
         EXPECT_EQ(picture(), 0);
@@ -333,26 +344,27 @@ TEST_F(OsdControls, WithoutAControllerTheDiscAndVideoBarsIgnoreEveryTouch) {
     }
 }
 
-TEST_F(OsdControls, WithoutAControllerThePictureBarStillOpensAndClosesTheSourceGroup) {
+TEST_F(OsdControlsAlone, ThePictureBarStillOpensAndClosesTheSourceGroup) {
     playClip(PICTURE);
-    osdInside.clickWithoutController(OSD_WND_PICTURE, SRC_CTRL_OPEN, BT_STATE_RELEASED);
+    press(SRC_CTRL_OPEN);
     EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
-    osdInside.clickWithoutController(OSD_WND_PICTURE, SRC_CTRL_CLOSE, BT_STATE_RELEASED);
+    press(SRC_CTRL_CLOSE);
     EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
     for (const int control : {6522, 6521, 6524, 6571, 6574, 4, 103, 119}) {
-        osdInside.clickWithoutController(OSD_WND_PICTURE, control, BT_STATE_RELEASED);
+        press(control);
     }
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_THAT(unit.requests(), IsEmpty());
 }
 
-TEST_F(OsdControls, WithoutAControllerTheTouchStateIsStillRemembered) {
+TEST_F(OsdControlsAlone, TheTouchStateIsStillRemembered) {
     playClip(DVD);
-    osdInside.clickWithoutController(OSD_WND_DVD, OSD_CTRL_NEXT, BT_STATE_HELD);
+    hold(OSD_CTRL_NEXT);
+    unit.onViewThread([&] { unit.osdView().AttachControl(&unit.controller()); });
     press(OSD_CTRL_NEXT);
     EXPECT_THAT(unit.commands(), IsEmpty());
     press(OSD_CTRL_NEXT);
-    EXPECT_THAT(unit.commands(), ElementsAre("1,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(NextClip()));
 }
 
 } // namespace zm::test

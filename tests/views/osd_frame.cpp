@@ -173,9 +173,15 @@ TEST_F(OsdFrame, ThePadsWindowIsOnlyRemembered) {
     playClip(DVD);
     press(SRC_CTRL_OPEN);
     unit.deviceSilently(DEV_STATUS_BT, 2);
-    for (const bool shown : {true, false}) {
-        unit.onViewThread([&] { unit.osdView().OnShow(OSD_WND_GOTO, shown, 0); });
-        EXPECT_EQ(osdInside.padShown(), shown);
+    const auto display = [&] { return unit.osd.item(OSD_WND_GOTO, GOTO_ITEM_DISPLAY).text; };
+    unit.onViewThread([&] { unit.osdView().ShowGotoView(); });
+    ASSERT_NE(display(), "");
+    for (const bool shown : {false, true}) {
+        unit.onViewThread([&] {
+            unit.osdView().OnShow(OSD_WND_GOTO, shown, 0);
+            unit.osdView().HideGotoView(); // only clears a pad that is known to be shown
+        });
+        EXPECT_EQ(display() == "", shown);
     }
     EXPECT_NE(text(OSD_ITEM_BT), "2");
     EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
@@ -255,13 +261,20 @@ TEST_F(OsdFrame, ARootMenuIsAnsweredByBothViews) {
     EXPECT_EQ(picture(), 275) << "whose answer stands for the next time";
 }
 
-TEST_F(OsdFrame, WithoutAControllerTheStatusBarStays) {
+/** An overlay that nobody gave a controller. */
+class OsdAlone : public OsdView {
+protected:
+    OsdAlone() : OsdView(withoutOverlayControl()) {}
+};
+
+TEST_F(OsdAlone, ItsStatusBarStays) {
     playClip(DVD);
+    unit.onViewThread([&] { unit.osdView().OnShow(OSD_WND_DVD, true, 0); });
     unit.deviceSilently(DEV_STATUS_BT, 2);
     unit.deviceSilently(DEV_STATUS_MUTE, 255);
     unit.deviceSilently(DEV_STATUS_CAR_TEMP, 101);
     const Json before = unit.osd.describe();
-    osdInside.withoutController([](DiscOsdView& view) { view.OnShow(OSD_WND_DVD, true, 0); });
+    unit.onViewThread([&] { unit.osdView().OnShow(OSD_WND_DVD, true, 0); });
     EXPECT_EQ(unit.osd.describe(), before);
 }
 
@@ -295,7 +308,7 @@ TEST_F(OsdFrame, ANullControllerIsNotAttached) {
     playClip(DVD);
     unit.onViewThread([&] { unit.osdView().AttachControl(nullptr); });
     press(OSD_CTRL_STOP);
-    EXPECT_THAT(unit.commands(), ElementsAre("22,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(StopPlayBack()));
 }
 
 TEST_F(OsdFrame, ReadErrorsAreLoggedUnderTheMainViewsName) {

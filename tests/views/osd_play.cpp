@@ -67,7 +67,7 @@ TEST_F(OsdPlay, ADvdThatStopsWithAnErrorIsPlayedOn) {
     unit.disc.error(34);
     forget();
     unit.disc.state(0);
-    EXPECT_THAT(unit.commands(), ElementsAre("131,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(Play()));
 }
 
 TEST_F(OsdPlay, WithoutAnErrorADvdThatStopsStaysStopped) {
@@ -106,14 +106,14 @@ protected:
 TEST_F(OsdReadError, TheNextPlayingStateJumpsToTheNextChapter) {
     for (const int error : {32, 35}) {
         playChapter(3, 9);
-        EXPECT_THAT(failAndPlay(error), ElementsAre("183,5,0")) << error;
+        EXPECT_THAT(failAndPlay(error), ElementsAre(PlayChapter(5))) << error;
     }
 }
 
 TEST_F(OsdReadError, EachErrorJumpsOnceAndOneChapterFurther) {
     playChapter(3, 9);
-    EXPECT_THAT(failAndPlay(32), ElementsAre("183,5,0"));
-    EXPECT_THAT(failAndPlay(32), ElementsAre("183,6,0"));
+    EXPECT_THAT(failAndPlay(32), ElementsAre(PlayChapter(5)));
+    EXPECT_THAT(failAndPlay(32), ElementsAre(PlayChapter(6)));
     forget();
     unit.disc.state(2);
     EXPECT_THAT(unit.commands(), IsEmpty());
@@ -121,9 +121,9 @@ TEST_F(OsdReadError, EachErrorJumpsOnceAndOneChapterFurther) {
 
 TEST_F(OsdReadError, AtTheLastChapterTheNextTitlePlaysFromItsStart) {
     playChapter(3, 4);
-    EXPECT_THAT(failAndPlay(32), ElementsAre("184,4,0"));
+    EXPECT_THAT(failAndPlay(32), ElementsAre(PlayTitle(4)));
     // The counter stands at 2 now.
-    EXPECT_THAT(failAndPlay(32), ElementsAre("183,3,0"));
+    EXPECT_THAT(failAndPlay(32), ElementsAre(PlayChapter(3)));
 }
 
 TEST_F(OsdReadError, BeyondTheLastChapterNothingIsSent) {
@@ -135,8 +135,10 @@ TEST_F(OsdReadError, PlayingWithoutAnErrorCountsFromTheChapterOfAnyClip) {
     for (const OsdClip& clip : EVERY_CLIP) {
         playClip(clip);
         unit.disc.track({.chapter = 10 + clip.type, .chapters = 99});
-        unit.disc.state(2);
-        EXPECT_EQ(osdInside.nextChapter(), 11 + clip.type);
+        unit.disc.state(DISC_STATE_PLAYING);
+        // The count only serves a DVD that cannot be read.
+        unit.disc.mediaType(PLAY_TYPE_DVD);
+        EXPECT_THAT(failAndPlay(ERROR_STATUS_READ), ElementsAre(PlayChapter(12 + clip.type)));
     }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "tests/views/DiscOsdViewTest.h"
 #include "tests/views/main_view.h"
 
 namespace zm::test {
@@ -16,9 +15,14 @@ inline constexpr OsdClip VIDEO = {PLAY_TYPE_VIDEO, OSD_WND_VIDEO};
 inline constexpr OsdClip PICTURE = {PLAY_TYPE_PHOTO, OSD_WND_PICTURE};
 inline constexpr OsdClip EVERY_CLIP[] = {DVD, VCD, VIDEO, PICTURE};
 
+/** The next overlay that start-up makes gets no controller. */
+UnitOptions withoutOverlayControl();
+
 /** The overlay over a clip that plays. */
 class OsdView : public MainView {
 protected:
+    using MainView::MainView;
+
     void playClip(const OsdClip& clip) {
         play(clip.type);
         window = clip.window;
@@ -55,7 +59,6 @@ protected:
     }
 
     int window = OSD_WND_DVD;
-    DiscOsdViewTest osdInside{unit};
 };
 
 } // namespace zm::test

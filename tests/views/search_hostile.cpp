@@ -1,5 +1,5 @@
 #include "platform/linux/toolkit/ListControl.h"
-#include "tests/views/list_view.h"
+#include "tests/views/folder_view.h"
 
 namespace zm::test {
 
@@ -43,7 +43,7 @@ TEST_F(SearchHostile, RequestsChangeNothing) {
         unit.clearCommands();
         if (request.find("7;") != std::string::npos) {
             unit.appData(request); // begins with a number, and only that counts
-            EXPECT_THAT(unit.commands(), ElementsAre("182,7,0"));
+            EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(7, 0)));
         } else {
             expectHarmless(request);
         }
@@ -54,10 +54,10 @@ TEST_F(SearchHostile, RequestsChangeNothing) {
 TEST_F(SearchHostile, AQuoteBringsNoRowsIntoTheSearchResult) {
     play(PLAY_TYPE_MUSIC);
     unit.appData("--song=\"song 7\"");
-    ASSERT_EQ(inside.playListFrom(), PLAY_LIST_SEARCH);
+    ASSERT_EQ(unit.main.window(), WND_AUDIO_PLAY);
     unit.appData("--song=\"x' UNION SELECT 99,99,1,'x\"");
     EXPECT_FALSE(unit.log("not found this song.").empty());
-    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    EXPECT_EQ(returnTarget(), PLAY_LIST_SEARCH);
     EXPECT_THAT(list().rows, IsEmpty());
 }
 
@@ -79,11 +79,15 @@ TEST_F(SearchHostile, FolderNamesAreShownAsTheyAre) {
     const std::string longName = std::string(258, 'a') + "\xC3\xA4\xC3\xA4"; // the cut falls into a character
     catalogue.folder(7, 1, Catalogue::Music, "%s' -- \xFF", 0, 1);
     catalogue.folder(8, 1, Catalogue::Music, longName, 0, 1);
-    play(PLAY_TYPE_MUSIC);
-    inside.gotoFolder(7);
-    EXPECT_EQ(unit.main.item(WND_FOLDER_LIST, 1012).text, "%s' -- \xEF\xBF\xBD");
-    inside.gotoFolder(8);
-    EXPECT_EQ(unit.main.item(WND_FOLDER_LIST, 1012).text, std::string(258, 'a'));
+    listMusic();
+    press(ITEM_FOLDER_MENU);
+    tick();
+    clickRow(1);
+    EXPECT_EQ(unit.main.item(WND_FOLDER_LIST, ITEM_FOLDER_TITLE).text, "%s' -- \xEF\xBF\xBD");
+    press(ITEM_FOLDER_MENU);
+    tick();
+    clickRow(2);
+    EXPECT_EQ(unit.main.item(WND_FOLDER_LIST, ITEM_FOLDER_TITLE).text, std::string(258, 'a'));
 }
 
 TEST_F(SearchHostile, NumbersAtTheEndsOfTheirRangeArePackedAsTheyAre) {
@@ -94,7 +98,7 @@ TEST_F(SearchHostile, NumbersAtTheEndsOfTheirRangeArePackedAsTheyAre) {
     openList();
     clickRow(0); // the smaller folder comes first
     clickRow(1);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,2147155969,1", "182,2147418111,1"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(2147155969, 1), PlayTrack(2147418111, 1)));
 }
 
 TEST_F(SearchHostile, AListOf65535RowsIsShownWhole) {

@@ -9,7 +9,7 @@ TEST_F(SearchKeyboard, ANumberPlaysTheTrack) {
     for (const int type : {PLAY_TYPE_CD, PLAY_TYPE_MUSIC}) {
         play(type);
         unit.appData("--kb_val=7 --kb_ret=1");
-        EXPECT_THAT(unit.commands(), ElementsAre("182,7,0")) << type;
+        EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(7, 0))) << type;
         EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
     }
     EXPECT_FALSE(
@@ -23,13 +23,13 @@ TEST_F(SearchKeyboard, ANumberPlaysTheRowOfAllVideosOrPhotos) {
     const struct {
         int type;
         int tab;
-        const char* command;
+        std::string command;
         int state;
         const char* log;
-    } rows[] = {
-        {PLAY_TYPE_VIDEO, ITEM_TAB_VIDEO, "182,65543,3", VIEW_STATE_VIDEO_PLAY,
-         "nPlayType=2,nUiFrom=8,nLine=6"},
-        {PLAY_TYPE_PHOTO, ITEM_TAB_PHOTO, "182,7,1", VIEW_STATE_PHOTO_PLAY, "nPlayType=3,nUiFrom=7,nLine=6"}};
+    } rows[] = {{PLAY_TYPE_VIDEO, ITEM_TAB_VIDEO, PlayTrack(Folder{1}, File{7}, KIND_VIDEO),
+                 VIEW_STATE_VIDEO_PLAY, "nPlayType=2,nUiFrom=8,nLine=6"},
+                {PLAY_TYPE_PHOTO, ITEM_TAB_PHOTO, PlayTrack(7, 1), VIEW_STATE_PHOTO_PLAY,
+                 "nPlayType=3,nUiFrom=7,nLine=6"}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.type);
         play(row.type);
@@ -38,7 +38,7 @@ TEST_F(SearchKeyboard, ANumberPlaysTheRowOfAllVideosOrPhotos) {
         forget();
         unit.appData("--kb_val=7 --kb_ret=1");
         EXPECT_THAT(unit.commands(), ElementsAre(row.command));
-        EXPECT_EQ(inside.state(), row.state);
+        EXPECT_EQ(state(), row.state);
         EXPECT_EQ(unit.main.window(), WND_VIDEO);
         EXPECT_FALSE(unit.log(row.log).empty());
     }
@@ -51,7 +51,7 @@ TEST_F(SearchKeyboard, NumbersOutsideTheDiscDoNothing) {
         EXPECT_THAT(unit.commands(), IsEmpty()) << value;
     }
     unit.appData("--kb_val=12 --kb_ret=1");
-    EXPECT_THAT(unit.commands(), ElementsAre("182,12,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(12, 0)));
 }
 
 TEST_F(SearchKeyboard, OtherTypesDoNothing) {
@@ -81,7 +81,7 @@ TEST_F(SearchKeyboard, AVeryLongValueIsCut) {
     unit.appData("--kb_val=" + std::string(4000, '0') + "7 --kb_ret=1");
     EXPECT_THAT(unit.commands(), IsEmpty());
     unit.appData("--kb_val=" + std::string(200, '0') + "7 --kb_ret=1");
-    EXPECT_THAT(unit.commands(), ElementsAre("182,7,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(7, 0)));
 }
 
 class SearchVoice : public ListView {
@@ -96,18 +96,18 @@ protected:
 TEST_F(SearchVoice, TheFirstMatchPlaysUnpacked) {
     play(PLAY_TYPE_MUSIC);
     unit.appData("--song=way");
-    EXPECT_THAT(unit.commands(), ElementsAre("182,30,4"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(30, 4)));
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
-    EXPECT_EQ(inside.playListFrom(), PLAY_LIST_SEARCH);
-    EXPECT_EQ(inside.listFrom(), LIST_FROM_SEARCH);
-    EXPECT_EQ(inside.browsedType(), PLAY_TYPE_MUSIC);
-    EXPECT_TRUE(inside.followsPlaying());
     EXPECT_FALSE(unit.log("[OnQuerySongName]--m_szListSql:SELECT fid,folderid,ftype,filename from files "
                           "WHERE ftype == 1 "
                           "AND filename LIKE '%%way%%' ORDER BY folderid, fid;")
                      .empty());
     EXPECT_FALSE(unit.log("[OnHandleVoicePlay]fileID=30,folderID=4").empty());
     EXPECT_FALSE(unit.log("[DiscView::OnHandleQueryResult]  i=0").empty());
+    const Reported view = reported();
+    EXPECT_EQ(view.source, LIST_FROM_SEARCH);
+    EXPECT_EQ(view.browsed, PLAY_TYPE_MUSIC);
+    EXPECT_EQ(returnTarget(), PLAY_LIST_SEARCH);
 }
 
 TEST_F(SearchVoice, AMatchThatPlaysOnlyOpensThePlayPage) {
@@ -123,14 +123,13 @@ TEST_F(SearchVoice, AMatchThatPlaysOnlyOpensThePlayPage) {
 TEST_F(SearchVoice, TheSingerIsLookedUpWithoutASong) {
     play(PLAY_TYPE_MUSIC);
     unit.appData("--singer=high");
-    EXPECT_THAT(unit.commands(), ElementsAre("182,31,4"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(31, 4)));
     forget();
     unit.appData("--song= --singer=high");
-    EXPECT_EQ(inside.voicePlay(), "high");
-    EXPECT_THAT(unit.commands(), ElementsAre("182,31,4"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(31, 4)));
     forget();
     unit.appData("--song=my --singer=high");
-    EXPECT_THAT(unit.commands(), ElementsAre("182,30,4"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(30, 4)));
 }
 
 TEST_F(SearchVoice, WithoutAMatchNothingChanges) {
@@ -139,7 +138,7 @@ TEST_F(SearchVoice, WithoutAMatchNothingChanges) {
     unit.appData("--song=nowhere");
     EXPECT_FALSE(unit.log("not found this song.").empty());
     EXPECT_THAT(unit.commands(), IsEmpty());
-    EXPECT_EQ(inside.listFrom(), LIST_FROM_ALL_AUDIO);
+    EXPECT_EQ(reported().source, LIST_FROM_ALL_AUDIO);
     EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
 }
 
@@ -151,7 +150,8 @@ TEST_F(SearchVoice, NoRequestIsLostUnderLoad) {
     for (int i = 0; i < Requests; ++i) {
         forget();
         unit.appData(i % 2 ? "--song=highway" : "--song=\"my way\"");
-        carriedOut += unit.commands() == std::vector<std::string>{i % 2 ? "182,31,4" : "182,30,4"};
+        carriedOut +=
+            unit.commands() == std::vector<std::string>{i % 2 ? PlayTrack(31, 4) : PlayTrack(30, 4)};
     }
     EXPECT_EQ(carriedOut, Requests);
 }
@@ -162,13 +162,13 @@ TEST_F(SearchVoice, AQuoteInTheNameIsNoMatchAndDestroysNothing) {
     EXPECT_FALSE(unit.log("not found this song.").empty());
     EXPECT_THAT(unit.commands(), IsEmpty());
     unit.appData("--song=highway");
-    EXPECT_THAT(unit.commands(), ElementsAre("182,31,4"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(31, 4)));
 }
 
 TEST_F(SearchVoice, WildcardsAreNotEscaped) {
     play(PLAY_TYPE_MUSIC);
     unit.appData("--song=h_gh%y");
-    EXPECT_THAT(unit.commands(), ElementsAre("182,31,4"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(31, 4)));
 }
 
 TEST_F(SearchVoice, ANameLongerThanTheBuffersIsLookedUpWhole) {
@@ -176,55 +176,58 @@ TEST_F(SearchVoice, ANameLongerThanTheBuffersIsLookedUpWhole) {
     catalogue.file(40, 4, Catalogue::Music, name);
     play(PLAY_TYPE_MUSIC);
     unit.appData("--song=" + name);
-    EXPECT_THAT(unit.commands(), ElementsAre("182,40,4"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(40, 4)));
 }
 
 TEST_F(SearchVoice, AnEmptyRequestResumesMusic) {
     play(PLAY_TYPE_MUSIC);
     unit.appData("--song=");
-    EXPECT_THAT(unit.commands(), ElementsAre("131,0,0"));
+    EXPECT_THAT(unit.commands(), ElementsAre(Play()));
 }
 
 TEST_F(SearchVoice, WhileAVideoPlaysItWaitsForMusic) {
     play(PLAY_TYPE_VIDEO);
-    unit.disc.mixedType(14);
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
     forget();
     unit.appData("--song=way");
-    EXPECT_TRUE(inside.voicePlayPending());
-    EXPECT_EQ(inside.state(), VIEW_STATE_MUSIC_LIST);
-    EXPECT_THAT(unit.commands(), ElementsAre("186,2,1"));
-    unit.disc.state(2); // still the video
-    EXPECT_TRUE(inside.voicePlayPending());
+    EXPECT_EQ(state(), VIEW_STATE_MUSIC_LIST);
+    EXPECT_THAT(unit.commands(), ElementsAre(GotoSubList(2, 1)));
+    unit.disc.state(DISC_STATE_PLAYING); // still the video
+    EXPECT_THAT(unit.commands(), ElementsAre(GotoSubList(2, 1)));
     unit.disc.mediaType(PLAY_TYPE_MUSIC);
     forget();
-    unit.disc.state(2);
-    EXPECT_FALSE(inside.voicePlayPending());
-    EXPECT_THAT(unit.commands(), ElementsAre("182,30,4"));
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(30, 4)));
     EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
     forget();
-    unit.disc.state(2);
+    unit.disc.state(DISC_STATE_PLAYING);
     EXPECT_THAT(unit.commands(), IsEmpty());
-    EXPECT_EQ(inside.voicePlay(), "way");
 }
 
 TEST_F(SearchVoice, AnEmptyRequestWhileAVideoPlaysOnlyChangesToMusic) {
     play(PLAY_TYPE_VIDEO);
-    unit.disc.mixedType(14);
+    unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
     forget();
     unit.appData("--singer=");
-    EXPECT_FALSE(inside.voicePlayPending());
-    EXPECT_THAT(unit.commands(), ElementsAre("186,2,1"));
+    EXPECT_THAT(unit.commands(), ElementsAre(GotoSubList(2, 1)));
+    unit.disc.mediaType(PLAY_TYPE_MUSIC);
+    forget();
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_THAT(unit.commands(), IsEmpty());
+    EXPECT_THAT(unit.log("[DiscView::OnHandleVoicePlay]"), IsEmpty());
 }
 
 TEST_F(SearchVoice, OnADiscWithoutMusicAMatchOnlyChangesTheBrowsedType) {
     play(PLAY_TYPE_MUSIC);
-    unit.disc.mixedType(4);
-    inside.setBrowsedType(PLAY_TYPE_VIDEO);
+    unit.disc.mixedType(MIXED_VIDEO);
+    press(ITEM_TAB_VIDEO);
+    tick();
+    ASSERT_EQ(reported().browsed, PLAY_TYPE_VIDEO);
     forget();
     unit.appData("--song=way");
-    EXPECT_EQ(inside.browsedType(), PLAY_TYPE_MUSIC);
     EXPECT_THAT(unit.commands(), IsEmpty());
     EXPECT_THAT(unit.log("[OnHandleVoicePlay]fileID"), IsEmpty());
+    EXPECT_EQ(reported().browsed, PLAY_TYPE_MUSIC);
 }
 
 TEST_F(SearchVoice, TheWaitForTheWorkerEndsAfterFiftyOnePolls) {
@@ -241,7 +244,7 @@ TEST_F(SearchVoice, RowsThatAreThereWhenTheWaitEndsDecide) {
     unit.holdCatalogue(1);
     unit.appData("--song=way");
     EXPECT_FALSE(unit.log("[DiscView::OnHandleQueryResult]  i=51").empty());
-    EXPECT_THAT(unit.commands(), ElementsAre("182,30,4"));
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(30, 4)));
     unit.releaseCatalogue();
 }
 
@@ -250,9 +253,6 @@ TEST_F(SearchVoice, OtherDataDoesNothing) {
     unit.appData("--other=1 words");
     EXPECT_FALSE(unit.log("[OnAppsMessage]--APPSMSG_APPDATA--input:--other=1 words").empty());
     EXPECT_THAT(unit.commands(), IsEmpty());
-    const auto lines = unit.log().size();
-    inside.appData("");
-    EXPECT_EQ(unit.log().size(), lines);
 }
 
 TEST(SearchStart, ASongOnTheCommandLineWaitsForMusic) {
@@ -261,13 +261,19 @@ TEST(SearchStart, ASongOnTheCommandLineWaitsForMusic) {
     Unit unit({.catalogue = catalogue.path(), .song = "way"});
     EXPECT_FALSE(unit.log("[DiscView::SetVoicePlayPar]song=way").empty());
     unit.disc.insert(PLAY_TYPE_MUSIC);
-    EXPECT_THAT(unit.commands(), testing::Contains("182,30,4"));
-    EXPECT_FALSE(DiscViewTest(unit).voicePlayPending());
+    EXPECT_THAT(unit.commands(), testing::Contains(PlayTrack(30, 4)));
+    unit.clearCommands();
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_THAT(unit.commands(), IsEmpty()) << "only once";
 }
 
 TEST_F(SearchVoice, AnEmptySongAtStartIsNoRequest) {
     unit.onViewThread([&] { unit.view().SetVoicePlayPar(""); });
-    EXPECT_FALSE(inside.voicePlayPending());
+    play(PLAY_TYPE_MUSIC);
+    EXPECT_THAT(unit.log("[DiscView::OnHandleVoicePlay]"), IsEmpty());
+    unit.onViewThread([&] { unit.view().SetVoicePlayPar("way"); });
+    unit.disc.state(DISC_STATE_PLAYING);
+    EXPECT_EQ(unit.log("[DiscView::OnHandleVoicePlay]").size(), 1u);
 }
 
 } // namespace zm::test

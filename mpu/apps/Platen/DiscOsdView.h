@@ -79,8 +79,6 @@ public:
     void DealInputNum() { m_goto.DealInputNum(); }
 
 private:
-    friend struct DiscOsdViewTest;
-
     struct MessageRow;
 
     void OnClipsType();

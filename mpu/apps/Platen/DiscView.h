@@ -50,8 +50,6 @@ public:
     void OnGotoSampleView() {}
 
 private:
-    friend struct DiscViewTest;
-
     void FillPage(int nWndId);
     void OnTimer(unsigned int id);
 

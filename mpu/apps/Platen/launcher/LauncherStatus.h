@@ -30,8 +30,6 @@ public:
     void OnAppsMsgAppStatus(int status);
 
 private:
-    friend struct DiscViewTest;
-
     struct StatusRow;
 
     void OnResume(const T_PLAY_STATUS& playStatus);

@@ -22,8 +22,6 @@ public:
     bool IsRequested() const { return m_bSourceRequested; }
 
 private:
-    friend struct DiscViewTest;
-
     void Request(const char* logName);
 
     CDiscData& m_data;

@@ -29,8 +29,6 @@ public:
     void PlayPending();
 
 private:
-    friend struct DiscViewTest;
-
     void PlayNumber(long nNumber);
     void RequestVoicePlay();
     void OnHandleVoicePlay(std::string name);

@@ -5,7 +5,7 @@ export async function command(...argv) {
   const answer = await fetch('/api/command', {
     method: 'POST',
     headers: {'Content-Type': 'application/json'},
-    body: JSON.stringify({argv: argv.map(String)}),
+    body: JSON.stringify({v: 1, argv: argv.map(String)}),
   });
   if (!answer.ok) throw new Error(`${answer.status} ${answer.statusText}`);
   const result = await answer.json();

@@ -2,6 +2,7 @@
 
 #include "base/Paths.h"
 #include "base/Socket.h"
+#include "services/ctl/ControlVersion.h"
 #include "services/ctl/RunningBenches.h"
 
 #include <nlohmann/json.hpp>
@@ -16,7 +17,8 @@ using Json = nlohmann::json;
 
 std::string request(const std::vector<std::string>& words) {
     std::error_code error;
-    const Json message = {{"argv", words}, {"cwd", std::filesystem::current_path(error).string()}};
+    const Json message = {
+        {"v", ControlVersion}, {"argv", words}, {"cwd", std::filesystem::current_path(error).string()}};
     return message.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
@@ -31,6 +33,17 @@ std::string remedy() {
         text += "\n  " + folder;
     }
     return text;
+}
+
+// What this version's answers do not have is a mistake of one side; read over, it might be missed.
+Status checkMembers(const Json& message) {
+    for (const auto& [name, value] : message.items()) {
+        if (name != "out" && name != "err" && name != "exit") {
+            return Error{"the bench's answer has \"" + name + "\", which version " +
+                         std::to_string(ControlVersion) + " of the protocol does not have"};
+        }
+    }
+    return ok();
 }
 
 void pass(const Json& message, const char* member, const CtlClient::Print& print) {
@@ -60,6 +73,9 @@ Result<int> CtlClient::run(const std::vector<std::string>& words, const Print& o
         const Json message = Json::parse(received->text, nullptr, false);
         if (!message.is_object()) {
             return Error{"the bench's answer is not understood"};
+        }
+        if (auto known = checkMembers(message); !known) {
+            return known.failure();
         }
         pass(message, "out", out);
         pass(message, "err", err);

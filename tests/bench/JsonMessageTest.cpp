@@ -51,23 +51,6 @@ TEST(JsonMessage, BracketsInsideTextsAreNoNesting) {
     EXPECT_EQ(parseMessage(flat)["t"].size(), 101u);
 }
 
-TEST(CommandRequest, HasWordsAndMayNameAFolder) {
-    const auto whole = parseCommandRequest(R"({"argv":["touch","100","200"],"cwd":"/home"})");
-    ASSERT_TRUE(whole);
-    EXPECT_EQ(whole->words, (Words{"touch", "100", "200"}));
-    EXPECT_EQ(whole->cwd, "/home");
-    EXPECT_EQ(parseCommandRequest(R"({"argv":["ps"],"cwd":7})")->cwd, "");
-    EXPECT_TRUE(parseCommandRequest(R"({"argv":[]})")->words.empty());
-}
-
-TEST(CommandRequest, TakesNothingButAListOfTexts) {
-    for (const char* text :
-         {"", "[]", "{}", R"({"argv":null})", R"({"argv":"ps"})", R"({"argv":["touch",100]})",
-          R"({"argv":{"0":"ps"}})", R"({"argv":["ps",["ps"]]})"}) {
-        EXPECT_FALSE(parseCommandRequest(text)) << text;
-    }
-}
-
 TEST(PageCommand, KeepsTouchesInsideTheScreen) {
     EXPECT_EQ(pageCommand({{"t", "touch"}, {"x", 1e300}, {"y", -5}, {"hold", 900}}),
               (Words{"touch", "799", "0", "--hold", "900"}));

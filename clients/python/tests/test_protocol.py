@@ -2,13 +2,17 @@
 
 import json
 import socket
+import subprocess
 import threading
+import urllib.error
+import urllib.request
 from pathlib import Path
-from typing import Iterator, List
+from typing import Iterator, List, Tuple
 
 import pytest
 
-from platen_bench import NoBench, ProtocolError, protocol
+from platen_bench import Bench, NoBench, ProtocolError, protocol
+from platen_bench.programs import find_ctl
 
 
 class Peer:
@@ -108,3 +112,69 @@ def test_time_that_is_up_is_an_error(tmp_path: Path) -> None:
 def test_without_a_bench_the_folder_is_named(tmp_path: Path) -> None:
     with pytest.raises(NoBench, match=f"no bench runs in {tmp_path}"):
         protocol.run(str(tmp_path / "ctl.sock"), ["ps"])
+
+
+def answer(connection: protocol.Connection, message: str) -> Tuple[str, str, int]:
+    connection.send(message)
+    out = err = ""
+    while True:
+        part = connection.receive(timeout=20)
+        assert part is not None
+        out, err = out + part.out, err + part.err
+        if part.status is not None:
+            return out, err, part.status
+
+
+def test_the_bench_refuses_what_it_does_not_know_by_name_and_goes_on() -> None:
+    with Bench(disc_service=False) as unit:
+        connection = protocol.Connection(unit.runtime + "/ctl.sock")
+        for message, sentence in [
+            (
+                '{"v":2,"argv":["ps"]}',
+                "zmctl: version 2 of the control protocol is not known; this bench speaks 1\n",
+            ),
+            ('{"argv":["ps"],"timeout":5}', 'zmctl: a command has no member "timeout"; it is '),
+            ('{"argv":"ps"}', 'zmctl: "argv" is no list of texts; '),
+            ("nonsense", "zmctl: a command is "),
+        ]:
+            out, err, status = answer(connection, message)
+            assert err.startswith(sentence) and err.endswith("\n") and (out, status) == ("", 2)
+        for message in ('{"v":1,"argv":["ps"],"cwd":"/"}', '{"argv":["ps"]}'):
+            out, err, status = answer(connection, message)
+            assert out.startswith("app ") and (err, status) == ("", 0)
+        connection.close()
+
+
+def test_zmctl_speaks_the_same(peer: Peer) -> None:
+    peer.says('{"exit":0,"picture":1}')
+    result = subprocess.run(
+        [find_ctl(None), "--runtime", str(Path(peer.path).parent), "key", "next"],
+        capture_output=True,
+        encoding="utf-8",
+    )
+    assert peer.request() == {"v": 1, "argv": ["key", "next"], "cwd": str(Path.cwd())}
+    assert result.returncode == 1
+    assert 'answer has "picture", which version 1 of the protocol does not have' in result.stderr
+
+
+def test_the_server_of_the_page_speaks_the_same() -> None:
+    with Bench(disc_service=False, page=True) as unit:
+        place, _, token = unit.address.partition("?token=")
+        headers = {"Authorization": f"Bearer {token}", "Content-Type": "application/json"}
+
+        def post(body: str) -> Tuple[int, str]:
+            asked = urllib.request.Request(place + "api/command", body.encode(), headers)
+            try:
+                with urllib.request.urlopen(asked, timeout=20) as answered:
+                    return answered.status, answered.read().decode()
+            except urllib.error.HTTPError as error:
+                with error:
+                    return error.code, error.read().decode()
+
+        status, text = post('{"v":1,"argv":["key","nxt"]}')
+        assert status == 200 and json.loads(text)["exit"] == 2 and "next" in json.loads(text)["err"]
+        assert post('{"v":2,"argv":["ps"]}') == (
+            400,
+            "version 2 of the control protocol is not known; this bench speaks 1",
+        )
+        assert post('{"v":1,"argv":[]}') == (400, "a command has words")

@@ -1,21 +1,49 @@
 #include "services/bench/commands/CommandRequest.h"
 
 #include "base/JsonMessage.h"
+#include "services/ctl/ControlVersion.h"
 
 #include <algorithm>
 
 namespace zm {
 
-std::optional<CommandRequest> parseCommandRequest(std::string_view text) {
-    const Json message = parseMessage(text);
+namespace {
+
+constexpr const char* Form = R"({"v":1,"argv":["word",...],"cwd":"/folder"})";
+
+Status checkMembers(const Json& message) {
+    // First: what another version has besides is none of this one's business.
+    if (const auto version = message.find("v"); version != message.end() && *version != ControlVersion) {
+        return Error{"version " + jsonText(*version) +
+                     " of the control protocol is not known; this bench speaks " +
+                     std::to_string(ControlVersion)};
+    }
+    for (const auto& [name, value] : message.items()) {
+        if (name != "v" && name != "argv" && name != "cwd") {
+            return Error{"a command has no member " + jsonText(name) + "; it is " + Form};
+        }
+    }
     const auto argv = message.find("argv");
-    if (!message.is_object() || argv == message.end() || !argv->is_array() ||
-        !std::ranges::all_of(*argv, &Json::is_string)) {
-        return std::nullopt;
+    if (argv == message.end() || !argv->is_array() || !std::ranges::all_of(*argv, &Json::is_string)) {
+        return Error{std::string("\"argv\" is no list of texts; a command is ") + Form};
     }
     const auto cwd = message.find("cwd");
-    return CommandRequest{argv->get<std::vector<std::string>>(),
-                          cwd != message.end() && cwd->is_string() ? cwd->get<std::string>() : std::string()};
+    return cwd == message.end() || cwd->is_string()
+               ? ok()
+               : Status(Error{std::string("\"cwd\" is no text; a command is ") + Form});
+}
+
+} // namespace
+
+Result<CommandRequest> parseCommandRequest(std::string_view text) {
+    const Json message = parseMessage(text);
+    if (!message.is_object()) {
+        return Error{std::string("a command is ") + Form};
+    }
+    if (const auto good = checkMembers(message); !good) {
+        return good.failure();
+    }
+    return CommandRequest{message["argv"].get<std::vector<std::string>>(), message.value("cwd", "")};
 }
 
 } // namespace zm

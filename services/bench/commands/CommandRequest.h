@@ -1,19 +1,20 @@
 #pragma once
 
-#include <optional>
+#include "base/Result.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace zm {
 
-/** A command as zmctl and the page send it: {"argv":["word",...],"cwd":"/folder of the caller"}. */
+/** A command as its callers send it: {"v":1,"argv":["word",...],"cwd":"/folder of the caller"}. */
 struct CommandRequest {
     std::vector<std::string> words;
     std::string cwd; ///< empty if it was not sent
 };
 
-/** Nothing if `text` is no such object. */
-std::optional<CommandRequest> parseCommandRequest(std::string_view text);
+/** Without "v" it is version 1. The error names what that version does not have. */
+Result<CommandRequest> parseCommandRequest(std::string_view text);
 
 } // namespace zm

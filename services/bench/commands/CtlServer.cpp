@@ -35,14 +35,19 @@ void CtlServer::drop(Client& client) {
 }
 
 void CtlServer::received(Client& client, const std::string& text) {
-    auto request = parseCommandRequest(text);
-    if (!request || (client.run && !client.run->finished())) {
+    if (client.run && !client.run->finished()) {
         drop(client);
         return;
     }
     const auto send = [&client](const char* member, const Json& value) {
         client.connection.send(jsonText({{member, value}}));
     };
+    auto request = parseCommandRequest(text);
+    if (!request) {
+        send("err", "zmctl: " + request.error() + "\n");
+        send("exit", static_cast<int>(Exit::WrongUsage));
+        return;
+    }
     client.run =
         std::make_shared<CommandRun>(std::move(request->words), std::move(request->cwd),
                                      CommandRun::Sink{[send](const std::string& out) { send("out", out); },

@@ -282,6 +282,7 @@ void WebServer::command(SoupServerMessage* message) {
     auto request = parseCommandRequest({bytes, size});
     g_bytes_unref(body);
     if (!request || request->words.empty()) {
+        answer(message, "text/plain; charset=utf-8", request ? "a command has words" : request.error());
         soup_server_message_set_status(message, SOUP_STATUS_BAD_REQUEST, nullptr);
         return;
     }

@@ -79,6 +79,20 @@ def test_unit_and_disc(pytester: pytest.Pytester) -> None:
     assert not (pytester.path / "results").exists() and not (pytester.path / "durations.json").exists()
 
 
+def test_the_manuals_first_test_passes(pytester: pytest.Pytester) -> None:
+    manual = (PACKAGE.parent.parent / "docs" / "python.md").read_text(encoding="utf-8")
+    blocks = re.findall(r"```python\n(.*?)```", manual, re.DOTALL)
+    pytester.makepyfile(blocks[0])
+    run(pytester).assert_outcomes(passed=1)
+    # And what it does without pytest, with a disc that is there.
+    program = blocks[1].replace("/home/me/Music", str(make_disc(["Fog", "Rain"])))
+    assert program != blocks[1]
+    (pytester.path / "alone.py").write_text(program, encoding="utf-8")
+    result = pytester.runpython(pytester.path / "alone.py")
+    assert result.ret == 0 and "'cmd': 1" in result.stdout.str()
+    assert (pytester.path / "page.png").read_bytes().startswith(b"\x89PNG")
+
+
 def results(pytester: pytest.Pytester) -> Dict[str, Path]:
     folder = pytester.path / "results" / "test_failing.py-test_hail"
     return {path.name: path for path in folder.iterdir()}

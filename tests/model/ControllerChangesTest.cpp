@@ -137,7 +137,7 @@ TEST_F(ControllerTest, TheStoreIsWrittenBeforeTheMessageAndNowPlayingPublishedBe
     EXPECT_TRUE(m_controller.Init());
     EXPECT_TRUE(m_controller.Start());
     PpsFile reader = open(NOWPLAYING, "?delta");
-    reader.read();
+    ASSERT_TRUE(reader.read());
     publish(STATUS, "discstate::2");
     EXPECT_THAT(m_view.codes(1), ElementsAre(1021));
     EXPECT_EQ(stateAtMessage, 2);
@@ -147,7 +147,7 @@ TEST_F(ControllerTest, TheStoreIsWrittenBeforeTheMessageAndNowPlayingPublishedBe
 
 TEST_F(ControllerChangesTest, AMediaTypePublishesMediaInfoAndThenTheTrackText) {
     PpsFile reader = open(NOWPLAYING, "?delta");
-    reader.read();
+    ASSERT_TRUE(reader.read());
     expectMessages(DEVICE, "mediatype::1", {1011});
     std::string text = next(reader);
     size_t info = text.find("zmdisc_mediainfo:json:");

@@ -52,7 +52,7 @@ class ControllerCommandsTest : public RunningControllerTest {};
 
 TEST_F(ControllerCommandsTest, EveryOperationSendsItsCommand) {
     PpsFile reader = open(CONTROL, "?delta");
-    reader.read();
+    ASSERT_TRUE(reader.read());
     for (const CommandRow& row : COMMANDS) {
         EXPECT_TRUE(row.send(m_controller)) << row.name;
         EXPECT_EQ(next(reader), "@control\nzmcmd:json:{\"cmd\":" + std::to_string(row.cmd) +
@@ -64,7 +64,7 @@ TEST_F(ControllerCommandsTest, EveryOperationSendsItsCommand) {
 
 TEST_F(ControllerCommandsTest, SomeOperationsSendNothing) {
     PpsFile reader = open(CONTROL, "?delta");
-    reader.read();
+    ASSERT_TRUE(reader.read());
     EXPECT_TRUE(m_controller.KeyLeft());
     EXPECT_TRUE(m_controller.KeyRight());
     EXPECT_TRUE(m_controller.KeyUp());

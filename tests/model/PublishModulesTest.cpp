@@ -69,7 +69,7 @@ protected:
 
 TEST_F(PublishModulesTest, ACommandIsOneJsonAttribute) {
     PpsFile reader = open(CONTROL, "?delta");
-    reader.read();
+    ASSERT_TRUE(reader.read());
     EXPECT_TRUE(m_control.PublishCmdCommmand(182, -1, 65537));
     EXPECT_EQ(next(reader), "@control\nzmcmd:json:{\"cmd\":182,\"param1\":-1,\"param2\":65537}\n");
     EXPECT_THAT(logged(), IsEmpty());
@@ -77,7 +77,7 @@ TEST_F(PublishModulesTest, ACommandIsOneJsonAttribute) {
 
 TEST_F(PublishModulesTest, EqualCommandsInARowAllArrive) {
     PpsFile reader = open(CONTROL, "?delta");
-    reader.read();
+    ASSERT_TRUE(reader.read());
     const std::string one = "@control\nzmcmd:json:{\"cmd\":1,\"param1\":0,\"param2\":0}\n";
     m_control.PublishCmdCommmand(1, 0, 0);
     m_control.PublishCmdCommmand(1, 0, 0);

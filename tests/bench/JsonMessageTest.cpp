@@ -1,4 +1,5 @@
 #include "base/JsonMessage.h"
+#include "services/bench/commands/CommandRequest.h"
 
 #include "services/bench/web/WebScreen.h"
 

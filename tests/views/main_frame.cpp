@@ -1,3 +1,4 @@
+#include "DiscQDB.h"
 #include "tests/views/main_view.h"
 
 namespace zm::test {

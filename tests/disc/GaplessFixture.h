@@ -29,8 +29,12 @@ protected:
         EXPECT_EQ(log.find("is replaced") != std::string::npos, m_decoderDies) << log;
     }
 
-    std::string heardFile() const { return m_folder / "heard"; }
-    std::string disc() const { return m_disc.path().string(); }
+    std::string heardFile() const {
+        return m_folder / "heard";
+    }
+    std::string disc() const {
+        return m_disc.path().string();
+    }
 
     // Cuts one sound into files.
     void writePieces(Sound (*sound)(size_t, size_t), const std::vector<size_t>& lengths,
@@ -49,7 +53,9 @@ protected:
     }
 
     // Two files of noise, "1.flac" and "2.flac".
-    void writeTwo() { writePieces(noise, {First, Second}, "flac", ""); }
+    void writeTwo() {
+        writePieces(noise, {First, Second}, "flac", "");
+    }
     static constexpr size_t First = 4 * 44100 + 17;
     static constexpr size_t Second = 3 * 44100 + 5;
     static constexpr size_t Both = First + Second;

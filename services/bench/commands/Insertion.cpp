@@ -1,8 +1,8 @@
 #include "services/bench/commands/Insertion.h"
 
 #include "base/JsonMessage.h"
-#include "services/bench/unit/PpsText.h"
 #include "services/bench/unit/DiscDrive.h"
+#include "services/bench/unit/PpsText.h"
 
 namespace zm {
 

@@ -1,4 +1,5 @@
 #include "DiscViewParts.h"
+#include "ZMModel/CDiscData.h"
 #include "lists/MediaTypes.h"
 #include "tests/model/ModelTest.h"
 
@@ -51,8 +52,9 @@ TEST_F(SubFolderQueries, OtherTypesKeepTheSourceAndAskForMusic) {
 
 TEST_F(SubFolderQueries, BothLogUnderTheFirstOnesName) {
     parts.state.m_nCurPlayType = PLAY_TYPE_VIDEO;
-    const std::string files = "SELECT fid,folderid,ftype,filename from files WHERE ftype = 2 and folderid = 5 "
-                              "AND filename <> '' ORDER BY fid;";
+    const std::string files =
+        "SELECT fid,folderid,ftype,filename from files WHERE ftype = 2 and folderid = 5 "
+        "AND filename <> '' ORDER BY fid;";
     folders.OnQueryFolderList(5);
     auto lines = logged();
     EXPECT_THAT(lines, Contains(HasSubstr("OnQueryFolderList]-[OnQueryFolderList]--nFolderId=5")));

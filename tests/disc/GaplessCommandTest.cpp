@@ -158,6 +158,18 @@ TEST_F(Gapless, ASongThatCannotBePlayedIsAnErrorWhenItsTurnHasCome) {
     EXPECT_EQ(passages(waitForTheEnd(), Both + Second), (std::vector<Passage>{{0, First}, {Both, Second}}));
 }
 
+TEST_F(Gapless, ASeekIsHeardThoughTheNextSongCannotBePlayed) {
+    writePieces(noise, {First, Second}, "flac", "");
+    writeFile(m_disc / "2.flac", std::string(100000, 'x'));
+    playOnce(disc());
+    nextTime(Late, Late);
+    m_unit.command(185, 1);
+    m_unit.next("errorstatus", "32");
+    const auto heard = passages(recordedSound(heardFile()));
+    ASSERT_EQ(heard.size(), 2u);
+    EXPECT_EQ(heard[1], (Passage{44100, First - 44100}));
+}
+
 TEST_F(Gapless, ASongThatEndsInDamageIsHeardAsFarAsItGoes) {
     writeTwo();
     const std::string whole = readFile(m_disc / "2.flac");

@@ -2,6 +2,7 @@
 
 #include "base/Threads.h"
 #include "services/disc/engine/Decoders.h"
+#include "services/disc/engine/MusicBin.h"
 #include "services/disc/engine/PlaybinStreams.h"
 #include "services/disc/engine/SoundOut.h"
 #include "services/disc/log/Log.h"
@@ -179,12 +180,13 @@ void FilePipeline::receive(GstMessage* message) {
     }
     switch (GST_MESSAGE_TYPE(message)) {
     case GST_MESSAGE_ERROR:
-        passToNext(); // if it is that one's
-        fail(!m_source->failure().empty() ? m_source->failure()
-             : !m_missing.empty()         ? missingDecoders()
-                                          : errorText(message));
+        meetError(errorText(message));
         break;
     case GST_MESSAGE_ELEMENT:
+        if (const char* error = musicError(message)) {
+            meetError(error);
+            break;
+        }
         noteMissing(message);
         noteKeptError(message);
         awaitNext();
@@ -201,6 +203,11 @@ void FilePipeline::receive(GstMessage* message) {
     default:
         break;
     }
+}
+
+void FilePipeline::meetError(const std::string& text) {
+    passToNext(); // if it is that one's
+    fail(!m_source->failure().empty() ? m_source->failure() : !m_missing.empty() ? missingDecoders() : text);
 }
 
 void FilePipeline::prerolled() {

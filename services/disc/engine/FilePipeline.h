@@ -53,6 +53,7 @@ private:
     void receive(GstMessage* message);
     void prerolled();
     void noteMissing(GstMessage* message);
+    void meetError(const std::string& text);
     void noteKeptError(GstMessage* message);
     std::string missingDecoders() const;
     void ended();

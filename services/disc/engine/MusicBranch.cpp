@@ -1,6 +1,7 @@
 #include "services/disc/engine/MusicBranch.h"
 
 #include "services/disc/engine/FileElement.h"
+#include "services/disc/engine/MusicBin.h"
 
 namespace zm::disc {
 
@@ -11,7 +12,7 @@ MusicBranch::MusicBranch(GstElement* pipeline, std::shared_ptr<FileSource> sourc
     if (!file || !decoder) {
         return;
     }
-    m_bin = gst_bin_new(nullptr);
+    m_bin = makeMusicBin();
     gst_bin_add_many(GST_BIN(m_bin), file, decoder, nullptr);
     giveBytes(file, *m_source);
     const GstOwned<GstCaps> sound(gst_caps_from_string("audio/x-raw(ANY)"));

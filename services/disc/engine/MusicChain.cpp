@@ -1,5 +1,6 @@
 #include "services/disc/engine/MusicChain.h"
 
+#include "services/disc/engine/MusicBin.h"
 #include "services/disc/engine/SoundOut.h"
 #include "services/disc/log/Log.h"
 
@@ -52,7 +53,7 @@ bool MusicChain::handle(GstMessage* message) {
     if (!m_next || !m_next->sent(message)) {
         return false;
     }
-    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
+    if (musicError(message)) {
         if (passedOn()) {
             return false;
         }

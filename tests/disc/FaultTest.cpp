@@ -123,6 +123,42 @@ TEST_F(DiscFault, AFullRoundOfUnreadableFilesStopsWithTheErrorState) {
     EXPECT_FALSE(m_unit.follows("errorstatus", "32", 700ms)) << "it stays stopped";
 }
 
+TEST_F(DiscFault, WhereAllOfAKindIsUnreadableTheNextKindPlays) {
+    for (const char* name : {"1.mp3", "2.mp3", "1.mp4"}) {
+        placeUnreadable(name);
+    }
+    place(sample({"blue.png", "-f lavfi -i color=c=blue:size=64x48 -frames:v 1"}), m_disc / "3.png");
+    start();
+    m_unit.next("mediatype", "2");
+    nextFile(1);
+    m_unit.next("errorstatus", "32");
+    nextFile(2);
+    m_unit.next("errorstatus", "32");
+    m_unit.next("mediatype", "3");
+    m_unit.next("errorstatus", "32");
+    m_unit.next("mediatype", "4");
+    m_unit.nextState(PlayState::Playing);
+#ifndef __SANITIZE_THREAD__
+    EXPECT_TRUE(m_unit.pictures().waitFor(PictureWidth / 2, PictureHeight / 2, {0, 0, 255}));
+#endif
+    for (const auto& each : m_unit.recorder().all()) {
+        EXPECT_FALSE(each.name == "discstate" && each.value == "9") << "the disc is a good one";
+    }
+}
+
+TEST_F(DiscFault, AKindThatTheUserChoosesIsTriedAgain) {
+    placeUnreadable("1.mp3");
+    place(sample({"blue.png", "-f lavfi -i color=c=blue:size=64x48 -frames:v 1"}), m_disc / "2.png");
+    start();
+    m_unit.next("mediatype", "4");
+    m_unit.nextState(PlayState::Playing);
+    m_unit.command(182, 1 << 16 | 1, 1);
+    m_unit.next("mediatype", "2");
+    m_unit.next("errorstatus", "32");
+    m_unit.next("mediatype", "4");
+    m_unit.nextState(PlayState::Playing);
+}
+
 TEST_F(DiscFault, WithRepeatOneAnUnreadableFileIsSkippedToo) {
     placeTone("1.mp3", 5);
     placeUnreadable("2.mp3");

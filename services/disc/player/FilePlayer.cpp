@@ -300,7 +300,7 @@ void FilePlayer::engineStarted(Milliseconds length) {
 
 void FilePlayer::showSlide() {
     if (m_kind == MediaKind::Photo && m_mode == StartMode::Playing) {
-        m_failures = 0;
+        forgetFailures();
         m_slide = afterDelay(m_loop, SlideTime, [this] { advance(); });
     }
 }
@@ -308,7 +308,9 @@ void FilePlayer::showSlide() {
 void FilePlayer::engineMoved(Milliseconds position, Milliseconds length) {
     m_position = position;
     m_length = length;
-    m_failures = position >= PlayableAfter ? 0 : m_failures;
+    if (position >= PlayableAfter) {
+        forgetFailures();
+    }
     publishTime();
     if (const auto back = m_passage.jumpFrom(position); back && !m_scan.active()) {
         m_after.reset();
@@ -339,14 +341,14 @@ void FilePlayer::forgetNext() {
 }
 
 void FilePlayer::engineFollowed(Milliseconds length) {
-    m_failures = 0;
+    forgetFailures();
     order() = std::move(*m_after);
     enter(Milliseconds{0}, m_mode);
     engineStarted(length);
 }
 
 void FilePlayer::engineEnded() {
-    m_failures = 0;
+    forgetFailures();
     advance();
 }
 
@@ -368,11 +370,36 @@ void FilePlayer::engineFailed(const std::string& reason) {
     m_skip.begin(trackInfo(), m_contents->hasFolders() ? InFolder : OnDisc, [this] { skipUnreadable(); });
 }
 
+void FilePlayer::forgetFailures() {
+    m_failures = 0;
+    m_brokenKinds = 0;
+}
+
+// The first kind, in the order of preference, of which not a whole round has failed; null without one.
+const KindNumbers* FilePlayer::kindToTry() const {
+    const int left = m_contents->mixedMask() & ~m_brokenKinds;
+    const auto row = std::find_if(kinds.begin(), kinds.end(),
+                                  [left](const KindNumbers& each) { return (each.mixedBit & left) != 0; });
+    return row == kinds.end() ? nullptr : &*row;
+}
+
+// Nothing of this kind can be played; the disc may hold others.
+void FilePlayer::leaveKind() {
+    m_failures = 0;
+    m_brokenKinds |= numbersOf(m_kind).mixedBit;
+    if (const auto* other = kindToTry()) {
+        choose(other->kind);
+        begin(Milliseconds{0});
+        return;
+    }
+    m_brokenKinds = 0;
+    halt(PlayState::Error);
+    m_unplayable();
+}
+
 void FilePlayer::skipUnreadable() {
     if (m_failures >= order().roundSize()) {
-        m_failures = 0;
-        halt(PlayState::Error);
-        m_unplayable();
+        leaveKind();
     } else if (m_modes.repeat == static_cast<int>(Repeat::Off)) {
         advance();
     } else {

@@ -75,6 +75,9 @@ private:
     void prepareNext();
     void forgetNext();
     void advance();
+    void forgetFailures();
+    const KindNumbers* kindToTry() const;
+    void leaveKind();
     void skipUnreadable();
     void halt(PlayState state);
     void scan(ScanDirection direction);
@@ -123,6 +126,7 @@ private:
     SourceHandle m_slide;   ///< runs while a photo is shown in a slide show
     SourceHandle m_toMusic; ///< runs from a voice request until music begins
     size_t m_failures = 0;  ///< items in a row that could not be played
+    int m_brokenKinds = 0; ///< mixed bits of the kinds of which a whole round has failed since one was played
     ReadErrorSkip m_skip;
 };
 

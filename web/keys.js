@@ -1,31 +1,32 @@
 // The hard keys and the rotary encoder, with the computer keys that stand for them.
 import {act, element} from './api.js';
+import {shortcuts} from './shortcuts.js'; // made by the bench from its table of keys
 
 const groups = [
   ['Player', [
-    {code: 21, text: '⏮', title: 'Previous', key: 'b'},
-    {code: 23, text: '⏪', title: 'Fast backward', key: 'r'},
-    {code: 17, text: '▶', title: 'Play', key: 'p'},
-    {code: 18, text: '⏸', title: 'Pause', key: 's'},
-    {code: 22, text: '⏩', title: 'Fast forward', key: 'f'},
-    {code: 20, text: '⏭', title: 'Next', key: 'n'},
+    {code: 21, text: '⏮', title: 'Previous'},
+    {code: 23, text: '⏪', title: 'Fast backward'},
+    {code: 17, text: '▶', title: 'Play'},
+    {code: 18, text: '⏸', title: 'Pause'},
+    {code: 22, text: '⏩', title: 'Fast forward'},
+    {code: 20, text: '⏭', title: 'Next'},
   ]],
   ['Encoder', [
-    {code: 88, text: '↺', title: 'Turn left (mouse wheel up)', key: '-'},
-    {code: 49, text: '⏎', title: 'Press (enter)', key: 'Enter'},
-    {code: 87, text: '↻', title: 'Turn right (mouse wheel down)', key: '+'},
+    {code: 88, text: '↺', title: 'Turn left (mouse wheel up)'},
+    {code: 49, text: '⏎', title: 'Press (enter)'},
+    {code: 87, text: '↻', title: 'Turn right (mouse wheel down)'},
   ]],
   ['Direction', [
-    {code: 47, text: '←', title: 'Left', key: 'ArrowLeft'},
-    {code: 45, text: '↑', title: 'Up', key: 'ArrowUp'},
-    {code: 46, text: '↓', title: 'Down', key: 'ArrowDown'},
-    {code: 48, text: '→', title: 'Right', key: 'ArrowRight'},
-    {code: 50, text: '↩', title: 'Return', key: 'Escape'},
+    {code: 47, text: '←', title: 'Left'},
+    {code: 45, text: '↑', title: 'Up'},
+    {code: 46, text: '↓', title: 'Down'},
+    {code: 48, text: '→', title: 'Right'},
+    {code: 50, text: '↩', title: 'Return'},
   ]],
   ['Panel', [
-    {code: 64, text: 'Preset up', title: 'Preset up', key: 'PageUp'},
-    {code: 65, text: 'Preset down', title: 'Preset down', key: 'PageDown'},
-    {code: 44, text: 'Number pad', title: 'Number pad', key: 'g'},
+    {code: 64, text: 'Preset up', title: 'Preset up'},
+    {code: 65, text: 'Preset down', title: 'Preset down'},
+    {code: 44, text: 'Number pad', title: 'Number pad'},
   ]],
   ['Steering and voice', [
     {code: 160, text: 'Random folder', title: 'Random folder: shuffle on, repeat the folder'},
@@ -61,12 +62,13 @@ export function makeKeys() {
       face.ariaHidden = String(!key.title.startsWith(key.text));
       const node = element('button', {type: 'button', title: `${key.title} (key ${key.code})`, onclick: () => act('key', key.code)}, face);
       node.setAttribute('aria-label', key.title);
-      if (key.key) {
-        byKey.set(key.key, key.code);
+      const standing = shortcuts[key.code] ? shortcuts[key.code].split(' ') : [];
+      for (const name of standing) byKey.set(name, key.code);
+      if (standing.length) {
         // Drawn by the style sheet: it is no part of the button's name.
         const hint = element('kbd', {ariaHidden: 'true'});
-        hint.dataset.key = shown[key.key] ?? key.key;
-        node.ariaKeyShortcuts = key.key;
+        hint.dataset.key = shown[standing[0]] ?? standing[0];
+        node.ariaKeyShortcuts = standing[0];
         node.append(hint);
       }
       group.append(node);

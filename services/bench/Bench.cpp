@@ -39,6 +39,19 @@ Status Bench::start() {
         }
         m_url = *url;
     }
+    if (m_options.display) {
+        if (auto opened = openDisplay(); !opened) {
+            return opened;
+        }
+    }
+    m_unit.compositor().onDamage = [this](Rect area) {
+        if (m_page) {
+            m_page->screen().damaged(area);
+        }
+        if (m_display) {
+            m_display->damaged(area);
+        }
+    };
     if (auto started = m_unit.start(); !started) {
         return started;
     }
@@ -66,7 +79,6 @@ Result<std::string> Bench::startPage() {
                        m_unit.compositor(), pageSources()};
     m_page = std::make_unique<WebServer>(m_loop, std::move(backend), m_options.unit.shareDir + "/web",
                                          m_options.unit.runtimeDir + "/page-token");
-    m_unit.compositor().onDamage = [this](Rect area) { m_page->screen().damaged(area); };
     m_unit.onPpsChange = [this](const std::string& object, const std::string& text) {
         m_page->state().ppsChanged(object, text);
     };
@@ -94,6 +106,22 @@ void Bench::runForPage(std::vector<std::string> words, std::function<void(WebBac
     // A page gets its answer in one piece: a command that follows something must not collect for ever.
     *limit = afterDelay(m_loop, PageCommandTime, [run] { run->fail("the command does not end by itself"); });
     m_processor.execute(run);
+}
+
+Status Bench::openDisplay() {
+    m_display = std::make_unique<bench::display::Display>(
+        m_loop, m_unit.compositor(),
+        bench::display::Display::Actions{
+            [this](std::vector<std::string> words) { runForPage(std::move(words), [](const auto&) {}); },
+            [this] { return isPlaying(); }, [this] { m_loop.quit(); }});
+    auto opened = m_display->open(m_options.fullScreen);
+    return opened ? std::move(opened) : Status(Error{"--display: " + opened.error()});
+}
+
+bool Bench::isPlaying() {
+    auto status = PpsFile::open(m_unit.ppsSocket(), "/pps/zelmar/disc/status", 0, 0);
+    const auto text = status ? status->read() : Result<std::string>(std::string());
+    return text && text->find("\ndiscstate::2\n") != std::string::npos;
 }
 
 WebState::Sources Bench::pageSources() {

@@ -4,6 +4,7 @@
 #include "services/bench/Options.h"
 #include "services/bench/commands/CommandProcessor.h"
 #include "services/bench/commands/CtlServer.h"
+#include "services/bench/display/Display.h"
 #include "services/bench/unit/HeadUnit.h"
 #include "services/bench/web/WebServer.h"
 
@@ -24,6 +25,8 @@ public:
 private:
     void announce();
     Result<std::string> startPage();
+    Status openDisplay();
+    bool isPlaying();
     void runForPage(std::vector<std::string> words, std::function<void(WebBackend::Answer)> done);
     WebState::Sources pageSources();
 
@@ -34,6 +37,7 @@ private:
     CtlServer m_ctl;
     LogReader m_log;
     std::unique_ptr<WebServer> m_page;
+    std::unique_ptr<bench::display::Display> m_display;
     std::string m_url;
     bool m_announced = false;
 };

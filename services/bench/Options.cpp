@@ -15,7 +15,7 @@ const char* const BenchUsage =
     "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
-    "               [--resources DIR] [--resume FILE] [--open]\n"
+    "               [--resources DIR] [--resume FILE] [--open] [--display [--full-screen]]\n"
     "       zmbench --version | --help\n";
 
 namespace {
@@ -47,7 +47,7 @@ struct OptionRow {
     bool (*take)(Parsed& parsed, const std::string& value);
 };
 
-constexpr std::array<OptionRow, 13> Rows = {{
+constexpr std::array<OptionRow, 15> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -82,6 +82,16 @@ constexpr std::array<OptionRow, 13> Rows = {{
     {"--open", false,
      [](Parsed& p, const std::string&) {
          p.options.open = true;
+         return true;
+     }},
+    {"--display", false,
+     [](Parsed& p, const std::string&) {
+         p.options.display = true;
+         return true;
+     }},
+    {"--full-screen", false,
+     [](Parsed& p, const std::string&) {
+         p.options.fullScreen = true;
          return true;
      }},
     {"--manual-clock", false,
@@ -128,6 +138,7 @@ Status check(const Parsed& parsed) {
         {!unit.resume.empty() && !unit.discService, "--resume and --no-disc-service exclude each other"},
         {parsed.options.port && !parsed.options.web, "--port and --no-web exclude each other"},
         {parsed.options.open && !parsed.options.web, "--open and --no-web exclude each other"},
+        {parsed.options.fullScreen && !parsed.options.display, "--full-screen needs --display"},
         {unit.clock == ClockMode::Manual && parsed.launcher == "active",
          "--manual-clock implies a passive launcher"},
     };

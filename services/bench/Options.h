@@ -14,7 +14,9 @@ struct BenchOptions {
     HeadUnitOptions unit;
     std::optional<int> port; ///< 0: any free one; none: the usual one, any other one if that is taken
     bool web = true;
-    bool open = false; ///< shows the page in the user's browser
+    bool open = false;       ///< shows the page in the user's browser
+    bool display = false;    ///< shows the screen in a window of this machine
+    bool fullScreen = false; ///< and that as large as the monitor
 };
 
 /** Reads the arguments behind the program's name; paths become absolute. An error says what is wrong. */

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <ranges>
 
 namespace zm {
 
@@ -14,23 +15,23 @@ namespace {
 constexpr size_t AlikeLetters = 4;
 
 constexpr std::array Keys = {
-    NamedNumber{17, "play", "plays"},
-    NamedNumber{18, "pause", "pauses"},
-    NamedNumber{20, "next", "next item"},
-    NamedNumber{21, "previous", "previous item"},
-    NamedNumber{22, "forward", "fast forward, each press faster"},
-    NamedNumber{23, "backward", "fast backward, each press faster"},
-    NamedNumber{44, "number-pad", "opens the pad for a track's number"},
-    NamedNumber{45, "up", "one row up in a list"},
-    NamedNumber{46, "down", "one row down in a list"},
-    NamedNumber{47, "left", "to the left"},
-    NamedNumber{48, "right", "to the right"},
-    NamedNumber{49, "enter", "press of the encoder: takes the selected row"},
-    NamedNumber{50, "return", "one page back"},
-    NamedNumber{64, "preset-up", "two items back"},
-    NamedNumber{65, "preset-down", "next item"},
-    NamedNumber{87, "encoder-right", "the encoder turns by one step to the right"},
-    NamedNumber{88, "encoder-left", "the encoder turns by one step to the left"},
+    NamedNumber{17, "play", "plays", "p"},
+    NamedNumber{18, "pause", "pauses", "s MediaStop"},
+    NamedNumber{20, "next", "next item", "n MediaTrackNext"},
+    NamedNumber{21, "previous", "previous item", "b MediaTrackPrevious"},
+    NamedNumber{22, "forward", "fast forward, each press faster", "f MediaFastForward"},
+    NamedNumber{23, "backward", "fast backward, each press faster", "r MediaRewind"},
+    NamedNumber{44, "number-pad", "opens the pad for a track's number", "g"},
+    NamedNumber{45, "up", "one row up in a list", "ArrowUp"},
+    NamedNumber{46, "down", "one row down in a list", "ArrowDown"},
+    NamedNumber{47, "left", "to the left", "ArrowLeft"},
+    NamedNumber{48, "right", "to the right", "ArrowRight"},
+    NamedNumber{49, "enter", "press of the encoder: takes the selected row", "Enter"},
+    NamedNumber{50, "return", "one page back", "Escape"},
+    NamedNumber{64, "preset-up", "two items back", "PageUp"},
+    NamedNumber{65, "preset-down", "next item", "PageDown"},
+    NamedNumber{87, "encoder-right", "the encoder turns by one step to the right", "+"},
+    NamedNumber{88, "encoder-left", "the encoder turns by one step to the left", "-"},
     NamedNumber{160, "shuffle-folder", "shuffle on, repeat the folder"},
     NamedNumber{161, "repeat-all", "repeat the whole disc"},
     NamedNumber{162, "shuffle-off", "shuffle off"},
@@ -75,6 +76,17 @@ int nearestNumber(int number, const std::vector<int>& known) {
 
 std::span<const NamedNumber> hardKeys() {
     return Keys;
+}
+
+const NamedNumber* findShortcut(std::string_view key) {
+    for (const auto& row : Keys) {
+        for (const auto shortcut : std::views::split(row.shortcuts, ' ')) {
+            if (std::string_view(shortcut.begin(), shortcut.end()) == key) {
+                return &row;
+            }
+        }
+    }
+    return nullptr;
 }
 
 std::span<const NamedNumber> vehicleDevices() {

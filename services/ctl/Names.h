@@ -12,10 +12,14 @@ struct NamedNumber {
     int number;
     std::string_view name;
     std::string_view meaning;
+    /** Of a hard key: the computer keys that stand for it, as browsers name them, with a space between; the first one is shown. */
+    std::string_view shortcuts = {};
 };
 
 /** The hard keys of the head unit, by code. */
 std::span<const NamedNumber> hardKeys();
+/** The hard key for which that computer key stands ("n", "ArrowLeft"); null if it stands for none. */
+const NamedNumber* findShortcut(std::string_view key);
 /** The vehicle's values that the application can read, by id. */
 std::span<const NamedNumber> vehicleDevices();
 /** The languages that the pages have texts. */

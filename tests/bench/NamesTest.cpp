@@ -48,6 +48,22 @@ TEST(Names, ThePageHasEveryKey) {
     EXPECT_EQ(onPage, known);
 }
 
+TEST(Names, NoComputerKeyStandsForTwoHardKeys) {
+    EXPECT_EQ(findShortcut("n")->number, 20);
+    EXPECT_EQ(findShortcut("MediaTrackNext")->number, 20);
+    EXPECT_EQ(findShortcut("q"), nullptr);
+    EXPECT_EQ(findShortcut(""), nullptr);
+    std::set<std::string> all;
+    for (const auto& row : hardKeys()) {
+        std::istringstream keys{std::string(row.shortcuts)};
+        for (std::string key; keys >> key;) {
+            EXPECT_TRUE(all.insert(key).second) << key;
+            EXPECT_EQ(findShortcut(key), &row) << key;
+        }
+    }
+    EXPECT_GE(all.size(), 17U);
+}
+
 TEST(Names, LanguagesAreThoseOfThePages) {
     std::string list;
     for (const auto& code : languages()) {

@@ -94,6 +94,7 @@ class Bench(
         resources: Optional[PathLike] = None,
         app_args: Optional[str] = None,
         page: bool = False,
+        display: bool = False,
         program: Optional[PathLike] = None,
         timeout: float = 60,
     ) -> None:
@@ -109,6 +110,7 @@ class Bench(
         resources     folder of the views' resource files, read again whenever one of them changes
         app_args      words behind `Platen disc`, separated and quoted as in a shell
         page          True: with the page for a browser, at `address`, on any free port
+        display       True: with a window on this machine, which DISPLAY or WAYLAND_DISPLAY names
         program       zmbench or its folder; else `PLATEN_BENCH`, a build around this package, PATH
         timeout       seconds that it may take to be ready
 
@@ -131,6 +133,7 @@ class Bench(
         words += ["--resources", os.path.abspath(resources)] if resources is not None else []
         words += ["--app-args", app_args] if app_args is not None else []
         words += ["--port", "0"] if page else ["--no-web"]
+        words += ["--display"] if display else []
         process = BenchProcess(words, timeout, {})
         self._process: Optional[BenchProcess] = process
         # Whoever forgets to close it: it ends with this object, or with the interpreter.

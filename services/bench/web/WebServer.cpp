@@ -4,6 +4,7 @@
 #include "services/bench/commands/CommandRequest.h"
 #include "services/bench/screen/Compositor.h"
 #include "services/bench/screen/PixelCodec.h"
+#include "services/ctl/Names.h"
 
 #include <libsoup/soup.h>
 
@@ -108,6 +109,15 @@ const std::map<std::string, const char*, std::less<>> contentTypes = {
     {".js", "text/javascript; charset=utf-8"},
     {".css", "text/css; charset=utf-8"},
 };
+
+// The computer keys of the hard keys, from the table that zmctl and the window have, too.
+std::string shortcutsModule() {
+    nlohmann::json table;
+    for (const auto& row : hardKeys()) {
+        table[std::to_string(row.number)] = row.shortcuts;
+    }
+    return "export const shortcuts = " + jsonText(table) + ";\n";
+}
 
 } // namespace
 
@@ -270,6 +280,8 @@ void WebServer::serve(SoupServer*, SoupServerMessage* message, const char* path,
         soup_server_message_set_status(message, SOUP_STATUS_METHOD_NOT_ALLOWED, nullptr);
     } else if (name == "/api/shot.png") {
         server->shot(message);
+    } else if (name == "/shortcuts.js") {
+        answer(message, contentTypes.find(".js")->second, shortcutsModule());
     } else {
         server->file(message, name == "/" ? "/index.html" : name);
     }

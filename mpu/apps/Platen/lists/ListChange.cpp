@@ -58,7 +58,7 @@ void ListChange::ShowNoFiles(const MediaType& type) {
 
 void ListChange::ShowAllFiles(const MediaType& type) {
     m_controls.DeleteRows(WND_MEDIA_LIST);
-    m_query.QueryAll(type);
+    m_query.OnQueryList(type.type);
     m_state.m_uiCurState = type.state;
     m_menu.SetShowLeftState(WND_MEDIA_LIST, m_lists.m_nCurListFrom);
 }
@@ -117,7 +117,7 @@ void ListChange::OnUserMsgUpdateDb() {
     }
     // A list of folders is not read again.
     if (m_lists.m_nCurListFrom == type->allFrom) {
-        m_query.QueryAll(*type);
+        m_query.OnQueryList(type->type);
     } else if (m_lists.m_nCurListFrom == type->inFolderFrom && nFolder == m_lists.m_nClickFolderId) {
         m_folders.OnQueryAudiosInFolder(nFolder);
     }

@@ -7,7 +7,6 @@
 #include "lists/ListFill.h"
 #include "lists/ListSources.h"
 #include "lists/ListState.h"
-#include "lists/MediaTypes.h"
 #include "pages/PageState.h"
 #include "parts/ControlLink.h"
 #include "parts/DiscTimers.h"
@@ -20,9 +19,44 @@ constexpr int FTYPE_NONE = 0; ///< matches no row
 
 } // namespace
 
-void ListQuery::QueryAll(const MediaType& type) {
-    m_lists.m_nCurListFrom = type.allFrom;
-    SendLogged(type.allLog, type.allSql);
+void ListQuery::OnQueryList(PlayType nType) {
+    switch (nType) {
+    case PLAY_TYPE_MUSIC:
+        OnQueryAudioList();
+        break;
+    case PLAY_TYPE_VIDEO:
+        OnQueryVideoList();
+        break;
+    case PLAY_TYPE_PHOTO:
+        OnQueryPictureList();
+        break;
+    default:
+        break;
+    }
+}
+
+void ListQuery::OnQueryAudioList() {
+    QueryFiles(LIST_FROM_ALL_AUDIO, __FUNCTION__,
+               SqlText("SELECT fid,folderid,ftype,filename from files WHERE ftype = %d AND filename <> '' "
+                       "ORDER BY folderid, fid;",
+                       FTYPE_AUDIO));
+}
+
+void ListQuery::OnQueryVideoList() {
+    QueryFiles(LIST_FROM_ALL_VIDEO, __FUNCTION__,
+               "SELECT fid,folderid,ftype,filename from files WHERE ftype == 2 AND filename <> '' "
+               "ORDER BY folderid, fid;");
+}
+
+void ListQuery::OnQueryPictureList() {
+    QueryFiles(LIST_FROM_ALL_PHOTO, __FUNCTION__,
+               "SELECT fid,folderid,ftype,filename from files WHERE ftype == 3 AND filename <> '' "
+               "ORDER BY folderid, fid;");
+}
+
+void ListQuery::QueryFiles(LIST_FROM_EN nFrom, const char* logName, const std::string& sql) {
+    m_lists.m_nCurListFrom = nFrom;
+    SendLogged(logName, sql);
 }
 
 void ListQuery::OnQueryCurAudioList() {

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "DiscQDB.h"
+#include "DiscViewIds.h"
+
 #include <string>
 
 class ControlLink;
-class DiscQDB;
 class ListControls;
 class ListFill;
 struct ListState;
-struct MediaType;
 struct PageState;
 
 namespace Oro::ZMCAR {
@@ -22,8 +23,12 @@ public:
         : m_view(view), m_discDb(catalogue), m_control(control), m_state(state), m_lists(lists),
           m_controls(controls), m_fill(fill) {}
 
-    /** All files of a type: OnQueryAudioList, OnQueryVideoList and OnQueryPictureList in one. */
-    void QueryAll(const MediaType& type);
+    /** All files of one type. */
+    void OnQueryAudioList();
+    void OnQueryVideoList();
+    void OnQueryPictureList();
+    /** The one of these three that lists type `nType`; other types do nothing. */
+    void OnQueryList(PlayType nType);
     /** The tracks of the CD that plays. */
     void OnQueryCurAudioList();
     /** Sends m_szListSql and, for folders, a second statement for the list on screen; waits for the rows. */
@@ -33,6 +38,7 @@ public:
     void FileQueryWait();
 
 private:
+    void QueryFiles(LIST_FROM_EN nFrom, const char* logName, const std::string& sql);
     void SendLogged(const char* logName, const std::string& sql);
     void TakeFetchedRows();
 

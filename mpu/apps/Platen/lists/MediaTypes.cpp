@@ -36,9 +36,6 @@ constexpr MediaType MUSIC = {
     .rowKind = ROW_MUSIC,
     .trackKind = TRACK_KIND_MUSIC,
     .allControl = ITEM_ALL_MUSIC,
-    .allSql = "SELECT fid,folderid,ftype,filename from files WHERE ftype = 1 AND filename <> '' "
-              "ORDER BY folderid, fid;",
-    .allLog = "OnQueryAudioList",
     .dbDone = &ListState::m_bAudioDbDone,
     .changeLog = "OnHandleChangeToMusic",
     .announce = AnnounceMusic,
@@ -60,9 +57,6 @@ constexpr MediaType VIDEO = {
     .rowKind = ROW_VIDEO,
     .trackKind = TRACK_KIND_VIDEO,
     .allControl = ITEM_ALL_VIDEO,
-    .allSql = "SELECT fid,folderid,ftype,filename from files WHERE ftype == 2 AND filename <> '' "
-              "ORDER BY folderid, fid;",
-    .allLog = "OnQueryVideoList",
     .dbDone = &ListState::m_bVideoDbDone,
     .changeLog = "OnHandleChangeToVideo",
     .announce = AnnounceVideo,
@@ -84,9 +78,6 @@ constexpr MediaType PHOTOS = {
     .rowKind = ROW_PICTURE,
     .trackKind = TRACK_KIND_PHOTO,
     .allControl = ITEM_ALL_PHOTO,
-    .allSql = "SELECT fid,folderid,ftype,filename from files WHERE ftype == 3 AND filename <> '' "
-              "ORDER BY folderid, fid;",
-    .allLog = "OnQueryPictureList",
     .dbDone = &ListState::m_bPhotoDbDone,
     .changeLog = nullptr,
     .announce = AnnouncePhotos,

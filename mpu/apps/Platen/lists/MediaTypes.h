@@ -33,8 +33,6 @@ struct MediaType {
     RowKind rowKind;
     TrackKind trackKind; ///< with which the number pad sends PlayTrack
     long allControl;     ///< control that shows all files
-    const char* allSql;  ///< statement of all files...
-    const char* allLog;  ///< ...and the operation that logs it
     bool ListState::*dbDone;
     const char* changeLog; ///< operation that is logged when the type is chosen; null: nothing
     void (*announce)(DiscViewController&); ///< tells the disc service that the type was chosen

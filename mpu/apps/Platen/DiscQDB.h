@@ -11,11 +11,14 @@
 #include <string>
 #include <vector>
 
+struct ListSource;
+
 /** Types of the catalogue's files; rows that stand for a folder carry the last one, which the database never
  * does. */
 enum FTYPE_EN { FTYPE_AUDIO = 1, FTYPE_VIDEO = 2, FTYPE_PICTURE = 3, FTYPE_FOLDER = 4 };
 
-/** What a list shows. Sources 0 and 1, 2 and 3, 4 and 5, 6 and 9 share one list each. */
+/** What a list shows; a row of FindListSource says all about it. Sources 0 and 1, 2 and 3, 4 and 5, 6 and 9 share
+ * one list each. */
 enum LIST_FROM_EN {
     LIST_FROM_AUDIO_FOLDERS = 0,
     LIST_FROM_AUDIO_IN_FOLDER = 1,
@@ -125,9 +128,8 @@ protected:
 
 private:
     using PlayList = std::vector<T_PLAY_LIST_ITEM>;
-    struct SourceRow;
 
-    static const SourceRow* FindSource(int nFromType);
+    PlayList& RowsOf(const ListSource& source);
     template <class Reader>
     bool ReadFirstRow(const char* func, const char* sql, Reader read);
     template <class Reader>

@@ -2,11 +2,11 @@
 
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
+#include "ListSources.h"
 #include "input/ListClicks.h"
 #include "lists/ListChange.h"
 #include "lists/ListControls.h"
 #include "lists/ListRows.h"
-#include "lists/ListSources.h"
 #include "lists/ListState.h"
 #include "lists/ReturnToList.h"
 #include "pages/PageState.h"

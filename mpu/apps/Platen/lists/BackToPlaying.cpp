@@ -1,9 +1,9 @@
 #include "lists/BackToPlaying.h"
 
 #include "DiscViewItems.h"
+#include "ListSources.h"
 #include "ZMModel/CDiscData.h"
 #include "lists/ListControls.h"
-#include "lists/ListSources.h"
 #include "lists/ListState.h"
 #include "pages/PageState.h"
 #include "pages/ParkingGate.h"

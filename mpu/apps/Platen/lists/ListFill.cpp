@@ -2,10 +2,10 @@
 
 #include "DiscViewIds.h"
 #include "DiscViewItems.h"
+#include "ListSources.h"
 #include "Log.h"
 #include "lists/ListControls.h"
 #include "lists/ListMenu.h"
-#include "lists/ListSources.h"
 #include "lists/ListState.h"
 #include "lists/PlayingRow.h"
 #include "parts/WideText.h"

@@ -1,7 +1,7 @@
 #include "lists/ListMenu.h"
 
 #include "DiscViewItems.h"
-#include "lists/ListSources.h"
+#include "ListSources.h"
 #include "lists/MediaTypes.h"
 #include "pages/PageState.h"
 #include "parts/Widgets.h"

@@ -1,8 +1,8 @@
 #include "lists/ListPage.h"
 
 #include "DiscViewItems.h"
+#include "ListSources.h"
 #include "lists/ListMenu.h"
-#include "lists/ListSources.h"
 #include "lists/ListState.h"
 #include "lists/MediaTypes.h"
 #include "lists/PlayingRow.h"

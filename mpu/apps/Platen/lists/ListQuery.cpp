@@ -1,11 +1,11 @@
 #include "lists/ListQuery.h"
 
 #include "DiscViewItems.h"
+#include "ListSources.h"
 #include "Log.h"
 #include "SqlText.h"
 #include "lists/ListControls.h"
 #include "lists/ListFill.h"
-#include "lists/ListSources.h"
 #include "lists/ListState.h"
 #include "pages/PageState.h"
 #include "parts/ControlLink.h"

@@ -1,11 +1,11 @@
 #include "lists/PlayingRow.h"
 
 #include "DiscViewItems.h"
+#include "ListSources.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
 #include "lists/ListControls.h"
 #include "lists/ListRows.h"
-#include "lists/ListSources.h"
 #include "lists/ListState.h"
 #include "parts/Widgets.h"
 #include "zmui/CUIWndMng.h"

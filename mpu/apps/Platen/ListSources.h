@@ -2,19 +2,24 @@
 
 #include "DiscQDB.h"
 
+/** The catalogue's list that keeps the rows of a source. */
+enum class KeptIn { AudioFolders, VideoFolders, PhotoFolders, Audio, Video, Photo, Search };
+
 /** Entry of the left menu that the list stands for. */
 enum class MenuMark { Files, Folders, None };
 
 /** Which row of a list counts as playing. */
 enum class PlayingMark {
-    Position, ///< the catalogue knows the playing file's position
+    Position, ///< the one at the position that the catalogue finds for the playing file
     File,     ///< the file itself is looked for
     Folder    ///< the playing file's folder
 };
 
-/** All that tells the list sources (LIST_FROM_...) apart on the pages. */
+/** All that tells the list sources (LIST_FROM_...) apart, in the catalogue and on the pages. */
 struct ListSource {
     LIST_FROM_EN from;
+    KeptIn keptIn;
+    QUE_BASE_EN queBase; ///< what a query of its rows gives
     int page;
     int rowIcon;       ///< of all its rows, folders among files included
     int menuItem;      ///< the one "all files" entry that is shown; 0: the menu stays as it is

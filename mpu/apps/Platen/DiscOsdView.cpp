@@ -1,9 +1,9 @@
 #include "DiscOsdView.h"
 
+#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
 #include "ZMModel/ViewMessages.h"
-#include "parts/FindRow.h"
 #include "zmcar/AppMessage.h"
 #include "zmui/CUIWndMng.h"
 

@@ -2,9 +2,9 @@
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
 #include "DiscViewParts.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "parts/DiscTimers.h"
-#include "parts/FindRow.h"
 #include "zmui/CUI_BtList.h"
 
 /* Who takes what the framework tells: a row each. */

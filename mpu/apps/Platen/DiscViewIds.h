@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ZMModel/DiscNumbers.h"
+
 /** View states: which family of pages is current. */
 enum ViewState : int {
     VIEW_STATE_MUSIC_LIST = 2,
@@ -28,17 +30,6 @@ constexpr bool IsPlayState(ViewState state) {
     return state >= VIEW_STATE_AUDIO_PLAY && state <= VIEW_STATE_PHOTO_PLAY;
 }
 
-/** Play types, as the device status numbers them. */
-enum PlayType : int {
-    PLAY_TYPE_DVD = 0,
-    PLAY_TYPE_CD = 1,
-    PLAY_TYPE_MUSIC = 2,
-    PLAY_TYPE_VIDEO = 3,
-    PLAY_TYPE_PHOTO = 4,
-    PLAY_TYPE_VCD = 5,
-    PLAY_TYPE_UNKNOWN = 255
-};
-
 /** Types whose picture is video; they share state and pages. */
 constexpr bool IsVideoType(int type) {
     return type == PLAY_TYPE_DVD || type == PLAY_TYPE_VIDEO || type == PLAY_TYPE_VCD;
@@ -48,9 +39,6 @@ constexpr bool IsVideoType(int type) {
 constexpr bool IsAudioType(int type) {
     return type == PLAY_TYPE_CD || type == PLAY_TYPE_MUSIC;
 }
-
-/** Bits of the mixed-type mask: which media types the disc holds. */
-enum : int { MIXED_MUSIC = 2, MIXED_VIDEO = 4, MIXED_PHOTO = 8 };
 
 /** Which list a play page returns to. */
 enum PlayList : int {
@@ -64,34 +52,10 @@ enum PlayList : int {
     PLAY_LIST_SEARCH = 7
 };
 
-/** Disc states of the play status. */
-enum : int {
-    DISC_STATE_STOPPED = 0,
-    DISC_STATE_LOADING = 1,
-    DISC_STATE_PLAYING = 2,
-    DISC_STATE_PAUSED = 6,
-    DISC_STATE_ERROR = 9,
-    DISC_STATE_FAST_FORWARD = 10,
-    DISC_STATE_FAST_BACKWARD = 11,
-    DISC_STATE_EJECTING = 20
-};
-
 /** Something is in the player, running or paused: its page may be shown. */
 constexpr bool IsRunning(int discState) {
     return discState == DISC_STATE_PLAYING || discState == DISC_STATE_PAUSED;
 }
-
-/** What the device's video mode asks for. */
-enum : int { VIDEO_MODE_ON = 1, VIDEO_MODE_OFF = 2, VIDEO_MODE_TO_LIST = 3 };
-
-/** Error codes of the device status. */
-enum : int {
-    ERROR_STATUS_READ = 32,
-    ERROR_STATUS_SURFACE = 34,
-    ERROR_STATUS_READ_2 = 35,
-    ERROR_STATUS_TEMP = 48,
-    ERROR_STATUS_REGION = 144
-};
 
 /** Hard keys. */
 enum : int {

@@ -1,36 +1,32 @@
 #include "DiscNowPlayingPPSModule.h"
 
 #include "CDiscData.h"
+#include "DiscNumbers.h"
 #include "DiscPPSInfo.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "PPSObjectEncoder.h"
 
 namespace {
 
-enum MEDIA_TYPE_EN { MEDIA_DVD = 0, MEDIA_CD = 1, MEDIA_MUSIC = 2, MEDIA_PHOTO = 4 };
-
-/** By media type. */
-constexpr const char* TYPE_NAMES[] = {NOWPLAYING_TYPE_DVD,   NOWPLAYING_TYPE_CD,    NOWPLAYING_TYPE_MUSIC,
-                                      NOWPLAYING_TYPE_VIDEO, NOWPLAYING_TYPE_PHOTO, NOWPLAYING_TYPE_VCD};
-
-struct StatusRow {
-    int nDiscState;
-    const char* name;
-};
-constexpr StatusRow STATUS_NAMES[] = {
-    {0, NOWPLAYING_STATUS_STOP},       {1, NOWPLAYING_STATUS_LOADING},   {2, NOWPLAYING_STATUS_PLAY},
-    {10, NOWPLAYING_STATUS_PLAY},      {11, NOWPLAYING_STATUS_PLAY},     {6, NOWPLAYING_STATUS_PAUSE},
-    {9, NOWPLAYING_STATUS_ERR_DEVICE}, {20, NOWPLAYING_STATUS_EJECTING},
+/** A number that the disc service reports, and the word that is published for it. */
+struct WordRow {
+    int number;
+    const char* word;
 };
 
-const char* StatusName(int nDiscState) {
-    for (const StatusRow& row : STATUS_NAMES) {
-        if (row.nDiscState == nDiscState) {
-            return row.name;
-        }
-    }
-    return NOWPLAYING_STATUS_IDLE;
-}
+constexpr WordRow TYPES[] = {
+    {PLAY_TYPE_DVD, NOWPLAYING_TYPE_DVD},     {PLAY_TYPE_CD, NOWPLAYING_TYPE_CD},
+    {PLAY_TYPE_MUSIC, NOWPLAYING_TYPE_MUSIC}, {PLAY_TYPE_VIDEO, NOWPLAYING_TYPE_VIDEO},
+    {PLAY_TYPE_PHOTO, NOWPLAYING_TYPE_PHOTO}, {PLAY_TYPE_VCD, NOWPLAYING_TYPE_VCD},
+};
+
+constexpr WordRow STATES[] = {
+    {DISC_STATE_STOPPED, NOWPLAYING_STATUS_STOP},       {DISC_STATE_LOADING, NOWPLAYING_STATUS_LOADING},
+    {DISC_STATE_PLAYING, NOWPLAYING_STATUS_PLAY},       {DISC_STATE_FAST_FORWARD, NOWPLAYING_STATUS_PLAY},
+    {DISC_STATE_FAST_BACKWARD, NOWPLAYING_STATUS_PLAY}, {DISC_STATE_PAUSED, NOWPLAYING_STATUS_PAUSE},
+    {DISC_STATE_ERROR, NOWPLAYING_STATUS_ERR_DEVICE},   {DISC_STATE_EJECTING, NOWPLAYING_STATUS_EJECTING},
+};
 
 } // namespace
 
@@ -46,14 +42,16 @@ bool DiscNowPlayingPPSModule::PublishMediaInfo() {
     const T_MPEG_MEDIA_INFO info = m_pDiscData->GetCurPlayInfo();
     const T_PLAYTIME_INFO time = m_pDiscData->GetPlayTime();
 
-    const bool bKnown = nType >= 0 && nType < static_cast<int>(std::size(TYPE_NAMES));
-    const bool bTimed = bKnown && nType != MEDIA_PHOTO;
-    const int nFile = nType == MEDIA_DVD ? info.chapter : info.mediaId;
-    const int nFiles = nType == MEDIA_DVD ? info.chapters : info.mediaIds;
+    const WordRow* type = FindRow(TYPES, &WordRow::number, nType);
+    const WordRow* state = FindRow(STATES, &WordRow::number, status.discState);
+    const bool bKnown = type != nullptr;
+    const bool bTimed = bKnown && nType != PLAY_TYPE_PHOTO;
+    const int nFile = nType == PLAY_TYPE_DVD ? info.chapter : info.mediaId;
+    const int nFiles = nType == PLAY_TYPE_DVD ? info.chapters : info.mediaIds;
 
     return PPSObjectEncoder(m_strObject, NOWPLAYING_MEDIAINFO)
-        .Add(NOWPLAYING_MEDIAINFO_STATUS, StatusName(status.discState))
-        .Add(NOWPLAYING_MEDIAINFO_MEDIATYPE, bKnown ? TYPE_NAMES[nType] : NOWPLAYING_TYPE_UNKNOWN)
+        .Add(NOWPLAYING_MEDIAINFO_STATUS, state ? state->word : NOWPLAYING_STATUS_IDLE)
+        .Add(NOWPLAYING_MEDIAINFO_MEDIATYPE, bKnown ? type->word : NOWPLAYING_TYPE_UNKNOWN)
         .Add(NOWPLAYING_MEDIAINFO_PLAYTIME, bTimed ? time.time : 0)
         .Add(NOWPLAYING_MEDIAINFO_TOTALTIME, bTimed ? time.trackTime : 0)
         .Add(NOWPLAYING_MEDIAINFO_FILENUM, bKnown ? nFile : 0)
@@ -68,10 +66,10 @@ bool DiscNowPlayingPPSModule::PublishPlayID3() {
     }
     const int nType = m_pDiscData->GetDeviceStatus().nMediaType;
     T_ID3_INFO text;
-    if (nType == MEDIA_MUSIC || nType == MEDIA_CD) {
+    if (nType == PLAY_TYPE_MUSIC || nType == PLAY_TYPE_CD) {
         text = m_pDiscData->GetID3Info();
     }
-    if (nType == MEDIA_MUSIC) {
+    if (nType == PLAY_TYPE_MUSIC) {
         text.title = m_pDiscData->GetPlayFileName();
     }
     return PPSObjectEncoder(m_strObject, NOWPLAYING_TRACK)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ZMModel/DiscNumbers.h"
+
 #include <cstdint>
 #include <string>
 
@@ -8,11 +10,10 @@ struct T_MPEG_DEVICE_STATUS {
     bool bConnected = false;      ///< the drive is connected
     bool bExisting = false;       ///< a disc is present
     bool bMixedSwitching = false; ///< the service switches between the kinds of a mixed disc
-    int32_t nMediaType =
-        255; ///< current media type: 0 DVD, 1 CD, 2 music, 3 video, 4 photo, 5 VCD, 255 unknown
-    int32_t nMixedType = 128; ///< mask of the kinds on a mixed disc
-    int32_t nErrorStatus = 0; ///< device error code
-    int32_t nVideoMode = 0;   ///< video output mode
+    int32_t nMediaType = PLAY_TYPE_UNKNOWN;
+    int32_t nMixedType = 128; ///< mask of the kinds on a mixed disc: MIXED_...
+    int32_t nErrorStatus = 0; ///< device error code: ERROR_STATUS_...
+    int32_t nVideoMode = 0;   ///< video output mode: VIDEO_MODE_...
 };
 
 /** The track that is played; the plural fields are the counts that go with the numbers. */
@@ -30,7 +31,7 @@ struct T_MPEG_MEDIA_INFO {
 };
 
 struct T_PLAY_STATUS {
-    int32_t discState = -1;
+    int32_t discState = -1; ///< DISC_STATE_...
     int32_t repeat = -1;
     int32_t shuffle = -1;
     int32_t scan = -1;

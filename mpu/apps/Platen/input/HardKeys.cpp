@@ -2,13 +2,13 @@
 
 #include "DiscViewController.h"
 #include "DiscViewIds.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "input/DirectionKeys.h"
 #include "input/GotoPage.h"
 #include "lists/ListState.h"
 #include "pages/PageState.h"
 #include "parts/ControlLink.h"
-#include "parts/FindRow.h"
 #include "video/OverlayWindow.h"
 
 /** A hard key; every action may rely on the controller. */

@@ -1,6 +1,7 @@
 #include "input/ListClicks.h"
 
 #include "DiscViewItems.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
 #include "input/GotoPage.h"
@@ -14,7 +15,6 @@
 #include "pages/PageState.h"
 #include "pages/SourcePopup.h"
 #include "parts/ControlLink.h"
-#include "parts/FindRow.h"
 
 /** A list page of a data disc. */
 struct ListClicks::PageRules {

@@ -3,11 +3,11 @@
 #include "DiscViewController.h"
 #include "DiscViewIds.h"
 #include "DiscViewItems.h"
+#include "FindRow.h"
 #include "input/TouchPoints.h"
 #include "lists/ListChange.h"
 #include "pages/SourcePopup.h"
 #include "parts/ControlLink.h"
-#include "parts/FindRow.h"
 
 #include <cstdlib>
 

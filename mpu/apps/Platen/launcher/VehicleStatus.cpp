@@ -1,10 +1,10 @@
 #include "launcher/VehicleStatus.h"
 
 #include "DiscOsdView.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "pages/ParkingGate.h"
 #include "pages/StatusIndicators.h"
-#include "parts/FindRow.h"
 #include "parts/StatusBar.h"
 #include "video/OverlayWindow.h"
 

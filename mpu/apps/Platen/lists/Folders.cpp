@@ -2,6 +2,7 @@
 
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "SqlText.h"
 #include "lists/ListControls.h"
@@ -12,7 +13,6 @@
 #include "lists/RowPlay.h"
 #include "pages/PageState.h"
 #include "parts/ControlLink.h"
-#include "parts/FindRow.h"
 #include "parts/ItemText.h"
 #include "parts/Widgets.h"
 #include "zmui/CUIAnalysis.h"

@@ -2,8 +2,8 @@
 
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
+#include "FindRow.h"
 #include "lists/ListState.h"
-#include "parts/FindRow.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "overlay/Bars.h"
 
+#include "FindRow.h"
 #include "overlay/OverlayState.h"
-#include "parts/FindRow.h"
 #include "parts/SourceGroup.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"

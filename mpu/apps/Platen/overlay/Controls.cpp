@@ -1,13 +1,13 @@
 #include "overlay/Controls.h"
 
 #include "DiscViewController.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
 #include "overlay/ChapterSteps.h"
 #include "overlay/GotoPad.h"
 #include "overlay/StateDisplay.h"
 #include "parts/DiscTimers.h"
-#include "parts/FindRow.h"
 #include "parts/SourceGroup.h"
 
 /** What a control of a bar does on a click, after the beep. */

@@ -1,10 +1,10 @@
 #include "overlay/KeyAnswers.h"
 
+#include "FindRow.h"
 #include "Log.h"
 #include "ZMModel/CDiscData.h"
 #include "overlay/OverlayState.h"
 #include "overlay/StateDisplay.h"
-#include "parts/FindRow.h"
 #include "parts/WideText.h"
 
 namespace {

@@ -2,11 +2,11 @@
 
 #include "DiscViewController.h"
 #include "DiscViewItems.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "pages/PageState.h"
 #include "parts/ControlLink.h"
 #include "parts/DiscTimers.h"
-#include "parts/FindRow.h"
 #include "parts/Widgets.h"
 #include "video/OverlayWindow.h"
 #include "video/VideoWindow.h"

@@ -1,6 +1,6 @@
 #include "parts/DiscTimers.h"
 
-#include "parts/FindRow.h"
+#include "FindRow.h"
 #include "zmcar/TimerBase.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "parts/SourceGroup.h"
 
-#include "parts/FindRow.h"
+#include "FindRow.h"
 #include "zmcar/PublicController.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"

@@ -1,6 +1,7 @@
 // A list of 65,535 rows in the application, on a thread of this process: from the tap to the first five rows
 // on the screen and to the last row in the list control, beside a bare loop over the same statement; and how
 // long the view's thread is blocked meanwhile.
+#include "ZMModel/CDiscData.h"
 #include "base/Paths.h"
 #include "benchmarks/BenchUnit.h"
 #include "benchmarks/Figure.h"
@@ -93,6 +94,7 @@ double threadTime() {
 /** The application's catalogue, which also tells when its worker has ended a task. */
 class TimedCatalogue : public DiscQDB {
 public:
+    TimedCatalogue() : DiscQDB(*CDiscData::GetInstance()) {}
     ~TimedCatalogue() override { Close(); }
 
     /** Processor time in milliseconds of QueryPlayListCmd and of the worker's task, with all rows there. */

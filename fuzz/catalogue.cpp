@@ -4,6 +4,7 @@
 #include "fuzz/support/Scratch.h"
 
 #include "DiscQDB.h"
+#include "ZMModel/CDiscData.h"
 #include "parts/WideText.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -148,7 +149,9 @@ void readValues(DiscQDB& database) {
 // The worker ends before its object, as in the application.
 class OpenDatabase : public DiscQDB {
 public:
-    OpenDatabase() { check(Init() && OpenDb(), "the catalogue can be read"); }
+    OpenDatabase() : DiscQDB(*CDiscData::GetInstance()) {
+        check(Init() && OpenDb(), "the catalogue can be read");
+    }
     ~OpenDatabase() override {
         Close();
         CloseDb();

@@ -275,7 +275,7 @@ TEST_F(DiscQDBConnectionTest, TheLockIsFreeAfterEveryInitialisation) {
 
 TEST_F(DiscQDBConnectionTest, AnObjectThatIsNeverUsedComesAndGoes) {
     forgetLog();
-    { DiscQDB unused; }
+    { DiscQDB unused(m_data); }
     EXPECT_THAT(logged(), IsEmpty());
 }
 

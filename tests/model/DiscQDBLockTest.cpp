@@ -156,7 +156,7 @@ TEST_F(DiscQDBStatementLockTest, ListsAndFlagsAreReadBesideIt) {
 TEST_F(DiscQDBStatementLockTest, AnObjectThatGoesWaitsForItsWorker) {
     // Names with memory of their own: a worker that outlived the lists would use what they gave back.
     sql("UPDATE files SET filename = filename || ' with a name that is longer than any text object';");
-    auto db = std::make_unique<DiscQDB>();
+    auto db = std::make_unique<DiscQDB>(m_data);
     db->Init();
     db->InitDataBase();
     db->QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, "");

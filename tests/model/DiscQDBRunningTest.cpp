@@ -44,6 +44,7 @@ TEST_F(DiscQDBQueryTest, TheBreakFlagIsKeptAndBreaksNothing) {
 /** A worker that a test can stop at a row. */
 class HeldWorker : public DiscQDB {
 public:
+    HeldWorker() : DiscQDB(*CDiscData::GetInstance()) {}
     ~HeldWorker() override { Close(); }
 
     /** Asks for all songs; waits until the worker has read `rows` of them and is held there. */

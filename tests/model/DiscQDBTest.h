@@ -5,6 +5,7 @@
 #include "tests/support/Eventually.h"
 
 #include "DiscQDB.h"
+#include "ZMModel/CDiscData.h"
 
 #include <string>
 #include <vector>
@@ -60,7 +61,8 @@ protected:
         return result;
     }
 
-    DiscQDB m_db;
+    CDiscData m_data;
+    DiscQDB m_db{m_data};
 };
 
 } // namespace zm::test

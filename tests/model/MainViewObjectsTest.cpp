@@ -59,7 +59,7 @@ TEST_F(MainViewObjects, TheOverlayGoesBeforeTheParkingPageComes) {
 }
 
 TEST_F(MainViewObjects, TheSourceIsAskedForWithTheFirstDiscAndAgainAfterItWasGivenBack) {
-    DiscQDB catalogue;
+    DiscQDB catalogue(data);
     SourceRequest request(data, catalogue, control, state, notices);
     request.OnUserMsgDeviceState();
     EXPECT_FALSE(request.IsRequested());

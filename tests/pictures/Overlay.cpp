@@ -83,7 +83,7 @@ constexpr PictureRow rows[] = {
     {"dvd-sources", WND_VIDEO, OSD_WND_DVD,
      [](Stage& stage) {
          play(stage, PLAY_TYPE_DVD);
-         stage.clickOverlay(OSD_WND_DVD, SRC_CTRL_OPEN);
+         stage.clickOverlay(OSD_WND_DVD, OSD_CTRL_SRC_OPEN);
      }},
 
     {"video", WND_VIDEO, OSD_WND_VIDEO, [](Stage& stage) { play(stage, PLAY_TYPE_VIDEO); }, "de"},
@@ -126,7 +126,7 @@ constexpr PictureRow rows[] = {
     {"photo-sources", WND_VIDEO, OSD_WND_PICTURE,
      [](Stage& stage) {
          play(stage, PLAY_TYPE_PHOTO);
-         stage.clickOverlay(OSD_WND_PICTURE, SRC_CTRL_OPEN);
+         stage.clickOverlay(OSD_WND_PICTURE, OSD_CTRL_SRC_OPEN);
      }},
 
     {"overlay-pad", WND_VIDEO, OSD_WND_GOTO,

@@ -110,7 +110,7 @@ constexpr PictureRow rows[] = {
     {"message-sources", WND_DISC_LOADING, 0,
      [](Stage& stage) {
          stage.unit.disc.presence(0);
-         stage.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
+         stage.click(WND_DISC_LOADING, OSD_CTRL_SRC_OPEN);
      },
      "de"},
     {"disc-error", WND_DISC_ERROR, 0,
@@ -153,7 +153,7 @@ constexpr PictureRow rows[] = {
     {"music-sources", WND_AUDIO_PLAY, 0,
      [](Stage& stage) {
          music(stage);
-         stage.click(WND_AUDIO_PLAY, SRC_CTRL_OPEN);
+         stage.click(WND_AUDIO_PLAY, OSD_CTRL_SRC_OPEN);
      }},
 
     {"driving-video", WND_PARKING, 0, [](Stage& stage) { driving(stage, PLAY_TYPE_DVD); }, "de"},

@@ -82,13 +82,13 @@ TEST_P(ShownBar, DrawsItsStatus) {
 
 TEST_P(ShownBar, DrawsThatTheSourcePopupWentByItself) {
     const auto open = [&] {
-        press(SRC_CTRL_OPEN);
-        ASSERT_TRUE(item(ITEM_SRC_GROUP).visible);
+        press(OSD_CTRL_SRC_OPEN);
+        ASSERT_TRUE(item(OSD_ITEM_SRC_GROUP).visible);
     };
     open();
-    expectDrawn({ITEM_SRC_GROUP}, [&] { expire(ENUM_TIMER_DISPLAY_SRC); });
+    expectDrawn({OSD_ITEM_SRC_GROUP}, [&] { expire(ENUM_TIMER_DISPLAY_SRC); });
     open();
-    expectDrawn({ITEM_SRC_GROUP}, [&] { unit.app("resume"); });
+    expectDrawn({OSD_ITEM_SRC_GROUP}, [&] { unit.app("resume"); });
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, ShownBar, testing::ValuesIn(EVERY_CLIP), barName);

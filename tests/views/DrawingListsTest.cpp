@@ -118,9 +118,9 @@ TEST_F(ShownList, LosesTheSourcePopupByTimeAndByAResume) {
           {"resume", [this] { unit.app("resume"); }}}) {
         SCOPED_TRACE(name);
         action();
-        const Rect popup = unit.main.item(WND_MEDIA_LIST, ITEM_SRC_GROUP).rect;
+        const Rect popup = unit.main.item(WND_MEDIA_LIST, OSD_ITEM_SRC_GROUP).rect;
         const auto without = cut(popup);
-        press(SRC_CTRL_OPEN);
+        press(OSD_CTRL_SRC_OPEN);
         ASSERT_TRUE(cut(popup) != without);
         action();
         EXPECT_EQ(cut(popup), without);

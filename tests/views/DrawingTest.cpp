@@ -10,19 +10,19 @@ namespace zm::test {
 class Drawing : public DrawingView {
 protected:
     void openPopup(int page) {
-        unit.click(page, SRC_CTRL_OPEN, BT_STATE_RELEASED);
-        ASSERT_TRUE(unit.main.item(page, ITEM_SRC_GROUP).visible);
+        unit.click(page, OSD_CTRL_SRC_OPEN, BT_STATE_RELEASED);
+        ASSERT_TRUE(unit.main.item(page, OSD_ITEM_SRC_GROUP).visible);
     }
     /** `action` takes the popup of the page away; nothing of it stays. */
     void expectNoTrace(int page, const std::function<void()>& action) {
-        const Rect popup = unit.main.item(page, ITEM_SRC_GROUP).rect;
+        const Rect popup = unit.main.item(page, OSD_ITEM_SRC_GROUP).rect;
         action();
         const auto without = cut(popup);
         openPopup(page);
         EXPECT_NE(cut(popup), without);
         action();
         ASSERT_EQ(unit.main.window(), page);
-        EXPECT_FALSE(unit.main.item(page, ITEM_SRC_GROUP).visible);
+        EXPECT_FALSE(unit.main.item(page, OSD_ITEM_SRC_GROUP).visible);
         EXPECT_EQ(cut(popup), without);
     }
 };
@@ -45,7 +45,7 @@ TEST_F(Drawing, AListThatIsReadAgainLeavesNothingOfTheSourcePopup) {
     });
     // What is touched is what is seen there: not a source, but the tab behind it.
     unit.clearRequests();
-    const Rect radio = unit.main.item(WND_MEDIA_LIST, SRC_CTRL_RADIO).rect;
+    const Rect radio = unit.main.item(WND_MEDIA_LIST, OSD_CTRL_SRC_RADIO).rect;
     unit.touch(radio.x + radio.w / 2, radio.y + radio.h / 2);
     EXPECT_THAT(unit.requests(), testing::Not(testing::Contains(HasSubstr("QueryLauncher"))));
 }
@@ -87,14 +87,14 @@ TEST_F(Drawing, ThePauseOfADvdLeavesNothingOfTheSourcePopup) {
     playClip(DVD);
     unit.disc.state(DISC_STATE_STOPPED);
     unit.disc.state(DISC_STATE_PLAYING);
-    const Rect popup = item(ITEM_SRC_GROUP).rect;
+    const Rect popup = item(OSD_ITEM_SRC_GROUP).rect;
     unit.disc.state(DISC_STATE_STOPPED);
     const auto paused = cut(popup);
     unit.disc.state(DISC_STATE_PLAYING);
-    press(SRC_CTRL_OPEN);
+    press(OSD_CTRL_SRC_OPEN);
     unit.disc.state(DISC_STATE_STOPPED);
     EXPECT_EQ(picture(), 259);
-    EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+    EXPECT_FALSE(item(OSD_ITEM_SRC_GROUP).visible);
     EXPECT_EQ(cut(popup), paused);
 }
 

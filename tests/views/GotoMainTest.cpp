@@ -60,7 +60,7 @@ TEST_F(GotoMain, EachKeyBeepsButTheCaption) {
 
 TEST_F(GotoMain, OtherKeysGoToTheSourceGroup) {
     open(PLAY_TYPE_CD, {.mediaIds = 12});
-    clickPad(SRC_CTRL_RADIO);
+    clickPad(OSD_CTRL_SRC_RADIO);
     EXPECT_THAT(applications(), ElementsAre("zmradio null"));
 }
 

@@ -243,10 +243,10 @@ const Way WAYS[] = {
      [](DrivingUnit& at) {
          at.insert(PLAY_TYPE_DVD);
          if (at.unit.main.window() == WND_PARKING) {
-             at.touchControl(WND_PARKING, SRC_CTRL_OPEN);
+             at.touchControl(WND_PARKING, OSD_CTRL_SRC_OPEN);
          } else {
              at.unit.touch(400, 240);
-             at.unit.touchItem(at.unit.osd, 1, SRC_CTRL_OPEN);
+             at.unit.touchItem(at.unit.osd, 1, OSD_CTRL_SRC_OPEN);
          }
      },
      [](DrivingUnit& at) { at.wait(10s); }},

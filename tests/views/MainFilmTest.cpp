@@ -34,9 +34,9 @@ public:
     void openSources() {
         if (unit.main.window() == WND_VIDEO) {
             unit.touch(400, 240);
-            unit.touchItem(unit.osd, unit.osd.window(), SRC_CTRL_OPEN);
+            unit.touchItem(unit.osd, unit.osd.window(), OSD_CTRL_SRC_OPEN);
         } else {
-            unit.touchItem(unit.main, unit.main.window(), SRC_CTRL_OPEN);
+            unit.touchItem(unit.main, unit.main.window(), OSD_CTRL_SRC_OPEN);
         }
     }
     /** The page that takes the touches is what is seen. */

@@ -92,10 +92,10 @@ TEST_F(MainFrame, ShowingAPageLogsBeginningAndEnd) {
 }
 
 TEST_F(MainFrame, ShowingAPageClosesItsSourcePopup) {
-    unit.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
-    ASSERT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    unit.click(WND_DISC_LOADING, OSD_CTRL_SRC_OPEN);
+    ASSERT_TRUE(unit.main.item(WND_DISC_LOADING, OSD_ITEM_SRC_GROUP).visible);
     unit.disc.state(DISC_STATE_LOADING);
-    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, OSD_ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(MainFrame, ErrorPageNamesTheError) {

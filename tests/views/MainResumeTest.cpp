@@ -128,26 +128,26 @@ TEST_F(MainResume, ResumeOfAudioAndOfListsClosesTheSourcePopup) {
         reach(VIEW_STATE_MUSIC_LIST);
         unit.disc.mediaType(type);
         const auto before = captures();
-        unit.click(WND_MEDIA_LIST, SRC_CTRL_OPEN);
-        ASSERT_TRUE(unit.main.item(WND_MEDIA_LIST, ITEM_SRC_GROUP).visible);
+        unit.click(WND_MEDIA_LIST, OSD_CTRL_SRC_OPEN);
+        ASSERT_TRUE(unit.main.item(WND_MEDIA_LIST, OSD_ITEM_SRC_GROUP).visible);
         unit.app("resume");
-        EXPECT_FALSE(unit.main.item(WND_MEDIA_LIST, ITEM_SRC_GROUP).visible);
+        EXPECT_FALSE(unit.main.item(WND_MEDIA_LIST, OSD_ITEM_SRC_GROUP).visible);
         EXPECT_EQ(captures(), before);
     }
 }
 
 TEST_F(MainResume, ResumeOfAnUnknownTypeLeavesThePopup) {
-    unit.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
+    unit.click(WND_DISC_LOADING, OSD_CTRL_SRC_OPEN);
     unit.app("resume");
-    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, OSD_ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(MainResume, ResumeRedrawsTheOverlay) {
     play(PLAY_TYPE_DVD);
-    unit.clickOsd(1, SRC_CTRL_OPEN);
-    ASSERT_TRUE(unit.osd.item(1, ITEM_SRC_GROUP).visible);
+    unit.clickOsd(1, OSD_CTRL_SRC_OPEN);
+    ASSERT_TRUE(unit.osd.item(1, OSD_ITEM_SRC_GROUP).visible);
     unit.app("resume");
-    EXPECT_FALSE(unit.osd.item(1, ITEM_SRC_GROUP).visible);
+    EXPECT_FALSE(unit.osd.item(1, OSD_ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(MainResume, ResumePublishesWhatPlaysMediaInfoFirst) {
@@ -228,18 +228,18 @@ protected:
 TEST_F(MainNeverShown, ItsFirstResumeLeavesPopupsAlone) {
     play(PLAY_TYPE_MUSIC);
     for (const bool shown : {true, false}) { // the second resume closes it
-        unit.click(WND_AUDIO_PLAY, SRC_CTRL_OPEN);
+        unit.click(WND_AUDIO_PLAY, OSD_CTRL_SRC_OPEN);
         unit.app("resume");
-        EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, ITEM_SRC_GROUP).visible, shown);
+        EXPECT_EQ(unit.main.item(WND_AUDIO_PLAY, OSD_ITEM_SRC_GROUP).visible, shown);
     }
 }
 
 TEST_F(MainNeverShown, ItsFirstResumeLeavesTheOverlayAlone) {
     play(PLAY_TYPE_DVD);
     for (const bool shown : {true, false}) {
-        unit.clickOsd(OSD_WND_DVD, SRC_CTRL_OPEN);
+        unit.clickOsd(OSD_WND_DVD, OSD_CTRL_SRC_OPEN);
         unit.app("resume");
-        EXPECT_EQ(unit.osd.item(OSD_WND_DVD, ITEM_SRC_GROUP).visible, shown);
+        EXPECT_EQ(unit.osd.item(OSD_WND_DVD, OSD_ITEM_SRC_GROUP).visible, shown);
     }
 }
 

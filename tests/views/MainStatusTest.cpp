@@ -111,7 +111,7 @@ TEST_F(MainStatus, OverlayFollowsTheRulesOfTheMainViewButForBluetooth) {
         EXPECT_EQ(unit.osd.item(OSD_WND_VCD, OSD_ITEM_MUTE).visible, value == 255);
     }
     std::string last;
-    for (const int value : {0, 2, 1, 3, -1, 77}) {
+    for (const int value : {0, 2, 1, 0, 3, -1, 1, 77}) {
         unit.device(DEV_STATUS_BT, value);
         last = value >= 0 && value <= 2 ? std::to_string(value) : last;
         EXPECT_EQ(unit.osd.item(OSD_WND_VCD, OSD_ITEM_BT).text, last) << value;
@@ -268,7 +268,7 @@ TEST_F(MainStatus, ParkingPageHandsOtherControlsToTheSourceGroup) {
         unit.click(WND_PARKING, control);
     }
     EXPECT_THAT(unit.requests(), IsEmpty());
-    unit.click(WND_PARKING, SRC_CTRL_RADIO);
+    unit.click(WND_PARKING, OSD_CTRL_SRC_RADIO);
     EXPECT_THAT(applications(), ElementsAre("zmradio null"));
 }
 

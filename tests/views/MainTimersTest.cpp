@@ -226,19 +226,19 @@ TEST_F(MainTimersOfLists, TheTopOfTheTracksIsRemembered) {
 }
 
 TEST_F(MainTimers, SourcePopupClosesAfterFiveSeconds) {
-    unit.click(WND_DISC_LOADING, SRC_CTRL_OPEN);
+    unit.click(WND_DISC_LOADING, OSD_CTRL_SRC_OPEN);
     unit.advance(4999ms);
-    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, OSD_ITEM_SRC_GROUP).visible);
     unit.advance(1ms);
-    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, OSD_ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(MainTimers, SourceTimerClosesTheOverlaysPopupToo) {
     play(PLAY_TYPE_DVD);
-    unit.clickOsd(1, SRC_CTRL_OPEN);
-    ASSERT_TRUE(unit.osd.item(1, ITEM_SRC_GROUP).visible);
+    unit.clickOsd(1, OSD_CTRL_SRC_OPEN);
+    ASSERT_TRUE(unit.osd.item(1, OSD_ITEM_SRC_GROUP).visible);
     unit.advance(5s);
-    EXPECT_FALSE(unit.osd.item(1, ITEM_SRC_GROUP).visible);
+    EXPECT_FALSE(unit.osd.item(1, OSD_ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(MainTimers, OverlayGoesTenSecondsAfterATouch) {

@@ -209,9 +209,9 @@ TEST_F(MainTouch, SourceGroupAsksForTheOtherApplications) {
 
 TEST_F(MainTouch, SourceGroupOpensAndCloses) {
     unit.click(WND_DISC_LOADING, 5);
-    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    EXPECT_TRUE(unit.main.item(WND_DISC_LOADING, OSD_ITEM_SRC_GROUP).visible);
     unit.click(WND_DISC_LOADING, 99);
-    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, ITEM_SRC_GROUP).visible);
+    EXPECT_FALSE(unit.main.item(WND_DISC_LOADING, OSD_ITEM_SRC_GROUP).visible);
     EXPECT_EQ(beeps(), 2);
 }
 

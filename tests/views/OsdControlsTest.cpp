@@ -160,7 +160,7 @@ TEST_F(OsdControls, OnlyAReleaseActsExceptForSeeking) {
         playClip(clip);
         for (const int state : {0, 2, 3, 4}) {
             unit.clickOsd(clip.window, OSD_CTRL_PLAY, state);
-            unit.clickOsd(clip.window, SRC_CTRL_RADIO, state);
+            unit.clickOsd(clip.window, OSD_CTRL_SRC_RADIO, state);
         }
         EXPECT_THAT(unit.commands(), IsEmpty()) << clip.type;
         EXPECT_THAT(unit.requests(), IsEmpty()) << clip.type;
@@ -178,31 +178,31 @@ TEST_F(OsdControls, TheSourceGroupClosesAfterFiveSeconds) {
     for (const OsdClip& clip : EVERY_CLIP) {
         SCOPED_TRACE(clip.type);
         playClip(clip);
-        press(SRC_CTRL_OPEN);
+        press(OSD_CTRL_SRC_OPEN);
         EXPECT_EQ(beeps(), 1);
-        EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
+        EXPECT_TRUE(item(OSD_ITEM_SRC_GROUP).visible);
         unit.advance(4999ms);
-        EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
+        EXPECT_TRUE(item(OSD_ITEM_SRC_GROUP).visible);
         unit.advance(1ms);
-        EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+        EXPECT_FALSE(item(OSD_ITEM_SRC_GROUP).visible);
     }
 }
 
 TEST_F(OsdControls, ClosingTheSourceGroupLeavesItsTimerRunning) {
     playClip(DVD);
-    press(SRC_CTRL_OPEN);
+    press(OSD_CTRL_SRC_OPEN);
     unit.advance(3s);
-    press(SRC_CTRL_CLOSE);
-    EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+    press(OSD_CTRL_SRC_CLOSE);
+    EXPECT_FALSE(item(OSD_ITEM_SRC_GROUP).visible);
     // The timer's expiry shows on the main view's page, where the group is opened behind its back.
     const int page = unit.main.window();
     unit.onViewThread([&] {
         CUIAnalysis& items = *unit.view().GetUIWndMgrWrapper()->GetUIAnalysisObj();
-        items.ShowItem(page, ITEM_SRC_GROUP, true);
-        items.drawItem(page, ITEM_SRC_GROUP);
+        items.ShowItem(page, OSD_ITEM_SRC_GROUP, true);
+        items.drawItem(page, OSD_ITEM_SRC_GROUP);
     });
     unit.advance(2s);
-    EXPECT_FALSE(unit.main.item(page, ITEM_SRC_GROUP).visible);
+    EXPECT_FALSE(unit.main.item(page, OSD_ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(OsdControls, EveryRequestHasLaunchTypeZero) {
@@ -336,7 +336,7 @@ TEST_F(OsdControlsAlone, TheDiscAndVideoBarsIgnoreEveryTouch) {
             press(control);
             hold(control);
         }
-        EXPECT_FALSE(item(ITEM_SRC_GROUP).visible) << clip.type;
+        EXPECT_FALSE(item(OSD_ITEM_SRC_GROUP).visible) << clip.type;
         EXPECT_EQ(picture(), 0);
         EXPECT_THAT(unit.osd.shown(), testing::Not(testing::Contains(OSD_WND_GOTO)));
         EXPECT_THAT(unit.commands(), IsEmpty());
@@ -346,10 +346,10 @@ TEST_F(OsdControlsAlone, TheDiscAndVideoBarsIgnoreEveryTouch) {
 
 TEST_F(OsdControlsAlone, ThePictureBarStillOpensAndClosesTheSourceGroup) {
     playClip(PICTURE);
-    press(SRC_CTRL_OPEN);
-    EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
-    press(SRC_CTRL_CLOSE);
-    EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+    press(OSD_CTRL_SRC_OPEN);
+    EXPECT_TRUE(item(OSD_ITEM_SRC_GROUP).visible);
+    press(OSD_CTRL_SRC_CLOSE);
+    EXPECT_FALSE(item(OSD_ITEM_SRC_GROUP).visible);
     for (const int control : {6522, 6521, 6524, 6571, 6574, 4, 103, 119}) {
         press(control);
     }

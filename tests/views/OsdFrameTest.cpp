@@ -102,10 +102,10 @@ TEST_F(OsdFrame, ShowingABarClosesTheSourceGroup) {
     for (const OsdClip& clip : EVERY_CLIP) {
         SCOPED_TRACE(clip.type);
         playClip(clip);
-        press(SRC_CTRL_OPEN);
-        ASSERT_TRUE(item(ITEM_SRC_GROUP).visible);
+        press(OSD_CTRL_SRC_OPEN);
+        ASSERT_TRUE(item(OSD_ITEM_SRC_GROUP).visible);
         unit.onViewThread([&] { unit.osdView().ShowCurWnd(true); });
-        EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+        EXPECT_FALSE(item(OSD_ITEM_SRC_GROUP).visible);
     }
 }
 
@@ -119,9 +119,9 @@ TEST_F(OsdFrame, ThePadThatStartUpShowsGoesWithTheFirstOverlay) {
 
 TEST_F(OsdFrame, RedrawingEverythingClosesTheSourceGroup) {
     playClip(DVD);
-    press(SRC_CTRL_OPEN);
+    press(OSD_CTRL_SRC_OPEN);
     unit.onViewThread([&] { unit.osdView().DrawAllItem(); });
-    EXPECT_FALSE(item(ITEM_SRC_GROUP).visible);
+    EXPECT_FALSE(item(OSD_ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(OsdFrame, TheOverlayGoesTenSecondsAfterTheLastTouch) {
@@ -171,7 +171,7 @@ TEST_F(OsdFrame, HidingABarRefreshesItToo) {
 
 TEST_F(OsdFrame, ThePadsWindowIsOnlyRemembered) {
     playClip(DVD);
-    press(SRC_CTRL_OPEN);
+    press(OSD_CTRL_SRC_OPEN);
     unit.deviceSilently(DEV_STATUS_BT, 2);
     const auto display = [&] { return unit.osd.item(OSD_WND_GOTO, GOTO_ITEM_DISPLAY).text; };
     unit.onViewThread([&] { unit.osdView().ShowGotoView(); });
@@ -184,7 +184,7 @@ TEST_F(OsdFrame, ThePadsWindowIsOnlyRemembered) {
         EXPECT_EQ(display() == "", shown);
     }
     EXPECT_NE(text(OSD_ITEM_BT), "2");
-    EXPECT_TRUE(item(ITEM_SRC_GROUP).visible);
+    EXPECT_TRUE(item(OSD_ITEM_SRC_GROUP).visible);
 }
 
 TEST_F(OsdFrame, OtherWindowsAreOnlyLogged) {

@@ -7,8 +7,8 @@ namespace zm::test {
 namespace {
 
 constexpr Rect SCREEN = {0, 0, SCREEN_WIDTH, SCREEN_HEIGHT};
-constexpr int FIRST_OF_POPUP = SRC_CTRL_CLOSE;
-constexpr int LAST_OF_POPUP = SRC_CTRL_AIRCOND;
+constexpr int FIRST_OF_POPUP = OSD_CTRL_SRC_CLOSE;
+constexpr int LAST_OF_POPUP = OSD_CTRL_SRC_AIRCOND;
 constexpr int BESIDE_ALL = 0;
 constexpr auto LONG_TOUCH = 800ms;
 
@@ -124,20 +124,20 @@ TEST_F(ScreenTouch, EveryButtonOfEveryBarIsReportedPressedAndReleased) {
 
 TEST_F(ScreenTouch, TheOpenSourcePopupTakesItsTouchesAndCloses) {
     play(PLAY_TYPE_MUSIC);
-    unit.touchItem(unit.main, WND_AUDIO_PLAY, SRC_CTRL_OPEN);
-    ASSERT_TRUE(unit.main.item(WND_AUDIO_PLAY, ITEM_SRC_GROUP).visible);
+    unit.touchItem(unit.main, WND_AUDIO_PLAY, OSD_CTRL_SRC_OPEN);
+    ASSERT_TRUE(unit.main.item(WND_AUDIO_PLAY, OSD_ITEM_SRC_GROUP).visible);
     forget();
-    for (const int control : {SRC_CTRL_RADIO, SRC_CTRL_USB, SRC_CTRL_BTTEL, SRC_CTRL_NAVI, SRC_CTRL_ASR,
-                              SRC_CTRL_AUX, SRC_CTRL_AIRCOND}) {
+    for (const int control : {OSD_CTRL_SRC_RADIO, OSD_CTRL_SRC_USB, OSD_CTRL_SRC_BTTEL, OSD_CTRL_SRC_NAVI,
+                              OSD_CTRL_SRC_ASR, OSD_CTRL_SRC_AUX, OSD_CTRL_SRC_AIRCOND}) {
         unit.touchItem(unit.main, WND_AUDIO_PLAY, control);
     }
     EXPECT_THAT(applications(), ElementsAre("zmradio null", "zmusb null", "zmbttel null", "zmnavi null",
                                             "zmasr --type=ui", "zmaux1 null", "zmaircond null"));
-    unit.touchItem(unit.main, WND_AUDIO_PLAY, SRC_CTRL_CLOSE);
-    EXPECT_FALSE(unit.main.item(WND_AUDIO_PLAY, ITEM_SRC_GROUP).visible);
-    unit.touchItem(unit.main, WND_AUDIO_PLAY, SRC_CTRL_OPEN);
+    unit.touchItem(unit.main, WND_AUDIO_PLAY, OSD_CTRL_SRC_CLOSE);
+    EXPECT_FALSE(unit.main.item(WND_AUDIO_PLAY, OSD_ITEM_SRC_GROUP).visible);
+    unit.touchItem(unit.main, WND_AUDIO_PLAY, OSD_CTRL_SRC_OPEN);
     unit.advance(5s);
-    EXPECT_FALSE(unit.main.item(WND_AUDIO_PLAY, ITEM_SRC_GROUP).visible) << "by itself";
+    EXPECT_FALSE(unit.main.item(WND_AUDIO_PLAY, OSD_ITEM_SRC_GROUP).visible) << "by itself";
     EXPECT_THAT(unit.commands(), IsEmpty()) << "nothing behind the popup was touched";
 }
 
@@ -228,12 +228,12 @@ TEST_F(ScreenTouch, ASwipeNeedsMoreThanAHundredPixels) {
 
 TEST_F(ScreenTouch, ASwipeThatBeginsOnAButtonClicksItToo) {
     play(PLAY_TYPE_MUSIC);
-    const Point list = at(unit.main, WND_AUDIO_PLAY, SRC_CTRL_OPEN);
+    const Point list = at(unit.main, WND_AUDIO_PLAY, OSD_CTRL_SRC_OPEN);
     unit.drag(list.x, list.y, list.x + 300, 200);
-    EXPECT_TRUE(unit.main.item(WND_AUDIO_PLAY, ITEM_SRC_GROUP).visible);
+    EXPECT_TRUE(unit.main.item(WND_AUDIO_PLAY, OSD_ITEM_SRC_GROUP).visible);
     EXPECT_THAT(unit.commands(), ElementsAre(PreviousClip()));
     const Point progress = at(unit.main, WND_AUDIO_PLAY, ITEM_PROGRESS);
-    unit.touchItem(unit.main, WND_AUDIO_PLAY, SRC_CTRL_CLOSE);
+    unit.touchItem(unit.main, WND_AUDIO_PLAY, OSD_CTRL_SRC_CLOSE);
     forget();
     unit.drag(progress.x, progress.y, progress.x + 300, 200);
     EXPECT_THAT(unit.commands(), IsEmpty()) << "the progress bar is not swiped";

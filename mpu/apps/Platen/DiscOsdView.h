@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DiscQDB.h"
 #include "overlay/Bars.h"
 #include "overlay/ChapterSteps.h"
 #include "overlay/Controls.h"
@@ -23,7 +24,7 @@
 class DiscOsdView : public Oro::ZMCAR::ViewOsd {
 public:
     /** What it shows stands in `data`. */
-    explicit DiscOsdView(CDiscData& data) : m_state(data) {}
+    explicit DiscOsdView(CDiscData& data) : m_state(data), m_discDb(data) {}
 
     /** Gives the overlay its commands and timers; null is ignored. */
     void AttachControl(DiscViewController* controller);
@@ -88,6 +89,7 @@ private:
     bool HasAnswers() const;
 
     OverlayState m_state;
+    DiscQDB m_discDb; ///< each view has one; nobody opens this one or gives it work
     StateDisplay m_display{m_state};
     KeyAnswers m_answers{m_state, m_display};
     MessageTips m_tips{m_state, m_display};

@@ -11,7 +11,7 @@
 static constexpr const char* DATABASE = "/dev/qdb/discdb";
 static constexpr int CONNECT_FLAGS = 1;
 
-DiscQDB::DiscQDB() {
+DiscQDB::DiscQDB(CDiscData& data) : m_pDiscData(&data) {
     pthread_mutex_init(&m_mutex, nullptr);
     pthread_mutex_init(&m_mutexStatement, nullptr);
     DataInit();

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+class CDiscData;
 struct ListSource;
 
 /** Types of the catalogue's files; rows that stand for a folder carry the last one, which the database never
@@ -56,7 +57,8 @@ struct T_PLAY_LIST_ITEM {
  */
 class DiscQDB : public Oro::ZMCAR::ThreadControl {
 public:
-    DiscQDB();
+    /** `data` is kept for queries that need it; those below do not. */
+    explicit DiscQDB(CDiscData& data);
     ~DiscQDB() override;
 
     /** Forgets the rows of the last disc and opens the database if it is not open. */
@@ -161,6 +163,7 @@ private:
     pthread_mutex_t m_mutex;
     /** Held while the worker's statement runs, before m_mutex: that one is never held for long. */
     pthread_mutex_t m_mutexStatement;
+    CDiscData* m_pDiscData;
     qdb_hdl_t* m_hDb = nullptr;
     /** Of the values that are read on the caller's thread, which so never waits for the worker's statement. */
     qdb_hdl_t* m_hValueDb = nullptr;

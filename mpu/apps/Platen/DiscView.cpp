@@ -30,7 +30,7 @@ void SetStartValues(CUIAnalysis& ui) {
 
 DiscView::DiscView(const std::string& name, CDiscData& data)
     : m_pParts(std::make_unique<DiscViewParts>(*this, name, data)) {
-    m_pParts->catalogue.Init();
+    m_pParts->m_discDb.Init();
 }
 
 DiscView::~DiscView() = default;
@@ -48,7 +48,7 @@ void DiscView::ViewInit() {
     if (widgets.m_pUIAnalysis) {
         m_pParts->listControls.TakeLists(*widgets.m_pUIAnalysis);
     }
-    m_pParts->catalogue.InitDataBase();
+    m_pParts->m_discDb.InitDataBase();
     if (widgets.m_pUIAnalysis) {
         SetStartValues(*widgets.m_pUIAnalysis);
     }
@@ -68,7 +68,7 @@ void DiscView::SetWaitDeviceStateTimer() {
 }
 
 bool DiscView::Close() {
-    m_pParts->catalogue.ThreadControl::Close();
+    m_pParts->m_discDb.ThreadControl::Close();
     if (m_pParts->data.GetVideoStatus()) {
         m_pParts->video.OperateCapture(false);
     }
@@ -99,7 +99,7 @@ void DiscView::OnShow(int dwWndId, bool bShow, int) {
     }
     m_pParts->state.m_nCurWndId = dwWndId;
     if (CUIAnalysis* ui = m_pParts->widgets.m_pUIAnalysis) {
-        ui->ShowItem(dwWndId, ITEM_SRC_GROUP, false);
+        ui->ShowItem(dwWndId, OSD_ITEM_SRC_GROUP, false);
         FillPage(dwWndId);
     }
     m_pParts->indicators.FillPage();

@@ -115,4 +115,5 @@ private:
     DiscVideoStatusPPSModule m_videoStatus;
     DiscSystemPPSModule m_system;
     DiscNowPlayingPPSModule m_nowPlaying;
+    CDiscData m_discData; ///< comes and goes with the controller, unused: the modules share the one passed in
 };

@@ -22,9 +22,9 @@ enum : int {
 
 /** Items of the pages; an id means the same item on every page that has it. */
 enum : int {
-    ITEM_HOME = 3,                   ///< on the parking page: the wording for video
-    ITEM_BACK = 4,                   ///< on the parking page: the wording for photos
-    ITEM_SRC_BUTTON = SRC_CTRL_OPEN, ///< shows the name of the source
+    ITEM_HOME = 3,                       ///< on the parking page: the wording for video
+    ITEM_BACK = 4,                       ///< on the parking page: the wording for photos
+    ITEM_SRC_BUTTON = OSD_CTRL_SRC_OPEN, ///< shows the name of the source
     ITEM_MENU_CLOSE = 500,
     ITEM_MENU_OPEN = 501,
     ITEM_TAB_MUSIC = 503,

@@ -48,27 +48,26 @@
 /** The objects of the main view: each knows only what stands above it. */
 struct DiscViewParts {
     DiscViewParts(Oro::ZMCAR::ViewUI& view, const std::string& name, CDiscData& store)
-        : data(store), overlay(view, control), video(view, control, name),
+        : data(store), m_discDb(store), overlay(view, control), video(view, control, name),
           indicators(widgets, control, state), sources(widgets, control, state),
           notices(view, widgets, control, state, overlay, video),
-          films(view, data, widgets, state, overlay, video), title(data, catalogue, widgets, state),
+          films(view, data, widgets, state, overlay, video), title(data, m_discDb, widgets, state),
           playPage(view, data, widgets, state, title), listMenu(widgets, state),
-          playingRow(data, catalogue, widgets, lists, listControls),
+          playingRow(data, m_discDb, widgets, lists, listControls),
           listPage(widgets, state, lists, listMenu, title, playingRow),
-          listFill(catalogue, lists, listControls, listMenu, playingRow),
-          listQuery(view, catalogue, control, state, lists, listControls, listFill),
-          rowPlay(data, catalogue, control, state, playPage, films),
-          folders(catalogue, widgets, control, state, lists, listControls, listMenu, listQuery, rowPlay),
+          listFill(m_discDb, lists, listControls, listMenu, playingRow),
+          listQuery(view, m_discDb, control, state, lists, listControls, listFill),
+          rowPlay(data, m_discDb, control, state, playPage, films),
+          folders(m_discDb, widgets, control, state, lists, listControls, listMenu, listQuery, rowPlay),
           listChange(view, data, control, state, lists, listControls, listMenu, listFill, listQuery, folders),
           backToPlaying(data, state, lists, listControls, playPage, films),
           returnToList(control, state, lists, overlay, video, listChange),
-          search(data, catalogue, control, state, lists, playPage, films, rowPlay, listChange),
+          search(data, m_discDb, control, state, lists, playPage, films, rowPlay, listChange),
           playReports(data, widgets, control, state, overlay, video, notices, playPage, films, returnToList,
                       search),
           typeReports(data, state, listMenu), trackReports(data, widgets, state, lists, playPage, listPage),
-          errorReports(data, control, state, notices),
-          sourceRequest(data, catalogue, control, state, notices),
-          launcher(data, catalogue, widgets, control, state, overlay, video, films, sources, sourceRequest,
+          errorReports(data, control, state, notices), sourceRequest(data, m_discDb, control, state, notices),
+          launcher(data, m_discDb, widgets, control, state, overlay, video, films, sources, sourceRequest,
                    playReports),
           vehicle(indicators, overlay, films), playPageTouch(control, points, listChange, sources),
           videoTouch(data, control, state, points, overlay),
@@ -81,7 +80,7 @@ struct DiscViewParts {
           hardKeys(data, control, state, lists, overlay, gotoPage, directionKeys) {}
 
     CDiscData& data;
-    DiscQDB catalogue;
+    DiscQDB m_discDb;
     ControlLink control;
     Widgets widgets;
     PageState state;

@@ -2,6 +2,7 @@
 
 #include "DiscQDB.h"
 #include "DiscViewController.h"
+#include "FindRow.h"
 #include "Log.h"
 #include "disc/PlayReports.h"
 #include "launcher/SourceRequest.h"
@@ -14,10 +15,18 @@
 #include "video/VideoWindow.h"
 
 #include <csignal>
-#include <iterator>
 #include <unistd.h>
 
 namespace {
+
+/** What the launcher tells, as it numbers it. */
+enum : int {
+    APPS_STATUS_RESUME,
+    APPS_STATUS_PAUSE,
+    APPS_STATUS_SHOWONLY,
+    APPS_STATUS_HIDEONLY,
+    APPS_STATUS_QUIT
+};
 
 /** Within this time a further pause by the launcher does not count as the user's wish to stop playing. */
 constexpr long PAUSE_INTERVAL_MS = 1200;
@@ -34,32 +43,35 @@ long MillisecondsSince(const timeval& last, const timeval& now) {
 } // namespace
 
 struct LauncherStatus::StatusRow {
+    int status;
     const char* log;
     void (LauncherStatus::*handler)(const T_PLAY_STATUS&);
 };
 
 void LauncherStatus::OnAppsMsgAppStatus(int status) {
-    // In the launcher's numbering, from 0.
     static constexpr StatusRow ROWS[] = {
-        {"[OnAppsMessage] =====================APPS_STATUS_RESUME========================\n",
+        {APPS_STATUS_RESUME,
+         "[OnAppsMessage] =====================APPS_STATUS_RESUME========================\n",
          &LauncherStatus::OnResume},
-        {"[OnAppsMessage] =====================APPS_STATUS_PAUSE========================\n",
+        {APPS_STATUS_PAUSE,
+         "[OnAppsMessage] =====================APPS_STATUS_PAUSE========================\n",
          &LauncherStatus::OnPause},
-        {"[OnAppsMessage] =====================APPS_STATUS_SHOWONLY========================\n",
+        {APPS_STATUS_SHOWONLY,
+         "[OnAppsMessage] =====================APPS_STATUS_SHOWONLY========================\n",
          &LauncherStatus::OnPause},
-        {"[OnAppsMessage] =====================APPS_STATUS_HIDEONLY========================\n",
+        {APPS_STATUS_HIDEONLY,
+         "[OnAppsMessage] =====================APPS_STATUS_HIDEONLY========================\n",
          &LauncherStatus::OnHideOnly},
-        {"[OnAppsMessage] =====================APPS_STATUS_QUIT========================\n",
+        {APPS_STATUS_QUIT, "[OnAppsMessage] =====================APPS_STATUS_QUIT========================\n",
          &LauncherStatus::OnQuit},
     };
-    const bool bKnown = status >= 0 && status < static_cast<int>(std::size(ROWS));
-    if (!m_control.Controller() || !m_widgets.m_pWndMng || !bKnown) {
+    const StatusRow* row = FindRow(ROWS, &StatusRow::status, status);
+    if (!m_control.Controller() || !m_widgets.m_pWndMng || !row) {
         return;
     }
     const T_PLAY_STATUS playStatus = m_data.GetCurPlayStatus();
-    const StatusRow& row = ROWS[status];
-    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "%s", row.log);
-    (this->*row.handler)(playStatus);
+    LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "%s", row->log);
+    (this->*row->handler)(playStatus);
 }
 
 void LauncherStatus::OnResume(const T_PLAY_STATUS& playStatus) {

@@ -81,7 +81,7 @@ void Bars::PlayHideAnimation() {
 
 void Bars::HideSourceGroup(int window) {
     if (m_state.m_pUIAnalysis) {
-        m_state.m_pUIAnalysis->ShowItem(window, ITEM_SRC_GROUP, false);
+        m_state.m_pUIAnalysis->ShowItem(window, OSD_ITEM_SRC_GROUP, false);
     }
 }
 

@@ -13,9 +13,9 @@ struct SourceRow {
 };
 
 constexpr SourceRow SOURCES[] = {
-    {SRC_CTRL_RADIO, "zmradio"},     {SRC_CTRL_USB, "zmusb"}, {SRC_CTRL_BTTEL, "zmbttel"},
-    {SRC_CTRL_NAVI, "zmnavi"},       {SRC_CTRL_ASR, "zmasr"}, {SRC_CTRL_AUX, "zmaux1"},
-    {SRC_CTRL_AIRCOND, "zmaircond"},
+    {OSD_CTRL_SRC_RADIO, "zmradio"},     {OSD_CTRL_SRC_USB, "zmusb"}, {OSD_CTRL_SRC_BTTEL, "zmbttel"},
+    {OSD_CTRL_SRC_NAVI, "zmnavi"},       {OSD_CTRL_SRC_ASR, "zmasr"}, {OSD_CTRL_SRC_AUX, "zmaux1"},
+    {OSD_CTRL_SRC_AIRCOND, "zmaircond"},
 };
 
 } // namespace
@@ -28,16 +28,16 @@ void SourceGroup::Beep() {
 
 void SourceGroup::ShowPopup(bool show) {
     if (m_pItems && m_pWindows) {
-        m_pItems->ShowItem(m_nWindow, ITEM_SRC_GROUP, show);
+        m_pItems->ShowItem(m_nWindow, OSD_ITEM_SRC_GROUP, show);
         m_pWindows->drawAllItem();
     }
 }
 
 SourceGroupClick SourceGroup::Click(long ctrlId) {
-    if (ctrlId == SRC_CTRL_OPEN || ctrlId == SRC_CTRL_CLOSE) {
+    if (ctrlId == OSD_CTRL_SRC_OPEN || ctrlId == OSD_CTRL_SRC_CLOSE) {
         Beep();
-        ShowPopup(ctrlId == SRC_CTRL_OPEN);
-        return ctrlId == SRC_CTRL_OPEN ? SourceGroupClick::Opened : SourceGroupClick::Done;
+        ShowPopup(ctrlId == OSD_CTRL_SRC_OPEN);
+        return ctrlId == OSD_CTRL_SRC_OPEN ? SourceGroupClick::Opened : SourceGroupClick::Done;
     }
     const SourceRow* row = FindRow(SOURCES, &SourceRow::control, ctrlId);
     if (!row) {
@@ -45,7 +45,7 @@ SourceGroupClick SourceGroup::Click(long ctrlId) {
     }
     Beep();
     if (m_pController) {
-        m_pController->QueryLauncher(row->application, ctrlId == SRC_CTRL_ASR ? m_pSpeechData : "null");
+        m_pController->QueryLauncher(row->application, ctrlId == OSD_CTRL_SRC_ASR ? m_pSpeechData : "null");
     }
     return SourceGroupClick::Done;
 }

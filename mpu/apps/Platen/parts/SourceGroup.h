@@ -7,19 +7,19 @@ namespace Oro::ZMCAR {
 class PublicController;
 }
 
-inline constexpr int ITEM_SRC_GROUP = 101; ///< the source popup, on every page of both views
+inline constexpr int OSD_ITEM_SRC_GROUP = 101; ///< the source popup, on every page of both views
 
 /** Controls of the source group, the same on every page of both views. */
 enum : int {
-    SRC_CTRL_OPEN = 5,
-    SRC_CTRL_CLOSE = 99,
-    SRC_CTRL_RADIO = 103,
-    SRC_CTRL_USB = 105,
-    SRC_CTRL_BTTEL = 106,
-    SRC_CTRL_NAVI = 107,
-    SRC_CTRL_ASR = 111,
-    SRC_CTRL_AUX = 118,
-    SRC_CTRL_AIRCOND = 119
+    OSD_CTRL_SRC_OPEN = 5,
+    OSD_CTRL_SRC_CLOSE = 99,
+    OSD_CTRL_SRC_RADIO = 103,
+    OSD_CTRL_SRC_USB = 105,
+    OSD_CTRL_SRC_BTTEL = 106,
+    OSD_CTRL_SRC_NAVI = 107,
+    OSD_CTRL_SRC_ASR = 111,
+    OSD_CTRL_SRC_AUX = 118,
+    OSD_CTRL_SRC_AIRCOND = 119
 };
 
 enum class SourceGroupClick {

@@ -2,6 +2,8 @@
 #include "tests/model/LockWait.h"
 #include "tests/model/PpsCalls.h"
 
+#include "ZMModel/DiscPPSInfo.h"
+
 #include <future>
 #include <regex>
 
@@ -81,6 +83,16 @@ TEST_F(ControllerWithoutServiceTest, InitTriesAllObjectsInTheirOrder) {
 TEST_F(ControllerTest, InitFailsWhenTheObjectsAreOpenAlready) {
     EXPECT_TRUE(m_controller.Init());
     EXPECT_FALSE(m_controller.Init());
+}
+
+TEST_F(ControllerTest, StartFailsWhenOneOfTheKeysIsTakenAndMonitorsTheOthers) {
+    EXPECT_TRUE(m_controller.Init());
+    DiscMpegInfoPPSModule other(g_DiscMpegInfoPPSInfo, &m_controller);
+    ASSERT_TRUE(m_controller.AddFile(PPS_KEY_MPEGINFO, &other));
+    EXPECT_FALSE(m_controller.Start());
+    publish(STATUS, "keyinvalid::1");
+    EXPECT_THAT(m_view.codes(1), ElementsAre(DISC_VMSG_KEYINVALID));
+    EXPECT_TRUE(m_controller.Stop());
 }
 
 TEST_F(ControllerTest, AnOrderlyEnd) {

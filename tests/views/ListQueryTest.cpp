@@ -172,6 +172,33 @@ TEST_F(ListQuery, ASearchWhileAListIsFetchedIsShownInItsPlace) {
     EXPECT_THAT(list().rowTexts(), ElementsAre("1  song 12"));
 }
 
+TEST_F(ListQuery, AnAwaitedListComesOverThePageOfWhatHappensMeanwhile) {
+    play(PLAY_TYPE_MUSIC);
+    unit.holdCatalogue(5);
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    tick();
+    unit.disc.state(DISC_STATE_LOADING);
+    unit.disc.state(DISC_STATE_PLAYING);
+    ASSERT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+    tick();
+    EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
+    unit.releaseCatalogue();
+    tick();
+    press(ITEM_TYPE_ICON); // from then on nothing is awaited
+    unit.advance(1s);
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+}
+
+TEST_F(ListQuery, AnEjectedDiscsListIsNoLongerAwaited) {
+    play(PLAY_TYPE_MUSIC);
+    unit.holdCatalogue(5);
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    unit.disc.state(DISC_STATE_EJECTING);
+    unit.advance(1s);
+    EXPECT_EQ(unit.main.window(), WND_DISC_LOADING);
+    unit.releaseCatalogue();
+}
+
 TEST_F(ListQuery, LongAndInvalidNamesAreCutAndReplaced) {
     catalogue.sql("DELETE FROM files");
     catalogue.file(1, 1, Catalogue::Music, std::string(300, 'x'));

@@ -40,7 +40,7 @@ void Unref::operator()(void* object) const {
     g_object_unref(object);
 }
 
-Reading readingOf(const std::string& text) {
+TextDirection directionOf(const std::string& text) {
     const std::string valid = drawable(text);
     for (const char* at = valid.c_str(); *at; at = g_utf8_next_char(at)) {
         const gunichar character = g_utf8_get_char(at);
@@ -48,10 +48,10 @@ Reading readingOf(const std::string& text) {
             const GUnicodeScript script = g_unichar_get_script(character);
             const bool right =
                 std::find(scriptsFromRight.begin(), scriptsFromRight.end(), script) != scriptsFromRight.end();
-            return right ? Reading::FromRight : Reading::FromLeft;
+            return right ? TextDirection::RightToLeft : TextDirection::LeftToRight;
         }
     }
-    return Reading::FromLeft;
+    return TextDirection::LeftToRight;
 }
 
 Result<std::unique_ptr<FontBook>> FontBook::open(const std::string& fontDir) {
@@ -76,8 +76,8 @@ Result<std::unique_ptr<FontBook>> FontBook::open(const std::string& fontDir) {
     cairo_font_options_destroy(options);
     // Set, because the default lets the letters decide: a row number would stand before some names and behind
     // others.
-    pango_context_set_base_dir(book->context(Reading::FromLeft), PANGO_DIRECTION_LTR);
-    pango_context_set_base_dir(book->context(Reading::FromRight), PANGO_DIRECTION_RTL);
+    pango_context_set_base_dir(book->context(TextDirection::LeftToRight), PANGO_DIRECTION_LTR);
+    pango_context_set_base_dir(book->context(TextDirection::RightToLeft), PANGO_DIRECTION_RTL);
     return book;
 }
 
@@ -134,8 +134,8 @@ void FontBook::prepare(const std::string& text) {
     }
 }
 
-LayoutPtr FontBook::layout(int pixels, bool bold, Reading reading) {
-    LayoutPtr layout(pango_layout_new(context(reading)));
+LayoutPtr FontBook::layout(int pixels, bool bold, TextDirection direction) {
+    LayoutPtr layout(pango_layout_new(context(direction)));
     pango_layout_set_auto_dir(layout.get(), FALSE);
     pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
     pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
@@ -150,7 +150,7 @@ LayoutPtr FontBook::layout(int pixels, bool bold, Reading reading) {
 }
 
 LayoutPtr FontBook::glyph(const std::string& text, double pixels) {
-    LayoutPtr layout(pango_layout_new(context(Reading::FromLeft)));
+    LayoutPtr layout(pango_layout_new(context(TextDirection::LeftToRight)));
     PangoFontDescription* font = pango_font_description_new();
     pango_font_description_set_family_static(font, glyphFamily);
     pango_font_description_set_absolute_size(font, pixels * PANGO_SCALE);

@@ -17,13 +17,13 @@ struct Unref {
 };
 using LayoutPtr = std::unique_ptr<PangoLayout, Unref>;
 
-/** The side from which a whole text is read; what is written in the other direction stays a part of it. */
-enum class Reading { FromLeft, FromRight };
-/** The side from which its first letter is read; a text without letters is read from the left. */
-Reading readingOf(const std::string& text);
+/** Direction of a whole text (its base direction); parts of it may run the other way. */
+enum class TextDirection { LeftToRight, RightToLeft };
+/** That of its first letter; left to right for a text without letters. */
+TextDirection directionOf(const std::string& text);
 
 /**
- * The fonts of one folder and nothing else of the machine, so that the same text gives the same pixels
+ * The fonts of one folder and none of the machine's own, so that the same text gives the same pixels
  * everywhere. Belongs to one thread.
  */
 class FontBook {
@@ -35,7 +35,7 @@ public:
     FontBook& operator=(const FontBook&) = delete;
 
     /** An empty layout: one paragraph, cut with an ellipsis at its end. */
-    LayoutPtr layout(int pixels, bool bold, Reading reading);
+    LayoutPtr layout(int pixels, bool bold, TextDirection direction);
     /** A layout of one glyph of the icon font. */
     LayoutPtr glyph(const std::string& text, double pixels);
 
@@ -47,17 +47,19 @@ private:
     FontBook() = default;
     bool load(const std::vector<std::string>& files);
     std::vector<std::string> allFonts() const;
-    PangoContext* context(Reading reading) const { return m_contexts[static_cast<size_t>(reading)]; }
+    PangoContext* context(TextDirection direction) const {
+        return m_contexts[static_cast<size_t>(direction)];
+    }
 
     std::string m_fontDir;
     bool m_all = false;
     PangoFontMap* m_map = nullptr;
-    std::array<PangoContext*, 2> m_contexts{}; ///< by Reading
+    std::array<PangoContext*, 2> m_contexts{}; ///< by TextDirection
 };
 
-/** UTF-8 of 32-bit characters; what is no character becomes U+FFFD. */
+/** UTF-8 of 32-bit characters; an invalid one becomes U+FFFD. */
 std::string fromWide(const wchar_t* text);
-/** The same, behind what `bytes` holds already. */
+/** The same, appended to `bytes`. */
 void appendWide(std::string& bytes, const wchar_t* text);
 /** The text as it can be drawn in one line: valid UTF-8 without control characters, at most 600 bytes. */
 std::string drawable(const std::string& text);

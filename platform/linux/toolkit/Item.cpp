@@ -9,7 +9,7 @@ namespace zm {
 
 namespace {
 
-/** What still is as one description had it becomes what the next one says. */
+/** Takes the next description's value unless the application has changed that of the one before. */
 template <class T>
 void follow(T& present, const T& before, const T& next) {
     if (present == before) {

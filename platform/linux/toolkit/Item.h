@@ -32,7 +32,7 @@ struct Content {
     ProgressValue progress{};
     bool operator==(const Content&) const = default;
 
-    /** Takes what the next description says wherever it still is as the one before had it. */
+    /** Takes the next description's values, except where the application has changed those of `before`. */
     void follow(const ItemSpec& before, const ItemSpec& next);
     /** The picture for a button state: that state's own, else that for all; 0 for none. */
     int icon(int buttonState) const;
@@ -43,12 +43,12 @@ struct KeptLayout {
     LayoutPtr layout;
     std::string text;
     bool bold = false;
-    Reading reading = Reading::FromLeft;
+    TextDirection direction = TextDirection::LeftToRight;
     int width = 0;
 };
 
 /**
- * An item of a page. The application sets its content; on the screen stands the content that was last drawn.
+ * An item of a page. The application sets its content; the screen shows the content that was last drawn.
  */
 struct Item {
     Item(const ItemSpec& itemSpec, Window& owner, Item* parentItem);
@@ -67,7 +67,7 @@ struct Item {
     std::unique_ptr<CUI_BtList> list; ///< of a list item; its rows are set and drawn by themselves
 
     bool pressed = false;
-    bool dirty = false; ///< was set, or a list's rows were, since it was last drawn
+    bool dirty = false; ///< it, or a row of its list, was set since it was last drawn
     KeptLayout kept;
 
     /** Drawn visible together with everything it belongs to. */

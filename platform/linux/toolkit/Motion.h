@@ -11,7 +11,7 @@ namespace zm {
 
 /**
  * What moves by itself: busy animations, progress bars on their way to a new position, lists that were flung
- * and pages that fade out. Every movement ends in the state that would have stood there without it.
+ * and pages that fade out. Every movement ends in the state that would be shown without it.
  */
 class Motion {
 public:

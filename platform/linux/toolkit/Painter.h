@@ -37,7 +37,9 @@ private:
     void paintLeaving(const Motion::Leaving& leaving, const Rect& area);
     void paintItem(Item& item, const Rect& area);
     void paintLabel(Item& item);
-    Reading ofLanguage() const { return m_pages.rightToLeft() ? Reading::FromRight : Reading::FromLeft; }
+    TextDirection ofLanguage() const {
+        return m_pages.rightToLeft() ? TextDirection::RightToLeft : TextDirection::LeftToRight;
+    }
     void paintProgress(const Item& item);
     void paintAnimation(const Item& item);
     void paintList(Item& item, const Rect& area);
@@ -49,7 +51,7 @@ private:
     /** A text and how it is read. */
     struct Line {
         std::string text;
-        Reading reading;
+        TextDirection direction;
     };
     Line lineOf(const Item& item) const;
     void paintText(KeptLayout& kept, const Line& line, const Rect& box, const Style& style, const Look& look,

@@ -29,8 +29,8 @@ int topOfText(PangoLayout* layout, int boxHeight, const Style& style) {
 } // namespace
 
 PangoLayout* Painter::prepare(KeptLayout& kept, const Line& line, const Style& style, bool bold) {
-    if (!kept.layout || kept.bold != bold || kept.reading != line.reading) {
-        kept = {m_fonts.layout(style.textSize, bold, line.reading), {}, bold, line.reading, 0};
+    if (!kept.layout || kept.bold != bold || kept.direction != line.direction) {
+        kept = {m_fonts.layout(style.textSize, bold, line.direction), {}, bold, line.direction, 0};
     }
     if (kept.text != line.text) {
         kept.text = line.text;
@@ -74,11 +74,11 @@ void Painter::paintText(KeptLayout& kept, const Line& line, const Rect& box, con
 
 Painter::Line Painter::lineOf(const Item& item) const {
     if (item.spec.kind == ItemKind::Icon) {
-        return {{}, Reading::FromLeft};
+        return {{}, TextDirection::LeftToRight};
     }
     // Texts of the resource belong to the language; names and numbers that the application sets do not.
     const Content& content = of(item);
-    return {content.text, content.textId != 0 ? ofLanguage() : readingOf(content.text)};
+    return {content.text, content.textId != 0 ? ofLanguage() : directionOf(content.text)};
 }
 
 void Painter::paintLabel(Item& item) {

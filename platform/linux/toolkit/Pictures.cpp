@@ -40,7 +40,7 @@ SurfacePtr Pictures::mask(const Picture::Layer& layer, int size) {
     if (layer.glyph) {
         layout = m_fonts.glyph(layer.text, pixels);
     } else {
-        layout = m_fonts.layout(static_cast<int>(std::lround(pixels)), true, Reading::FromLeft);
+        layout = m_fonts.layout(static_cast<int>(std::lround(pixels)), true, TextDirection::LeftToRight);
         pango_layout_set_text(layout.get(), layer.text.c_str(), -1);
     }
     PangoRectangle ink;

@@ -10,7 +10,7 @@ namespace zm {
 std::string didYouMean(std::string_view name, const std::vector<std::string>& known);
 
 /**
- * What is wrong with a text that is no JSON, as "found ..., expected ...". `reason` is the parser's own
+ * What is wrong with a text that is not JSON, as "found ..., expected ...". `reason` is the parser's own
  * message, `token` what it could not use.
  */
 std::string syntaxFault(std::string_view reason, const std::string& token);

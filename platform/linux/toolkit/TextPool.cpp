@@ -6,7 +6,7 @@ namespace zm {
 
 namespace {
 
-/** What may lie unused in any case. */
+/** So many unused bytes are never worth packing. */
 constexpr size_t smallWaste = 64 * 1024;
 
 } // namespace

@@ -26,7 +26,7 @@ public:
     void drop(Place place) { m_unused += place.size; }
     void clear();
 
-    /** More is unused than used, and that matters. */
+    /** Whether so much is unused that packing is worth while. */
     bool wasteful() const;
     /** Adds the text at `place` of another pool. */
     Place take(const TextPool& from, Place place);

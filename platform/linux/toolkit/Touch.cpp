@@ -163,7 +163,7 @@ void Touch::release(int, int, int64_t nowMs) {
     pressItem(false);
     if (m_dragging) {
         endDrag(nowMs);
-    } else if (m_held || shown(m_window)) { // of a page that has gone meanwhile nobody meant anything
+    } else if (m_held || shown(m_window)) { // no click on a page that has gone meanwhile
         report(1);
     }
 }

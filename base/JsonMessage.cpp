@@ -6,7 +6,7 @@ namespace zm {
 
 namespace {
 
-// The deepest nesting of the text; of one that is no JSON, any number.
+// How deep the text nests; means nothing for a text that is not JSON.
 int nesting(std::string_view text) {
     int level = 0;
     int deepest = 0;

@@ -13,8 +13,8 @@ using Json = nlohmann::json;
 inline constexpr int DeepestMessage = 64;
 
 /**
- * The JSON object that `text` is; discarded if it is none or nested deeper than DeepestMessage, because
- * copying and printing need stack for each level.
+ * Parses a JSON object. The result is a discarded value if `text` is anything else or nests deeper than
+ * DeepestMessage: copying and printing take stack for each level.
  */
 Json parseMessage(std::string_view text);
 

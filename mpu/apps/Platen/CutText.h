@@ -8,7 +8,7 @@
 inline std::string_view CutText(std::string_view text, size_t size) {
     auto isInsideCharacter = [&](size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80; };
     size_t length = text.size() < size ? text.size() : size - 1;
-    // A character has four bytes at most; what goes on longer is no UTF-8 and may be cut anywhere.
+    // A character has four bytes at most; a longer run is not UTF-8 and may be cut anywhere.
     for (int i = 0; i < 3 && length < text.size() && length > 0 && isInsideCharacter(length); ++i) {
         --length;
     }

@@ -3,8 +3,8 @@
 #include "DiscViewItems.h"
 
 /*
- * Ids of the overlay's resource. Those that every page of both resources may have stand with their part
- * (StatusBar.h, SourceGroup.h, NumberPad.h), the number of what both have once, with the main view.
+ * Ids of the overlay's resource. Those that both resources share are defined with their part (StatusBar.h,
+ * SourceGroup.h, NumberPad.h) or, where a bar repeats an item of the main view, take that item's number.
  */
 
 /** Windows. */

@@ -18,8 +18,8 @@
  * The on-screen display over the decoder's picture: one control bar for the kind of clip that plays (DVD,
  * VCD, video file, pictures), the state picture that answers a key, and the number pad. The main view shows
  * and hides it. This class receives the framework's calls and the main view's and hands them to the objects
- * that own what they concern. Everything but the key type is touched on the event thread only. What
- * nothing calls belongs to its interface.
+ * that own what they concern. Everything but the key type is touched on the event thread only. Operations
+ * that nothing calls are part of its interface.
  */
 class DiscOsdView : public Oro::ZMCAR::ViewOsd {
 public:

@@ -65,8 +65,8 @@ void DiscQDB::CloseDb() {
 }
 
 void DiscQDB::DataInit() {
-    // Stands for initialising the mutex again, which must not be done to one that is in use: behind this line
-    // it is free as well, and a worker that still appends rows is kept off the lists that are emptied.
+    // In place of initialising the mutex again, which is undefined while it is in use: once this line is passed
+    // nobody else holds it, and a worker that still appends rows is kept off the lists while they are emptied.
     MutexGuard guard(m_mutex);
     m_strListSql.clear();
     m_bFinish = false;

@@ -141,7 +141,7 @@ private:
     void QueryPlayList();
     void QueryFolderSubList();
     qdb_result_t* FetchResult(const char* func, const std::string& sql);
-    /** The number of rows, for which it makes room: none of them has to move the others. */
+    /** The number of rows; reserves room for them, so that appending never moves the list. */
     int ExpectRows(qdb_result_t* result);
     void ReadMediaRows(qdb_result_t* result);
     void ReadFolderRows(qdb_result_t* result);
@@ -156,21 +156,21 @@ private:
     PlayList m_vecVideoFolderList;
     PlayList m_vecPhotoFolderList;
     PlayList m_vecSearchList;
-    /** Of the list that a query has cleared: their memory serves its new rows. Empty when its task has ended.
+    /** The rows that a query has cleared: their memory is used for the new ones. Empty when its task has ended.
      */
     PlayList m_vecOldRows;
     PlayList* m_pCurVec = nullptr;
     pthread_mutex_t m_mutex;
-    /** Held while the worker's statement runs, before m_mutex: that one is never held for long. */
+    /** Held while the worker's statement runs and taken before m_mutex, which is never held for long. */
     pthread_mutex_t m_mutexStatement;
     CDiscData* m_pDiscData;
     qdb_hdl_t* m_hDb = nullptr;
-    /** Of the values that are read on the caller's thread, which so never waits for the worker's statement. */
+    /** For values read on the caller's thread, so that it never waits for the worker's statement. */
     qdb_hdl_t* m_hValueDb = nullptr;
     bool m_bDbOpen = false;
     bool m_bBreakQue = false;
     bool m_bFinish = false;
-    bool m_bNotBegun = false; ///< a command was given that the worker has not begun
+    bool m_bNotBegun = false; ///< the worker has not begun the latest command
     int32_t m_nQueBaseType = QUE_BASE_MEDIA;
     std::string m_strListSql;
     std::string m_strSubSql;

@@ -54,7 +54,7 @@ bool DiscViewController::Close() {
         bClosed = RemoveFile(pModule->GetTagInfo().key) && bClosed;
     }
     for (DiscPPSModule* pModule : Modules()) {
-        // An object that could not be opened is no reason to call the end a failure.
+        // An object that could not be opened does not make the end a failure.
         const bool bWasOpen = m_setOpen.erase(pModule) > 0;
         bClosed = (pModule->ClosePPS() || !bWasOpen) && bClosed;
     }

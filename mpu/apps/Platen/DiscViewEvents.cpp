@@ -25,7 +25,7 @@ struct EventRow {
     void (*take)(DiscViewParts& parts);
 };
 
-/** A page, whether a touch on it keeps away the way back to the play page, and who takes the touch. */
+/** A page, whether a touch on it restarts the timer back to the play page, and who takes the touch. */
 struct PageRow {
     long page;
     bool restartsTimer;
@@ -71,7 +71,7 @@ int DiscView::OnUserMessage(APP_MSG_S* msg) {
 
 void DiscView::OnTimer(unsigned int id) {
     using Parts = DiscViewParts&;
-    // All but those of query wait and play view end their timer.
+    // All rows but those of query wait and play view kill their timer.
     static constexpr EventRow ROWS[] = {
         {ENUM_TIMER_QUERY_WAIT, nullptr, [](Parts parts) { parts.listQuery.FileQueryWait(); }},
         {ENUM_TIMER_DISPLAY_STATE, nullptr, [](Parts parts) { parts.overlay.DisplayStateEnd(); }},

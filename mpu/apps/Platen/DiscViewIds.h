@@ -99,6 +99,6 @@ enum : int { ITEM_STATE_PRESSED = 1, ITEM_STATE_NORMAL = 2, ITEM_STATE_SELECTED 
 inline constexpr int SCREEN_WIDTH = 800;
 inline constexpr int SCREEN_HEIGHT = 480;
 
-/** By which the head unit knows the application, too. */
+/** Also the name under which the head unit knows the application. */
 inline constexpr char MAIN_VIEW_NAME[] = "zmdisc";
 inline constexpr char OSD_VIEW_NAME[] = "Disc_osd";

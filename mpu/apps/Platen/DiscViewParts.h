@@ -45,7 +45,7 @@
 
 #include <string>
 
-/** The objects of the main view: each knows only what stands above it. */
+/** The objects of the main view, in the order of their making: each knows only those before it. */
 struct DiscViewParts {
     DiscViewParts(Oro::ZMCAR::ViewUI& view, const std::string& name, CDiscData& store)
         : data(store), m_discDb(store), overlay(view, control), video(view, control, name),

@@ -115,7 +115,7 @@ private:
 
     HeadUnitState m_headUnit;
     Settler m_settler;
-    // Shared with a settling that may still look at it.
+    // Shared with a `settle` that may still be looking at it.
     std::shared_ptr<EventThread> m_events = std::make_shared<EventThread>();
     EventThread m_coordinator;
     AppClock m_clock{*m_events};

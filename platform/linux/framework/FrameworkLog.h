@@ -8,7 +8,7 @@ namespace zm {
 void setLogName(const std::string& name);
 /** Tells of a failure in the system log and on standard error. Any thread. */
 void reportFailure(const std::string& text);
-/** The same with what is no failure. Any thread. */
+/** The same for news that is not a failure. Any thread. */
 void reportNews(const std::string& text);
 
 } // namespace zm

@@ -9,7 +9,7 @@ namespace zm {
 
 namespace {
 
-// So many texts of application data can wait to be fetched.
+// How many texts of application data can wait to be fetched.
 constexpr size_t MaxAppData = 64;
 
 } // namespace

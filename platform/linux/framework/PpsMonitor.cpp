@@ -118,7 +118,7 @@ void PpsMonitor::run() {
 
 PpsMonitor::Turn PpsMonitor::takeTurn() {
     uint64_t count = 0;
-    // Emptied before looking: a wake-up that comes later stays for the poll. Nothing to empty is no failure.
+    // Emptied before looking: a wake-up that comes later stays for the poll. An empty one is fine.
     [[maybe_unused]] const auto emptied = ::read(m_wake.get(), &count, sizeof count);
     std::lock_guard lock(m_mutex);
     Turn turn{m_entries, std::exchange(m_fences, {}), m_running};

@@ -8,7 +8,7 @@
 namespace Oro::ZMCAR {
 
 struct ThreadControl::Impl {
-    // Shared with a settling that may still look at it.
+    // Shared with a `settle` that may still be looking at it.
     std::shared_ptr<zm::Worker> worker = std::make_shared<zm::Worker>();
 };
 

@@ -32,7 +32,7 @@ public:
     /** The finger has rested long enough to count as held. */
     virtual void fingerRested() = 0;
     virtual void fingerUp(Point at, int64_t nowMs) = 0;
-    /** What the finger does from now on means nothing. */
+    /** The rest of this touch has no effect. */
     virtual void fingerIgnored() = 0;
 };
 
@@ -42,7 +42,7 @@ public:
  */
 class TouchInput {
 public:
-    /** `under` gives what a finger put down there touches; null: nothing. */
+    /** `under` gives what lies at a point, null if nothing does. */
     TouchInput(AppClock& clock, std::function<Touchable*(Point)> under)
         : m_clock(clock), m_under(std::move(under)) {}
 
@@ -55,12 +55,12 @@ public:
     void touch(Point at, int holdMs);
     /** Press, moves, a rest and release: never held, and a list does not go on by itself. */
     void drag(Point from, Point to);
-    /** The launcher brings something else under the finger: its touch ends, which is reported only if it was as
-     * held. */
+    /** The launcher puts something else under the finger: the touch ends. That is reported only if it had been
+     * reported as held. */
     void letGo();
-    /** A view is about to be told so. */
+    /** Notes the item of a release that its view is about to be told. */
     void lifted(LiftedFrom item) { m_lifted = std::move(item); }
-    /** What `lifted` said since the last call. */
+    /** What `lifted` has noted since the last call. */
     std::optional<LiftedFrom> takeLifted() { return std::exchange(m_lifted, std::nullopt); }
     /** `target` goes away. */
     void forget(const Touchable& target);

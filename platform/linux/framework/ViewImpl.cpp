@@ -84,7 +84,7 @@ nlohmann::json ViewImpl::describe(std::optional<int> onlyWindow) const {
 void ViewImpl::itemClicked(int page, int control, int state) {
     constexpr int Released = 1;
     const auto shown = scene->shownWindows();
-    // A page may have gone while the finger lay on it: then nobody meant what happens next.
+    // A page may have gone while the finger lay on it: the release is then not meant for what is shown now.
     if (state == Released && std::ranges::find(shown, page) != shown.end()) {
         host.lifted({isMain() ? "main" : "osd", page, control});
     }

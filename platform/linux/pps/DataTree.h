@@ -29,7 +29,7 @@ struct DataNode {
 /** Deepest nesting of arrays and objects that a text may have. */
 constexpr int DeepestNesting = 64;
 
-/** Adds the value of the JSON text to `parent` as a child called `name`; false (and no child) if it is no
+/** Adds the value of the JSON text to `parent` as a child called `name`; false (and no child) if it is not
  * JSON. */
 bool addJson(DataNode& parent, std::string_view name, std::string_view json);
 

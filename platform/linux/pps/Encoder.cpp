@@ -19,7 +19,7 @@ struct Open {
 };
 
 std::string quoted(const char* text) {
-    // Bytes that are no UTF-8 are replaced: a reader would refuse the whole text for them.
+    // Bytes that are not UTF-8 are replaced: a reader would refuse the whole text for them.
     return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 

@@ -55,7 +55,7 @@ Status applyOption(PpsPath& path, std::string_view text) {
 Result<PpsPath> parsePpsPath(std::string_view path) {
     const std::string whole(path.substr(0, LongestPath));
     PpsPath result;
-    // The options are cut off first: they are no part of the name.
+    // The options are cut off first: they are not part of the name.
     const size_t question = path.find('?');
     for (size_t at = question; at != path.npos;) {
         const size_t end = path.find(',', at + 1);

@@ -102,7 +102,7 @@ void QdbGuard::begin(const std::string& statement) {
 }
 
 bool QdbGuard::accepts(sqlite3_stmt* statement) {
-    // What gives no columns reads nothing, though it may find nothing to write either.
+    // Readonly alone is not enough: a write that would change nothing counts as readonly, but has no columns.
     const bool reads = sqlite3_stmt_readonly(statement) && sqlite3_column_count(statement) > 0;
     if (!m_insertTable && !reads) {
         m_objection = REFUSED;

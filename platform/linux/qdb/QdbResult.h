@@ -11,9 +11,9 @@
 #include <vector>
 
 /**
- * The rows of one statement, as a copy of their own. Every cell is aligned to eight bytes and has as many at
- * least, and a zero byte follows at the latest behind them. So reading a cell as something else than it is
- * stays inside it.
+ * A copy of one statement's rows. Every cell is aligned to eight bytes, has at least eight of them, and a zero
+ * byte among them or right behind them. So a cell can be read as any type, number or text, without leaving
+ * it.
  */
 struct qdb_result {
     /** More than this is not a catalogue: a statement whose result grows beyond it fails. */
@@ -27,7 +27,7 @@ struct qdb_result {
         constexpr uint64_t lastByte = uint64_t{0xff} << 56;
         uint64_t word = 0;
         std::memcpy(&word, eightBytes, sizeof word);
-        // Nearly every number has its zero byte within itself, as the last one.
+        // The highest byte of nearly every number is zero and serves as the one that ends the cell.
         const bool endsItself = (word & lastByte) == 0;
         uint64_t* at = take(endsItself ? 1 : 2);
         at[0] = word;

@@ -4,7 +4,7 @@
 
 namespace zm {
 
-/** Room for characters that is taken without the heap, so that a signal handler may: a long one from the kernel. */
+/** A character buffer that never uses the heap, for signal handlers: a large one is mapped by the kernel. */
 class LogBuffer {
 public:
     explicit LogBuffer(size_t size);

@@ -20,10 +20,10 @@ namespace {
 
 constexpr std::string_view OldEnding = ".old";
 constexpr size_t LongestName = 64;
-// Of all but name and text.
+// Of a line, without name and text.
 constexpr size_t LongestHead = 96;
 
-/** Keeps this thread's handlers, which may log too, away while it holds what they would wait for. */
+/** Blocks this thread's signal handlers, which may log too, while it holds a lock that they would wait for. */
 class SignalsBlocked {
 public:
     SignalsBlocked() {

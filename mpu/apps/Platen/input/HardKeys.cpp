@@ -14,7 +14,7 @@
 /** A hard key; every action may rely on the controller. */
 struct HardKeys::KeyRow {
     int code;
-    bool restartsTimer; ///< of the way back to the play page
+    bool restartsTimer; ///< the one back to the play page
     const char* log;
     void (*action)(HardKeys& keys);
 };

@@ -6,7 +6,7 @@ class ReturnToList;
 class SourcePopup;
 struct PageState;
 
-/** Touches on the pages that stand before what plays: notices, error, parking. */
+/** Touches on the pages that cover what plays or say why nothing does: notices, error, parking. */
 class NoticeTouch {
 public:
     NoticeTouch(const ControlLink& control, const PageState& state, ParkingGate& films,

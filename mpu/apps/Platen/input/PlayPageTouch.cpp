@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int SWIPE_LENGTH = 100; ///< a longer way is a swipe
+constexpr int SWIPE_LENGTH = 100; ///< pixels; a longer movement is a swipe
 constexpr int SWIPE_BOTTOM = 380; ///< where the row of buttons begins
 
 constexpr bool IsFastButton(long ctrlId) {
@@ -37,7 +37,7 @@ void PlayPageTouch::OnClickAudioPlay(long nCtrlId, int nBtState) {
 
 void PlayPageTouch::OnReleased(long nCtrlId) {
     if (IsFastButton(nCtrlId)) {
-        // The release that ends a long press is no click.
+        // The release that ends a long press is not a click.
         if (m_nLastBtState == BT_STATE_PRESSED) {
             OnClickAudioPlayWnd(nCtrlId);
         }

@@ -19,7 +19,7 @@
 
 namespace {
 
-/** What the launcher tells, as it numbers it. */
+/** The launcher's statuses, as it numbers them. */
 enum : int {
     APPS_STATUS_RESUME,
     APPS_STATUS_PAUSE,
@@ -28,7 +28,7 @@ enum : int {
     APPS_STATUS_QUIT
 };
 
-/** Within this time a further pause by the launcher does not count as the user's wish to stop playing. */
+/** A pause by the launcher so soon after another does not replace the play status that one saved. */
 constexpr long PAUSE_INTERVAL_MS = 1200;
 
 /** The function that log lines about the launcher's statuses name. */

@@ -25,7 +25,7 @@ public:
           m_overlay(overlay), m_video(video), m_films(films), m_sources(sources), m_request(request),
           m_reports(reports) {}
 
-    /** From now on a quick pause counts as one by the launcher alone. */
+    /** Measures the time to the first pause from now. */
     void Begin() { gettimeofday(&m_tvLastPause, nullptr); }
     void OnAppsMsgAppStatus(int status);
 

@@ -6,7 +6,7 @@ class DiscQDB;
 class Notices;
 struct PageState;
 
-/** Whether the head unit has been asked to play the disc's sound, which the first disc makes it be. */
+/** Asks the head unit once, with the first disc, to make the disc its audio source. */
 class SourceRequest {
 public:
     SourceRequest(CDiscData& data, DiscQDB& catalogue, const ControlLink& control, const PageState& state,

@@ -7,7 +7,7 @@ class PlayPage;
 struct ListState;
 struct PageState;
 
-/** From a list to the page of what plays, by a touch or after a while; where the list stood is remembered. */
+/** From a list to the page of what plays, by a touch or a timer; remembers where the list stood. */
 class BackToPlaying {
 public:
     BackToPlaying(CDiscData& data, const PageState& state, ListState& lists, const ListControls& controls,
@@ -20,7 +20,7 @@ public:
     /** That of the CD's list. */
     void OnClickCDToPlaying();
     void OnTimerPlayView();
-    /** The top row of that page's list, apart for folders; nothing without the list. */
+    /** Notes the top row of that page's list; a list of folders has a note of its own. */
     void RememberTop(int nWndId);
 
 private:

@@ -18,7 +18,7 @@
 
 namespace {
 
-/** The update state: with the bit the catalogue of the type is complete, and the folder id stands below it.
+/** The update state: the bit says that the type's catalogue is complete; the folder id is in the bits below.
  */
 constexpr int UPDATE_COMPLETE = 0x10000;
 constexpr int UPDATE_FOLDER_MASK = 0xFFFF;

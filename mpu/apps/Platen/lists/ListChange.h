@@ -17,7 +17,7 @@ namespace Oro::ZMCAR {
 class ViewUI;
 }
 
-/** Which list is on screen: chosen by a tab, left behind by what plays, or renewed as the catalogue grows. */
+/** Changes the list on screen: for a tab, on the way back from a play page, and as the catalogue grows. */
 class ListChange {
 public:
     ListChange(Oro::ZMCAR::ViewUI& view, CDiscData& data, const ControlLink& control, PageState& state,

@@ -11,6 +11,6 @@ void UnmarkRows(CUI_BtList& list);
 void SelectRow(CUI_BtList& list, int nRow, int nTopIndex);
 /** False, and nRow as it was, without a list or a selection. */
 bool SelectedRow(CUI_BtList* list, int& nRow);
-/** The keys: the selection moves by a row, if there is a list, a selection and a row. */
+/** The keys: move the selection by a row, if there is a list, a selection and such a row. */
 void OnHandle_ListDown(CUI_BtList* list);
 void OnHandle_ListUp(CUI_BtList* list);

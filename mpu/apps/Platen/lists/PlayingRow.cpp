@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr int ROWS_ABOVE_PLAYING = 4; ///< before position p (from 1): the playing row comes fourth in view
+constexpr int ROWS_ABOVE_PLAYING =
+    4; ///< top row = position (from 1) - 4: the playing row is the fourth in view
 
 int TopRowFor(int nRow, int nRemembered, int nMargin) {
     const bool bInView = nRemembered >= 0 && nRow >= nRemembered && nRow - nRemembered <= nMargin;

@@ -21,7 +21,7 @@ public:
     void LeavePhoto();
     /** The disc service ended a video file. */
     void LeaveFilm();
-    /** A photo that the parking page stood before. */
+    /** A photo that the parking page covers. */
     void LeaveParkedPhoto();
 
 private:

@@ -17,7 +17,7 @@ public:
     void OnErrorStatus();
     /** A DVD that stopped with an error plays on. */
     void OnStopped();
-    /** Behind a read error the next chapter plays, or the next title. */
+    /** After a read error, plays the next chapter or title. */
     void OnPlaying();
 
 private:

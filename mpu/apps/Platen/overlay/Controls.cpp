@@ -21,9 +21,8 @@ namespace {
 
 constexpr const char* HOME = "zmhome";
 constexpr const char* EQUALISER = "zmeq";
-constexpr char SPEECH_DATA[] =
-    "null";                  ///< the main view starts the recogniser with its own page, the overlay does not
-constexpr int NEXT_MODE = 0; ///< the argument with which both mode commands are sent
+constexpr char SPEECH_DATA[] = "null"; ///< the main view sends "--type=ui" instead
+constexpr int NEXT_MODE = 0;           ///< the argument with which both mode commands are sent
 
 void RequestApplication(const char* application) {
     constexpr int LAUNCH_TYPE = 0;

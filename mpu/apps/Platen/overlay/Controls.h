@@ -29,7 +29,7 @@ private:
     void OnClickPictureWnd(long ctrlId, int btState);
     void OnClickSrcGroup(long ctrlId);
 
-    /** The bars that can seek: what they have in common and, in `rows`, what they have not. */
+    /** The bars that can seek: the controls that they share and, in `rows`, those of one bar. */
     void OnClickSeekBar(const char* logName, std::span<const ControlRow> rows, long ctrlId, int btState);
     void OnClickSeek(const char* logName, long ctrlId, int btState);
     /** Without a row the source group gets the control. */

@@ -19,7 +19,7 @@ public:
     GotoPad(OverlayState& state, ChapterSteps& steps, Oro::ZMCAR::ViewUI& view)
         : m_state(state), m_steps(steps), m_view(view) {}
 
-    /** The widgets of the state, once they are there. */
+    /** Takes the widgets once the resource has been loaded. */
     void TakeWidgets();
     void ShowGotoView();
     /** Closes the pad if it is open. */

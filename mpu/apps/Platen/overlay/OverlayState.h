@@ -13,7 +13,7 @@ class DiscViewController;
 
 /**
  * What the overlay's objects share: the state store, who takes their commands and timers, the widgets, and
- * the clip whose bar is current. Each of the three pointers may be null: what needs it is left out then.
+ * the clip whose bar is current. Each of the three pointers may be null; whatever needs it then does nothing.
  */
 struct OverlayState {
     explicit OverlayState(CDiscData& data) : m_data(data) {}

@@ -8,7 +8,7 @@ struct OverlayState;
 
 /**
  * The state picture and its text on the current bar, and the control that they answer (the key type). Event
- * thread, but the key type: any thread.
+ * thread only; the key type may be used from any thread.
  */
 class StateDisplay {
 public:

@@ -12,7 +12,7 @@ namespace Oro::ZMCAR {
 class ViewUI;
 }
 
-/** The way to films and photos: while the car moves the parking page stands before them. */
+/** The only way to films and photos: while the car moves it shows the parking page instead. */
 class ParkingGate {
 public:
     ParkingGate(Oro::ZMCAR::ViewUI& view, CDiscData& data, const Widgets& widgets, PageState& state,

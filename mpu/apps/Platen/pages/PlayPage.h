@@ -18,7 +18,7 @@ public:
         : m_view(view), m_data(data), m_widgets(widgets), m_state(state), m_title(title) {}
 
     void OnGotoAudioPlayPage();
-    /** Of ITEM_PLAY and ITEM_PAUSE the one to touch while the player runs, or rests. */
+    /** Shows ITEM_PAUSE while the player runs, else ITEM_PLAY. */
     void ShowPlayButton(bool bPlaying);
     void OnUserMsgPlayState();
     void OnUserMsgPlayTime();

@@ -22,7 +22,7 @@ public:
     void UpdatePhotoTitleRight(int nWndId);
 
 private:
-    /** Empty when it is not known. */
+    /** Empty if the catalogue does not have it. */
     std::string QueryFileName(int nFileType);
     void ShowFileTitle(int nWndId, int nItem, const std::string& name);
 

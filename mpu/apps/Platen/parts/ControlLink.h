@@ -3,8 +3,8 @@
 class DiscViewController;
 
 /**
- * A view's way to the controller: player commands, timers, key click, launcher. While no controller is
- * attached all of it does nothing. Event thread only, but AttachControl and timers at start-up.
+ * A view's access to the controller: player commands, timers, key click, launcher. Without a controller all of
+ * it does nothing. Event thread only, except AttachControl and timers at start-up.
  */
 class ControlLink {
 public:

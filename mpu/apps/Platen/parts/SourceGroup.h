@@ -29,9 +29,9 @@ enum class SourceGroupClick {
 };
 
 /**
- * The popup with which the user changes to another application, on one page. Each of its controls beeps;
- * opening and closing need the two widget accessors, beep and launcher requests the controller; what is
- * missing is left out. Event thread only.
+ * The popup with which the user changes to another application, on one page. Each of its controls beeps.
+ * Without the two widget accessors it is neither opened nor closed, without a controller it neither beeps nor
+ * asks the launcher. Event thread only.
  */
 class SourceGroup {
 public:

@@ -144,8 +144,8 @@ bool VoiceSearch::OnQuerySongName(std::string name) {
         return true;
     }
     if (bFound) {
-        // A name with a quote that leaves a valid statement chose rows that do not hold it: no match, and no
-        // such rows.
+        // A quote in the name that leaves a valid statement selects rows that do not contain the name: they are
+        // not a match, and are dropped.
         m_discDb.QueryPlayListCmd("", LIST_FROM_SEARCH, "");
     }
     m_lists.m_nCurListFrom = nListFrom;
@@ -155,7 +155,7 @@ bool VoiceSearch::OnQuerySongName(std::string name) {
 bool VoiceSearch::OnHandleQueryResult() {
     delay(QUERY_POLL_MS);
     int i = 0;
-    // A worker that has not begun has finished nothing, however long ago the flag was set.
+    // The finish flag alone is of the task before until the worker has begun this one.
     while (!m_discDb.IsQueryFinished() && i < QUERY_POLLS) {
         delay(QUERY_POLL_MS);
         ++i;

@@ -21,7 +21,7 @@ public:
     bool IsShown() const { return m_bVideoOsd; }
     /** Showing also starts the timer that hides it. */
     void SetVisibleOsd(bool bShow);
-    /** Hides it without its own way of going. */
+    /** Hides the view at once; its bar stays and plays no animation. */
     void WithdrawOsd();
     void HideOsdPad();
     void HideOsdAndPad();

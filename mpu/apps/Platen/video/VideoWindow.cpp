@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int VIDEO_WINDOW_ORDER = 2; ///< wherever it lies, WND_VIDEO and the overlay are seen over it
+constexpr int VIDEO_WINDOW_ORDER = 2; ///< WND_VIDEO and the overlay are seen over it, whatever their order
 
 }
 

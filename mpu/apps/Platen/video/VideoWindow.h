@@ -16,7 +16,7 @@ public:
 
     /** The window as the framework names it when it has been posted. */
     const std::string& Name() const { return m_strVideoWin; }
-    /** Places the window that has been posted, and shows it if that was wished meanwhile. */
+    /** Places the window once it has been posted; shows it if SetVisibleVideo asked for that meanwhile. */
     void OnPosted();
     void ManipulateVideoWin(bool bShow, int x, int y, int w, int h);
     void SetVisibleVideo(bool bShow);

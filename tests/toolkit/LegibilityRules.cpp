@@ -330,7 +330,7 @@ Findings cutTexts(const Resource& resource, FontBook& fonts) {
     const auto check = [&](const std::string& text, const WindowSpec& window, const ItemSpec& item,
                            bool bold) {
         const Style& style = styleOf(resource, item);
-        const LayoutPtr layout = fonts.layout(style.textSize, bold, readingOf(text));
+        const LayoutPtr layout = fonts.layout(style.textSize, bold, directionOf(text));
         const std::string shown = text + style.suffix;
         fonts.prepare(shown);
         pango_layout_set_text(layout.get(), shown.c_str(), -1);

@@ -38,6 +38,24 @@ constexpr FaultRow faults[] = {
     {"region", DriveFault::None, DeviceError::Region},
 };
 
+// What the disc is, in words.
+std::string kindOf(const Contents& contents) {
+    if (contents.dvd) {
+        return "DVD-Video";
+    }
+    if (contents.trackType) {
+        return contents.trackType == MediaType::Vcd ? "VCD" : "audio CD";
+    }
+    std::string found;
+    for (const auto& row : kinds) {
+        if (!contents.of(row.kind).empty()) {
+            found += found.empty() ? "files: " : ", ";
+            found += row.name;
+        }
+    }
+    return found.empty() ? "files, none of them playable" : found;
+}
+
 } // namespace
 
 Drive::Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
@@ -64,7 +82,19 @@ void Drive::rememberTray() {
 
 void Drive::report(const DriveState& report) {
     m_report = report;
-    m_state.drive(report);
+    if (m_gate && !report.path.empty()) {
+        const auto& description = m_gate->description();
+        m_report.form = description.form;
+        m_report.catalogNumber = description.catalogNumber;
+        if (std::any_of(description.isrcs.begin(), description.isrcs.end(),
+                        [](const std::string& each) { return !each.empty(); })) {
+            m_report.isrcs = description.isrcs;
+        }
+    }
+    if (m_contents && !report.path.empty()) {
+        m_report.kind = kindOf(*m_contents);
+    }
+    m_state.drive(m_report);
 }
 
 void Drive::insert(const std::string& path) {
@@ -74,7 +104,8 @@ void Drive::insert(const std::string& path) {
         m_state.drive({"error", path, medium.error()});
         if (!m_path.empty()) {
             // What is inside stays there and plays on: the last word is about that.
-            m_state.drive({m_report.state, m_report.path, medium.error()});
+            m_report.text = medium.error();
+            m_state.drive(m_report);
         }
         return;
     }

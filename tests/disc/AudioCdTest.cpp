@@ -1,5 +1,5 @@
+#include "services/disc/image/DiscSheet.h"
 #include "services/disc/library/Scanner.h"
-#include "services/disc/medium/CueSheet.h"
 #include "services/disc/medium/OpenMedium.h"
 #include "tests/disc/CdImage.h"
 #include "tests/disc/Samples.h"
@@ -208,7 +208,7 @@ TEST(AudioCd, WhatIsWrongIsNamed) {
     writeFile(folder / "d.cue", "FILE d.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:77:00\n");
     EXPECT_EQ(errorOf(folder / "d.cue"),
               (folder / "d.cue") + ": line 3: INDEX 01 00:77:00: not a number and a time mm:ss:ff");
-    writeFile(folder / "d.cue", std::string(MaxCueBytes * 2, '\n'));
+    writeFile(folder / "d.cue", std::string(MaxSheetBytes * 2, '\n'));
     EXPECT_EQ(errorOf(folder / "d.cue"), (folder / "d.cue") + ": longer than 262144 bytes");
 }
 

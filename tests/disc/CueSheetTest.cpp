@@ -1,4 +1,4 @@
-#include "services/disc/medium/CueSheet.h"
+#include "services/disc/image/CueSheet.h"
 
 #include "tests/disc/CdImage.h"
 
@@ -11,10 +11,10 @@ namespace {
 
 constexpr const char* file = "FILE \"d.bin\" BINARY\n";
 
-CueSheet good(const std::string& text) {
+DiscSheet good(const std::string& text) {
     const auto sheet = parseCueSheet(text);
     EXPECT_TRUE(sheet) << (sheet ? "" : sheet.error()) << "\n" << text;
-    return sheet ? *sheet : CueSheet{};
+    return sheet ? *sheet : DiscSheet{};
 }
 
 std::string errorOf(const std::string& text) {
@@ -33,10 +33,11 @@ void PrintTo(const Extent& extent, std::ostream* out) {
     *out << extent.file << ": " << extent.begin << " to " << extent.end;
 }
 
-std::vector<Extent> extents(const CueSheet& sheet) {
+std::vector<Extent> extents(const DiscSheet& sheet) {
     std::vector<Extent> result;
     for (const auto& track : sheet.tracks) {
-        result.push_back({track.file, track.begin, track.end.value_or(0)});
+        const auto& piece = track.pieces.front();
+        result.push_back({*piece.file, piece.begin, piece.end.value_or(0)});
     }
     return result;
 }
@@ -65,8 +66,61 @@ TEST(CueSheet, TextsOfDiscAndTracksAreKept) {
     ASSERT_EQ(sheet.tracks.size(), 1u);
     EXPECT_EQ(sheet.tracks[0].title, "12\" Mix");
     EXPECT_EQ(sheet.tracks[0].performer, "Cid");
-    EXPECT_EQ(sheet.tracks[0].begin, 0u) << "a pregap is silence that the file does not hold";
+    EXPECT_EQ(sheet.tracks[0].pieces[0].begin, 0u) << "a pregap is silence that the file does not hold";
     EXPECT_EQ(sheet.files[0].name, "d.bin");
+}
+
+TEST(CueSheet, NumbersOfDiscAndRecordingsAreKeptWhereTheyAreSuch) {
+    const std::string end = std::string(file) + "TRACK 01 AUDIO\nISRC deabc1234567\nINDEX 01 00:00:00\n"
+                                                "TRACK 02 AUDIO\nISRC 12\nINDEX 01 00:01:00\n";
+    const auto sheet = good("CATALOG 0724359532257\nCDTEXTFILE \"x.cdt\"\n" + end);
+    EXPECT_EQ(sheet.catalogNumber, "0724359532257");
+    EXPECT_EQ(sheet.cdTextFile, "x.cdt");
+    EXPECT_EQ(sheet.tracks[0].isrc, "DEABC1234567");
+    EXPECT_EQ(sheet.tracks[1].isrc, "");
+    EXPECT_EQ(good("CATALOG 07243595\n" + end).catalogNumber, "");
+}
+
+TEST(CueSheet, SilenceThatIsNotInTheFileEndsTheTrackBefore) {
+    const auto sheet = good(std::string(file) + "TRACK 01 AUDIO\nPREGAP 00:02:00\nINDEX 01 00:00:00\n"
+                                                "POSTGAP 00:01:00\n"
+                                                "TRACK 02 AUDIO\nPREGAP 00:00:37\nINDEX 01 00:10:00\n");
+    const auto& pieces = sheet.tracks[0].pieces;
+    ASSERT_EQ(pieces.size(), 2u);
+    EXPECT_EQ(pieces[0].end, 750u * SectorBytes);
+    EXPECT_FALSE(pieces[1].file);
+    EXPECT_EQ(pieces[1].end, (75u + 37u) * SectorBytes);
+    EXPECT_EQ(sheet.tracks[1].pieces.size(), 1u);
+    EXPECT_EQ(errorOf(std::string(file) + "TRACK 01 AUDIO\nPREGAP 2\n"),
+              "line 3: PREGAP 2: not a time mm:ss:ff");
+    EXPECT_EQ(errorOf(std::string(file) + "POSTGAP 00:02:00\n"),
+              "line 2: POSTGAP 00:02:00: no TRACK before it");
+}
+
+TEST(CueSheet, WhatComesBeforeTheFirstTrackIsHiddenSoundUnlessItIsAPause) {
+    const auto hidden = [](const std::string& zero, const std::string& one) {
+        return good(std::string(file) + "TRACK 01 AUDIO\nINDEX 00 " + zero + "\nINDEX 01 " + one +
+                    "\nTRACK 02 AUDIO\nINDEX 00 01:00:00\nINDEX 01 02:00:00\n")
+            .hidden;
+    };
+    EXPECT_FALSE(hidden("00:00:00", "00:03:74"));
+    const auto found = hidden("00:00:10", "00:04:10");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->begin, 10u * SectorBytes);
+    EXPECT_EQ(found->end, 310u * SectorBytes);
+    EXPECT_FALSE(
+        good(std::string(file) + "TRACK 01 MODE1/2352\nINDEX 00 00:00:00\nINDEX 01 00:10:00\n").hidden);
+}
+
+TEST(CueSheet, FilesOfSoundAreOfSeveralTypes) {
+    using enum SheetFileType;
+    const std::pair<const char*, SheetFileType> rows[] = {{"BINARY", Sectors}, {"MOTOROLA", SwappedSectors},
+                                                          {"WAVE", SoundFile}, {"aiff", SoundFile},
+                                                          {"MP3", SoundFile},  {"FLAC", SoundFile}};
+    for (const auto& [type, wanted] : rows) {
+        const auto sheet = good("FILE \"a\" " + std::string(type) + "\nTRACK 1 AUDIO\nINDEX 1 0:0:0\n");
+        EXPECT_EQ(sheet.files[0].type, wanted) << type;
+    }
 }
 
 TEST(CueSheet, FormsOfTheTextMakeNoDifference) {
@@ -168,10 +222,12 @@ TEST(CueSheet, WhatIsWrongIsNamedWithItsLine) {
         {"hello\n", "line 1: hello: no line of a cue sheet"},
         {std::string("\0\xFF\x01garbage", 10),
          "line 1: \xEF\xBF\xBD\xEF\xBF\xBDgarbage: no line of a cue sheet"},
-        {"\nFILE \"d.wav\" WAVE\n", "line 2: FILE \"d.wav\" WAVE: only files of the type BINARY are played"},
-        {"FILE \"d.bin\"\n", "line 1: FILE \"d.bin\": only files of the type BINARY are played"},
-        {"FILE\n", "line 1: FILE: only files of the type BINARY are played"},
-        {"FILE BINARY\n", "line 1: FILE BINARY: only files of the type BINARY are played"},
+        {"\nFILE \"d.wav\" CDR\n",
+         "line 2: FILE \"d.wav\" CDR: not of the type BINARY, MOTOROLA, WAVE, AIFF, MP3 or FLAC"},
+        {"FILE \"d.bin\"\n",
+         "line 1: FILE \"d.bin\": not of the type BINARY, MOTOROLA, WAVE, AIFF, MP3 or FLAC"},
+        {"FILE\n", "line 1: FILE: not of the type BINARY, MOTOROLA, WAVE, AIFF, MP3 or FLAC"},
+        {"FILE BINARY\n", "line 1: FILE BINARY: not of the type BINARY, MOTOROLA, WAVE, AIFF, MP3 or FLAC"},
         {"FILE \"\" BINARY\n", "line 1: FILE \"\" BINARY: no file name"},
         {"FILE \"d.bin BINARY\n", "line 1: FILE \"d.bin BINARY: no file name"},
         {"FILE \" BINARY\n", "line 1: FILE \" BINARY: no file name"},
@@ -215,7 +271,7 @@ TEST(CueSheet, WhatIsWrongIsNamedWithItsLine) {
 
 TEST(CueSheet, SizesAreBounded) {
     EXPECT_EQ(errorOf("REM\nREM " + std::string(1000, 'x') + "\n"), "line 2: longer than 1000 bytes");
-    EXPECT_EQ(errorOf(std::string(MaxCueBytes + 1, '\n')), "longer than 262144 bytes");
+    EXPECT_EQ(errorOf(std::string(MaxSheetBytes + 1, '\n')), "longer than 262144 bytes");
     std::string files;
     for (int i = 0; i < 99; ++i) {
         files += file;

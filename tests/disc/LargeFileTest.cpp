@@ -1,4 +1,4 @@
-#include "services/disc/medium/IsoMedium.h"
+#include "services/disc/medium/FileSystem.h"
 #include "tests/disc/Samples.h"
 
 #include <gtest/gtest.h>
@@ -71,7 +71,7 @@ std::string makeImage(const TempFolder& folder, uint64_t secondBlock) {
 }
 
 std::unique_ptr<ByteReader> openFilm(const std::string& image) {
-    const auto medium = IsoMedium::openImage(image);
+    const auto medium = openFileSystem(image);
     EXPECT_TRUE(medium) << (medium ? "" : medium.error());
     const auto entries = (*medium)->list("");
     EXPECT_EQ(entries->size(), 2u) << "one file, however many records, and the one behind it";

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <numeric>
 #include <set>
+#include <span>
 #include <tuple>
 
 namespace zm::disc {
@@ -40,7 +41,9 @@ std::string join(const std::string& folder, const std::string& name) {
 /** First walk: what there is. Collects the bytes of all names and tags for the character-set repair. */
 class Walk {
 public:
-    Walk(Medium& medium, ScanProgress& progress) : m_medium(medium), m_progress(progress) {}
+    /** `tracks`: what the disc's tracks are, if it has such beside its files; else null. */
+    Walk(Medium& medium, ScanProgress& progress, const Contents* tracks)
+        : m_medium(medium), m_progress(progress), m_tracks(tracks) {}
 
     Status read(FoundFolder& folder, int depth) {
         ++m_progress.steps;
@@ -98,7 +101,9 @@ private:
         m_repair.learn(entry.rawName);
         FoundFile file{entry.rawName, kind->kind, {}};
         const std::string path = join(parent.path, entry.rawName);
-        if (kind->tags != TagFormat::None) {
+        if (const Item* track = parent.path.empty() ? trackCalled(entry.rawName) : nullptr) {
+            file.tags = tagsOf(*track);
+        } else if (kind->tags != TagFormat::None) {
             if (auto reader = m_medium.open(path)) {
                 file.tags = readTags(**reader, entry.rawName);
                 learnTags(m_repair, file.tags);
@@ -106,6 +111,24 @@ private:
         }
         m_identity.addFile(path, entry.size, file.tags.title.bytes, file.tags.album.bytes);
         parent.files.push_back(std::move(file));
+    }
+
+    const Item* trackCalled(const std::string& name) const {
+        const auto items = m_tracks ? std::span(m_tracks->of(MediaKind::Music)) : std::span<const Item>();
+        const auto track =
+            std::find_if(items.begin(), items.end(), [&](const Item& each) { return each.rawName == name; });
+        return track == items.end() ? nullptr : &*track;
+    }
+
+    // A track has no tags of its own; the description of the disc knows its texts.
+    static RawTags tagsOf(const Item& track) {
+        RawTags tags;
+        tags.title = {track.name, false};
+        tags.artist = {track.tags.artist, false};
+        tags.album = {track.tags.album, false};
+        tags.track = track.fileId;
+        tags.seconds = track.tags.seconds;
+        return tags;
     }
 
     // A picture of that name beside music belongs to the music.
@@ -117,6 +140,7 @@ private:
 
     Medium& m_medium;
     ScanProgress& m_progress;
+    const Contents* m_tracks;
     CharsetRepair m_repair;
     DiscIdentity m_identity;
     std::set<std::pair<uint64_t, uint64_t>> m_visited;
@@ -209,22 +233,26 @@ private:
 } // namespace
 
 Result<Contents> scan(Medium& medium, ScanProgress& progress) {
-    if (const auto tracks = medium.tracks()) {
+    const auto tracks = medium.tracks();
+    if (tracks && !medium.hasFilesToo()) {
         return *tracks;
     }
-    if (const auto dvd = findDvd(medium)) {
+    if (const auto dvd = tracks ? std::nullopt : findDvd(medium)) {
         Contents contents;
         contents.trackType = MediaType::Dvd;
         contents.dvd = dvd;
         return contents;
     }
     FoundFolder root;
-    Walk walk(medium, progress);
+    Walk walk(medium, progress, tracks.get());
     if (auto status = walk.read(root, 0); !status) {
         return status.failure();
     }
     if (progress.cancelled) {
         return Error{"cancelled"};
+    }
+    if (tracks && root.folders.empty()) {
+        return *tracks; // its files are nothing that can be played
     }
     Numbering numbering(walk.repair());
     numbering.add(root, 0, walk.repair().toUtf8(medium.label()));

@@ -24,7 +24,8 @@ inline constexpr int MaxDepth = 128;
  * UTF-8. Folders are numbered from the root (1) on, each before its sub-folders; folders without any playable
  * file are left out, so are covers beside music. Inside a folder music goes by disc and track number, then by
  * file name; the rest by file name. A folder that cannot be read is logged and left out; the error is for a
- * root that cannot be read, or "cancelled". A disc of tracks knows its contents without being searched.
+ * root that cannot be read, or "cancelled". A disc of tracks knows its contents without being searched;
+ * one that has playable files beside its tracks is a disc of files, the tracks being those of its root.
  * Blocks; any thread.
  */
 Result<Contents> scan(Medium& medium, ScanProgress& progress);

@@ -42,7 +42,9 @@ private:
 };
 
 FaultGate::FaultGate(std::shared_ptr<Medium> medium)
-    : m_medium(std::move(medium)), m_state(std::make_shared<State>()) {}
+    : m_medium(std::move(medium)), m_state(std::make_shared<State>()) {
+    describe(m_medium->description());
+}
 
 FaultGate::~FaultGate() {
     // Lets readers that still hang come back.

@@ -25,6 +25,7 @@ public:
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
     std::shared_ptr<const Contents> tracks() const override;
+    bool hasFilesToo() const override { return m_medium->hasFilesToo(); }
 
 private:
     struct State;

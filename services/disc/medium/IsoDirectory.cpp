@@ -112,6 +112,13 @@ Result<std::string> firstRecord(ByteReader& image, uint64_t offset) {
     return std::string(record);
 }
 
+// ISO 9660:1999: names of up to 207 bytes.
+bool isEnhanced(std::string_view block) {
+    constexpr size_t VersionPlace = 6;
+    constexpr unsigned char EnhancedVersion = 2;
+    return byteAt(block, 0) == SupplementaryDescriptor && byteAt(block, VersionPlace) == EnhancedVersion;
+}
+
 void takeDescriptor(const std::string& block, IsoVolume& volume) {
     const std::string_view root = recordAt(block, RootPlace);
     const std::string_view label = std::string_view(block).substr(LabelPlace, LabelSize);
@@ -121,7 +128,10 @@ void takeDescriptor(const std::string& block, IsoVolume& volume) {
     if (byteAt(block, 0) == PrimaryDescriptor) {
         volume.label = trimmed(std::string(label));
         volume.root = extentOf(root);
-    } else if (volume.names == IsoVolume::Names::Plain) {
+    } else if (isEnhanced(block)) {
+        volume.root = extentOf(root);
+        volume.names = volume.names == IsoVolume::Names::Plain ? IsoVolume::Names::Long : volume.names;
+    } else if (volume.names != IsoVolume::Names::RockRidge) {
         volume.label = trimmed(fromUtf16(label));
         volume.root = extentOf(root);
         volume.names = IsoVolume::Names::Joliet;
@@ -141,10 +151,10 @@ std::optional<size_t> findRockRidge(ByteReader& image, const IsoVolume& volume) 
 
 } // namespace
 
-Result<IsoVolume> readIsoVolume(ByteReader& image) {
+Result<IsoVolume> readIsoVolume(ByteReader& image, uint64_t session) {
     IsoVolume volume;
-    for (uint32_t number = FirstDescriptor; number < LastDescriptor; ++number) {
-        auto block = readBytes(image, {isoBlock(number), IsoBlockSize});
+    for (uint64_t number = FirstDescriptor; number < LastDescriptor; ++number) {
+        auto block = readBytes(image, {(session + number) * IsoBlockSize, IsoBlockSize});
         if (!block || block->size() < IsoBlockSize || block->compare(1, signature.size(), signature) != 0 ||
             byteAt(*block, 0) == EndOfDescriptors) {
             break;
@@ -156,7 +166,7 @@ Result<IsoVolume> readIsoVolume(ByteReader& image) {
                 volume.names = IsoVolume::Names::RockRidge;
                 volume.skip = *skip;
             }
-        } else if (isJoliet(*block)) {
+        } else if (isJoliet(*block) || (isEnhanced(*block) && volume.names == IsoVolume::Names::Plain)) {
             takeDescriptor(*block, volume);
         }
     }
@@ -175,9 +185,11 @@ std::optional<IsoRecord> decode(ByteReader& image, const IsoVolume& volume, std:
     if (bare.empty() || bare == std::string_view("\0", 1) || bare == "\1") {
         return std::nullopt;
     }
-    IsoRecord found{"", folder ? Entry::Type::Folder : Entry::Type::File, extentOf(record)};
+    IsoRecord found{"", folder ? Entry::Type::Folder : Entry::Type::File, extentOf(record), {}, {}};
     if (volume.names == IsoVolume::Names::Joliet) {
         found.name = withoutVersion(fromUtf16(bare));
+    } else if (volume.names == IsoVolume::Names::Long) {
+        found.name = withoutVersion(std::string(bare));
     } else if (volume.names == IsoVolume::Names::RockRidge) {
         const auto area = systemUse(record);
         const auto extra = readRockRidge(image, area.substr(std::min(volume.skip, area.size())));
@@ -185,6 +197,8 @@ std::optional<IsoRecord> decode(ByteReader& image, const IsoVolume& volume, std:
             return std::nullopt;
         }
         found.name = extra.name;
+        found.link = extra.link;
+        found.compressed = extra.compressed;
         if (extra.relocated) {
             const uint64_t offset = isoBlock(*extra.relocated);
             const auto self = firstRecord(image, offset);

@@ -19,8 +19,9 @@ public:
     using Opener =
         std::function<Result<std::unique_ptr<ByteReader>>(const std::string& name, const IsoExtent& extent)>;
 
-    /** A file that is the image. Fails if it cannot be read or holds no such file system. */
-    static Result<std::shared_ptr<Medium>> openImage(const std::string& image);
+    /** What the error says, behind the image's name, where there is no such file system. */
+    static constexpr const char* NoImage = "not a disc image";
+
     /** The file system that `opener` opens; `image` names it in error texts. */
     static Result<std::shared_ptr<Medium>> openImage(const std::string& image, const Opener& opener);
 
@@ -31,13 +32,21 @@ public:
 private:
     IsoMedium(std::string image, Opener opener, std::unique_ptr<ByteReader> reader, IsoVolume volume);
 
+    struct File {
+        IsoExtent extent;
+        std::optional<ZisofsHeader> compressed;
+    };
+    std::optional<IsoRecord> resolve(const std::string& folder, const std::string& link);
+    std::optional<IsoRecord> find(const std::string& path);
+
     std::string m_image;
     Opener m_opener;
     std::mutex m_mutex; ///< of the maps and the reader
     std::unique_ptr<ByteReader> m_reader;
     IsoVolume m_volume;
     std::map<std::string, IsoExtent> m_folders; ///< by path; those that were listed by their parent
-    std::map<std::string, IsoExtent> m_files;
+    std::map<std::string, File> m_files;
+    int m_links = 0; ///< followed so far
 };
 
 } // namespace zm::disc

@@ -33,6 +33,13 @@ struct Entry {
     uint64_t size = 0; ///< bytes of a file; not said by a disc of tracks
 };
 
+/** What is known of a disc before it is searched. */
+struct DiscDescription {
+    std::string form;               ///< as what it was recognised, in words
+    std::string catalogNumber;      ///< 13 digits, or empty
+    std::vector<std::string> isrcs; ///< numbers of its recordings, by track, empty ones where unknown
+};
+
 /**
  * The readable side of a disc, whatever it really is. Paths are raw bytes relative to the root, "" being the
  * root. Every call may block as long as the drive does, so none belongs on a thread that answers. Any thread,
@@ -49,6 +56,15 @@ public:
     /** All that is on a disc of tracks; null for a disc of files, which has to be searched. Does not block.
      */
     virtual std::shared_ptr<const Contents> tracks() const { return nullptr; }
+    /** Whether a disc of tracks has files, too: then it has to be searched. Does not block. */
+    virtual bool hasFilesToo() const { return false; }
+
+    const DiscDescription& description() const { return m_description; }
+    /** By whoever opens it, before anybody else sees it. */
+    void describe(DiscDescription description) { m_description = std::move(description); }
+
+private:
+    DiscDescription m_description;
 };
 
 } // namespace zm::disc

@@ -5,9 +5,9 @@
 namespace zm::disc {
 
 /**
- * The disc at `path`: a folder, an image of a data disc, or the cue sheet or sectors (with the cue sheet of
- * the same name beside them) of an audio CD, VCD or data disc. The error names the path and says what is
- * wrong.
+ * The disc at `path`: a folder, an image of a data disc, or the description of an image or its sectors (with a
+ * description of the same name beside them) of an audio CD, VCD or data disc. The error names the path and says what
+ * is wrong. What is looked for, and in which order, stands in one table.
  */
 Result<std::shared_ptr<Medium>> openMedium(const std::string& path);
 

@@ -16,6 +16,43 @@ constexpr size_t RelocationSize = 12;
 constexpr size_t NameHeader = 5;
 constexpr size_t SharingSize = 7;
 
+// A link's parts: a name or one of those.
+constexpr unsigned PartGoesOn = 0x01;
+constexpr unsigned PartHere = 0x02;
+constexpr unsigned PartAbove = 0x04;
+constexpr unsigned PartRoot = 0x08;
+
+// Compressed files.
+constexpr size_t CompressedSize = 16;
+constexpr std::string_view CompressedPlainly = "pz";
+
+unsigned byteAt(std::string_view bytes, size_t place) {
+    return static_cast<unsigned char>(bytes[place]);
+}
+
+// The path that a link's parts make; `goesOn`: the last part does so in the next entry.
+void readLink(std::string_view parts, std::string& link, bool& goesOn) {
+    constexpr size_t PartHeader = 2;
+    while (parts.size() >= PartHeader && link.size() < MaxName) {
+        const unsigned flags = byteAt(parts, 0);
+        const size_t size = std::min<size_t>(byteAt(parts, 1), parts.size() - PartHeader);
+        if (!goesOn && !link.empty() && link.back() != '/') {
+            link += '/';
+        }
+        if (flags & PartRoot) {
+            link.assign(1, '/');
+        } else if (flags & PartAbove) {
+            link += "..";
+        } else if (flags & PartHere) {
+            link += ".";
+        } else {
+            link += parts.substr(PartHeader, size);
+        }
+        goesOn = (flags & PartGoesOn) != 0;
+        parts.remove_prefix(PartHeader + size);
+    }
+}
+
 // Where entries go on.
 struct Continuation {
     uint64_t offset = 0;
@@ -24,6 +61,7 @@ struct Continuation {
 
 std::optional<Continuation> readArea(std::string_view area, RockRidge& found) {
     std::optional<Continuation> next;
+    bool linkGoesOn = false;
     while (area.size() >= EntryHeader) {
         const size_t size = static_cast<unsigned char>(area[2]);
         if (size < EntryHeader || size > area.size()) {
@@ -35,6 +73,10 @@ std::optional<Continuation> readArea(std::string_view area, RockRidge& found) {
             found.name += entry.substr(NameHeader);
         } else if (kind == "CL" && size >= RelocationSize) {
             found.relocated = isoNumber32(entry, 4);
+        } else if (kind == "SL" && size > NameHeader) {
+            readLink(entry.substr(NameHeader), found.link, linkGoesOn);
+        } else if (kind == "ZF" && size >= CompressedSize && entry.substr(4, 2) == CompressedPlainly) {
+            found.compressed = ZisofsHeader{isoNumber32(entry, 8), byteAt(entry, 6) * 4, byteAt(entry, 7)};
         } else if (kind == "RE") {
             found.hidden = true;
         } else if (kind == "CE" && size >= ContinuationSize) {

@@ -2,6 +2,8 @@
 
 #include "services/disc/medium/Medium.h"
 
+#include "services/disc/medium/Zisofs.h"
+
 #include <optional>
 
 namespace zm::disc {
@@ -11,6 +13,8 @@ struct RockRidge {
     std::string name;                  ///< empty when there is none
     std::optional<uint32_t> relocated; ///< block in which the folder really lies
     bool hidden = false;               ///< stands here only because it was relocated
+    std::string link;                  ///< what it stands for, as a path; empty when it stands for itself
+    std::optional<ZisofsHeader> compressed;
 };
 
 /** Reads the system-use entries in `area` and where they go on elsewhere in the image. */

@@ -1,7 +1,5 @@
 #include "services/disc/medium/SectorReader.h"
 
-#include "services/disc/medium/SliceReader.h"
-
 #include <algorithm>
 
 namespace zm::disc {
@@ -52,7 +50,7 @@ Result<size_t> SectorReader::readAt(uint64_t offset, std::span<char> buffer) {
 
 Result<std::unique_ptr<ByteReader>> openSectors(const ImageTrack& track, const std::string& name,
                                                 uint32_t bytes, uint64_t offset, uint64_t size) {
-    auto sectors = openSlice(track.file, track.offset, track.size, name);
+    auto sectors = openTrack(track, name);
     if (!sectors) {
         return sectors;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/medium/CueImage.h"
+#include "services/disc/medium/DiscImage.h"
 #include "services/disc/medium/Medium.h"
 
 namespace zm::disc {

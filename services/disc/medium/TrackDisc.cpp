@@ -1,6 +1,5 @@
 #include "services/disc/medium/TrackDisc.h"
 
-#include "services/disc/medium/SliceReader.h"
 #include "services/disc/medium/VideoTrack.h"
 #include "services/disc/medium/WavReader.h"
 #include "services/disc/model/DiscIdentity.h"
@@ -18,7 +17,11 @@ std::string twoDigits(int number) {
     return std::string(digits.size() < 2 ? 1 : 0, '0') + digits;
 }
 
-Contents contentsOf(const CueImage& image, MediaType type, MediaKind kind) {
+std::string extensionOf(const ImageTrack& track, MediaKind kind) {
+    return !track.extension.empty() ? track.extension : kind == MediaKind::Music ? ".wav" : ".mpg";
+}
+
+Contents contentsOf(const DiscImage& image, MediaType type, MediaKind kind) {
     Contents contents;
     contents.trackType = type;
     Folder root{RootFolder, 0, "", image.label, {}};
@@ -28,16 +31,16 @@ Contents contentsOf(const CueImage& image, MediaType type, MediaKind kind) {
     DiscIdentity identity;
     for (const auto& track : image.tracks) {
         const int number = static_cast<int>(items.size()) + 1;
-        const char* extension = kind == MediaKind::Music ? ".wav" : ".mpg";
-        Item item{RootFolder, number, twoDigits(number) + extension, track.title, {}};
+        Item item{RootFolder, number, twoDigits(number) + extensionOf(track, kind), track.title, {}};
         if (item.name.empty()) {
             item.name = "Track " + twoDigits(number);
         }
         item.tags.title = track.title;
         item.tags.artist = track.performer.empty() ? image.performer : track.performer;
         item.tags.album = image.title;
-        const auto sectors = track.size / track.format.sectorSize;
-        item.tags.seconds = static_cast<int>(sectors / SectorsPerSecond);
+        const auto sectors = track.size() / track.format.sectorSize;
+        item.tags.seconds =
+            track.extension.empty() ? static_cast<int>(sectors / SectorsPerSecond) : track.seconds;
         items.push_back(std::move(item));
         identity.addTrack(items.size(), sectors);
     }
@@ -47,9 +50,18 @@ Contents contentsOf(const CueImage& image, MediaType type, MediaKind kind) {
 
 } // namespace
 
-TrackDisc::TrackDisc(CueImage image, MediaType type)
-    : m_image(std::move(image)), m_type(type),
-      m_contents(std::make_shared<const Contents>(contentsOf(m_image, type, kind()))) {}
+TrackDisc::TrackDisc(DiscImage image, MediaType type, const std::string& form)
+    : m_image(std::move(image)), m_type(type) {
+    if (m_image.hidden) {
+        m_image.tracks.push_back(*m_image.hidden);
+    }
+    m_contents = std::make_shared<const Contents>(contentsOf(m_image, type, kind()));
+    DiscDescription description{form, m_image.catalogNumber, {}};
+    for (const auto& track : m_image.tracks) {
+        description.isrcs.push_back(track.isrc);
+    }
+    describe(std::move(description));
+}
 
 MediaKind TrackDisc::kind() const {
     return m_type == MediaType::AudioCd ? MediaKind::Music : MediaKind::Video;
@@ -75,14 +87,14 @@ Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
     }
     const auto& track = m_image.tracks[static_cast<size_t>(item - items.begin())];
     const std::string name = m_image.path + ": " + file;
-    if (track.size == 0) {
-        return Error{name + ": " + track.file + " ends before it"};
+    if (track.size() == 0) {
+        return Error{name + ": " + track.pieces.front().file + " ends before it"};
     }
     if (kind() == MediaKind::Video) {
         return openVideoTrack(track, name);
     }
-    auto sound = openSlice(track.file, track.offset, track.size, name);
-    if (!sound) {
+    auto sound = openTrack(track, name);
+    if (!sound || !track.extension.empty()) {
         return sound;
     }
     return std::unique_ptr<ByteReader>(std::make_unique<WavReader>(std::move(*sound)));

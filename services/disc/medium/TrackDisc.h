@@ -1,18 +1,19 @@
 #pragma once
 
-#include "services/disc/medium/CueImage.h"
+#include "services/disc/medium/DiscImage.h"
 #include "services/disc/medium/Medium.h"
 
 namespace zm::disc {
 
 /**
  * The image of an audio CD or a VCD. Its tracks, counted from 1 in their order, appear as the files of a disc
- * without folders: sound as WAV files, films as MPEG streams.
+ * without folders: sound as WAV files, films as MPEG streams, encoded sound as it is.
  */
 class TrackDisc : public Medium {
 public:
-    /** `image`: the tracks to be played, all of one kind; `type`: AudioCd or Vcd. */
-    TrackDisc(CueImage image, MediaType type);
+    /** `image`: the tracks to be played, all of one kind; `type`: AudioCd or Vcd; `form`: how it was recognised. A hidden
+     * track comes last, so that the others keep their numbers. */
+    TrackDisc(DiscImage image, MediaType type, const std::string& form);
     std::string label() const override { return m_image.label; }
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
@@ -21,7 +22,7 @@ public:
 private:
     MediaKind kind() const;
 
-    CueImage m_image;
+    DiscImage m_image;
     MediaType m_type;
     std::shared_ptr<const Contents> m_contents;
 };

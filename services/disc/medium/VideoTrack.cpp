@@ -17,10 +17,10 @@ constexpr size_t LookedAtSectors = 4 * SectorsPerSecond;
 std::optional<uint64_t> beginning(const ImageTrack& track) {
     const auto& format = track.format;
     const bool hasRoom = format.headerSize + FilmSectorBytes <= format.sectorSize;
-    if (format.content != TrackFormat::Content::Mode2 || !hasRoom || track.size == 0) {
+    if (format.content != TrackFormat::Content::Mode2 || !hasRoom || track.size() == 0) {
         return std::nullopt;
     }
-    const auto reader = openSectors(track, track.file, FilmSectorBytes);
+    const auto reader = openSectors(track, track.pieces.front().file, FilmSectorBytes);
     if (!reader) {
         return std::nullopt;
     }

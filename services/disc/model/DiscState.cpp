@@ -263,8 +263,20 @@ void DiscState::texts(const TrackTexts& texts) {
     publish(Attribute::Id3, text(texts));
 }
 void DiscState::drive(const DriveState& state) {
-    publish(Attribute::DriveState,
-            lenient({{"state", state.state}, {"path", state.path}, {"text", state.text}}));
+    nlohmann::json json{{"state", state.state}, {"path", state.path}, {"text", state.text}};
+    if (!state.kind.empty()) {
+        json["kind"] = state.kind;
+    }
+    if (!state.form.empty()) {
+        json["form"] = state.form;
+    }
+    if (!state.catalogNumber.empty()) {
+        json["catalog"] = state.catalogNumber;
+    }
+    if (!state.isrcs.empty()) {
+        json["isrc"] = state.isrcs;
+    }
+    publish(Attribute::DriveState, lenient(json));
 }
 void DiscState::tray(const Tray& tray) {
     publish(Attribute::Tray, lenient({{"path", tray.path}, {"source", tray.source}}));

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zm::disc {
 
@@ -108,7 +109,11 @@ struct DvdDetail {
 struct DriveState {
     std::string state; ///< "empty", "reading", "loaded", "ejecting" or "error"
     std::string path;
-    std::string text; ///< why, when "error"; else why the latest insertion was refused
+    std::string text;   ///< why, when "error"; else why the latest insertion was refused
+    std::string kind{}; ///< of a disc that has been read: "DVD-Video", "audio CD", "files: music, video"
+    std::string form{}; ///< by what the disc was recognised
+    std::string catalogNumber{};      ///< of a CD, empty when unknown
+    std::vector<std::string> isrcs{}; ///< numbers of its recordings, by track; none when all are unknown
 };
 
 /** What the drive remembers for a service that is started again: its disc and whether it is the head unit's

@@ -1,7 +1,6 @@
-#include "services/disc/medium/CueImage.h"
+#include "services/disc/medium/SheetFiles.h"
 
 #include "services/disc/medium/SliceReader.h"
-#include "services/disc/text/Charset.h"
 
 #include <sys/stat.h>
 
@@ -15,33 +14,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// No disc has more; so much sound also fits into one file.
-constexpr uint64_t MaxTrackSectors = 100 * 60 * SectorsPerSecond;
-
-Result<std::string> readText(const std::string& path) {
-    auto reader = openSlice(path, 0, MaxCueBytes + 1, path);
-    if (!reader) {
-        return reader.failure();
-    }
-    std::string text(MaxCueBytes + 1, '\0');
-    const auto count = (*reader)->readAt(0, text);
-    if (!count) {
-        return count.failure();
-    }
-    text.resize(*count);
-    return text;
-}
-
 // A name from another system may be a whole path there: only its last part means anything here.
 std::string localName(const std::string& name) {
     const bool elsewhere = name.front() == '/' || name.find('\\') != std::string::npos;
     return elsewhere ? name.substr(name.find_last_of("/\\") + 1) : name;
 }
-
-struct FoundFile {
-    std::string path;
-    uint64_t size = 0;
-};
 
 std::string lowerCase(std::string text) {
     std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -65,7 +42,7 @@ bool exists(const std::string& path) {
     return ::stat(path.c_str(), &info) == 0;
 }
 
-Result<std::string> findPath(const fs::path& folder, const CueFile& file) {
+Result<std::string> findPath(const fs::path& folder, const SheetFile& file) {
     for (const auto& each : {file.rawName, file.name}) {
         const fs::path name = localName(each);
         if (name.empty() || std::find(name.begin(), name.end(), "..") != name.end()) {
@@ -89,7 +66,26 @@ Result<std::string> findPath(const fs::path& folder, const CueFile& file) {
     return Error{file.name + ": no such file"};
 }
 
-Result<FoundFile> findFile(const fs::path& folder, const CueFile& file) {
+Result<SoundHeader> soundHeaderOf(const std::string& path, uint64_t size) {
+    auto reader = openSlice(path, 0, size, path);
+    if (!reader) {
+        return reader.failure();
+    }
+    std::string failure;
+    const auto read = [&](uint64_t offset, size_t bytes) {
+        std::string buffer(bytes, '\0');
+        const auto count = (*reader)->readAt(offset, buffer);
+        failure = count ? failure : count.error();
+        buffer.resize(count ? *count : 0);
+        return buffer;
+    };
+    auto header = readSoundHeader(read, size);
+    return failure.empty() ? header : Result<SoundHeader>(Error{failure});
+}
+
+} // namespace
+
+Result<FoundSheetFile> findSheetFile(const std::string& folder, const SheetFile& file) {
     const auto path = findPath(folder, file);
     if (!path) {
         return path.failure();
@@ -101,42 +97,29 @@ Result<FoundFile> findFile(const fs::path& folder, const CueFile& file) {
     if (auto readable = openSlice(*path, 0, 0, *path); !readable) {
         return readable.failure();
     }
-    return FoundFile{*path, static_cast<uint64_t>(info.st_size)};
-}
-
-ImageTrack place(const CueTrack& track, const FoundFile& file) {
-    const uint64_t end = std::min(track.end.value_or(file.size), file.size);
-    const uint64_t sectors = end > track.begin ? (end - track.begin) / track.format.sectorSize : 0;
-    return {track.format, track.title, track.performer,
-            file.path,    track.begin, std::min(sectors, MaxTrackSectors) * track.format.sectorSize};
-}
-
-} // namespace
-
-Result<CueImage> readCueImage(const std::string& path) {
-    const auto text = readText(path);
-    if (!text) {
-        return text.failure();
-    }
-    auto sheet = parseCueSheet(*text);
-    if (!sheet) {
-        return Error{path + ": " + sheet.error()};
-    }
-    const fs::path cue(path);
-    std::vector<FoundFile> files;
-    for (const auto& file : sheet->files) {
-        auto found = findFile(cue.parent_path(), file);
-        if (!found) {
-            return Error{path + ": " + found.error()};
+    FoundSheetFile found{*path, static_cast<uint64_t>(info.st_size), file.type, {}};
+    if (file.type == SheetFileType::SoundFile) {
+        auto header = soundHeaderOf(*path, found.size);
+        if (!header) {
+            return Error{file.name + ": " + header.error()};
         }
-        files.push_back(std::move(*found));
+        found.sound = *header;
     }
-    const std::string label = sheet->title.empty() ? cleanText(cue.stem().string()) : sheet->title;
-    CueImage image{path, sheet->title, sheet->performer, label, {}};
-    for (const auto& track : sheet->tracks) {
-        image.tracks.push_back(place(track, files[track.file]));
+    return found;
+}
+
+Result<std::string> readSmallFile(const std::string& path, size_t most) {
+    auto reader = openSlice(path, 0, most, path);
+    if (!reader) {
+        return reader.failure();
     }
-    return image;
+    std::string text(most, '\0');
+    const auto count = (*reader)->readAt(0, text);
+    if (!count) {
+        return count.failure();
+    }
+    text.resize(*count);
+    return text;
 }
 
 } // namespace zm::disc

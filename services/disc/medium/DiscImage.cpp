@@ -1,0 +1,281 @@
+#include "services/disc/medium/DiscImage.h"
+
+#include "services/disc/image/CcdSheet.h"
+#include "services/disc/image/CdText.h"
+#include "services/disc/image/CueSheet.h"
+#include "services/disc/image/NrgTrailer.h"
+#include "services/disc/image/TocFile.h"
+#include "services/disc/log/Log.h"
+#include "services/disc/medium/SheetFiles.h"
+#include "services/disc/medium/SliceReader.h"
+#include "services/disc/text/Charset.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <numeric>
+
+namespace zm::disc {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// No disc has more; so much sound also fits into one file.
+constexpr uint64_t MaxTrackSectors = 100 * 60 * SectorsPerSecond;
+// A sample of both channels.
+constexpr uint64_t FrameBytes = 4;
+
+using Form = TrackPiece::Form;
+
+TrackPiece place(const SheetPiece& piece, const TrackFormat& format,
+                 const std::vector<FoundSheetFile>& files) {
+    const uint64_t most = MaxTrackSectors * format.sectorSize;
+    if (!piece.file) {
+        return {Form::Silence, "", 0, std::min(*piece.end, most)};
+    }
+    const auto& file = files[*piece.file];
+    const bool sound = file.type == SheetFileType::SoundFile;
+    if (sound && file.sound.form == SoundHeader::Form::Encoded) {
+        return {Form::Encoded, file.path, 0, file.size};
+    }
+    const bool swapped =
+        sound ? file.sound.form == SoundHeader::Form::Swapped : file.type == SheetFileType::SwappedSectors;
+    const uint64_t first = sound ? file.sound.begin : 0;
+    const uint64_t all = sound ? file.sound.bytes : file.size;
+    const uint64_t end = std::min(piece.end.value_or(all), all);
+    // A file of sound may end anywhere.
+    const uint64_t unit = sound ? FrameBytes : format.sectorSize;
+    const uint64_t bytes = end > piece.begin ? (end - piece.begin) / unit * unit : 0;
+    return {swapped ? Form::Swapped : Form::Plain, file.path, first + piece.begin, std::min(bytes, most)};
+}
+
+Result<ImageTrack> place(const SheetTrack& track, const std::vector<FoundSheetFile>& files) {
+    ImageTrack placed{track.format, track.title, track.performer, track.isrc, {}, {}, 0};
+    for (const auto& piece : track.pieces) {
+        placed.pieces.push_back(place(piece, track.format, files));
+        if (placed.pieces.back().form != Form::Encoded) {
+            continue;
+        }
+        const auto& sound = files[*piece.file].sound;
+        if (piece.begin != 0 || piece.end || placed.pieces.size() > 1) {
+            return Error{"track " + std::to_string(track.number) + ": a part of " +
+                         fs::path(files[*piece.file].path).filename().string() +
+                         ", which can only be played as a whole"};
+        }
+        placed.extension = sound.extension;
+        placed.seconds = sound.seconds;
+        break; // the silence behind it would need a decoder of our own
+    }
+    return placed;
+}
+
+void addTextsOf(DiscSheet& sheet, const std::string& folder, const std::string& path) {
+    if (sheet.cdTextFile.empty()) {
+        return;
+    }
+    const auto found = findSheetFile(folder, {sheet.cdTextFile, cleanText(sheet.cdTextFile)});
+    const auto bytes = found ? readSmallFile(found->path, MaxSheetBytes + 1) : found.failure();
+    const auto added = bytes ? addCdText(sheet, *bytes) : Status(bytes.failure());
+    if (!added) {
+        // The disc can be played without its texts.
+        logWarning("%s: %s: %s\n", path.c_str(), cleanText(sheet.cdTextFile).c_str(), added.error().c_str());
+    }
+}
+
+Result<DiscImage> imageOf(DiscSheet sheet, const std::string& path) {
+    const std::string folder = fs::path(path).parent_path().string();
+    addTextsOf(sheet, folder, path);
+    std::vector<FoundSheetFile> files;
+    for (const auto& file : sheet.files) {
+        auto found = findSheetFile(folder, file);
+        if (!found) {
+            return Error{path + ": " + found.error()};
+        }
+        files.push_back(std::move(*found));
+    }
+    const std::string label = sheet.title.empty() ? cleanText(fs::path(path).stem().string()) : sheet.title;
+    DiscImage image{path, sheet.title, sheet.performer, label, sheet.catalogNumber, {}, {}};
+    if (sheet.hidden) {
+        const SheetTrack hidden{0, *trackFormat("AUDIO"), "Hidden track", {}, {}, {*sheet.hidden}};
+        if (auto placed = place(hidden, files)) {
+            image.hidden = *placed;
+        }
+    }
+    for (const auto& track : sheet.tracks) {
+        auto placed = place(track, files);
+        if (!placed) {
+            return Error{path + ": " + placed.error()};
+        }
+        image.tracks.push_back(std::move(*placed));
+    }
+    return image;
+}
+
+template <class Parse>
+Result<DiscImage> readText(const std::string& path, Parse parse) {
+    const auto text = readSmallFile(path, MaxSheetBytes + 1);
+    if (!text) {
+        return text.failure();
+    }
+    auto sheet = parse(*text);
+    if (!sheet) {
+        return Error{path + ": " + sheet.error()};
+    }
+    return imageOf(std::move(*sheet), path);
+}
+
+struct NrgTrailerPlace {
+    uint64_t begin = 0;
+    uint64_t size = 0; ///< of the image
+};
+std::optional<NrgTrailerPlace> findNrgTrailer(const std::string& path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0 || info.st_size < static_cast<off_t>(NrgFooterBytes)) {
+        return std::nullopt;
+    }
+    const auto size = static_cast<uint64_t>(info.st_size);
+    auto reader = openSlice(path, size - NrgFooterBytes, NrgFooterBytes, path);
+    std::string footer(NrgFooterBytes, '\0');
+    if (!reader || !(*reader)->readAt(0, footer)) {
+        return std::nullopt;
+    }
+    const auto begin = nrgTrailerPlace(footer, size);
+    return begin ? std::optional(NrgTrailerPlace{*begin, size}) : std::nullopt;
+}
+
+/** The pieces of a track, one behind the other. */
+class PieceReader : public ByteReader {
+public:
+    struct Part {
+        TrackPiece piece;
+        std::unique_ptr<ByteReader> bytes; ///< null for silence
+    };
+    explicit PieceReader(std::vector<Part> parts)
+        : m_parts(std::move(parts)),
+          m_size(std::accumulate(m_parts.begin(), m_parts.end(), uint64_t{0},
+                                 [](uint64_t sum, const Part& part) { return sum + part.piece.size; })) {}
+
+    uint64_t size() const override { return m_size; }
+
+    Result<size_t> readAt(uint64_t offset, std::span<char> buffer) override {
+        size_t done = 0;
+        for (auto& part : m_parts) {
+            if (offset >= part.piece.size) {
+                offset -= part.piece.size;
+                continue;
+            }
+            const auto wanted =
+                static_cast<size_t>(std::min<uint64_t>(part.piece.size - offset, buffer.size() - done));
+            if (wanted == 0) {
+                break;
+            }
+            const auto count = read(part, offset, buffer.subspan(done, wanted));
+            if (!count) {
+                return count;
+            }
+            done += *count;
+            if (*count < wanted) {
+                break; // shorter than it was when it was opened
+            }
+            offset = 0;
+        }
+        return done;
+    }
+
+private:
+    static Result<size_t> read(Part& part, uint64_t offset, std::span<char> buffer) {
+        if (part.piece.form == Form::Silence) {
+            std::fill(buffer.begin(), buffer.end(), '\0');
+            return buffer.size();
+        }
+        if (part.piece.form != Form::Swapped) {
+            return part.bytes->readAt(offset, buffer);
+        }
+        // Whole samples, which may begin before and end behind what is wanted.
+        const auto before = static_cast<size_t>(offset % 2);
+        std::vector<char> samples((before + buffer.size() + 1) / 2 * 2);
+        const auto count = part.bytes->readAt(offset - before, samples);
+        if (!count) {
+            return count;
+        }
+        for (size_t i = 0; i + 1 < samples.size(); i += 2) {
+            std::swap(samples[i], samples[i + 1]);
+        }
+        const size_t usable = *count / 2 * 2 > before ? *count / 2 * 2 - before : 0;
+        const size_t given = std::min(usable, buffer.size());
+        std::copy_n(samples.begin() + static_cast<std::ptrdiff_t>(before), given, buffer.begin());
+        return given;
+    }
+
+    std::vector<Part> m_parts;
+    uint64_t m_size;
+};
+
+} // namespace
+
+uint64_t ImageTrack::size() const {
+    return std::accumulate(pieces.begin(), pieces.end(), uint64_t{0},
+                           [](uint64_t sum, const TrackPiece& piece) { return sum + piece.size; });
+}
+
+Result<DiscImage> readCueImage(const std::string& path) {
+    return readText(path, parseCueSheet);
+}
+
+Result<DiscImage> readTocImage(const std::string& path) {
+    return readText(path, parseTocFile);
+}
+
+Result<DiscImage> readCcdImage(const std::string& path) {
+    const std::string image = fs::path(path).replace_extension(".img").filename().string();
+    return readText(path, [&](const std::string& text) { return parseCcdSheet(text, image); });
+}
+
+Result<DiscImage> readNrgImage(const std::string& path) {
+    const auto place = findNrgTrailer(path);
+    if (!place) {
+        return Error{path + ": has no description at its end"};
+    }
+    auto reader = openSlice(path, place->begin, place->size - place->begin, path);
+    if (!reader) {
+        return reader.failure();
+    }
+    std::string trailer(static_cast<size_t>(std::min<uint64_t>((*reader)->size(), MaxSheetBytes + 1)), '\0');
+    const auto count = (*reader)->readAt(0, trailer);
+    if (!count) {
+        return count.failure();
+    }
+    trailer.resize(*count);
+    auto sheet = parseNrgTrailer(trailer, fs::path(path).filename().string(), place->size);
+    if (!sheet) {
+        return Error{path + ": " + sheet.error()};
+    }
+    return imageOf(std::move(*sheet), path);
+}
+
+bool isNrgImage(const std::string& path) {
+    return findNrgTrailer(path).has_value();
+}
+
+Result<std::unique_ptr<ByteReader>> openTrack(const ImageTrack& track, const std::string& name) {
+    std::vector<PieceReader::Part> parts;
+    for (const auto& piece : track.pieces) {
+        std::unique_ptr<ByteReader> bytes;
+        if (piece.form != Form::Silence) {
+            auto opened = openSlice(piece.file, piece.offset, piece.size, name);
+            if (!opened) {
+                return opened;
+            }
+            bytes = std::move(*opened);
+        }
+        parts.push_back({piece, std::move(bytes)});
+    }
+    if (parts.size() == 1 && parts.front().bytes && parts.front().piece.form != Form::Swapped) {
+        return std::move(parts.front().bytes);
+    }
+    return std::unique_ptr<ByteReader>(std::make_unique<PieceReader>(std::move(parts)));
+}
+
+} // namespace zm::disc

@@ -1,0 +1,58 @@
+#include "services/disc/medium/RawImage.h"
+
+#include "services/disc/medium/SliceReader.h"
+#include "services/disc/text/Charset.h"
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+namespace zm::disc {
+
+namespace {
+
+// Each data sector begins with this, its address and its mode.
+constexpr std::string_view Sync("\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\0", 12);
+constexpr size_t ModePlace = 15;
+constexpr uint64_t LookedAt = 16;
+
+std::optional<int> modeAt(ByteReader& image, uint64_t sector) {
+    std::string header(ModePlace + 1, '\0');
+    const auto count = image.readAt(sector * SoundSectorBytes, header);
+    if (!count || *count < header.size() || header.compare(0, Sync.size(), Sync) != 0) {
+        return std::nullopt;
+    }
+    const int mode = header[ModePlace];
+    return mode == 1 || mode == 2 ? std::optional(mode) : std::nullopt;
+}
+
+// The mode of its sectors, of which the first and one further on are looked at.
+std::optional<int> modeOf(const std::string& path) {
+    const auto reader = openSlice(path, 0, UINT64_MAX, path);
+    const auto mode = reader ? modeAt(**reader, 0) : std::nullopt;
+    return mode && modeAt(**reader, LookedAt) ? mode : std::nullopt;
+}
+
+} // namespace
+
+bool isRawImage(const std::string& path) {
+    return modeOf(path).has_value();
+}
+
+Result<DiscImage> readRawImage(const std::string& path) {
+    struct stat info {};
+    const auto mode = modeOf(path);
+    if (!mode || ::stat(path.c_str(), &info) != 0) {
+        return Error{path + ": no sectors of 2352 bytes"};
+    }
+    const auto& format = *trackFormat(*mode == 1 ? "MODE1/2352" : "MODE2/2352");
+    const auto size = static_cast<uint64_t>(info.st_size) / format.sectorSize * format.sectorSize;
+    const std::string label = cleanText(std::filesystem::path(path).stem().string());
+    return DiscImage{path,  {}, {},
+                     label, {}, {{format, {}, {}, {}, {{TrackPiece::Form::Plain, path, 0, size}}, {}, 0}},
+                     {}};
+}
+
+} // namespace zm::disc

@@ -1,0 +1,123 @@
+#include "services/disc/medium/UdfVolume.h"
+
+#include "services/disc/medium/IsoNumbers.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+namespace zm::disc {
+
+namespace {
+
+constexpr uint32_t BlockSize = 2048;
+// Of disks and of discs.
+constexpr uint32_t blockSizes[] = {BlockSize, 512, 4096};
+constexpr uint32_t FirstRecognised = 16; // blocks of 2048 bytes, whatever the size of its own
+constexpr uint32_t LastRecognised = 64;
+constexpr uint32_t AnchorBlock = 256;
+constexpr uint32_t MaxDescriptors = 64;
+
+constexpr unsigned AnchorTag = 2;
+constexpr unsigned LogicalVolumeTag = 6;
+constexpr unsigned TerminatorTag = 8;
+
+constexpr size_t DescriptorBytes = 2048;
+constexpr size_t BlockSizePlace = 212;
+constexpr size_t RevisionPlace = 240;
+constexpr size_t MapBytesPlace = 264;
+constexpr size_t MapsPlace = 440;
+constexpr size_t MapNamePlace = 5;
+constexpr unsigned SpecialMap = 2;
+
+std::string readBytes(ByteReader& image, uint64_t offset, size_t size) {
+    std::string bytes(size, '\0');
+    const auto count = image.readAt(offset, bytes);
+    bytes.resize(count ? *count : 0);
+    return bytes;
+}
+
+unsigned tagOf(std::string_view descriptor) {
+    return descriptor.size() < DescriptorBytes ? 0 : isoNumber32(descriptor, 0) & 0xFFFF;
+}
+
+bool isRecognised(ByteReader& image) {
+    for (uint32_t block = FirstRecognised; block < LastRecognised; ++block) {
+        const std::string mark = readBytes(image, uint64_t{block} * BlockSize, 6);
+        const std::string_view name = mark.size() == 6 ? std::string_view(mark).substr(1) : "";
+        if (name == "NSR02" || name == "NSR03") {
+            return true;
+        }
+        if (name != "CD001" && name != "BEA01" && name != "CDW02" && name != "BOOT2") {
+            return false;
+        }
+    }
+    return false;
+}
+
+void takeMaps(std::string_view descriptor, UdfVolume& volume) {
+    const size_t bytes =
+        std::min<size_t>(isoNumber32(descriptor, MapBytesPlace), DescriptorBytes - MapsPlace);
+    std::string_view maps = descriptor.substr(MapsPlace, bytes);
+    while (maps.size() > 2) {
+        const auto size = static_cast<size_t>(static_cast<unsigned char>(maps[1]));
+        if (size < 2 || size > maps.size()) {
+            return;
+        }
+        if (maps[0] == SpecialMap && size > MapNamePlace) {
+            const std::string_view name = maps.substr(MapNamePlace, size - MapNamePlace);
+            volume.isVirtual |= name.rfind("*UDF Virtual", 0) == 0;
+            volume.isSparable |= name.rfind("*UDF Sparable", 0) == 0;
+        }
+        maps.remove_prefix(size);
+    }
+}
+
+bool takeDescriptors(ByteReader& image, uint32_t blockSize, UdfVolume& volume) {
+    const auto anchor = readBytes(image, uint64_t{AnchorBlock} * blockSize, DescriptorBytes);
+    if (tagOf(anchor) != AnchorTag) {
+        return false;
+    }
+    const uint32_t count = std::min(isoNumber32(anchor, 16) / blockSize, MaxDescriptors);
+    const uint32_t first = isoNumber32(anchor, 20);
+    for (uint32_t i = 0; i < count; ++i) {
+        const auto descriptor = readBytes(image, (uint64_t{first} + i) * blockSize, DescriptorBytes);
+        const unsigned tag = tagOf(descriptor);
+        if (tag == LogicalVolumeTag) {
+            volume.blockSize = isoNumber32(descriptor, BlockSizePlace);
+            volume.revision = static_cast<int>(isoNumber32(descriptor, RevisionPlace) & 0xFFFF);
+            takeMaps(descriptor, volume);
+        }
+        if (tag == 0 || tag == TerminatorTag) {
+            break;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+std::string UdfVolume::name() const {
+    if (revision == 0) {
+        return "UDF";
+    }
+    char text[32];
+    std::snprintf(text, sizeof text, "UDF %x.%02x", static_cast<unsigned>(revision) >> 8,
+                  static_cast<unsigned>(revision) & 0xFF);
+    return text;
+}
+
+std::optional<UdfVolume> findUdfVolume(ByteReader& image) {
+    if (!isRecognised(image)) {
+        return std::nullopt;
+    }
+    UdfVolume volume;
+    for (const uint32_t size : blockSizes) {
+        if (takeDescriptors(image, size, volume)) {
+            break;
+        }
+    }
+    return volume;
+}
+
+} // namespace zm::disc

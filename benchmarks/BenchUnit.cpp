@@ -9,7 +9,7 @@
 #include <fstream>
 #include <future>
 
-namespace zm::bench {
+namespace zm::benchmark {
 
 double millisecondsSince(Clock::time_point start) {
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
@@ -28,14 +28,14 @@ void prepareRuntime(const std::string& runtime) {
     require(static_cast<bool>(made), made ? "" : made.error());
 }
 
-HeadUnitOptions unitOptions(const std::string& runtime, const std::string& build) {
-    HeadUnitOptions options;
+bench::unit::HeadUnitOptions unitOptions(const std::string& runtime, const std::string& build) {
+    bench::unit::HeadUnitOptions options;
     options.runtimeDir = runtime;
     options.shareDir = build + "/share";
     options.catalogue = runtime + "/catalogue.sqlite";
     options.programDir = build + "/bin";
     options.discService = false;
-    options.launcher = LauncherMode::Passive;
+    options.launcher = bench::unit::LauncherMode::Passive;
     return options;
 }
 
@@ -53,11 +53,11 @@ bool anythingLit(const Image& frame, const Rect& area) {
     return false;
 }
 
-BenchUnit::BenchUnit(HeadUnitOptions options, std::function<void(const Image& frame)> composed) {
+BenchUnit::BenchUnit(bench::unit::HeadUnitOptions options, std::function<void(const Image& frame)> composed) {
     std::promise<void> ready;
     m_thread = std::thread([this, &ready, options = std::move(options), composed = std::move(composed)] {
         EventLoop loop;
-        HeadUnit unit(loop, options);
+        bench::unit::HeadUnit unit(loop, options);
         unit.compositor().onDamage = [&](Rect) {
             const Image& frame = unit.compositor().compose();
             const std::lock_guard lock(m_mutex);
@@ -85,7 +85,7 @@ bool BenchUnit::waitFor(const std::function<bool()>& holds, std::chrono::millise
     return m_changed.wait_for(lock, limit, holds);
 }
 
-void BenchUnit::run(const std::function<void(HeadUnit& unit)>& task) {
+void BenchUnit::run(const std::function<void(bench::unit::HeadUnit& unit)>& task) {
     std::promise<void> done;
     m_loop->post([&] {
         task(*m_unit);
@@ -96,7 +96,7 @@ void BenchUnit::run(const std::function<void(HeadUnit& unit)>& task) {
 
 Json BenchUnit::ask(const Json& message) {
     std::promise<Json> answer;
-    run([&](HeadUnit& unit) {
+    run([&](bench::unit::HeadUnit& unit) {
         unit.shell().ask(message, [&](Result<Json> data) {
             require(static_cast<bool>(data), "the application does not answer " + message.dump());
             answer.set_value(*data);
@@ -117,4 +117,4 @@ double processorTime(int pid) {
     return (user + system) * 1000 / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
-} // namespace zm::bench
+} // namespace zm::benchmark

@@ -10,7 +10,7 @@
 #include <string>
 #include <thread>
 
-namespace zm::bench {
+namespace zm::benchmark {
 
 using Clock = std::chrono::steady_clock;
 
@@ -20,7 +20,7 @@ void require(bool fine, const std::string& message);
 /** Sets the environment that children and libraries read, and makes the runtime folder. */
 void prepareRuntime(const std::string& runtime);
 /** The head unit's options for programs of the folder `build`, without a disc service. */
-HeadUnitOptions unitOptions(const std::string& runtime, const std::string& build);
+bench::unit::HeadUnitOptions unitOptions(const std::string& runtime, const std::string& build);
 
 /** Whether a pixel of `area` is brighter than the page's ground. */
 bool anythingLit(const Image& frame, const Rect& area);
@@ -29,7 +29,7 @@ bool anythingLit(const Image& frame, const Rect& area);
 class BenchUnit {
 public:
     /** `composed` is called with each frame on the head unit's thread. */
-    BenchUnit(HeadUnitOptions options, std::function<void(const Image& frame)> composed);
+    BenchUnit(bench::unit::HeadUnitOptions options, std::function<void(const Image& frame)> composed);
     ~BenchUnit();
     BenchUnit(const BenchUnit&) = delete;
     BenchUnit& operator=(const BenchUnit&) = delete;
@@ -38,7 +38,7 @@ public:
     bool waitFor(const std::function<bool()>& holds,
                  std::chrono::milliseconds limit = std::chrono::seconds(10));
     /** Runs `task` on the head unit's thread and waits for it. */
-    void run(const std::function<void(HeadUnit& unit)>& task);
+    void run(const std::function<void(bench::unit::HeadUnit& unit)>& task);
     /** A message to the application's framework and the data of its answer. Any other thread. */
     Json ask(const Json& message);
 
@@ -47,7 +47,7 @@ public:
 private:
     std::thread m_thread;
     EventLoop* m_loop = nullptr;
-    HeadUnit* m_unit = nullptr;
+    bench::unit::HeadUnit* m_unit = nullptr;
     std::mutex m_mutex;
     std::condition_variable m_changed;
 };
@@ -55,4 +55,4 @@ private:
 /** Processor time that a process has used, in milliseconds. */
 double processorTime(int pid);
 
-} // namespace zm::bench
+} // namespace zm::benchmark

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstdio>
 
-namespace zm::bench {
+namespace zm::benchmark {
 
 namespace {
 
@@ -65,4 +65,4 @@ double percentile(std::vector<double> values, double part) {
                            static_cast<size_t>(part * static_cast<double>(values.size())))];
 }
 
-} // namespace zm::bench
+} // namespace zm::benchmark

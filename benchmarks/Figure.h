@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::bench {
+namespace zm::benchmark {
 
 /** One measured figure and what it is held against: a limit, or a peer measured in the same run. */
 struct Figure {
@@ -27,4 +27,4 @@ double median(std::vector<double> values);
 /** The value that the share `part` (0..1) of all values do not exceed. */
 double percentile(std::vector<double> values, double part);
 
-} // namespace zm::bench
+} // namespace zm::benchmark

@@ -13,7 +13,7 @@
 #include <vector>
 
 using namespace zm;
-using namespace zm::bench;
+using namespace zm::benchmark;
 
 namespace {
 

@@ -24,7 +24,7 @@
 #include <future>
 
 using namespace zm;
-using namespace zm::bench;
+using namespace zm::benchmark;
 using namespace std::chrono_literals;
 
 namespace {
@@ -42,19 +42,19 @@ constexpr const char* Statement =
     "<> '' ORDER BY folderid, fid;";
 
 void makeCatalogue(const std::string& path) {
-    disc::Contents contents;
+    disc::model::Contents contents;
     contents.folders.emplace_back().name = "Music";
-    auto& items = contents.items[disc::kindIndex(disc::MediaKind::Music)];
+    auto& items = contents.items[disc::model::kindIndex(disc::model::MediaKind::Music)];
     for (int number = 1; number <= LongList; ++number) {
-        disc::Item item;
+        disc::model::Item item;
         item.fileId = number;
         item.name = "Song " + std::to_string(number) + " of a long list.mp3";
         items.push_back(std::move(item));
     }
     std::atomic<bool> cancelled = false;
-    auto catalogue = disc::Catalogue::open(path);
+    auto catalogue = disc::library::Catalogue::open(path);
     require(catalogue && (*catalogue)->clear() &&
-                (*catalogue)->write(contents, disc::MediaKind::Music, cancelled),
+                (*catalogue)->write(contents, disc::model::MediaKind::Music, cancelled),
             "the catalogue cannot be written");
 }
 
@@ -223,7 +223,7 @@ int main(int argc, char** argv) {
     }
     const std::string runtime = argv[1];
     prepareRuntime(runtime);
-    HeadUnitOptions options = unitOptions(runtime, argv[2]);
+    bench::unit::HeadUnitOptions options = unitOptions(runtime, argv[2]);
     options.programDir.clear(); // the application is a part of this process
     setenv("ZM_CATALOGUE", options.catalogue.c_str(), 1);
     setenv("ZM_RCC_PATH", (options.shareDir + "/rccs/").c_str(), 1);

@@ -15,7 +15,7 @@
 #include <vector>
 
 using namespace zm;
-using namespace zm::bench;
+using namespace zm::benchmark;
 namespace fs = std::filesystem;
 
 namespace {
@@ -71,12 +71,12 @@ int main(int argc, char** argv) {
     for (int turn = 0; turn < 5; ++turn) {
         bare.push_back(milliseconds(1, 0, [&](int) { files = bareLoop(root); })[0]);
         ours.push_back(milliseconds(1, 0, [&](int) {
-            disc::FolderMedium medium(root.string());
-            disc::ScanProgress progress;
-            auto contents = disc::scan(medium, progress);
-            auto catalogue = disc::Catalogue::open(database);
+            disc::medium::FolderMedium medium(root.string());
+            disc::library::ScanProgress progress;
+            auto contents = disc::library::scan(medium, progress);
+            auto catalogue = disc::library::Catalogue::open(database);
             if (!contents || !catalogue || !(*catalogue)->clear() ||
-                !(*catalogue)->write(*contents, disc::MediaKind::Music, progress.cancelled)) {
+                !(*catalogue)->write(*contents, disc::model::MediaKind::Music, progress.cancelled)) {
                 std::fprintf(stderr, "the scan failed\n");
                 std::exit(1);
             }

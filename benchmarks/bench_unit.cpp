@@ -10,7 +10,7 @@
 #include <fstream>
 
 using namespace zm;
-using namespace zm::bench;
+using namespace zm::benchmark;
 using namespace std::chrono_literals;
 
 namespace {
@@ -59,7 +59,7 @@ void wayToTheScreen(BenchUnit& unit, const Seen& seen, const std::string& runtim
     std::vector<double> times;
     for (int second = 1; second <= 300; ++second) {
         uint64_t before = 0;
-        unit.run([&](HeadUnit&) { before = seen.frames; });
+        unit.run([&](bench::unit::HeadUnit&) { before = seen.frames; });
         const auto start = Clock::now();
         playing.write("playtime:json:{\"time\":" + std::to_string(second) +
                       ",\"tracktime\":400,\"times\":0}\n");
@@ -72,7 +72,7 @@ void wayToTheScreen(BenchUnit& unit, const Seen& seen, const std::string& runtim
     status.write("discstate::6\n");
     std::this_thread::sleep_for(500ms);
     int pid = 0;
-    unit.run([&](HeadUnit& head) { pid = head.shell().pid(); });
+    unit.run([&](bench::unit::HeadUnit& head) { pid = head.shell().pid(); });
     const double before = processorTime(pid);
     std::this_thread::sleep_for(10s);
     print({"Platen idle on the play page, paused", "% of a core", (processorTime(pid) - before) / 10000 * 100,

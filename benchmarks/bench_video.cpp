@@ -16,7 +16,7 @@
 #include <limits>
 
 using namespace zm;
-using namespace zm::bench;
+using namespace zm::benchmark;
 using namespace std::chrono_literals;
 
 namespace {
@@ -67,8 +67,8 @@ public:
     /** Processor time of head unit, application and disc service so far. */
     double used() {
         double sum = processorTime(getpid());
-        m_unit.run([&](HeadUnit& unit) {
-            for (Child* child : unit.children()) {
+        m_unit.run([&](bench::unit::HeadUnit& unit) {
+            for (bench::unit::Child* child : unit.children()) {
                 sum += processorTime(child->pid());
             }
         });
@@ -99,9 +99,9 @@ private:
         return now;
     }
 
-    static HeadUnitOptions options(const std::string& runtime, const std::string& build,
-                                   const std::string& disc) {
-        HeadUnitOptions result = unitOptions(runtime, build);
+    static bench::unit::HeadUnitOptions options(const std::string& runtime, const std::string& build,
+                                                const std::string& disc) {
+        bench::unit::HeadUnitOptions result = unitOptions(runtime, build);
         result.discService = true;
         result.disc = disc;
         return result;
@@ -117,7 +117,7 @@ private:
 
     Seen frames() {
         Seen now;
-        m_unit.run([&](HeadUnit& unit) {
+        m_unit.run([&](bench::unit::HeadUnit& unit) {
             const auto count = unit.compositor().videoState().at("frames").get<uint64_t>();
             if (count != m_seen.frames) {
                 m_seen.frames = count;

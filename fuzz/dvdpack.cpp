@@ -4,7 +4,7 @@
 
 // A pack of a DVD, as the reader hands it on: navigation and film.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    using namespace zm::disc;
+    using namespace zm::disc::dvd;
     using zm::fuzz::check;
     const std::span bytes(data, size);
     for (const auto& each : splitPack(bytes)) {

@@ -4,10 +4,10 @@
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
-#include "services/bench/commands/CommandRequest.h"
+#include "services/bench/commands/Request.h"
 #include "services/bench/screen/Compositor.h"
-#include "services/bench/web/WebGuard.h"
-#include "services/bench/web/WebScreen.h"
+#include "services/bench/web/Guard.h"
+#include "services/bench/web/Screen.h"
 
 using namespace zm;
 using namespace zm::fuzz;
@@ -15,8 +15,9 @@ using namespace zm::fuzz;
 namespace {
 
 void body(std::string_view text) {
-    if (const auto request = parseCommandRequest(text)) {
-        const auto again = parseCommandRequest(jsonText({{"argv", request->words}, {"cwd", request->cwd}}));
+    if (const auto request = bench::commands::parseRequest(text)) {
+        const auto again =
+            bench::commands::parseRequest(jsonText({{"argv", request->words}, {"cwd", request->cwd}}));
         check(again && again->words.size() == request->words.size(), "a request can be passed on");
     }
 }
@@ -26,19 +27,20 @@ void page(std::string_view text) {
     if (!message.is_object()) {
         return;
     }
-    const auto words = pageCommand(message);
+    const auto words = bench::web::pageCommand(message);
     check(words.empty() || words.size() == 3 || words.size() == 5, "a command has all its words");
     if (!words.empty()) {
         const int x = std::stoi(words[1]);
         const int y = std::stoi(words[2]);
-        check(x >= 0 && x < Compositor::Width && y >= 0 && y < Compositor::Height,
+        check(x >= 0 && x < bench::screen::Compositor::Width && y >= 0 &&
+                  y < bench::screen::Compositor::Height,
               "touches are on the screen");
     }
 }
 
 void headers(std::string_view text) {
-    static WebGuard guard(scratchFolder() + "/token");
-    WebGuard::Caller caller;
+    static bench::web::Guard guard(scratchFolder() + "/token");
+    bench::web::Guard::Caller caller;
     for (auto* header : {&caller.host, &caller.origin, &caller.cookie, &caller.authorization}) {
         *header = takePart(text, '\n');
     }

@@ -10,7 +10,7 @@
 #include <set>
 
 using namespace zm;
-using namespace zm::disc;
+using namespace zm::disc::medium;
 using namespace zm::fuzz;
 
 namespace {

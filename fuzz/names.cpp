@@ -9,7 +9,7 @@
 
 #include <vector>
 
-using namespace zm::disc;
+using namespace zm::disc::text;
 using namespace zm::fuzz;
 
 namespace {

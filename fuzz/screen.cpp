@@ -21,10 +21,10 @@ constexpr int LargestMemory = 1 << 22;
 
 UniqueFd memory(std::string_view sizeText, std::string_view sealsText) {
     UniqueFd fd(memfd_create("zm-fuzz", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    const int size = parseNumber<int>(sizeText).value_or(0);
+    const int size = ctl::parseNumber<int>(sizeText).value_or(0);
     check(ftruncate(fd.get(), std::clamp(size, 0, LargestMemory)) == 0, "there is memory");
     fcntl(fd.get(), F_ADD_SEALS,
-          parseNumber<int>(sealsText).value_or(0) & (F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL));
+          ctl::parseNumber<int>(sealsText).value_or(0) & (F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL));
     return fd;
 }
 
@@ -35,7 +35,8 @@ public:
         m_compositor.setAppVisible(true);
         m_compositor.onDamage = [](Rect damage) {
             check(!damage.empty() && damage.x >= 0 && damage.y >= 0 &&
-                      damage.x + damage.w <= Compositor::Width && damage.y + damage.h <= Compositor::Height,
+                      damage.x + damage.w <= bench::screen::Compositor::Width &&
+                      damage.y + damage.h <= bench::screen::Compositor::Height,
                   "only the screen is damaged");
         };
     }
@@ -93,7 +94,7 @@ private:
     }
 
     EventLoop m_loop;
-    Compositor m_compositor;
+    bench::screen::Compositor m_compositor;
 };
 
 } // namespace

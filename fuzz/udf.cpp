@@ -7,7 +7,7 @@
 #include <deque>
 
 using namespace zm;
-using namespace zm::disc;
+using namespace zm::disc::medium;
 using namespace zm::fuzz;
 
 namespace {

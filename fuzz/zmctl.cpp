@@ -4,8 +4,8 @@
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
 #include "platform/linux/pps/PpsFile.h"
-#include "services/bench/commands/CommandProcessor.h"
-#include "services/bench/commands/CommandRequest.h"
+#include "services/bench/commands/Processor.h"
+#include "services/bench/commands/Request.h"
 #include "services/ctl/ShellWords.h"
 
 #include <algorithm>
@@ -38,18 +38,18 @@ public:
         const auto alive = [answer] {
             check(answer->exits == 0 && !answer->cancelled, "a command that has ended says no more");
         };
-        const auto run =
-            std::make_shared<CommandRun>(std::move(words), scratchFolder(),
-                                         CommandRun::Sink{[alive](const std::string&) { alive(); },
-                                                          [alive, answer](const std::string& text) {
-                                                              alive();
-                                                              answer->err += text;
-                                                          },
-                                                          [alive, answer](int status) {
-                                                              alive();
-                                                              ++answer->exits;
-                                                              answer->status = status;
-                                                          }});
+        const auto run = std::make_shared<bench::commands::Run>(
+            std::move(words), scratchFolder(),
+            bench::commands::Run::Sink{[alive](const std::string&) { alive(); },
+                                       [alive, answer](const std::string& text) {
+                                           alive();
+                                           answer->err += text;
+                                       },
+                                       [alive, answer](int status) {
+                                           alive();
+                                           ++answer->exits;
+                                           answer->status = status;
+                                       }});
         m_processor.execute(run);
         turn([&] { return answer->exits > 0; });
         if (answer->exits > 0) {
@@ -73,8 +73,8 @@ public:
     }
 
 private:
-    static HeadUnitOptions options() {
-        HeadUnitOptions options;
+    static bench::unit::HeadUnitOptions options() {
+        bench::unit::HeadUnitOptions options;
         options.runtimeDir = scratchFolder();
         options.shareDir = scratchFolder();
         options.catalogue = scratchFolder() + "/discdb.sqlite";
@@ -92,19 +92,19 @@ private:
     }
 
     EventLoop m_loop;
-    HeadUnit m_unit;
-    CommandProcessor m_processor;
+    bench::unit::HeadUnit m_unit;
+    bench::commands::Processor m_processor;
     std::set<std::string> m_objects;
 };
 
 std::optional<std::vector<std::string>> parse(std::string_view line) {
     if (line.starts_with('{')) {
-        const auto request = parseCommandRequest(line);
+        const auto request = bench::commands::parseRequest(line);
         return request ? std::optional(request->words) : std::nullopt;
     }
-    auto words = shellWords(std::string(line));
+    auto words = ctl::shellWords(std::string(line));
     if (words) {
-        check(*shellWords(shellLine(*words)) == *words, "words can be written and read again");
+        check(*ctl::shellWords(ctl::shellLine(*words)) == *words, "words can be written and read again");
     }
     return words ? std::optional(std::move(*words)) : std::nullopt;
 }

@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-namespace zm {
+namespace zm::bench {
 
 namespace {
 
@@ -23,7 +23,7 @@ Json logJson(const std::vector<LogEntry>& entries) {
 
 } // namespace
 
-Bench::Bench(EventLoop& loop, BenchOptions options)
+Bench::Bench(EventLoop& loop, Options options)
     : m_loop(loop), m_options(std::move(options)), m_unit(loop, m_options.unit), m_processor(m_unit),
       m_ctl(loop, ctlSocket(m_options.unit.runtimeDir), m_processor),
       m_log(logFile(m_options.unit.runtimeDir)) {}
@@ -66,19 +66,20 @@ void Bench::announce() {
     std::printf(m_url.empty() ? "ready\n" : "ready %s\n", m_url.c_str());
     std::fflush(stdout);
     if (m_options.open) {
-        if (const auto opened = openPage(m_url, m_options.unit.runtimeDir); !opened) {
+        if (const auto opened = web::openPage(m_url, m_options.unit.runtimeDir); !opened) {
             std::fprintf(stderr, "zmbench: no browser could be opened: %s\n", opened.error().c_str());
         }
     }
 }
 
 Result<std::string> Bench::startPage() {
-    WebBackend backend{[this](std::vector<std::string> words, std::function<void(WebBackend::Answer)> done) {
-                           runForPage(std::move(words), std::move(done));
-                       },
-                       m_unit.compositor(), pageSources()};
-    m_page = std::make_unique<WebServer>(m_loop, std::move(backend), m_options.unit.shareDir + "/web",
-                                         m_options.unit.runtimeDir + "/page-token");
+    web::Backend backend{
+        [this](std::vector<std::string> words, std::function<void(web::Backend::Answer)> done) {
+            runForPage(std::move(words), std::move(done));
+        },
+        m_unit.compositor(), pageSources()};
+    m_page = std::make_unique<web::Server>(m_loop, std::move(backend), m_options.unit.shareDir + "/web",
+                                           m_options.unit.runtimeDir + "/page-token");
     m_unit.onPpsChange = [this](const std::string& object, const std::string& text) {
         m_page->state().ppsChanged(object, text);
     };
@@ -91,27 +92,27 @@ Result<std::string> Bench::startPage() {
     return url ? url : m_page->start(0);
 }
 
-void Bench::runForPage(std::vector<std::string> words, std::function<void(WebBackend::Answer)> done) {
-    auto answer = std::make_shared<WebBackend::Answer>();
+void Bench::runForPage(std::vector<std::string> words, std::function<void(web::Backend::Answer)> done) {
+    auto answer = std::make_shared<web::Backend::Answer>();
     auto limit = std::make_shared<SourceHandle>();
-    auto run = std::make_shared<CommandRun>(
+    auto run = std::make_shared<commands::Run>(
         std::move(words), "/",
-        CommandRun::Sink{[answer](const std::string& text) { answer->out += text; },
-                         [answer](const std::string& text) { answer->err += text; },
-                         [answer, limit, done = std::move(done)](int status) {
-                             limit->reset();
-                             answer->exit = status;
-                             done(*answer);
-                         }});
+        commands::Run::Sink{[answer](const std::string& text) { answer->out += text; },
+                            [answer](const std::string& text) { answer->err += text; },
+                            [answer, limit, done = std::move(done)](int status) {
+                                limit->reset();
+                                answer->exit = status;
+                                done(*answer);
+                            }});
     // A page gets its answer in one piece: a command that follows something must not collect for ever.
     *limit = afterDelay(m_loop, PageCommandTime, [run] { run->fail("the command does not end by itself"); });
     m_processor.execute(run);
 }
 
 Status Bench::openDisplay() {
-    m_display = std::make_unique<bench::display::Display>(
+    m_display = std::make_unique<display::Display>(
         m_loop, m_unit.compositor(),
-        bench::display::Display::Actions{
+        display::Display::Actions{
             [this](std::vector<std::string> words) { runForPage(std::move(words), [](const auto&) {}); },
             [this] { return isPlaying(); }, [this] { m_loop.quit(); }});
     auto opened = m_display->open(m_options.fullScreen);
@@ -124,8 +125,8 @@ bool Bench::isPlaying() {
     return text && text->find("\ndiscstate::2\n") != std::string::npos;
 }
 
-WebState::Sources Bench::pageSources() {
-    WebState::Sources sources;
+web::State::Sources Bench::pageSources() {
+    web::State::Sources sources;
     sources.state = [this] { return m_unit.state(); };
     sources.objects = [this] {
         std::vector<std::pair<std::string, std::string>> objects;
@@ -144,4 +145,4 @@ WebState::Sources Bench::pageSources() {
     return sources;
 }
 
-} // namespace zm
+} // namespace zm::bench

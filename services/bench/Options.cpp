@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-namespace zm {
+namespace zm::bench {
 
-const char* const BenchUsage =
+const char* const Usage =
     "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
@@ -21,7 +21,7 @@ const char* const BenchUsage =
 namespace {
 
 struct Parsed {
-    BenchOptions options;
+    Options options;
     std::string launcher;
 };
 
@@ -38,7 +38,7 @@ bool takePort(Parsed& parsed, const std::string& value) {
 
 bool takeAppArgs(Parsed& parsed, const std::string& value) {
     parsed.options.unit.appArgs = value;
-    return bool(shellWords(value));
+    return bool(ctl::shellWords(value));
 }
 
 struct OptionRow {
@@ -96,7 +96,7 @@ constexpr std::array<OptionRow, 15> Rows = {{
      }},
     {"--manual-clock", false,
      [](Parsed& p, const std::string&) {
-         p.options.unit.clock = ClockMode::Manual;
+         p.options.unit.clock = unit::ClockMode::Manual;
          return true;
      }},
     {"--launcher", true,
@@ -139,7 +139,7 @@ Status check(const Parsed& parsed) {
         {parsed.options.port && !parsed.options.web, "--port and --no-web exclude each other"},
         {parsed.options.open && !parsed.options.web, "--open and --no-web exclude each other"},
         {parsed.options.fullScreen && !parsed.options.display, "--full-screen needs --display"},
-        {unit.clock == ClockMode::Manual && parsed.launcher == "active",
+        {unit.clock == unit::ClockMode::Manual && parsed.launcher == "active",
          "--manual-clock implies a passive launcher"},
     };
     for (const auto& rule : rules) {
@@ -152,7 +152,7 @@ Status check(const Parsed& parsed) {
 
 } // namespace
 
-Result<BenchOptions> parseBenchOptions(const std::vector<std::string>& arguments) {
+Result<Options> parseOptions(const std::vector<std::string>& arguments) {
     Parsed parsed;
     parsed.options.unit.runtimeDir = runtimeDir();
     for (size_t i = 0; i < arguments.size(); ++i) {
@@ -173,12 +173,12 @@ Result<BenchOptions> parseBenchOptions(const std::vector<std::string>& arguments
         return good.failure();
     }
     auto& unit = parsed.options.unit;
-    const bool passive = parsed.launcher == "passive" || unit.clock == ClockMode::Manual;
-    unit.launcher = passive ? LauncherMode::Passive : LauncherMode::Active;
+    const bool passive = parsed.launcher == "passive" || unit.clock == unit::ClockMode::Manual;
+    unit.launcher = passive ? unit::LauncherMode::Passive : unit::LauncherMode::Active;
     if (unit.catalogue.empty()) {
         unit.catalogue = unit.runtimeDir + "/discdb.sqlite";
     }
     return parsed.options;
 }
 
-} // namespace zm
+} // namespace zm::bench

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::bench {
 
 /** The command line of zmbench. */
-struct BenchOptions {
-    HeadUnitOptions unit;
+struct Options {
+    unit::HeadUnitOptions unit;
     std::optional<int> port; ///< 0: any free one; none: the usual one, any other one if that is taken
     bool web = true;
     bool open = false;       ///< shows the page in the user's browser
@@ -20,8 +20,8 @@ struct BenchOptions {
 };
 
 /** Reads the arguments behind the program's name; paths become absolute. An error says what is wrong. */
-Result<BenchOptions> parseBenchOptions(const std::vector<std::string>& arguments);
+Result<Options> parseOptions(const std::vector<std::string>& arguments);
 
-extern const char* const BenchUsage;
+extern const char* const Usage;
 
-} // namespace zm
+} // namespace zm::bench

@@ -35,12 +35,12 @@ Result<UniqueFd> lockRuntime(const std::string& dir) {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (answerAbout(arguments, "zmbench", BenchUsage)) {
+    if (answerAbout(arguments, "zmbench", bench::Usage)) {
         return 0;
     }
-    auto options = parseBenchOptions(arguments);
+    auto options = bench::parseOptions(arguments);
     if (!options) {
-        std::fprintf(stderr, "zmbench: %s\n%s", options.error().c_str(), BenchUsage);
+        std::fprintf(stderr, "zmbench: %s\n%s", options.error().c_str(), bench::Usage);
         return 2;
     }
     const auto self = std::filesystem::read_symlink("/proc/self/exe").parent_path();
@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
     EventLoop loop;
     const auto onTerm = watchSignal(loop, SIGTERM, [&loop] { loop.quit(); });
     const auto onInterrupt = watchSignal(loop, SIGINT, [&loop] { loop.quit(); });
-    Bench bench(loop, *options);
+    bench::Bench bench(loop, *options);
     if (auto started = bench.start(); !started) {
         return fail(started.error());
     }

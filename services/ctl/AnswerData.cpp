@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-namespace zm {
+namespace zm::ctl {
 
 using Json = nlohmann::json;
 
@@ -70,4 +70,4 @@ Json processesData(const std::string& output) {
     return result;
 }
 
-} // namespace zm
+} // namespace zm::ctl

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /** The lines of an output, without their ends. */
 std::vector<std::string> outputLines(const std::string& output);
@@ -20,4 +20,4 @@ nlohmann::json requestsData(const std::string& output);
 /** Output of `ps`: {"app":{"pid":123,"state":"running","deaths":0}}, pid 0 if it does not run. */
 nlohmann::json processesData(const std::string& output);
 
-} // namespace zm
+} // namespace zm::ctl

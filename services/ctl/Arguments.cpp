@@ -7,7 +7,7 @@
 #include <cmath>
 #include <utility>
 
-namespace zm {
+namespace zm::ctl {
 
 bool Arguments::flag(std::string_view name) {
     auto found = std::find(m_words.begin(), m_words.end(), name);
@@ -103,4 +103,4 @@ std::vector<std::string> Arguments::rest() {
     return std::exchange(m_words, {});
 }
 
-} // namespace zm
+} // namespace zm::ctl

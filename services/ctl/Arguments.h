@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /**
  * The words behind a command's name, taken one by one. Options are taken first, wherever they stand; a word
@@ -47,4 +47,4 @@ private:
     std::string m_why;
 };
 
-} // namespace zm
+} // namespace zm::ctl

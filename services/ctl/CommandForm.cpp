@@ -10,7 +10,7 @@
 #include <sstream>
 #include <utility>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -240,4 +240,4 @@ std::string wrongUsageText(const Words& words, const std::string& why) {
     return (reason.empty() ? "" : "zmctl: " + reason + "\n") + usageText(*findCommandText(words[0]));
 }
 
-} // namespace zm
+} // namespace zm::ctl

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /**
  * One form of a command as its usage writes it: "touch X Y [--hold MS]". Words in small letters stand for themselves,
@@ -55,4 +55,4 @@ std::string unknownCommandText(const std::string& name);
 /** What is printed of a line that is none: `why`, or if that is empty why it fits no form, and the usage. */
 std::string wrongUsageText(const std::vector<std::string>& words, const std::string& why);
 
-} // namespace zm
+} // namespace zm::ctl

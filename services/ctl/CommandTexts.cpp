@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -147,4 +147,4 @@ std::string overviewText() {
     return result;
 }
 
-} // namespace zm
+} // namespace zm::ctl

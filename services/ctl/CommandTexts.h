@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace zm {
+namespace zm::ctl {
 
 /** Who carries a command out. */
 enum class CommandPlace {
@@ -30,4 +30,4 @@ std::string usageText(const CommandText& text);
 /** The list of all commands with their summaries. */
 std::string overviewText();
 
-} // namespace zm
+} // namespace zm::ctl

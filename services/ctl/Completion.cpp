@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -76,42 +76,42 @@ Words commandNames() {
 struct KindRow {
     std::string_view command;
     std::string_view kind;
-    Words (*offers)(const CtlClient& client, const std::string& current);
+    Words (*offers)(const Client& client, const std::string& current);
 };
 
-Words objects(const CtlClient& client, const std::string&) {
+Words objects(const Client& client, const std::string&) {
     return outputLines(client.run({"pps", "ls"}).out);
 }
 
-Words everyFile(const CtlClient&, const std::string& current) {
+Words everyFile(const Client&, const std::string& current) {
     return files(current, false);
 }
 
 constexpr std::array<KindRow, 12> Kinds = {{
     {"", "OBJ", objects},
-    {"", "COMMAND", [](const CtlClient&, const std::string&) { return commandNames(); }},
+    {"", "COMMAND", [](const Client&, const std::string&) { return commandNames(); }},
     {"expect", "PATH",
-     [](const CtlClient&, const std::string&) {
+     [](const Client&, const std::string&) {
          return Words{"screen.", "pps.", "requests.", "ps."};
      }},
     {"expect", "OP",
-     [](const CtlClient&, const std::string&) {
+     [](const Client&, const std::string&) {
          return Words{"==", "!=", "<", "<=", ">", ">=", "contains", "matches"};
      }},
     {"insert", "DISC", everyFile},
     {"", "FILE", everyFile},
     {"shot", "FILE.png", everyFile},
     {"shot", "FILE.jpg", everyFile},
-    {"key", "NAME", [](const CtlClient&, const std::string&) { return namesOf(hardKeys()); }},
-    {"device", "NAME", [](const CtlClient&, const std::string&) { return namesOf(vehicleDevices()); }},
-    {"language", "LANGUAGE", [](const CtlClient&, const std::string&) { return languages(); }},
+    {"key", "NAME", [](const Client&, const std::string&) { return namesOf(hardKeys()); }},
+    {"device", "NAME", [](const Client&, const std::string&) { return namesOf(vehicleDevices()); }},
+    {"language", "LANGUAGE", [](const Client&, const std::string&) { return languages(); }},
     {"completion", "SHELL",
-     [](const CtlClient&, const std::string&) {
+     [](const Client&, const std::string&) {
          return Words{"bash", "zsh", "fish"};
      }},
 }};
 
-Words offersAt(const CtlClient& client, const Words& before, const std::string& current) {
+Words offersAt(const Client& client, const Words& before, const std::string& current) {
     const auto place = placeBehind(before);
     Words offers = place.words;
     for (const auto& kind : place.kinds) {
@@ -134,14 +134,14 @@ Words sortedBeginningWith(const std::string& current, Words offers) {
 
 } // namespace
 
-Words completions(const CtlClient& client, Words words) {
+Words completions(const Client& client, Words words) {
     const std::string current = words.empty() ? std::string() : words.back();
     words.resize(words.empty() ? 0 : words.size() - 1);
     const bool namesBench = !words.empty() && words[0] == "--runtime";
     if (namesBench && words.size() == 1) {
         return sortedBeginningWith(current, files(current, true));
     }
-    const CtlClient bench = namesBench ? CtlClient(words[1]) : client;
+    const Client bench = namesBench ? Client(words[1]) : client;
     if (namesBench) {
         words.erase(words.begin(), words.begin() + 2);
     }
@@ -156,4 +156,4 @@ const char* completionScript(const std::string& shell) {
     return shell == "bash" ? Bash : shell == "zsh" ? Zsh : shell == "fish" ? Fish : nullptr;
 }
 
-} // namespace zm
+} // namespace zm::ctl

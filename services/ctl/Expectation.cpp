@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <array>
 
-namespace zm {
+namespace zm::ctl {
 
 using Json = nlohmann::json;
 
@@ -183,4 +183,4 @@ std::string Expectation::text() const {
     return path + " " + std::string(m_operator->name) + " " + m_value;
 }
 
-} // namespace zm
+} // namespace zm::ctl

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /** One comparison that `expect` asks for: "PATH OP VALUE [within MS]". A missing value fulfils none. */
 class Expectation {
@@ -41,4 +41,4 @@ private:
 /** A value as it is printed: texts without quotes, "nothing" for a missing one. */
 std::string shownValue(const nlohmann::json& value);
 
-} // namespace zm
+} // namespace zm::ctl

@@ -15,12 +15,12 @@
 #include <iostream>
 #include <thread>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
 using Words = std::vector<std::string>;
-using Print = CtlClient::Print;
+using Print = Client::Print;
 using Clock = std::chrono::steady_clock;
 
 constexpr int Failed = 1;
@@ -31,7 +31,7 @@ constexpr std::chrono::milliseconds AskAgain(20);
 struct LocalCommand {
     std::string_view name;
     Status (*check)(const Words& words);
-    int (*run)(const CtlClient& client, const Words& words, const Print& out, const Print& err);
+    int (*run)(const Client& client, const Words& words, const Print& out, const Print& err);
 };
 
 Status wrongUsage(std::string_view command, Words words) {
@@ -60,7 +60,7 @@ Status checkHelp(const Words& words) {
     return words.empty() ? ok() : checkName(words[0]);
 }
 
-int help(const CtlClient&, const Words& words, const Print& out, const Print&) {
+int help(const Client&, const Words& words, const Print& out, const Print&) {
     if (words.empty()) {
         out(overviewText());
         return 0;
@@ -78,7 +78,7 @@ Status checkWait(const Words& words) {
     });
 }
 
-int wait(const CtlClient&, const Words& words, const Print&, const Print&) {
+int wait(const Client&, const Words& words, const Print&, const Print&) {
     std::this_thread::sleep_for(std::chrono::milliseconds(Arguments(words).number()));
     return 0;
 }
@@ -88,11 +88,11 @@ Status checkExpect(const Words& words) {
     return expectation ? ok() : Status(Error{"zmctl: " + expectation.error()});
 }
 
-int expect(const CtlClient& client, const Words& words, const Print&, const Print& err) {
+int expect(const Client& client, const Words& words, const Print&, const Print& err) {
     const auto expectation = *Expectation::parse(words);
     const auto deadline = Clock::now() + expectation.limit();
     for (;;) {
-        const CtlAnswer answer = client.run(expectation.command());
+        const Answer answer = client.run(expectation.command());
         const auto found = answer.exit == 0 ? expectation.find(answer.out) : nlohmann::json();
         if (answer.exit == 0 && expectation.holds(found)) {
             return 0;
@@ -110,7 +110,7 @@ Status checkRun(const Words& words) {
     return fits("run", words, [](Arguments& arguments) { arguments.word(); });
 }
 
-int run(const CtlClient& client, const Words& words, const Print& out, const Print& err) {
+int run(const Client& client, const Words& words, const Print& out, const Print& err) {
     const bool standardInput = words[0] == "-";
     std::ifstream file;
     if (!standardInput) {
@@ -135,7 +135,7 @@ Status checkMonkey(const Words& words) {
     return fits("monkey", words, [](Arguments& arguments) { monkeyOptions(arguments); });
 }
 
-int monkey(const CtlClient& client, const Words& words, const Print& out, const Print& err) {
+int monkey(const Client& client, const Words& words, const Print& out, const Print& err) {
     Arguments arguments(words);
     return Monkey(client, monkeyOptions(arguments), out, err).run();
 }
@@ -149,7 +149,7 @@ Status checkCompletion(const Words& words) {
                : Status(Error{"zmctl: " + unknownWord("shell", words[0], {"bash", "zsh", "fish"})});
 }
 
-int completion(const CtlClient&, const Words& words, const Print& out, const Print&) {
+int completion(const Client&, const Words& words, const Print& out, const Print&) {
     out(completionScript(words[0]));
     return 0;
 }
@@ -159,7 +159,7 @@ Status checkComplete(const Words&) {
     return ok();
 }
 
-int complete(const CtlClient& client, const Words& words, const Print& out, const Print&) {
+int complete(const Client& client, const Words& words, const Print& out, const Print&) {
     for (const auto& offer : completions(client, words)) {
         out(offer + "\n");
     }
@@ -193,7 +193,7 @@ Status checkLocalCommand(const Words& words) {
     return whyUnfit(words).empty() ? command->check(given) : wrongUsage(words[0], given);
 }
 
-int runCommand(const CtlClient& client, const Words& words, const Print& out, const Print& err) {
+int runCommand(const Client& client, const Words& words, const Print& out, const Print& err) {
     if (const LocalCommand* command = find(words[0])) {
         if (auto good = checkLocalCommand(words); !good) {
             err(good.error() + "\n");
@@ -213,4 +213,4 @@ int runCommand(const CtlClient& client, const Words& words, const Print& out, co
     return *status;
 }
 
-} // namespace zm
+} // namespace zm::ctl

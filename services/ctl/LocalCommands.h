@@ -1,16 +1,16 @@
 #pragma once
 
-#include "services/ctl/CtlClient.h"
+#include "services/ctl/Client.h"
 
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /** Carries out one command, zmctl's own or one of the bench, until it ends; gives its exit status. */
-int runCommand(const CtlClient& client, const std::vector<std::string>& words, const CtlClient::Print& out,
-               const CtlClient::Print& err);
+int runCommand(const Client& client, const std::vector<std::string>& words, const Client::Print& out,
+               const Client::Print& err);
 /** Whether the words of one of zmctl's own commands fit it; those of the bench are its business. */
 Status checkLocalCommand(const std::vector<std::string>& words);
 
-} // namespace zm
+} // namespace zm::ctl

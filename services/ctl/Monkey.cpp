@@ -9,7 +9,7 @@
 #include <fstream>
 #include <random>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -52,7 +52,7 @@ MonkeyOptions monkeyOptions(Arguments& arguments) {
     return options;
 }
 
-Monkey::Monkey(const CtlClient& client, MonkeyOptions options, CtlClient::Print out, CtlClient::Print err)
+Monkey::Monkey(const Client& client, MonkeyOptions options, Client::Print out, Client::Print err)
     : m_client(client), m_options(std::move(options)), m_out(std::move(out)), m_err(std::move(err)) {}
 
 int Monkey::run() {
@@ -236,4 +236,4 @@ int Monkey::report(const Failure& failure) const {
     return Failed;
 }
 
-} // namespace zm
+} // namespace zm::ctl

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "services/ctl/Arguments.h"
-#include "services/ctl/CtlClient.h"
+#include "services/ctl/Client.h"
 #include "services/ctl/MonkeySteps.h"
 
 #include <nlohmann/json.hpp>
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 struct MonkeyOptions {
     unsigned seed = 0;
@@ -28,7 +28,7 @@ MonkeyOptions monkeyOptions(Arguments& arguments);
  */
 class Monkey {
 public:
-    Monkey(const CtlClient& client, MonkeyOptions options, CtlClient::Print out, CtlClient::Print err);
+    Monkey(const Client& client, MonkeyOptions options, Client::Print out, Client::Print err);
 
     /** Exit status: 1 when something failed, having left the file. */
     int run();
@@ -54,14 +54,14 @@ private:
     MonkeyWorld world() const;
     int report(const Failure& failure) const;
 
-    const CtlClient& m_client;
+    const Client& m_client;
     const MonkeyOptions m_options;
-    CtlClient::Print m_out;
-    CtlClient::Print m_err;
+    Client::Print m_out;
+    Client::Print m_err;
     std::vector<std::string> m_lines; ///< the script so far
     nlohmann::json m_processes;       ///< as they were after the step before
     size_t m_closeRequests = 0;
     size_t m_refused = 0;
 };
 
-} // namespace zm
+} // namespace zm::ctl

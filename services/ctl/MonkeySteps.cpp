@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -228,4 +228,4 @@ Lines MonkeySteps::next() {
     return chosen->make(*this);
 }
 
-} // namespace zm
+} // namespace zm::ctl

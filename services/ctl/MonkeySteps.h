@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /** What a bench offers to play with. */
 struct MonkeyWorld {
@@ -28,4 +28,4 @@ private:
     MonkeyWorld m_world;
 };
 
-} // namespace zm
+} // namespace zm::ctl

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <ranges>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -159,4 +159,4 @@ std::string unknownNumber(std::string_view what, int number, const std::vector<i
                          : sentence + "; the nearest is " + std::to_string(nearestNumber(number, known));
 }
 
-} // namespace zm
+} // namespace zm::ctl

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /** A number that people call by a name. */
 struct NamedNumber {
@@ -38,4 +38,4 @@ std::string unknownNumber(std::string_view what, int number, std::span<const Nam
 /** The same without names; "there is no WHAT 9" alone if nothing is known. */
 std::string unknownNumber(std::string_view what, int number, const std::vector<int>& known);
 
-} // namespace zm
+} // namespace zm::ctl

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace zm {
+namespace zm::ctl {
 
 /** The number that all of `text` is; nothing if it is none or does not fit. */
 template <class Number>
@@ -18,4 +18,4 @@ std::optional<Number> parseNumber(std::string_view text) {
     return value;
 }
 
-} // namespace zm
+} // namespace zm::ctl

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <fstream>
 
-namespace zm {
+namespace zm::ctl {
 
 // The system lists every socket that somebody listens on with its path: no bench has to register anywhere.
 std::vector<std::string> runningBenches() {
@@ -30,4 +30,4 @@ std::vector<std::string> runningBenches() {
     return folders;
 }
 
-} // namespace zm
+} // namespace zm::ctl

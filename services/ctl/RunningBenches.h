@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /** The runtime folders of the benches of this user that run now, sorted. */
 std::vector<std::string> runningBenches();
 
-} // namespace zm
+} // namespace zm::ctl

@@ -6,7 +6,7 @@
 
 #include <sstream>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -56,8 +56,8 @@ Result<std::vector<ScriptLine>> parseScript(const std::string& name, const std::
     return result;
 }
 
-int runScript(const CtlClient& client, const std::vector<ScriptLine>& lines, const CtlClient::Print& out,
-              const CtlClient::Print& err) {
+int runScript(const Client& client, const std::vector<ScriptLine>& lines, const Client::Print& out,
+              const Client::Print& err) {
     for (const auto& line : lines) {
         std::string said;
         const int status =
@@ -70,4 +70,4 @@ int runScript(const CtlClient& client, const std::vector<ScriptLine>& lines, con
     return 0;
 }
 
-} // namespace zm
+} // namespace zm::ctl

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "services/ctl/CtlClient.h"
+#include "services/ctl/Client.h"
 
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /** A command of a script. */
 struct ScriptLine {
@@ -25,7 +25,7 @@ Result<std::vector<ScriptLine>> parseScript(const std::string& name, const std::
  * Carries the commands out one after the other until one fails; gives its exit status, having named its line
  * and what it said.
  */
-int runScript(const CtlClient& client, const std::vector<ScriptLine>& lines, const CtlClient::Print& out,
-              const CtlClient::Print& err);
+int runScript(const Client& client, const std::vector<ScriptLine>& lines, const Client::Print& out,
+              const Client::Print& err);
 
-} // namespace zm
+} // namespace zm::ctl

@@ -2,7 +2,7 @@
 
 #include <glib.h>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -45,4 +45,4 @@ std::string shellLine(const std::vector<std::string>& words) {
     return line;
 }
 
-} // namespace zm
+} // namespace zm::ctl

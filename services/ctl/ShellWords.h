@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::ctl {
 
 /**
  * The words of a line, split and quoted as a shell would; `#` before a word begins a comment. Nothing is
@@ -15,4 +15,4 @@ Result<std::vector<std::string>> shellWords(const std::string& line);
 /** The line that shellWords splits into `words` again. */
 std::string shellLine(const std::vector<std::string>& words);
 
-} // namespace zm
+} // namespace zm::ctl

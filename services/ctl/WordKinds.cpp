@@ -6,7 +6,7 @@
 #include <array>
 #include <climits>
 
-namespace zm {
+namespace zm::ctl {
 
 namespace {
 
@@ -98,4 +98,4 @@ std::optional<std::pair<int, int>> parseTimeOfDay(std::string_view text) {
     return std::pair(*hour, *minute);
 }
 
-} // namespace zm
+} // namespace zm::ctl

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-namespace zm {
+namespace zm::ctl {
 
 /** What a word in capitals stands for in the usage of a command. */
 struct WordKind {
@@ -19,4 +19,4 @@ const WordKind& wordKind(std::string_view name);
 /** Hour and minute of "23:05"; nothing if it is no time. 24 is an hour, too. */
 std::optional<std::pair<int, int>> parseTimeOfDay(std::string_view text);
 
-} // namespace zm
+} // namespace zm::ctl

@@ -15,7 +15,7 @@ void print(FILE* stream, const std::string& text) {
 }
 
 int wrongUsage(const std::string& why) {
-    print(stderr, "zmctl: " + why + "\n" + zm::overviewText());
+    print(stderr, "zmctl: " + why + "\n" + zm::ctl::overviewText());
     return 2;
 }
 
@@ -31,16 +31,17 @@ int main(int argc, char** argv) {
         dir = words[1];
         words.erase(words.begin(), words.begin() + 2);
     }
-    if (zm::answerAbout(words, "zmctl", zm::overviewText().c_str())) {
+    if (zm::answerAbout(words, "zmctl", zm::ctl::overviewText().c_str())) {
         return 0;
     }
     if (words.empty()) {
         return wrongUsage("a command is missing");
     }
-    if (words.size() == 2 && (words[1] == "--help" || words[1] == "-h") && zm::findCommandText(words[0])) {
+    if (words.size() == 2 && (words[1] == "--help" || words[1] == "-h") &&
+        zm::ctl::findCommandText(words[0])) {
         words = {"help", words[0]};
     }
-    return zm::runCommand(
-        zm::CtlClient(dir), words, [](const std::string& text) { print(stdout, text); },
+    return zm::ctl::runCommand(
+        zm::ctl::Client(dir), words, [](const std::string& text) { print(stdout, text); },
         [](const std::string& text) { print(stderr, text); });
 }

@@ -10,7 +10,7 @@
 
 namespace zm::decoder {
 
-using namespace disc;
+using namespace zm::disc::engine;
 
 namespace {
 

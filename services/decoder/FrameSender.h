@@ -10,7 +10,7 @@
 namespace zm::decoder {
 
 /** Sends pictures to the disc service through the memory that both share. */
-class FrameSender : public disc::FrameSink {
+class FrameSender : public disc::engine::FrameSink {
 public:
     FrameSender();
     /** What the pictures belong to from now on. */
@@ -23,7 +23,7 @@ private:
     bool takeBack();
 
     std::mutex m_mutex;
-    disc::SharedPictures m_pictures;
+    disc::engine::SharedPictures m_pictures;
     std::array<bool, 3> m_away{}; ///< places that the service has not given back
     uint64_t m_item = 0;
 };

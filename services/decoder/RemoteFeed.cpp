@@ -6,7 +6,7 @@
 
 namespace zm::decoder {
 
-using namespace disc;
+using namespace zm::disc::engine;
 
 Result<std::string> RemoteFeed::answer(char expected) {
     auto message = m_service.receive();

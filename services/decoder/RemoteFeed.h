@@ -9,7 +9,7 @@
 namespace zm::decoder {
 
 /** A file whose bytes the disc service sends. Waiting for the drive has its deadline there. */
-class RemoteFeed : public disc::ByteFeed {
+class RemoteFeed : public disc::engine::ByteFeed {
 public:
     explicit RemoteFeed(UniqueFd service) : m_service(std::move(service)) {}
     Result<uint64_t> open() override;

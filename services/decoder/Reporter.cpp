@@ -9,7 +9,7 @@
 
 namespace zm::decoder {
 
-using namespace disc;
+using namespace zm::disc::engine;
 using wire::Json;
 
 namespace {

@@ -8,20 +8,20 @@
 namespace zm::decoder {
 
 /** Sends a message to the disc service. Any thread. */
-void say(const disc::wire::Json& message);
+void say(const disc::engine::wire::Json& message);
 
 /** Tells the disc service what becomes of one item. */
-class Reporter : public disc::EngineListener {
+class Reporter : public disc::engine::Listener {
 public:
     explicit Reporter(uint64_t item) : m_item(item) {}
     /** The number of what is to follow. */
     void expect(int64_t number) { m_next = number; }
-    void engineStreams(const disc::Streams& streams) override;
-    void engineStarted(disc::Milliseconds length) override;
-    void engineMoved(disc::Milliseconds position, disc::Milliseconds length) override;
+    void engineStreams(const disc::engine::Streams& streams) override;
+    void engineStarted(disc::engine::Milliseconds length) override;
+    void engineMoved(disc::engine::Milliseconds position, disc::engine::Milliseconds length) override;
     void engineEnded() override;
-    void engineFollowed(disc::Milliseconds length) override;
-    void engineScanned(disc::ScanEdge edge) override;
+    void engineFollowed(disc::engine::Milliseconds length) override;
+    void engineScanned(disc::engine::ScanEdge edge) override;
     void engineFailed(const std::string& reason) override;
 
 private:

@@ -24,7 +24,8 @@ namespace zm::decoder {
 
 namespace {
 
-using namespace disc;
+using namespace zm::disc::engine;
+using namespace zm::disc::model;
 using wire::Json;
 using wire::numberOf;
 
@@ -119,16 +120,16 @@ constexpr const char* Usage = "usage: zmdecode [--version|--help]\n"
 
 bool startedByTheService() {
     struct stat info {};
-    return ::fstat(disc::wire::ControlFd, &info) == 0 && S_ISSOCK(info.st_mode);
+    return ::fstat(disc::engine::wire::ControlFd, &info) == 0 && S_ISSOCK(info.st_mode);
 }
 
 [[noreturn]] void run() {
     // Never without the one that watches over it.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     EventLoop loop;
-    disc::initDecoders();
+    disc::engine::initDecoders();
     openFonts();
-    Connection service(loop, UniqueFd(::fcntl(disc::wire::ControlFd, F_DUPFD_CLOEXEC, 0)));
+    Connection service(loop, UniqueFd(::fcntl(disc::engine::wire::ControlFd, F_DUPFD_CLOEXEC, 0)));
     service.onClosed = [] { std::_Exit(0); };
     Decoder decoder(loop);
     service.onMessage = [&decoder](Message message) { decoder.handle(message); };

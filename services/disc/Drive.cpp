@@ -1,6 +1,6 @@
 #include "services/disc/Drive.h"
 
-#include "services/disc/dvd/DvdPlayer.h"
+#include "services/disc/dvd/Player.h"
 #include "services/disc/log/Log.h"
 #include "services/disc/medium/OpenMedium.h"
 #include "services/disc/player/FilePlayer.h"
@@ -13,11 +13,11 @@ namespace zm::disc {
 namespace {
 
 // The mechanism takes a moment to give a disc out.
-constexpr Milliseconds EjectTime{800};
+constexpr engine::Milliseconds EjectTime{800};
 // Between a disc that is out and the next one.
-constexpr Milliseconds ChangeTime{200};
+constexpr engine::Milliseconds ChangeTime{200};
 // How long an empty drive says "loading", see announceEmpty: also an application with much to do has seen it.
-constexpr Milliseconds LeadTime{2000};
+constexpr engine::Milliseconds LeadTime{2000};
 
 constexpr int RootFolder = 1;
 
@@ -26,28 +26,28 @@ constexpr uint8_t UnitRegionBit = 1 << (2 - 1);
 
 struct FaultRow {
     std::string_view name;
-    DriveFault fault;
-    DeviceError error;
+    medium::DriveFault fault;
+    model::DeviceError error;
 };
 constexpr FaultRow faults[] = {
-    {"none", DriveFault::None, DeviceError::None},
-    {"read", DriveFault::ReadError, DeviceError::None},
-    {"noanswer", DriveFault::NoAnswer, DeviceError::None},
-    {"surface", DriveFault::None, DeviceError::Surface},
-    {"temperature", DriveFault::None, DeviceError::Temperature},
-    {"region", DriveFault::None, DeviceError::Region},
+    {"none", medium::DriveFault::None, model::DeviceError::None},
+    {"read", medium::DriveFault::ReadError, model::DeviceError::None},
+    {"noanswer", medium::DriveFault::NoAnswer, model::DeviceError::None},
+    {"surface", medium::DriveFault::None, model::DeviceError::Surface},
+    {"temperature", medium::DriveFault::None, model::DeviceError::Temperature},
+    {"region", medium::DriveFault::None, model::DeviceError::Region},
 };
 
 // What the disc is, in words.
-std::string kindOf(const Contents& contents) {
+std::string kindOf(const model::Contents& contents) {
     if (contents.dvd) {
         return "DVD-Video";
     }
     if (contents.trackType) {
-        return contents.trackType == MediaType::Vcd ? "VCD" : "audio CD";
+        return contents.trackType == model::MediaType::Vcd ? "VCD" : "audio CD";
     }
     std::string found;
-    for (const auto& row : kinds) {
+    for (const auto& row : model::kinds) {
         if (!contents.of(row.kind).empty()) {
             found += found.empty() ? "files: " : ", ";
             found += row.name;
@@ -58,17 +58,18 @@ std::string kindOf(const Contents& contents) {
 
 } // namespace
 
-Drive::Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-             DvdEngineMaker makeDvdEngine, std::shared_ptr<Catalogue> catalogue, ResumeMemory& memory)
+Drive::Drive(EventLoop& loop, model::DiscState& state, model::PlayModes& modes, engine::Engine& engine,
+             dvd::EngineMaker makeDvdEngine, std::shared_ptr<library::Catalogue> catalogue,
+             player::ResumeMemory& memory)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine),
       m_makeDvdEngine(std::move(makeDvdEngine)), m_catalogue(std::move(catalogue)), m_memory(memory) {}
 
 Drive::~Drive() = default;
 
-void Drive::start(const Tray& tray) {
+void Drive::start(const model::Tray& tray) {
     m_source = tray.source;
     m_state.forgetDisc();
-    m_state.playState(PlayState::Stopped);
+    m_state.playState(model::PlayState::Stopped);
     m_state.modes(m_modes);
     m_state.disc(m_absence);
     report({"empty", "", ""});
@@ -80,7 +81,7 @@ void Drive::rememberTray() {
     m_state.tray({m_next ? m_next->path : inside, m_source});
 }
 
-void Drive::report(const DriveState& report) {
+void Drive::report(const model::DriveState& report) {
     m_report = report;
     if (m_gate && !report.path.empty()) {
         const auto& description = m_gate->description();
@@ -98,7 +99,7 @@ void Drive::report(const DriveState& report) {
 }
 
 void Drive::insert(const std::string& path) {
-    auto medium = openMedium(path);
+    auto medium = medium::openMedium(path);
     if (!medium) {
         logWarning("%s\n", medium.error().c_str());
         m_state.drive({"error", path, medium.error()});
@@ -115,7 +116,7 @@ void Drive::insert(const std::string& path) {
         return;
     }
     m_next = std::move(disc);
-    m_absence = DiscPresence::None;
+    m_absence = model::DiscPresence::None;
     if (m_leaving.active()) {
         rememberTray();
     } else {
@@ -127,37 +128,37 @@ void Drive::take(const Inserted& disc) {
     m_resting.reset();
     logInfo("disc inserted: %s\n", disc.path.c_str());
     m_path = disc.path;
-    m_absence = DiscPresence::None;
-    m_gate = std::make_shared<FaultGate>(disc.medium);
+    m_absence = model::DiscPresence::None;
+    m_gate = std::make_shared<medium::FaultGate>(disc.medium);
     report({"reading", m_path, ""});
     rememberTray();
-    LoadListener& listener = *this;
-    m_load = std::make_unique<DiscLoad>(m_loop, listener, m_gate, m_catalogue);
+    library::LoadListener& listener = *this;
+    m_load = std::make_unique<library::DiscLoad>(m_loop, listener, m_gate, m_catalogue);
 }
 
 void Drive::loadBegun() {
     m_catalogued = 0;
-    m_state.disc(DiscPresence::Present);
-    m_state.playState(PlayState::Loading);
+    m_state.disc(model::DiscPresence::Present);
+    m_state.playState(model::PlayState::Loading);
 }
 
-void Drive::loadScanned(std::shared_ptr<const Contents> contents) {
+void Drive::loadScanned(std::shared_ptr<const model::Contents> contents) {
     m_contents = std::move(contents);
     m_state.mixedType(m_contents->mixedMask());
     if (!m_contents->empty()) {
         if (m_contents->dvd) {
-            m_state.mediaType(MediaType::Dvd);
+            m_state.mediaType(model::MediaType::Dvd);
             return;
         }
-        m_resume = std::make_unique<DiscResume>(m_memory, m_contents);
+        m_resume = std::make_unique<player::DiscResume>(m_memory, m_contents);
         m_state.mediaType(m_contents->mediaType(m_resume->item().kind));
     }
 }
 
-void Drive::loadCatalogued(MediaKind kind) {
-    logInfo("catalogue: %zu files of %s\n", m_contents->of(kind).size(), numbersOf(kind).name);
-    m_catalogued |= numbersOf(kind).mixedBit;
-    m_state.catalogue(Reading::Complete, RootFolder);
+void Drive::loadCatalogued(model::MediaKind kind) {
+    logInfo("catalogue: %zu files of %s\n", m_contents->of(kind).size(), model::numbersOf(kind).name);
+    m_catalogued |= model::numbersOf(kind).mixedBit;
+    m_state.catalogue(model::Reading::Complete, RootFolder);
 }
 
 void Drive::loadFinished() {
@@ -167,8 +168,8 @@ void Drive::loadFinished() {
     }
     m_load.reset();
     report({"loaded", m_path, ""});
-    m_guard = std::make_unique<CatalogueGuard>(m_loop, m_catalogue, m_contents,
-                                               [this] { m_state.catalogue(Reading::Complete, RootFolder); });
+    m_guard = std::make_unique<library::CatalogueGuard>(
+        m_loop, m_catalogue, m_contents, [this] { m_state.catalogue(model::Reading::Complete, RootFolder); });
     if (m_contents->dvd) {
         insertDvd();
         return;
@@ -177,9 +178,9 @@ void Drive::loadFinished() {
         m_modes = *modes;
         m_state.modes(m_modes);
     }
-    m_transport =
-        std::make_unique<FilePlayer>(m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume,
-                                     [this] { reportError("nothing on it can be played"); });
+    m_transport = std::make_unique<player::FilePlayer>(
+        m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume,
+        [this] { reportError("nothing on it can be played"); });
     if (m_source) {
         m_transport->sourceOn();
     }
@@ -188,11 +189,11 @@ void Drive::loadFinished() {
 void Drive::insertDvd() {
     if (m_contents->dvd->prohibitedRegions & UnitRegionBit) {
         reportError("made for another region of the world");
-        m_state.error(DeviceError::Region);
+        m_state.error(model::DeviceError::Region);
         return;
     }
-    m_transport = std::make_unique<DvdPlayer>(m_loop, m_state, m_modes, m_makeDvdEngine(m_loop), m_path,
-                                              [this](const std::string& reason) { loadFailed(reason); });
+    m_transport = std::make_unique<dvd::Player>(m_loop, m_state, m_modes, m_makeDvdEngine(m_loop), m_path,
+                                                [this](const std::string& reason) { loadFailed(reason); });
     if (m_source) {
         m_transport->sourceOn();
     }
@@ -207,7 +208,7 @@ void Drive::reportError(const std::string& reason) {
 void Drive::loadFailed(const std::string& reason) {
     m_load.reset();
     reportError(reason);
-    m_state.playState(PlayState::Error);
+    m_state.playState(model::PlayState::Error);
 }
 
 void Drive::source(bool on) {
@@ -229,10 +230,11 @@ void Drive::playMusic() {
 }
 
 void Drive::browse(int mediaType, int folder) {
-    const auto* row = kindOfMediaType(mediaType);
+    const auto* row = model::kindOfMediaType(mediaType);
     if (m_load && row) {
         const bool complete = (m_catalogued & row->mixedBit) != 0;
-        m_state.catalogue(complete ? Reading::Complete : Reading::Unfinished, std::max(RootFolder, folder));
+        m_state.catalogue(complete ? model::Reading::Complete : model::Reading::Unfinished,
+                          std::max(RootFolder, folder));
     }
 }
 
@@ -246,7 +248,7 @@ void Drive::eject() {
 }
 
 void Drive::leave() {
-    m_state.playState(PlayState::Ejecting);
+    m_state.playState(model::PlayState::Ejecting);
     logInfo("disc ejected: %s\n", m_path.c_str());
     stopReading();
     report({"ejecting", m_path, ""});
@@ -284,11 +286,11 @@ void Drive::announceEmpty() {
     if (!m_path.empty()) {
         return;
     }
-    m_state.playState(PlayState::Loading);
+    m_state.playState(model::PlayState::Loading);
     m_state.disc(m_absence);
     m_resting = afterDelay(m_loop, LeadTime, [this] {
         m_resting.reset();
-        m_state.playState(PlayState::Stopped);
+        m_state.playState(model::PlayState::Stopped);
     });
 }
 
@@ -299,7 +301,7 @@ void Drive::stopReading() {
 }
 
 void Drive::loseDrive() {
-    m_absence = DiscPresence::DriveGone;
+    m_absence = model::DiscPresence::DriveGone;
     if (m_path.empty()) {
         m_state.disc(m_absence);
     }
@@ -308,8 +310,8 @@ void Drive::loseDrive() {
 
 // With its tray empty: the disc went out when the drive went.
 void Drive::driveIsBack() {
-    if (m_absence == DiscPresence::DriveGone) {
-        m_absence = DiscPresence::None;
+    if (m_absence == model::DiscPresence::DriveGone) {
+        m_absence = model::DiscPresence::None;
         if (m_path.empty()) {
             m_state.disc(m_absence);
         }
@@ -326,7 +328,7 @@ bool Drive::fault(const std::string& kind) {
     if (row == std::end(faults)) {
         return false;
     }
-    if (row->fault == DriveFault::None && row->error == DeviceError::None) {
+    if (row->fault == medium::DriveFault::None && row->error == model::DeviceError::None) {
         driveIsBack();
     }
     if (m_gate) {

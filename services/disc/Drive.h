@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/disc/dvd/DvdEngine.h"
+#include "services/disc/dvd/Engine.h"
 #include "services/disc/engine/Engine.h"
 #include "services/disc/library/CatalogueGuard.h"
 #include "services/disc/library/DiscLoad.h"
@@ -19,14 +19,15 @@ namespace zm::disc {
  * The drive and its disc: what happens from insertion to ejection. Everything on the service's loop; nothing
  * waits for the disc.
  */
-class Drive : private LoadListener {
+class Drive : private library::LoadListener {
 public:
-    Drive(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine, DvdEngineMaker makeDvdEngine,
-          std::shared_ptr<Catalogue> catalogue, ResumeMemory& memory);
+    Drive(EventLoop& loop, model::DiscState& state, model::PlayModes& modes, engine::Engine& engine,
+          dvd::EngineMaker makeDvdEngine, std::shared_ptr<library::Catalogue> catalogue,
+          player::ResumeMemory& memory);
     ~Drive() override;
 
     /** Publishes an empty drive; `tray` is what the drive remembers of an earlier run. */
-    void start(const Tray& tray);
+    void start(const model::Tray& tray);
     /** Takes the disc at `path`, after the present one is out. A path that cannot be read changes nothing. */
     void insert(const std::string& path);
     /** Stops and gives the disc out, also one that waits to be taken; without a disc nothing happens. */
@@ -41,18 +42,18 @@ public:
     /** The user looks at `folder` of a disc that is still being read. */
     void browse(int mediaType, int folder);
     /** What plays, or null while no disc is ready. */
-    Transport* transport() const { return m_transport.get(); }
+    player::Transport* transport() const { return m_transport.get(); }
 
 private:
     void loadBegun() override;
-    void loadScanned(std::shared_ptr<const Contents> contents) override;
-    void loadCatalogued(MediaKind kind) override;
+    void loadScanned(std::shared_ptr<const model::Contents> contents) override;
+    void loadCatalogued(model::MediaKind kind) override;
     void loadFinished() override;
     void loadFailed(const std::string& reason) override;
 
     struct Inserted {
         std::string path;
-        std::shared_ptr<Medium> medium;
+        std::shared_ptr<medium::Medium> medium;
     };
 
     void insertDvd();
@@ -63,30 +64,30 @@ private:
     void driveIsBack();
     void stopReading();
     void rememberTray();
-    void report(const DriveState& report);
+    void report(const model::DriveState& report);
     void reportError(const std::string& reason);
 
     EventLoop& m_loop;
-    DiscState& m_state;
-    PlayModes& m_modes;
-    Engine& m_engine;
-    DvdEngineMaker m_makeDvdEngine;
-    std::shared_ptr<Catalogue> m_catalogue;
-    ResumeMemory& m_memory;
-    std::string m_path;                          ///< of the disc inside; empty without one
-    DiscPresence m_absence = DiscPresence::None; ///< what "disc" is once none is inside
-    std::optional<Inserted> m_next;              ///< taken when the one before it is out
-    DriveState m_report;                         ///< the latest about the disc inside
+    model::DiscState& m_state;
+    model::PlayModes& m_modes;
+    engine::Engine& m_engine;
+    dvd::EngineMaker m_makeDvdEngine;
+    std::shared_ptr<library::Catalogue> m_catalogue;
+    player::ResumeMemory& m_memory;
+    std::string m_path;                                        ///< of the disc inside; empty without one
+    model::DiscPresence m_absence = model::DiscPresence::None; ///< what "disc" is once none is inside
+    std::optional<Inserted> m_next;                            ///< taken when the one before it is out
+    model::DriveState m_report;                                ///< the latest about the disc inside
     bool m_source = false;
-    std::shared_ptr<FaultGate> m_gate;
-    std::shared_ptr<const Contents> m_contents;
+    std::shared_ptr<medium::FaultGate> m_gate;
+    std::shared_ptr<const model::Contents> m_contents;
     int m_catalogued = 0; ///< mixed bits of the kinds whose catalogue is complete
-    std::unique_ptr<DiscLoad> m_load;
-    std::unique_ptr<CatalogueGuard> m_guard; ///< of a disc that is ready
-    std::unique_ptr<DiscResume> m_resume;    ///< of a disc with something to play
-    std::unique_ptr<Transport> m_transport;  ///< uses it
-    SourceHandle m_leaving;                  ///< runs until the disc is out and the next one is taken
-    SourceHandle m_resting;                  ///< runs until an empty drive has nothing more to say
+    std::unique_ptr<library::DiscLoad> m_load;
+    std::unique_ptr<library::CatalogueGuard> m_guard; ///< of a disc that is ready
+    std::unique_ptr<player::DiscResume> m_resume;     ///< of a disc with something to play
+    std::unique_ptr<player::Transport> m_transport;   ///< uses it
+    SourceHandle m_leaving; ///< runs until the disc is out and the next one is taken
+    SourceHandle m_resting; ///< runs until an empty drive has nothing more to say
 };
 
 } // namespace zm::disc

@@ -26,37 +26,37 @@ constexpr int SourceCommand = 187;
 
 struct CommandRow {
     int number;
-    void (Transport::*operation)(int, int);
+    void (player::Transport::*operation)(int, int);
 };
 
 constexpr CommandRow commands[] = {
-    {1, &Transport::next},
-    {2, &Transport::previous},
-    {3, &Transport::fastForward},
-    {4, &Transport::fastBackward},
-    {5, &Transport::playPause},
-    {7, &Transport::shuffle},
-    {9, &Transport::repeat},
-    {10, &Transport::repeatPassage},
-    {11, &Transport::audioChannel},
-    {12, &Transport::angle},
-    {18, &Transport::subtitle},
-    {19, &Transport::playbackControl},
-    {20, &Transport::zoom},
-    {21, &Transport::menu},
-    {22, &Transport::stop},
-    {130, &Transport::pause},
-    {131, &Transport::play},
-    {ChangeFormatCommand, &Transport::browse},
-    {145, &Transport::titleMenu},
-    {163, &Transport::rotate},
-    {182, &Transport::playTrack},
-    {183, &Transport::playChapter},
-    {184, &Transport::playTitle},
-    {185, &Transport::seek},
-    {BrowseCommand, &Transport::browse},
-    {188, &Transport::touch},
-    {189, &Transport::password},
+    {1, &player::Transport::next},
+    {2, &player::Transport::previous},
+    {3, &player::Transport::fastForward},
+    {4, &player::Transport::fastBackward},
+    {5, &player::Transport::playPause},
+    {7, &player::Transport::shuffle},
+    {9, &player::Transport::repeat},
+    {10, &player::Transport::repeatPassage},
+    {11, &player::Transport::audioChannel},
+    {12, &player::Transport::angle},
+    {18, &player::Transport::subtitle},
+    {19, &player::Transport::playbackControl},
+    {20, &player::Transport::zoom},
+    {21, &player::Transport::menu},
+    {22, &player::Transport::stop},
+    {130, &player::Transport::pause},
+    {131, &player::Transport::play},
+    {ChangeFormatCommand, &player::Transport::browse},
+    {145, &player::Transport::titleMenu},
+    {163, &player::Transport::rotate},
+    {182, &player::Transport::playTrack},
+    {183, &player::Transport::playChapter},
+    {184, &player::Transport::playTitle},
+    {185, &player::Transport::seek},
+    {BrowseCommand, &player::Transport::browse},
+    {188, &player::Transport::touch},
+    {189, &player::Transport::password},
 };
 
 int integer(const Json& object, const char* name) {
@@ -90,11 +90,11 @@ void forEachJson(const std::string& text, const char* name, Handle handle) {
 }
 
 // What an earlier run has left in the drive's object.
-std::optional<Tray> trayOf(const std::string& driveObject) {
-    std::optional<Tray> tray;
+std::optional<model::Tray> trayOf(const std::string& driveObject) {
+    std::optional<model::Tray> tray;
     forEachJson(driveObject, "tray", [&](const std::string& value) {
         const Json json = parseObject(value);
-        tray = Tray{string(json, "path"), flag(json, "source")};
+        tray = model::Tray{string(json, "path"), flag(json, "source")};
     });
     return tray;
 }
@@ -105,12 +105,12 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
                                                 const std::string& catalogueFile,
                                                 const std::string& resumeFile, const std::string& disc,
                                                 const EngineMaker& makeEngine,
-                                                const DvdEngineMaker& makeDvdEngine) {
-    auto catalogue = Catalogue::open(catalogueFile);
+                                                const dvd::EngineMaker& makeDvdEngine) {
+    auto catalogue = library::Catalogue::open(catalogueFile);
     if (!catalogue) {
         return catalogue.failure();
     }
-    auto state = DiscState::open(ppsSocket(runtime));
+    auto state = model::DiscState::open(ppsSocket(runtime));
     if (!state) {
         return state.failure();
     }
@@ -119,7 +119,7 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
         return control.failure();
     }
     std::unique_ptr<Service> service(new Service(loop, std::move(*state),
-                                                 std::shared_ptr<Catalogue>(std::move(*catalogue)),
+                                                 std::shared_ptr<library::Catalogue>(std::move(*catalogue)),
                                                  resumeFile, std::move(*control), makeEngine, makeDvdEngine));
     if (auto begun = service->begin(disc); !begun) {
         return begun.failure();
@@ -127,9 +127,9 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
     return service;
 }
 
-Service::Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
-                 const std::string& resumeFile, PpsFile control, const EngineMaker& makeEngine,
-                 const DvdEngineMaker& makeDvdEngine)
+Service::Service(EventLoop& loop, std::unique_ptr<model::DiscState> state,
+                 std::shared_ptr<library::Catalogue> catalogue, const std::string& resumeFile,
+                 PpsFile control, const EngineMaker& makeEngine, const dvd::EngineMaker& makeDvdEngine)
     : m_state(std::move(state)), m_memory(resumeFile), m_engine(makeEngine(loop)),
       m_drive(loop, *m_state, m_modes, *m_engine, makeDvdEngine, std::move(catalogue), m_memory),
       m_control(std::move(control)), m_mailbox(std::make_shared<Mailbox>(loop)) {}
@@ -150,7 +150,7 @@ Status Service::begin(const std::string& disc) {
     const auto left = m_state->driveFile().read();
     const std::string driveObject = left ? *left : std::string();
     const auto remembered = trayOf(driveObject);
-    const Tray tray = remembered.value_or(Tray{});
+    const model::Tray tray = remembered.value_or(model::Tray{});
     m_drive.start(tray);
     const std::string& path = remembered ? tray.path : disc;
     if (!path.empty()) {
@@ -210,7 +210,7 @@ void Service::command(const std::string& value) {
     }
     const auto row = std::find_if(std::begin(commands), std::end(commands),
                                   [&](const CommandRow& each) { return each.number == number; });
-    Transport* transport = m_drive.transport();
+    player::Transport* transport = m_drive.transport();
     if (number == BrowseCommand && !transport) {
         m_drive.browse(first, second);
         return;

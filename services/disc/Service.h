@@ -14,7 +14,7 @@
 namespace zm::disc {
 
 /** Makes the engine that decodes; it reports on the given loop. */
-using EngineMaker = std::function<std::unique_ptr<Engine>(EventLoop& loop)>;
+using EngineMaker = std::function<std::unique_ptr<engine::Engine>(EventLoop& loop)>;
 
 /** The whole disc service: takes commands from the published objects and has the drive carry them out. */
 class Service {
@@ -28,13 +28,13 @@ public:
                                                   const std::string& catalogueFile,
                                                   const std::string& resumeFile, const std::string& disc,
                                                   const EngineMaker& makeEngine,
-                                                  const DvdEngineMaker& makeDvdEngine);
+                                                  const dvd::EngineMaker& makeDvdEngine);
     ~Service();
 
 private:
-    Service(EventLoop& loop, std::unique_ptr<DiscState> state, std::shared_ptr<Catalogue> catalogue,
-            const std::string& resumeFile, PpsFile control, const EngineMaker& makeEngine,
-            const DvdEngineMaker& makeDvdEngine);
+    Service(EventLoop& loop, std::unique_ptr<model::DiscState> state,
+            std::shared_ptr<library::Catalogue> catalogue, const std::string& resumeFile, PpsFile control,
+            const EngineMaker& makeEngine, const dvd::EngineMaker& makeDvdEngine);
     Status begin(const std::string& disc);
     void controlText(const std::string& text);
     void driveText(const std::string& text);
@@ -43,10 +43,10 @@ private:
     void voice(const std::string& json);
     void driveRequest(const std::string& json);
 
-    std::unique_ptr<DiscState> m_state;
-    PlayModes m_modes;
-    ResumeMemory m_memory;
-    std::unique_ptr<Engine> m_engine;
+    std::unique_ptr<model::DiscState> m_state;
+    model::PlayModes m_modes;
+    player::ResumeMemory m_memory;
+    std::unique_ptr<engine::Engine> m_engine;
     Drive m_drive;
     PpsFile m_control;
     std::shared_ptr<Mailbox> m_mailbox;

@@ -1,7 +1,7 @@
 #include "base/About.h"
 #include "base/Paths.h"
 #include "services/disc/Service.h"
-#include "services/disc/dvd/DvdSound.h"
+#include "services/disc/dvd/Sound.h"
 #include "services/disc/engine/DecoderEngine.h"
 #include "services/disc/engine/ScreenFrames.h"
 #include "services/disc/log/Log.h"
@@ -40,12 +40,12 @@ int main(int argc, char** argv) {
     zm::EventLoop loop;
     const auto term = zm::watchSignal(loop, SIGTERM, [&] { loop.quit(); });
     const auto interrupt = zm::watchSignal(loop, SIGINT, [&] { loop.quit(); });
-    const auto frames = std::make_shared<zm::disc::ScreenFrames>(zm::screenSocket(runtime));
+    const auto frames = std::make_shared<zm::disc::engine::ScreenFrames>(zm::screenSocket(runtime));
     const auto makeEngine = [&](zm::EventLoop& home) {
-        return std::make_unique<zm::disc::DecoderEngine>(home, frames);
+        return std::make_unique<zm::disc::engine::DecoderEngine>(home, frames);
     };
     const auto makeDvdEngine = [&](zm::EventLoop& home) {
-        return std::make_unique<zm::disc::DvdEngine>(home, frames, zm::disc::makeDvdSound);
+        return std::make_unique<zm::disc::dvd::Engine>(home, frames, zm::disc::dvd::makeSound);
     };
     auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime),
                                             zm::resumeFile(runtime), disc, makeEngine, makeDvdEngine);

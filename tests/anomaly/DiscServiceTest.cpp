@@ -57,7 +57,7 @@ protected:
     void eject(DiscUnit& unit) {
         unit.mark();
         unit.request({{"op", "eject"}});
-        unit.nextState(disc::PlayState::Ejecting, Patience);
+        unit.nextState(disc::model::PlayState::Ejecting, Patience);
     }
 
     void waitUntilEmpty(DiscUnit& unit) {

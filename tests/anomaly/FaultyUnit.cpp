@@ -32,14 +32,14 @@ void setSurroundings(const std::string& catalogue) {
     setenv("ZM_FONT_PATH", ZM_BINARY_DIR "/share/fonts/", 1);
 }
 
-HeadUnitOptions headUnit(const std::string& folder) {
-    HeadUnitOptions options;
+bench::unit::HeadUnitOptions headUnit(const std::string& folder) {
+    bench::unit::HeadUnitOptions options;
     options.runtimeDir = folder;
     options.shareDir = ZM_BINARY_DIR "/share";
     options.catalogue = catalogueFile(folder);
     options.discService = false;
-    options.launcher = LauncherMode::Passive;
-    options.clock = ClockMode::Manual;
+    options.launcher = bench::unit::LauncherMode::Passive;
+    options.clock = bench::unit::ClockMode::Manual;
     return options;
 }
 
@@ -196,14 +196,14 @@ void FaultyUnit::touchRow(ApplicationRun& application, int page, int row) {
 }
 
 std::vector<std::string> FaultyUnit::logLines() {
-    return outputLines(m_server->run({"log"}).out);
+    return ctl::outputLines(m_server->run({"log"}).out);
 }
 
 /** Of the objects' present text: JSON values that are cut. */
 std::vector<std::string> FaultyUnit::brokenLines() {
     std::vector<std::string> broken;
-    for (const auto& object : outputLines(m_server->run({"pps", "ls"}).out)) {
-        for (const auto& line : outputLines(m_server->run({"pps", "get", object}).out)) {
+    for (const auto& object : ctl::outputLines(m_server->run({"pps", "ls"}).out)) {
+        for (const auto& line : ctl::outputLines(m_server->run({"pps", "get", object}).out)) {
             constexpr std::string_view Mark = ":json:";
             const size_t at = line.find(Mark);
             if (at != std::string::npos && !Json::accept(line.substr(at + Mark.size()))) {

@@ -5,14 +5,14 @@
 namespace zm {
 
 TEST(Arguments, NumbersMayBeNegative) {
-    Arguments arguments({"7", "-52"});
+    ctl::Arguments arguments({"7", "-52"});
     EXPECT_EQ(arguments.number(), 7);
     EXPECT_EQ(arguments.number(), -52);
     EXPECT_TRUE(arguments.complete());
 }
 
 TEST(Arguments, OptionsAreTakenWhereverTheyStand) {
-    Arguments arguments({"100", "--hold", "800", "200"});
+    ctl::Arguments arguments({"100", "--hold", "800", "200"});
     EXPECT_EQ(arguments.number("--hold", 0), 800);
     EXPECT_EQ(arguments.number(), 100);
     EXPECT_EQ(arguments.number(), 200);
@@ -20,23 +20,23 @@ TEST(Arguments, OptionsAreTakenWhereverTheyStand) {
 }
 
 TEST(Arguments, AnOptionWithoutItsValueIsWrong) {
-    Arguments arguments({"--hold"});
+    ctl::Arguments arguments({"--hold"});
     EXPECT_EQ(arguments.option("--hold"), std::nullopt);
     EXPECT_FALSE(arguments.complete());
 }
 
 TEST(Arguments, AnOptionNumberBelowItsLeastIsWrong) {
-    Arguments arguments({"-n", "0"});
+    ctl::Arguments arguments({"-n", "0"});
     arguments.number("-n", 1);
     EXPECT_FALSE(arguments.complete());
 }
 
 TEST(Arguments, SecondsMayHaveAFraction) {
-    Arguments arguments({"-t", "0.25"});
+    ctl::Arguments arguments({"-t", "0.25"});
     EXPECT_EQ(arguments.seconds("-t"), 250);
     EXPECT_TRUE(arguments.complete());
     for (const char* wrong : {"-1", "x", "", "nan", "1e30", "1s"}) {
-        Arguments other({"-t", wrong});
+        ctl::Arguments other({"-t", wrong});
         other.seconds("-t");
         EXPECT_FALSE(other.complete()) << wrong;
     }
@@ -44,27 +44,27 @@ TEST(Arguments, SecondsMayHaveAFraction) {
 
 TEST(Arguments, WhatIsNoWholeNumberIsWrong) {
     for (const char* wrong : {"", "x", "1x", "1.5", "+1", " 1", "99999999999", "--"}) {
-        Arguments arguments({wrong});
+        ctl::Arguments arguments({wrong});
         arguments.number();
         EXPECT_FALSE(arguments.complete()) << wrong;
     }
 }
 
 TEST(Arguments, MissingAndSupernumerousWordsAreWrong) {
-    Arguments missing({});
+    ctl::Arguments missing({});
     missing.word();
     EXPECT_FALSE(missing.complete());
-    Arguments more({"a", "b"});
+    ctl::Arguments more({"a", "b"});
     more.word();
     EXPECT_FALSE(more.complete());
-    Arguments rest({"a"});
+    ctl::Arguments rest({"a"});
     rest.word();
     rest.rest();
     EXPECT_FALSE(rest.complete());
 }
 
 TEST(Arguments, ARepeatedOptionIsALeftOverWord) {
-    Arguments arguments({"--clear", "--clear"});
+    ctl::Arguments arguments({"--clear", "--clear"});
     EXPECT_TRUE(arguments.flag("--clear"));
     EXPECT_FALSE(arguments.complete());
 }

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 TEST(CommandForm, KnowsWhatComesNext) {
-    const CommandForm form("device [--silent] ID|NAME VALUE|fail");
+    const ctl::CommandForm form("device [--silent] ID|NAME VALUE|fail");
     EXPECT_THAT(form.behind({}).words, ElementsAre("device"));
     const auto id = form.behind({"device"});
     EXPECT_THAT(id.kinds, ElementsAre("ID", "NAME"));
@@ -23,25 +23,25 @@ TEST(CommandForm, KnowsWhatComesNext) {
 }
 
 TEST(CommandForm, AnOptionHasItsValueAndIsOfferedOnce) {
-    const CommandForm form("log [-n N] [--follow]");
+    const ctl::CommandForm form("log [-n N] [--follow]");
     EXPECT_THAT(form.behind({"log", "-n"}).kinds, ElementsAre("N"));
     EXPECT_THAT(form.behind({"log", "-n", "3"}).words, ElementsAre("--follow"));
     EXPECT_THAT(form.behind({"log", "-n", "3", "--follow"}).words, IsEmpty());
 }
 
 TEST(CommandForm, ARepeatedWordMayComeAgainAndAnOptionalOneBeLeftOut) {
-    EXPECT_TRUE(CommandForm("pps put OBJ LINE...").behind({"pps", "put", "a", "b", "c", "d"}).fits);
-    const CommandForm screen("screen [main|osd] [WINDOW]");
+    EXPECT_TRUE(ctl::CommandForm("pps put OBJ LINE...").behind({"pps", "put", "a", "b", "c", "d"}).fits);
+    const ctl::CommandForm screen("screen [main|osd] [WINDOW]");
     EXPECT_TRUE(screen.behind({"screen"}).mayEnd);
     EXPECT_TRUE(screen.behind({"screen", "6"}).fits);
     EXPECT_FALSE(screen.behind({"screen", "6", "7"}).fits);
 }
 
 TEST(CommandForm, AWordThatFitsNoFormIsNamedWithTheNearest) {
-    EXPECT_THAT(wrongUsageText({"app", "puase"}, ""),
+    EXPECT_THAT(ctl::wrongUsageText({"app", "puase"}, ""),
                 StartsWith("zmctl: \"puase\" does not fit behind \"zmctl app\"; did you mean "
                            "\"pause\"?\nusage: zmctl app"));
-    EXPECT_THAT(wrongUsageText({"touch", "1", "2"}, "because"), StartsWith("zmctl: because\nusage:"));
+    EXPECT_THAT(ctl::wrongUsageText({"touch", "1", "2"}, "because"), StartsWith("zmctl: because\nusage:"));
 }
 
 TEST(CommandForm, SaysWhatFitsWhereNothingIsNear) {
@@ -75,22 +75,23 @@ TEST(CommandForm, SaysWhatFitsWhereNothingIsNear) {
          R"("" does not fit behind "zmctl shot"; what fits is FILE.jpg (a path), FILE.png (a path))"},
     };
     for (const auto& [words, sentence] : rows) {
-        EXPECT_EQ(whyUnfit(words), sentence);
+        EXPECT_EQ(ctl::whyUnfit(words), sentence);
     }
-    EXPECT_EQ(whyUnfit({"touch", "1", "2", "--hold", "3"}), "");
-    EXPECT_EQ(whyUnfit({"insert", "--demo", "--wait"}), "");
-    EXPECT_EQ(whyUnfit({"expect", "ps.app.state", "==", "running"}), "");
-    EXPECT_EQ(whyUnfit({"expect", "ps.app.state", "==", "running", "within", "5"}), "");
-    EXPECT_EQ(whyUnfit({"complete"}), "");
-    EXPECT_EQ(whyUnfit({"pps", "put", "a", "b::1", "-c"}), "");
+    EXPECT_EQ(ctl::whyUnfit({"touch", "1", "2", "--hold", "3"}), "");
+    EXPECT_EQ(ctl::whyUnfit({"insert", "--demo", "--wait"}), "");
+    EXPECT_EQ(ctl::whyUnfit({"expect", "ps.app.state", "==", "running"}), "");
+    EXPECT_EQ(ctl::whyUnfit({"expect", "ps.app.state", "==", "running", "within", "5"}), "");
+    EXPECT_EQ(ctl::whyUnfit({"complete"}), "");
+    EXPECT_EQ(ctl::whyUnfit({"pps", "put", "a", "b::1", "-c"}), "");
 }
 
 TEST(CommandForm, ANameThatNoCommandHasIsTakenForWhatCommandsUnderstand) {
-    EXPECT_THAT(unknownCommandText("scren"), HasSubstr("did you mean \"screen\"?"));
-    EXPECT_THAT(unknownCommandText("next"), HasSubstr("did you mean \"key next\"?"));
-    EXPECT_THAT(unknownCommandText("resume"), HasSubstr("did you mean \"app resume\"?"));
-    EXPECT_THAT(unknownCommandText("screenshot"), HasSubstr("did you mean \"shot\"?"));
-    EXPECT_EQ(unknownCommandText("xyzzy"), "zmctl: there is no command \"xyzzy\"; \"zmctl help\" lists them");
+    EXPECT_THAT(ctl::unknownCommandText("scren"), HasSubstr("did you mean \"screen\"?"));
+    EXPECT_THAT(ctl::unknownCommandText("next"), HasSubstr("did you mean \"key next\"?"));
+    EXPECT_THAT(ctl::unknownCommandText("resume"), HasSubstr("did you mean \"app resume\"?"));
+    EXPECT_THAT(ctl::unknownCommandText("screenshot"), HasSubstr("did you mean \"shot\"?"));
+    EXPECT_EQ(ctl::unknownCommandText("xyzzy"),
+              "zmctl: there is no command \"xyzzy\"; \"zmctl help\" lists them");
 }
 
 } // namespace zm

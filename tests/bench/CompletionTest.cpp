@@ -23,14 +23,14 @@ using Words = std::vector<std::string>;
 
 // What is offered for the last word.
 Words offered(const Words& words) {
-    return completions(CtlClient("/nowhere"), words);
+    return ctl::completions(ctl::Client("/nowhere"), words);
 }
 
 } // namespace
 
 TEST(Completion, OffersEveryCommandName) {
     Words names{"--runtime"};
-    for (const auto& text : commandTexts()) {
+    for (const auto& text : ctl::commandTexts()) {
         names.emplace_back(text.name);
     }
     EXPECT_THAT(offered({""}), UnorderedElementsAreArray(names));
@@ -51,7 +51,7 @@ TEST(Completion, OffersTheWordsThatAFormHasAtThatPlace) {
 }
 
 TEST(Completion, OffersTheNamesOfKeysDevicesAndLanguages) {
-    auto keys = namesOf(hardKeys());
+    auto keys = ctl::namesOf(ctl::hardKeys());
     std::sort(keys.begin(), keys.end());
     EXPECT_THAT(offered({"key", ""}), ElementsAreArray(keys));
     EXPECT_THAT(offered({"key", "ne"}), ElementsAre("next"));
@@ -82,10 +82,10 @@ TEST(Completion, OffersFilesWhereAFileIsMeant) {
 
 TEST(Completion, HasAScriptForThreeShells) {
     for (const char* shell : {"bash", "zsh", "fish"}) {
-        ASSERT_NE(completionScript(shell), nullptr) << shell;
-        EXPECT_THAT(std::string(completionScript(shell)), testing::HasSubstr("complete")) << shell;
+        ASSERT_NE(ctl::completionScript(shell), nullptr) << shell;
+        EXPECT_THAT(std::string(ctl::completionScript(shell)), testing::HasSubstr("complete")) << shell;
     }
-    EXPECT_EQ(completionScript("csh"), nullptr);
+    EXPECT_EQ(ctl::completionScript("csh"), nullptr);
 }
 
 } // namespace zm

@@ -16,13 +16,13 @@ const std::string Screen = R"({"main":{"window":6,"shown":[4,6],"visible":true,"
                            R"("windows":{"6":{"items":{"2065":{"text":"Song","icons":{"0":140}}}}}}})";
 
 bool holds(const Words& words, const std::string& output = Screen) {
-    const auto expectation = Expectation::parse(words);
+    const auto expectation = ctl::Expectation::parse(words);
     EXPECT_TRUE(expectation) << (expectation ? "" : expectation.error());
     return expectation && expectation->holds(expectation->find(output));
 }
 
 std::string fault(const Words& words) {
-    const auto expectation = Expectation::parse(words);
+    const auto expectation = ctl::Expectation::parse(words);
     return expectation ? "" : expectation.error();
 }
 
@@ -83,7 +83,7 @@ TEST(Expectation, PpsAttributesAreTextsAndThoseInJsonAreData) {
     EXPECT_TRUE(holds({"pps.zelmar/disc/status.discstate", "==", "2"}, output));
     EXPECT_TRUE(holds({"pps.zelmar/disc/status.name", "==", "a:b"}, output));
     EXPECT_TRUE(holds({"pps.zelmar/disc/control.zmcmd.param1", "==", "-1"}, output));
-    EXPECT_THAT(Expectation::parse({"pps.zelmar/disc/status.discstate", "==", "2"})->command(),
+    EXPECT_THAT(ctl::Expectation::parse({"pps.zelmar/disc/status.discstate", "==", "2"})->command(),
                 ElementsAre("pps", "get", "zelmar/disc/status"));
 }
 
@@ -92,7 +92,7 @@ TEST(Expectation, RequestsAreAListAndProcessesHaveTheirDeaths) {
     EXPECT_TRUE(holds({"requests.-1.app", "==", "zmhome"}, requests));
     EXPECT_TRUE(holds({"requests.size", "==", "0"}, ""));
     const std::string processes = "disc - died, about to start again (deaths: 2)\napp 4711 running\n";
-    EXPECT_EQ(processesData(processes)["disc"],
+    EXPECT_EQ(ctl::processesData(processes)["disc"],
               (nlohmann::json{{"pid", 0}, {"state", "died, about to start again"}, {"deaths", 2}}));
     EXPECT_TRUE(holds({"ps.app.state", "==", "running"}, processes));
     EXPECT_TRUE(holds({"ps.app.deaths", "==", "0"}, processes));
@@ -100,8 +100,8 @@ TEST(Expectation, RequestsAreAListAndProcessesHaveTheirDeaths) {
 
 TEST(Expectation, TheTimeLimitIsTwoSecondsUnlessSaid) {
     using namespace std::chrono_literals;
-    EXPECT_EQ(Expectation::parse({"screen.main.window", "==", "1"})->limit(), 2000ms);
-    EXPECT_EQ(Expectation::parse({"screen.main.window", "==", "1", "within", "0"})->limit(), 0ms);
+    EXPECT_EQ(ctl::Expectation::parse({"screen.main.window", "==", "1"})->limit(), 2000ms);
+    EXPECT_EQ(ctl::Expectation::parse({"screen.main.window", "==", "1", "within", "0"})->limit(), 0ms);
 }
 
 TEST(Expectation, AWrongPartIsNamed) {

@@ -1,7 +1,7 @@
 #include "base/JsonMessage.h"
-#include "services/bench/commands/CommandRequest.h"
+#include "services/bench/commands/Request.h"
 
-#include "services/bench/web/WebScreen.h"
+#include "services/bench/web/Screen.h"
 
 #include <gtest/gtest.h>
 
@@ -53,12 +53,12 @@ TEST(JsonMessage, BracketsInsideTextsAreNoNesting) {
 }
 
 TEST(PageCommand, KeepsTouchesInsideTheScreen) {
-    EXPECT_EQ(pageCommand({{"t", "touch"}, {"x", 1e300}, {"y", -5}, {"hold", 900}}),
+    EXPECT_EQ(bench::web::pageCommand({{"t", "touch"}, {"x", 1e300}, {"y", -5}, {"hold", 900}}),
               (Words{"touch", "799", "0", "--hold", "900"}));
-    EXPECT_EQ(pageCommand({{"t", "release"}, {"x", "7"}}), (Words{"release", "0", "0"}));
-    EXPECT_TRUE(pageCommand({{"t", "eject"}}).empty());
-    EXPECT_TRUE(pageCommand({{"t", 5}}).empty());
-    EXPECT_TRUE(pageCommand(Json::object()).empty());
+    EXPECT_EQ(bench::web::pageCommand({{"t", "release"}, {"x", "7"}}), (Words{"release", "0", "0"}));
+    EXPECT_TRUE(bench::web::pageCommand({{"t", "eject"}}).empty());
+    EXPECT_TRUE(bench::web::pageCommand({{"t", 5}}).empty());
+    EXPECT_TRUE(bench::web::pageCommand(Json::object()).empty());
 }
 
 } // namespace zm

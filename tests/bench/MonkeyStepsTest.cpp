@@ -15,8 +15,8 @@ namespace {
 
 constexpr int Many = 3000;
 
-std::vector<std::string> lines(unsigned seed, MonkeyWorld world = {}) {
-    MonkeySteps steps(seed, world);
+std::vector<std::string> lines(unsigned seed, ctl::MonkeyWorld world = {}) {
+    ctl::MonkeySteps steps(seed, world);
     std::vector<std::string> result;
     for (int i = 0; i < Many; ++i) {
         const auto some = steps.next();
@@ -28,7 +28,7 @@ std::vector<std::string> lines(unsigned seed, MonkeyWorld world = {}) {
 std::set<std::string> commands(const std::vector<std::string>& lines) {
     std::set<std::string> result;
     for (const auto& line : lines) {
-        result.insert(shellWords(line)->at(0));
+        result.insert(ctl::shellWords(line)->at(0));
     }
     return result;
 }
@@ -42,7 +42,7 @@ TEST(MonkeySteps, AreTheSameForTheSameSeedAndOthersForAnother) {
 
 TEST(MonkeySteps, AreTheSameOnEveryMachine) {
     // The standard fixes the ten thousandth number of the generator's default seed: 4123659995.
-    MonkeySteps steps(5489, {});
+    ctl::MonkeySteps steps(5489, {});
     for (int i = 1; i < 10000; ++i) {
         steps.below(2);
     }
@@ -50,12 +50,12 @@ TEST(MonkeySteps, AreTheSameOnEveryMachine) {
 }
 
 TEST(MonkeySteps, AreLinesOfAScript) {
-    for (const MonkeyWorld world : {MonkeyWorld{true, false}, MonkeyWorld{false, true}}) {
+    for (const ctl::MonkeyWorld world : {ctl::MonkeyWorld{true, false}, ctl::MonkeyWorld{false, true}}) {
         std::string text;
         for (const auto& line : lines(3, world)) {
             text += line + "\n";
         }
-        const auto script = parseScript("monkey", text);
+        const auto script = ctl::parseScript("monkey", text);
         EXPECT_TRUE(script) << script.error();
     }
 }
@@ -93,7 +93,7 @@ TEST(MonkeySteps, WriteWhatTheApplicationReads) {
     test::Unit unit;
     for (const auto& line : writes) {
         const auto heard = unit.viewMessages().size();
-        unit.act(*shellWords(line));
+        unit.act(*ctl::shellWords(line));
         EXPECT_GT(unit.viewMessages().size(), heard) << line;
     }
 }
@@ -118,10 +118,10 @@ TEST_P(MonkeyPicture, IsWhatThePagesSayAfterEveryStep) {
     test::Unit unit({.catalogue = catalogue.path()});
     test::Decoder decoder(unit);
     decoder.showBars();
-    MonkeySteps steps(GetParam(), {.discService = false, .manualClock = true});
+    ctl::MonkeySteps steps(GetParam(), {.discService = false, .manualClock = true});
     for (int i = 0; i < Steps && !testing::Test::HasFailure(); ++i) {
         for (const auto& line : steps.next()) {
-            const auto words = *shellWords(line);
+            const auto words = *ctl::shellWords(line);
             if (!left.contains(words[0]) && !ends.contains(line)) {
                 SCOPED_TRACE("step " + std::to_string(i));
                 unit.run(words); // may be refused

@@ -25,7 +25,7 @@ std::string content(const std::string& file) {
 
 TEST(Names, TheManualListsEveryKeyAndVehicleValue) {
     const std::string manual = content("docs/bench.md");
-    for (const auto rows : {hardKeys(), vehicleDevices()}) {
+    for (const auto rows : {ctl::hardKeys(), ctl::vehicleDevices()}) {
         for (const auto& row : rows) {
             const std::string line = "| `" + std::string(row.name) + "` | " + std::to_string(row.number) +
                                      " | " + std::string(row.meaning) + " |\n";
@@ -42,23 +42,23 @@ TEST(Names, ThePageHasEveryKey) {
         onPage.insert(std::stoi((*at)[1]));
     }
     std::set<int> known;
-    for (const auto& row : hardKeys()) {
+    for (const auto& row : ctl::hardKeys()) {
         known.insert(row.number);
     }
     EXPECT_EQ(onPage, known);
 }
 
 TEST(Names, NoComputerKeyStandsForTwoHardKeys) {
-    EXPECT_EQ(findShortcut("n")->number, 20);
-    EXPECT_EQ(findShortcut("MediaTrackNext")->number, 20);
-    EXPECT_EQ(findShortcut("q"), nullptr);
-    EXPECT_EQ(findShortcut(""), nullptr);
+    EXPECT_EQ(ctl::findShortcut("n")->number, 20);
+    EXPECT_EQ(ctl::findShortcut("MediaTrackNext")->number, 20);
+    EXPECT_EQ(ctl::findShortcut("q"), nullptr);
+    EXPECT_EQ(ctl::findShortcut(""), nullptr);
     std::set<std::string> all;
-    for (const auto& row : hardKeys()) {
+    for (const auto& row : ctl::hardKeys()) {
         std::istringstream keys{std::string(row.shortcuts)};
         for (std::string key; keys >> key;) {
             EXPECT_TRUE(all.insert(key).second) << key;
-            EXPECT_EQ(findShortcut(key), &row) << key;
+            EXPECT_EQ(ctl::findShortcut(key), &row) << key;
         }
     }
     EXPECT_GE(all.size(), 17U);
@@ -66,22 +66,23 @@ TEST(Names, NoComputerKeyStandsForTwoHardKeys) {
 
 TEST(Names, LanguagesAreThoseOfThePages) {
     std::string list;
-    for (const auto& code : languages()) {
+    for (const auto& code : ctl::languages()) {
         list += (list.empty() ? "\"" : ", \"") + code + "\"";
     }
     EXPECT_THAT(content("resources/shared/styles.zmrc"), testing::HasSubstr("\"languages\": [" + list + "]"));
 }
 
 TEST(Names, AnUnknownOneNamesTheNearest) {
-    EXPECT_EQ(unknownWord("key", "nxt", {"next", "enter"}),
+    EXPECT_EQ(ctl::unknownWord("key", "nxt", {"next", "enter"}),
               "there is no key \"nxt\"; did you mean \"next\"?");
-    EXPECT_EQ(unknownWord("key", "parked", {"parking"}),
+    EXPECT_EQ(ctl::unknownWord("key", "parked", {"parking"}),
               "there is no key \"parked\"; did you mean \"parking\"?");
-    EXPECT_EQ(unknownWord("key", "x", {"next", "enter"}), "there is no key \"x\"; there is next, enter");
-    EXPECT_EQ(unknownNumber("page", 7, std::vector<int>{1, 6, 17}), "there is no page 7; the nearest is 6");
-    EXPECT_EQ(unknownNumber("page", -2147483647, std::vector<int>{17, 1}),
+    EXPECT_EQ(ctl::unknownWord("key", "x", {"next", "enter"}), "there is no key \"x\"; there is next, enter");
+    EXPECT_EQ(ctl::unknownNumber("page", 7, std::vector<int>{1, 6, 17}),
+              "there is no page 7; the nearest is 6");
+    EXPECT_EQ(ctl::unknownNumber("page", -2147483647, std::vector<int>{17, 1}),
               "there is no page -2147483647; the nearest is 1");
-    EXPECT_EQ(unknownNumber("page", 7, std::vector<int>{}), "there is no page 7");
+    EXPECT_EQ(ctl::unknownNumber("page", 7, std::vector<int>{}), "there is no page 7");
 }
 
 } // namespace zm

@@ -11,21 +11,21 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 TEST(ShellWords, AreSplitAndQuotedAsInAShell) {
-    EXPECT_THAT(*shellWords(R"(pps put  a 'b c' "d \"e\"" f\ g # comment)"),
+    EXPECT_THAT(*ctl::shellWords(R"(pps put  a 'b c' "d \"e\"" f\ g # comment)"),
                 ElementsAre("pps", "put", "a", "b c", "d \"e\"", "f g"));
-    EXPECT_TRUE(shellWords("")->empty());
-    EXPECT_TRUE(shellWords("  # only a comment")->empty());
-    EXPECT_THAT(*shellWords("a#b ''"), ElementsAre("a#b", ""));
-    EXPECT_FALSE(shellWords("open 'quote"));
+    EXPECT_TRUE(ctl::shellWords("")->empty());
+    EXPECT_TRUE(ctl::shellWords("  # only a comment")->empty());
+    EXPECT_THAT(*ctl::shellWords("a#b ''"), ElementsAre("a#b", ""));
+    EXPECT_FALSE(ctl::shellWords("open 'quote"));
 }
 
 TEST(ShellWords, ALineGivesTheSameWordsAgain) {
     const std::vector<std::string> words = {"appdata", "--song=\"it's 100%\"", "", "#x", "a b", "中文"};
-    EXPECT_EQ(*shellWords(shellLine(words)), words);
+    EXPECT_EQ(*ctl::shellWords(ctl::shellLine(words)), words);
 }
 
 TEST(Script, HasACommandALineWithItsPlace) {
-    const auto lines = parseScript("page", "# first\n\nkey 1\r\n  try touch 3 -4  # there\nwait 5");
+    const auto lines = ctl::parseScript("page", "# first\n\nkey 1\r\n  try touch 3 -4  # there\nwait 5");
     ASSERT_TRUE(lines) << lines.error();
     ASSERT_EQ(lines->size(), 3u);
     EXPECT_EQ(lines->at(0).place, "page:3");
@@ -41,11 +41,11 @@ TEST(Script, AWrongLineIsNamedBeforeAnythingRuns) {
     for (const char* wrong :
          {"dance", "key 'open", "wait", "wait -1", "wait 1 2", "expect screen.main.window",
           "expect screen.main.window ~ 1", "run other", "monkey", "help", "try"}) {
-        const auto lines = parseScript("page", std::string("key 1\n\n") + wrong + "\n");
+        const auto lines = ctl::parseScript("page", std::string("key 1\n\n") + wrong + "\n");
         ASSERT_FALSE(lines) << wrong;
         EXPECT_THAT(lines.error(), StartsWith(std::string("page:3: ") + wrong + "\n"));
     }
-    EXPECT_THAT(parseScript("page", "dance").error(), HasSubstr("there is no command \"dance\""));
+    EXPECT_THAT(ctl::parseScript("page", "dance").error(), HasSubstr("there is no command \"dance\""));
 }
 
 } // namespace zm

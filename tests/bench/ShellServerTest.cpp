@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 class ShellServerTest : public testing::Test {
 protected:
     ShellServerTest() {
-        server = std::make_unique<ShellServer>(loop, folder + "/shell.sock");
+        server = std::make_unique<bench::unit::ShellServer>(loop, folder + "/shell.sock");
         server->welcome = [] { return Json{{"language", "en"}}; };
         server->onGone = [this](bool inOrder) { ends.push_back(inOrder); };
         EXPECT_TRUE(server->start());
@@ -52,7 +52,7 @@ protected:
     EventLoop loop;
     const test::TemporaryFolder temporary;
     const std::string& folder = temporary.path();
-    std::unique_ptr<ShellServer> server;
+    std::unique_ptr<bench::unit::ShellServer> server;
     std::vector<bool> ends;
 };
 

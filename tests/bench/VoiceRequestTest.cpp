@@ -7,11 +7,11 @@ namespace zm {
 TEST(VoiceRequest, IsApplicationDataWithASongOrASinger) {
     for (const char* text : {"--song=Fog", "--song=\"it's 100%\"", "--singer Ann", "--song= --singer=Ann",
                              "--song=", "--kb_val=7 --song=Fog"}) {
-        EXPECT_TRUE(isVoiceRequest(text)) << text;
+        EXPECT_TRUE(bench::unit::isVoiceRequest(text)) << text;
     }
     for (const char* text : {"", "song", "--kb_val=7 --kb_ret=1", "--kb_val=7 --kb_ret=1 --song=Fog",
                              "--songs=Fog", "--text=\"--song=Fog\""}) {
-        EXPECT_FALSE(isVoiceRequest(text)) << text;
+        EXPECT_FALSE(bench::unit::isVoiceRequest(text)) << text;
     }
 }
 

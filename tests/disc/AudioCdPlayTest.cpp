@@ -8,7 +8,7 @@
 #include <set>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 namespace {

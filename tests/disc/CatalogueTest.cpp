@@ -5,7 +5,8 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-using namespace zm::disc;
+using namespace zm::disc::library;
+using namespace zm::disc::model;
 using namespace zm::test;
 
 namespace {

@@ -11,7 +11,9 @@
 #include <random>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::library;
+using namespace zm::disc::medium;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 namespace {

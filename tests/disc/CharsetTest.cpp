@@ -5,7 +5,7 @@
 
 #include <memory>
 
-using namespace zm::disc;
+using namespace zm::disc::text;
 
 namespace {
 

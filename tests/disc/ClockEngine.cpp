@@ -6,7 +6,7 @@
 
 namespace zm::test {
 
-using disc::Milliseconds;
+using disc::engine::Milliseconds;
 
 namespace {
 
@@ -15,7 +15,7 @@ constexpr Milliseconds UnknownLength{5000};
 constexpr size_t LookedAt = 64;
 
 // Reads the beginning of a file; the reason if it cannot be played.
-std::string look(disc::Feed& feed) {
+std::string look(disc::engine::Feed& feed) {
     if (auto size = feed.open(); !size) {
         return size.error();
     }
@@ -36,14 +36,14 @@ ClockEngine::~ClockEngine() {
     m_mailbox->close();
 }
 
-void ClockEngine::start(const disc::Playable& playable, disc::EngineListener& listener, Milliseconds position,
-                        disc::StartMode mode) {
+void ClockEngine::start(const disc::engine::Playable& playable, disc::engine::Listener& listener,
+                        Milliseconds position, disc::engine::StartMode mode) {
     stop();
     m_listener = &listener;
     m_position = position;
     m_length = playable.length > Milliseconds{0} ? playable.length : UnknownLength;
-    m_running = mode == disc::StartMode::Playing;
-    m_feed = std::make_shared<disc::Feed>(playable.medium, playable.path);
+    m_running = mode == disc::engine::StartMode::Playing;
+    m_feed = std::make_shared<disc::engine::Feed>(playable.medium, playable.path);
     // This engine is only touched in what the mailbox delivers, that is while it lives.
     const auto report = [this, mailbox = m_mailbox, generation = m_generation](const std::string& failure) {
         mailbox->post([this, generation, failure] {
@@ -83,7 +83,7 @@ void ClockEngine::tick() {
     if (m_speed == 1) {
         m_listener->engineEnded();
     } else {
-        m_listener->engineScanned(end ? disc::ScanEdge::End : disc::ScanEdge::Beginning);
+        m_listener->engineScanned(end ? disc::engine::ScanEdge::End : disc::engine::ScanEdge::Beginning);
     }
 }
 

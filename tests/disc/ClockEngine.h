@@ -10,20 +10,20 @@ namespace zm::test {
  * An engine that decodes nothing: it reads the beginning of a file from the disc, calls it playable if that
  * is no plain text, and lets its time pass. The file's length is that of its tags, else five seconds.
  */
-class ClockEngine : public disc::Engine {
+class ClockEngine : public disc::engine::Engine {
 public:
     explicit ClockEngine(EventLoop& loop);
     ~ClockEngine() override;
 
-    void start(const disc::Playable& playable, disc::EngineListener& listener, disc::Milliseconds position,
-               disc::StartMode mode) override;
+    void start(const disc::engine::Playable& playable, disc::engine::Listener& listener,
+               disc::engine::Milliseconds position, disc::engine::StartMode mode) override;
     void pause() override;
     void resume() override;
-    void seek(disc::Milliseconds position) override;
+    void seek(disc::engine::Milliseconds position) override;
     void scan(int speed) override;
-    void view(const disc::PictureView&) override {}
-    void choose(const disc::StreamChoice&) override {}
-    void follow(const disc::Playable&) override {} // its items end by themselves
+    void view(const disc::engine::PictureView&) override {}
+    void choose(const disc::engine::StreamChoice&) override {}
+    void follow(const disc::engine::Playable&) override {} // its items end by themselves
     void followNothing() override {}
     void stop() override;
 
@@ -33,14 +33,14 @@ private:
 
     EventLoop& m_loop;
     std::shared_ptr<Mailbox> m_mailbox;
-    std::shared_ptr<disc::Feed> m_feed;
-    disc::EngineListener* m_listener = nullptr;
+    std::shared_ptr<disc::engine::Feed> m_feed;
+    disc::engine::Listener* m_listener = nullptr;
     int m_generation = 0;
     bool m_started = false;
     bool m_running = true;
     int m_speed = 1;
-    disc::Milliseconds m_position{0};
-    disc::Milliseconds m_length{0};
+    disc::engine::Milliseconds m_position{0};
+    disc::engine::Milliseconds m_length{0};
     SourceHandle m_clock;
 };
 

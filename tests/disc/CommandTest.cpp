@@ -1,7 +1,7 @@
 #include "tests/disc/ServiceFixture.h"
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 TEST_F(DiscService, PlayTimeComesAtLeastTwiceASecondWithSmoothSeconds) {

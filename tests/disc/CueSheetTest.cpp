@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-using namespace zm::disc;
 using namespace zm::test;
 
 namespace {

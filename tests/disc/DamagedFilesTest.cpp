@@ -10,7 +10,9 @@
 #include <iostream>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::engine;
+using namespace zm::disc::library;
+using namespace zm::disc::medium;
 using namespace std::chrono_literals;
 
 namespace {
@@ -21,7 +23,7 @@ constexpr auto Soon = 2s;
 constexpr auto Patience = 20s;
 
 /** Waits for the first that becomes of what was started. */
-class FirstReport : public EngineListener {
+class FirstReport : public zm::disc::engine::Listener {
 public:
     void engineStreams(const Streams&) override {}
     void engineStarted(Milliseconds) override { note("plays"); }

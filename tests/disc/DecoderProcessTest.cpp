@@ -19,7 +19,8 @@
 #include <thread>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::engine;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 namespace {

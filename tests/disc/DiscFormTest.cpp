@@ -4,7 +4,6 @@
 #include <filesystem>
 
 using namespace zm::test;
-using namespace zm::disc;
 
 namespace {
 

@@ -82,9 +82,9 @@ std::ostream& operator<<(std::ostream& out, const PixelBox& box) {
 void PictureRecorder::show(const uint8_t* pixels, int stride) {
     std::lock_guard lock(m_mutex);
     m_pixels.clear();
-    for (int row = 0; row < disc::PictureHeight; ++row) {
+    for (int row = 0; row < disc::engine::PictureHeight; ++row) {
         const uint8_t* line = pixels + row * stride;
-        m_pixels.insert(m_pixels.end(), line, line + disc::PictureWidth * BytesPerPixel);
+        m_pixels.insert(m_pixels.end(), line, line + disc::engine::PictureWidth * BytesPerPixel);
     }
     ++m_frames;
     m_cleared = false;
@@ -116,7 +116,7 @@ Colour PictureRecorder::mean(int x, int y) const {
     for (int row = y - PatchRadius; row < y + PatchRadius; ++row) {
         for (int column = x - PatchRadius; column < x + PatchRadius; ++column, ++count) {
             const auto* pixel =
-                &m_pixels[static_cast<size_t>(row * disc::PictureWidth + column) * BytesPerPixel];
+                &m_pixels[static_cast<size_t>(row * disc::engine::PictureWidth + column) * BytesPerPixel];
             for (int i = 0; i < 3; ++i) {
                 sums[i] += pixel[i];
             }
@@ -136,13 +136,14 @@ bool PictureRecorder::waitFor(int x, int y, Colour wanted, std::chrono::millisec
 }
 
 PixelBox PictureRecorder::box(Colour colour) const {
-    int left = disc::PictureWidth;
-    int top = disc::PictureHeight;
+    int left = disc::engine::PictureWidth;
+    int top = disc::engine::PictureHeight;
     int right = -1;
     int bottom = -1;
-    for (int y = 0; y < disc::PictureHeight && !m_pixels.empty(); ++y) {
-        for (int x = 0; x < disc::PictureWidth; ++x) {
-            const auto* pixel = &m_pixels[static_cast<size_t>(y * disc::PictureWidth + x) * BytesPerPixel];
+    for (int y = 0; y < disc::engine::PictureHeight && !m_pixels.empty(); ++y) {
+        for (int x = 0; x < disc::engine::PictureWidth; ++x) {
+            const auto* pixel =
+                &m_pixels[static_cast<size_t>(y * disc::engine::PictureWidth + x) * BytesPerPixel];
             if (alike({pixel[2], pixel[1], pixel[0]}, colour)) {
                 left = std::min(left, x);
                 right = std::max(right, x);
@@ -185,18 +186,18 @@ void LoopThread::call(const std::function<void()>& task) {
     done.get_future().wait();
 }
 
-disc::EngineMaker engineMaker(std::shared_ptr<disc::FrameSink> frames) {
+disc::EngineMaker engineMaker(std::shared_ptr<disc::engine::FrameSink> frames) {
 #ifdef __SANITIZE_THREAD__
     return [](EventLoop& loop) { return std::make_unique<ClockEngine>(loop); };
 #else
-    return [frames](EventLoop& loop) { return std::make_unique<disc::DecoderEngine>(loop, frames); };
+    return [frames](EventLoop& loop) { return std::make_unique<disc::engine::DecoderEngine>(loop, frames); };
 #endif
 }
 
-disc::DvdEngineMaker dvdEngineMaker(std::shared_ptr<disc::FrameSink> frames,
-                                    std::shared_ptr<SoundRecorder> sound) {
+disc::dvd::EngineMaker dvdEngineMaker(std::shared_ptr<disc::engine::FrameSink> frames,
+                                      std::shared_ptr<SoundRecorder> sound) {
     return [=](EventLoop& loop) {
-        return std::make_unique<disc::DvdEngine>(loop, frames, [sound] { return sound->makeSink(); });
+        return std::make_unique<disc::dvd::Engine>(loop, frames, [sound] { return sound->makeSink(); });
     };
 }
 
@@ -285,7 +286,7 @@ void DiscUnit::voice(const nlohmann::json& json) {
 void DiscUnit::play(const std::string& disc) {
     startService(disc);
     command(187, 1, 0);
-    nextState(disc::PlayState::Playing);
+    nextState(disc::model::PlayState::Playing);
     mark();
 }
 
@@ -304,7 +305,7 @@ Published DiscUnit::next(const std::string& name, const std::string& value,
         name, [&](const Published& each) { return each.value == value; }, timeout);
 }
 
-Published DiscUnit::nextState(disc::PlayState state, std::chrono::milliseconds timeout) {
+Published DiscUnit::nextState(disc::model::PlayState state, std::chrono::milliseconds timeout) {
     return next("discstate", std::to_string(static_cast<int>(state)), timeout);
 }
 

@@ -71,7 +71,7 @@ bool isNear(const PixelBox& a, const PixelBox& b);
 std::ostream& operator<<(std::ostream& out, const PixelBox& box);
 
 /** Keeps the last picture that was shown. Any thread. */
-class PictureRecorder : public disc::FrameSink {
+class PictureRecorder : public disc::engine::FrameSink {
 public:
     void show(const uint8_t* pixels, int stride) override;
     void clear() override;
@@ -120,10 +120,10 @@ private:
  * The engine that tests use: the real one, or, where the thread sanitizer watches, one that only keeps the
  * time: the decoder's libraries are not instrumented, so that their locks would not be seen.
  */
-disc::EngineMaker engineMaker(std::shared_ptr<disc::FrameSink> frames);
+disc::EngineMaker engineMaker(std::shared_ptr<disc::engine::FrameSink> frames);
 /** The engine for DVDs; its sound goes to `sound`. */
-disc::DvdEngineMaker dvdEngineMaker(std::shared_ptr<disc::FrameSink> frames,
-                                    std::shared_ptr<SoundRecorder> sound);
+disc::dvd::EngineMaker dvdEngineMaker(std::shared_ptr<disc::engine::FrameSink> frames,
+                                      std::shared_ptr<SoundRecorder> sound);
 
 /** The objects' service and the disc service in this process, and the application's side of both. */
 class DiscUnit {
@@ -152,7 +152,8 @@ public:
     /** The next publication of `name` with that value. */
     Published next(const std::string& name, const std::string& value,
                    std::chrono::milliseconds timeout = std::chrono::seconds(15));
-    Published nextState(disc::PlayState state, std::chrono::milliseconds timeout = std::chrono::seconds(15));
+    Published nextState(disc::model::PlayState state,
+                        std::chrono::milliseconds timeout = std::chrono::seconds(15));
     /** Whether `name` is published with that value within `time`. */
     bool follows(const std::string& name, const std::string& value, std::chrono::milliseconds time);
     /** From here on `next` looks only at what comes later. */

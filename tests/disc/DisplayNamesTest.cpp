@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-using namespace zm::disc;
+using namespace zm::disc::library;
+using namespace zm::disc::model;
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-using namespace zm::disc;
+using namespace zm::disc::model;
 using namespace zm::test;
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;

@@ -25,7 +25,7 @@ protected:
     void playDisc(const std::string& path) {
         m_unit.startService(path);
         m_unit.command(187, 1, 0);
-        m_unit.nextState(disc::PlayState::Playing);
+        m_unit.nextState(disc::model::PlayState::Playing);
     }
     /** The next "trackinfo" of that title and chapter. */
     Published nextPlace(int title, int chapter) {

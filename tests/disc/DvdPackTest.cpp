@@ -6,7 +6,7 @@
 
 #include <initializer_list>
 
-using namespace zm::disc;
+using namespace zm::disc::dvd;
 using zm::dvd::SoundKind;
 
 namespace {

@@ -1,6 +1,6 @@
 #include "tests/disc/DvdFixture.h"
 
-using namespace zm::disc;
+using namespace zm::disc::model;
 using namespace zm::test;
 using namespace std::chrono_literals;
 

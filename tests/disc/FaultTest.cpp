@@ -4,7 +4,8 @@
 #include <sys/stat.h>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::engine;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 namespace {

@@ -7,7 +7,7 @@
 #include <filesystem>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::model;
 
 namespace {
 

@@ -65,7 +65,7 @@ protected:
         m_unit.command(9, RepeatOff);
     }
     Sound waitForTheEnd() {
-        m_unit.nextState(disc::PlayState::Stopped, 60s);
+        m_unit.nextState(disc::model::PlayState::Stopped, 60s);
         m_unit.stopService();
         return recordedSound(heardFile());
     }

@@ -7,7 +7,6 @@
 #include <filesystem>
 
 using namespace zm::test;
-using namespace zm::disc;
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <sys/socket.h>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 namespace {

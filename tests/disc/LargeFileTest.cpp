@@ -5,7 +5,7 @@
 
 #include <fstream>
 
-using namespace zm::disc;
+using namespace zm::disc::medium;
 using namespace zm::test;
 
 namespace {

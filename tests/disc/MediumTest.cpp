@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <random>
 
-using namespace zm::disc;
+using namespace zm::disc::library;
+using namespace zm::disc::medium;
+using namespace zm::disc::model;
 using namespace zm::test;
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-using zm::disc::compareNatural;
+using zm::disc::text::compareNatural;
 
 namespace {
 

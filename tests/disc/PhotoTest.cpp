@@ -3,7 +3,7 @@
 #include <array>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 namespace {

@@ -5,7 +5,7 @@
 #include <map>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 namespace {

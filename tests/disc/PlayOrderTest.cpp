@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-using namespace zm::disc;
+using namespace zm::disc::player;
 
 namespace {
 

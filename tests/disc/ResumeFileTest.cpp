@@ -7,7 +7,8 @@
 #include <filesystem>
 #include <thread>
 
-using namespace zm::disc;
+using namespace zm::disc::model;
+using namespace zm::disc::player;
 using namespace zm::test;
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;

@@ -5,7 +5,8 @@
 #include <filesystem>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::model;
+using namespace zm::disc::player;
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 

@@ -8,7 +8,9 @@
 #include <fstream>
 #include <map>
 
-using namespace zm::disc;
+using namespace zm::disc::library;
+using namespace zm::disc::medium;
+using namespace zm::disc::model;
 using namespace zm::test;
 namespace fs = std::filesystem;
 

@@ -8,7 +8,6 @@
 #include <cerrno>
 
 using namespace zm::test;
-using namespace zm::disc;
 
 namespace {
 

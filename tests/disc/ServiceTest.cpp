@@ -2,6 +2,7 @@
 
 using namespace zm::test;
 using namespace zm::disc;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 // ---- insertion

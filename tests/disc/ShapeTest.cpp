@@ -3,7 +3,8 @@
 #include <algorithm>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::engine;
+using namespace zm::disc::model;
 
 namespace {
 

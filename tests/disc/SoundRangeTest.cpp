@@ -8,7 +8,7 @@
 #include <random>
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::engine;
 
 namespace {
 

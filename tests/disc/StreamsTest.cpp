@@ -2,7 +2,8 @@
 #include "tests/disc/PictureFixture.h"
 
 using namespace zm::test;
-using namespace zm::disc;
+using namespace zm::disc::engine;
+using namespace zm::disc::model;
 using namespace std::chrono_literals;
 
 namespace {

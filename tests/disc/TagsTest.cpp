@@ -7,7 +7,10 @@
 #include <fstream>
 #include <iterator>
 
-using namespace zm::disc;
+using namespace zm::disc::library;
+using namespace zm::disc::medium;
+using namespace zm::disc::model;
+using namespace zm::disc::text;
 using namespace zm::test;
 
 namespace {

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-using namespace zm::disc;
+using namespace zm::disc::model;
+using namespace zm::disc::player;
 
 namespace {
 

@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
-using namespace zm::disc;
+using namespace zm::disc::library;
+using namespace zm::disc::medium;
+using namespace zm::disc::model;
 using namespace zm::test;
 using namespace std::chrono_literals;
 

@@ -191,7 +191,7 @@ TEST_F(ScreenTest, OverAHiddenApplicationLiesTheCover) {
 
 TEST_F(ScreenTest, ASecondCompositorOnTheSameSocketIsRefused) {
     EventLoop other;
-    Compositor second(other, socket);
+    bench::screen::Compositor second(other, socket);
     EXPECT_FALSE(second.start());
 }
 

@@ -155,7 +155,7 @@ public:
 class ScreenTest : public testing::Test {
 protected:
     ScreenTest() {
-        compositor = std::make_unique<Compositor>(loop, socket);
+        compositor = std::make_unique<bench::screen::Compositor>(loop, socket);
         compositor->onDamage = [this](Rect rect) { damages.push_back(rect); };
         const auto started = compositor->start();
         EXPECT_TRUE(started) << started.error();
@@ -200,7 +200,7 @@ protected:
     std::string folder = temporary.path();
     std::string socket = folder + "/screen.sock";
     EventLoop loop;
-    std::unique_ptr<Compositor> compositor;
+    std::unique_ptr<bench::screen::Compositor> compositor;
     std::vector<Rect> damages;
     std::thread thread;
 };

@@ -27,8 +27,8 @@ protected:
     static constexpr int Parked = 1;
     static constexpr int Driving = 0;
     EventLoop loop;
-    Compositor compositor{loop, "unused"};
-    VideoLock lock{compositor};
+    bench::screen::Compositor compositor{loop, "unused"};
+    bench::screen::VideoLock lock{compositor};
 };
 
 TEST_F(VideoLockTest, IsClosedWhileTheCarDrives) {

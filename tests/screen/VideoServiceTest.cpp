@@ -26,7 +26,7 @@ class VideoServiceTest : public ScreenTest {
 protected:
     VideoServiceTest() {
         call([this] {
-            service = std::make_unique<VideoService>(loop, *compositor, ppsSocket);
+            service = std::make_unique<bench::screen::VideoService>(loop, *compositor, ppsSocket);
             service->onChildPosted = [this](const std::string& group, const std::string& child,
                                             unsigned window) {
                 events.push_back("posted " + group + " " + child + " " +
@@ -75,7 +75,7 @@ protected:
 
     std::string ppsSocket = folder + "/pps.sock";
     test::RunningPpsService pps{ppsSocket};
-    std::unique_ptr<VideoService> service;
+    std::unique_ptr<bench::screen::VideoService> service;
     Events events;
     std::unique_ptr<PpsFile> command;
     std::unique_ptr<PpsFile> status;
@@ -164,8 +164,8 @@ TEST_F(VideoServiceTest, ItFindsARestartedPpsService) {
 
 TEST(VideoServiceStartTest, WithoutAPpsServiceItDoesNotStart) {
     EventLoop loop;
-    Compositor compositor(loop, "/tmp/zm-no-such-folder/screen.sock");
-    VideoService service(loop, compositor, "/tmp/zm-no-such-folder/pps.sock");
+    bench::screen::Compositor compositor(loop, "/tmp/zm-no-such-folder/screen.sock");
+    bench::screen::VideoService service(loop, compositor, "/tmp/zm-no-such-folder/pps.sock");
     const auto started = service.start();
     ASSERT_FALSE(started);
     EXPECT_NE(started.error().find("pps.sock"), std::string::npos);

@@ -35,14 +35,14 @@ void prepareProcess(const std::string& folder, const UnitOptions& options) {
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
 }
 
-HeadUnitOptions unitOptions(const std::string& folder) {
-    HeadUnitOptions options;
+bench::unit::HeadUnitOptions unitOptions(const std::string& folder) {
+    bench::unit::HeadUnitOptions options;
     options.runtimeDir = folder;
     options.shareDir = ZM_SHARE_DIR;
     options.catalogue = catalogueFile(folder);
     options.discService = false;
-    options.launcher = LauncherMode::Passive;
-    options.clock = ClockMode::Manual;
+    options.launcher = bench::unit::LauncherMode::Passive;
+    options.clock = bench::unit::ClockMode::Manual;
     return options;
 }
 
@@ -218,7 +218,7 @@ std::vector<std::string> Unit::commands() const {
     const auto written = published(Control);
     for (size_t i = m_impl->seenCommands; i < written.size(); ++i) {
         std::string value;
-        if (ppsValue(written[i], "zmcmd", value)) {
+        if (bench::unit::ppsValue(written[i], "zmcmd", value)) {
             const Json json = Json::parse(value);
             result.push_back(commandName(json.at("cmd"), json.at("param1"), json.at("param2")));
         }
@@ -236,14 +236,14 @@ std::vector<std::string> Unit::published(const std::string& object) const {
 
 std::string Unit::attribute(const std::string& object, const std::string& name) {
     std::string value;
-    for (const auto& line : outputLines(must({"pps", "get", object}))) {
-        ppsValue(line, name, value);
+    for (const auto& line : ctl::outputLines(must({"pps", "get", object}))) {
+        bench::unit::ppsValue(line, name, value);
     }
     return value;
 }
 
 std::vector<std::string> Unit::requests() {
-    return outputLines(must({"requests"}));
+    return ctl::outputLines(must({"requests"}));
 }
 
 void Unit::clearRequests() {
@@ -251,7 +251,7 @@ void Unit::clearRequests() {
 }
 
 std::vector<std::string> Unit::log() const {
-    return outputLines(must({"log"}));
+    return ctl::outputLines(must({"log"}));
 }
 
 std::vector<std::string> Unit::log(const std::string& text) const {

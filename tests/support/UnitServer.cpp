@@ -7,12 +7,12 @@
 
 namespace zm::test {
 
-UnitServer::UnitServer(HeadUnitOptions options)
-    : m_unit(std::make_unique<HeadUnit>(m_loop, std::move(options))),
-      m_processor(std::make_unique<CommandProcessor>(*m_unit)) {
+UnitServer::UnitServer(bench::unit::HeadUnitOptions options)
+    : m_unit(std::make_unique<bench::unit::HeadUnit>(m_loop, std::move(options))),
+      m_processor(std::make_unique<bench::commands::Processor>(*m_unit)) {
     m_unit->onPpsChange = [this](const std::string& object, const std::string& text) {
         std::lock_guard lock(m_mutex);
-        for (const auto& delta : ppsDeltas(text)) {
+        for (const auto& delta : bench::unit::ppsDeltas(text)) {
             auto& lines = m_published[object];
             lines.insert(lines.end(), delta.begin(), delta.end());
         }
@@ -38,14 +38,14 @@ UnitServer::Answer UnitServer::run(const std::vector<std::string>& words) {
     Answer answer;
     std::promise<void> done;
     m_loop.post([&] {
-        m_processor->execute(std::make_shared<CommandRun>(
+        m_processor->execute(std::make_shared<bench::commands::Run>(
             words, "/",
-            CommandRun::Sink{[&](const std::string& text) { answer.out += text; },
-                             [&](const std::string& text) { answer.err += text; },
-                             [&](int status) {
-                                 answer.exit = status;
-                                 done.set_value();
-                             }}));
+            bench::commands::Run::Sink{[&](const std::string& text) { answer.out += text; },
+                                       [&](const std::string& text) { answer.err += text; },
+                                       [&](int status) {
+                                           answer.exit = status;
+                                           done.set_value();
+                                       }}));
     });
     done.get_future().wait();
     return answer;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/bench/commands/CommandProcessor.h"
+#include "services/bench/commands/Processor.h"
 #include "services/bench/unit/HeadUnit.h"
 
 #include <map>
@@ -14,7 +14,7 @@ namespace zm::test {
 /** A head unit on a thread of its own, without children, driven by commands; it notes what is published. */
 class UnitServer {
 public:
-    explicit UnitServer(HeadUnitOptions options);
+    explicit UnitServer(bench::unit::HeadUnitOptions options);
     ~UnitServer();
 
     /** An empty text, or why it cannot start. */
@@ -35,8 +35,8 @@ public:
 
 private:
     EventLoop m_loop;
-    std::unique_ptr<HeadUnit> m_unit;
-    std::unique_ptr<CommandProcessor> m_processor;
+    std::unique_ptr<bench::unit::HeadUnit> m_unit;
+    std::unique_ptr<bench::commands::Processor> m_processor;
     std::thread m_thread;
     mutable std::mutex m_mutex;
     std::map<std::string, std::vector<std::string>> m_published;

@@ -51,7 +51,7 @@ TEST_F(MonkeyRun, NoticesAKilledApplicationAndItsFileRepeatsTheSteps) {
     ASSERT_GE(lines.size(), 3u);
     EXPECT_EQ(lines.back(), "expect ps.app.deaths == 0");
     lines.resize(lines.size() - 2);
-    MonkeySteps steps(7, {.discService = false, .manualClock = true});
+    ctl::MonkeySteps steps(7, {.discService = false, .manualClock = true});
     std::vector<std::string> expected;
     while (expected.size() < lines.size()) {
         const auto some = steps.next();

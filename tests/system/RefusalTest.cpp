@@ -51,7 +51,7 @@ TEST_F(Refusal, ACodeThatNoKeyHasIsGivenToTheApplicationAndSaysSo) {
 TEST_F(Refusal, EveryKeyGoesByItsName) {
     startManual();
     playMusic();
-    for (const auto& row : hardKeys()) {
+    for (const auto& row : ctl::hardKeys()) {
         EXPECT_EQ(must({"key", std::string(row.name)}), "");
         EXPECT_THAT(must({"log", "-n", "60"}), HasSubstr("nKey=" + std::to_string(row.number))) << row.name;
     }

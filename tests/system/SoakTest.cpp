@@ -1,4 +1,4 @@
-#include "services/ctl/CtlClient.h"
+#include "services/ctl/Client.h"
 #include "tests/system/Sanitized.h"
 #include "tests/system/SystemTest.h"
 
@@ -70,7 +70,7 @@ double share() {
 class Soak : public SystemTest {
 protected:
     void act(const Words& words) {
-        const CtlAnswer answer = m_client->run(words);
+        const ctl::Answer answer = m_client->run(words);
         ASSERT_EQ(answer.exit, 0) << words[0] << ": " << answer.err;
     }
     void put(const std::string& object, Words lines) {
@@ -155,11 +155,11 @@ protected:
         ASSERT_NO_FATAL_FAILURE(writeCatalogue(catalogue));
         startManual({"--catalogue", catalogue});
         m_application = std::stoi(lines({"ps"}).at(0).substr(4));
-        m_client = std::make_unique<CtlClient>(folder);
+        m_client = std::make_unique<ctl::Client>(folder);
     }
 
     int m_application = 0;
-    std::unique_ptr<CtlClient> m_client;
+    std::unique_ptr<ctl::Client> m_client;
     std::mt19937 m_random{1};
 };
 

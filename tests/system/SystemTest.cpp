@@ -78,7 +78,7 @@ void SystemTest::settle() {
 }
 
 std::vector<std::string> SystemTest::lines(const Words& words) {
-    return outputLines(must(words));
+    return ctl::outputLines(must(words));
 }
 
 std::vector<int> SystemTest::children() {

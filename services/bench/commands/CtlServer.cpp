@@ -1,7 +1,7 @@
 #include "services/bench/commands/CtlServer.h"
-#include "services/bench/commands/CommandRequest.h"
+#include "services/bench/commands/Request.h"
 
-namespace zm {
+namespace zm::bench::commands {
 
 struct CtlServer::Client {
     Client(EventLoop& loop, UniqueFd fd) : connection(loop, std::move(fd)) {}
@@ -11,10 +11,10 @@ struct CtlServer::Client {
         }
     }
     Connection connection;
-    std::shared_ptr<CommandRun> run;
+    std::shared_ptr<Run> run;
 };
 
-CtlServer::CtlServer(EventLoop& loop, std::string socket, CommandProcessor& processor)
+CtlServer::CtlServer(EventLoop& loop, std::string socket, Processor& processor)
     : m_loop(loop), m_socket(std::move(socket)), m_processor(processor),
       m_listener(loop, [this](UniqueFd peer) { accept(std::move(peer)); }) {}
 
@@ -42,18 +42,17 @@ void CtlServer::received(Client& client, const std::string& text) {
     const auto send = [&client](const char* member, const Json& value) {
         client.connection.send(jsonText({{member, value}}));
     };
-    auto request = parseCommandRequest(text);
+    auto request = parseRequest(text);
     if (!request) {
         send("err", "zmctl: " + request.error() + "\n");
         send("exit", static_cast<int>(Exit::WrongUsage));
         return;
     }
-    client.run =
-        std::make_shared<CommandRun>(std::move(request->words), std::move(request->cwd),
-                                     CommandRun::Sink{[send](const std::string& out) { send("out", out); },
-                                                      [send](const std::string& err) { send("err", err); },
-                                                      [send](int status) { send("exit", status); }});
+    client.run = std::make_shared<Run>(std::move(request->words), std::move(request->cwd),
+                                       Run::Sink{[send](const std::string& out) { send("out", out); },
+                                                 [send](const std::string& err) { send("err", err); },
+                                                 [send](int status) { send("exit", status); }});
     m_processor.execute(client.run);
 }
 
-} // namespace zm
+} // namespace zm::bench::commands

@@ -2,18 +2,18 @@
 
 #include "base/EventLoop.h"
 #include "base/Socket.h"
-#include "services/bench/commands/CommandProcessor.h"
+#include "services/bench/commands/Processor.h"
 
 #include <list>
 #include <memory>
 #include <string>
 
-namespace zm {
+namespace zm::bench::commands {
 
 /** Takes commands on ctl.sock (docs/protocols.md); one at a time on each connection. Loop's thread only. */
 class CtlServer {
 public:
-    CtlServer(EventLoop& loop, std::string socket, CommandProcessor& processor);
+    CtlServer(EventLoop& loop, std::string socket, Processor& processor);
     ~CtlServer();
 
     /** Starts to listen; fails if another process serves the socket. */
@@ -27,9 +27,9 @@ private:
 
     EventLoop& m_loop;
     std::string m_socket;
-    CommandProcessor& m_processor;
+    Processor& m_processor;
     Listener m_listener;
     std::list<std::unique_ptr<Client>> m_clients;
 };
 
-} // namespace zm
+} // namespace zm::bench::commands

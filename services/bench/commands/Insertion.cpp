@@ -4,7 +4,7 @@
 #include "services/bench/unit/DiscDrive.h"
 #include "services/bench/unit/PpsText.h"
 
-namespace zm {
+namespace zm::bench::commands {
 
 namespace {
 
@@ -17,10 +17,10 @@ constexpr const char* Playing = "2"; // "discstate"
 // Calls `handle` with each new value of the attribute `name`.
 template <class Handle>
 void forEachValue(const std::string& text, const char* name, Handle handle) {
-    for (const auto& delta : ppsDeltas(text)) {
+    for (const auto& delta : unit::ppsDeltas(text)) {
         for (const auto& line : delta) {
             std::string value;
-            if (ppsValue(line, name, value)) {
+            if (unit::ppsValue(line, name, value)) {
                 handle(value);
             }
         }
@@ -34,7 +34,7 @@ Json object(const std::string& text) {
 
 } // namespace
 
-void Insertion::start(CommandCall& call, const std::string& path, Inserted until) {
+void Insertion::start(Call& call, const std::string& path, Inserted until) {
     auto& loop = call.unit.loop();
     auto self = std::make_shared<Insertion>(call, path, until);
     if (const auto followed = self->follow(loop, call.unit.ppsSocket()); !followed) {
@@ -58,18 +58,18 @@ void Insertion::start(CommandCall& call, const std::string& path, Inserted until
     }
 }
 
-Insertion::Insertion(CommandCall& call, std::string path, Inserted until)
+Insertion::Insertion(Call& call, std::string path, Inserted until)
     : m_run(call.run), m_unit(call.unit), m_path(std::move(path)), m_until(until) {}
 
 Status Insertion::follow(EventLoop& loop, const std::string& ppsSocket) {
-    auto status = PpsWatch::open(loop, ppsSocket, StatusObject,
-                                 [this](const std::string& text) { playStateChanged(text); });
+    auto status = unit::PpsWatch::open(loop, ppsSocket, StatusObject,
+                                       [this](const std::string& text) { playStateChanged(text); });
     if (!status) {
         return Error{status.error()};
     }
     m_status = std::move(*status);
-    auto drive = PpsWatch::open(loop, ppsSocket, DiscDrive::Object,
-                                [this](const std::string& text) { driveChanged(text); });
+    auto drive = unit::PpsWatch::open(loop, ppsSocket, unit::DiscDrive::Object,
+                                      [this](const std::string& text) { driveChanged(text); });
     if (!drive) {
         return Error{drive.error()};
     }
@@ -135,4 +135,4 @@ void Insertion::timeIsUp() {
                     : "the drive has not taken the disc within a minute");
 }
 
-} // namespace zm
+} // namespace zm::bench::commands

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "services/bench/commands/CommandProcessor.h"
+#include "services/bench/commands/Processor.h"
 #include "services/bench/unit/PpsWatch.h"
 
 #include <chrono>
 #include <memory>
 #include <string>
 
-namespace zm {
+namespace zm::bench::commands {
 
 /** What has to have happened before an insertion is done. */
 enum class Inserted {
@@ -18,9 +18,9 @@ enum class Inserted {
 /** Puts a disc into the drive and ends the command once that is done, or with the reason why it cannot be. */
 class Insertion {
 public:
-    static void start(CommandCall& call, const std::string& path, Inserted until);
+    static void start(Call& call, const std::string& path, Inserted until);
 
-    Insertion(CommandCall& call, std::string path, Inserted until);
+    Insertion(Call& call, std::string path, Inserted until);
 
 private:
     Status follow(EventLoop& loop, const std::string& ppsSocket);
@@ -31,8 +31,8 @@ private:
     void lookWhetherDone();
     void timeIsUp();
 
-    std::shared_ptr<CommandRun> m_run;
-    HeadUnit& m_unit;
+    std::shared_ptr<Run> m_run;
+    unit::HeadUnit& m_unit;
     std::string m_path;
     Inserted m_until;
     bool m_asked = false; ///< what the drive said before does not count
@@ -40,9 +40,9 @@ private:
     bool m_loaded = false;
     bool m_source = false;
     std::string m_playState;
-    std::unique_ptr<PpsWatch> m_drive;
-    std::unique_ptr<PpsWatch> m_status;
+    std::unique_ptr<unit::PpsWatch> m_drive;
+    std::unique_ptr<unit::PpsWatch> m_status;
     SourceHandle m_limit;
 };
 
-} // namespace zm
+} // namespace zm::bench::commands

@@ -1,6 +1,6 @@
 #include "services/bench/commands/Settle.h"
 
-namespace zm {
+namespace zm::bench::commands {
 
 namespace {
 
@@ -10,7 +10,7 @@ constexpr std::chrono::milliseconds LeastRound(100);
 
 class Settling : public std::enable_shared_from_this<Settling> {
 public:
-    Settling(HeadUnit& unit, std::chrono::milliseconds timeout, std::function<void(Status)> done)
+    Settling(unit::HeadUnit& unit, std::chrono::milliseconds timeout, std::function<void(Status)> done)
         : m_unit(unit), m_deadline(std::chrono::steady_clock::now() + timeout), m_done(std::move(done)) {}
 
     void round() {
@@ -71,7 +71,7 @@ private:
         m_done(ok());
     }
 
-    HeadUnit& m_unit;
+    unit::HeadUnit& m_unit;
     std::chrono::steady_clock::time_point m_deadline;
     std::function<void(Status)> m_done;
     uint64_t m_activity = 0;
@@ -80,9 +80,9 @@ private:
 
 } // namespace
 
-void settle(HeadUnit& unit, std::chrono::milliseconds timeout, std::function<void(Status)> done) {
+void settle(unit::HeadUnit& unit, std::chrono::milliseconds timeout, std::function<void(Status)> done) {
     auto settling = std::make_shared<Settling>(unit, timeout, std::move(done));
     unit.loop().post([settling] { settling->round(); });
 }
 
-} // namespace zm
+} // namespace zm::bench::commands

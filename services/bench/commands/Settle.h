@@ -5,13 +5,13 @@
 #include <chrono>
 #include <functional>
 
-namespace zm {
+namespace zm::bench::commands {
 
 /**
  * Waits until nothing moves any more: an application that is on its way is ready, a whole round of it was
  * quiet, its frames are composed and followers of PPS objects have everything. `done` is called once, never
  * inside the call, with what was still moving when `timeout` passed. Must not outlive `unit`.
  */
-void settle(HeadUnit& unit, std::chrono::milliseconds timeout, std::function<void(Status)> done);
+void settle(unit::HeadUnit& unit, std::chrono::milliseconds timeout, std::function<void(Status)> done);
 
-} // namespace zm
+} // namespace zm::bench::commands

@@ -5,16 +5,16 @@
 
 namespace zm::bench::display {
 
-Display::Display(EventLoop& loop, Compositor& compositor, Actions actions)
+Display::Display(EventLoop& loop, screen::Compositor& compositor, Actions actions)
     : m_compositor(compositor), m_actions(std::move(actions)), m_mailbox(std::make_shared<Mailbox>(loop)),
-      m_frame(Compositor::Width, Compositor::Height) {}
+      m_frame(screen::Compositor::Width, screen::Compositor::Height) {}
 
 Display::~Display() {
     m_mailbox->close();
 }
 
 Status Display::open(bool fullScreen) {
-    m_frame.put(m_compositor.compose(), {0, 0, Compositor::Width, Compositor::Height});
+    m_frame.put(m_compositor.compose(), {0, 0, screen::Compositor::Width, screen::Compositor::Height});
     m_window = std::make_unique<Window>(m_frame, listener());
     auto opened = m_window->open(fullScreen);
     if (!opened) {
@@ -41,7 +41,7 @@ WindowListener Display::listener() {
 void Display::key(const std::string& name) {
     if (name == "MediaPlayPause") {
         m_actions.command({"key", m_actions.playing() ? "pause" : "play"});
-    } else if (const auto* key = findShortcut(name)) {
+    } else if (const auto* key = ctl::findShortcut(name)) {
         m_actions.command({"key", std::to_string(key->number)});
     }
 }

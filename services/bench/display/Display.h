@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::bench::screen {
 class Compositor;
-}
+} // namespace zm::bench::screen
 
 namespace zm::bench::display {
 
@@ -30,7 +30,7 @@ public:
         std::function<bool()> playing;
         std::function<void()> closed;
     };
-    Display(EventLoop& loop, Compositor& compositor, Actions actions);
+    Display(EventLoop& loop, screen::Compositor& compositor, Actions actions);
     ~Display();
 
     /** Opens the window; an error says why there is none. */
@@ -42,7 +42,7 @@ private:
     WindowListener listener();
     void key(const std::string& name);
 
-    Compositor& m_compositor;
+    screen::Compositor& m_compositor;
     Actions m_actions;
     std::shared_ptr<Mailbox> m_mailbox;
     SharedFrame m_frame;

@@ -56,7 +56,8 @@ Status Painter::open() {
 Painter::Texture Painter::makeTexture(int access, int multiple, const char* quality) {
     SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, quality);
     Texture texture(SDL_CreateTexture(m_renderer.get(), SDL_PIXELFORMAT_ARGB8888, access,
-                                      Compositor::Width * multiple, Compositor::Height * multiple));
+                                      screen::Compositor::Width * multiple,
+                                      screen::Compositor::Height * multiple));
     if (texture) {
         // The fourth byte of a composed frame says nothing.
         SDL_SetTextureBlendMode(texture.get(), SDL_BLENDMODE_NONE);

@@ -9,8 +9,8 @@ namespace zm::bench::display {
 
 namespace {
 
-constexpr int Width = Compositor::Width;
-constexpr int Height = Compositor::Height;
+constexpr int Width = screen::Compositor::Width;
+constexpr int Height = screen::Compositor::Height;
 
 } // namespace
 

@@ -66,8 +66,8 @@ Status Window::Impl::openHere(bool full) {
     fullScreen = full;
     const Uint32 flags = SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI |
                          (full ? static_cast<Uint32>(SDL_WINDOW_FULLSCREEN_DESKTOP) : 0U);
-    window = SDL_CreateWindow("Head unit", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, Compositor::Width,
-                              Compositor::Height, flags);
+    window = SDL_CreateWindow("Head unit", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
+                              screen::Compositor::Width, screen::Compositor::Height, flags);
     if (!window) {
         return Error{noWindow(SDL_GetError())};
     }

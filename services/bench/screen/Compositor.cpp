@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <map>
 
-namespace zm {
+namespace zm::bench::screen {
 
 namespace {
 
@@ -185,4 +185,4 @@ bool Compositor::appConnected() const {
     return m_impl->hasClient(SurfaceClient::Role::Application);
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::bench::screen {
 
 /**
  * The screen of the head unit: takes the windows of its clients on a socket (docs/protocols.md, screen.sock)
@@ -77,4 +77,4 @@ private:
     std::unique_ptr<Impl> m_impl;
 };
 
-} // namespace zm
+} // namespace zm::bench::screen

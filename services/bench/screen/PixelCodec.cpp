@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-namespace zm {
+namespace zm::bench::screen {
 
 Result<std::string> encodePng(const PixelView& view, int level) {
     const std::unique_ptr<spng_ctx, decltype(&spng_ctx_free)> context(spng_ctx_new(SPNG_CTX_ENCODER),
@@ -62,4 +62,4 @@ Result<std::string> encodeJpeg(const PixelView& view, int quality) {
     return std::string(reinterpret_cast<const char*>(bytes), size);
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-namespace zm {
+namespace zm::bench::screen {
 
 /** A part of a picture of 32-bit pixels (B, G, R, ignored), `stride` bytes a row. */
 struct PixelView {
@@ -20,4 +20,4 @@ Result<std::string> encodePng(const PixelView& view, int level = 1);
 /** JPEG of the area for moving pictures; `quality` 1..100. */
 Result<std::string> encodeJpeg(const PixelView& view, int quality = 80);
 
-} // namespace zm
+} // namespace zm::bench::screen

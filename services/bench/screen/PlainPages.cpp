@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <string_view>
 
-namespace zm {
+namespace zm::bench::screen {
 
 namespace {
 
@@ -80,4 +80,4 @@ Image PlainPages::draw(const std::string& application) {
 void PlainPages::itemClicked(int, int, int) {}
 void PlainPages::listScrolled(int, int, _tagList_Info&) {}
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-namespace zm {
+namespace zm::bench::screen {
 
 /**
  * The pages that stand for the other applications of the head unit, laid out by a resource file as the disc player's
@@ -38,4 +38,4 @@ private:
     std::unique_ptr<Scene> m_scene; ///< null if the files are faulty
 };
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -10,7 +10,7 @@
 #include <memory>
 #include <tuple>
 
-namespace zm {
+namespace zm::bench::screen {
 
 namespace {
 
@@ -34,12 +34,12 @@ std::string none(const std::vector<SeenItem>& items, const std::string& name) {
             }
         }
     }
-    if (const auto id = parseNumber<int>(name)) {
-        return unknownNumber("item to touch on this page with id", *id, ids);
+    if (const auto id = ctl::parseNumber<int>(name)) {
+        return ctl::unknownNumber("item to touch on this page with id", *id, ids);
     }
     return texts.empty()
                ? "nothing on this page that can be touched has a text; \"zmctl screen --text\" lists the ids"
-               : unknownWord("item to touch on this page called", name, texts);
+               : ctl::unknownWord("item to touch on this page called", name, texts);
 }
 
 } // namespace
@@ -77,7 +77,7 @@ std::string seenText(const std::vector<SeenItem>& items) {
 }
 
 Result<SeenItem> findSeen(const std::vector<SeenItem>& items, const std::string& name) {
-    const auto id = parseNumber<int>(name);
+    const auto id = ctl::parseNumber<int>(name);
     const std::string low = folded(name);
     const std::function<bool(const SeenItem&)> ways[] = {
         [&](const SeenItem& item) { return item.text == name; },
@@ -111,4 +111,4 @@ Result<SeenItem> findSeen(const std::vector<SeenItem>& items, const std::string&
                              : none(items, name)};
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

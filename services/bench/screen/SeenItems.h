@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::bench::screen {
 
 /** A text on the screen, or something on it that can be touched. */
 struct SeenItem {
@@ -31,4 +31,4 @@ std::string seenText(const std::vector<SeenItem>& items);
  */
 Result<SeenItem> findSeen(const std::vector<SeenItem>& items, const std::string& name);
 
-} // namespace zm
+} // namespace zm::bench::screen

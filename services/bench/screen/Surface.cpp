@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-namespace zm {
+namespace zm::bench::screen {
 
 Result<Surface> Surface::map(const UniqueFd& memory, const SurfaceSize& size) {
     const bool sane = size.width > 0 && size.width <= LargestSide && size.height > 0 &&
@@ -55,4 +55,4 @@ Surface::~Surface() {
     }
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace zm {
+namespace zm::bench::screen {
 
 /** Size of a window's pixels: 32 bits each, rows of `stride` bytes. */
 struct SurfaceSize {
@@ -41,4 +41,4 @@ private:
     const uint8_t* m_pixels = nullptr;
 };
 
-} // namespace zm
+} // namespace zm::bench::screen

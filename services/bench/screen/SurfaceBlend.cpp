@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace zm {
+namespace zm::bench::screen {
 
 namespace {
 
@@ -162,4 +162,4 @@ Rect SurfaceDamage::bounds() const {
     return result;
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

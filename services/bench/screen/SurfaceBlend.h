@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace zm {
+namespace zm::bench::screen {
 
 /** One picture on the screen: `source` pixels drawn into `place`, scaled if their sizes differ. */
 struct SurfaceLayer {
@@ -35,4 +35,4 @@ private:
     std::vector<Rect> m_rects;
 };
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace zm {
+namespace zm::bench::screen {
 
 namespace {
 
@@ -223,4 +223,4 @@ Status SurfaceClient::sync(const Json& message, std::vector<UniqueFd>&) {
     return ok();
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -8,7 +8,7 @@
 
 #include <functional>
 
-namespace zm {
+namespace zm::bench::screen {
 
 /**
  * One client of screen.sock: checks its messages and carries them out on the scene. A message against the
@@ -51,4 +51,4 @@ private:
     SourceHandle m_end;
 };
 
-} // namespace zm
+} // namespace zm::bench::screen

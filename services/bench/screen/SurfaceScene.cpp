@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace zm {
+namespace zm::bench::screen {
 
 namespace {
 
@@ -205,4 +205,4 @@ std::vector<SurfaceLayer> SurfaceScene::layers() const {
     return result;
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -12,7 +12,7 @@
 #include <optional>
 #include <string>
 
-namespace zm {
+namespace zm::bench::screen {
 
 /** Where and how a window is shown: what its owner or the application sets. */
 struct SurfacePlacement {
@@ -90,4 +90,4 @@ private:
     bool m_childrenLocked = false;
 };
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace zm {
+namespace zm::bench::screen {
 
 namespace {
 
@@ -47,4 +47,4 @@ void VideoLock::apply() {
     m_compositor.lockVideo(m_driving && !m_allowed);
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

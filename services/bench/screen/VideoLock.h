@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace zm {
+namespace zm::bench::screen {
 
 class Compositor;
 
@@ -45,4 +45,4 @@ private:
     unsigned m_fingerOccasion = 0;
 };
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -7,7 +7,7 @@
 
 #include <optional>
 
-namespace zm {
+namespace zm::bench::screen {
 
 namespace {
 
@@ -192,4 +192,4 @@ void VideoService::applicationGone() {
     }
 }
 
-} // namespace zm
+} // namespace zm::bench::screen

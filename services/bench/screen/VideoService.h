@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-namespace zm {
+namespace zm::bench::screen {
 
 class Compositor;
 
@@ -40,4 +40,4 @@ private:
     std::unique_ptr<Impl> m_impl;
 };
 
-} // namespace zm
+} // namespace zm::bench::screen

@@ -16,7 +16,7 @@
 
 extern char** environ;
 
-namespace zm {
+namespace zm::bench::unit {
 
 namespace {
 
@@ -201,4 +201,4 @@ std::string Child::describeState() const {
     return "not running";
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

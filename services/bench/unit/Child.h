@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /** A program and how to start it. */
 struct ChildSetup {
@@ -69,4 +69,4 @@ private:
     std::deque<std::chrono::steady_clock::time_point> m_deaths;
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

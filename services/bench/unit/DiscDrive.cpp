@@ -3,7 +3,7 @@
 #include "services/bench/unit/PpsText.h"
 #include "services/bench/unit/ShellServer.h"
 
-namespace zm {
+namespace zm::bench::unit {
 
 namespace {
 
@@ -88,4 +88,4 @@ std::string DiscDrive::state() {
     return m_state;
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

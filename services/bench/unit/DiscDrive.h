@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /**
  * The disc drive, as the disc service offers it in the PPS object "zelmar/disc/drive": attribute "drive" is
@@ -59,4 +59,4 @@ private:
     std::string m_wanted; ///< path of the disc to be inserted; empty: none
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

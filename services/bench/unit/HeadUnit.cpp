@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-namespace zm {
+namespace zm::bench::unit {
 
 namespace {
 
@@ -23,7 +23,7 @@ std::string resources(const HeadUnitOptions& options) {
 // What the application is started with: "disc" and the words of `text`, separated as a shell would.
 std::vector<std::string> applicationArguments(const std::string& text) {
     std::vector<std::string> arguments{"disc"};
-    if (auto words = shellWords(text)) {
+    if (auto words = ctl::shellWords(text)) {
         arguments.insert(arguments.end(), words->begin(), words->end());
     }
     return arguments;
@@ -69,11 +69,11 @@ void HeadUnit::connectParts() {
         m_shell.tell({{"t", "childgone"}, {"name", child}});
     };
     m_vehicle.onDevice = [this](int id, std::optional<int> value) {
-        if (id == VideoLock::ParkingDevice) {
+        if (id == screen::VideoLock::ParkingDevice) {
             m_videoLock.parkingReads(value);
         }
     };
-    m_videoLock.parkingReads(m_vehicle.device(VideoLock::ParkingDevice));
+    m_videoLock.parkingReads(m_vehicle.device(screen::VideoLock::ParkingDevice));
     m_shell.welcome = [this] { return welcome(); };
     m_shell.onRunning = [this] { applicationRuns(); };
     m_shell.onRequest = [this](const Json& request) { m_launcher.requested(request); };
@@ -310,4 +310,4 @@ void HeadUnit::drainFollowers() {
     }
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /**
  * The head unit around the application: PPS service, screen, video service, launcher, vehicle, disc drive and
@@ -54,9 +54,9 @@ public:
     EventLoop& loop() { return m_loop; }
     const HeadUnitOptions& options() const { return m_options; }
     ShellServer& shell() { return m_shell; }
-    Compositor& compositor() { return m_compositor; }
+    screen::Compositor& compositor() { return m_compositor; }
     Launcher& launcher() { return m_launcher; }
-    VideoLock& videoLock() { return m_videoLock; }
+    screen::VideoLock& videoLock() { return m_videoLock; }
     Vehicle& vehicle() { return m_vehicle; }
     DiscDrive& drive() { return m_drive; }
     std::vector<Child*> children();
@@ -90,11 +90,11 @@ private:
     EventLoop& m_loop;
     const HeadUnitOptions m_options;
     PpsThread m_pps;
-    Compositor m_compositor;
-    VideoService m_video;
-    VideoLock m_videoLock{m_compositor};
+    screen::Compositor m_compositor;
+    screen::VideoService m_video;
+    screen::VideoLock m_videoLock{m_compositor};
     ShellServer m_shell;
-    PlainPages m_pages;
+    screen::PlainPages m_pages;
     Launcher m_launcher;
     Vehicle m_vehicle;
     DiscDrive m_drive;
@@ -108,4 +108,4 @@ private:
     std::map<const void*, std::function<void()>> m_followers;
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /** An active launcher carries out what the application asks of it; a passive one only records it. */
 enum class LauncherMode { Active, Passive };
@@ -28,4 +28,4 @@ struct HeadUnitOptions {
     ClockMode clock = ClockMode::Real;
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

@@ -7,7 +7,7 @@
 #include <array>
 #include <string_view>
 
-namespace zm {
+namespace zm::bench::unit {
 
 namespace {
 
@@ -28,7 +28,8 @@ std::string text(const Json& message, const char* member) {
 
 } // namespace
 
-Launcher::Launcher(LauncherMode mode, ShellServer& shell, Compositor& compositor, PlainPages& pages)
+Launcher::Launcher(LauncherMode mode, ShellServer& shell, screen::Compositor& compositor,
+                   screen::PlainPages& pages)
     : m_mode(mode), m_shell(shell), m_compositor(compositor), m_pages(pages) {}
 
 void Launcher::requested(const Json& message) {
@@ -103,7 +104,7 @@ void Launcher::pagesChanged() {
 }
 
 void Launcher::released(int x, int y) {
-    if (!PlainPages::Return.contains(x, y)) {
+    if (!screen::PlainPages::Return.contains(x, y)) {
         return;
     }
     if (m_shell.running()) {
@@ -113,4 +114,4 @@ void Launcher::released(int x, int y) {
     }
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

@@ -7,10 +7,12 @@
 #include <functional>
 #include <string>
 
-namespace zm {
-
+namespace zm::bench::screen {
 class Compositor;
 class PlainPages;
+} // namespace zm::bench::screen
+
+namespace zm::bench::unit {
 
 /** What the launcher can tell the application; the numbers go over the wire. */
 enum class AppStatus { Resume = 0, Pause = 1, ShowOnly = 2, HideOnly = 3, Quit = 4 };
@@ -21,7 +23,8 @@ enum class AppStatus { Resume = 0, Pause = 1, ShowOnly = 2, HideOnly = 3, Quit =
  */
 class Launcher {
 public:
-    Launcher(LauncherMode mode, ShellServer& shell, Compositor& compositor, PlainPages& pages);
+    Launcher(LauncherMode mode, ShellServer& shell, screen::Compositor& compositor,
+             screen::PlainPages& pages);
 
     /** A request of the application: recorded, and carried out by an active launcher. */
     void requested(const Json& message);
@@ -66,12 +69,12 @@ private:
 
     const LauncherMode m_mode;
     ShellServer& m_shell;
-    Compositor& m_compositor;
-    PlainPages& m_pages;
+    screen::Compositor& m_compositor;
+    screen::PlainPages& m_pages;
     std::string m_front = DiscApplication;
     AppStatus m_last = AppStatus::Pause; ///< that was sent
     bool m_closeWanted = false;          ///< the application has asked to be closed
     std::deque<std::string> m_requests;
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

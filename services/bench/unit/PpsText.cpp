@@ -2,7 +2,7 @@
 
 #include "platform/linux/pps/PpsLine.h"
 
-namespace zm {
+namespace zm::bench::unit {
 
 namespace {
 
@@ -50,4 +50,4 @@ bool ppsValue(std::string_view line, std::string_view name, std::string& value) 
     return true;
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

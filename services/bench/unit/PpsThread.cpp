@@ -1,6 +1,6 @@
 #include "services/bench/unit/PpsThread.h"
 
-namespace zm {
+namespace zm::bench::unit {
 
 PpsThread::PpsThread(EventLoop& owner, std::string socket)
     : m_owner(owner), m_service(std::make_unique<PpsService>(m_loop, std::move(socket))) {
@@ -34,4 +34,4 @@ void PpsThread::stop() {
     m_service.reset();
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

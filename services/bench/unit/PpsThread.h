@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /**
  * The PPS service on a thread of its own, so that everything else in the head unit may use PPS objects with
@@ -34,4 +34,4 @@ private:
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

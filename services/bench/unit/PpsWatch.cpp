@@ -1,6 +1,6 @@
 #include "services/bench/unit/PpsWatch.h"
 
-namespace zm {
+namespace zm::bench::unit {
 
 namespace {
 
@@ -41,4 +41,4 @@ void PpsWatch::drain() {
     }
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /** Follows one PPS object and hands each delta to `onText`. On the loop's thread, the service being on
  * another one. */
@@ -32,4 +32,4 @@ private:
     SourceHandle m_source;
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

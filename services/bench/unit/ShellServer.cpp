@@ -1,6 +1,6 @@
 #include "services/bench/unit/ShellServer.h"
 
-namespace zm {
+namespace zm::bench::unit {
 
 ShellServer::ShellServer(EventLoop& loop, std::string socket)
     : m_loop(loop), m_socket(std::move(socket)),
@@ -136,4 +136,4 @@ void ShellServer::inform(Json message, Reply reply) {
     }
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /**
  * The head unit's end of shell.sock: the link to the application's framework. One application at a time;
@@ -79,4 +79,4 @@ private:
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

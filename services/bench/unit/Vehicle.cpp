@@ -1,6 +1,6 @@
 #include "services/bench/unit/Vehicle.h"
 
-namespace zm {
+namespace zm::bench::unit {
 
 namespace {
 
@@ -48,4 +48,4 @@ void Vehicle::setTime(const ClockSetting& time, ShellServer::Reply reply) {
     m_shell.inform(std::move(message), std::move(reply));
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

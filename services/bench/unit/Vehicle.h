@@ -7,7 +7,7 @@
 #include <optional>
 #include <set>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /** Whether setting a vehicle value also sends the message about it. */
 enum class Notice { Send, Silent };
@@ -45,4 +45,4 @@ private:
     ClockSetting m_time;
 };
 
-} // namespace zm
+} // namespace zm::bench::unit

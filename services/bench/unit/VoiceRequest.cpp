@@ -5,7 +5,7 @@
 
 #include <map>
 
-namespace zm {
+namespace zm::bench::unit {
 
 namespace {
 
@@ -29,4 +29,4 @@ Status requestMusic(const std::string& ppsSocket) {
     return control->write("zmasr:json:{\"play\":\"music\"}\n");
 }
 
-} // namespace zm
+} // namespace zm::bench::unit

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace zm {
+namespace zm::bench::unit {
 
 /** Whether that application data asks for a song by voice, as the application understands it. */
 bool isVoiceRequest(const std::string& applicationData);
@@ -15,4 +15,4 @@ bool isVoiceRequest(const std::string& applicationData);
  */
 Status requestMusic(const std::string& ppsSocket);
 
-} // namespace zm
+} // namespace zm::bench::unit

@@ -6,7 +6,7 @@
 #include <glib.h>
 #include <unistd.h>
 
-namespace zm {
+namespace zm::bench::web {
 
 namespace {
 
@@ -43,4 +43,4 @@ Status openPage(const std::string& url, const std::string& folder) {
     return Error{why};
 }
 
-} // namespace zm
+} // namespace zm::bench::web

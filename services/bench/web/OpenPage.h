@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace zm {
+namespace zm::bench::web {
 
 /**
  * Opens `url` in the desktop's browser. Everybody on this machine can read what a program is started with, and the
@@ -12,4 +12,4 @@ namespace zm {
  */
 Status openPage(const std::string& url, const std::string& folder);
 
-} // namespace zm
+} // namespace zm::bench::web

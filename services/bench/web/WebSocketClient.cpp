@@ -4,7 +4,7 @@
 
 #include <libsoup/soup.h>
 
-namespace zm {
+namespace zm::bench::web {
 
 namespace {
 
@@ -66,4 +66,4 @@ void WebSocketClient::closedTrampoline(SoupWebsocketConnection*, void* self) {
     }
 }
 
-} // namespace zm
+} // namespace zm::bench::web

@@ -9,7 +9,7 @@
 
 using SoupWebsocketConnection = struct _SoupWebsocketConnection;
 
-namespace zm {
+namespace zm::bench::web {
 
 /** One page's end of a WebSocket. On the loop's thread. Messages that are not a JSON object of 64 KiB at most
  * end it. */
@@ -37,4 +37,4 @@ private:
     unsigned long m_closedHandler;
 };
 
-} // namespace zm
+} // namespace zm::bench::web

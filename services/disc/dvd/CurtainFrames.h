@@ -4,14 +4,14 @@
 
 #include <mutex>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 /** Frames that can be covered: meanwhile the screen stays black, whatever a decoder still gives out. Any
  * thread. */
-class CurtainFrames : public FrameSink {
+class CurtainFrames : public engine::FrameSink {
 public:
     /** `frames` outlives it. */
-    explicit CurtainFrames(FrameSink& frames) : m_frames(frames) {}
+    explicit CurtainFrames(engine::FrameSink& frames) : m_frames(frames) {}
 
     void show(const uint8_t* pixels, int stride) override {
         std::lock_guard lock(m_mutex);
@@ -32,9 +32,9 @@ public:
     }
 
 private:
-    FrameSink& m_frames;
+    engine::FrameSink& m_frames;
     std::mutex m_mutex;
     bool m_covered = false;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

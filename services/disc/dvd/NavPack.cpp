@@ -4,7 +4,7 @@
 #include <tuple>
 #include <utility>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 namespace {
 
@@ -112,4 +112,4 @@ std::optional<NavPack> readNavPack(Bytes bytes, bool wide) {
     return pack;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

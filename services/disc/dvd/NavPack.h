@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 /** A place on a menu that can be pressed, in pixels of a picture 720 wide. */
 struct MenuButton {
@@ -38,4 +38,4 @@ struct NavPack {
 /** Reads a navigation pack; nothing if it is none. `wide`: the picture is 16:9, shown as such. */
 std::optional<NavPack> readNavPack(std::span<const uint8_t> pack, bool wide);
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 namespace {
 
@@ -24,15 +24,15 @@ struct PrivateRow {
     uint8_t first;
     uint8_t count;
     Fragment::Kind kind;
-    dvd::SoundKind sound;
+    zm::dvd::SoundKind sound;
     uint8_t header; ///< bytes that the decoder does not get
 };
 constexpr PrivateRow privateRows[] = {
-    {0x20, 32, Fragment::Kind::Subtitle, dvd::SoundKind::Unknown, 1},
-    {0x80, 8, Fragment::Kind::Sound, dvd::SoundKind::Ac3, 4},
-    {0x88, 8, Fragment::Kind::Sound, dvd::SoundKind::Dts, 4},
+    {0x20, 32, Fragment::Kind::Subtitle, zm::dvd::SoundKind::Unknown, 1},
+    {0x80, 8, Fragment::Kind::Sound, zm::dvd::SoundKind::Ac3, 4},
+    {0x88, 8, Fragment::Kind::Sound, zm::dvd::SoundKind::Dts, 4},
     // Its decoder wants the pointer to the first unit and what follows it.
-    {0xa0, 8, Fragment::Kind::Sound, dvd::SoundKind::Lpcm, 2},
+    {0xa0, 8, Fragment::Kind::Sound, zm::dvd::SoundKind::Lpcm, 2},
 };
 constexpr size_t FullSoundHeader = 4;
 
@@ -89,7 +89,7 @@ std::optional<Fragment> fragmentOf(uint8_t stream, Bytes packet) {
         }
     } else {
         fragment.kind = stream == VideoStream ? Fragment::Kind::Video : Fragment::Kind::Sound;
-        fragment.sound = stream == VideoStream ? dvd::SoundKind::Unknown : dvd::SoundKind::Mpeg;
+        fragment.sound = stream == VideoStream ? zm::dvd::SoundKind::Unknown : zm::dvd::SoundKind::Mpeg;
         fragment.stream = stream == VideoStream ? 0 : stream & 7;
         fragment.data = data;
     }
@@ -120,4 +120,4 @@ std::vector<Fragment> splitPack(Bytes pack) {
     return fragments;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

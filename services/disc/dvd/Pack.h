@@ -7,13 +7,13 @@
 #include <span>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 /** A piece of one stream inside a pack. Times are in 90 kHz. */
 struct Fragment {
     enum class Kind { Video, Sound, Subtitle };
     Kind kind = Kind::Video;
-    dvd::SoundKind sound = dvd::SoundKind::Unknown;
+    zm::dvd::SoundKind sound = zm::dvd::SoundKind::Unknown;
     int stream = 0; ///< number of the sound within its kind, or of the subtitle
     std::span<const uint8_t> data;
     std::optional<int64_t> time;       ///< of presentation
@@ -30,4 +30,4 @@ struct Fragment {
  */
 std::vector<Fragment> splitPack(std::span<const uint8_t> pack);
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

@@ -4,22 +4,22 @@
 
 #include <utility>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
-void ReaderDialogue::ask(dvd::Command command) {
+void ReaderDialogue::ask(zm::dvd::Command command) {
     command.generation = ++m_asked;
     m_reader->send(command);
 }
 
-void ReaderDialogue::tell(dvd::Command command) {
+void ReaderDialogue::tell(zm::dvd::Command command) {
     command.seen = m_generation;
     m_reader->send(command);
 }
 
-void ReaderDialogue::answer(const dvd::DoneEvent& event) {
+void ReaderDialogue::answer(const zm::dvd::DoneEvent& event) {
     m_answered = event.answered;
-    m_refused = event.outcome == dvd::Outcome::Refused;
-    if (event.outcome == dvd::Outcome::Jumped) {
+    m_refused = event.outcome == zm::dvd::Outcome::Refused;
+    if (event.outcome == zm::dvd::Outcome::Jumped) {
         m_generation = event.answered;
         m_jumped = true;
         m_held.clear();
@@ -45,8 +45,8 @@ ReaderDialogue::Found ReaderDialogue::next(std::vector<uint8_t>& packet) {
         if (receipt != ReaderProcess::Receipt::Packet) {
             return receipt == ReaderProcess::Receipt::Ended ? Found::Ended : Found::Nothing;
         }
-        const auto done = recordIn<dvd::DoneEvent>(packet);
-        if (done && done->head.event == dvd::Event::Done) {
+        const auto done = recordIn<zm::dvd::DoneEvent>(packet);
+        if (done && done->head.event == zm::dvd::Event::Done) {
             answer(*done);
         } else if (outstanding()) {
             m_held.push_back(std::move(packet));
@@ -56,4 +56,4 @@ ReaderDialogue::Found ReaderDialogue::next(std::vector<uint8_t>& packet) {
     }
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

@@ -4,7 +4,7 @@
 
 #include <deque>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 /**
  * Commands to the reader and its answers. What the reader sends between a jump's command and its answer is of
@@ -26,9 +26,9 @@ public:
     int fd() const { return m_reader->fd(); }
     std::string ending() { return m_reader->ending(); }
     /** Sends a command that leads elsewhere, perhaps. */
-    void ask(dvd::Command command);
+    void ask(zm::dvd::Command command);
     /** Sends a command that has no answer. */
-    void tell(dvd::Command command);
+    void tell(zm::dvd::Command command);
     /** An answer has not come yet. */
     bool outstanding() const { return m_answered != m_asked; }
     /** Of the packets that `next` gives. */
@@ -36,7 +36,7 @@ public:
     Found next(std::vector<uint8_t>& packet);
 
 private:
-    void answer(const dvd::DoneEvent& event);
+    void answer(const zm::dvd::DoneEvent& event);
 
     std::unique_ptr<ReaderProcess> m_reader;
     uint32_t m_asked = 0;      ///< generation of the last command
@@ -47,4 +47,4 @@ private:
     std::deque<std::vector<uint8_t>> m_held;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

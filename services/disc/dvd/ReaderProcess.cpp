@@ -17,7 +17,7 @@
 
 extern char** environ;
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 namespace {
 
@@ -36,8 +36,8 @@ int spawn(const std::string& path, int socket) {
     const std::string executable = program();
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_adddup2(&files, socket, dvd::ReaderSocket);
-    posix_spawn_file_actions_addclosefrom_np(&files, dvd::ReaderSocket + 1);
+    posix_spawn_file_actions_adddup2(&files, socket, zm::dvd::ReaderSocket);
+    posix_spawn_file_actions_addclosefrom_np(&files, zm::dvd::ReaderSocket + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t none;
@@ -68,9 +68,9 @@ Result<std::unique_ptr<ReaderProcess>> ReaderProcess::start(const std::string& p
     }
     UniqueFd mine(ends[0]);
     UniqueFd theirs(ends[1]);
-    if (theirs.get() == dvd::ReaderSocket) {
+    if (theirs.get() == zm::dvd::ReaderSocket) {
         // Copied onto itself it would be closed in the new program.
-        theirs.reset(::fcntl(theirs.get(), F_DUPFD_CLOEXEC, dvd::ReaderSocket + 1));
+        theirs.reset(::fcntl(theirs.get(), F_DUPFD_CLOEXEC, zm::dvd::ReaderSocket + 1));
     }
     const int pid = spawn(path, theirs.get());
     if (pid < 0) {
@@ -92,7 +92,7 @@ ReaderProcess::~ReaderProcess() {
 }
 
 ReaderProcess::Receipt ReaderProcess::receive(std::vector<uint8_t>& packet) {
-    packet.resize(dvd::MaxPacket);
+    packet.resize(zm::dvd::MaxPacket);
     const ssize_t size = ::recv(m_socket.get(), packet.data(), packet.size(), MSG_DONTWAIT);
     if (size < 0 && (errno == EAGAIN || errno == EINTR)) {
         return Receipt::Nothing;
@@ -104,7 +104,7 @@ ReaderProcess::Receipt ReaderProcess::receive(std::vector<uint8_t>& packet) {
     return Receipt::Packet;
 }
 
-void ReaderProcess::send(const dvd::Command& command) {
+void ReaderProcess::send(const zm::dvd::Command& command) {
     // A process that has ended is found out when it is read.
     [[maybe_unused]] const auto sent =
         ::send(m_socket.get(), &command, sizeof command, MSG_DONTWAIT | MSG_NOSIGNAL);
@@ -130,4 +130,4 @@ std::string ReaderProcess::ending() {
                : "the DVD reader ended with status " + std::to_string(WEXITSTATUS(status));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

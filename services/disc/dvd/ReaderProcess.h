@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 /**
  * The program that reads a DVD along the disc's own instructions. A process of its own, as damaged discs end
@@ -28,7 +28,7 @@ public:
     int fd() const { return m_socket.get(); }
     /** Does not wait. Fills `packet`. */
     Receipt receive(std::vector<uint8_t>& packet);
-    void send(const dvd::Command& command);
+    void send(const zm::dvd::Command& command);
     /** How it ended, in words; after Receipt::Ended. */
     std::string ending();
 
@@ -39,4 +39,4 @@ private:
     int m_pid;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

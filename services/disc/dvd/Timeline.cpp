@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 namespace {
 
@@ -30,4 +30,4 @@ Timeline::Span Timeline::place(int64_t begin, int64_t end, int64_t earliest) {
     return {begin + m_shift, m_end};
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

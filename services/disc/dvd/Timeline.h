@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 /**
  * Lays the units of a film one behind the other. The disc's own clock jumps where the film is cut together;
@@ -30,4 +30,4 @@ private:
     int64_t m_shift = 0;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

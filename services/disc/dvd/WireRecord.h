@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::dvd {
 
 /** The record at the beginning of a packet; nothing if the packet is too short for it. */
 template <class Record>
@@ -26,4 +26,4 @@ std::span<const uint8_t> behind(const std::vector<uint8_t>& packet) {
     return std::span(packet).subspan(sizeof(Record));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::dvd

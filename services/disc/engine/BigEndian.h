@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** The number in `count` bytes from `at` on, the highest first; 0 where there are no more. */
 inline uint64_t bigEndian(std::string_view bytes, size_t at, size_t count) {
@@ -15,4 +15,4 @@ inline uint64_t bigEndian(std::string_view bytes, size_t at, size_t count) {
     return value;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

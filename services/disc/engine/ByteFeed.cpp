@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 std::vector<char> ByteFeed::read(uint64_t offset, size_t size) {
     std::vector<char> bytes;
@@ -23,4 +23,4 @@ std::vector<char> ByteFeed::read(uint64_t offset, size_t size) {
     return bytes;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

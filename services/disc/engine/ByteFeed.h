@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** Bytes of one file for a decoder, fetched in blocks. `cancel` and `failure` from any thread; the rest from one
  * thread at a time. */
@@ -32,4 +32,4 @@ private:
     uint64_t m_blockStart = 0;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -6,7 +6,7 @@
 #include <array>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -37,7 +37,7 @@ std::vector<Stream> streamsOf(const Json& message, const char* name) {
 // A photo with a hole in it is none.
 std::shared_ptr<Feed> feedOf(const Playable& playable) {
     const auto scratch =
-        playable.kind == MediaKind::Photo ? Feed::Scratch::Fails : Feed::Scratch::IsPassedOver;
+        playable.kind == model::MediaKind::Photo ? Feed::Scratch::Fails : Feed::Scratch::IsPassedOver;
     return std::make_shared<Feed>(playable.medium, playable.path, scratch);
 }
 
@@ -150,7 +150,7 @@ void DecoderEngine::heard(const Json& message) {
             m_takingDown = false;
         }
     } else if (what == "log") {
-        ::slogf(LogCode, static_cast<int>(numberOf(message, "severity")), "%s",
+        ::slogf(log::LogCode, static_cast<int>(numberOf(message, "severity")), "%s",
                 stringOf(message, "text").c_str());
     } else if (m_item && static_cast<uint64_t>(numberOf(message, "item")) == m_number) {
         report(what, message);
@@ -212,7 +212,7 @@ void DecoderEngine::takeDown() {
     }
 }
 
-void DecoderEngine::start(const Playable& playable, EngineListener& listener, Milliseconds position,
+void DecoderEngine::start(const Playable& playable, Listener& listener, Milliseconds position,
                           StartMode mode) {
     drop();
     m_listener = &listener;
@@ -225,7 +225,7 @@ void DecoderEngine::start(const Playable& playable, EngineListener& listener, Mi
     m_item.emplace().playable = playable;
     m_item->position = position;
     m_item->mode = mode;
-    if (playable.kind == MediaKind::Music) {
+    if (playable.kind == model::MediaKind::Music) {
         m_frames.clear();
     }
     begin();
@@ -376,4 +376,4 @@ void DecoderEngine::stop() {
     m_frames.clear();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

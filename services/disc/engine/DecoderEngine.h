@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Plays files of any data disc in the process `zmdecode`, which can reach nothing but the bytes that it is
@@ -23,8 +23,7 @@ public:
     DecoderEngine(EventLoop& home, std::shared_ptr<FrameSink> frames);
     ~DecoderEngine() override;
 
-    void start(const Playable& playable, EngineListener& listener, Milliseconds position,
-               StartMode mode) override;
+    void start(const Playable& playable, Listener& listener, Milliseconds position, StartMode mode) override;
     void pause() override;
     void resume() override;
     void seek(Milliseconds position) override;
@@ -74,7 +73,7 @@ private:
     void failLater(const std::string& reason);
 
     EventLoop& m_home;
-    EngineListener* m_listener = nullptr;
+    Listener* m_listener = nullptr;
     FrameReceiver m_frames;
     std::shared_ptr<Mailbox> m_mailbox;
     SpareDecoder m_spare;
@@ -93,4 +92,4 @@ private:
     SourceHandle m_watch;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -13,7 +13,7 @@
 
 extern char** environ;
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -122,4 +122,4 @@ std::string DecoderProcess::end() {
                                : "ended with status " + std::to_string(WEXITSTATUS(status));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

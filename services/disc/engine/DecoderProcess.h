@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** A decoder in a process of its own, which lives as long as this object. On the loop's thread. */
 class DecoderProcess {
@@ -43,4 +43,4 @@ private:
     Connection m_control;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -9,7 +9,7 @@
 #include <string>
 
 /** What zmdiscd and its decoder's process say to each other; docs/protocols.md describes it. */
-namespace zm::disc::wire {
+namespace zm::disc::engine::wire {
 
 using Json = nlohmann::json;
 
@@ -60,4 +60,4 @@ inline std::string stringOf(const Json& json, const char* name) {
     return member != json.end() && member->is_string() ? member->get<std::string>() : std::string();
 }
 
-} // namespace zm::disc::wire
+} // namespace zm::disc::engine::wire

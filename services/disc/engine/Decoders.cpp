@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -153,4 +153,4 @@ void initDecoders() {
     std::call_once(done, initOnce);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Starts GStreamer with the elements of a fixed list and no others: what a file's bytes ask for can then
@@ -12,4 +12,4 @@ void initDecoders();
 inline constexpr const char* KeptErrorName = "zm-kept-error";
 inline constexpr const char* KeptErrorText = "text";
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -9,15 +9,15 @@
 #include <memory>
 #include <string>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 using Milliseconds = std::chrono::milliseconds;
 
 /** One file to be played. */
 struct Playable {
-    std::shared_ptr<Medium> medium;
+    std::shared_ptr<medium::Medium> medium;
     std::string path;
-    MediaKind kind = MediaKind::Music;
+    model::MediaKind kind = model::MediaKind::Music;
     Milliseconds length{0}; ///< from its tags; 0 when unknown
 };
 
@@ -25,9 +25,9 @@ enum class StartMode { Playing, Paused };
 enum class ScanEdge { Beginning, End };
 
 /** Is told what becomes of the playable started last. On the service's loop. */
-class EngineListener {
+class Listener {
 public:
-    virtual ~EngineListener() = default;
+    virtual ~Listener() = default;
     /** What the user can choose from; comes before "started", for videos only. */
     virtual void engineStreams(const Streams& streams) = 0;
     /** Sound or picture is there. A length of 0 is not known. */
@@ -52,7 +52,7 @@ class Engine {
 public:
     virtual ~Engine() = default;
     /** `listener` lives until `stop`, the next `start` or the engine's end. */
-    virtual void start(const Playable& playable, EngineListener& listener, Milliseconds position,
+    virtual void start(const Playable& playable, Listener& listener, Milliseconds position,
                        StartMode mode) = 0;
     virtual void pause() = 0;
     /** Goes on at normal speed from where it stands, also out of a scan. */
@@ -71,4 +71,4 @@ public:
     virtual void stop() = 0;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

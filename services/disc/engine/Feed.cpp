@@ -8,7 +8,7 @@
 #include <mutex>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -43,7 +43,7 @@ struct Feed::Shared {
     }
 
     // The reading thread: opens the file, then serves one request after the other until cancelled.
-    static void run(const std::shared_ptr<Shared>& shared, const std::shared_ptr<Medium>& medium,
+    static void run(const std::shared_ptr<Shared>& shared, const std::shared_ptr<medium::Medium>& medium,
                     const std::string& path, Scratch scratch) {
         auto reader = medium->open(path);
         if (!reader) {
@@ -79,7 +79,7 @@ struct Feed::Shared {
     }
 };
 
-Feed::Feed(std::shared_ptr<Medium> medium, std::string path, Scratch scratch)
+Feed::Feed(std::shared_ptr<medium::Medium> medium, std::string path, Scratch scratch)
     : m_shared(std::make_shared<Shared>()) {
     const auto begun = runInBackground([shared = m_shared, medium = std::move(medium), path = std::move(path),
                                         scratch] { Shared::run(shared, medium, path, scratch); });
@@ -130,4 +130,4 @@ std::string Feed::failure() const {
     return m_shared->failure;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

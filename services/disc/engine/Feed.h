@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Reads one file of a disc for a decoder. The drive is touched by a thread of its own only, so that nobody is
@@ -19,7 +19,7 @@ public:
     /** What a place that cannot be read means. */
     enum class Scratch { Fails, IsPassedOver };
 
-    Feed(std::shared_ptr<Medium> medium, std::string path, Scratch scratch = Scratch::Fails);
+    Feed(std::shared_ptr<medium::Medium> medium, std::string path, Scratch scratch = Scratch::Fails);
     ~Feed() override;
     Feed(const Feed&) = delete;
     Feed& operator=(const Feed&) = delete;
@@ -38,4 +38,4 @@ private:
     std::shared_ptr<Shared> m_shared;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

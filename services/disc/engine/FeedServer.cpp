@@ -8,7 +8,7 @@
 
 #include <cstring>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -66,4 +66,4 @@ Result<UniqueFd> serveFeed(const std::shared_ptr<Feed>& feed) {
     return theirs;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Has a thread of its own serve `feed` to another process, until that one closes its end or the feed is
@@ -14,4 +14,4 @@ namespace zm::disc {
  */
 Result<UniqueFd> serveFeed(const std::shared_ptr<Feed>& feed);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -6,27 +6,27 @@
 
 namespace {
 
-constexpr const char* Protocol = zm::disc::FileElementName;
+constexpr const char* Protocol = zm::disc::engine::FileElementName;
 constexpr guint PushBytes = 64 * 1024;
 
 struct ZmFileElement {
     GstBaseSrc parent;
-    zm::disc::FileBytes* bytes;
+    zm::disc::engine::FileBytes* bytes;
 };
 struct ZmFileElementClass {
     GstBaseSrcClass parent;
 };
 
 /** Without bytes: an element that nobody was told of. */
-class NoBytes : public zm::disc::FileBytes {
+class NoBytes : public zm::disc::engine::FileBytes {
 public:
     uint64_t size() const override { return 0; }
     bool seekable() const override { return false; }
-    zm::disc::GstOwned<GstCaps> caps() const override { return nullptr; }
-    zm::disc::GstOwned<GstBuffer> read(uint64_t, size_t) override { return nullptr; }
+    zm::disc::engine::GstOwned<GstCaps> caps() const override { return nullptr; }
+    zm::disc::engine::GstOwned<GstBuffer> read(uint64_t, size_t) override { return nullptr; }
 };
 
-zm::disc::FileBytes& bytesOf(GstBaseSrc* source) {
+zm::disc::engine::FileBytes& bytesOf(GstBaseSrc* source) {
     static NoBytes none;
     auto* bytes = reinterpret_cast<ZmFileElement*>(source)->bytes;
     return bytes ? *bytes : none;
@@ -36,10 +36,10 @@ void giveUriHandler(gpointer interface, gpointer) {
     auto* handler = static_cast<GstURIHandlerInterface*>(interface);
     handler->get_type = [](GType) { return GST_URI_SRC; };
     handler->get_protocols = [](GType) -> const gchar* const* {
-        static const gchar* const protocols[] = {zm::disc::FileElementName, nullptr};
+        static const gchar* const protocols[] = {zm::disc::engine::FileElementName, nullptr};
         return protocols;
     };
-    handler->get_uri = [](GstURIHandler*) { return g_strdup(zm::disc::FileElementUri); };
+    handler->get_uri = [](GstURIHandler*) { return g_strdup(zm::disc::engine::FileElementUri); };
     handler->set_uri = [](GstURIHandler*, const gchar*, GError**) -> gboolean { return TRUE; };
 }
 
@@ -65,7 +65,7 @@ void zm_file_element_class_init(ZmFileElementClass* type) {
     };
     base->is_seekable = [](GstBaseSrc* self) -> gboolean { return bytesOf(self).seekable(); };
     base->get_caps = [](GstBaseSrc* self, GstCaps* filter) {
-        zm::disc::GstOwned<GstCaps> caps = bytesOf(self).caps();
+        zm::disc::engine::GstOwned<GstCaps> caps = bytesOf(self).caps();
         if (!caps) {
             caps.reset(gst_caps_new_any());
         }
@@ -83,7 +83,7 @@ void zm_file_element_class_init(ZmFileElementClass* type) {
 
 } // namespace
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 void registerFileElement() {
     gst_element_register(nullptr, Protocol, GST_RANK_PRIMARY, zm_file_element_get_type());
@@ -93,4 +93,4 @@ void giveBytes(GstElement* fileElement, FileBytes& bytes) {
     reinterpret_cast<ZmFileElement*>(fileElement)->bytes = &bytes;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

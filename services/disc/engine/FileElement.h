@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** What a file element gives to its decoder. Called on the decoder's threads, one at a time for each read. */
 class FileBytes {
@@ -30,4 +30,4 @@ void registerFileElement();
 /** `bytes` outlives the element's use. */
 void giveBytes(GstElement* fileElement, FileBytes& bytes);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -11,7 +11,7 @@
 #include <ctime>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -57,8 +57,8 @@ std::string errorText(GstMessage* message) {
 
 } // namespace
 
-FilePipeline::FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames,
-                           const Playable& playable, std::shared_ptr<ByteFeed> feed)
+FilePipeline::FilePipeline(EventLoop& loop, Listener& listener, FrameSink& frames, const Playable& playable,
+                           std::shared_ptr<ByteFeed> feed)
     : m_loop(loop), m_listener(listener), m_frames(frames), m_playable(playable),
       m_source(std::make_shared<FileSource>(std::move(feed), playable.kind)),
       m_mailbox(std::make_shared<Mailbox>(loop)) {}
@@ -99,7 +99,7 @@ void FilePipeline::run() {
 }
 
 bool FilePipeline::build() {
-    return m_playable.kind == MediaKind::Music ? buildMusic() : buildPicture();
+    return m_playable.kind == model::MediaKind::Music ? buildMusic() : buildPicture();
 }
 
 bool FilePipeline::buildMusic() {
@@ -114,7 +114,7 @@ bool FilePipeline::buildPicture() {
         return false;
     }
     m_player.reset(GST_ELEMENT(gst_object_ref_sink(playbin)));
-    const bool photo = m_playable.kind == MediaKind::Photo;
+    const bool photo = m_playable.kind == model::MediaKind::Photo;
     m_picture.emplace(m_frames, photo ? PictureKind::Photo : PictureKind::Film);
     if (!m_picture->element()) {
         return false;
@@ -213,12 +213,12 @@ void FilePipeline::meetError(const std::string& text) {
 void FilePipeline::prerolled() {
     m_seeking = false;
     if (m_started) {
-        if (m_scanSpeed == 0 && m_playable.kind != MediaKind::Photo) {
+        if (m_scanSpeed == 0 && m_playable.kind != model::MediaKind::Photo) {
             report();
         }
         return;
     }
-    if (m_playable.kind == MediaKind::Video) {
+    if (m_playable.kind == model::MediaKind::Video) {
         if (!m_missing.empty() && !hasPicture(m_player.get())) {
             fail(missingDecoders());
             return;
@@ -261,7 +261,7 @@ std::string FilePipeline::missingDecoders() const {
 }
 
 void FilePipeline::ended() {
-    if (m_playable.kind == MediaKind::Photo && m_source->failure().empty()) {
+    if (m_playable.kind == model::MediaKind::Photo && m_source->failure().empty()) {
         return; // it stands there until somebody goes on
     }
     passToNext();
@@ -308,7 +308,7 @@ void FilePipeline::resume() {
         jump(m_scanPosition, Precision::KeyFrame);
     }
     gst_element_set_state(m_player.get(), GST_STATE_PLAYING);
-    if (m_playable.kind != MediaKind::Photo) {
+    if (m_playable.kind != model::MediaKind::Photo) {
         m_clock = everyInterval(m_loop, Tick, [this] { report(); });
         awaitNext();
     }
@@ -360,7 +360,7 @@ void FilePipeline::view(const PictureView& view) {
         return;
     }
     m_picture->view(view);
-    if (m_playable.kind == MediaKind::Photo) {
+    if (m_playable.kind == model::MediaKind::Photo) {
         // A photo gives its one picture only when it is decoded anew.
         gst_element_set_state(m_player.get(), GST_STATE_READY);
         gst_element_set_state(m_player.get(), GST_STATE_PAUSED);
@@ -493,4 +493,4 @@ Milliseconds FilePipeline::length() const {
     return known ? fromClock(time) : m_playable.length;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -10,7 +10,7 @@
 
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Decodes and plays one file. Everything on the thread of `loop`, where `listener` is called too; building,
@@ -18,7 +18,7 @@ namespace zm::disc {
  */
 class FilePipeline {
 public:
-    FilePipeline(EventLoop& loop, EngineListener& listener, FrameSink& frames, const Playable& playable,
+    FilePipeline(EventLoop& loop, Listener& listener, FrameSink& frames, const Playable& playable,
                  std::shared_ptr<ByteFeed> feed);
     ~FilePipeline();
     FilePipeline(const FilePipeline&) = delete;
@@ -65,7 +65,7 @@ private:
     Milliseconds length() const;
 
     EventLoop& m_loop;
-    EngineListener& m_listener;
+    Listener& m_listener;
     FrameSink& m_frames;
     std::optional<PictureBin> m_picture; ///< outlives the decoder that feeds it
     Playable m_playable;
@@ -93,4 +93,4 @@ private:
     Milliseconds m_target{0}; ///< of a seek under way
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -45,14 +45,14 @@ Status FileSource::open() {
         return size.failure();
     }
     m_size = *size;
-    if (m_kind == MediaKind::Music) {
+    if (m_kind == model::MediaKind::Music) {
         const auto read = [this](uint64_t offset, size_t bytes) {
             const std::vector<char> found = m_feed->read(offset, bytes);
             return std::string(found.begin(), found.end());
         };
         m_sound = readSoundRange(read, m_size);
     }
-    if (m_kind != MediaKind::Photo) {
+    if (m_kind != model::MediaKind::Photo) {
         return ok();
     }
     if (m_size > MaxPhotoBytes) {
@@ -97,7 +97,7 @@ void FileSource::patch(uint64_t offset, std::vector<char>& bytes) const {
 }
 
 GstOwned<GstBuffer> FileSource::read(uint64_t offset, size_t size) {
-    if (m_kind == MediaKind::Photo) {
+    if (m_kind == model::MediaKind::Photo) {
         return GstOwned<GstBuffer>(offset == 0 && m_photo ? gst_buffer_ref(m_photo.get()) : nullptr);
     }
     ++m_reads;
@@ -112,4 +112,4 @@ GstOwned<GstBuffer> FileSource::read(uint64_t offset, size_t size) {
     return buffer;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -12,7 +12,7 @@
 #include <mutex>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Hands the bytes of a file to a decoder. Sound and video are read where the decoder wants them; a photo is
@@ -21,7 +21,8 @@ namespace zm::disc {
  */
 class FileSource : public FileBytes {
 public:
-    FileSource(std::shared_ptr<ByteFeed> feed, MediaKind kind) : m_feed(std::move(feed)), m_kind(kind) {}
+    FileSource(std::shared_ptr<ByteFeed> feed, model::MediaKind kind)
+        : m_feed(std::move(feed)), m_kind(kind) {}
 
     /** Opens the file; comes before the others. */
     Status open();
@@ -38,7 +39,7 @@ public:
     bool isQuiet(std::chrono::milliseconds time) const;
 
     uint64_t size() const override { return m_size; }
-    bool seekable() const override { return m_kind != MediaKind::Photo; }
+    bool seekable() const override { return m_kind != model::MediaKind::Photo; }
     GstOwned<GstCaps> caps() const override;
     GstOwned<GstBuffer> read(uint64_t offset, size_t size) override;
 
@@ -47,7 +48,7 @@ private:
     using Clock = std::chrono::steady_clock;
 
     std::shared_ptr<ByteFeed> m_feed;
-    MediaKind m_kind;
+    model::MediaKind m_kind;
     uint64_t m_size = 0;
     PhotoHeader m_header;
     SoundRange m_sound;
@@ -57,4 +58,4 @@ private:
     std::atomic<Clock::rep> m_lastRead = Clock::now().time_since_epoch().count();
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -8,7 +8,7 @@
 
 #include <cerrno>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 FrameReceiver::FrameReceiver(std::shared_ptr<FrameSink> sink) : m_sink(std::move(sink)) {}
 
@@ -66,4 +66,4 @@ void FrameReceiver::clear() {
     m_loop.post([this] { m_sink->clear(); });
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -10,7 +10,7 @@
 #include <memory>
 #include <thread>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Takes the pictures of a decoder's process and shows those of one item, on a thread of its own as a frame
@@ -44,4 +44,4 @@ private:
     std::thread m_thread;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** Size of the decoder's picture in pixels. */
 inline constexpr int PictureWidth = 800;
@@ -18,4 +18,4 @@ public:
     virtual void clear() = 0;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

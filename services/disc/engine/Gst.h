@@ -4,7 +4,7 @@
 
 #include <memory>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 struct GstRelease {
     void operator()(GstElement* element) const { gst_object_unref(element); }
@@ -20,4 +20,4 @@ struct GstRelease {
 template <class T>
 using GstOwned = std::unique_ptr<T, GstRelease>;
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

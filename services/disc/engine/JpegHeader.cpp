@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -110,4 +110,4 @@ std::optional<JpegHeader> readJpegHeader(const PhotoBytes& bytes) {
     return header;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** What a JPEG says about its first picture. */
 struct JpegHeader {
@@ -21,4 +21,4 @@ struct JpegHeader {
 /** Reads as far as the picture goes; nothing if it does not tell its size. */
 std::optional<JpegHeader> readJpegHeader(const PhotoBytes& bytes);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

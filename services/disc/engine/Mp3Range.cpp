@@ -2,7 +2,7 @@
 
 #include "services/disc/engine/BigEndian.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -75,4 +75,4 @@ std::optional<SoundRange> readMp3Range(const ReadBytes& read, uint64_t size) {
     return usable ? std::optional(range) : std::nullopt;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

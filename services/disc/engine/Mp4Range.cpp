@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -205,4 +205,4 @@ std::optional<SoundRange> readMp4Range(const ReadBytes& read) {
     return range;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

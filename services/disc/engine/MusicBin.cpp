@@ -22,7 +22,7 @@ void handleMessage(GstBin* bin, GstMessage* message) {
     if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
         GError* error = nullptr;
         gst_message_parse_error(message, &error, nullptr);
-        const zm::disc::GstOwned<GError> owned(error);
+        const zm::disc::engine::GstOwned<GError> owned(error);
         gst_message_unref(message);
         message = gst_message_new_element(
             GST_OBJECT(bin), gst_structure_new(ErrorName, ErrorText, G_TYPE_STRING,
@@ -37,7 +37,7 @@ void zm_music_bin_class_init(ZmMusicBinClass* type) {
 
 } // namespace
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 GstElement* makeMusicBin() {
     return GST_ELEMENT(g_object_new(zm_music_bin_get_type(), nullptr));
@@ -49,4 +49,4 @@ const char* musicError(GstMessage* message) {
                : nullptr;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -2,7 +2,7 @@
 
 #include "services/disc/engine/Gst.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * A bin that keeps its errors from the pipeline around it: a pipeline that has seen one takes no part in the changes
@@ -13,4 +13,4 @@ GstElement* makeMusicBin();
 /** What the error says if `message` is one of those; else null. Lives as long as the message. */
 const char* musicError(GstMessage* message);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

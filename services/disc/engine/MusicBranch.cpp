@@ -3,7 +3,7 @@
 #include "services/disc/engine/FileElement.h"
 #include "services/disc/engine/MusicBin.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 MusicBranch::MusicBranch(GstElement* pipeline, std::shared_ptr<FileSource> source)
     : m_pipeline(pipeline), m_source(std::move(source)), m_trim(m_source->sound()) {
@@ -109,4 +109,4 @@ bool MusicBranch::sent(GstMessage* message) const {
     return m_bin && gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_bin));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** One file's part of a pipeline that plays music: what reads and decodes it. */
 class MusicBranch {
@@ -50,4 +50,4 @@ private:
     gulong m_held = 0;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -4,7 +4,7 @@
 #include "services/disc/engine/SoundOut.h"
 #include "services/disc/log/Log.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 bool MusicChain::begin(const std::shared_ptr<FileSource>& source) {
     m_joint = gst_element_factory_make("concat", nullptr);
@@ -99,4 +99,4 @@ std::shared_ptr<FileSource> MusicChain::pass() {
     return m_current->source();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Music files that follow each other without a sample more or less: each has a decoder of its own, all of them have
@@ -49,4 +49,4 @@ private:
     std::atomic<GstClockTime> m_border = GST_CLOCK_TIME_NONE; ///< when the next file begins to be heard
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** Numbers at places of a photo's file; nothing behind its end. */
 class PhotoBytes {
@@ -35,4 +35,4 @@ private:
     std::string_view m_file;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

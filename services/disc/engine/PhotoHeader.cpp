@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -190,4 +190,4 @@ Result<PhotoHeader> readPhotoHeader(std::string_view file) {
     return Error{"no photo"};
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

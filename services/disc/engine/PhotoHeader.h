@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 enum class PhotoFormat { Jpeg, Png, Gif, Bmp };
 
@@ -27,4 +27,4 @@ struct PhotoHeader {
 /** Reads what `file`, which is whole, says; an error for what is no photo or ends before its size is known. */
 Result<PhotoHeader> readPhotoHeader(std::string_view file);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

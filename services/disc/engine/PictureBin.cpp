@@ -7,7 +7,7 @@
 
 #include <string>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -132,4 +132,4 @@ void PictureBin::fit(const GstCaps* caps) {
                  "bottom", margins.topAndBottom, nullptr);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -7,7 +7,7 @@
 
 #include <mutex>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** What a decoder's pictures are: those of a film follow each other. */
 enum class PictureKind { Film, Photo };
@@ -42,4 +42,4 @@ private:
     PictureSize m_size; ///< of the pictures that come at present
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

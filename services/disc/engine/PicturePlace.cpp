@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -42,4 +42,4 @@ PictureMargins marginsOf(const PictureSize& size, double zoom) {
             margin(size.height, part.height, zoom, PictureHeight)};
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -2,7 +2,7 @@
 
 #include "services/disc/engine/FrameSink.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** A part of the screen in pixels. */
 struct ScreenPart {
@@ -30,4 +30,4 @@ struct PictureMargins {
 };
 PictureMargins marginsOf(const PictureSize& size, double zoom);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

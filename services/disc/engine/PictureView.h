@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** How a picture is looked at: enlarged around its middle, and turned clockwise by quarters. */
 struct PictureView {
@@ -16,4 +16,4 @@ struct PictureView {
     void turn() { quarterTurns = (quarterTurns + 1) % 4; }
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

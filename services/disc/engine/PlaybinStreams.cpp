@@ -1,6 +1,6 @@
 #include "services/disc/engine/PlaybinStreams.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -62,4 +62,4 @@ bool hasPicture(GstElement* playbin) {
     return number(playbin, "n-video") > 0;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -3,7 +3,7 @@
 #include "services/disc/engine/Gst.h"
 #include "services/disc/engine/Streams.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** The streams of a playbin that has read the beginning of its file. */
 Streams streamsOf(GstElement* playbin);
@@ -14,4 +14,4 @@ void chooseStreams(GstElement* playbin, const StreamChoice& choice);
 /** Whether there are pictures that can be decoded. */
 bool hasPicture(GstElement* playbin);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

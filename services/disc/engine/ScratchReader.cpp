@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -54,4 +54,4 @@ Result<size_t> ScratchReader::readAt(uint64_t offset, std::span<char> buffer) {
     return done;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -91,4 +91,4 @@ void ScreenFrames::clear() {
     m_shown = false;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <string>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * The decoder's window at the compositor. Connects when there is something to show, and again after the
@@ -33,4 +33,4 @@ private:
     bool m_shown = false;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

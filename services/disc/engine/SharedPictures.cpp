@@ -5,7 +5,7 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 Result<UniqueFd> SharedPictures::make() {
     UniqueFd fd(::memfd_create("pictures", MFD_CLOEXEC | MFD_ALLOW_SEALING));
@@ -29,4 +29,4 @@ uint8_t* SharedPictures::slot(uint64_t number) const {
     return m_memory == MAP_FAILED ? nullptr : static_cast<uint8_t*>(m_memory) + number * wire::SlotBytes;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

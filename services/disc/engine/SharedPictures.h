@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** The memory through which a decoder's pictures go from one process to the other. */
 class SharedPictures {
@@ -24,4 +24,4 @@ private:
     void* m_memory;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -89,4 +89,4 @@ GstElement* makeSoundFile(const std::string& path) {
     return sink;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

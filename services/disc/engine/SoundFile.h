@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * An element that keeps the time as a device does and writes what would be heard to `path`: 16 bit, stereo, without a
@@ -13,4 +13,4 @@ namespace zm::disc {
  */
 GstElement* makeSoundFile(const std::string& path);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

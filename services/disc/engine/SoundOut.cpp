@@ -8,7 +8,7 @@
 #include <array>
 #include <cstdlib>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -122,4 +122,4 @@ void endPlayer(GstElement* player) {
     }
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

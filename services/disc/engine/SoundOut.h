@@ -2,7 +2,7 @@
 
 #include "services/disc/engine/Gst.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Opens the default device, which then stays open; where there is none, sound goes to a silent element that
@@ -16,4 +16,4 @@ GstElement* makeSoundSink();
 /** Takes the device out of `player`, which is then put to rest, so that it stays open. */
 void endPlayer(GstElement* player);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

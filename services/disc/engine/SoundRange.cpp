@@ -3,7 +3,7 @@
 #include "services/disc/engine/Mp3Range.h"
 #include "services/disc/engine/Mp4Range.h"
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 SoundRange readSoundRange(const ReadBytes& read, uint64_t size) {
     constexpr size_t TypeAt = 4;
@@ -18,4 +18,4 @@ SoundRange readSoundRange(const ReadBytes& read, uint64_t size) {
     return {};
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Which of a file's decoded samples are its sound, counted without its channels. Lossy formats begin and end with
@@ -33,4 +33,4 @@ using ReadBytes = std::function<std::string(uint64_t offset, size_t size)>;
 /** What the own header of a music file of `size` bytes says; all of it if it says nothing. */
 SoundRange readSoundRange(const ReadBytes& read, uint64_t size);
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -101,4 +101,4 @@ GstPadProbeReturn SoundTrim::cut(GstBuffer*& buffer) {
     return GST_PAD_PROBE_OK;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

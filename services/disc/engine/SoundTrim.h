@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /**
  * Lets through what of a decoder's sound belongs to the file, to the sample. Lossy formats decode to more than was
@@ -38,4 +38,4 @@ private:
     int64_t m_next = 0; ///< of the decoded samples, the one after the last buffer
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

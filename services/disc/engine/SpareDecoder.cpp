@@ -5,7 +5,7 @@
 #include <chrono>
 #include <utility>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -50,4 +50,4 @@ Result<std::unique_ptr<DecoderProcess>> SpareDecoder::take() {
     return m_process ? std::move(m_process) : DecoderProcess::launch(m_loop, Program);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

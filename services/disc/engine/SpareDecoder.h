@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** Keeps a decoder's process that has loaded all it needs, to take the place of one that dies or hangs. */
 class SpareDecoder {
@@ -28,4 +28,4 @@ private:
     SourceHandle m_timer;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

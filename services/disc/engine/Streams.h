@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::engine {
 
 /** One sound or subtitle stream; texts are empty when unknown. */
 struct Stream {
@@ -24,4 +24,4 @@ struct StreamChoice {
     int subtitle = NoSubtitle;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::engine

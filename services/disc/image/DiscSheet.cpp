@@ -22,7 +22,7 @@ void forEachText(DiscSheet& sheet, Use use) {
 } // namespace
 
 void repairTexts(DiscSheet& sheet) {
-    CharsetRepair repair;
+    disc::text::CharsetRepair repair;
     forEachText(sheet, [&](const std::string& text) { repair.learn(text); });
     forEachText(sheet, [&](std::string& text) { text = repair.toUtf8(text); });
 }

@@ -83,7 +83,7 @@ bool isIsrc(std::string_view text) {
 }
 
 Error lineError(int line, std::string_view culprit, const std::string& what) {
-    const std::string shown = culprit.empty() ? "" : cleanText(culprit.substr(0, CulpritBytes));
+    const std::string shown = culprit.empty() ? "" : disc::text::cleanText(culprit.substr(0, CulpritBytes));
     return Error{"line " + std::to_string(line) + ": " + (shown.empty() ? "" : shown + ": ") + what};
 }
 

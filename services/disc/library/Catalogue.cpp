@@ -9,7 +9,7 @@
 #include <utility>
 #include <variant>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 namespace {
 
@@ -146,10 +146,10 @@ Status Catalogue::clear() {
     return isOpenedFile() && run(clearAll) ? ok() : reopen();
 }
 
-Status Catalogue::insertFolders(const Contents& contents, MediaKind kind) {
+Status Catalogue::insertFolders(const model::Contents& contents, model::MediaKind kind) {
     Insert insert(m_database, "INSERT INTO folders VALUES (?, ?, ?, ?, ?, ?)");
     for (const auto& folder : contents.folders) {
-        const auto& counts = folder.counts[kindIndex(kind)];
+        const auto& counts = folder.counts[model::kindIndex(kind)];
         if (counts.files + counts.folders == 0) {
             continue;
         }
@@ -164,7 +164,8 @@ Status Catalogue::insertFolders(const Contents& contents, MediaKind kind) {
     return ok();
 }
 
-Status Catalogue::insertFiles(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled) {
+Status Catalogue::insertFiles(const model::Contents& contents, model::MediaKind kind,
+                              const std::atomic<bool>& cancelled) {
     Insert insert(m_database, "INSERT INTO files VALUES (?, ?, ?, ?)");
     for (const auto& item : contents.of(kind)) {
         if (cancelled) {
@@ -177,7 +178,8 @@ Status Catalogue::insertFiles(const Contents& contents, MediaKind kind, const st
     return ok();
 }
 
-Status Catalogue::write(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled) {
+Status Catalogue::write(const model::Contents& contents, model::MediaKind kind,
+                        const std::atomic<bool>& cancelled) {
     std::lock_guard lock(m_mutex);
     if (cancelled) {
         return Error{"cancelled"};
@@ -194,4 +196,4 @@ Status Catalogue::write(const Contents& contents, MediaKind kind, const std::ato
     return run("COMMIT");
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::library

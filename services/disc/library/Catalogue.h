@@ -11,7 +11,7 @@
 
 struct sqlite3;
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 /**
  * The database file in which the application looks up files and folders. It is made once and from then on
@@ -31,7 +31,7 @@ public:
     bool intact();
     /** Adds all files and folders of one kind in one transaction; none of them when `cancelled` becomes true.
      */
-    Status write(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled);
+    Status write(const model::Contents& contents, model::MediaKind kind, const std::atomic<bool>& cancelled);
 
 private:
     explicit Catalogue(std::string file) : m_file(std::move(file)) {}
@@ -40,8 +40,9 @@ private:
     bool isOpenedFile() const;
     Status run(const char* statement);
     Status failure(const char* what);
-    Status insertFolders(const Contents& contents, MediaKind kind);
-    Status insertFiles(const Contents& contents, MediaKind kind, const std::atomic<bool>& cancelled);
+    Status insertFolders(const model::Contents& contents, model::MediaKind kind);
+    Status insertFiles(const model::Contents& contents, model::MediaKind kind,
+                       const std::atomic<bool>& cancelled);
 
     std::string m_file;
     std::mutex m_mutex;
@@ -49,4 +50,4 @@ private:
     std::pair<uint64_t, uint64_t> m_identity; ///< device and number of the file that is open
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::library

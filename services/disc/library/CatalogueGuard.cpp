@@ -3,7 +3,7 @@
 #include "base/Threads.h"
 #include "services/disc/log/Log.h"
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 namespace {
 
@@ -12,7 +12,8 @@ constexpr std::chrono::milliseconds LookInterval{1000};
 } // namespace
 
 CatalogueGuard::CatalogueGuard(EventLoop& loop, std::shared_ptr<Catalogue> catalogue,
-                               std::shared_ptr<const Contents> contents, std::function<void()> onRestored)
+                               std::shared_ptr<const model::Contents> contents,
+                               std::function<void()> onRestored)
     : m_catalogue(std::move(catalogue)), m_contents(std::move(contents)), m_onRestored(std::move(onRestored)),
       m_mailbox(std::make_shared<Mailbox>(loop)), m_cancelled(std::make_shared<std::atomic<bool>>(false)) {
     m_watch = everyInterval(loop, LookInterval, [this] { look(); });
@@ -34,7 +35,7 @@ void CatalogueGuard::restore() {
     const auto begun = runInBackground(
         [this, catalogue = m_catalogue, contents = m_contents, mailbox = m_mailbox, cancelled = m_cancelled] {
             auto status = catalogue->clear();
-            for (const auto& row : kinds) {
+            for (const auto& row : model::kinds) {
                 if (!status || contents->of(row.kind).empty()) {
                     continue;
                 }
@@ -53,4 +54,4 @@ void CatalogueGuard::restore() {
     m_restoring = static_cast<bool>(begun);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 /**
  * Looks after the catalogue of a disc that has been read: when somebody takes its file away, it is made and
@@ -16,7 +16,7 @@ namespace zm::disc {
 class CatalogueGuard {
 public:
     CatalogueGuard(EventLoop& loop, std::shared_ptr<Catalogue> catalogue,
-                   std::shared_ptr<const Contents> contents, std::function<void()> onRestored);
+                   std::shared_ptr<const model::Contents> contents, std::function<void()> onRestored);
     ~CatalogueGuard();
     CatalogueGuard(const CatalogueGuard&) = delete;
     CatalogueGuard& operator=(const CatalogueGuard&) = delete;
@@ -26,7 +26,7 @@ private:
     void restore();
 
     std::shared_ptr<Catalogue> m_catalogue;
-    std::shared_ptr<const Contents> m_contents;
+    std::shared_ptr<const model::Contents> m_contents;
     std::function<void()> m_onRestored;
     std::shared_ptr<Mailbox> m_mailbox;
     std::shared_ptr<std::atomic<bool>> m_cancelled;
@@ -34,4 +34,4 @@ private:
     SourceHandle m_watch;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -5,7 +5,7 @@
 
 #include <thread>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 namespace {
 
@@ -15,9 +15,9 @@ constexpr std::chrono::seconds Patience{10};
 // to it, and must find "loading" there, however small the disc.
 constexpr std::chrono::milliseconds SpinUpTime{200};
 
-void fillCatalogue(Catalogue& catalogue, const Contents& contents, const ScanProgress& progress,
+void fillCatalogue(Catalogue& catalogue, const model::Contents& contents, const ScanProgress& progress,
                    Mailbox& mailbox, LoadListener& listener) {
-    for (const auto& row : kinds) {
+    for (const auto& row : model::kinds) {
         if (contents.of(row.kind).empty()) {
             continue;
         }
@@ -31,7 +31,7 @@ void fillCatalogue(Catalogue& catalogue, const Contents& contents, const ScanPro
 }
 
 // The reading thread. `listener` is only used in what the mailbox delivers.
-void load(Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox& mailbox,
+void load(medium::Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox& mailbox,
           LoadListener& listener) {
     const auto cleared = catalogue.clear();
     const auto spunUp = std::chrono::steady_clock::now() + SpinUpTime;
@@ -47,14 +47,14 @@ void load(Medium& medium, Catalogue& catalogue, ScanProgress& progress, Mailbox&
         mailbox.post([&listener, text = found.error()] { listener.loadFailed(text); });
         return;
     }
-    const auto contents = std::make_shared<const Contents>(std::move(*found));
+    const auto contents = std::make_shared<const model::Contents>(std::move(*found));
     mailbox.post([&listener, contents] { listener.loadScanned(contents); });
     fillCatalogue(catalogue, *contents, progress, mailbox, listener);
 }
 
 } // namespace
 
-DiscLoad::DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<Medium> medium,
+DiscLoad::DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<medium::Medium> medium,
                    std::shared_ptr<Catalogue> catalogue)
     : m_listener(listener), m_mailbox(std::make_shared<Mailbox>(loop)),
       m_progress(std::make_shared<ScanProgress>()) {
@@ -89,4 +89,4 @@ void DiscLoad::watch() {
     }
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 struct ScanProgress;
 
@@ -19,9 +19,9 @@ public:
     /** The catalogue no longer shows anything of the disc before. */
     virtual void loadBegun() = 0;
     /** All is numbered; the catalogue follows. */
-    virtual void loadScanned(std::shared_ptr<const Contents> contents) = 0;
+    virtual void loadScanned(std::shared_ptr<const model::Contents> contents) = 0;
     /** All files and folders of `kind` are in the catalogue. */
-    virtual void loadCatalogued(MediaKind kind) = 0;
+    virtual void loadCatalogued(model::MediaKind kind) = 0;
     virtual void loadFinished() = 0;
     /** Instead of the rest. */
     virtual void loadFailed(const std::string& reason) = 0;
@@ -33,7 +33,7 @@ public:
  */
 class DiscLoad {
 public:
-    DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<Medium> medium,
+    DiscLoad(EventLoop& loop, LoadListener& listener, std::shared_ptr<medium::Medium> medium,
              std::shared_ptr<Catalogue> catalogue);
     ~DiscLoad();
 
@@ -47,4 +47,4 @@ private:
     int m_lastSteps = -1;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -6,7 +6,7 @@
 #include <set>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 namespace {
 
@@ -118,8 +118,8 @@ enum class Shown { Short, WithEnding, FileName };
 /** The names of one folder's files, each as short as the others allow. */
 class Naming {
 public:
-    Naming(const std::vector<NamedFile>& files, MediaKind kind)
-        : m_files(files), m_kind(kind), m_numbered(kind == MediaKind::Music && areNumbered(files)),
+    Naming(const std::vector<NamedFile>& files, model::MediaKind kind)
+        : m_files(files), m_kind(kind), m_numbered(kind == model::MediaKind::Music && areNumbered(files)),
           m_shown(files.size(), Shown::Short) {
         for (size_t i = 0; i < files.size(); ++i) {
             m_names.push_back(nameOf(i));
@@ -170,14 +170,14 @@ private:
             return file.title;
         }
         const auto stem = stemOf(file.fileName);
-        const auto leading = m_kind == MediaKind::Music ? leadingNumber(stem) : std::nullopt;
+        const auto leading = m_kind == model::MediaKind::Music ? leadingNumber(stem) : std::nullopt;
         const bool isTrack = leading && (leading->surelyTrack || m_numbered ||
                                          (file.track > 0 && leading->number == file.track));
         return std::string(isTrack ? leading->rest : stem);
     }
 
     const std::vector<NamedFile>& m_files;
-    MediaKind m_kind;
+    model::MediaKind m_kind;
     bool m_numbered;
     std::vector<Shown> m_shown;
     std::vector<std::string> m_names;
@@ -185,8 +185,8 @@ private:
 
 } // namespace
 
-std::vector<std::string> displayNames(const std::vector<NamedFile>& files, MediaKind kind) {
+std::vector<std::string> displayNames(const std::vector<NamedFile>& files, model::MediaKind kind) {
     return Naming(files, kind).take();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::library

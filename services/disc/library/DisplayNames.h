@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 /** What is known of a file when its name for the driver is looked for; texts are UTF-8. */
 struct NamedFile {
@@ -19,6 +19,6 @@ struct NamedFile {
  * file's name without its ending, of music also without the track number in front. Names that would be the
  * same keep their ending, and the whole file name if that does not tell them apart.
  */
-std::vector<std::string> displayNames(const std::vector<NamedFile>& files, MediaKind kind);
+std::vector<std::string> displayNames(const std::vector<NamedFile>& files, model::MediaKind kind);
 
-} // namespace zm::disc
+} // namespace zm::disc::library

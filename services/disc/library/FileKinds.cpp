@@ -4,11 +4,11 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 namespace {
 
-using enum MediaKind;
+using enum model::MediaKind;
 
 constexpr FileKind table[] = {
     {"mp3", Music, TagFormat::Mpeg},
@@ -74,4 +74,4 @@ bool isCover(std::string_view name) {
            std::find(std::begin(covers), std::end(covers), stem) != std::end(covers);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -6,14 +6,14 @@
 #include <string>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 /** How the tags of a music file are stored. */
 enum class TagFormat { None, Mpeg, Flac, Vorbis, Opus, Mp4, Asf, Wav };
 
 struct FileKind {
     std::string_view extension; ///< lower case, without the dot
-    MediaKind kind;
+    model::MediaKind kind;
     TagFormat tags = TagFormat::None;
 };
 
@@ -23,4 +23,4 @@ std::optional<FileKind> fileKind(std::string_view name);
 /** Whether a picture has a name that players of music give to a cover, in any case. */
 bool isCover(std::string_view name);
 
-} // namespace zm::disc
+} // namespace zm::disc::library

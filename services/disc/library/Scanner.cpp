@@ -15,13 +15,13 @@
 #include <span>
 #include <tuple>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 namespace {
 
 struct FoundFile {
     std::string rawName;
-    MediaKind kind = MediaKind::Music;
+    model::MediaKind kind = model::MediaKind::Music;
     RawTags tags;
 };
 
@@ -42,7 +42,7 @@ std::string join(const std::string& folder, const std::string& name) {
 class Walk {
 public:
     /** `tracks`: what the disc's tracks are, if it has such beside its files; else null. */
-    Walk(Medium& medium, ScanProgress& progress, const Contents* tracks)
+    Walk(medium::Medium& medium, ScanProgress& progress, const model::Contents* tracks)
         : m_medium(medium), m_progress(progress), m_tracks(tracks) {}
 
     Status read(FoundFolder& folder, int depth) {
@@ -58,7 +58,7 @@ public:
             if (entry.rawName.front() == '.') {
                 continue;
             }
-            if (entry.type == Entry::Type::Folder) {
+            if (entry.type == medium::Entry::Type::Folder) {
                 readFolder(folder, entry, depth);
             } else {
                 readFile(folder, entry);
@@ -68,11 +68,11 @@ public:
         return ok();
     }
 
-    const CharsetRepair& repair() const { return m_repair; }
+    const text::CharsetRepair& repair() const { return m_repair; }
     std::string identity() const { return m_identity.text(); }
 
 private:
-    void readFolder(FoundFolder& parent, const Entry& entry, int depth) {
+    void readFolder(FoundFolder& parent, const medium::Entry& entry, int depth) {
         FoundFolder folder{entry.rawName, join(parent.path, entry.rawName), {}, {}};
         if (depth == MaxDepth || m_folders == MaxFolders) {
             logWarning("%s: left out, too deep or too many folders\n", folder.path.c_str());
@@ -92,7 +92,7 @@ private:
         }
     }
 
-    void readFile(FoundFolder& parent, const Entry& entry) {
+    void readFile(FoundFolder& parent, const medium::Entry& entry) {
         const auto kind = fileKind(entry.rawName);
         if (!kind || parent.files.size() >= static_cast<size_t>(MaxFilesInFolder)) {
             return;
@@ -101,7 +101,7 @@ private:
         m_repair.learn(entry.rawName);
         FoundFile file{entry.rawName, kind->kind, {}};
         const std::string path = join(parent.path, entry.rawName);
-        if (const Item* track = parent.path.empty() ? trackCalled(entry.rawName) : nullptr) {
+        if (const model::Item* track = parent.path.empty() ? trackCalled(entry.rawName) : nullptr) {
             file.tags = tagsOf(*track);
         } else if (kind->tags != TagFormat::None) {
             if (auto reader = m_medium.open(path)) {
@@ -113,15 +113,16 @@ private:
         parent.files.push_back(std::move(file));
     }
 
-    const Item* trackCalled(const std::string& name) const {
-        const auto items = m_tracks ? std::span(m_tracks->of(MediaKind::Music)) : std::span<const Item>();
-        const auto track =
-            std::find_if(items.begin(), items.end(), [&](const Item& each) { return each.rawName == name; });
+    const model::Item* trackCalled(const std::string& name) const {
+        const auto items =
+            m_tracks ? std::span(m_tracks->of(model::MediaKind::Music)) : std::span<const model::Item>();
+        const auto track = std::find_if(items.begin(), items.end(),
+                                        [&](const model::Item& each) { return each.rawName == name; });
         return track == items.end() ? nullptr : &*track;
     }
 
     // A track has no tags of its own; the description of the disc knows its texts.
-    static RawTags tagsOf(const Item& track) {
+    static RawTags tagsOf(const model::Item& track) {
         RawTags tags;
         tags.title = {track.name, false};
         tags.artist = {track.tags.artist, false};
@@ -133,16 +134,17 @@ private:
 
     // A picture of that name beside music belongs to the music.
     static void leaveOutCovers(std::vector<FoundFile>& files) {
-        const bool music = std::any_of(files.begin(), files.end(),
-                                       [](const FoundFile& file) { return file.kind == MediaKind::Music; });
+        const bool music = std::any_of(files.begin(), files.end(), [](const FoundFile& file) {
+            return file.kind == model::MediaKind::Music;
+        });
         std::erase_if(files, [&](const FoundFile& file) { return music && isCover(file.rawName); });
     }
 
-    Medium& m_medium;
+    medium::Medium& m_medium;
     ScanProgress& m_progress;
-    const Contents* m_tracks;
-    CharsetRepair m_repair;
-    DiscIdentity m_identity;
+    const model::Contents* m_tracks;
+    text::CharsetRepair m_repair;
+    model::DiscIdentity m_identity;
     std::set<std::pair<uint64_t, uint64_t>> m_visited;
     int m_folders = 1;
 };
@@ -150,23 +152,23 @@ private:
 /** Second walk: order, numbers and names. */
 class Numbering {
 public:
-    explicit Numbering(const CharsetRepair& repair) : m_repair(repair) {}
+    explicit Numbering(const text::CharsetRepair& repair) : m_repair(repair) {}
 
     /** Adds the folder and all below it; gives the number of files of each kind in the whole branch. */
-    std::array<int, KindCount> add(FoundFolder& found, int parentId, const std::string& name) {
+    std::array<int, model::KindCount> add(FoundFolder& found, int parentId, const std::string& name) {
         const auto index = m_contents.folders.size();
         const int id = static_cast<int>(index) + 1;
         m_contents.folders.push_back({id, parentId, found.path, name, {}});
-        std::array<int, KindCount> total{};
-        for (const auto& row : kinds) {
+        std::array<int, model::KindCount> total{};
+        for (const auto& row : model::kinds) {
             const int count = addFiles(found, row.kind, id);
-            m_contents.folders[index].counts[kindIndex(row.kind)].files = count;
-            total[kindIndex(row.kind)] = count;
+            m_contents.folders[index].counts[model::kindIndex(row.kind)].files = count;
+            total[model::kindIndex(row.kind)] = count;
         }
         auto named = namesOf(found.folders);
         for (auto& [folderName, folder] : named) {
             const auto below = add(*folder, id, folderName);
-            for (size_t kind = 0; kind < KindCount; ++kind) {
+            for (size_t kind = 0; kind < model::KindCount; ++kind) {
                 total[kind] += below[kind];
                 m_contents.folders[index].counts[kind].folders += below[kind] > 0;
             }
@@ -174,7 +176,7 @@ public:
         return total;
     }
 
-    Contents take() { return std::move(m_contents); }
+    model::Contents take() { return std::move(m_contents); }
 
 private:
     std::vector<std::pair<std::string, FoundFolder*>> namesOf(std::vector<FoundFolder>& folders) const {
@@ -183,13 +185,13 @@ private:
             named.emplace_back(m_repair.toUtf8(folder.rawName), &folder);
         }
         std::sort(named.begin(), named.end(),
-                  [](const auto& a, const auto& b) { return compareNatural(a.first, b.first) < 0; });
+                  [](const auto& a, const auto& b) { return text::compareNatural(a.first, b.first) < 0; });
         return named;
     }
 
-    int addFiles(const FoundFolder& found, MediaKind kind, int folderId) {
+    int addFiles(const FoundFolder& found, model::MediaKind kind, int folderId) {
         // Until the files are in order an item's name is that of its file.
-        std::vector<Item> items;
+        std::vector<model::Item> items;
         for (const auto& file : found.files) {
             if (file.kind == kind) {
                 items.push_back({folderId, 0, file.rawName, m_repair.toUtf8(file.rawName),
@@ -198,7 +200,7 @@ private:
         }
         std::sort(items.begin(), items.end(), before);
         nameForDisplay(items, kind);
-        auto& all = m_contents.items[kindIndex(kind)];
+        auto& all = m_contents.items[model::kindIndex(kind)];
         int fileId = 0;
         for (auto& item : items) {
             item.fileId = ++fileId;
@@ -207,7 +209,7 @@ private:
         return fileId;
     }
 
-    static void nameForDisplay(std::vector<Item>& items, MediaKind kind) {
+    static void nameForDisplay(std::vector<model::Item>& items, model::MediaKind kind) {
         std::vector<NamedFile> files;
         for (auto& item : items) {
             files.push_back({std::move(item.name), item.tags.title, item.tags.track});
@@ -218,28 +220,28 @@ private:
         }
     }
 
-    static bool before(const Item& a, const Item& b) {
+    static bool before(const model::Item& a, const model::Item& b) {
         // Files without a track number come after those that have one.
-        const auto key = [](const Item& item) {
+        const auto key = [](const model::Item& item) {
             return std::make_tuple(item.tags.track == 0, item.tags.disc, item.tags.track);
         };
-        return key(a) != key(b) ? key(a) < key(b) : compareNatural(a.name, b.name) < 0;
+        return key(a) != key(b) ? key(a) < key(b) : text::compareNatural(a.name, b.name) < 0;
     }
 
-    const CharsetRepair& m_repair;
-    Contents m_contents;
+    const text::CharsetRepair& m_repair;
+    model::Contents m_contents;
 };
 
 } // namespace
 
-Result<Contents> scan(Medium& medium, ScanProgress& progress) {
+Result<model::Contents> scan(medium::Medium& medium, ScanProgress& progress) {
     const auto tracks = medium.tracks();
     if (tracks && !medium.hasFilesToo()) {
         return *tracks;
     }
-    if (const auto dvd = tracks ? std::nullopt : findDvd(medium)) {
-        Contents contents;
-        contents.trackType = MediaType::Dvd;
+    if (const auto dvd = tracks ? std::nullopt : medium::findDvd(medium)) {
+        model::Contents contents;
+        contents.trackType = model::MediaType::Dvd;
         contents.dvd = dvd;
         return contents;
     }
@@ -261,4 +263,4 @@ Result<Contents> scan(Medium& medium, ScanProgress& progress) {
     return contents;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -6,7 +6,7 @@
 
 #include <atomic>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 /** Shared with the thread that scans: how far it is, and whether it shall stop. */
 struct ScanProgress {
@@ -28,6 +28,6 @@ inline constexpr int MaxDepth = 128;
  * one that has playable files beside its tracks is a disc of files, the tracks being those of its root.
  * Blocks; any thread.
  */
-Result<Contents> scan(Medium& medium, ScanProgress& progress);
+Result<model::Contents> scan(medium::Medium& medium, ScanProgress& progress);
 
-} // namespace zm::disc
+} // namespace zm::disc::library

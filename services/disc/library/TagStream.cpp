@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cstring>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 namespace {
 constexpr size_t BlockBytes = 4096;
 } // namespace
 
-TagStream::TagStream(ByteReader& reader, std::string name)
+TagStream::TagStream(medium::ByteReader& reader, std::string name)
     : m_reader(reader), m_name(std::move(name)), m_block(BlockBytes) {}
 
 bool TagStream::fill(uint64_t offset) {
@@ -51,4 +51,4 @@ void TagStream::seek(long offset, Position from) {
     m_position = base + offset;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -6,13 +6,13 @@
 
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 /** Lets the tag library read a file of any disc. Reads blocks, as a tag is many small pieces close together.
  */
 class TagStream : public TagLib::IOStream {
 public:
-    TagStream(ByteReader& reader, std::string name);
+    TagStream(medium::ByteReader& reader, std::string name);
 
     TagLib::FileName name() const override { return m_name.c_str(); }
     TagLib::ByteVector readBlock(unsigned long length) override;
@@ -29,7 +29,7 @@ public:
 
 private:
     bool fill(uint64_t offset);
-    ByteReader& m_reader;
+    medium::ByteReader& m_reader;
     std::string m_name;
     long m_position = 0;
     std::vector<char> m_block;
@@ -37,4 +37,4 @@ private:
     size_t m_blockSize = 0;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -20,7 +20,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 namespace {
 
@@ -190,13 +190,13 @@ constexpr ReaderRow readers[] = {
 
 constexpr auto rawTexts = {&RawTags::title, &RawTags::artist, &RawTags::album};
 
-std::string repairText(const CharsetRepair& repair, const Text& text) {
-    return text.ofUnknownCharset ? repair.toUtf8(text.bytes) : cleanText(text.bytes);
+std::string repairText(const text::CharsetRepair& repair, const Text& text) {
+    return text.ofUnknownCharset ? repair.toUtf8(text.bytes) : text::cleanText(text.bytes);
 }
 
 } // namespace
 
-RawTags readTags(ByteReader& reader, const std::string& name) {
+RawTags readTags(medium::ByteReader& reader, const std::string& name) {
     const auto kind = fileKind(name);
     const auto row = std::find_if(std::begin(readers), std::end(readers),
                                   [&](const ReaderRow& each) { return kind && each.format == kind->tags; });
@@ -207,7 +207,7 @@ RawTags readTags(ByteReader& reader, const std::string& name) {
     return row->read(stream);
 }
 
-void learnTags(CharsetRepair& repair, const RawTags& tags) {
+void learnTags(text::CharsetRepair& repair, const RawTags& tags) {
     for (const auto text : rawTexts) {
         if ((tags.*text).ofUnknownCharset) {
             repair.learn((tags.*text).bytes);
@@ -215,7 +215,7 @@ void learnTags(CharsetRepair& repair, const RawTags& tags) {
     }
 }
 
-Tags repairTags(const CharsetRepair& repair, const RawTags& tags) {
+model::Tags repairTags(const text::CharsetRepair& repair, const RawTags& tags) {
     return {repairText(repair, tags.title),
             repairText(repair, tags.artist),
             repairText(repair, tags.album),
@@ -224,4 +224,4 @@ Tags repairTags(const CharsetRepair& repair, const RawTags& tags) {
             tags.seconds};
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::library

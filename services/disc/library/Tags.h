@@ -4,7 +4,7 @@
 #include "services/disc/model/Contents.h"
 #include "services/disc/text/Charset.h"
 
-namespace zm::disc {
+namespace zm::disc::library {
 
 /**
  * The tags of one file as they stand there. Texts are UTF-8 where the file says which character set they are
@@ -26,11 +26,11 @@ struct RawTags {
 
 /** Reads the tags of a music file; a file without or with broken tags gives empty ones. `name` tells the
  * format. */
-RawTags readTags(ByteReader& reader, const std::string& name);
+RawTags readTags(medium::ByteReader& reader, const std::string& name);
 
 /** Shows the texts of unknown character set to `repair`. */
-void learnTags(CharsetRepair& repair, const RawTags& tags);
+void learnTags(text::CharsetRepair& repair, const RawTags& tags);
 /** The tags with their texts as UTF-8. */
-Tags repairTags(const CharsetRepair& repair, const RawTags& tags);
+model::Tags repairTags(const text::CharsetRepair& repair, const RawTags& tags);
 
-} // namespace zm::disc
+} // namespace zm::disc::library

@@ -16,7 +16,7 @@
 #include <filesystem>
 #include <numeric>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -75,12 +75,13 @@ void addTextsOf(DiscSheet& sheet, const std::string& folder, const std::string& 
     if (sheet.cdTextFile.empty()) {
         return;
     }
-    const auto found = findSheetFile(folder, {sheet.cdTextFile, cleanText(sheet.cdTextFile)});
+    const auto found = findSheetFile(folder, {sheet.cdTextFile, text::cleanText(sheet.cdTextFile)});
     const auto bytes = found ? readSmallFile(found->path, MaxSheetBytes + 1) : found.failure();
     const auto added = bytes ? addCdText(sheet, *bytes) : Status(bytes.failure());
     if (!added) {
         // The disc can be played without its texts.
-        logWarning("%s: %s: %s\n", path.c_str(), cleanText(sheet.cdTextFile).c_str(), added.error().c_str());
+        logWarning("%s: %s: %s\n", path.c_str(), text::cleanText(sheet.cdTextFile).c_str(),
+                   added.error().c_str());
     }
 }
 
@@ -95,7 +96,8 @@ Result<DiscImage> imageOf(DiscSheet sheet, const std::string& path) {
         }
         files.push_back(std::move(*found));
     }
-    const std::string label = sheet.title.empty() ? cleanText(fs::path(path).stem().string()) : sheet.title;
+    const std::string label =
+        sheet.title.empty() ? text::cleanText(fs::path(path).stem().string()) : sheet.title;
     DiscImage image{path, sheet.title, sheet.performer, label, sheet.catalogNumber, {}, {}};
     if (sheet.hidden) {
         const SheetTrack hidden{0, *trackFormat("AUDIO"), "Hidden track", {}, {}, {*sheet.hidden}};
@@ -278,4 +280,4 @@ Result<std::unique_ptr<ByteReader>> openTrack(const ImageTrack& track, const std
     return std::unique_ptr<ByteReader>(std::make_unique<PieceReader>(std::move(parts)));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

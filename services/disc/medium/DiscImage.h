@@ -3,7 +3,7 @@
 #include "services/disc/image/DiscSheet.h"
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** A run of a track's bytes in an image. */
 struct TrackPiece {
@@ -55,4 +55,4 @@ bool isNrgImage(const std::string& path);
 /** Opens the bytes of a track, all pieces one behind the other; `name` stands in error texts. */
 Result<std::unique_ptr<ByteReader>> openTrack(const ImageTrack& track, const std::string& name);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -19,7 +19,7 @@ bool isCalled(const std::string& name, std::string_view wanted) {
     });
 }
 
-std::optional<DvdMark> readTable(Medium& medium, const std::string& file) {
+std::optional<model::DvdMark> readTable(Medium& medium, const std::string& file) {
     auto reader = medium.open(file);
     std::array<char, RegionsAt + 1> bytes{};
     if (!reader) {
@@ -29,7 +29,7 @@ std::optional<DvdMark> readTable(Medium& medium, const std::string& file) {
     if (!count || *count < bytes.size() || std::string_view(bytes.data(), Mark.size()) != Mark) {
         return std::nullopt;
     }
-    return DvdMark{static_cast<uint8_t>(bytes[RegionsAt])};
+    return model::DvdMark{static_cast<uint8_t>(bytes[RegionsAt])};
 }
 
 const Entry* fileCalled(const std::vector<Entry>& entries, std::string_view wanted) {
@@ -39,8 +39,8 @@ const Entry* fileCalled(const std::vector<Entry>& entries, std::string_view want
     return found == entries.end() ? nullptr : &*found;
 }
 
-std::optional<DvdMark> findTable(Medium& medium, const std::string& folder,
-                                 const std::vector<Entry>& entries) {
+std::optional<model::DvdMark> findTable(Medium& medium, const std::string& folder,
+                                        const std::vector<Entry>& entries) {
     if (!fileCalled(entries, tables.front())) {
         return std::nullopt; // the reader does not go by the copy alone
     }
@@ -57,7 +57,7 @@ std::optional<DvdMark> findTable(Medium& medium, const std::string& folder,
 
 } // namespace
 
-std::optional<DvdMark> findDvd(Medium& medium) {
+std::optional<model::DvdMark> findDvd(Medium& medium) {
     const auto root = medium.list("");
     if (!root) {
         return std::nullopt; // whoever reads the whole disc says why
@@ -74,4 +74,4 @@ std::optional<DvdMark> findDvd(Medium& medium) {
     return findTable(medium, "", *root);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -5,13 +5,13 @@
 
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /**
  * Whether a disc is a DVD-Video: a folder VIDEO_TS (or the root itself) with the disc's table of contents,
  * VIDEO_TS.IFO, in any case of letters; where that is damaged its copy VIDEO_TS.BUP counts. Reads as much as that takes; may block as
  * long as the drive does.
  */
-std::optional<DvdMark> findDvd(Medium& medium);
+std::optional<model::DvdMark> findDvd(Medium& medium);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

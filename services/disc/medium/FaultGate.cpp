@@ -3,7 +3,7 @@
 #include <condition_variable>
 #include <mutex>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 struct FaultGate::State {
     std::mutex mutex;
@@ -77,8 +77,8 @@ Result<std::unique_ptr<ByteReader>> FaultGate::open(const std::string& file) {
     return std::unique_ptr<ByteReader>(std::make_unique<Reader>(std::move(*reader), m_state));
 }
 
-std::shared_ptr<const Contents> FaultGate::tracks() const {
+std::shared_ptr<const model::Contents> FaultGate::tracks() const {
     return m_medium->tracks();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** What is wrong with the drive. */
 enum class DriveFault {
@@ -24,7 +24,7 @@ public:
     std::string label() const override;
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
-    std::shared_ptr<const Contents> tracks() const override;
+    std::shared_ptr<const model::Contents> tracks() const override;
     bool hasFilesToo() const override { return m_medium->hasFilesToo(); }
 
 private:
@@ -34,4 +34,4 @@ private:
     std::shared_ptr<State> m_state;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -91,4 +91,4 @@ Result<std::shared_ptr<Medium>> openFileSystem(const std::string& image) {
     });
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -2,7 +2,7 @@
 
 #include "services/disc/medium/IsoMedium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** The file system of an image that `opener` opens, whichever it is: UDF, else ISO 9660. `image` names it in error
  * texts, which say what it is instead. */
@@ -10,4 +10,4 @@ Result<std::shared_ptr<Medium>> openFileSystem(const std::string& image, const I
 /** That of a file that is the image. */
 Result<std::shared_ptr<Medium>> openFileSystem(const std::string& image);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

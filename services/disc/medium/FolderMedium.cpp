@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 FolderMedium::FolderMedium(std::string root) : m_root(std::move(root)) {}
 
@@ -90,4 +90,4 @@ Result<std::unique_ptr<ByteReader>> FolderMedium::open(const std::string& file) 
         std::make_unique<SliceReader>(std::move(*fd), 0, size, absolute(file)));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -3,7 +3,7 @@
 #include "base/UniqueFd.h"
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** A disc that is a folder: a mounted drive or any folder of files. Links are followed. */
 class FolderMedium : public Medium {
@@ -19,4 +19,4 @@ private:
     std::string m_root;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

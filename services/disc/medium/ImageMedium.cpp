@@ -10,17 +10,17 @@
 #include <algorithm>
 #include <functional>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
 // A disc of those tracks of `image` that `isWanted`; null if there is none.
 template <class IsWanted>
-std::shared_ptr<TrackDisc> discOf(DiscImage image, MediaType type, const std::string& form,
+std::shared_ptr<TrackDisc> discOf(DiscImage image, model::MediaType type, const std::string& form,
                                   IsWanted isWanted) {
     auto& tracks = image.tracks;
     tracks.erase(std::remove_if(tracks.begin(), tracks.end(), std::not_fn(isWanted)), tracks.end());
-    if (type != MediaType::AudioCd) {
+    if (type != model::MediaType::AudioCd) {
         image.hidden.reset();
     }
     return tracks.empty() && !image.hidden ? nullptr
@@ -52,11 +52,11 @@ Result<std::shared_ptr<Medium>> openImageMedium(DiscImage image, const std::stri
     // The first track of a VCD is its file system.
     DiscImage films = image;
     films.tracks.erase(films.tracks.begin());
-    if (auto vcd = discOf(std::move(films), MediaType::Vcd, form, isVideoTrack)) {
+    if (auto vcd = discOf(std::move(films), model::MediaType::Vcd, form, isVideoTrack)) {
         return std::shared_ptr<Medium>(std::move(vcd));
     }
-    const auto sound =
-        discOf(image, MediaType::AudioCd, form, [](const ImageTrack& track) { return track.isSound(); });
+    const auto sound = discOf(image, model::MediaType::AudioCd, form,
+                              [](const ImageTrack& track) { return track.isSound(); });
     auto data = openData(image, form);
     if (sound && data) {
         return std::shared_ptr<Medium>(std::make_shared<MixedDisc>(sound, data));
@@ -68,9 +68,9 @@ Result<std::shared_ptr<Medium>> openImageMedium(DiscImage image, const std::stri
         image.tracks.clear();
         image.hidden.reset();
         return std::shared_ptr<Medium>(
-            std::make_shared<TrackDisc>(std::move(image), MediaType::AudioCd, form));
+            std::make_shared<TrackDisc>(std::move(image), model::MediaType::AudioCd, form));
     }
     return data;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -2,7 +2,7 @@
 
 #include "services/disc/medium/DiscImage.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /**
  * The disc that `image` is: a VCD if a track behind the first holds a film, an audio CD if a track holds sound, both
@@ -11,4 +11,4 @@ namespace zm::disc {
  */
 Result<std::shared_ptr<Medium>> openImageMedium(DiscImage image, const std::string& form);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -247,4 +247,4 @@ Result<std::vector<IsoRecord>> readIsoDirectory(ByteReader& image, const IsoVolu
     return records;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

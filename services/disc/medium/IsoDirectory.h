@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** A run of bytes in a disc image. */
 struct IsoExtent {
@@ -42,4 +42,4 @@ Result<IsoVolume> readIsoVolume(ByteReader& image, uint64_t session = 0);
 Result<std::vector<IsoRecord>> readIsoDirectory(ByteReader& image, const IsoVolume& volume,
                                                 const IsoExtent& extent);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

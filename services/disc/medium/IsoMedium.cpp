@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -158,7 +158,7 @@ Result<std::vector<Entry>> IsoMedium::list(const std::string& folder) {
         const auto target = each.link.empty() ? std::optional(each) : resolve(folder, each.link);
         if (!target) {
             logWarning("%s: %s: stands for what is not there\n", m_image.c_str(),
-                       cleanText(join(folder, each.name)).c_str());
+                       text::cleanText(join(folder, each.name)).c_str());
             continue;
         }
         IsoRecord record = *target;
@@ -198,4 +198,4 @@ Result<std::unique_ptr<ByteReader>> IsoMedium::open(const std::string& file) {
                                      : std::move(bytes);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -6,7 +6,7 @@
 #include <map>
 #include <mutex>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /**
  * A disc image with an ISO 9660 file system, read without mounting it. Names come from Rock Ridge or Joliet
@@ -49,4 +49,4 @@ private:
     int m_links = 0; ///< followed so far
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

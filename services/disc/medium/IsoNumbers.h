@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 inline constexpr uint32_t IsoBlockSize = 2048;
 
@@ -21,4 +21,4 @@ constexpr uint32_t isoNumber32(std::string_view bytes, size_t place) {
     return number;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

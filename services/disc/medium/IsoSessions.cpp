@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -102,4 +102,4 @@ IsoSession findNewestSession(ByteReader& image) {
     return found;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

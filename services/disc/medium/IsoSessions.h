@@ -2,7 +2,7 @@
 
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** Where in an image the file system to be read is. */
 struct IsoSession {
@@ -32,4 +32,4 @@ private:
     uint64_t m_shift;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** Reads one opened file of a disc at any place. One thread at a time. */
 class ByteReader {
@@ -55,7 +55,7 @@ public:
     virtual Result<std::unique_ptr<ByteReader>> open(const std::string& file) = 0;
     /** All that is on a disc of tracks; null for a disc of files, which has to be searched. Does not block.
      */
-    virtual std::shared_ptr<const Contents> tracks() const { return nullptr; }
+    virtual std::shared_ptr<const model::Contents> tracks() const { return nullptr; }
     /** Whether a disc of tracks has files, too: then it has to be searched. Does not block. */
     virtual bool hasFilesToo() const { return false; }
 
@@ -67,4 +67,4 @@ private:
     DiscDescription m_description;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -47,4 +47,4 @@ Result<std::unique_ptr<ByteReader>> MixedDisc::open(const std::string& file) {
     return path ? m_files->open(*path) : m_tracks->open(file);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -2,7 +2,7 @@
 
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /**
  * A disc with both tracks of sound and files. The tracks are the files of its root; the files stand in one folder
@@ -14,7 +14,7 @@ public:
     std::string label() const override { return m_tracks->label(); }
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
-    std::shared_ptr<const Contents> tracks() const override { return m_tracks->tracks(); }
+    std::shared_ptr<const model::Contents> tracks() const override { return m_tracks->tracks(); }
     bool hasFilesToo() const override { return true; }
 
 private:
@@ -23,4 +23,4 @@ private:
     std::string m_folder; ///< of the files
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <filesystem>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -117,4 +117,4 @@ Opened openMedium(const std::string& path) {
     return Error{path + ": not a disc image"};
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

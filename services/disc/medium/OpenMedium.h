@@ -2,7 +2,7 @@
 
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /**
  * The disc at `path`: a folder, an image of a data disc, or the description of an image or its sectors (with a
@@ -11,4 +11,4 @@ namespace zm::disc {
  */
 Result<std::shared_ptr<Medium>> openMedium(const std::string& path);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -49,10 +49,10 @@ Result<DiscImage> readRawImage(const std::string& path) {
     }
     const auto& format = *trackFormat(*mode == 1 ? "MODE1/2352" : "MODE2/2352");
     const auto size = static_cast<uint64_t>(info.st_size) / format.sectorSize * format.sectorSize;
-    const std::string label = cleanText(std::filesystem::path(path).stem().string());
+    const std::string label = text::cleanText(std::filesystem::path(path).stem().string());
     return DiscImage{path,  {}, {},
                      label, {}, {{format, {}, {}, {}, {{TrackPiece::Form::Plain, path, 0, size}}, {}, 0}},
                      {}};
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -2,7 +2,7 @@
 
 #include "services/disc/medium/IsoNumbers.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -113,4 +113,4 @@ std::optional<size_t> rockRidgeSkip(std::string_view area) {
     return static_cast<unsigned char>(area[6]);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

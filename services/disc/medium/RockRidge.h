@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** What the system-use part of a record adds to it. */
 struct RockRidge {
@@ -24,4 +24,4 @@ RockRidge readRockRidge(ByteReader& image, std::string_view area);
  * nothing when it does not. */
 std::optional<size_t> rockRidgeSkip(std::string_view area);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

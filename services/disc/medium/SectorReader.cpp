@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -58,4 +58,4 @@ Result<std::unique_ptr<ByteReader>> openSectors(const ImageTrack& track, const s
         std::make_unique<SectorReader>(std::move(*sectors), track.format, bytes, offset, size));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -3,7 +3,7 @@
 #include "services/disc/medium/DiscImage.h"
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** Bytes of its own that a data sector has: of a file system, and of a film. */
 inline constexpr uint32_t FileSectorBytes = 2048;
@@ -32,4 +32,4 @@ Result<std::unique_ptr<ByteReader>> openSectors(const ImageTrack& track, const s
                                                 uint32_t bytes, uint64_t offset = 0,
                                                 uint64_t size = UINT64_MAX);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

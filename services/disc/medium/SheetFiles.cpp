@@ -8,7 +8,7 @@
 #include <cctype>
 #include <filesystem>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -122,4 +122,4 @@ Result<std::string> readSmallFile(const std::string& path, size_t most) {
     return text;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -4,7 +4,7 @@
 #include "services/disc/image/SoundHeader.h"
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** A file that a description of a disc names. */
 struct FoundSheetFile {
@@ -21,4 +21,4 @@ Result<FoundSheetFile> findSheetFile(const std::string& folder, const SheetFile&
 /** At most `most` bytes of the file at `path`. */
 Result<std::string> readSmallFile(const std::string& path, size_t most);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 Result<size_t> SliceReader::readAt(uint64_t offset, std::span<char> buffer) {
     if (offset >= m_size) {
@@ -40,4 +40,4 @@ Result<std::unique_ptr<ByteReader>> openSlice(const std::string& path, uint64_t 
     return std::unique_ptr<ByteReader>(std::make_unique<SliceReader>(std::move(fd), offset, size, name));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -3,7 +3,7 @@
 #include "base/UniqueFd.h"
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** `size` bytes of an open file from `base` on: a whole file, or a file's extent inside a disc image. */
 class SliceReader : public ByteReader {
@@ -25,4 +25,4 @@ private:
 Result<std::unique_ptr<ByteReader>> openSlice(const std::string& path, uint64_t offset, uint64_t size,
                                               const std::string& name);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

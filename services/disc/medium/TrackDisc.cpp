@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -17,21 +17,21 @@ std::string twoDigits(int number) {
     return std::string(digits.size() < 2 ? 1 : 0, '0') + digits;
 }
 
-std::string extensionOf(const ImageTrack& track, MediaKind kind) {
-    return !track.extension.empty() ? track.extension : kind == MediaKind::Music ? ".wav" : ".mpg";
+std::string extensionOf(const ImageTrack& track, model::MediaKind kind) {
+    return !track.extension.empty() ? track.extension : kind == model::MediaKind::Music ? ".wav" : ".mpg";
 }
 
-Contents contentsOf(const DiscImage& image, MediaType type, MediaKind kind) {
-    Contents contents;
+model::Contents contentsOf(const DiscImage& image, model::MediaType type, model::MediaKind kind) {
+    model::Contents contents;
     contents.trackType = type;
-    Folder root{RootFolder, 0, "", image.label, {}};
-    root.counts[kindIndex(kind)].files = static_cast<int>(image.tracks.size());
+    model::Folder root{RootFolder, 0, "", image.label, {}};
+    root.counts[model::kindIndex(kind)].files = static_cast<int>(image.tracks.size());
     contents.folders.push_back(std::move(root));
-    auto& items = contents.items[kindIndex(kind)];
-    DiscIdentity identity;
+    auto& items = contents.items[model::kindIndex(kind)];
+    model::DiscIdentity identity;
     for (const auto& track : image.tracks) {
         const int number = static_cast<int>(items.size()) + 1;
-        Item item{RootFolder, number, twoDigits(number) + extensionOf(track, kind), track.title, {}};
+        model::Item item{RootFolder, number, twoDigits(number) + extensionOf(track, kind), track.title, {}};
         if (item.name.empty()) {
             item.name = "Track " + twoDigits(number);
         }
@@ -50,12 +50,12 @@ Contents contentsOf(const DiscImage& image, MediaType type, MediaKind kind) {
 
 } // namespace
 
-TrackDisc::TrackDisc(DiscImage image, MediaType type, const std::string& form)
+TrackDisc::TrackDisc(DiscImage image, model::MediaType type, const std::string& form)
     : m_image(std::move(image)), m_type(type) {
     if (m_image.hidden) {
         m_image.tracks.push_back(*m_image.hidden);
     }
-    m_contents = std::make_shared<const Contents>(contentsOf(m_image, type, kind()));
+    m_contents = std::make_shared<const model::Contents>(contentsOf(m_image, type, kind()));
     DiscDescription description{form, m_image.catalogNumber, {}};
     for (const auto& track : m_image.tracks) {
         description.isrcs.push_back(track.isrc);
@@ -63,8 +63,8 @@ TrackDisc::TrackDisc(DiscImage image, MediaType type, const std::string& form)
     describe(std::move(description));
 }
 
-MediaKind TrackDisc::kind() const {
-    return m_type == MediaType::AudioCd ? MediaKind::Music : MediaKind::Video;
+model::MediaKind TrackDisc::kind() const {
+    return m_type == model::MediaType::AudioCd ? model::MediaKind::Music : model::MediaKind::Video;
 }
 
 Result<std::vector<Entry>> TrackDisc::list(const std::string& folder) {
@@ -80,8 +80,8 @@ Result<std::vector<Entry>> TrackDisc::list(const std::string& folder) {
 
 Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
     const auto& items = m_contents->of(kind());
-    const auto item =
-        std::find_if(items.begin(), items.end(), [&](const Item& each) { return each.rawName == file; });
+    const auto item = std::find_if(items.begin(), items.end(),
+                                   [&](const model::Item& each) { return each.rawName == file; });
     if (item == items.end()) {
         return Error{m_image.path + ": " + file + ": no such track"};
     }
@@ -90,7 +90,7 @@ Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
     if (track.size() == 0) {
         return Error{name + ": " + track.pieces.front().file + " ends before it"};
     }
-    if (kind() == MediaKind::Video) {
+    if (kind() == model::MediaKind::Video) {
         return openVideoTrack(track, name);
     }
     auto sound = openTrack(track, name);
@@ -100,4 +100,4 @@ Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
     return std::unique_ptr<ByteReader>(std::make_unique<WavReader>(std::move(*sound)));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -3,7 +3,7 @@
 #include "services/disc/medium/DiscImage.h"
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /**
  * The image of an audio CD or a VCD. Its tracks, counted from 1 in their order, appear as the files of a disc
@@ -13,18 +13,18 @@ class TrackDisc : public Medium {
 public:
     /** `image`: the tracks to be played, all of one kind; `type`: AudioCd or Vcd; `form`: how it was recognised. A hidden
      * track comes last, so that the others keep their numbers. */
-    TrackDisc(DiscImage image, MediaType type, const std::string& form);
+    TrackDisc(DiscImage image, model::MediaType type, const std::string& form);
     std::string label() const override { return m_image.label; }
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
-    std::shared_ptr<const Contents> tracks() const override { return m_contents; }
+    std::shared_ptr<const model::Contents> tracks() const override { return m_contents; }
 
 private:
-    MediaKind kind() const;
+    model::MediaKind kind() const;
 
     DiscImage m_image;
-    MediaType m_type;
-    std::shared_ptr<const Contents> m_contents;
+    model::MediaType m_type;
+    std::shared_ptr<const model::Contents> m_contents;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

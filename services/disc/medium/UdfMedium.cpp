@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -59,7 +59,7 @@ struct UdfMedium::Volume {
 
 class UdfMedium::Folder {
 public:
-    explicit Folder(UDFDIR* folder) : m_folder(folder, &udfread_closedir) {}
+    explicit model::Folder(UDFDIR* folder) : m_folder(folder, &udfread_closedir) {}
     UDFDIR* get() const { return m_folder.get(); }
     /** The names in it, as the library spells them, and whether they are folders. */
     std::vector<std::pair<std::string, bool>> names() const {
@@ -174,15 +174,15 @@ UdfMedium::openImage(const std::string& image, const IsoMedium::Opener& opener, 
 // Names are looked up as the library spells them, which differs where they have rare characters.
 Result<UdfMedium::Folder> UdfMedium::openFolder(const std::string& path) const {
     const Error unreadable{m_image + ": " + path + ": folder cannot be read"};
-    Folder folder(udfread_opendir(m_volume->library, "/"));
+    model::Folder folder(udfread_opendir(m_volume->library, "/"));
     std::string_view left = path;
     while (folder.get() && !left.empty()) {
         const auto end = std::min(left.find('/'), left.size());
         const std::string name = rareUtf8(std::string(left.substr(0, end)));
         left.remove_prefix(std::min(left.size(), end + 1));
-        folder = Folder(udfread_opendir_at(folder.get(), name.c_str()));
+        folder = model::Folder(udfread_opendir_at(folder.get(), name.c_str()));
     }
-    return folder.get() ? Result<Folder>(std::move(folder)) : unreadable;
+    return folder.get() ? Result<model::Folder>(std::move(folder)) : unreadable;
 }
 
 Result<std::vector<Entry>> UdfMedium::list(const std::string& folder) {
@@ -225,4 +225,4 @@ Result<std::unique_ptr<ByteReader>> UdfMedium::open(const std::string& file) {
     return std::unique_ptr<ByteReader>(std::make_unique<FileReader>(m_volume, found, std::move(*image)));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -5,7 +5,7 @@
 
 #include <mutex>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** A disc image with a UDF file system, read without mounting it. */
 class UdfMedium : public Medium {
@@ -24,7 +24,7 @@ private:
     class Folder;
     class FileReader;
     UdfMedium(std::string image, IsoMedium::Opener opener, std::shared_ptr<Volume> volume);
-    Result<Folder> openFolder(const std::string& path) const;
+    Result<model::Folder> openFolder(const std::string& path) const;
 
     std::string m_image;
     IsoMedium::Opener m_opener;
@@ -33,4 +33,4 @@ private:
     std::mutex m_mutex; ///< of the library's view of the folders
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -71,4 +71,4 @@ std::string rareUtf8(const std::string& plain) {
     return result;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -120,4 +120,4 @@ std::optional<UdfVolume> findUdfVolume(ByteReader& image) {
     return volume;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

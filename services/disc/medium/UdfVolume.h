@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** What the descriptors of a UDF file system say of it. */
 struct UdfVolume {
@@ -20,4 +20,4 @@ struct UdfVolume {
 /** Looks whether there is a UDF file system. Does not follow its folders; blocks as long as `image` does. */
 std::optional<UdfVolume> findUdfVolume(ByteReader& image);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -45,4 +45,4 @@ Result<std::unique_ptr<ByteReader>> openVideoTrack(const ImageTrack& track, cons
     return openSectors(track, name, FilmSectorBytes, beginning(track).value_or(0));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -56,4 +56,4 @@ Result<size_t> WavReader::readAt(uint64_t offset, std::span<char> buffer) {
     return done + *count;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

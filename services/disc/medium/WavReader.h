@@ -2,7 +2,7 @@
 
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** Puts the header of a WAV file in front of the bare sound of a CD, so that it is played like any file. */
 class WavReader : public ByteReader {
@@ -17,4 +17,4 @@ private:
     std::string m_header;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 namespace {
 
@@ -110,4 +110,4 @@ Result<std::unique_ptr<ByteReader>> openZisofs(std::unique_ptr<ByteReader> file,
         std::make_unique<ZisofsReader>(std::move(file), header, std::move(table), name));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

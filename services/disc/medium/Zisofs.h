@@ -2,7 +2,7 @@
 
 #include "services/disc/medium/Medium.h"
 
-namespace zm::disc {
+namespace zm::disc::medium {
 
 /** How a file of an image is compressed. */
 struct ZisofsHeader {
@@ -16,4 +16,4 @@ struct ZisofsHeader {
 Result<std::unique_ptr<ByteReader>> openZisofs(std::unique_ptr<ByteReader> file, const ZisofsHeader& header,
                                                const std::string& name);
 
-} // namespace zm::disc
+} // namespace zm::disc::medium

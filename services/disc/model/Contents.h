@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::model {
 
 /** What a music file says about itself, as UTF-8. Numbers are 0 when unknown. */
 struct Tags {
@@ -87,4 +87,4 @@ struct Contents {
     }
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::model

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <memory>
 
-namespace zm::disc {
+namespace zm::disc::model {
 
 namespace {
 
@@ -43,4 +43,4 @@ std::string DiscIdentity::text() const {
     return g_checksum_get_string(sum.get());
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::model

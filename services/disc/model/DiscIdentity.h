@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::model {
 
 /**
  * Tells discs apart by what is on them: the same files or tracks give the same text, in whatever order they
@@ -24,4 +24,4 @@ private:
     std::vector<std::string> m_parts;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::model

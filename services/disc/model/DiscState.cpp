@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::model {
 
 using Json = nlohmann::ordered_json;
 
@@ -304,4 +304,4 @@ void DiscState::forgetDisc() {
     playSpeed(1);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::model

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::model {
 
 /** Values of "discstate". */
 enum class PlayState {
@@ -189,4 +189,4 @@ private:
     bool m_failing = false;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::model

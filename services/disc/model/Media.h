@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-namespace zm::disc {
+namespace zm::disc::model {
 
 /** What a file of a data disc is; the value is the catalogue's "ftype". */
 enum class MediaKind { Music = 1, Video = 2, Photo = 3 };
@@ -46,4 +46,4 @@ constexpr const KindNumbers* kindOfMediaType(int number) {
     return nullptr;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::model

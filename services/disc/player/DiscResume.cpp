@@ -2,14 +2,14 @@
 
 #include "services/disc/player/PlayOrder.h"
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 namespace {
 
 constexpr std::chrono::seconds KeepInterval{5};
 
-PlayModes modesOf(const ResumePoint& point) {
-    PlayModes modes;
+model::PlayModes modesOf(const ResumePoint& point) {
+    model::PlayModes modes;
     modes.repeat = point.repeat;
     modes.shuffle = point.shuffle;
     return modes;
@@ -17,7 +17,7 @@ PlayModes modesOf(const ResumePoint& point) {
 
 } // namespace
 
-DiscResume::DiscResume(ResumeMemory& memory, std::shared_ptr<const Contents> contents)
+DiscResume::DiscResume(ResumeMemory& memory, std::shared_ptr<const model::Contents> contents)
     : m_memory(memory), m_contents(std::move(contents)), m_item{m_contents->firstKind(), 0} {
     const auto point = m_memory.find(m_contents->identity);
     const auto index =
@@ -33,7 +33,8 @@ DiscResume::~DiscResume() {
     flush();
 }
 
-void DiscResume::moved(const ItemPlace& item, std::chrono::milliseconds position, const PlayModes& modes) {
+void DiscResume::moved(const ItemPlace& item, std::chrono::milliseconds position,
+                       const model::PlayModes& modes) {
     const auto& played = m_contents->of(item.kind)[item.index];
     m_told = ResumePoint{item.kind, played.folderId, played.fileId, position, modes.repeat, modes.shuffle};
     auto kept = m_kept.value_or(ResumePoint{});
@@ -52,4 +53,4 @@ void DiscResume::flush() {
     }
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::player

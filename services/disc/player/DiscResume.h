@@ -4,12 +4,12 @@
 #include "services/disc/player/ResumeMemory.h"
 #include "services/disc/player/TrackAddress.h"
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /** Where the disc in the drive is to go on, and how far it has come since. On the service's loop. */
 class DiscResume {
 public:
-    DiscResume(ResumeMemory& memory, std::shared_ptr<const Contents> contents);
+    DiscResume(ResumeMemory& memory, std::shared_ptr<const model::Contents> contents);
     /** Keeps the last that it was told. */
     ~DiscResume();
     DiscResume(const DiscResume&) = delete;
@@ -19,22 +19,22 @@ public:
     ItemPlace item() const { return m_item; }
     std::chrono::milliseconds position() const { return m_position; }
     /** The disc's own modes; nothing when it is new. */
-    std::optional<PlayModes> modes() const { return m_modes; }
+    std::optional<model::PlayModes> modes() const { return m_modes; }
 
     /** Called often while the disc plays: what is kept is a few seconds old at most. */
-    void moved(const ItemPlace& item, std::chrono::milliseconds position, const PlayModes& modes);
+    void moved(const ItemPlace& item, std::chrono::milliseconds position, const model::PlayModes& modes);
     /** Keeps what it was told last, at once. */
     void flush();
 
 private:
     ResumeMemory& m_memory;
-    std::shared_ptr<const Contents> m_contents;
+    std::shared_ptr<const model::Contents> m_contents;
     ItemPlace m_item;
     std::chrono::milliseconds m_position{0};
-    std::optional<PlayModes> m_modes;
+    std::optional<model::PlayModes> m_modes;
     std::optional<ResumePoint> m_told;
     std::optional<ResumePoint> m_kept;
     std::chrono::steady_clock::time_point m_keptAt;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <random>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 namespace {
 
@@ -14,33 +14,33 @@ namespace {
 constexpr int SubtitleOffset = 80;
 
 // Music that follows is prepared this long before the end: enough for a drive that has to jump to it.
-constexpr Milliseconds PrepareTime{5000};
+constexpr engine::Milliseconds PrepareTime{5000};
 
 // How long each photo of a slide show stands.
-constexpr Milliseconds SlideTime{5000};
+constexpr engine::Milliseconds SlideTime{5000};
 
 // The application takes the number and texts of a track only on its play page, which it opens some time after
 // it has been told the type and the state.
-constexpr Milliseconds PageTime{300};
+constexpr engine::Milliseconds PageTime{300};
 
 // On a voice request the application first opens the list of music. Were its rows still on their way when music
 // plays and the song is found, the list would come up over the song's page.
-constexpr Milliseconds ListTime{500};
+constexpr engine::Milliseconds ListTime{500};
 
 // An item that has played this long counts as playable, whatever happens later.
-constexpr Milliseconds PlayableAfter{1000};
+constexpr engine::Milliseconds PlayableAfter{1000};
 
 // "Previous" begins an item anew that has played this long.
-constexpr Milliseconds RestartAfter{3000};
+constexpr engine::Milliseconds RestartAfter{3000};
 
 struct RepeatRow {
     Repeat mode;
-    Tip tip;
+    model::Tip tip;
 };
-constexpr RepeatRow repeatRows[] = {{Repeat::Off, Tip::RepeatOff},
-                                    {Repeat::All, Tip::RepeatAll},
-                                    {Repeat::Folder, Tip::RepeatFolder},
-                                    {Repeat::One, Tip::RepeatOne}};
+constexpr RepeatRow repeatRows[] = {{Repeat::Off, model::Tip::RepeatOff},
+                                    {Repeat::All, model::Tip::RepeatAll},
+                                    {Repeat::Folder, model::Tip::RepeatFolder},
+                                    {Repeat::One, model::Tip::RepeatOne}};
 
 struct ShuffleRow {
     int requested;
@@ -51,36 +51,39 @@ constexpr ShuffleRow shuffleRows[] = {{1, Shuffle::All}, {2, Shuffle::Folder}, {
 
 struct ScanRow {
     ScanDirection direction;
-    PlayState state;
-    Tip firstTip;
+    model::PlayState state;
+    model::Tip firstTip;
 };
-constexpr ScanRow scanRows[] = {{ScanDirection::Forward, PlayState::Forward, Tip::ForwardX2},
-                                {ScanDirection::Backward, PlayState::Backward, Tip::BackwardX2}};
+constexpr ScanRow scanRows[] = {
+    {ScanDirection::Forward, model::PlayState::Forward, model::Tip::ForwardX2},
+    {ScanDirection::Backward, model::PlayState::Backward, model::Tip::BackwardX2}};
 
-int seconds(Milliseconds time) {
+int seconds(engine::Milliseconds time) {
     return static_cast<int>(std::chrono::duration_cast<std::chrono::seconds>(time).count());
 }
 
-std::vector<int> foldersOf(const std::vector<Item>& items) {
+std::vector<int> foldersOf(const std::vector<model::Item>& items) {
     std::vector<int> folders;
     folders.reserve(items.size());
     std::transform(items.begin(), items.end(), std::back_inserter(folders),
-                   [](const Item& item) { return item.folderId; });
+                   [](const model::Item& item) { return item.folderId; });
     return folders;
 }
 
 } // namespace
 
-FilePlayer::FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-                       std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents,
-                       DiscResume& resume, std::function<void()> unplayable)
+FilePlayer::FilePlayer(EventLoop& loop, model::DiscState& state, model::PlayModes& modes,
+                       engine::Engine& engine, std::shared_ptr<medium::Medium> medium,
+                       std::shared_ptr<const model::Contents> contents, DiscResume& resume,
+                       std::function<void()> unplayable)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)),
       m_contents(std::move(contents)), m_resume(resume), m_unplayable(std::move(unplayable)),
       m_kind(resume.item().kind), m_browsed(m_kind), m_announced(m_kind), m_position(resume.position()),
       m_texts(loop, state), m_skip(loop, state) {
-    for (const auto& row : kinds) {
+    for (const auto& row : model::kinds) {
         if (const auto& items = m_contents->of(row.kind); !items.empty()) {
-            auto& made = m_orders[kindIndex(row.kind)].emplace(foldersOf(items), std::random_device{}());
+            auto& made =
+                m_orders[model::kindIndex(row.kind)].emplace(foldersOf(items), std::random_device{}());
             made.setModes(static_cast<Repeat>(m_modes.repeat), static_cast<Shuffle>(m_modes.shuffle));
         }
     }
@@ -94,7 +97,7 @@ FilePlayer::~FilePlayer() {
 
 void FilePlayer::refuse() {
     m_state.keyInvalid();
-    m_state.tip(Tip::NotAvailable);
+    m_state.tip(model::Tip::NotAvailable);
 }
 
 // ---- source
@@ -102,29 +105,29 @@ void FilePlayer::refuse() {
 void FilePlayer::sourceOn() {
     m_state.repeatTypeAndState();
     announceTrackAgain();
-    if (!std::exchange(m_source, true) && m_playState != PlayState::Error) {
+    if (!std::exchange(m_source, true) && m_playState != model::PlayState::Error) {
         begin(m_position, m_mode);
     }
 }
 
 void FilePlayer::sourceOff() {
     if (std::exchange(m_source, false)) {
-        halt(PlayState::Stopped);
+        halt(model::PlayState::Stopped);
     }
 }
 
 void FilePlayer::playMusic() {
-    if (m_source && m_kind != MediaKind::Music && !m_contents->of(MediaKind::Music).empty()) {
+    if (m_source && m_kind != model::MediaKind::Music && !m_contents->of(model::MediaKind::Music).empty()) {
         m_toMusic = afterDelay(m_loop, ListTime, [this] {
-            choose(MediaKind::Music);
-            begin(Milliseconds{0});
+            choose(model::MediaKind::Music);
+            begin(engine::Milliseconds{0});
         });
     }
 }
 
 // ---- what plays
 
-void FilePlayer::choose(MediaKind kind) {
+void FilePlayer::choose(model::MediaKind kind) {
     m_kind = kind;
     m_browsed = kind;
 }
@@ -148,8 +151,8 @@ void FilePlayer::announceTrack() {
 
 void FilePlayer::announceTexts() {
     const auto& tags = item().tags;
-    const TrackTexts texts{item().name, tags.artist, tags.album};
-    if (m_kind == MediaKind::Music) {
+    const model::TrackTexts texts{item().name, tags.artist, tags.album};
+    if (m_kind == model::MediaKind::Music) {
         m_texts.publish(texts);
     } else {
         m_texts.publishNow(texts);
@@ -163,18 +166,18 @@ void FilePlayer::announceTrackAgain() {
     }
 }
 
-void FilePlayer::begin(Milliseconds position, StartMode mode) {
+void FilePlayer::begin(engine::Milliseconds position, engine::StartMode mode) {
     enter(position, mode);
     m_engine.start(playable(order().current()), *this, position, mode);
 }
 
-Playable FilePlayer::playable(size_t index) const {
-    const Item& item = m_contents->of(m_kind)[index];
+engine::Playable FilePlayer::playable(size_t index) const {
+    const model::Item& item = m_contents->of(m_kind)[index];
     return {m_medium, m_contents->pathOf(item), m_kind, std::chrono::seconds(item.tags.seconds)};
 }
 
 // Publishes the current item, which begins.
-void FilePlayer::enter(Milliseconds position, StartMode mode) {
+void FilePlayer::enter(engine::Milliseconds position, engine::StartMode mode) {
     m_after.reset();
     m_skip.cancel();
     m_passage.clear();
@@ -190,15 +193,16 @@ void FilePlayer::enter(Milliseconds position, StartMode mode) {
     if (m_announced != m_kind) {
         announceType();
     }
-    m_state.videoMode(m_kind == MediaKind::Music ? VideoMode::NoPicture : VideoMode::Picture);
+    m_state.videoMode(m_kind == model::MediaKind::Music ? model::VideoMode::NoPicture
+                                                        : model::VideoMode::Picture);
     announceTrack();
     publishTime();
 }
 
-TrackInfo FilePlayer::trackInfo() {
-    TrackInfo info;
+model::TrackInfo FilePlayer::trackInfo() {
+    model::TrackInfo info;
     info.inFolder = item().fileId;
-    info.filesInFolder = m_contents->folder(item().folderId).counts[kindIndex(m_kind)].files;
+    info.filesInFolder = m_contents->folder(item().folderId).counts[model::kindIndex(m_kind)].files;
     info.onDisc = static_cast<int>(order().current()) + 1;
     info.filesOnDisc = static_cast<int>(m_contents->of(m_kind).size());
     info.folder = item().folderId;
@@ -207,19 +211,19 @@ TrackInfo FilePlayer::trackInfo() {
 
 void FilePlayer::advance() {
     if (order().advance()) {
-        begin(Milliseconds{0});
+        begin(engine::Milliseconds{0});
         return;
     }
-    m_position = Milliseconds{0};
-    halt(PlayState::Stopped);
+    m_position = engine::Milliseconds{0};
+    halt(model::PlayState::Stopped);
     announceTrack();
     publishTime();
-    if (m_kind == MediaKind::Video && m_contents->hasFolders()) {
-        m_state.videoMode(VideoMode::BackToList);
+    if (m_kind == model::MediaKind::Video && m_contents->hasFolders()) {
+        m_state.videoMode(model::VideoMode::BackToList);
     }
 }
 
-void FilePlayer::halt(PlayState state) {
+void FilePlayer::halt(model::PlayState state) {
     m_skip.cancel();
     m_slide.reset();
     m_toMusic.reset();
@@ -230,7 +234,7 @@ void FilePlayer::halt(PlayState state) {
     publishState(state);
 }
 
-void FilePlayer::publishState(PlayState state) {
+void FilePlayer::publishState(model::PlayState state) {
     m_playState = state;
     m_state.playState(state);
     m_resume.flush();
@@ -248,7 +252,7 @@ void FilePlayer::noteResume() {
 }
 
 void FilePlayer::publishStreams() {
-    DvdDetail detail;
+    model::DvdDetail detail;
     detail.audios = static_cast<int>(m_streams.audio.size());
     if (detail.audios > 0) {
         const auto& heard = m_streams.audio[static_cast<size_t>(m_choice.audio)];
@@ -257,7 +261,7 @@ void FilePlayer::publishStreams() {
         detail.audioLanguage = heard.language;
     }
     detail.subtitles = static_cast<int>(m_streams.subtitles.size());
-    if (m_choice.subtitle != StreamChoice::NoSubtitle) {
+    if (m_choice.subtitle != engine::StreamChoice::NoSubtitle) {
         detail.subtitle = SubtitleOffset + m_choice.subtitle + 1;
         detail.subtitleLanguage = m_streams.subtitles[static_cast<size_t>(m_choice.subtitle)].language;
     }
@@ -285,27 +289,27 @@ void FilePlayer::publishModes() {
 
 // ---- reports of the engine
 
-void FilePlayer::engineStreams(const Streams& streams) {
+void FilePlayer::engineStreams(const engine::Streams& streams) {
     m_streams = streams;
     publishStreams();
 }
 
-void FilePlayer::engineStarted(Milliseconds length) {
+void FilePlayer::engineStarted(engine::Milliseconds length) {
     m_length = length;
     publishTime();
-    publishState(m_mode == StartMode::Playing ? PlayState::Playing : PlayState::Paused);
+    publishState(m_mode == engine::StartMode::Playing ? model::PlayState::Playing : model::PlayState::Paused);
     announceTrackAgain();
     showSlide();
 }
 
 void FilePlayer::showSlide() {
-    if (m_kind == MediaKind::Photo && m_mode == StartMode::Playing) {
+    if (m_kind == model::MediaKind::Photo && m_mode == engine::StartMode::Playing) {
         forgetFailures();
         m_slide = afterDelay(m_loop, SlideTime, [this] { advance(); });
     }
 }
 
-void FilePlayer::engineMoved(Milliseconds position, Milliseconds length) {
+void FilePlayer::engineMoved(engine::Milliseconds position, engine::Milliseconds length) {
     m_position = position;
     m_length = length;
     if (position >= PlayableAfter) {
@@ -321,9 +325,9 @@ void FilePlayer::engineMoved(Milliseconds position, Milliseconds length) {
 
 // What would follow by itself at the end; whatever the user does before that, it has not been played.
 void FilePlayer::prepareNext() {
-    const bool nearEnd = m_length > Milliseconds{0} && m_length - m_position <= PrepareTime;
-    if (m_after || !nearEnd || m_kind != MediaKind::Music || m_playState != PlayState::Playing ||
-        m_passage.isOn()) {
+    const bool nearEnd = m_length > engine::Milliseconds{0} && m_length - m_position <= PrepareTime;
+    if (m_after || !nearEnd || m_kind != model::MediaKind::Music ||
+        m_playState != model::PlayState::Playing || m_passage.isOn()) {
         return;
     }
     PlayOrder after = order();
@@ -340,10 +344,10 @@ void FilePlayer::forgetNext() {
     }
 }
 
-void FilePlayer::engineFollowed(Milliseconds length) {
+void FilePlayer::engineFollowed(engine::Milliseconds length) {
     forgetFailures();
     order() = std::move(*m_after);
-    enter(Milliseconds{0}, m_mode);
+    enter(engine::Milliseconds{0}, m_mode);
     engineStarted(length);
 }
 
@@ -352,18 +356,18 @@ void FilePlayer::engineEnded() {
     advance();
 }
 
-void FilePlayer::engineScanned(ScanEdge edge) {
-    if (edge == ScanEdge::End) {
+void FilePlayer::engineScanned(engine::ScanEdge edge) {
+    if (edge == engine::ScanEdge::End) {
         advance();
         return;
     }
-    begin(Milliseconds{0});
+    begin(engine::Milliseconds{0});
 }
 
 void FilePlayer::engineFailed(const std::string& reason) {
-    logWarning("%s: %s\n", cleanText(m_contents->pathOf(item())).c_str(), reason.c_str());
-    if (m_kind != MediaKind::Music) {
-        m_state.tip(Tip::NotAvailable);
+    logWarning("%s: %s\n", text::cleanText(m_contents->pathOf(item())).c_str(), reason.c_str());
+    if (m_kind != model::MediaKind::Music) {
+        m_state.tip(model::Tip::NotAvailable);
     }
     ++m_failures;
     using enum ReadErrorSkip::Counting;
@@ -376,24 +380,25 @@ void FilePlayer::forgetFailures() {
 }
 
 // The first kind, in the order of preference, of which not a whole round has failed; null without one.
-const KindNumbers* FilePlayer::kindToTry() const {
+const model::KindNumbers* FilePlayer::kindToTry() const {
     const int left = m_contents->mixedMask() & ~m_brokenKinds;
-    const auto row = std::find_if(kinds.begin(), kinds.end(),
-                                  [left](const KindNumbers& each) { return (each.mixedBit & left) != 0; });
-    return row == kinds.end() ? nullptr : &*row;
+    const auto row =
+        std::find_if(model::kinds.begin(), model::kinds.end(),
+                     [left](const model::KindNumbers& each) { return (each.mixedBit & left) != 0; });
+    return row == model::kinds.end() ? nullptr : &*row;
 }
 
 // Nothing of this kind can be played; the disc may hold others.
 void FilePlayer::leaveKind() {
     m_failures = 0;
-    m_brokenKinds |= numbersOf(m_kind).mixedBit;
+    m_brokenKinds |= model::numbersOf(m_kind).mixedBit;
     if (const auto* other = kindToTry()) {
         choose(other->kind);
-        begin(Milliseconds{0});
+        begin(engine::Milliseconds{0});
         return;
     }
     m_brokenKinds = 0;
-    halt(PlayState::Error);
+    halt(model::PlayState::Error);
     m_unplayable();
 }
 
@@ -405,7 +410,7 @@ void FilePlayer::skipUnreadable() {
     } else {
         // With "repeat one" the same item would only fail again.
         order().next();
-        begin(Milliseconds{0});
+        begin(engine::Milliseconds{0});
     }
 }
 
@@ -413,16 +418,16 @@ void FilePlayer::skipUnreadable() {
 
 void FilePlayer::next(int, int) {
     order().next();
-    begin(Milliseconds{0});
-    m_state.tip(Tip::Next);
+    begin(engine::Milliseconds{0});
+    m_state.tip(model::Tip::Next);
 }
 
 void FilePlayer::previous(int, int) {
     if (m_position < RestartAfter) {
         order().previous();
     }
-    begin(Milliseconds{0});
-    m_state.tip(Tip::Previous);
+    begin(engine::Milliseconds{0});
+    m_state.tip(model::Tip::Previous);
 }
 
 void FilePlayer::fastForward(int, int) {
@@ -434,9 +439,9 @@ void FilePlayer::fastBackward(int, int) {
 }
 
 void FilePlayer::scan(ScanDirection direction) {
-    const bool running =
-        m_playState == PlayState::Playing || m_playState == PlayState::Paused || m_scan.active();
-    if (!running || m_kind == MediaKind::Photo) {
+    const bool running = m_playState == model::PlayState::Playing ||
+                         m_playState == model::PlayState::Paused || m_scan.active();
+    if (!running || m_kind == model::MediaKind::Photo) {
         refuse();
         return;
     }
@@ -456,7 +461,7 @@ void FilePlayer::leaveScan() {
 }
 
 void FilePlayer::playPause(int, int) {
-    if (m_playState == PlayState::Playing) {
+    if (m_playState == model::PlayState::Playing) {
         pause(0, 0);
     } else {
         play(0, 0);
@@ -464,38 +469,38 @@ void FilePlayer::playPause(int, int) {
 }
 
 void FilePlayer::pause(int, int) {
-    if (m_playState != PlayState::Playing && !m_scan.active()) {
+    if (m_playState != model::PlayState::Playing && !m_scan.active()) {
         return;
     }
     leaveScan();
     m_slide.reset();
-    m_mode = StartMode::Paused;
+    m_mode = engine::StartMode::Paused;
     m_engine.pause();
-    publishState(PlayState::Paused);
-    m_state.tip(Tip::Pause);
+    publishState(model::PlayState::Paused);
+    m_state.tip(model::Tip::Pause);
 }
 
 void FilePlayer::play(int, int) {
-    if (m_playState == PlayState::Playing) {
+    if (m_playState == model::PlayState::Playing) {
         return;
     }
-    m_mode = StartMode::Playing;
-    if (m_playState == PlayState::Paused || m_scan.active()) {
+    m_mode = engine::StartMode::Playing;
+    if (m_playState == model::PlayState::Paused || m_scan.active()) {
         leaveScan();
         m_engine.resume();
-        publishState(PlayState::Playing);
+        publishState(model::PlayState::Playing);
         showSlide();
     } else {
         begin(m_position);
     }
-    m_state.tip(Tip::Play);
+    m_state.tip(model::Tip::Play);
 }
 
 void FilePlayer::stop(int, int) {
-    m_position = Milliseconds{0};
-    halt(PlayState::Stopped);
+    m_position = engine::Milliseconds{0};
+    halt(model::PlayState::Stopped);
     publishTime();
-    m_state.tip(Tip::Stop);
+    m_state.tip(model::Tip::Stop);
 }
 
 void FilePlayer::repeat(int mode, int) {
@@ -528,7 +533,7 @@ void FilePlayer::shuffle(int mode, int) {
 }
 
 void FilePlayer::repeatPassage(int, int) {
-    if (m_playState != PlayState::Playing || m_kind == MediaKind::Photo) {
+    if (m_playState != model::PlayState::Playing || m_kind == model::MediaKind::Photo) {
         refuse();
         return;
     }
@@ -537,7 +542,7 @@ void FilePlayer::repeatPassage(int, int) {
         forgetNext();
     }
     if (change != PassageRepeat::Change::Begun) {
-        m_state.tip(change == PassageRepeat::Change::On ? Tip::RepeatAbOn : Tip::RepeatAbOff);
+        m_state.tip(change == PassageRepeat::Change::On ? model::Tip::RepeatAbOn : model::Tip::RepeatAbOff);
     }
 }
 
@@ -557,34 +562,34 @@ void FilePlayer::subtitle(int, int) {
     }
     const int last = static_cast<int>(m_streams.subtitles.size()) - 1;
     const bool off = m_choice.subtitle == last;
-    useStreams({m_choice.audio, off ? StreamChoice::NoSubtitle : m_choice.subtitle + 1});
+    useStreams({m_choice.audio, off ? engine::StreamChoice::NoSubtitle : m_choice.subtitle + 1});
 }
 
-void FilePlayer::useStreams(const StreamChoice& choice) {
+void FilePlayer::useStreams(const engine::StreamChoice& choice) {
     m_choice = choice;
     m_engine.choose(choice);
     publishStreams();
 }
 
 void FilePlayer::playbackControl(int, int) {
-    if (m_contents->trackType != MediaType::Vcd) {
+    if (m_contents->trackType != model::MediaType::Vcd) {
         refuse();
         return;
     }
     m_playbackControl = !m_playbackControl;
-    m_state.tip(m_playbackControl ? Tip::PbcOn : Tip::PbcOff);
+    m_state.tip(m_playbackControl ? model::Tip::PbcOn : model::Tip::PbcOff);
 }
 
 void FilePlayer::zoom(int, int) {
-    changeView(&PictureView::nextZoom);
+    changeView(&engine::PictureView::nextZoom);
 }
 
 void FilePlayer::rotate(int, int) {
-    changeView(&PictureView::turn);
+    changeView(&engine::PictureView::turn);
 }
 
-void FilePlayer::changeView(void (PictureView::*change)()) {
-    if (m_kind == MediaKind::Music) {
+void FilePlayer::changeView(void (engine::PictureView::*change)()) {
+    if (m_kind == model::MediaKind::Music) {
         refuse();
         return;
     }
@@ -607,37 +612,37 @@ void FilePlayer::playTrack(int first, int second) {
     }
     choose(place->kind);
     order().jumpTo(place->index);
-    begin(Milliseconds{0});
+    begin(engine::Milliseconds{0});
 }
 
 void FilePlayer::seek(int position, int) {
-    const bool running =
-        m_playState == PlayState::Playing || m_playState == PlayState::Paused || m_scan.active();
-    if (!running || m_kind == MediaKind::Photo) {
+    const bool running = m_playState == model::PlayState::Playing ||
+                         m_playState == model::PlayState::Paused || m_scan.active();
+    if (!running || m_kind == model::MediaKind::Photo) {
         refuse();
         return;
     }
-    const Milliseconds wanted = std::chrono::seconds(std::max(0, position));
-    m_position = m_length > Milliseconds{0} ? std::min(wanted, m_length) : wanted;
+    const engine::Milliseconds wanted = std::chrono::seconds(std::max(0, position));
+    m_position = m_length > engine::Milliseconds{0} ? std::min(wanted, m_length) : wanted;
     m_after.reset();
     m_engine.seek(m_position);
     if (m_scan.active()) {
         leaveScan();
         m_engine.resume();
-        publishState(PlayState::Playing);
+        publishState(model::PlayState::Playing);
     }
     publishTime();
 }
 
 void FilePlayer::browse(int mediaType, int folder) {
-    const auto* row = kindOfMediaType(mediaType);
+    const auto* row = model::kindOfMediaType(mediaType);
     if (!row) {
         refuse();
         return;
     }
     m_browsed = row->kind;
     // The catalogue was complete before playing began, so that there is nothing more to fetch.
-    m_state.catalogue(Reading::Complete, std::max(1, folder));
+    m_state.catalogue(model::Reading::Complete, std::max(1, folder));
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::player

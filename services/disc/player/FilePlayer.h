@@ -17,17 +17,17 @@
 #include <memory>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /** The files of a data disc or the tracks of a CD: which one plays, and what each command means for
  * them. */
-class FilePlayer : public Transport, private EngineListener {
+class FilePlayer : public Transport, private engine::Listener {
 public:
     /** `contents` has at least one item; the kind of the one that `resume` names is announced already. Playing
      * begins with `sourceOn`. `unplayable` is called when not one item of a whole round could be played. */
-    FilePlayer(EventLoop& loop, DiscState& state, PlayModes& modes, Engine& engine,
-               std::shared_ptr<Medium> medium, std::shared_ptr<const Contents> contents, DiscResume& resume,
-               std::function<void()> unplayable);
+    FilePlayer(EventLoop& loop, model::DiscState& state, model::PlayModes& modes, engine::Engine& engine,
+               std::shared_ptr<medium::Medium> medium, std::shared_ptr<const model::Contents> contents,
+               DiscResume& resume, std::function<void()> unplayable);
     ~FilePlayer() override;
 
     void sourceOn() override;
@@ -58,68 +58,68 @@ protected:
     void refuse() override;
 
 private:
-    void engineStreams(const Streams& streams) override;
-    void engineStarted(Milliseconds length) override;
-    void engineMoved(Milliseconds position, Milliseconds length) override;
+    void engineStreams(const engine::Streams& streams) override;
+    void engineStarted(engine::Milliseconds length) override;
+    void engineMoved(engine::Milliseconds position, engine::Milliseconds length) override;
     void engineEnded() override;
-    void engineFollowed(Milliseconds length) override;
-    void engineScanned(ScanEdge edge) override;
+    void engineFollowed(engine::Milliseconds length) override;
+    void engineScanned(engine::ScanEdge edge) override;
     void engineFailed(const std::string& reason) override;
 
-    PlayOrder& order() { return *m_orders[kindIndex(m_kind)]; }
-    const Item& item() { return m_contents->of(m_kind)[order().current()]; }
-    void choose(MediaKind kind);
-    void begin(Milliseconds position, StartMode mode = StartMode::Playing);
-    void enter(Milliseconds position, StartMode mode);
-    Playable playable(size_t index) const;
+    PlayOrder& order() { return *m_orders[model::kindIndex(m_kind)]; }
+    const model::Item& item() { return m_contents->of(m_kind)[order().current()]; }
+    void choose(model::MediaKind kind);
+    void begin(engine::Milliseconds position, engine::StartMode mode = engine::StartMode::Playing);
+    void enter(engine::Milliseconds position, engine::StartMode mode);
+    engine::Playable playable(size_t index) const;
     void prepareNext();
     void forgetNext();
     void advance();
     void forgetFailures();
-    const KindNumbers* kindToTry() const;
+    const model::KindNumbers* kindToTry() const;
     void leaveKind();
     void skipUnreadable();
-    void halt(PlayState state);
+    void halt(model::PlayState state);
     void scan(ScanDirection direction);
     void leaveScan();
     void showSlide();
-    void changeView(void (PictureView::*change)());
-    void useStreams(const StreamChoice& choice);
+    void changeView(void (engine::PictureView::*change)());
+    void useStreams(const engine::StreamChoice& choice);
     void forgetStreams();
     void announceType();
     void announceTrack();
     void announceTexts();
     void announceTrackAgain();
     void publishStreams();
-    void publishState(PlayState state);
+    void publishState(model::PlayState state);
     void noteResume();
     void publishTime();
     void publishModes();
-    TrackInfo trackInfo();
+    model::TrackInfo trackInfo();
 
     EventLoop& m_loop;
-    DiscState& m_state;
-    PlayModes& m_modes;
-    Engine& m_engine;
-    std::shared_ptr<Medium> m_medium;
-    std::shared_ptr<const Contents> m_contents;
+    model::DiscState& m_state;
+    model::PlayModes& m_modes;
+    engine::Engine& m_engine;
+    std::shared_ptr<medium::Medium> m_medium;
+    std::shared_ptr<const model::Contents> m_contents;
     DiscResume& m_resume;
     std::function<void()> m_unplayable;
-    std::array<std::optional<PlayOrder>, KindCount> m_orders;
-    MediaKind m_kind;
-    MediaKind m_browsed;
-    MediaKind m_announced; ///< kind of the "mediatype" published last
-    PlayState m_playState = PlayState::Loading;
+    std::array<std::optional<PlayOrder>, model::KindCount> m_orders;
+    model::MediaKind m_kind;
+    model::MediaKind m_browsed;
+    model::MediaKind m_announced; ///< kind of the "mediatype" published last
+    model::PlayState m_playState = model::PlayState::Loading;
     bool m_source = false;
-    StartMode m_mode = StartMode::Playing;
-    Milliseconds m_position{0};
-    Milliseconds m_length{0};
+    engine::StartMode m_mode = engine::StartMode::Playing;
+    engine::Milliseconds m_position{0};
+    engine::Milliseconds m_length{0};
     ScanSpeed m_scan;
     PassageRepeat m_passage;
     std::optional<PlayOrder> m_after; ///< the order once what is prepared follows
-    PictureView m_view;
-    Streams m_streams; ///< of a video that plays
-    StreamChoice m_choice;
+    engine::PictureView m_view;
+    engine::Streams m_streams; ///< of a video that plays
+    engine::StreamChoice m_choice;
     bool m_playbackControl = false; ///< what the user has set for a VCD
     LateTexts m_texts;
     SourceHandle m_again;   ///< runs until a track is announced once more
@@ -130,4 +130,4 @@ private:
     ReadErrorSkip m_skip;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 namespace {
 
@@ -15,16 +15,16 @@ constexpr std::array Pauses = {milliseconds(60), milliseconds(60), milliseconds(
 
 } // namespace
 
-LateTexts::LateTexts(EventLoop& loop, DiscState& state) : m_loop(loop), m_state(state) {}
+LateTexts::LateTexts(EventLoop& loop, model::DiscState& state) : m_loop(loop), m_state(state) {}
 
-void LateTexts::publish(const TrackTexts& texts) {
+void LateTexts::publish(const model::TrackTexts& texts) {
     m_texts = texts;
     m_state.texts(texts);
     m_step = 0;
     wait();
 }
 
-void LateTexts::publishNow(const TrackTexts& texts) {
+void LateTexts::publishNow(const model::TrackTexts& texts) {
     m_timer.reset();
     m_state.texts(texts);
 }
@@ -40,4 +40,4 @@ void LateTexts::wait() {
     });
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /**
  * Publishes a song's texts with its number and again behind it. The application passes a song's title on when it is
@@ -14,20 +14,20 @@ namespace zm::disc {
  */
 class LateTexts {
 public:
-    LateTexts(EventLoop& loop, DiscState& state);
+    LateTexts(EventLoop& loop, model::DiscState& state);
     /** Publishes `texts` at once and several times later; those that were to come again are dropped. */
-    void publish(const TrackTexts& texts);
+    void publish(const model::TrackTexts& texts);
     /** Publishes `texts` at once and only once. */
-    void publishNow(const TrackTexts& texts);
+    void publishNow(const model::TrackTexts& texts);
 
 private:
     void wait();
 
     EventLoop& m_loop;
-    DiscState& m_state;
-    TrackTexts m_texts;
+    model::DiscState& m_state;
+    model::TrackTexts m_texts;
     size_t m_step = 0;
     SourceHandle m_timer;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /** A-B repeat: the first press marks A, the second B, the third ends it. */
 class PassageRepeat {
@@ -38,4 +38,4 @@ private:
     std::optional<Time> m_end;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

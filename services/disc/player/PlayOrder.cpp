@@ -4,7 +4,7 @@
 #include <array>
 #include <numeric>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 namespace {
 
@@ -114,4 +114,4 @@ std::optional<size_t> PlayOrder::advance() {
     return next();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::player

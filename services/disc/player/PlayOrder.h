@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /** Values of "repeat" in "playstate". */
 enum class Repeat { Off = 1, All = 2, Folder = 4, One = 8 };
@@ -59,4 +59,4 @@ private:
     size_t m_place = 0;          ///< of the current item in the round
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

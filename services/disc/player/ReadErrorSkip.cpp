@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 namespace {
 
@@ -14,7 +14,7 @@ using Answer = std::optional<std::pair<int, int>>;
 
 // The application goes to the next item. At a folder's end it sends item 1 with the item's number plus one in
 // the place of the folder, at a disc's end track 1.
-Answer expectedAnswer(const TrackInfo& failed, Counting counting) {
+Answer expectedAnswer(const model::TrackInfo& failed, Counting counting) {
     const bool onDisc = counting == Counting::OnDisc;
     const int number = onDisc ? failed.onDisc : failed.inFolder;
     const int count = onDisc ? failed.filesOnDisc : failed.filesInFolder;
@@ -30,11 +30,11 @@ Answer expectedAnswer(const TrackInfo& failed, Counting counting) {
 
 } // namespace
 
-void ReadErrorSkip::begin(const TrackInfo& failed, Counting counting, std::function<void()> moveOn) {
+void ReadErrorSkip::begin(const model::TrackInfo& failed, Counting counting, std::function<void()> moveOn) {
     m_answer = expectedAnswer(failed, counting);
     m_answerEnd = std::chrono::steady_clock::now() + LateAnswerTime;
     m_moveOn = std::move(moveOn);
-    m_state.error(DeviceError::Read);
+    m_state.error(model::DeviceError::Read);
     m_timer = afterDelay(m_loop, AnswerTime, [this] { finish(); });
 }
 
@@ -52,15 +52,15 @@ bool ReadErrorSkip::swallows(int first, int second) {
 
 void ReadErrorSkip::finish() {
     m_timer.reset();
-    m_state.error(DeviceError::None);
+    m_state.error(model::DeviceError::None);
     std::exchange(m_moveOn, nullptr)();
 }
 
 void ReadErrorSkip::cancel() {
     m_timer.reset();
     if (std::exchange(m_moveOn, nullptr)) {
-        m_state.error(DeviceError::None);
+        m_state.error(model::DeviceError::None);
     }
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -7,7 +7,7 @@
 #include <functional>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /**
  * The moment between an unreadable item and the next one. The application answers a read error with a
@@ -20,10 +20,10 @@ public:
     /** What the application counts in its answer: the files of a folder or the tracks of a disc. */
     enum class Counting { InFolder, OnDisc };
 
-    ReadErrorSkip(EventLoop& loop, DiscState& state) : m_loop(loop), m_state(state) {}
+    ReadErrorSkip(EventLoop& loop, model::DiscState& state) : m_loop(loop), m_state(state) {}
 
     /** Announces that the item described by `failed` cannot be read; later calls `moveOn`. */
-    void begin(const TrackInfo& failed, Counting counting, std::function<void()> moveOn);
+    void begin(const model::TrackInfo& failed, Counting counting, std::function<void()> moveOn);
     /** Whether "PlayTrack(first, second)" is the application's answer to the error; then it is dealt with. */
     bool swallows(int first, int second);
     /** The user has chosen something else: `moveOn` is forgotten. */
@@ -32,11 +32,11 @@ public:
 private:
     void finish();
     EventLoop& m_loop;
-    DiscState& m_state;
+    model::DiscState& m_state;
     SourceHandle m_timer;
     std::function<void()> m_moveOn;
     std::optional<std::pair<int, int>> m_answer;
     std::chrono::steady_clock::time_point m_answerEnd;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -9,13 +9,13 @@
 #include <cstdio>
 #include <memory>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 namespace {
 
 constexpr int BusyMilliseconds = 2000;
-constexpr int FirstKind = static_cast<int>(MediaKind::Music);
-constexpr int LastKind = static_cast<int>(MediaKind::Photo);
+constexpr int FirstKind = static_cast<int>(model::MediaKind::Music);
+constexpr int LastKind = static_cast<int>(model::MediaKind::Photo);
 
 constexpr const char* makeTable =
     "CREATE TABLE IF NOT EXISTS discs (used INTEGER PRIMARY KEY, identity TEXT, kind INTEGER,"
@@ -68,7 +68,7 @@ bool makesSense(const RememberedDisc& disc) {
 RememberedDisc discOf(sqlite3_stmt* row) {
     const auto* identity = reinterpret_cast<const char*>(sqlite3_column_text(row, 0));
     return {identity ? identity : "",
-            {static_cast<MediaKind>(sqlite3_column_int(row, 1)), sqlite3_column_int(row, 2),
+            {static_cast<model::MediaKind>(sqlite3_column_int(row, 1)), sqlite3_column_int(row, 2),
              sqlite3_column_int(row, 3), std::chrono::milliseconds(sqlite3_column_int64(row, 4)),
              sqlite3_column_int(row, 5), sqlite3_column_int(row, 6)}};
 }
@@ -158,4 +158,4 @@ void ResumeFile::putAside(const std::string& reason) {
     std::rename(m_path.c_str(), aside.c_str());
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /** Where a disc was left: the item by its numbers on the disc, and the modes as "playstate" has them. */
 struct ResumePoint {
-    MediaKind kind = MediaKind::Music;
+    model::MediaKind kind = model::MediaKind::Music;
     int folderId = 1;
     int fileId = 1;
     std::chrono::milliseconds position{0};
@@ -46,4 +46,4 @@ private:
     std::string m_path;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -7,7 +7,7 @@
 #include <condition_variable>
 #include <mutex>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 namespace {
 
@@ -89,4 +89,4 @@ void ResumeMemory::keep(const std::string& identity, const ResumePoint& point) {
     m_writer->write(m_discs);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /**
  * The discs that were in the drive last, and where each was left. The file follows within moments, written by
@@ -34,4 +34,4 @@ private:
     std::shared_ptr<Writer> m_writer;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

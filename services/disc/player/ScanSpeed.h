@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 enum class ScanDirection { Forward, Backward };
 
@@ -36,4 +36,4 @@ private:
     size_t m_step = 0;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

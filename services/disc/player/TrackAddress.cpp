@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 namespace {
 
 constexpr uint32_t LargestUnpacked = 0xFFFF;
 
-std::optional<ItemPlace> place(const Contents& contents, MediaKind kind, int folderId, int fileId) {
+std::optional<ItemPlace> place(const model::Contents& contents, model::MediaKind kind, int folderId,
+                               int fileId) {
     const auto index = findItem(contents, kind, folderId, fileId);
     if (!index) {
         return std::nullopt;
@@ -19,11 +20,12 @@ std::optional<ItemPlace> place(const Contents& contents, MediaKind kind, int fol
 
 } // namespace
 
-std::optional<size_t> findItem(const Contents& contents, MediaKind kind, int folderId, int fileId) {
+std::optional<size_t> findItem(const model::Contents& contents, model::MediaKind kind, int folderId,
+                               int fileId) {
     const auto& items = contents.of(kind);
     const std::pair wanted{folderId, fileId};
     const auto found = std::lower_bound(items.begin(), items.end(), wanted,
-                                        [](const Item& item, const std::pair<int, int>& key) {
+                                        [](const model::Item& item, const std::pair<int, int>& key) {
                                             return std::pair{item.folderId, item.fileId} < key;
                                         });
     if (found == items.end() || std::pair{found->folderId, found->fileId} != wanted) {
@@ -32,12 +34,13 @@ std::optional<size_t> findItem(const Contents& contents, MediaKind kind, int fol
     return static_cast<size_t>(found - items.begin());
 }
 
-std::optional<ItemPlace> resolveTrack(const Contents& contents, const TrackContext& context, int a, int b) {
+std::optional<ItemPlace> resolveTrack(const model::Contents& contents, const TrackContext& context, int a,
+                                      int b) {
     const auto number = static_cast<uint32_t>(a);
     if (number > LargestUnpacked) {
-        const auto row = std::find_if(kinds.begin(), kinds.end(),
-                                      [&](const KindNumbers& each) { return each.trackKind == b; });
-        if (row == kinds.end()) {
+        const auto row = std::find_if(model::kinds.begin(), model::kinds.end(),
+                                      [&](const model::KindNumbers& each) { return each.trackKind == b; });
+        if (row == model::kinds.end()) {
             return std::nullopt;
         }
         return place(contents, row->kind, static_cast<int>(number >> 16),
@@ -45,8 +48,8 @@ std::optional<ItemPlace> resolveTrack(const Contents& contents, const TrackConte
     }
     if (b > 0) {
         std::optional<ItemPlace> found;
-        for (const auto kind :
-             {context.browsed, context.playing.kind, MediaKind::Music, MediaKind::Video, MediaKind::Photo}) {
+        for (const auto kind : {context.browsed, context.playing.kind, model::MediaKind::Music,
+                                model::MediaKind::Video, model::MediaKind::Photo}) {
             found = found ? found : place(contents, kind, b, a);
         }
         return found;
@@ -55,4 +58,4 @@ std::optional<ItemPlace> resolveTrack(const Contents& contents, const TrackConte
     return place(contents, context.playing.kind, playing.folderId, a);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::player

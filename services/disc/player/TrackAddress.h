@@ -4,11 +4,11 @@
 
 #include <optional>
 
-namespace zm::disc {
+namespace zm::disc::player {
 
 /** One item of a disc: its kind and its place in the disc's order of that kind. */
 struct ItemPlace {
-    MediaKind kind = MediaKind::Music;
+    model::MediaKind kind = model::MediaKind::Music;
     size_t index = 0;
     bool operator==(const ItemPlace&) const = default;
 };
@@ -16,7 +16,7 @@ struct ItemPlace {
 /** What a "PlayTrack" is seen from: what plays, and which kind the user's lists show. */
 struct TrackContext {
     ItemPlace playing;
-    MediaKind browsed = MediaKind::Music;
+    model::MediaKind browsed = model::MediaKind::Music;
 };
 
 /**
@@ -25,9 +25,11 @@ struct TrackContext {
  * kind; else a `b` above 0 is the folder and the kind the browsed, the playing or any other one that has that
  * file; else `a` is the position in the playing folder.
  */
-std::optional<ItemPlace> resolveTrack(const Contents& contents, const TrackContext& context, int a, int b);
+std::optional<ItemPlace> resolveTrack(const model::Contents& contents, const TrackContext& context, int a,
+                                      int b);
 
 /** Place of file `fileId` of `folderId` among the items of `kind`. */
-std::optional<size_t> findItem(const Contents& contents, MediaKind kind, int folderId, int fileId);
+std::optional<size_t> findItem(const model::Contents& contents, model::MediaKind kind, int folderId,
+                               int fileId);
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -1,8 +1,10 @@
 #pragma once
 
-namespace zm::disc {
-
+namespace zm::disc::medium {
 enum class DriveFault;
+} // namespace zm::disc::medium
+
+namespace zm::disc::player {
 
 /**
  * What the user can ask of a disc that plays. Numbers are those of the command, 0 where it has none. A kind
@@ -19,7 +21,7 @@ public:
     /** The user has asked for a song by voice, the application names it once music plays. */
     virtual void playMusic() {}
     /** The drive is given a fault, where what plays reads the disc by itself. */
-    virtual void driveFault(DriveFault) {}
+    virtual void driveFault(medium::DriveFault) {}
 
     virtual void next(int, int) { refuse(); }
     virtual void previous(int, int) { refuse(); }
@@ -54,4 +56,4 @@ protected:
     virtual void refuse() = 0;
 };
 
-} // namespace zm::disc
+} // namespace zm::disc::player

@@ -11,7 +11,7 @@
 #include <unordered_set>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::text {
 
 namespace {
 
@@ -297,4 +297,4 @@ std::string cleanText(std::string_view text) {
     return clean.substr(first, clean.find_last_not_of(' ') - first + 1);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::text

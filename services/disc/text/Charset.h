@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::text {
 
 /** The character sets that names and tags of car discs are written in when they are not UTF-8. */
 enum class Charset { Gbk, Big5, ShiftJis, EucKr, Cp1251, Latin1 };
@@ -36,4 +36,4 @@ std::string cleanText(std::string_view text);
  * impossible. */
 double plausibility(std::string_view bytes, Charset charset);
 
-} // namespace zm::disc
+} // namespace zm::disc::text

@@ -1,6 +1,6 @@
 #include "services/disc/text/CommonCharacters.h"
 
-namespace zm::disc {
+namespace zm::disc::text {
 
 const std::u32string_view commonSimplified =
     U"的一是了我不人在他有这个上们来到时大地为子中你说生国年着就那和要她出也得里后自以会家可下而过天去能对小"
@@ -47,4 +47,4 @@ const std::u32string_view commonHangul = U"이다는을가에의고하지로한�
                                          U"바람노래사랑그대당신우리친구이별눈물기억추억행복청춘인생길집빛꿈달"
                                          U"빛첫영원안녕오늘내일어머니아버지드라마아리랑세계방송";
 
-} // namespace zm::disc
+} // namespace zm::disc::text

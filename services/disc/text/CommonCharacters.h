@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::text {
 
 /** Characters that make up much of everyday texts, titles and names in one language. */
 extern const std::u32string_view commonSimplified;
@@ -10,4 +10,4 @@ extern const std::u32string_view commonTraditional;
 extern const std::u32string_view commonKanji;
 extern const std::u32string_view commonHangul;
 
-} // namespace zm::disc
+} // namespace zm::disc::text

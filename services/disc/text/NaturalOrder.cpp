@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::text {
 
 namespace {
 
@@ -71,4 +71,4 @@ int compareNatural(std::string_view a, std::string_view b) {
     return a.compare(b);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::text

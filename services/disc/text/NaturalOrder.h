@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::text {
 
 /**
  * Orders names as people do: runs of digits by their value (2 before 10), letters without regard to case, the
@@ -11,4 +11,4 @@ namespace zm::disc {
  */
 int compareNatural(std::string_view a, std::string_view b);
 
-} // namespace zm::disc
+} // namespace zm::disc::text

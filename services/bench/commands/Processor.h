@@ -1,0 +1,57 @@
+#pragma once
+
+#include "services/bench/commands/Run.h"
+#include "services/bench/unit/HeadUnit.h"
+#include "services/ctl/Arguments.h"
+
+#include <memory>
+#include <span>
+#include <string_view>
+
+namespace zm::bench::commands {
+
+/** What a command gets: the head unit, its caller, its words. */
+struct Call {
+    unit::HeadUnit& unit;
+    std::shared_ptr<Run> run;
+    ctl::Arguments arguments;
+};
+
+/** One command; how it is written stands in services/ctl/CommandTexts.h. */
+struct Row {
+    std::string_view name;
+    /** Gives false, having done nothing, when the words do not fit the usage. */
+    bool (*handler)(Call& call);
+};
+
+/** The commands that drive the head unit: one table for zmctl, the page and the tests. Loop's thread only. */
+class Processor {
+public:
+    explicit Processor(unit::HeadUnit& unit) : m_unit(unit) {}
+
+    /** Starts a command; the sink of `run` gets its output and its exit status, at once or later. */
+    void execute(const std::shared_ptr<Run>& run);
+    /** Whether there is a command of that name. */
+    static bool knows(std::string_view name);
+
+private:
+    unit::HeadUnit& m_unit;
+};
+
+/** The rows of each subject, in the order of the help text. */
+std::span<const Row> ppsRows();
+std::span<const Row> launcherRows();
+std::span<const Row> vehicleRows();
+std::span<const Row> inputRows();
+std::span<const Row> discRows();
+std::span<const Row> screenRows();
+std::span<const Row> systemRows();
+
+/** Sends a message to the application and ends the command with its answer. */
+void forward(Call& call, Json message, std::chrono::milliseconds timeout = std::chrono::seconds(10));
+/** Ends the command with a reply of the application. */
+unit::ShellServer::Reply endWith(const std::shared_ptr<Run>& run);
+/** Ends the command as `status` says. */
+void endWith(const std::shared_ptr<Run>& run, const Status& status);
+
+} // namespace zm::bench::commands

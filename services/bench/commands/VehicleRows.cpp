@@ -1,0 +1,61 @@
+#include "services/bench/commands/Processor.h"
+#include "services/ctl/WordKinds.h"
+
+#include <array>
+#include <optional>
+
+namespace zm::bench::commands {
+
+namespace {
+
+bool device(Call& call) {
+    auto& arguments = call.arguments;
+    const bool silent = arguments.flag("--silent");
+    const int id = arguments.number("device", ctl::vehicleDevices());
+    const bool fails = call.run->words().back() == "fail";
+    std::optional<int> value;
+    if (fails) {
+        arguments.word();
+    } else {
+        value = arguments.number();
+    }
+    if (!arguments.complete()) {
+        return false;
+    }
+    if (!ctl::findNumber(ctl::vehicleDevices(), id)) {
+        call.run->fail(ctl::unknownNumber("device", id, ctl::vehicleDevices()));
+        return true;
+    }
+    call.unit.vehicle().setDevice(id, value, silent ? unit::Notice::Silent : unit::Notice::Send,
+                                  endWith(call.run));
+    return true;
+}
+
+bool time(Call& call) {
+    const auto parsed = ctl::parseTimeOfDay(call.arguments.word());
+    const std::string format = call.arguments.more() ? call.arguments.word() : "";
+    if (!call.arguments.complete() || !parsed || (!format.empty() && format != "12" && format != "24")) {
+        return false;
+    }
+    unit::ClockSetting setting = call.unit.vehicle().time();
+    setting.hour = parsed->first;
+    setting.minute = parsed->second;
+    if (!format.empty()) {
+        setting.format = format == "12" ? 1 : 0;
+    }
+    call.unit.vehicle().setTime(setting, endWith(call.run));
+    return true;
+}
+
+constexpr std::array Rows = {
+    Row{"device", device},
+    Row{"time", time},
+};
+
+} // namespace
+
+std::span<const Row> vehicleRows() {
+    return Rows;
+}
+
+} // namespace zm::bench::commands

@@ -1,0 +1,121 @@
+#include "services/disc/dvd/Engine.h"
+
+#include "base/Threads.h"
+#include "services/disc/engine/Decoders.h"
+#include "services/disc/log/Log.h"
+
+#include <condition_variable>
+#include <mutex>
+
+namespace zm::disc::dvd {
+
+namespace {
+
+// Longer than a read's deadline, so that a slow disc is told from a decoder that hangs.
+constexpr engine::Milliseconds StartDeadline{15000};
+constexpr std::chrono::seconds LeaveDeadline{1};
+
+} // namespace
+
+/** Carries a session's reports from its thread to the service's loop. */
+class Engine::Reporter : public Listener {
+public:
+    Reporter(Engine& engine, Listener& listener, std::shared_ptr<Mailbox> mailbox)
+        : m_engine(engine), m_listener(listener), m_mailbox(std::move(mailbox)) {}
+
+    void dvdOpened(const Titles& titles) override {
+        post([titles](Listener& to) { to.dvdOpened(titles); });
+    }
+    void dvdArrived() override {
+        m_mailbox->post([&engine = m_engine] { engine.m_startWatch.reset(); });
+        post([](Listener& to) { to.dvdArrived(); });
+    }
+    void dvdShows(const Scene& scene) override {
+        post([scene](Listener& to) { to.dvdShows(scene); });
+    }
+    void dvdRefused() override {
+        post([](Listener& to) { to.dvdRefused(); });
+    }
+    void dvdScanned(engine::ScanEdge edge) override {
+        post([edge](Listener& to) { to.dvdScanned(edge); });
+    }
+    void dvdGaveUpChapter() override {
+        post([](Listener& to) { to.dvdGaveUpChapter(); });
+    }
+    void dvdEnded() override {
+        post([](Listener& to) { to.dvdEnded(); });
+    }
+    void dvdFailed(const std::string& reason) override {
+        m_mailbox->post([&engine = m_engine] { engine.m_startWatch.reset(); });
+        post([reason](Listener& to) { to.dvdFailed(reason); });
+    }
+
+private:
+    template <class Report>
+    void post(Report report) {
+        m_mailbox->post([&to = m_listener, report] { report(to); });
+    }
+    Engine& m_engine;     ///< as the listener only touched in what the mailbox delivers,
+    Listener& m_listener; ///< that is while it lives
+    std::shared_ptr<Mailbox> m_mailbox;
+};
+
+/** The engine's thread and what lives on it. Kept alive by the thread itself, which may outlast the engine.
+ */
+struct Engine::Worker {
+    EventLoop loop;
+    std::shared_ptr<engine::FrameSink> frames;
+    std::unique_ptr<Reporter> reporter;
+    std::unique_ptr<Session> session;
+    std::mutex mutex;
+    std::condition_variable left;
+    bool gone = false;
+};
+
+Engine::Engine(EventLoop& home, std::shared_ptr<engine::FrameSink> frames, SoundMaker makeSound)
+    : m_home(home), m_mailbox(std::make_shared<Mailbox>(home)), m_worker(std::make_shared<Worker>()) {
+    m_worker->frames = std::move(frames);
+    m_worker->loop.post([worker = m_worker.get(), makeSound = std::move(makeSound)] {
+        engine::initDecoders();
+        worker->session =
+            std::make_unique<Session>(worker->loop, *worker->reporter, *worker->frames, makeSound);
+    });
+}
+
+Engine::~Engine() {
+    m_mailbox->close();
+    m_worker->loop.quit();
+    std::unique_lock lock(m_worker->mutex);
+    if (m_worker->reporter &&
+        !m_worker->left.wait_for(lock, LeaveDeadline, [this] { return m_worker->gone; })) {
+        logWarning("the DVD's decoder hangs and is left behind\n");
+    }
+}
+
+void Engine::start(const std::string& path, Listener& listener, engine::StartMode mode) {
+    m_worker->reporter = std::make_unique<Reporter>(*this, listener, m_mailbox);
+    const auto begun = runInBackground([worker = m_worker] {
+        worker->loop.run();
+        worker->session.reset();
+        worker->frames->clear();
+        std::lock_guard lock(worker->mutex);
+        worker->gone = true;
+        worker->left.notify_all();
+    });
+    if (!begun) {
+        m_worker->reporter.reset();
+        m_mailbox->post([&listener, text = begun.error()] { listener.dvdFailed(text); });
+        return;
+    }
+    post([path, mode](Session& session) { session.start(path, mode); });
+    m_startWatch = afterDelay(m_home, StartDeadline, [this, &listener] {
+        m_mailbox->close();
+        listener.dvdFailed("the decoder does not answer");
+    });
+}
+
+void Engine::post(std::function<void(Session&)> task) {
+    m_worker->loop.post([worker = m_worker.get(), task = std::move(task)] { task(*worker->session); });
+}
+
+} // namespace zm::disc::dvd

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "services/disc/dvd/Engine.h"
+#include "services/disc/model/DiscState.h"
+#include "services/disc/player/PassageRepeat.h"
+#include "services/disc/player/ScanSpeed.h"
+#include "services/disc/player/Transport.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace zm::disc::dvd {
+
+/** A DVD in the drive: what each command means for it, and what the head unit is told of it. */
+class Player : public player::Transport, private Listener {
+public:
+    /** Says why the disc cannot be played (any further). */
+    using Failed = std::function<void(const std::string& reason)>;
+
+    /** Playing begins with `sourceOn`. */
+    Player(EventLoop& loop, model::DiscState& state, model::PlayModes& modes, std::unique_ptr<Engine> engine,
+           std::string path, Failed failed);
+
+    void sourceOn() override;
+    void sourceOff() override;
+
+    void next(int, int) override;
+    void previous(int, int) override;
+    void fastForward(int, int) override;
+    void fastBackward(int, int) override;
+    void playPause(int, int) override;
+    void pause(int, int) override;
+    void play(int, int) override;
+    void stop(int, int) override;
+    void repeat(int mode, int) override;
+    void repeatPassage(int, int) override;
+    void audioChannel(int, int) override;
+    void angle(int, int) override;
+    void subtitle(int, int) override;
+    void zoom(int, int) override;
+    void menu(int, int) override;
+    void titleMenu(int, int) override;
+    void playChapter(int chapter, int) override;
+    void playTitle(int title, int) override;
+    void seek(int position, int) override;
+    void touch(int x, int y) override;
+    void driveFault(medium::DriveFault fault) override;
+
+protected:
+    void refuse() override;
+
+private:
+    void dvdOpened(const Titles& titles) override;
+    void dvdArrived() override;
+    void dvdShows(const Scene& scene) override;
+    void dvdRefused() override;
+    void dvdScanned(engine::ScanEdge edge) override;
+    void dvdGaveUpChapter() override;
+    void dvdEnded() override;
+    void dvdFailed(const std::string& reason) override;
+
+    bool inTitle() const { return m_scene.title > 0; }
+    bool allowed(uint32_t prohibition) const { return (m_scene.prohibited & prohibition) == 0; }
+    bool running() const;
+    int chaptersOf(int title) const;
+    void jump(zm::dvd::Operation operation, int first = 0, int second = 0);
+    void scan(player::ScanDirection direction);
+    void leaveScan();
+    void halt();
+    void publishState(model::PlayState state);
+    void publishTrack();
+    void publishTime();
+    void publishDetail();
+    void followModes();
+
+    EventLoop& m_loop;
+    model::DiscState& m_state;
+    model::PlayModes& m_modes;
+    std::unique_ptr<Engine> m_engine;
+    std::string m_path;
+    Failed m_failed;
+    bool m_started = false;
+    bool m_source = false;
+    bool m_fromBeginning = false; ///< it was stopped twice
+    engine::StartMode m_mode = engine::StartMode::Playing;
+    model::PlayState m_playState = model::PlayState::Loading;
+    Titles m_titles;
+    Scene m_scene;
+    player::ScanSpeed m_scan;
+    player::PassageRepeat m_passage;
+    engine::PictureView m_view;
+    std::string m_published; ///< track and detail published last
+};
+
+} // namespace zm::disc::dvd

@@ -1,6 +1,7 @@
 // A list of 65,535 rows in the application, on a thread of this process: from the tap to the first five rows
 // on the screen and to the last row in the list control, beside a bare loop over the same statement; and how
 // long the view's thread is blocked meanwhile.
+#include "DiscQDB.h"
 #include "ZMModel/CDiscData.h"
 #include "base/Paths.h"
 #include "benchmarks/BenchUnit.h"
@@ -80,7 +81,8 @@ size_t bareLoop(const std::string& path) {
 void write(const std::string& runtime, const std::string& object, const std::string& lines) {
     auto file = PpsFile::open(ppsSocket(runtime), "/pps/zelmar/disc/" + object, 258, 0666);
     require(static_cast<bool>(file), file ? "" : file.error());
-    file->write(lines);
+    const Status written = file->write(lines);
+    require(static_cast<bool>(written), written ? "" : written.error());
 }
 
 /** Milliseconds that the processor has spent on the calling thread. Query and bare loop wait for nothing
@@ -237,7 +239,7 @@ int main(int argc, char** argv) {
     RowWatch rows;
     BenchUnit unit(options, [&](const Image& frame) { rows.composed(frame); });
     test::Application application;
-    require(application.start(""), "the application does not start");
+    require(application.start(), "the application does not start");
     write(runtime, "device", "disc::1\nmixedtype::6\nmediatype::2\n");
     write(runtime, "status", "discstate::2\n");
     write(runtime, "playing", "trackinfo:json:{\"curmediaid\":30000,\"parentFolder\":1}\n");

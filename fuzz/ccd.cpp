@@ -3,6 +3,7 @@
 #include "services/disc/image/CcdSheet.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    zm::fuzz::checkSheet(zm::disc::parseCcdSheet({reinterpret_cast<const char*>(data), size}, "d.img"));
+    zm::fuzz::checkSheet(
+        zm::disc::image::parseCcdSheet({reinterpret_cast<const char*>(data), size}, "d.img"));
     return 0;
 }

@@ -5,6 +5,8 @@
 
 #include <string>
 
+using namespace zm::disc::image;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string bytes(reinterpret_cast<const char*>(data), size);
     for (size_t at = 0; size % 2 == 0 && at + CdTextPackBytes <= size; at += CdTextPackBytes) {

@@ -3,7 +3,7 @@
 #include "services/disc/image/CueSheet.h"
 
 using namespace zm;
-
+using namespace zm::disc::image;
 using namespace zm::fuzz;
 
 namespace {

@@ -2,6 +2,8 @@
 #include "fuzz/support/DiscSheetCheck.h"
 #include "services/disc/image/NrgTrailer.h"
 
+using namespace zm::disc::image;
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     constexpr uint64_t Sectors = 16u << 20;
     const std::string_view trailer(reinterpret_cast<const char*>(data), size);

@@ -8,14 +8,14 @@
 
 namespace zm::fuzz {
 
-inline void checkPiece(const disc::DiscSheet& sheet, const disc::SheetPiece& piece) {
+inline void checkPiece(const disc::image::DiscSheet& sheet, const disc::image::SheetPiece& piece) {
     check(!piece.file || *piece.file < sheet.files.size(), "a piece lies in a file");
     check(piece.file || piece.end, "silence has a length");
     check(!piece.end || *piece.end > piece.begin, "a piece has an end behind its beginning");
 }
 
 /** What every reader of a disc's description promises. */
-inline void checkSheet(const Result<disc::DiscSheet>& sheet) {
+inline void checkSheet(const Result<disc::image::DiscSheet>& sheet) {
     if (!sheet) {
         check(!sheet.error().empty(), "a failure says why");
         check(sheet.error().find('\n') == std::string::npos, "a failure is one line");
@@ -23,7 +23,7 @@ inline void checkSheet(const Result<disc::DiscSheet>& sheet) {
     }
     check(!sheet->tracks.empty() && sheet->tracks.size() <= 99, "a disc has 1 to 99 tracks");
     check(std::none_of(sheet->files.begin(), sheet->files.end(),
-                       [](const disc::SheetFile& file) { return file.rawName.empty(); }),
+                       [](const disc::image::SheetFile& file) { return file.rawName.empty(); }),
           "a file has a name");
     int number = 0;
     for (const auto& track : sheet->tracks) {

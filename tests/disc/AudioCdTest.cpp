@@ -10,6 +10,7 @@
 
 #include <filesystem>
 
+using namespace zm::disc::image;
 using namespace zm::disc::library;
 using namespace zm::disc::medium;
 using namespace zm::disc::model;

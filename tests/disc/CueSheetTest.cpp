@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+using namespace zm::disc::image;
 using namespace zm::test;
 
 namespace {

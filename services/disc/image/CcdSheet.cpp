@@ -7,7 +7,7 @@
 #include <charconv>
 #include <map>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -262,4 +262,4 @@ Result<DiscSheet> parseCcdSheet(std::string_view text, const std::string& image)
     return Parser(image).parse(text);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /**
  * Reads the description of an image in three files (.ccd, .img, .sub): sections of names and values. `image` is the
@@ -15,4 +15,4 @@ namespace zm::disc {
  */
 Result<DiscSheet> parseCcdSheet(std::string_view text, const std::string& image);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

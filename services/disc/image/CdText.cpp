@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -136,4 +136,4 @@ Status addCdText(DiscSheet& sheet, std::string_view bytes) {
     return ok();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

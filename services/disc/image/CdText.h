@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /** Bytes of a pack of CD-TEXT with its check sum. */
 inline constexpr size_t CdTextPackBytes = 18;
@@ -22,4 +22,4 @@ Status addCdText(DiscSheet& sheet, std::string_view bytes);
 /** The check sum of a pack's first 16 bytes. */
 uint16_t cdTextSum(std::string_view pack);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -281,4 +281,4 @@ Result<DiscSheet> parseCueSheet(std::string_view text) {
     return Parser().parse(text);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

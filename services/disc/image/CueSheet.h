@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /**
  * Reads the text of a cue sheet, of any character set. A track lasts from its INDEX 01 to that of the next
@@ -15,4 +15,4 @@ namespace zm::disc {
  */
 Result<DiscSheet> parseCueSheet(std::string_view text);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -2,7 +2,7 @@
 
 #include "services/disc/text/Charset.h"
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -22,9 +22,9 @@ void forEachText(DiscSheet& sheet, Use use) {
 } // namespace
 
 void repairTexts(DiscSheet& sheet) {
-    disc::text::CharsetRepair repair;
+    text::CharsetRepair repair;
     forEachText(sheet, [&](const std::string& text) { repair.learn(text); });
     forEachText(sheet, [&](std::string& text) { text = repair.toUtf8(text); });
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /** Longer sheets are refused. */
 inline constexpr size_t MaxSheetBytes = 256 * 1024;
@@ -60,4 +60,4 @@ struct DiscSheet {
 /** The texts in `sheet` as UTF-8, whatever the character set that all of them are in. */
 void repairTexts(DiscSheet& sheet);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

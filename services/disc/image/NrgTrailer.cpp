@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -206,4 +206,4 @@ Result<DiscSheet> parseNrgTrailer(std::string_view trailer, const std::string& i
     return Parser(image, size).parse(trailer);
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /** The last bytes of such an image say where its trailer begins. */
 inline constexpr size_t NrgFooterBytes = 12;
@@ -20,4 +20,4 @@ std::optional<uint64_t> nrgTrailerPlace(std::string_view footer, uint64_t size);
  */
 Result<DiscSheet> parseNrgTrailer(std::string_view trailer, const std::string& image, uint64_t size);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

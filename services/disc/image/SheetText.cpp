@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <charconv>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -83,7 +83,7 @@ bool isIsrc(std::string_view text) {
 }
 
 Error lineError(int line, std::string_view culprit, const std::string& what) {
-    const std::string shown = culprit.empty() ? "" : disc::text::cleanText(culprit.substr(0, CulpritBytes));
+    const std::string shown = culprit.empty() ? "" : text::cleanText(culprit.substr(0, CulpritBytes));
     return Error{"line " + std::to_string(line) + ": " + (shown.empty() ? "" : shown + ": ") + what};
 }
 
@@ -105,4 +105,4 @@ Status forEachLine(std::string_view text, const std::function<Status(int, std::s
     return ok();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /** The words that the descriptions of discs are made of. */
 
@@ -44,4 +44,4 @@ Error lineError(int line, std::string_view culprit, const std::string& what);
  * error. Any kind of line end, with or without a byte order mark. */
 Status forEachLine(std::string_view text, const std::function<Status(int, std::string_view)>& take);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -124,4 +124,4 @@ Result<SoundHeader> readSoundHeader(const ReadHeaderBytes& read, uint64_t size) 
     return Error{"neither WAVE, AIFF, FLAC nor MP3"};
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

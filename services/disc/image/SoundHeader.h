@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /** What a file of sound is. */
 struct SoundHeader {
@@ -27,4 +27,4 @@ using ReadHeaderBytes = std::function<std::string(uint64_t offset, size_t size)>
 /** Looks at the header of a file of `size` bytes, whatever its name says; the error says what is wrong. */
 Result<SoundHeader> readSoundHeader(const ReadHeaderBytes& read, uint64_t size);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <charconv>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -397,4 +397,4 @@ Result<DiscSheet> parseTocFile(std::string_view text) {
     return Parser(std::move(*tokens)).parse();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /**
  * Reads the text of a TOC file (.toc): what each track is made of, silence and parts of files. What stands before a
@@ -13,4 +13,4 @@ namespace zm::disc {
  */
 Result<DiscSheet> parseTocFile(std::string_view text);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -89,4 +89,4 @@ Result<std::vector<TocToken>> tokensOfToc(std::string_view text) {
     return Lexer(text).run();
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

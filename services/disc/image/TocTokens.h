@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /** A word, a text or a brace of a TOC file. */
 struct TocToken {
@@ -21,4 +21,4 @@ struct TocToken {
 /** Takes a TOC file apart, without its comments. The error names the line. */
 Result<std::vector<TocToken>> tokensOfToc(std::string_view text);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

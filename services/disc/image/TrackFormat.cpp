@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 namespace {
 
@@ -25,4 +25,4 @@ const TrackFormat* trackFormat(std::string_view name) {
     return found == std::end(formats) ? nullptr : found;
 }
 
-} // namespace zm::disc
+} // namespace zm::disc::image

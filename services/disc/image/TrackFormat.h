@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace zm::disc {
+namespace zm::disc::image {
 
 /** Sectors of a disc in a second. */
 inline constexpr int SectorsPerSecond = 75;
@@ -21,4 +21,4 @@ struct TrackFormat {
 /** The format of that name in capitals; null for an unknown one. */
 const TrackFormat* trackFormat(std::string_view name);
 
-} // namespace zm::disc
+} // namespace zm::disc::image

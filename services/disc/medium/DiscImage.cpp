@@ -23,25 +23,25 @@ namespace {
 namespace fs = std::filesystem;
 
 // No disc has more; so much sound also fits into one file.
-constexpr uint64_t MaxTrackSectors = 100 * 60 * SectorsPerSecond;
+constexpr uint64_t MaxTrackSectors = 100 * 60 * image::SectorsPerSecond;
 // A sample of both channels.
 constexpr uint64_t FrameBytes = 4;
 
 using Form = TrackPiece::Form;
 
-TrackPiece place(const SheetPiece& piece, const TrackFormat& format,
+TrackPiece place(const image::SheetPiece& piece, const image::TrackFormat& format,
                  const std::vector<FoundSheetFile>& files) {
     const uint64_t most = MaxTrackSectors * format.sectorSize;
     if (!piece.file) {
         return {Form::Silence, "", 0, std::min(*piece.end, most)};
     }
     const auto& file = files[*piece.file];
-    const bool sound = file.type == SheetFileType::SoundFile;
-    if (sound && file.sound.form == SoundHeader::Form::Encoded) {
+    const bool sound = file.type == image::SheetFileType::SoundFile;
+    if (sound && file.sound.form == image::SoundHeader::Form::Encoded) {
         return {Form::Encoded, file.path, 0, file.size};
     }
-    const bool swapped =
-        sound ? file.sound.form == SoundHeader::Form::Swapped : file.type == SheetFileType::SwappedSectors;
+    const bool swapped = sound ? file.sound.form == image::SoundHeader::Form::Swapped
+                               : file.type == image::SheetFileType::SwappedSectors;
     const uint64_t first = sound ? file.sound.begin : 0;
     const uint64_t all = sound ? file.sound.bytes : file.size;
     const uint64_t end = std::min(piece.end.value_or(all), all);
@@ -51,7 +51,7 @@ TrackPiece place(const SheetPiece& piece, const TrackFormat& format,
     return {swapped ? Form::Swapped : Form::Plain, file.path, first + piece.begin, std::min(bytes, most)};
 }
 
-Result<ImageTrack> place(const SheetTrack& track, const std::vector<FoundSheetFile>& files) {
+Result<ImageTrack> place(const image::SheetTrack& track, const std::vector<FoundSheetFile>& files) {
     ImageTrack placed{track.format, track.title, track.performer, track.isrc, {}, {}, 0};
     for (const auto& piece : track.pieces) {
         placed.pieces.push_back(place(piece, track.format, files));
@@ -71,13 +71,13 @@ Result<ImageTrack> place(const SheetTrack& track, const std::vector<FoundSheetFi
     return placed;
 }
 
-void addTextsOf(DiscSheet& sheet, const std::string& folder, const std::string& path) {
+void addTextsOf(image::DiscSheet& sheet, const std::string& folder, const std::string& path) {
     if (sheet.cdTextFile.empty()) {
         return;
     }
     const auto found = findSheetFile(folder, {sheet.cdTextFile, text::cleanText(sheet.cdTextFile)});
-    const auto bytes = found ? readSmallFile(found->path, MaxSheetBytes + 1) : found.failure();
-    const auto added = bytes ? addCdText(sheet, *bytes) : Status(bytes.failure());
+    const auto bytes = found ? readSmallFile(found->path, image::MaxSheetBytes + 1) : found.failure();
+    const auto added = bytes ? image::addCdText(sheet, *bytes) : Status(bytes.failure());
     if (!added) {
         // The disc can be played without its texts.
         logWarning("%s: %s: %s\n", path.c_str(), text::cleanText(sheet.cdTextFile).c_str(),
@@ -85,7 +85,7 @@ void addTextsOf(DiscSheet& sheet, const std::string& folder, const std::string& 
     }
 }
 
-Result<DiscImage> imageOf(DiscSheet sheet, const std::string& path) {
+Result<DiscImage> imageOf(image::DiscSheet sheet, const std::string& path) {
     const std::string folder = fs::path(path).parent_path().string();
     addTextsOf(sheet, folder, path);
     std::vector<FoundSheetFile> files;
@@ -100,7 +100,8 @@ Result<DiscImage> imageOf(DiscSheet sheet, const std::string& path) {
         sheet.title.empty() ? text::cleanText(fs::path(path).stem().string()) : sheet.title;
     DiscImage image{path, sheet.title, sheet.performer, label, sheet.catalogNumber, {}, {}};
     if (sheet.hidden) {
-        const SheetTrack hidden{0, *trackFormat("AUDIO"), "Hidden track", {}, {}, {*sheet.hidden}};
+        const image::SheetTrack hidden{
+            0, *image::trackFormat("AUDIO"), "Hidden track", {}, {}, {*sheet.hidden}};
         if (auto placed = place(hidden, files)) {
             image.hidden = *placed;
         }
@@ -117,7 +118,7 @@ Result<DiscImage> imageOf(DiscSheet sheet, const std::string& path) {
 
 template <class Parse>
 Result<DiscImage> readText(const std::string& path, Parse parse) {
-    const auto text = readSmallFile(path, MaxSheetBytes + 1);
+    const auto text = readSmallFile(path, image::MaxSheetBytes + 1);
     if (!text) {
         return text.failure();
     }
@@ -134,16 +135,16 @@ struct NrgTrailerPlace {
 };
 std::optional<NrgTrailerPlace> findNrgTrailer(const std::string& path) {
     struct stat info {};
-    if (::stat(path.c_str(), &info) != 0 || info.st_size < static_cast<off_t>(NrgFooterBytes)) {
+    if (::stat(path.c_str(), &info) != 0 || info.st_size < static_cast<off_t>(image::NrgFooterBytes)) {
         return std::nullopt;
     }
     const auto size = static_cast<uint64_t>(info.st_size);
-    auto reader = openSlice(path, size - NrgFooterBytes, NrgFooterBytes, path);
-    std::string footer(NrgFooterBytes, '\0');
+    auto reader = openSlice(path, size - image::NrgFooterBytes, image::NrgFooterBytes, path);
+    std::string footer(image::NrgFooterBytes, '\0');
     if (!reader || !(*reader)->readAt(0, footer)) {
         return std::nullopt;
     }
-    const auto begin = nrgTrailerPlace(footer, size);
+    const auto begin = image::nrgTrailerPlace(footer, size);
     return begin ? std::optional(NrgTrailerPlace{*begin, size}) : std::nullopt;
 }
 
@@ -223,16 +224,16 @@ uint64_t ImageTrack::size() const {
 }
 
 Result<DiscImage> readCueImage(const std::string& path) {
-    return readText(path, parseCueSheet);
+    return readText(path, image::parseCueSheet);
 }
 
 Result<DiscImage> readTocImage(const std::string& path) {
-    return readText(path, parseTocFile);
+    return readText(path, image::parseTocFile);
 }
 
 Result<DiscImage> readCcdImage(const std::string& path) {
     const std::string image = fs::path(path).replace_extension(".img").filename().string();
-    return readText(path, [&](const std::string& text) { return parseCcdSheet(text, image); });
+    return readText(path, [&](const std::string& text) { return image::parseCcdSheet(text, image); });
 }
 
 Result<DiscImage> readNrgImage(const std::string& path) {
@@ -244,13 +245,14 @@ Result<DiscImage> readNrgImage(const std::string& path) {
     if (!reader) {
         return reader.failure();
     }
-    std::string trailer(static_cast<size_t>(std::min<uint64_t>((*reader)->size(), MaxSheetBytes + 1)), '\0');
+    std::string trailer(static_cast<size_t>(std::min<uint64_t>((*reader)->size(), image::MaxSheetBytes + 1)),
+                        '\0');
     const auto count = (*reader)->readAt(0, trailer);
     if (!count) {
         return count.failure();
     }
     trailer.resize(*count);
-    auto sheet = parseNrgTrailer(trailer, fs::path(path).filename().string(), place->size);
+    auto sheet = image::parseNrgTrailer(trailer, fs::path(path).filename().string(), place->size);
     if (!sheet) {
         return Error{path + ": " + sheet.error()};
     }

@@ -15,7 +15,7 @@ struct TrackPiece {
 
 /** A track of a disc image. */
 struct ImageTrack {
-    TrackFormat format{};
+    image::TrackFormat format{};
     std::string title; ///< UTF-8, empty when unknown
     std::string performer;
     std::string isrc;
@@ -25,7 +25,7 @@ struct ImageTrack {
 
     /** Bytes of all of it; 0 if the files end before the track. */
     uint64_t size() const;
-    bool isSound() const { return format.content == TrackFormat::Content::Audio; }
+    bool isSound() const { return format.content == image::TrackFormat::Content::Audio; }
 };
 
 /** The image of a disc that some description names the tracks of. */

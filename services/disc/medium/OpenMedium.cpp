@@ -21,12 +21,12 @@ namespace fs = std::filesystem;
 using Opened = Result<std::shared_ptr<Medium>>;
 
 bool hasExtension(const std::string& path, std::string_view wanted) {
-    return upperCase(fs::path(path).extension().string()) == wanted;
+    return image::upperCase(fs::path(path).extension().string()) == wanted;
 }
 
 // The file beside `path` of the same name with that extension, in any case of letters if it is one case; else empty.
 std::string beside(const std::string& path, const char* extension) {
-    for (const std::string& each : {std::string(extension), upperCase(extension)}) {
+    for (const std::string& each : {std::string(extension), image::upperCase(extension)}) {
         const std::string found = fs::path(path).replace_extension(each).string();
         if (::access(found.c_str(), F_OK) == 0) {
             return found;

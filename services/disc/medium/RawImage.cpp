@@ -20,7 +20,7 @@ constexpr uint64_t LookedAt = 16;
 
 std::optional<int> modeAt(ByteReader& image, uint64_t sector) {
     std::string header(ModePlace + 1, '\0');
-    const auto count = image.readAt(sector * SoundSectorBytes, header);
+    const auto count = image.readAt(sector * image::SoundSectorBytes, header);
     if (!count || *count < header.size() || header.compare(0, Sync.size(), Sync) != 0) {
         return std::nullopt;
     }
@@ -47,7 +47,7 @@ Result<DiscImage> readRawImage(const std::string& path) {
     if (!mode || ::stat(path.c_str(), &info) != 0) {
         return Error{path + ": no sectors of 2352 bytes"};
     }
-    const auto& format = *trackFormat(*mode == 1 ? "MODE1/2352" : "MODE2/2352");
+    const auto& format = *image::trackFormat(*mode == 1 ? "MODE1/2352" : "MODE2/2352");
     const auto size = static_cast<uint64_t>(info.st_size) / format.sectorSize * format.sectorSize;
     const std::string label = text::cleanText(std::filesystem::path(path).stem().string());
     return DiscImage{path,  {}, {},

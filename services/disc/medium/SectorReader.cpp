@@ -11,8 +11,8 @@ constexpr uint64_t MostSectors = 75;
 
 } // namespace
 
-SectorReader::SectorReader(std::unique_ptr<ByteReader> sectors, const TrackFormat& format, uint32_t bytes,
-                           uint64_t offset, uint64_t size)
+SectorReader::SectorReader(std::unique_ptr<ByteReader> sectors, const image::TrackFormat& format,
+                           uint32_t bytes, uint64_t offset, uint64_t size)
     : m_sectors(std::move(sectors)), m_format(format), m_bytes(bytes) {
     const uint64_t all = m_sectors->size() / m_format.sectorSize * m_bytes;
     m_offset = std::min(offset, all);

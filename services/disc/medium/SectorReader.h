@@ -14,14 +14,14 @@ class SectorReader : public ByteReader {
 public:
     /** `size` bytes from `offset` on, or as many as there are. `sectors`: the whole track as it stands in the
      * image, `bytes` of each sector being its own. */
-    SectorReader(std::unique_ptr<ByteReader> sectors, const TrackFormat& format, uint32_t bytes,
+    SectorReader(std::unique_ptr<ByteReader> sectors, const image::TrackFormat& format, uint32_t bytes,
                  uint64_t offset = 0, uint64_t size = UINT64_MAX);
     uint64_t size() const override { return m_size; }
     Result<size_t> readAt(uint64_t offset, std::span<char> buffer) override;
 
 private:
     std::unique_ptr<ByteReader> m_sectors;
-    TrackFormat m_format;
+    image::TrackFormat m_format;
     uint32_t m_bytes;
     uint64_t m_offset;
     uint64_t m_size;

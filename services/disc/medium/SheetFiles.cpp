@@ -42,7 +42,7 @@ bool exists(const std::string& path) {
     return ::stat(path.c_str(), &info) == 0;
 }
 
-Result<std::string> findPath(const fs::path& folder, const SheetFile& file) {
+Result<std::string> findPath(const fs::path& folder, const image::SheetFile& file) {
     for (const auto& each : {file.rawName, file.name}) {
         const fs::path name = localName(each);
         if (name.empty() || std::find(name.begin(), name.end(), "..") != name.end()) {
@@ -66,7 +66,7 @@ Result<std::string> findPath(const fs::path& folder, const SheetFile& file) {
     return Error{file.name + ": no such file"};
 }
 
-Result<SoundHeader> soundHeaderOf(const std::string& path, uint64_t size) {
+Result<image::SoundHeader> soundHeaderOf(const std::string& path, uint64_t size) {
     auto reader = openSlice(path, 0, size, path);
     if (!reader) {
         return reader.failure();
@@ -79,13 +79,13 @@ Result<SoundHeader> soundHeaderOf(const std::string& path, uint64_t size) {
         buffer.resize(count ? *count : 0);
         return buffer;
     };
-    auto header = readSoundHeader(read, size);
-    return failure.empty() ? header : Result<SoundHeader>(Error{failure});
+    auto header = image::readSoundHeader(read, size);
+    return failure.empty() ? header : Result<image::SoundHeader>(Error{failure});
 }
 
 } // namespace
 
-Result<FoundSheetFile> findSheetFile(const std::string& folder, const SheetFile& file) {
+Result<FoundSheetFile> findSheetFile(const std::string& folder, const image::SheetFile& file) {
     const auto path = findPath(folder, file);
     if (!path) {
         return path.failure();
@@ -98,7 +98,7 @@ Result<FoundSheetFile> findSheetFile(const std::string& folder, const SheetFile&
         return readable.failure();
     }
     FoundSheetFile found{*path, static_cast<uint64_t>(info.st_size), file.type, {}};
-    if (file.type == SheetFileType::SoundFile) {
+    if (file.type == image::SheetFileType::SoundFile) {
         auto header = soundHeaderOf(*path, found.size);
         if (!header) {
             return Error{file.name + ": " + header.error()};

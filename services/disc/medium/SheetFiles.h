@@ -10,13 +10,13 @@ namespace zm::disc::medium {
 struct FoundSheetFile {
     std::string path;
     uint64_t size = 0;
-    SheetFileType type = SheetFileType::Sectors;
-    SoundHeader sound; ///< of a file of sound
+    image::SheetFileType type = image::SheetFileType::Sectors;
+    image::SoundHeader sound; ///< of a file of sound
 };
 
 /** Looks for `file` beside the description in `folder` or in folders below; if none is called exactly so, one that
  * differs in the case of its letters counts. The error names the file and what is wrong. */
-Result<FoundSheetFile> findSheetFile(const std::string& folder, const SheetFile& file);
+Result<FoundSheetFile> findSheetFile(const std::string& folder, const image::SheetFile& file);
 
 /** At most `most` bytes of the file at `path`. */
 Result<std::string> readSmallFile(const std::string& path, size_t most);

@@ -40,7 +40,7 @@ model::Contents contentsOf(const DiscImage& image, model::MediaType type, model:
         item.tags.album = image.title;
         const auto sectors = track.size() / track.format.sectorSize;
         item.tags.seconds =
-            track.extension.empty() ? static_cast<int>(sectors / SectorsPerSecond) : track.seconds;
+            track.extension.empty() ? static_cast<int>(sectors / image::SectorsPerSecond) : track.seconds;
         items.push_back(std::move(item));
         identity.addTrack(items.size(), sectors);
     }

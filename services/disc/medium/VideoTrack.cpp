@@ -11,13 +11,13 @@ namespace {
 
 constexpr std::string_view PackStart("\0\0\x01\xBA", 4);
 // A track begins with a second or two of empty sectors.
-constexpr size_t LookedAtSectors = 4 * SectorsPerSecond;
+constexpr size_t LookedAtSectors = 4 * image::SectorsPerSecond;
 
 // Where in the track's bytes the first pack of the film stands.
 std::optional<uint64_t> beginning(const ImageTrack& track) {
     const auto& format = track.format;
     const bool hasRoom = format.headerSize + FilmSectorBytes <= format.sectorSize;
-    if (format.content != TrackFormat::Content::Mode2 || !hasRoom || track.size() == 0) {
+    if (format.content != image::TrackFormat::Content::Mode2 || !hasRoom || track.size() == 0) {
         return std::nullopt;
     }
     const auto reader = openSectors(track, track.pieces.front().file, FilmSectorBytes);

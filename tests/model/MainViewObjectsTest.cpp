@@ -3,7 +3,10 @@
 #include "ListSources.h"
 #include "ZMModel/CDiscData.h"
 #include "launcher/SourceRequest.h"
+#include "lists/ListControls.h"
+#include "lists/ListState.h"
 #include "lists/MediaTypes.h"
+#include "lists/PlayingRow.h"
 #include "pages/Notices.h"
 #include "pages/PageState.h"
 #include "pages/ParkingGate.h"
@@ -71,6 +74,18 @@ TEST_F(MainViewObjects, TheSourceIsAskedForWithTheFirstDiscAndAgainAfterItWasGiv
     EXPECT_FALSE(request.IsRequested());
     request.RequestForDisc("test");
     EXPECT_TRUE(request.IsRequested());
+}
+
+TEST_F(MainViewObjects, WithoutListControlsNoRowIsMarkedAndTheWishToSelectItIsUsedUp) {
+    DiscQDB catalogue(data);
+    ListState lists;
+    const ListControls controls;
+    PlayingRow playingRow(data, catalogue, widgets, lists, controls);
+    for (const bool select : {false, true}) {
+        lists.m_bSelPlayingRow = true;
+        EXPECT_FALSE(playingRow.OnFunc_FolderListJump_Index(LIST_FROM_AUDIO_FOLDERS, select));
+        EXPECT_EQ(lists.m_bSelPlayingRow, !select);
+    }
 }
 
 TEST_F(MainViewObjects, EachKindOfFilesNamesListsOfItsOwn) {

@@ -153,6 +153,21 @@ TEST_F(Drawing, ThePadsDrawWhatTheyChangeAndThenEverything) {
     EXPECT_THAT(drawn(GOTO_ITEM_MODE), ElementsAre("20/527", "20/510", "all"));
 }
 
+TEST_F(Drawing, APageThatIsBeingShownDrawsNoIndicatorByItself) {
+    playClip(DVD);
+    takeDraws();
+    unit.onViewThread([&] {
+        unit.osdView().ShowCurWnd(true);
+        unit.view().ShowWnd(WND_AUDIO_PLAY, true, 0);
+    });
+    const auto draws = takeDraws();
+    for (const int item :
+         {OSD_ITEM_CLOCK, OSD_ITEM_AM, OSD_ITEM_PM, OSD_ITEM_BT, OSD_ITEM_MUTE, OSD_ITEM_TEMP}) {
+        EXPECT_THAT(draws, testing::Not(testing::Contains("1/" + std::to_string(item))));
+        EXPECT_THAT(draws, testing::Not(testing::Contains("6/" + std::to_string(item))));
+    }
+}
+
 TEST_F(Drawing, APauseThatIsOverDoesNotTakeLaterPicturesAway) {
     for (const OsdClip& clip : {DVD, VCD, VIDEO}) {
         SCOPED_TRACE(clip.type);

@@ -24,6 +24,12 @@ TEST_F(GotoMain, OpensForTheFilesOfTheFolder) {
     }
 }
 
+TEST_F(GotoMain, ThePadHasAWayBackInThePlaceOfHome) {
+    open(PLAY_TYPE_CD, {.mediaIds = 12});
+    EXPECT_TRUE(unit.main.item(WND_GOTO, ITEM_BACK).visible);
+    EXPECT_FALSE(unit.main.item(WND_GOTO, ITEM_HOME).visible);
+}
+
 TEST_F(GotoMain, OpensForTheTracksOfACd) {
     open(PLAY_TYPE_CD, {.curMediaIds = 40, .mediaIds = 12});
     EXPECT_EQ(display(), "_/12");

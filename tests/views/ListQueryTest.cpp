@@ -162,6 +162,14 @@ TEST_F(ListQuery, WithoutAQueryATickDoesNothing) {
     EXPECT_THAT(unit.log("FileQueryWait"), IsEmpty());
 }
 
+TEST_F(ListQuery, AfterAFinishedQueryALateTickDoesNothing) {
+    listMusic();
+    press(ITEM_TYPE_ICON);
+    ASSERT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+    expire(2); // was on its way when the timer was killed
+    EXPECT_EQ(unit.main.window(), WND_AUDIO_PLAY);
+}
+
 TEST_F(ListQuery, ASearchWhileAListIsFetchedIsShownInItsPlace) {
     play(PLAY_TYPE_MUSIC);
     press(ITEM_TO_LIST, WND_AUDIO_PLAY);

@@ -83,7 +83,7 @@ private:
         return attribute ? "a" + std::to_string(top().children.size()) : text();
     }
     std::string text() {
-        // C strings end at the first NUL; in a PPS attribute that is no JSON any byte may stand.
+        // C strings end at the first NUL; a PPS attribute that is not JSON may hold any byte.
         std::string result = m_input.ConsumeRandomLengthString(64).c_str();
         const bool plain = m_mode == Mode::Pps && m_open.size() == 2;
         return plain || g_utf8_validate(result.c_str(), -1, nullptr) ? result : "text";

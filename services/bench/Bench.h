@@ -12,7 +12,7 @@
 
 namespace zm::bench {
 
-/** The head unit with its two doors: ctl.sock and the page. Everything on the loop's thread. */
+/** The head unit with its two interfaces, ctl.sock and the page. Everything on the loop's thread. */
 class Bench {
 public:
     Bench(EventLoop& loop, Options options);

@@ -10,7 +10,7 @@ namespace zm::ctl {
 /** The lines of an output, without their ends. */
 std::vector<std::string> outputLines(const std::string& output);
 
-/** Output of `screen`. Of this and the following: what is no such output gives no data or less of it. */
+/** The data in the output of `screen`. Here and below: other text gives a discarded value, or less data. */
 nlohmann::json screenData(const std::string& output);
 /** Output of `pps get`: an object of the attributes; one with encoding "json" as its value, others as text.
  */

@@ -181,7 +181,7 @@ std::string fittingWords(const CommandForm::Place& place) {
     return text;
 }
 
-// Digits that are no number are too many.
+// A word of digits alone that cannot be parsed is a number too large.
 bool isTooLarge(const std::string& word) {
     const std::string digits = word.substr(word.starts_with('-') ? 1 : 0);
     return !digits.empty() && digits.find_first_not_of("0123456789") == std::string::npos &&

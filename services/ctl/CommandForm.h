@@ -52,7 +52,7 @@ std::string whyUnfit(const std::vector<std::string>& words);
 /** What is said of a name that no command has. */
 std::string unknownCommandText(const std::string& name);
 
-/** What is printed of a line that is none: `why`, or if that is empty why it fits no form, and the usage. */
+/** What is printed about a line that is not a command: `why`, or if that is empty why it fits no form, and the usage. */
 std::string wrongUsageText(const std::vector<std::string>& words, const std::string& why);
 
 } // namespace zm::ctl

@@ -154,7 +154,7 @@ int completion(const Client&, const Words& words, const Print& out, const Print&
     return 0;
 }
 
-// Whatever is written so far: there is no wrong use.
+// Any words will do: completion is asked about unfinished lines.
 Status checkComplete(const Words&) {
     return ok();
 }

@@ -23,7 +23,7 @@ MonkeyOptions monkeyOptions(Arguments& arguments);
 
 /**
  * Gives a bench random input and looks after each step whether the programs still run and answer, and
- * whether the picture is what the pages say. What is answered does not matter: refusing a command is no
+ * whether the picture is what the pages say. The answers do not matter: a refused command is not a
  * failure.
  */
 class Monkey {

@@ -63,7 +63,7 @@ Lines finger(MonkeySteps& random) {
     return lines;
 }
 
-// The hard keys, two that the application does not know, and numbers that are no keys.
+// The hard keys, two that the application does not know, and numbers that are not keys.
 constexpr std::array<std::string_view, 24> Keys = {"17", "18", "20", "21",  "22",  "23",  "44",  "45",
                                                    "46", "47", "48", "49",  "50",  "64",  "65",  "87",
                                                    "88", "1",  "2",  "160", "161", "162", "163", "-1"};

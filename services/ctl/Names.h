@@ -29,7 +29,7 @@ std::vector<std::string> namesOf(std::span<const NamedNumber> rows);
 /** The row of a number; null if there is none. */
 const NamedNumber* findNumber(std::span<const NamedNumber> rows, int number);
 
-/** The word of `known` that is meant by `word`, which is none of them; empty if none is near. */
+/** The word of `known` that an unknown `word` most likely means; empty if none is near. */
 std::string meantWord(std::string_view word, const std::vector<std::string>& known);
 /** `there is no WHAT "nxt"; did you mean "next"?`, or with all of `known` if none of them is near. */
 std::string unknownWord(std::string_view what, std::string_view word, const std::vector<std::string>& known);

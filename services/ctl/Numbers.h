@@ -7,7 +7,7 @@
 
 namespace zm::ctl {
 
-/** The number that all of `text` is; nothing if it is none or does not fit. */
+/** The whole of `text` as a number; nothing if it is not a number or does not fit. */
 template <class Number>
 std::optional<Number> parseNumber(std::string_view text) {
     Number value{};

@@ -13,10 +13,10 @@ struct WordKind {
     bool (*accepts)(std::string_view word);
 };
 
-/** The kind of that name; every other is one that accepts all words. */
+/** The kind of that name; for an unknown name one that accepts every word. */
 const WordKind& wordKind(std::string_view name);
 
-/** Hour and minute of "23:05"; nothing if it is no time. 24 is an hour, too. */
+/** Hour and minute of "23:05"; nothing if it is not a time. 24 is an hour, too. */
 std::optional<std::pair<int, int>> parseTimeOfDay(std::string_view text);
 
 } // namespace zm::ctl

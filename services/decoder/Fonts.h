@@ -2,10 +2,10 @@
 
 namespace zm::decoder {
 
-/** Opens the fonts that texts can be drawn with, for the time when no file can be opened any more. */
+/** Opens the fonts for texts in advance: once the process is jailed no file can be opened. */
 void openFonts();
 
-/** The descriptor of the font file `path`; -1 if it is none. Safe in a signal's handler. */
+/** The descriptor of the font file `path`; -1 if that is not one. Safe in a signal handler. */
 int fontDescriptor(const char* path);
 
 } // namespace zm::decoder

@@ -70,7 +70,7 @@ std::string headOnly(const std::string& bytes) {
     return bytes.substr(0, HeaderBytes);
 }
 
-// The head of one format before what is no data of any.
+// The head of one format before bytes that belong to none.
 std::string headAndNoise(std::string bytes, Random& random) {
     std::generate(bytes.begin() + static_cast<std::ptrdiff_t>(std::min(HeaderBytes, bytes.size())),
                   bytes.end(), [&] { return static_cast<char>(random()); });

@@ -1,4 +1,4 @@
-// A disc is a stranger's input: files made to reach what is no disc, to open windows or to fill the memory.
+// A disc is input from a stranger: files made to reach beyond the disc, to open windows or to fill the memory.
 #include "base/Paths.h"
 #include "base/UniqueFd.h"
 #include "tests/disc/PictureFixture.h"

@@ -1,4 +1,4 @@
-// Resources that are no JSON at all, and the remedies that faults name.
+// Resources that are not JSON at all, and the remedies that faults name.
 
 #include "SceneFixture.h"
 

@@ -19,7 +19,7 @@ bool hasPage(const Json& views) {
                        [](const Json& view) { return !view.at("windows").empty(); });
 }
 
-// Ends the command with what stands in the way: there is no such page.
+// Ends the command with an error: there is no such page.
 void failWithPage(Call& call, const Json& views, int page) {
     std::vector<int> pages;
     for (const auto& view : views) {
@@ -56,7 +56,7 @@ bool screen(Call& call) {
         message["view"] = arguments.word();
     }
     Json all = message;
-    // 0 is what `screen` itself says when no page is shown: it has nothing in it and is no mistake.
+    // 0 is what `screen` itself says when no page is shown: it has nothing in it and is not a mistake.
     int page = 0;
     if (arguments.more()) {
         page = arguments.number();

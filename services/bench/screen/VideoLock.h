@@ -9,8 +9,8 @@ namespace zm::bench::screen {
 class Compositor;
 
 /**
- * Keeps the video off the screen while the car drives, whatever the application asks for, forgets or does not
- * live to do. Only the driver's finger on "show anyway" of the parking page opens it, for this drive.
+ * Keeps the video off the screen while the car drives, whatever the application asks for or forgets, and also
+ * when it dies. Only the driver's finger on "show anyway" of the parking page opens it, for this drive.
  */
 class VideoLock {
 public:
@@ -23,7 +23,7 @@ public:
     void parkingReads(std::optional<int> value);
 
     /** The launcher has told the application something or the application has gone: whether the driver sees its
-     * pages from now on. A finger that is down meant what was there before. */
+     * pages from now on. A finger that is down then belongs to what was there before. */
     void applicationSeen(bool seen);
 
     /** A finger comes down on the screen. */
@@ -40,7 +40,7 @@ private:
     Compositor& m_compositor;
     bool m_driving = false;
     bool m_allowed = false;  ///< for this drive
-    bool m_seen = false;     ///< the application's pages are
+    bool m_seen = false;     ///< the application's pages are seen
     unsigned m_occasion = 0; ///< counts drives, stops and what happens to the application
     unsigned m_fingerOccasion = 0;
 };

@@ -85,7 +85,7 @@ struct VideoService::Impl {
     std::optional<Capture> current; ///< while a child window is posted
 
     void publish(const Capture& capture) {
-        // A PPS service that has gone has no readers to tell either.
+        // If the PPS service has gone, nobody is left to be told.
         static_cast<void>(status->write(statusText(capture)));
     }
 

@@ -44,7 +44,7 @@ public:
     const std::string& group() const { return m_group; }
 
     uint64_t messagesSent() const { return m_sent; }
-    /** Sends a message that has no answer; without an application it is dropped. */
+    /** Sends a message that is not answered; without an application it is dropped. */
     void tell(const Json& message);
     /** Sends a message and hands its answer's data (or why there is none) to `reply`, never inside the call.
      */

@@ -20,7 +20,7 @@ namespace zm::bench::web {
 
 class WebSocketClient;
 
-/** The bench's command that a page's message stands for, its place inside the screen; empty if it is none. */
+/** The bench's command that a page's message stands for, its place inside the screen; empty if it stands for none. */
 std::vector<std::string> pageCommand(const nlohmann::json& message);
 
 /**

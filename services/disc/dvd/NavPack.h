@@ -35,7 +35,7 @@ struct NavPack {
     int buttonAt(int x, int y) const;
 };
 
-/** Reads a navigation pack; nothing if it is none. `wide`: the picture is 16:9, shown as such. */
+/** Reads a navigation pack; nothing if it is not one. `wide`: the picture is 16:9, shown as such. */
 std::optional<NavPack> readNavPack(std::span<const uint8_t> pack, bool wide);
 
 } // namespace zm::disc::dvd

@@ -25,8 +25,8 @@ struct Fragment {
 };
 
 /**
- * Takes a pack of a DVD's film apart; the fragments point into it. What is no such pack, is cut or of no use
- * (padding, navigation) gives none.
+ * Takes a pack of a DVD's film apart; the fragments point into it. Bytes that are not such a pack, a cut one and one
+ * of no use here (padding, navigation) give none.
  */
 std::vector<Fragment> splitPack(std::span<const uint8_t> pack);
 

@@ -13,7 +13,7 @@
 
 namespace zm::disc::dvd {
 
-/** Makes the element that plays sound; the reference is floating. */
+/** Makes an audio sink; the reference is floating. */
 using SoundMaker = std::function<GstElement*()>;
 
 /** Is told what becomes of the pipeline; on its loop. */

@@ -31,7 +31,7 @@ public:
     void tell(zm::dvd::Command command);
     /** An answer has not come yet. */
     bool outstanding() const { return m_answered != m_asked; }
-    /** Of the packets that `next` gives. */
+    /** Generation of the packets that `next` gives. */
     uint32_t generation() const { return m_generation; }
     Found next(std::vector<uint8_t>& packet);
 

@@ -272,7 +272,7 @@ void Session::takeBlocks(std::span<const uint8_t> blocks) {
 }
 
 void Session::takeFragment(const Fragment& fragment) {
-    // What comes before the first navigation pack has no place in time.
+    // The time of packs before the first navigation pack is not known.
     if (!m_unitBegun || m_idle != Idle::No) {
         return;
     }

@@ -5,8 +5,8 @@
 namespace zm::disc::dvd {
 
 /**
- * A new element that plays a DVD's sound: the default device, or, where it cannot be opened, a silent one that
- * keeps the time. Logs which. The reference is floating.
+ * A new audio sink for a DVD: the default device or, where it cannot be opened, a silent sink that keeps
+ * the time. Logs which. The reference is floating.
  */
 GstElement* makeSound();
 

@@ -6,7 +6,7 @@
 
 namespace zm::disc::engine {
 
-/** The number in `count` bytes from `at` on, the highest first; 0 where there are no more. */
+/** The number in `count` bytes from `at` on, the highest first; missing bytes count as 0. */
 inline uint64_t bigEndian(std::string_view bytes, size_t at, size_t count) {
     uint64_t value = 0;
     for (size_t i = at; i < at + count; ++i) {

@@ -86,7 +86,7 @@ private:
     std::optional<Item> m_item;
     std::optional<Clock::time_point> m_begun;   ///< of a start that is not yet done
     std::optional<Clock::time_point> m_retried; ///< when another process has gone on with the item
-    int64_t m_questions = 0;                    ///< whether it lives, so far
+    int64_t m_questions = 0;                    ///< asked so far whether it lives
     bool m_takingDown = false;                  ///< what it has been asked last
     SourceHandle m_silence;                     ///< runs while it has not answered
     SourceHandle m_watch;

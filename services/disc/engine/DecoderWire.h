@@ -43,13 +43,13 @@ inline std::string textOf(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/** A message's text as an object; an empty one if it is none. */
+/** A message's text as an object; an empty object if it is not one. */
 inline Json objectOf(const std::string& text) {
     Json json = Json::parse(text, nullptr, false);
     return json.is_object() ? json : Json::object();
 }
 
-/** An integer of a message; 0 if there is none. */
+/** An integer of a message; 0 if it is missing. */
 inline int64_t numberOf(const Json& json, const char* name) {
     const auto member = json.find(name);
     return member != json.end() && member->is_number_integer() ? member->get<int64_t>() : 0;

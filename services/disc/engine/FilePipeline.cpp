@@ -238,7 +238,7 @@ void FilePipeline::prerolled() {
     }
 }
 
-// A file with some decodable stream plays all the same, so that this is no failure yet.
+// A file with some decodable stream plays all the same, so that this is not a failure yet.
 void FilePipeline::noteMissing(GstMessage* message) {
     const GstStructure* content = gst_message_get_structure(message);
     if (!gst_structure_has_name(content, "missing-plugin")) {

@@ -15,9 +15,9 @@
 namespace zm::disc::engine {
 
 /**
- * Hands the bytes of a file to a decoder. Sound and video are read where the decoder wants them; a photo is
+ * Hands the bytes of a file to a decoder. Sound and video are read where the decoder wants them. A photo is
  * read whole and handed over in one piece: some decoders take it in no other way, and a picture that is
- * decoded anew (turned, enlarged) is not read anew. `open` may take as long as the feed's deadline.
+ * turned or enlarged does not have to be read again. `open` may take as long as the feed's deadline.
  */
 class FileSource : public FileBytes {
 public:

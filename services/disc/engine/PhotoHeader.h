@@ -24,7 +24,7 @@ struct PhotoHeader {
     Status showable() const;
 };
 
-/** Reads what `file`, which is whole, says; an error for what is no photo or ends before its size is known. */
+/** Reads what `file`, which is whole, says; an error if it is not a photo or its size is missing. */
 Result<PhotoHeader> readPhotoHeader(std::string_view file);
 
 } // namespace zm::disc::engine

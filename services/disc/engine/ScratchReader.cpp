@@ -14,7 +14,7 @@ using Clock = std::chrono::steady_clock;
 constexpr size_t SectorSize = 2048;
 // Whoever waits for the drive loses patience later.
 constexpr auto MostTime = std::chrono::seconds(4);
-// With all sectors bad from the beginning on it is no scratch.
+// Where all sectors are bad from the beginning on, it is not a scratch.
 constexpr size_t MostBadAtFirst = 48;
 
 } // namespace

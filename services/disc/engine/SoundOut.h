@@ -5,12 +5,12 @@
 namespace zm::disc::engine {
 
 /**
- * Opens the default device, which then stays open; where there is none, sound goes to a silent element that
+ * Opens the default device, which then stays open; where there is none, sound goes to a silent sink that
  * keeps the time. Logs which. Once, before the others.
  */
 void openSound();
 
-/** A new element that plays sound; its reference is floating. One at a time. */
+/** A new audio sink; its reference is floating. One at a time. */
 GstElement* makeSoundSink();
 
 /** Takes the device out of `player`, which is then put to rest, so that it stays open. */

@@ -10,7 +10,7 @@
 namespace zm::disc::engine {
 
 /**
- * Lets through what of a decoder's sound belongs to the file, to the sample. Lossy formats decode to more than was
+ * Passes on exactly those samples of a decoder's sound that belong to the file. Lossy formats decode to more than was
  * encoded, and times in between are not exact to a sample. On one of the decoder's threads.
  */
 class SoundTrim {

@@ -19,7 +19,7 @@ namespace zm::disc::library {
  */
 class Catalogue {
 public:
-    /** Opens or makes `file` with empty tables; a file that is no usable database is replaced. */
+    /** Opens or makes `file` with empty tables; a file that is not a usable database is replaced. */
     static Result<std::unique_ptr<Catalogue>> open(const std::string& file);
     ~Catalogue();
     Catalogue(const Catalogue&) = delete;

@@ -59,7 +59,7 @@ struct UdfMedium::Volume {
 
 class UdfMedium::Folder {
 public:
-    explicit model::Folder(UDFDIR* folder) : m_folder(folder, &udfread_closedir) {}
+    explicit Folder(UDFDIR* folder) : m_folder(folder, &udfread_closedir) {}
     UDFDIR* get() const { return m_folder.get(); }
     /** The names in it, as the library spells them, and whether they are folders. */
     std::vector<std::pair<std::string, bool>> names() const {
@@ -174,15 +174,15 @@ UdfMedium::openImage(const std::string& image, const IsoMedium::Opener& opener, 
 // Names are looked up as the library spells them, which differs where they have rare characters.
 Result<UdfMedium::Folder> UdfMedium::openFolder(const std::string& path) const {
     const Error unreadable{m_image + ": " + path + ": folder cannot be read"};
-    model::Folder folder(udfread_opendir(m_volume->library, "/"));
+    Folder folder(udfread_opendir(m_volume->library, "/"));
     std::string_view left = path;
     while (folder.get() && !left.empty()) {
         const auto end = std::min(left.find('/'), left.size());
         const std::string name = rareUtf8(std::string(left.substr(0, end)));
         left.remove_prefix(std::min(left.size(), end + 1));
-        folder = model::Folder(udfread_opendir_at(folder.get(), name.c_str()));
+        folder = Folder(udfread_opendir_at(folder.get(), name.c_str()));
     }
-    return folder.get() ? Result<model::Folder>(std::move(folder)) : unreadable;
+    return folder.get() ? Result<Folder>(std::move(folder)) : unreadable;
 }
 
 Result<std::vector<Entry>> UdfMedium::list(const std::string& folder) {

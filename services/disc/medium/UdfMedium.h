@@ -24,7 +24,7 @@ private:
     class Folder;
     class FileReader;
     UdfMedium(std::string image, IsoMedium::Opener opener, std::shared_ptr<Volume> volume);
-    Result<model::Folder> openFolder(const std::string& path) const;
+    Result<Folder> openFolder(const std::string& path) const;
 
     std::string m_image;
     IsoMedium::Opener m_opener;

@@ -268,6 +268,20 @@ TEST_F(ListReturn, ToTheSearchResultWithoutANewQuery) {
     EXPECT_EQ(view.state, VIEW_STATE_MUSIC_LIST);
 }
 
+TEST_F(ListReturn, TheSearchResultIsTheListAgainAfterALookAtTheFolders) {
+    play(PLAY_TYPE_MUSIC);
+    unit.appData("--song=\"song 1\"");
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    press(ITEM_FOLDER_MENU);
+    tick();
+    press(ITEM_TYPE_ICON);
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    EXPECT_EQ(reported().source, LIST_FROM_SEARCH);
+    forget();
+    clickRow(3);
+    EXPECT_THAT(unit.commands(), ElementsAre(PlayTrack(Folder{1}, File{12}, KIND_MUSIC)));
+}
+
 /** The disc service writes on in its catalogue. */
 class ListUpdate : public ListView {
 protected:

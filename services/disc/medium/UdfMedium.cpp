@@ -6,6 +6,7 @@
 #include <udfread/udfread.h>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace zm::disc::medium {
@@ -14,14 +15,30 @@ namespace {
 
 constexpr uint64_t BlockSize = UDF_BLOCK_SIZE;
 
+// The library stops looking for its marks at the first block without one, such as that of an ISO 9660 part which was
+// taken away. What they say has been found out before, so that it is shown them in their first place.
+constexpr uint32_t FirstMark = 16;
+constexpr std::array<std::string_view, 3> marks{"BEA01", "NSR02", "TEA01"};
+
+void showMarks(uint32_t first, std::span<char> blocks) {
+    for (uint32_t i = 0; i < marks.size(); ++i) {
+        const uint64_t place = (uint64_t{FirstMark} + i - first) * BlockSize;
+        if (first <= FirstMark + i && place < blocks.size()) {
+            std::copy(marks[i].begin(), marks[i].end(),
+                      blocks.begin() + static_cast<std::ptrdiff_t>(place) + 1);
+        }
+    }
+}
+
 /** Gives the library the image's blocks. */
 struct Blocks : udfread_block_input {
     explicit Blocks(std::unique_ptr<ByteReader> image) : reader(std::move(image)) {
         close = nullptr;
         read = [](udfread_block_input* self, uint32_t block, void* buffer, uint32_t count, int) {
             auto& source = *static_cast<Blocks*>(self)->reader;
-            const size_t bytes = size_t{count} * BlockSize;
-            const auto done = source.readAt(block * BlockSize, {static_cast<char*>(buffer), bytes});
+            const std::span<char> blocks(static_cast<char*>(buffer), size_t{count} * BlockSize);
+            const auto done = source.readAt(block * BlockSize, blocks);
+            showMarks(block, blocks);
             return done ? static_cast<int>(*done / BlockSize) : -1;
         };
         size = [](udfread_block_input* self) {
@@ -81,16 +98,26 @@ private:
     std::unique_ptr<UDFDIR, void (*)(UDFDIR*)> m_folder;
 };
 
+class UdfMedium::File {
+public:
+    explicit File(UDFFILE* file) : m_file(file, &udfread_file_close) {}
+    UDFFILE* get() const { return m_file.get(); }
+    uint64_t size() const { return static_cast<uint64_t>(std::max<int64_t>(0, udfread_file_size(get()))); }
+
+private:
+    std::unique_ptr<UDFFILE, void (*)(UDFFILE*)> m_file;
+};
+
 /** Reads a file's blocks by itself where the library says that they are. */
 class UdfMedium::FileReader : public ByteReader {
 public:
-    FileReader(std::shared_ptr<Volume> volume, UDFFILE* file, std::unique_ptr<ByteReader> image)
-        : m_volume(std::move(volume)), m_file(file, &udfread_file_close), m_image(std::move(image)),
-          m_size(static_cast<uint64_t>(std::max<int64_t>(0, udfread_file_size(file)))) {
+    FileReader(std::shared_ptr<Volume> volume, File file, std::unique_ptr<ByteReader> image)
+        : m_volume(std::move(volume)), m_file(std::move(file)), m_image(std::move(image)),
+          m_size(m_file.size()) {
         // A small file may stand inside its own description.
-        if (m_size > 0 && m_size < BlockSize && udfread_file_lba(file, 0) == 0) {
+        if (m_size < BlockSize) {
             m_inside.resize(static_cast<size_t>(m_size));
-            const auto count = udfread_file_read(file, m_inside.data(), m_inside.size());
+            const auto count = udfread_file_read(m_file.get(), m_inside.data(), m_inside.size());
             m_inside.resize(count > 0 ? static_cast<size_t>(count) : 0);
         }
     }
@@ -141,7 +168,7 @@ private:
     }
 
     std::shared_ptr<Volume> m_volume;
-    std::unique_ptr<UDFFILE, void (*)(UDFFILE*)> m_file;
+    File m_file;
     std::unique_ptr<ByteReader> m_image;
     uint64_t m_size;
     std::string m_inside;
@@ -171,6 +198,8 @@ UdfMedium::openImage(const std::string& image, const IsoMedium::Opener& opener, 
     return std::shared_ptr<Medium>(std::move(medium));
 }
 
+UdfMedium::~UdfMedium() = default;
+
 // Names are looked up as the library spells them, which differs where they have rare characters.
 Result<UdfMedium::Folder> UdfMedium::openFolder(const std::string& path) const {
     const Error unreadable{m_image + ": " + path + ": folder cannot be read"};
@@ -191,38 +220,47 @@ Result<std::vector<Entry>> UdfMedium::list(const std::string& folder) {
     if (!opened) {
         return opened.failure();
     }
+    m_listed.clear();
     std::vector<Entry> entries;
     for (const auto& [name, isFolder] : opened->names()) {
         Entry entry{plainUtf8(name), isFolder ? Entry::Type::Folder : Entry::Type::File, {}};
         if (!isFolder) {
-            UDFFILE* file = udfread_file_openat(opened->get(), name.c_str());
-            if (!file) {
+            File file(udfread_file_openat(opened->get(), name.c_str()));
+            if (!file.get()) {
                 continue;
             }
-            entry.size = static_cast<uint64_t>(std::max<int64_t>(0, udfread_file_size(file)));
-            udfread_file_close(file);
+            entry.size = file.size();
+            m_listed.insert_or_assign(folder.empty() ? entry.rawName : folder + "/" + entry.rawName,
+                                      std::move(file));
         }
         entries.push_back(std::move(entry));
     }
     return entries;
 }
 
+// The library looks through a whole folder for a name, so that its files are kept from the listing on.
+UdfMedium::File UdfMedium::find(const std::string& path) {
+    if (auto listed = m_listed.extract(path)) {
+        return std::move(listed.mapped());
+    }
+    const auto slash = path.rfind('/');
+    const auto folder = openFolder(slash == std::string::npos ? "" : path.substr(0, slash));
+    const std::string name = rareUtf8(path.substr(slash + 1));
+    return File(folder ? udfread_file_openat(folder->get(), name.c_str()) : nullptr);
+}
+
 Result<std::unique_ptr<ByteReader>> UdfMedium::open(const std::string& file) {
     std::lock_guard lock(m_mutex);
-    const auto slash = file.rfind('/');
-    const std::string folder = slash == std::string::npos ? "" : file.substr(0, slash);
-    const std::string name = slash == std::string::npos ? file : file.substr(slash + 1);
-    const auto opened = openFolder(folder);
-    UDFFILE* found = opened ? udfread_file_openat(opened->get(), rareUtf8(name).c_str()) : nullptr;
-    if (!found) {
+    File found = find(file);
+    if (!found.get()) {
         return Error{m_image + ": " + file + ": no such file"};
     }
     auto image = m_opener(m_image + ": " + file, {0, UINT64_MAX});
     if (!image) {
-        udfread_file_close(found);
         return image;
     }
-    return std::unique_ptr<ByteReader>(std::make_unique<FileReader>(m_volume, found, std::move(*image)));
+    return std::unique_ptr<ByteReader>(
+        std::make_unique<FileReader>(m_volume, std::move(found), std::move(*image)));
 }
 
 } // namespace zm::disc::medium

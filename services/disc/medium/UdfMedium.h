@@ -3,6 +3,7 @@
 #include "services/disc/medium/IsoMedium.h"
 #include "services/disc/medium/UdfVolume.h"
 
+#include <map>
 #include <mutex>
 
 namespace zm::disc::medium {
@@ -15,6 +16,7 @@ public:
     static Result<std::shared_ptr<Medium>>
     openImage(const std::string& image, const IsoMedium::Opener& opener, const UdfVolume& volume);
 
+    ~UdfMedium() override;
     std::string label() const override { return m_label; }
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
@@ -22,15 +24,18 @@ public:
 private:
     struct Volume;
     class Folder;
+    class File;
     class FileReader;
     UdfMedium(std::string image, IsoMedium::Opener opener, std::shared_ptr<Volume> volume);
     Result<Folder> openFolder(const std::string& path) const;
+    File find(const std::string& path);
 
     std::string m_image;
     IsoMedium::Opener m_opener;
     std::shared_ptr<Volume> m_volume;
     std::string m_label;
-    std::mutex m_mutex; ///< of the library's view of the folders
+    std::mutex m_mutex;                   ///< of the library's view of the folders
+    std::map<std::string, File> m_listed; ///< by path: of the folder listed last
 };
 
 } // namespace zm::disc::medium

@@ -44,12 +44,8 @@ unsigned tagOf(std::string_view descriptor) {
 bool isRecognised(ByteReader& image) {
     for (uint32_t block = FirstRecognised; block < LastRecognised; ++block) {
         const std::string mark = readBytes(image, uint64_t{block} * BlockSize, 6);
-        const std::string_view name = mark.size() == 6 ? std::string_view(mark).substr(1) : "";
-        if (name == "NSR02" || name == "NSR03") {
+        if (mark.size() == 6 && (mark.compare(1, 5, "NSR02") == 0 || mark.compare(1, 5, "NSR03") == 0)) {
             return true;
-        }
-        if (name != "CD001" && name != "BEA01" && name != "CDW02" && name != "BOOT2") {
-            return false;
         }
     }
     return false;

@@ -313,6 +313,7 @@ TEST_F(DiscImages, DescriptionsThatAreWrongAreRefusedWithTheirPlace) {
         {"2.toc", "CD_DA\nTRACK TAPE\n", "line 2: TAPE: unknown kind of track"},
         {"3.toc", "CD_DA\nTRACK AUDIO\n", "line 2: TRACK: has no sound and no data"},
         {"4.toc", "CD_DA\nFILE \"d.bin\" 0\n", "line 2: FILE: no TRACK before it"},
+        {"10.toc", "CD_DA\nINDEX 00:00:20\n", "line 2: INDEX: no TRACK before it"},
         {"5.toc", "CD_DA\nTRACK AUDIO\nFILE \"d.bin\n", "line 3: \"d.bin: the text has no end"},
         {"6.toc", "CD_DA\nCD_TEXT { TITLE \"a\"\n", "line 2: CD_TEXT: its { is never closed"},
         {"7.toc", "CD_DA\nTRACK AUDIO\nFILE \"missing.bin\" 0\n", "missing.bin: no such file"},

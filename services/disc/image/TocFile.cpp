@@ -57,19 +57,29 @@ private:
     struct Word {
         std::string_view name;
         Status (Parser::*take)(const TocToken& token);
+        bool ofTrack = true;
     };
 
     Status take(const TocToken& token) {
         static constexpr Word words[] = {
-            {"CATALOG", &Parser::catalog}, {"CD_TEXT", &Parser::texts},   {"TRACK", &Parser::track},
-            {"ISRC", &Parser::isrc},       {"FILE", &Parser::sound},      {"AUDIOFILE", &Parser::sound},
-            {"DATAFILE", &Parser::data},   {"SILENCE", &Parser::silence}, {"ZERO", &Parser::silence},
-            {"PREGAP", &Parser::pregap},   {"START", &Parser::start},     {"INDEX", &Parser::index},
+            {"CATALOG", &Parser::catalog, false},
+            {"CD_TEXT", &Parser::texts, false},
+            {"TRACK", &Parser::track, false},
+            {"ISRC", &Parser::isrc},
+            {"FILE", &Parser::sound},
+            {"AUDIOFILE", &Parser::sound},
+            {"DATAFILE", &Parser::data},
+            {"SILENCE", &Parser::silence},
+            {"ZERO", &Parser::silence},
+            {"PREGAP", &Parser::pregap},
+            {"START", &Parser::start},
+            {"INDEX", &Parser::index},
         };
         const auto word = std::find_if(std::begin(words), std::end(words),
                                        [&](const Word& each) { return token.is(each.name); });
         if (word != std::end(words)) {
-            return (this->*word->take)(token);
+            const bool early = word->ofTrack && m_sheet.tracks.empty();
+            return early ? Status(fail(token, "no TRACK before it")) : (this->*word->take)(token);
         }
         const bool known =
             token.kind == TocToken::Kind::Word &&
@@ -91,10 +101,6 @@ private:
         return is;
     }
 
-    Status needsTrack(const TocToken& token) const {
-        return m_sheet.tracks.empty() ? Status(fail(token, "no TRACK before it")) : ok();
-    }
-
     Status catalog(const TocToken& token) {
         const auto* text = next(TocToken::Kind::Text);
         if (!text) {
@@ -108,9 +114,6 @@ private:
         const auto* text = next(TocToken::Kind::Text);
         if (!text) {
             return fail(token, "no number behind it");
-        }
-        if (auto status = needsTrack(token); !status) {
-            return status;
         }
         m_sheet.tracks.back().isrc = isIsrc(text->text) ? text->text : "";
         return ok();
@@ -204,9 +207,6 @@ private:
     }
 
     Status sound(const TocToken& token) {
-        if (auto status = needsTrack(token); !status) {
-            return status;
-        }
         const auto* name = next(TocToken::Kind::Text);
         if (!name) {
             return fail(token, "no file name");
@@ -224,9 +224,6 @@ private:
     }
 
     Status data(const TocToken& token) {
-        if (auto status = needsTrack(token); !status) {
-            return status;
-        }
         const auto* name = next(TocToken::Kind::Text);
         if (!name) {
             return fail(token, "no file name");
@@ -280,9 +277,6 @@ private:
     }
 
     Status silence(const TocToken& token) {
-        if (auto status = needsTrack(token); !status) {
-            return status;
-        }
         // ZERO may name the mode of its sectors again.
         while (m_place < m_tokens.size() && m_tokens[m_place].kind == TocToken::Kind::Word &&
                (m_tokens[m_place].is("RW") || m_tokens[m_place].is("RW_RAW") ||
@@ -299,9 +293,6 @@ private:
 
     // Silence that the track before ends with.
     Status pregap(const TocToken& token) {
-        if (auto status = needsTrack(token); !status) {
-            return status;
-        }
         const auto bytes = nextLength();
         if (!bytes) {
             return fail(token, "no time behind it");
@@ -310,9 +301,6 @@ private:
     }
 
     Status start(const TocToken& token) {
-        if (auto status = needsTrack(token); !status) {
-            return status;
-        }
         m_start = nextLength().value_or(m_length);
         return ok();
     }

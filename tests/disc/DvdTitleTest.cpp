@@ -1,3 +1,4 @@
+#include "BuildPaths.h"
 #include "tests/disc/DvdFixture.h"
 
 using namespace zm::disc::model;
@@ -46,6 +47,24 @@ TEST_F(Dvd, ATitleIsChosenFromAMenuToo) {
     nextPlace(2, 1);
     EXPECT_TRUE(shows(cyan));
     nextTime(2, 3);
+}
+
+TEST_F(Dvd, ADiscWithAUdfFileSystemAloneIsPlayed) {
+    TempFolder folder;
+    const std::string image = folder / "dvd.iso";
+    const std::string command = std::string(ZM_SOURCE_DIR) + "/tests/disc/make-udf 1.02 '" +
+                                dvdFolder(DvdKind::Menus) + "' '" + image + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    playDisc(image);
+    nextMenu();
+    touchButton(2);
+    nextPlace(2, 1);
+    EXPECT_TRUE(shows(cyan));
+    const auto loaded = m_unit.recorder().all();
+    EXPECT_TRUE(std::any_of(loaded.begin(), loaded.end(), [](const Published& each) {
+        return each.name == "drivestate" && each.json().value("kind", "") == "DVD-Video" &&
+               each.json()["form"] == "UDF 1.02";
+    }));
 }
 
 TEST_F(Dvd, NextAndPreviousGoOverTheEndsOfTitles) {

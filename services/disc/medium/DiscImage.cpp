@@ -51,24 +51,44 @@ TrackPiece place(const image::SheetPiece& piece, const image::TrackFormat& forma
     return {swapped ? Form::Swapped : Form::Plain, file.path, first + piece.begin, std::min(bytes, most)};
 }
 
-Result<ImageTrack> place(const image::SheetTrack& track, const std::vector<FoundSheetFile>& files) {
+ImageTrack place(const image::SheetTrack& track, const std::vector<FoundSheetFile>& files) {
     ImageTrack placed{track.format, track.title, track.performer, track.isrc, {}, {}, 0};
     for (const auto& piece : track.pieces) {
-        placed.pieces.push_back(place(piece, track.format, files));
-        if (placed.pieces.back().form != Form::Encoded) {
-            continue;
+        const auto found = place(piece, track.format, files);
+        if (found.form != Form::Encoded) {
+            placed.pieces.push_back(found);
+        } else if (placed.pieces.empty()) {
+            // All of the track, as what goes with it would have to be encoded, too.
+            placed.pieces.push_back(found);
+            placed.extension = files[*piece.file].sound.extension;
+            placed.seconds = files[*piece.file].sound.seconds;
+            break;
         }
-        const auto& sound = files[*piece.file].sound;
-        if (piece.begin != 0 || piece.end || placed.pieces.size() > 1) {
-            return Error{"track " + std::to_string(track.number) + ": a part of " +
-                         fs::path(files[*piece.file].path).filename().string() +
-                         ", which can only be played as a whole"};
-        }
-        placed.extension = sound.extension;
-        placed.seconds = sound.seconds;
-        break; // the silence behind it would need a decoder of our own
     }
     return placed;
+}
+
+// A file that has to be decoded is one track, however many parts of it the description names.
+bool belongsTo(const ImageTrack& before, const ImageTrack& track) {
+    return !track.extension.empty() && !before.extension.empty() &&
+           before.pieces.front().file == track.pieces.front().file;
+}
+
+void addTracks(DiscImage& image, const image::DiscSheet& sheet, const std::vector<FoundSheetFile>& files) {
+    for (const auto& each : sheet.tracks) {
+        auto track = place(each, files);
+        if (!image.tracks.empty() && belongsTo(image.tracks.back(), track)) {
+            auto& whole = image.tracks.back();
+            whole.title = image.label;
+            whole.performer = image.performer;
+            whole.isrc.clear();
+            continue;
+        }
+        image.tracks.push_back(std::move(track));
+    }
+    if (image.tracks.size() < sheet.tracks.size()) {
+        logWarning("%s: the tracks inside a file that is decoded are played as one\n", image.path.c_str());
+    }
 }
 
 void addTextsOf(image::DiscSheet& sheet, const std::string& folder, const std::string& path) {
@@ -102,17 +122,12 @@ Result<DiscImage> imageOf(image::DiscSheet sheet, const std::string& path) {
     if (sheet.hidden) {
         const image::SheetTrack hidden{
             0, *image::trackFormat("AUDIO"), "Hidden track", {}, {}, {*sheet.hidden}};
-        if (auto placed = place(hidden, files)) {
-            image.hidden = *placed;
+        auto placed = place(hidden, files);
+        if (placed.extension.empty()) {
+            image.hidden = std::move(placed);
         }
     }
-    for (const auto& track : sheet.tracks) {
-        auto placed = place(track, files);
-        if (!placed) {
-            return Error{path + ": " + placed.error()};
-        }
-        image.tracks.push_back(std::move(*placed));
-    }
+    addTracks(image, sheet, files);
     return image;
 }
 

@@ -104,8 +104,9 @@ private:
             view.quarterTurns = static_cast<int>(numberOf(json, "turns"));
             m_pipeline->view(view);
         } else if (what == "choose") {
-            m_pipeline->choose(
-                {static_cast<int>(numberOf(json, "audio")), static_cast<int>(numberOf(json, "subtitle"))});
+            m_pipeline->choose({static_cast<int>(numberOf(json, "audio")),
+                                static_cast<int>(numberOf(json, "subtitle")),
+                                static_cast<SoundChannel>(numberOf(json, "channel"))});
         }
     }
 

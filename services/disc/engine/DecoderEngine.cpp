@@ -367,7 +367,10 @@ void DecoderEngine::send(const PictureView& view) {
 }
 
 void DecoderEngine::send(const StreamChoice& choice) {
-    tell({{"do", "choose"}, {"audio", choice.audio}, {"subtitle", choice.subtitle}});
+    tell({{"do", "choose"},
+          {"audio", choice.audio},
+          {"subtitle", choice.subtitle},
+          {"channel", static_cast<int>(choice.channel)}});
 }
 
 void DecoderEngine::stop() {

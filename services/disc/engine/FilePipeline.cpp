@@ -87,6 +87,7 @@ void FilePipeline::start(Milliseconds position, StartMode mode) {
 }
 
 void FilePipeline::run() {
+    setSoundChannel(SoundChannel::Both);
     if (!build()) {
         fail("no decoder installed");
         return;
@@ -371,6 +372,11 @@ void FilePipeline::view(const PictureView& view) {
 
 void FilePipeline::choose(const StreamChoice& choice) {
     if (m_started && !m_over) {
+        setSoundChannel(choice.channel);
+        const StreamChoice before = std::exchange(m_choice, choice);
+        if (before.audio == choice.audio && before.subtitle == choice.subtitle) {
+            return;
+        }
         chooseStreams(m_player.get(), choice);
         if (m_scanSpeed == 0) {
             jump(position(), Precision::Exact);

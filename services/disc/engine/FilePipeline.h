@@ -83,6 +83,7 @@ private:
 
     std::string m_missing;   ///< what decoders are not installed for
     std::string m_keptError; ///< what a part of the decoder has reported while it was connected
+    StreamChoice m_choice;
     bool m_started = false;
     bool m_over = false; ///< ended or failed: nothing more is reported
     StartMode m_mode = StartMode::Playing;

@@ -6,6 +6,8 @@
 #include <gst/audio/audio.h>
 
 #include <array>
+#include <atomic>
+#include <cstdint>
 #include <cstdlib>
 
 namespace zm::disc::engine {
@@ -18,6 +20,7 @@ constexpr int FilmRate = 48000;
 constexpr int DiscRateBase = 11025;
 
 GstElement* device = nullptr; ///< null where there is none
+std::atomic<SoundChannel> channel{SoundChannel::Both};
 
 GstElement* openDevice() {
     GstElement* sink = gst_element_factory_make("alsasink", nullptr);
@@ -76,7 +79,39 @@ GstPadProbeReturn onEvent(GstPad*, GstPadProbeInfo* info, gpointer filter) {
     return GST_PAD_PROBE_REMOVE;
 }
 
+// Whether what passes `pad` is samples of 16 bits for two loudspeakers.
+bool hasTwoSides(GstPad* pad) {
+    const GstOwned<GstCaps> caps(gst_pad_get_current_caps(pad));
+    GstAudioInfo info;
+    return caps && gst_audio_info_from_caps(&info, caps.get()) &&
+           GST_AUDIO_INFO_FORMAT(&info) == GST_AUDIO_FORMAT_S16 && GST_AUDIO_INFO_CHANNELS(&info) == 2;
+}
+
+// Both loudspeakers get the side that is to be heard.
+GstPadProbeReturn onSound(GstPad* pad, GstPadProbeInfo* info, gpointer) {
+    const SoundChannel heard = channel;
+    if (heard == SoundChannel::Both || !hasTwoSides(pad)) {
+        return GST_PAD_PROBE_OK;
+    }
+    GstBuffer* buffer = gst_buffer_make_writable(gst_pad_probe_info_get_buffer(info));
+    info->data = buffer;
+    GstMapInfo map;
+    if (gst_buffer_map(buffer, &map, GST_MAP_READWRITE)) {
+        auto* samples = reinterpret_cast<int16_t*>(map.data);
+        const size_t side = heard == SoundChannel::Left ? 0 : 1;
+        for (size_t i = 0; i + 1 < map.size / sizeof *samples; i += 2) {
+            samples[i + 1 - side] = samples[i + side];
+        }
+        gst_buffer_unmap(buffer, &map);
+    }
+    return GST_PAD_PROBE_OK;
+}
+
 } // namespace
+
+void setSoundChannel(SoundChannel heard) {
+    channel = heard;
+}
 
 void openSound() {
     const char* file = std::getenv("ZM_SOUND");
@@ -107,6 +142,9 @@ GstElement* makeSoundSink() {
     gst_pad_add_probe(input, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onEvent, last.get(), nullptr);
     gst_element_add_pad(chain, gst_ghost_pad_new("sink", input));
     gst_object_unref(input);
+    GstPad* output = gst_element_get_static_pad(last.get(), "src");
+    gst_pad_add_probe(output, GST_PAD_PROBE_TYPE_BUFFER, onSound, nullptr, nullptr);
+    gst_object_unref(output);
     return chain;
 }
 

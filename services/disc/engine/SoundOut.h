@@ -1,6 +1,7 @@
 #pragma once
 
 #include "services/disc/engine/Gst.h"
+#include "services/disc/engine/Streams.h"
 
 namespace zm::disc::engine {
 
@@ -12,6 +13,9 @@ void openSound();
 
 /** A new audio sink; its reference is floating. One at a time. */
 GstElement* makeSoundSink();
+
+/** Which side of what plays is heard from now on, from both loudspeakers. */
+void setSoundChannel(SoundChannel channel);
 
 /** Takes the device out of `player`, which is then put to rest, so that it stays open. */
 void endPlayer(GstElement* player);

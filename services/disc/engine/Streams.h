@@ -17,11 +17,15 @@ struct Streams {
     std::vector<Stream> subtitles;
 };
 
+/** Which side of a sound is heard; a single one from both loudspeakers. */
+enum class SoundChannel { Both, Left, Right };
+
 /** Which streams are heard and read; counted from 0. */
 struct StreamChoice {
     static constexpr int NoSubtitle = -1;
     int audio = 0;
     int subtitle = NoSubtitle;
+    SoundChannel channel = SoundChannel::Both;
 };
 
 } // namespace zm::disc::engine

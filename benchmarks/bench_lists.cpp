@@ -33,7 +33,7 @@ namespace {
 constexpr int LongList = 65535;
 constexpr int Turns = 11;
 constexpr int MediaList = 24;
-constexpr int ListItem = 2000;
+constexpr int disc::model::ListItem = 2000;
 constexpr int MusicTab = 503;
 constexpr int VideoTab = 504;
 constexpr double Tick = 50; ///< how often the view looks for rows, in milliseconds
@@ -198,8 +198,8 @@ private:
 
     CUI_BtList* list() {
         CUI_BtList* result = nullptr;
-        m_application.view().GetUIWndMgrWrapper()->GetUIAnalysisObj()->GetItemData(MediaList, ListItem,
-                                                                                   result);
+        m_application.view().GetUIWndMgrWrapper()->GetUIAnalysisObj()->GetItemData(
+            MediaList, disc::model::ListItem, result);
         return result;
     }
 

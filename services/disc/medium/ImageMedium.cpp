@@ -5,7 +5,7 @@
 #include "services/disc/medium/MixedDisc.h"
 #include "services/disc/medium/SectorReader.h"
 #include "services/disc/medium/TrackDisc.h"
-#include "services/disc/medium/VideoTrack.h"
+#include "services/disc/medium/VcdDisc.h"
 
 #include <algorithm>
 #include <functional>
@@ -49,11 +49,8 @@ std::shared_ptr<Medium> openData(const DiscImage& image, const std::string& form
 } // namespace
 
 Result<std::shared_ptr<Medium>> openImageMedium(DiscImage image, const std::string& form) {
-    // The first track of a VCD is its file system.
-    DiscImage films = image;
-    films.tracks.erase(films.tracks.begin());
-    if (auto vcd = discOf(std::move(films), model::MediaType::Vcd, form, isVideoTrack)) {
-        return std::shared_ptr<Medium>(std::move(vcd));
+    if (auto vcd = VcdDisc::open(image, form)) {
+        return vcd;
     }
     const auto sound = discOf(image, model::MediaType::AudioCd, form,
                               [](const ImageTrack& track) { return track.isSound(); });

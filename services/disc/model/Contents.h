@@ -1,10 +1,12 @@
 #pragma once
 
 #include "services/disc/model/Media.h"
+#include "services/disc/model/PlayLists.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -55,6 +57,8 @@ struct Contents {
     std::string identity; ///< the same whenever this disc is read
     /** Of a DVD-Video, which is played by its own program and has neither folders nor items. */
     std::optional<DvdMark> dvd;
+    /** The playback control of a VCD; null without one. */
+    std::shared_ptr<const PlayLists> playLists;
     std::vector<Folder> folders;                    ///< folder n has the id n + 1
     std::array<std::vector<Item>, KindCount> items; ///< by folder id, then file id
 

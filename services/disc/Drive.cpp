@@ -178,12 +178,50 @@ void Drive::loadFinished() {
         m_modes = *modes;
         m_state.modes(m_modes);
     }
-    m_transport = std::make_unique<player::FilePlayer>(
-        m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume,
-        [this] { reportError("nothing on it can be played"); });
+    // A disc that only has lists of its tracks plays as others do until playback control is asked for.
+    if (m_contents->playLists && m_contents->playLists->hasMenu()) {
+        playLists(player::ListPlayer::Begin::WhereLeft);
+    } else {
+        playTracks();
+    }
     if (m_source) {
         m_transport->sourceOn();
     }
+}
+
+void Drive::playTracks() {
+    auto player = std::make_unique<player::FilePlayer>(
+        m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume,
+        [this] { reportError("nothing on it can be played"); });
+    if (m_contents->playLists) {
+        player->setControlSwitch([this] { switchControl(true); });
+    }
+    m_transport = std::move(player);
+}
+
+void Drive::playLists(player::ListPlayer::Begin begin) {
+    m_transport = std::make_unique<player::ListPlayer>(
+        m_loop, m_state, m_modes, m_engine, m_gate, m_contents, *m_resume, begin,
+        player::ListPlayer::Exits{[this] { switchControl(false); },
+                                  [this] { reportError("nothing on it can be played"); }});
+}
+
+// Called by the player that goes.
+void Drive::switchControl(bool on) {
+    m_switch = afterDelay(m_loop, engine::Milliseconds{0}, [this, on] {
+        m_transport.reset();
+        m_resume->flush();
+        m_resume = std::make_unique<player::DiscResume>(m_memory, m_contents);
+        if (on) {
+            playLists(player::ListPlayer::Begin::FirstList);
+        } else {
+            playTracks();
+        }
+        if (m_source) {
+            m_transport->sourceOn();
+        }
+        m_state.tip(on ? model::Tip::PbcOn : model::Tip::PbcOff);
+    });
 }
 
 void Drive::insertDvd() {
@@ -295,6 +333,7 @@ void Drive::announceEmpty() {
 }
 
 void Drive::stopReading() {
+    m_switch.reset();
     m_load.reset();
     m_guard.reset();
     m_transport.reset();

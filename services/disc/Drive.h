@@ -7,6 +7,7 @@
 #include "services/disc/medium/FaultGate.h"
 #include "services/disc/model/DiscState.h"
 #include "services/disc/player/DiscResume.h"
+#include "services/disc/player/ListPlayer.h"
 #include "services/disc/player/Transport.h"
 
 #include <memory>
@@ -57,6 +58,9 @@ private:
     };
 
     void insertDvd();
+    void playTracks();
+    void playLists(player::ListPlayer::Begin begin);
+    void switchControl(bool on);
     void take(const Inserted& disc);
     void leave();
     void left();
@@ -86,6 +90,7 @@ private:
     std::unique_ptr<library::CatalogueGuard> m_guard; ///< of a disc that is ready
     std::unique_ptr<player::DiscResume> m_resume;     ///< of a disc with something to play
     std::unique_ptr<player::Transport> m_transport;   ///< uses it
+    SourceHandle m_switch;                            ///< runs until the other player takes over
     SourceHandle m_leaving; ///< runs until the disc is out and the next one is taken
     SourceHandle m_resting; ///< runs until an empty drive has nothing more to say
 };

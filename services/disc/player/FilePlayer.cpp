@@ -291,6 +291,14 @@ void FilePlayer::publishModes() {
 
 void FilePlayer::engineStreams(const engine::Streams& streams) {
     m_streams = streams;
+    if (m_contents->trackType == model::MediaType::Vcd) {
+        m_sound.fit(streams.audio.size());
+        m_choice = m_sound.choice();
+        if (!m_sound.isUsual()) {
+            m_engine.choose(m_choice);
+        }
+        m_state.audioChannel(m_sound.published());
+    }
     publishStreams();
 }
 
@@ -547,6 +555,12 @@ void FilePlayer::repeatPassage(int, int) {
 }
 
 void FilePlayer::audioChannel(int, int) {
+    if (m_contents->trackType == model::MediaType::Vcd && !m_streams.audio.empty()) {
+        m_sound.step();
+        useStreams(m_sound.choice());
+        m_state.audioChannel(m_sound.published());
+        return;
+    }
     if (m_streams.audio.size() < 2) {
         refuse();
         return;
@@ -574,6 +588,10 @@ void FilePlayer::useStreams(const engine::StreamChoice& choice) {
 void FilePlayer::playbackControl(int, int) {
     if (m_contents->trackType != model::MediaType::Vcd) {
         refuse();
+        return;
+    }
+    if (m_takeOver) {
+        m_takeOver();
         return;
     }
     m_playbackControl = !m_playbackControl;

@@ -11,6 +11,7 @@
 #include "services/disc/player/ScanSpeed.h"
 #include "services/disc/player/TrackAddress.h"
 #include "services/disc/player/Transport.h"
+#include "services/disc/player/VcdSound.h"
 
 #include <array>
 #include <functional>
@@ -29,6 +30,8 @@ public:
                std::shared_ptr<medium::Medium> medium, std::shared_ptr<const model::Contents> contents,
                DiscResume& resume, std::function<void()> unplayable);
     ~FilePlayer() override;
+    /** Has the disc's own play lists take over, where it has some; the player lives until that has been done. */
+    void setControlSwitch(std::function<void()> takeOver) { m_takeOver = std::move(takeOver); }
 
     void sourceOn() override;
     void sourceOff() override;
@@ -120,7 +123,9 @@ private:
     engine::PictureView m_view;
     engine::Streams m_streams; ///< of a video that plays
     engine::StreamChoice m_choice;
-    bool m_playbackControl = false; ///< what the user has set for a VCD
+    bool m_playbackControl = false; ///< what the user has set for a VCD without play lists
+    std::function<void()> m_takeOver;
+    VcdSound m_sound; ///< of a VCD
     LateTexts m_texts;
     SourceHandle m_again;   ///< runs until a track is announced once more
     SourceHandle m_slide;   ///< runs while a photo is shown in a slide show

@@ -134,12 +134,16 @@ public:
         if (number >= m_info.entries.size()) {
             return std::nullopt;
         }
-        const auto& entry = m_info.entries[number];
-        auto item = track(entry.track);
-        if (item) {
-            item->begin = timeInFilm(m_films[static_cast<size_t>(item->track)], item->path, entry.sector);
+        const auto [known, isNew] = m_entries.try_emplace(number);
+        if (isNew) {
+            const auto& entry = m_info.entries[number];
+            auto item = track(entry.track);
+            if (item) {
+                item->begin = timeInFilm(m_films[static_cast<size_t>(item->track)], item->path, entry.sector);
+            }
+            known->second = std::move(item);
         }
-        return item;
+        return known->second;
     }
     std::optional<model::ListItem> segment(int number) const override {
         const auto found = m_info.segments.find(number);
@@ -152,6 +156,8 @@ private:
     const std::vector<PlacedFilm>& m_films;
     const model::Contents& m_contents;
     const VcdInfo& m_info;
+    mutable std::map<size_t, std::optional<model::ListItem>>
+        m_entries; ///< those that were asked for; the disc is read for each
 };
 
 VcdDisc::VcdDisc(DiscImage films, const ImageTrack& fileSystem, const std::string& form)

@@ -30,6 +30,8 @@ constexpr size_t MaxEntries = 500;
 
 // More lists than any disc has; what a table full of noise names is bounded by it.
 constexpr size_t MaxLists = 4096;
+// Likewise items and choices of all lists.
+constexpr size_t MaxMembers = 20000;
 
 enum ListType : uint8_t { Items = 0x10, Menu = 0x18, MenuWithAreas = 0x1a, End = 0x1f };
 
@@ -164,7 +166,7 @@ private:
         made.back = target(number(list, 8, 2));
         made.length = std::chrono::milliseconds(number(list, 10, 2) * 1000 / LengthUnits);
         made.wait = waitOf(number(list, 12, 1));
-        for (uint32_t i = 0; i < number(list, 1, 1); ++i) {
+        for (uint32_t i = 0; i < number(list, 1, 1) && hasRoom(); ++i) {
             addItem(made, number(list, ItemsHead + 2 * i, 2));
         }
         return made;
@@ -182,11 +184,13 @@ private:
         made.wait = waitOf(number(list, 16, 1));
         made.plays = static_cast<int>(number(list, 17, 1) & LoopsMask);
         addItem(made, number(list, 18, 2));
-        for (uint32_t i = 0; i < number(list, 2, 1); ++i) {
+        for (uint32_t i = 0; i < number(list, 2, 1) && hasRoom(); ++i) {
             made.choices.push_back(target(number(list, MenuHead + 2 * i, 2)));
         }
         return made;
     }
+
+    bool hasRoom() { return ++m_members <= MaxMembers; }
 
     void addItem(model::PlayList& list, uint32_t code) {
         constexpr uint32_t Entries = 100;
@@ -209,6 +213,7 @@ private:
     const VcdItems& m_items;
     std::map<size_t, size_t> m_places; ///< of the lists, by their first byte
     std::vector<size_t> m_wanted;      ///< first bytes of the lists
+    size_t m_members = 0;
 };
 
 } // namespace

@@ -1,4 +1,6 @@
 #include "tests/disc/CdImage.h"
+#include "tests/disc/VcdImage.h"
+#include "tests/system/Screenshot.h"
 #include "tests/system/SystemTest.h"
 
 #include <cstdlib>
@@ -24,6 +26,15 @@ constexpr int VideoPage = 17;
 constexpr int VcdOverlay = 4;
 constexpr int OverlayTrack = 2152;
 constexpr int PlaybackControl = 6561;
+constexpr int ToPad = 6505;
+constexpr int Pad = 20;
+constexpr int PadKey2 = 512;
+constexpr int PadOk = 531;
+constexpr int PadDisplay = 510;
+constexpr int SoundKey = 6535;
+constexpr int StateText = 2155;
+constexpr int StopKey = 6551;
+constexpr int PlayKey = 6522;
 
 } // namespace
 
@@ -93,6 +104,67 @@ TEST_F(TrackDisc, AVcdShowsItsFilmsUnderItsOwnOverlay) {
     EXPECT_TRUE(eventually([this] {
         return must({"pps", "get", "zelmar/disc/status"}).find("msgtip::29\n") != std::string::npos;
     }));
+}
+
+/** A VCD with a menu, driven by touches, as a driver would. */
+class VcdMenuOnScreen : public TrackDisc {
+protected:
+    void touch(int x, int y) { must({"touch", std::to_string(x), std::to_string(y)}); }
+    /** Touches the middle of what stands in a window of the overlay. */
+    void touchItem(int osdWindow, int id) {
+        const Json place = item(osdWindow, id, "osd")["rect"];
+        touch(place[0].get<int>() + place[2].get<int>() / 2, place[1].get<int>() + place[3].get<int>() / 2);
+    }
+    void openOverlay() {
+        if (window("osd") != VcdOverlay) {
+            touch(500, 200);
+        }
+        ASSERT_TRUE(eventually([this] { return window("osd") == VcdOverlay; })) << screen()["osd"];
+    }
+    bool counts(const std::string& track) {
+        return eventually([&] { return item(VcdOverlay, OverlayTrack, "osd")["text"] == track; });
+    }
+    bool sees(int red, int green, int blue) {
+        return eventually([&] {
+            const std::string file = folder + "/shot.png";
+            must({"shot", file});
+            const Pixel seen = pixelOf(file, 600, 200);
+            const auto near = [](int a, int b) { return std::abs(a - b) < 60; };
+            return window() == VideoPage && near(seen.red, red) && near(seen.green, green) &&
+                   near(seen.blue, blue);
+        });
+    }
+};
+
+TEST_F(VcdMenuOnScreen, ItsNumbersAreTypedOnThePad) {
+    startBench({"--no-web", "--launcher", "passive"});
+    must({"insert", vcdImage("menu")});
+    ASSERT_TRUE(sees(255, 0, 0));
+    openOverlay();
+    EXPECT_TRUE(counts("--/4"));
+    touchItem(VcdOverlay, ToPad);
+    ASSERT_TRUE(eventually([this] { return window("osd") == Pad; })) << screen()["osd"];
+    EXPECT_EQ(item(Pad, PadDisplay, "osd")["text"], "_/4");
+    touchItem(Pad, PadKey2);
+    touchItem(Pad, PadOk);
+    ASSERT_TRUE(sees(0, 0, 255));
+    openOverlay();
+    EXPECT_TRUE(counts("2/2"));
+    touchItem(VcdOverlay, SoundKey);
+    EXPECT_TRUE(eventually([this] { return item(VcdOverlay, StateText, "osd")["text"] == "Left channel"; }));
+    touchItem(VcdOverlay, SoundKey);
+    EXPECT_TRUE(eventually([this] { return item(VcdOverlay, StateText, "osd")["text"] == "Right channel"; }));
+    touchItem(VcdOverlay, SoundKey);
+    EXPECT_TRUE(eventually([this] { return item(VcdOverlay, StateText, "osd")["text"] == "Stereo"; }));
+    // Back to the menu.
+    touchItem(VcdOverlay, StopKey);
+    ASSERT_TRUE(eventually([this] {
+        return must({"pps", "get", "zelmar/disc/status"}).find("discstate::0\n") != std::string::npos;
+    }));
+    touchItem(VcdOverlay, PlayKey);
+    EXPECT_TRUE(sees(255, 0, 0));
+    openOverlay();
+    EXPECT_TRUE(counts("--/4"));
 }
 
 } // namespace zm::test

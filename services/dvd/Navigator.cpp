@@ -118,6 +118,8 @@ void Navigator::step(Outbox& outbox) {
 }
 
 void Navigator::take(int event, uint8_t* block, Outbox& outbox) {
+    const bool shows = event == DVDNAV_BLOCK_OK || event == DVDNAV_NAV_PACKET;
+    m_progress += shows || event == DVDNAV_STILL_FRAME || event == DVDNAV_WAIT ? 1 : 0;
     switch (event) {
     case DVDNAV_BLOCK_OK:
         outbox.addBlock(block);
@@ -295,6 +297,7 @@ void Navigator::recover(Outbox& outbox) {
 // ---- commands
 
 void Navigator::carryOut(const Command& command, Outbox& outbox) {
+    ++m_progress;
     switch (command.operation) {
     case Operation::StillOver:
     case Operation::WaitOver:

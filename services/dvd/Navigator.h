@@ -27,6 +27,8 @@ public:
     bool waits() const { return m_waits || m_placesAhead >= PlacesAhead; }
     /** Carries `command` out and puts the answer, if there is one, into `outbox`. */
     void carryOut(const Command& command, Outbox& outbox);
+    /** Grows with all that is shown, waited for or asked. */
+    uint64_t progress() const { return m_progress; }
     /** The next reads fail, as those of a broken drive. */
     void setFailing(bool failing) { m_failing = failing; }
 
@@ -71,6 +73,7 @@ private:
     uint32_t m_generation = 0;
     bool m_waits = false;
     bool m_failing = false;
+    uint64_t m_progress = 0;
     int64_t m_cellTime = 0;
     int64_t m_length = 0;
     int64_t m_time = 0; ///< of the pack read last, in the title

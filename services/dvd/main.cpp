@@ -1,4 +1,5 @@
 #include "base/About.h"
+#include "services/dvd/CircleWatch.h"
 #include "services/dvd/Navigator.h"
 
 #include <fcntl.h>
@@ -46,10 +47,11 @@ void carryOut(const Command& command, Navigator& navigator, Outbox& outbox) {
     }
 }
 
-void serve(Navigator& navigator) {
+void serve(Navigator& navigator, CircleWatch& watch) {
     Outbox outbox(ReaderSocket);
     outbox.add(navigator.disc());
     while (outbox.send()) {
+        watch.at(navigator.progress());
         const bool reads = outbox.empty() && !navigator.waits();
         pollfd socket{ReaderSocket, static_cast<short>(outbox.empty() ? POLLIN : POLLIN | POLLOUT), 0};
         ::poll(&socket, 1, reads ? 0 : -1);
@@ -85,11 +87,12 @@ int main(int argc, char** argv) {
         ::dup2(nowhere, STDOUT_FILENO);
         ::dup2(nowhere, STDERR_FILENO);
     }
+    CircleWatch watch;
     auto navigator = Navigator::open(argv[1]);
     if (!navigator) {
         ::dprintf(terminal, "zmdvd: %s\n", navigator.error().c_str());
         return 1;
     }
-    serve(**navigator);
+    serve(**navigator, watch);
     return 0;
 }

@@ -1,6 +1,7 @@
 #include "services/disc/dvd/ReaderProcess.h"
 
 #include "base/Threads.h"
+#include "services/dvd/CircleWatch.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -125,6 +126,9 @@ std::string ReaderProcess::ending() {
                ::strsignal(WTERMSIG(status)) + ")";
     }
     constexpr int CannotOpen = 1;
+    if (WEXITSTATUS(status) == zm::dvd::CircleStatus) {
+        return "its instructions lead in a circle";
+    }
     return WEXITSTATUS(status) == CannotOpen
                ? "its DVD-Video part cannot be read"
                : "the DVD reader ended with status " + std::to_string(WEXITSTATUS(status));

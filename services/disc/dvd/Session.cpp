@@ -28,6 +28,8 @@ constexpr engine::Milliseconds ScanTick{125};
 constexpr int64_t ScanEnd = TicksPerSecond / 2;
 // As for any read of a disc.
 constexpr std::chrono::seconds ReadDeadline{8};
+// What a decoder may take for the first picture.
+constexpr std::chrono::milliseconds PictureDeadline{1000};
 constexpr int PacketsAtOnce = 64;
 
 constexpr int TouchWidth = 720;
@@ -212,8 +214,10 @@ void Session::take(const std::vector<uint8_t>& packet) {
 void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_t> bytes) {
     m_reader->tell(command(zm::dvd::Operation::Taken));
     auto pack = readNavPack(bytes, event.wide != 0);
+    // A damaged one takes the place that it has behind the one before, without anything to see.
+    m_unitIsLost = !pack;
     if (!pack) {
-        return;
+        pack.emplace();
     }
     if (m_scanSpeed != 0 && m_unitBegun) {
         endUnit();
@@ -273,7 +277,7 @@ void Session::takeBlocks(std::span<const uint8_t> blocks) {
 
 void Session::takeFragment(const Fragment& fragment) {
     // The time of packs before the first navigation pack is not known.
-    if (!m_unitBegun || m_idle != Idle::No) {
+    if (!m_unitBegun || m_unitIsLost || m_idle != Idle::No) {
         return;
     }
     const int64_t shift = m_timeline.shift();
@@ -363,6 +367,7 @@ void Session::tick() {
         readOn();
     }
     watchReader();
+    watchPicture();
     if (m_reader && Clock::now() >= m_nextReport && m_mode == engine::StartMode::Playing &&
         m_scanSpeed == 0) {
         report();
@@ -450,6 +455,20 @@ void Session::watchReader() {
         m_heard = Clock::now();
     } else if (Clock::now() - m_heard > ReadDeadline) {
         fail("no answer from the drive");
+    }
+}
+
+// Where the film holds no picture that can be decoded nothing would begin, not even its sound.
+void Session::watchPicture() {
+    const bool blind = m_reader && m_unitBegun && !m_prerolled && (m_idle != Idle::No || farEnough());
+    if (!blind) {
+        m_blind.reset();
+    } else if (!m_blind) {
+        m_blind = Clock::now();
+    } else if (Clock::now() - *m_blind > PictureDeadline) {
+        m_blind.reset();
+        m_pipeline->silence(Pad::Video, m_unit.begin, m_unit.end);
+        m_pipeline->silence(padOf(m_sound.kind), m_unit.begin, m_unit.end);
     }
 }
 

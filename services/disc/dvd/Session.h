@@ -88,6 +88,7 @@ private:
     void scanStep();
     void report();
     void watchReader();
+    void watchPicture();
     int64_t position() const;
     std::pair<int, int> pointOfPicture(int x, int y) const;
     Scene scene() const;
@@ -110,6 +111,7 @@ private:
     Timeline::Span m_unit;        ///< pushed last
     bool m_unitBegun = false;     ///< there was one since the last jump
     bool m_unitHasSound = false;
+    bool m_unitIsLost = false; ///< when its packs belong nobody knows
     bool m_afterStill = false;
     zm::dvd::SoundEvent m_sound;
     zm::dvd::SubtitleEvent m_subtitle;
@@ -124,6 +126,7 @@ private:
     int m_drawn = 0; ///< button drawn
     double m_zoom = 1.0;
     bool m_prerolled = false;
+    std::optional<std::chrono::steady_clock::time_point> m_blind; ///< since when only a picture is missing
     bool m_arrived = false;
     int m_scanSpeed = 0;
     int64_t m_scanPosition = 0;

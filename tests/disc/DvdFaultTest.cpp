@@ -75,6 +75,23 @@ TEST_F(DamagedDvd, AnEncryptedFilmIsRefusedInWords) {
     ejects();
 }
 
+TEST_F(Dvd, ALibraryThatDecryptsIsNotLoadedEvenIfThereIsOne) {
+    TempFolder libraries;
+    writeFile(libraries / "library.c", "void* dvdcss_open(char* disc) { return 0; }\n");
+    const std::string library = libraries / "libdvdcss.so.2";
+    const std::string command =
+        "gcc -shared -fPIC -o '" + library + "' '" + std::string(libraries / "library.c") + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    ::setenv("LD_LIBRARY_PATH", libraries.path().c_str(), 1);
+    playTitle(1);
+    ::unsetenv("LD_LIBRARY_PATH");
+    const pid_t reader = dvdReaderOf(::getpid());
+    ASSERT_GT(reader, 0);
+    const std::string loaded = readFile("/proc/" + std::to_string(reader) + "/maps");
+    EXPECT_NE(loaded.find("libdvdread"), std::string::npos);
+    EXPECT_EQ(loaded.find("libdvdcss"), std::string::npos) << loaded;
+}
+
 TEST_F(DamagedDvd, ATableThatIsDamagedOrMissingIsReadFromItsCopy) {
     copy(DvdKind::Menus);
     write("VIDEO_TS.IFO", 0, std::string(12, 'x'));

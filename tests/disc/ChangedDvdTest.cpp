@@ -157,7 +157,7 @@ private:
 } // namespace
 
 TEST_F(ChangedDvd, TablesWithOtherBytesNeverEndTheServiceNorHoldItUp) {
-    playEach(rangeFrom("ZM_CHANGED_DVDS", 40), [this](const fs::path& folder) { changeTables(folder); });
+    playEach(rangeFrom("ZM_CHANGED_DVDS", 25), [this](const fs::path& folder) { changeTables(folder); });
 }
 
 TEST_F(ChangedDvd, FilmsWithOtherBytesNeverEndTheServiceNorHoldItUp) {

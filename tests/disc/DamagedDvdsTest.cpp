@@ -316,8 +316,9 @@ TEST_P(DamagedDvds, PlayOrSayWhyAnswerAndComeOut) {
     m_unit.next("disc", "1");
     m_unit.next(
         "discstate", [](const Published& each) { return each.value == "2" || each.value == "9"; }, Patience);
-    constexpr std::array<std::array<int, 3>, 6> commands{
-        {{188, 220, 133}, {184, 1, 0}, {183, 2, 0}, {185, 9, 0}, {184, 2, 0}, {21, 0, 0}}};
+    m_unit.command(188, 220, 133); // on a button, if there is one
+    constexpr std::array<std::array<int, 3>, 5> commands{
+        {{184, 1, 0}, {183, 2, 0}, {185, 9, 0}, {184, 2, 0}, {21, 0, 0}}};
     for (const auto& each : commands) {
         movesOn(each[0], each[1], each[2]);
         std::this_thread::sleep_for(300ms);

@@ -28,7 +28,7 @@ constexpr std::array<const char*, PadCount> streamCaps{
 #define ZM_DVD_QUEUE "queue max-size-time=0 max-size-bytes=0 max-size-buffers=0"
 constexpr const char* videoChain =
     ZM_DVD_QUEUE " ! mpegvideoparse ! avdec_mpeg2video max-threads=1 ! videoconvertscale name=whole ! "
-                 "capsfilter name=size caps=video/x-raw,format=I420";
+                 "capsfilter name=size caps=video/x-raw,format=I420,framerate=[1/1,60/1]";
 constexpr const char* subtitleChain = ZM_DVD_QUEUE;
 constexpr const char* screenChain =
     "queue max-size-buffers=3 max-size-bytes=0 max-size-time=0 ! deinterlace name=deinterlace";
@@ -48,6 +48,17 @@ constexpr const char* soundJoint =
 
 GstClockTime clockTime(int64_t ticks) {
     return ticks < 0 ? 0 : gst_util_uint64_scale(static_cast<guint64>(ticks), 100000, 9);
+}
+
+// What draws subtitles keeps to itself that there is no picture.
+GstPadProbeReturn passGap(GstPad*, GstPadProbeInfo* info, gpointer subtitles) {
+    GstEvent* event = gst_pad_probe_info_get_event(info);
+    if (GST_EVENT_TYPE(event) == GST_EVENT_GAP) {
+        GstPad* out = gst_element_get_static_pad(GST_ELEMENT(subtitles), "src");
+        gst_pad_push_event(out, gst_event_ref(event));
+        gst_object_unref(out);
+    }
+    return GST_PAD_PROBE_OK;
 }
 
 GstElement* parse(const char* description, std::string& failure) {
@@ -104,6 +115,9 @@ bool Pipeline::build(const SoundMaker& makeSound) {
     bool built = gst_element_link_many(subtitles, screen, picture, nullptr) &&
                  gst_element_link(joint, sound) && add(videoChain, Pad::Video, subtitles, "video") &&
                  add(subtitleChain, Pad::Subtitle, subtitles, "subpicture");
+    GstPad* pictures = gst_element_get_static_pad(subtitles, "video");
+    gst_pad_add_probe(pictures, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, passGap, subtitles, nullptr);
+    gst_object_unref(pictures);
     for (const auto& row : soundChains) {
         built = built && add(row.description, row.pad, joint, nullptr);
     }
@@ -275,12 +289,13 @@ void Pipeline::noHighlight() {
         GST_EVENT_CUSTOM_DOWNSTREAM_OOB);
 }
 
-// Subtitles and buttons are drawn on whole pictures, also where the film has fewer points.
+// Subtitles and buttons are drawn on whole pictures, also where the film has fewer points. A film without any picture
+// would have no rate, with which what draws them never comes to an end.
 void Pipeline::lines(int count) {
     const engine::GstOwned<GstElement> size(gst_bin_get_by_name(GST_BIN(m_pipeline.get()), "size"));
-    const engine::GstOwned<GstCaps> caps(gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "I420",
-                                                             "width", G_TYPE_INT, 720, "height", G_TYPE_INT,
-                                                             count, nullptr));
+    const engine::GstOwned<GstCaps> caps(gst_caps_new_simple(
+        "video/x-raw", "format", G_TYPE_STRING, "I420", "width", G_TYPE_INT, 720, "height", G_TYPE_INT, count,
+        "framerate", GST_TYPE_FRACTION_RANGE, 1, 1, 60, 1, nullptr));
     g_object_set(size.get(), "caps", caps.get(), nullptr);
 }
 

@@ -293,6 +293,26 @@ TEST_F(FileSystems, ADamagedCompressedFileSaysSo) {
     EXPECT_THAT(error, HasSubstr("compressed"));
 }
 
+TEST_F(FileSystems, FilesThatAreCompressedInAnotherWaySaySo) {
+    writeFile(m_folder / "content/2 text.mp3", std::string(300000, 'z'));
+    const std::string image = m_folder / "z.iso";
+    run("xorriso -outdev '" + image + "' -blank as_needed -volid ZISO -map '" + (m_folder / "content") +
+        "' / -set_filter_r --zisofs / -- >/dev/null");
+    std::string bytes = readFile(image);
+    size_t entries = 0;
+    for (size_t at = bytes.find("ZF\x10\1pz"); at != bytes.npos; at = bytes.find("ZF\x10\1pz", at + 1)) {
+        bytes[at + 4] = 'x';
+        ++entries;
+    }
+    ASSERT_GT(entries, 0u);
+    writeFile(image, bytes);
+    const auto medium = open(image);
+    ASSERT_TRUE(medium->list(""));
+    const auto reader = medium->open("2 text.mp3");
+    ASSERT_FALSE(reader);
+    EXPECT_EQ(reader.error(), image + ": 2 text.mp3: compressed in a way that is not read");
+}
+
 TEST_F(FileSystems, WhatIsNotReadIsRefusedInWords) {
     struct Row {
         size_t place;

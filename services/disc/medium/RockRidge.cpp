@@ -75,8 +75,12 @@ std::optional<Continuation> readArea(std::string_view area, RockRidge& found) {
             found.relocated = isoNumber32(entry, 4);
         } else if (kind == "SL" && size > NameHeader) {
             readLink(entry.substr(NameHeader), found.link, linkGoesOn);
-        } else if (kind == "ZF" && size >= CompressedSize && entry.substr(4, 2) == CompressedPlainly) {
-            found.compressed = ZisofsHeader{isoNumber32(entry, 8), byteAt(entry, 6) * 4, byteAt(entry, 7)};
+        } else if (kind == "ZF" && size >= CompressedSize) {
+            const bool plainly = entry.substr(4, 2) == CompressedPlainly;
+            // Without sizes it is one that nobody here can read, and says so when it is opened.
+            found.compressed =
+                plainly ? ZisofsHeader{isoNumber32(entry, 8), byteAt(entry, 6) * 4, byteAt(entry, 7)}
+                        : ZisofsHeader{};
         } else if (kind == "RE") {
             found.hidden = true;
         } else if (kind == "CE" && size >= ContinuationSize) {

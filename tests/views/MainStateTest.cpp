@@ -143,6 +143,17 @@ TEST_F(MainState, FirstPlayingStateChoosesThePage) {
     }
 }
 
+TEST_F(MainState, ADiscThatIsReadAgainReturnsToTheFilesOfItsType) {
+    for (const auto& [type, tab] : {std::pair{PLAY_TYPE_MUSIC, 0}, std::pair{PLAY_TYPE_PHOTO, 2}}) {
+        unit.disc.mediaType(type);
+        unit.disc.mixedType(MIXED_MUSIC | MIXED_VIDEO | MIXED_PHOTO);
+        unit.click(WND_MEDIA_LIST, ITEM_TAB_VIDEO, BT_STATE_RELEASED); // another list was looked at
+        unit.disc.state(DISC_STATE_LOADING);
+        unit.disc.state(DISC_STATE_PLAYING);
+        EXPECT_EQ(returnTarget(), tab) << type;
+    }
+}
+
 TEST_F(MainState, PausedDiscIsPlayedOnceLoadedWhateverItsType) {
     unit.disc.videoMode(VIDEO_MODE_OFF);
     for (const int type : {PLAY_TYPE_DVD, PLAY_TYPE_UNKNOWN}) {

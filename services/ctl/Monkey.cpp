@@ -1,7 +1,7 @@
 #include "services/ctl/Monkey.h"
 
 #include "services/ctl/AnswerData.h"
-#include "services/ctl/LocalCommands.h"
+#include "services/ctl/ScriptCommands.h"
 #include "services/ctl/ShellWords.h"
 
 #include <algorithm>
@@ -102,7 +102,7 @@ Monkey::Finding Monkey::step(const std::string& line) {
     std::string said;
     const auto keep = [&](const std::string& text) { said += text; };
     const auto begin = Clock::now();
-    const int status = runCommand(
+    const int status = runScriptCommand(
         m_client, *shellWords(line), [](const std::string&) {}, keep);
     const auto took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
     m_refused += status != 0;

@@ -1,7 +1,7 @@
 #include "services/ctl/Script.h"
 
 #include "services/ctl/CommandTexts.h"
-#include "services/ctl/LocalCommands.h"
+#include "services/ctl/ScriptCommands.h"
 #include "services/ctl/ShellWords.h"
 
 #include <sstream>
@@ -32,7 +32,7 @@ Status check(ScriptLine& line) {
     if (!text || text->place == CommandPlace::Terminal) {
         return Error{"there is no command \"" + line.words[0] + "\" in scripts"};
     }
-    return checkLocalCommand(line.words);
+    return checkScriptCommand(line.words);
 }
 
 } // namespace
@@ -61,7 +61,7 @@ int runScript(const Client& client, const std::vector<ScriptLine>& lines, const 
     for (const auto& line : lines) {
         std::string said;
         const int status =
-            runCommand(client, line.words, out, [&](const std::string& text) { said += text; });
+            runScriptCommand(client, line.words, out, [&](const std::string& text) { said += text; });
         if (status == WrongUsage || (status != 0 && !line.mayFail)) {
             err(line.place + ": " + line.text + "\n" + said);
             return status;

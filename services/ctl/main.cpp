@@ -1,7 +1,7 @@
 #include "base/About.h"
 #include "base/Paths.h"
 #include "services/ctl/CommandTexts.h"
-#include "services/ctl/LocalCommands.h"
+#include "services/ctl/TerminalCommands.h"
 
 #include <cstdio>
 #include <string>

@@ -1,5 +1,5 @@
 // What a music file's header says of its sound, also when it says nonsense.
-#include "services/disc/engine/SoundRange.h"
+#include "services/disc/engine/ReadSoundRange.h"
 #include "tests/disc/Samples.h"
 
 #include <gtest/gtest.h>

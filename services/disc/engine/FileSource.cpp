@@ -1,5 +1,7 @@
 #include "services/disc/engine/FileSource.h"
 
+#include "services/disc/engine/ReadSoundRange.h"
+
 #include <string_view>
 #include <vector>
 

@@ -30,7 +30,4 @@ struct SoundRange {
 /** At most that many bytes of a file from that place on. */
 using ReadBytes = std::function<std::string(uint64_t offset, size_t size)>;
 
-/** What the own header of a music file of `size` bytes says; all of it if it says nothing. */
-SoundRange readSoundRange(const ReadBytes& read, uint64_t size);
-
 } // namespace zm::disc::engine

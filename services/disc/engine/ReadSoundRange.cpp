@@ -1,4 +1,4 @@
-#include "services/disc/engine/SoundRange.h"
+#include "services/disc/engine/ReadSoundRange.h"
 
 #include "services/disc/engine/Mp3Range.h"
 #include "services/disc/engine/Mp4Range.h"

@@ -10,7 +10,5 @@ namespace zm::ctl {
 /** Carries out one command, zmctl's own or one of the bench, until it ends; gives its exit status. */
 int runCommand(const Client& client, const std::vector<std::string>& words, const Client::Print& out,
                const Client::Print& err);
-/** Whether the words of one of zmctl's own commands fit it; those of the bench are its business. */
-Status checkLocalCommand(const std::vector<std::string>& words);
 
 } // namespace zm::ctl

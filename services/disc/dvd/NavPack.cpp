@@ -1,5 +1,7 @@
 #include "services/disc/dvd/NavPack.h"
 
+#include "base/ByteNumbers.h"
+
 #include <algorithm>
 #include <tuple>
 #include <utility>
@@ -34,8 +36,7 @@ constexpr int TicksPerSecond = 90000;
 constexpr int MaxElapsed = 24 * 3600;
 
 uint32_t number32(Bytes bytes, size_t at) {
-    return static_cast<uint32_t>(bytes[at]) << 24 | static_cast<uint32_t>(bytes[at + 1]) << 16 |
-           static_cast<uint32_t>(bytes[at + 2]) << 8 | bytes[at + 3];
+    return static_cast<uint32_t>(bigEndian(bytes, at, 4));
 }
 
 int decimal(int binaryCoded) {

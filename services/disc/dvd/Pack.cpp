@@ -1,5 +1,7 @@
 #include "services/disc/dvd/Pack.h"
 
+#include "base/ByteNumbers.h"
+
 #include <algorithm>
 
 namespace zm::disc::dvd {
@@ -57,7 +59,7 @@ bool takePrivate(Fragment& fragment, Bytes data) {
         fragment.data = data.subspan(row.header);
         if (row.header == FullSoundHeader) {
             // Counted from the pointer's own last byte: 1 is right behind it.
-            const size_t pointer = static_cast<size_t>(data[2] << 8 | data[3]);
+            const size_t pointer = bigEndian(data, 2, 2);
             fragment.firstUnit = pointer > 1 && pointer - 1 < fragment.data.size() ? pointer - 1 : 0;
         }
         return true;
@@ -106,7 +108,7 @@ std::vector<Fragment> splitPack(Bytes pack) {
     size_t at = PackHeader + (pack[13] & 7);
     while (startsAt(pack, at) && at + PacketHeader <= pack.size()) {
         const uint8_t stream = pack[at + 3];
-        const size_t length = static_cast<size_t>(pack[at + 4] << 8 | pack[at + 5]);
+        const size_t length = bigEndian(pack, at + 4, 2);
         const size_t begin = at + PacketHeader;
         const Bytes packet = pack.subspan(begin, std::min(length, pack.size() - begin));
         if (stream == VideoStream || stream == PrivateStream ||

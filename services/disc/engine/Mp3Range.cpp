@@ -1,6 +1,6 @@
 #include "services/disc/engine/Mp3Range.h"
 
-#include "services/disc/engine/BigEndian.h"
+#include "base/ByteNumbers.h"
 
 namespace zm::disc::engine {
 

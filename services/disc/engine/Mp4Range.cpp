@@ -1,6 +1,6 @@
 #include "services/disc/engine/Mp4Range.h"
 
-#include "services/disc/engine/BigEndian.h"
+#include "base/ByteNumbers.h"
 
 #include <algorithm>
 #include <cstdio>

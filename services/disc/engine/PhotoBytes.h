@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/ByteNumbers.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -21,16 +23,11 @@ public:
     size_t find(char byte, size_t at) const { return std::min(m_file.find(byte, at), m_file.size()); }
 
 private:
-    std::optional<uint64_t> number(size_t at, size_t count, bool bigEndian) const {
+    std::optional<uint64_t> number(size_t at, size_t count, bool highFirst) const {
         if (at > m_file.size() || m_file.size() - at < count) {
             return std::nullopt;
         }
-        uint64_t value = 0;
-        for (size_t i = 0; i < count; ++i) {
-            const size_t place = bigEndian ? at + i : at + count - 1 - i;
-            value = value << 8 | static_cast<uint8_t>(m_file[place]);
-        }
-        return value;
+        return highFirst ? bigEndian(m_file, at, count) : littleEndian(m_file, at, count);
     }
     std::string_view m_file;
 };

@@ -1,5 +1,6 @@
 #include "services/disc/image/NrgTrailer.h"
 
+#include "base/ByteNumbers.h"
 #include "services/disc/image/CdText.h"
 #include "services/disc/image/SheetText.h"
 
@@ -30,15 +31,6 @@ constexpr ModeRow modes[] = {{0x00, "MODE1/2048"}, {0x02, "MODE2/2048"}, {0x03, 
 constexpr unsigned char FirstLongMode = 0x0F;
 constexpr unsigned char LastLongMode = 0x11;
 
-// `bytes` has at least `count` from `place` on; the highest comes first.
-uint64_t numberAt(std::string_view bytes, size_t place, size_t count) {
-    uint64_t number = 0;
-    for (size_t i = 0; i < count; ++i) {
-        number = number << 8 | static_cast<unsigned char>(bytes[place + i]);
-    }
-    return number;
-}
-
 /** The two ages of the format differ in the size of their numbers. */
 struct Layout {
     std::string_view tracks; ///< names of the chunks
@@ -57,7 +49,7 @@ public:
         std::string_view texts;
         for (size_t chunks = 0; trailer.size() >= ChunkHeader; ++chunks) {
             const auto name = trailer.substr(0, 4);
-            const uint64_t size = numberAt(trailer, 4, 4);
+            const uint64_t size = bigEndian(trailer, 4, 4);
             if (name == "END!" || name == "NER5" || name == "NERO") {
                 break;
             }
@@ -114,15 +106,15 @@ private:
         }
         for (size_t place = TracksPlace; place < data.size(); place += bytes) {
             const auto track = data.substr(place, bytes);
-            const uint64_t pause = numberAt(track, OffsetsPlace, number);
-            const uint64_t begin = numberAt(track, OffsetsPlace + number, number);
-            const uint64_t end = numberAt(track, OffsetsPlace + 2 * number, number);
+            const uint64_t pause = bigEndian(track, OffsetsPlace, number);
+            const uint64_t begin = bigEndian(track, OffsetsPlace + number, number);
+            const uint64_t end = bigEndian(track, OffsetsPlace + 2 * number, number);
             const auto mode = static_cast<unsigned char>(track[ModePlace]);
             if (auto status = add(name, mode, pause, begin, end); !status) {
                 return status;
             }
             auto& added = m_sheet.tracks.back();
-            if (numberAt(track, SectorSizePlace, 2) != added.format.sectorSize) {
+            if (bigEndian(track, SectorSizePlace, 2) != added.format.sectorSize) {
                 return fail(name, trackName() + "sectors of another size than its mode has");
             }
             added.isrc = isIsrc(track.substr(0, IsrcBytes)) ? track.substr(0, IsrcBytes) : "";
@@ -138,8 +130,8 @@ private:
         }
         for (size_t place = 0; place < data.size(); place += bytes) {
             const auto track = data.substr(place, bytes);
-            const uint64_t begin = numberAt(track, 0, number);
-            const uint64_t size = std::min(numberAt(track, number, number), m_size);
+            const uint64_t begin = bigEndian(track, 0, number);
+            const uint64_t size = std::min(bigEndian(track, number, number), m_size);
             const auto mode = static_cast<unsigned char>(track[2 * number + 3]);
             if (auto status = add(name, mode, begin, begin, begin + size); !status) {
                 return status;
@@ -192,9 +184,9 @@ std::optional<uint64_t> nrgTrailerPlace(std::string_view footer, uint64_t size) 
     footer = footer.substr(footer.size() - NrgFooterBytes);
     std::optional<uint64_t> place;
     if (footer.substr(0, 4) == "NER5") {
-        place = numberAt(footer, 4, 8);
+        place = bigEndian(footer, 4, 8);
     } else if (footer.substr(4, 4) == "NERO") {
-        place = numberAt(footer, 8, 4);
+        place = bigEndian(footer, 8, 4);
     }
     return place && *place < size ? place : std::nullopt;
 }

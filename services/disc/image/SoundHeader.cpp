@@ -1,5 +1,7 @@
 #include "services/disc/image/SoundHeader.h"
 
+#include "base/ByteNumbers.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -25,12 +27,10 @@ enum class Order { LowFirst, HighFirst };
 
 // 0 where `bytes` is shorter.
 uint64_t numberAt(std::string_view bytes, size_t place, size_t count, Order order) {
-    uint64_t number = 0;
-    for (size_t i = 0; i < count && place + count <= bytes.size(); ++i) {
-        const size_t at = order == Order::LowFirst ? place + count - 1 - i : place + i;
-        number = number << 8 | static_cast<unsigned char>(bytes[at]);
+    if (place + count > bytes.size()) {
+        return 0;
     }
-    return number;
+    return order == Order::LowFirst ? littleEndian(bytes, place, count) : bigEndian(bytes, place, count);
 }
 
 bool isWaveSound(std::string_view format) {

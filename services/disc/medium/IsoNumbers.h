@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/ByteNumbers.h"
+
 #include <cstdint>
 #include <string_view>
 
@@ -11,14 +13,9 @@ constexpr uint64_t isoBlock(uint32_t number) {
     return uint64_t{number} * IsoBlockSize;
 }
 
-/** The number at `place`, which lies inside `bytes`; numbers stand there twice, the first is little-endian.
- */
+/** The number at `place`; numbers stand there twice, the first is little-endian. */
 constexpr uint32_t isoNumber32(std::string_view bytes, size_t place) {
-    uint32_t number = 0;
-    for (size_t i = 4; i > 0; --i) {
-        number = number << 8 | static_cast<unsigned char>(bytes[place + i - 1]);
-    }
-    return number;
+    return static_cast<uint32_t>(littleEndian(bytes, place, 4));
 }
 
 } // namespace zm::disc::medium

@@ -1,5 +1,7 @@
 #include "services/disc/medium/VcdTables.h"
 
+#include "base/ByteNumbers.h"
+
 #include <algorithm>
 #include <array>
 
@@ -44,11 +46,7 @@ constexpr uint8_t LoopsMask = 0x7f;
 constexpr int LengthUnits = 15;
 
 constexpr uint32_t number(std::string_view bytes, size_t at, size_t count) {
-    uint32_t value = 0;
-    for (size_t i = at; i < at + count; ++i) {
-        value = value << 8 | (i < bytes.size() ? static_cast<uint8_t>(bytes[i]) : 0u);
-    }
-    return value;
+    return static_cast<uint32_t>(bigEndian(bytes, at, count));
 }
 
 uint32_t decimal(std::string_view bytes, size_t at) {

@@ -171,6 +171,17 @@ TEST_F(FileSystems, UdfThatIsNotReadIsRefusedInWords) {
     EXPECT_EQ(errorOf(image), image + ": UDF 2.01: damaged, or of a kind that is not read");
 }
 
+TEST_F(FileSystems, ALengthThatWouldKeepTheLibraryBusyIsRefused) {
+    const std::string image = udf("2.01");
+    std::string bytes = readFile(image);
+    constexpr size_t LogicalVolume = 34 * BlockBytes;
+    ASSERT_EQ(bytes[LogicalVolume], 6);
+    bytes.replace(LogicalVolume + 248, 4, "\0\xF8\xFF\xFF", 4);
+    writeFile(image, bytes);
+    EXPECT_EQ(errorOf(image),
+              image + ": UDF 2.01: damaged, what says where the root is has 4294965248 bytes");
+}
+
 TEST_F(FileSystems, TheNewestSessionCounts) {
     fs::create_directories(m_folder / "second");
     writeFile(m_folder / "second/2 two.mp3", "of the second session");

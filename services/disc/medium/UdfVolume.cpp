@@ -23,8 +23,11 @@ constexpr unsigned LogicalVolumeTag = 6;
 constexpr unsigned TerminatorTag = 8;
 
 constexpr size_t DescriptorBytes = 2048;
+constexpr size_t FirstSequencePlace = 16; // of the anchor
+constexpr size_t SecondSequencePlace = 24;
 constexpr size_t BlockSizePlace = 212;
 constexpr size_t RevisionPlace = 240;
+constexpr size_t RootPlace = 248;
 constexpr size_t MapBytesPlace = 264;
 constexpr size_t MapsPlace = 440;
 constexpr size_t MapNamePlace = 5;
@@ -69,26 +72,33 @@ void takeMaps(std::string_view descriptor, UdfVolume& volume) {
     }
 }
 
-bool takeDescriptors(ByteReader& image, uint32_t blockSize, UdfVolume& volume) {
-    const auto anchor = readBytes(image, uint64_t{AnchorBlock} * blockSize, DescriptorBytes);
-    if (tagOf(anchor) != AnchorTag) {
-        return false;
-    }
-    const uint32_t count = std::min(isoNumber32(anchor, 16) / blockSize, MaxDescriptors);
-    const uint32_t first = isoNumber32(anchor, 20);
+void takeSequence(ByteReader& image, uint32_t blockSize, uint32_t bytes, uint32_t first, UdfVolume& volume) {
+    const uint32_t count = std::min(bytes / blockSize, MaxDescriptors);
     for (uint32_t i = 0; i < count; ++i) {
         const auto descriptor = readBytes(image, (uint64_t{first} + i) * blockSize, DescriptorBytes);
         const unsigned tag = tagOf(descriptor);
         if (tag == LogicalVolumeTag) {
             volume.blockSize = isoNumber32(descriptor, BlockSizePlace);
             volume.revision = static_cast<int>(isoNumber32(descriptor, RevisionPlace) & 0xFFFF);
+            volume.rootBytes = std::max(volume.rootBytes, isoNumber32(descriptor, RootPlace));
             takeMaps(descriptor, volume);
         }
         if (tag == 0 || tag == TerminatorTag) {
             break;
         }
     }
-    return true;
+}
+
+// The descriptors stand there twice.
+bool takeDescriptors(ByteReader& image, uint32_t blockSize, UdfVolume& volume) {
+    const auto anchor = readBytes(image, uint64_t{AnchorBlock} * blockSize, DescriptorBytes);
+    if (tagOf(anchor) != AnchorTag) {
+        return false;
+    }
+    for (const size_t place : {SecondSequencePlace, FirstSequencePlace}) {
+        takeSequence(image, blockSize, isoNumber32(anchor, place), isoNumber32(anchor, place + 4), volume);
+    }
+    return volume.blockSize != 0;
 }
 
 } // namespace

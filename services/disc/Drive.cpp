@@ -174,10 +174,7 @@ void Drive::loadFinished() {
         insertDvd();
         return;
     }
-    if (const auto modes = m_resume->modes()) {
-        m_modes = *modes;
-        m_state.modes(m_modes);
-    }
+    takeModes(m_resume->modes());
     // A disc that only has lists of its tracks plays as others do until playback control is asked for.
     if (m_contents->playLists && m_contents->playLists->hasMenu()) {
         playLists(player::ListPlayer::Begin::WhereLeft);
@@ -230,10 +227,20 @@ void Drive::insertDvd() {
         m_state.error(model::DeviceError::Region);
         return;
     }
-    m_transport = std::make_unique<dvd::Player>(m_loop, m_state, m_modes, m_makeDvdEngine(m_loop), m_path,
-                                                [this](const std::string& reason) { loadFailed(reason); });
+    m_dvdResume = std::make_unique<dvd::DvdResume>(m_memory, m_contents->identity);
+    takeModes(m_dvdResume->modes());
+    m_transport =
+        std::make_unique<dvd::Player>(m_loop, m_state, m_modes, m_makeDvdEngine(m_loop), *m_dvdResume, m_path,
+                                      [this](const std::string& reason) { loadFailed(reason); });
     if (m_source) {
         m_transport->sourceOn();
+    }
+}
+
+void Drive::takeModes(const std::optional<model::PlayModes>& modes) {
+    if (modes) {
+        m_modes = *modes;
+        m_state.modes(m_modes);
     }
 }
 
@@ -297,6 +304,7 @@ void Drive::leave() {
 // The disc is out.
 void Drive::left() {
     m_resume.reset();
+    m_dvdResume.reset();
     m_contents.reset();
     m_gate.reset();
     m_path.clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/disc/dvd/DvdResume.h"
 #include "services/disc/dvd/Engine.h"
 #include "services/disc/engine/Engine.h"
 #include "services/disc/library/CatalogueGuard.h"
@@ -61,6 +62,7 @@ private:
     void playTracks();
     void playLists(player::ListPlayer::Begin begin);
     void switchControl(bool on);
+    void takeModes(const std::optional<model::PlayModes>& modes);
     void take(const Inserted& disc);
     void leave();
     void left();
@@ -89,7 +91,8 @@ private:
     std::unique_ptr<library::DiscLoad> m_load;
     std::unique_ptr<library::CatalogueGuard> m_guard; ///< of a disc that is ready
     std::unique_ptr<player::DiscResume> m_resume;     ///< of a disc with something to play
-    std::unique_ptr<player::Transport> m_transport;   ///< uses it
+    std::unique_ptr<dvd::DvdResume> m_dvdResume;      ///< of a DVD
+    std::unique_ptr<player::Transport> m_transport;   ///< uses one of them
     SourceHandle m_switch;                            ///< runs until the other player takes over
     SourceHandle m_leaving; ///< runs until the disc is out and the next one is taken
     SourceHandle m_resting; ///< runs until an empty drive has nothing more to say

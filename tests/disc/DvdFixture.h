@@ -27,6 +27,21 @@ protected:
         m_unit.command(187, 1, 0);
         m_unit.nextState(disc::model::PlayState::Playing);
     }
+    /** From here on `published` counts. */
+    void watch() {
+        m_watched = m_unit.recorder().all().size();
+    }
+    /** All values of `name` since `watch`, in order. */
+    std::vector<std::string> published(const std::string& name) {
+        std::vector<std::string> values;
+        const auto all = m_unit.recorder().all();
+        for (size_t i = m_watched; i < all.size(); ++i) {
+            if (all[i].name == name) {
+                values.push_back(all[i].value);
+            }
+        }
+        return values;
+    }
     /** The next "trackinfo" of that title and chapter. */
     Published nextPlace(int title, int chapter) {
         return m_unit.next("trackinfo", [=](const Published& each) {
@@ -63,6 +78,9 @@ protected:
     }
 
     DiscUnit m_unit;
+
+private:
+    size_t m_watched = 0;
 };
 
 } // namespace zm::test

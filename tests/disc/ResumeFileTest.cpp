@@ -40,6 +40,22 @@ TEST(ResumeFile, GivesBackWhatWasWrittenInOrder) {
     EXPECT_EQ(file.read(), std::vector{disc("c")});
 }
 
+TEST(ResumeFile, OneFromBeforeThereWereDvdsIsTakenOver) {
+    TempFolder folder;
+    run(folder / "resume",
+        "CREATE TABLE discs (used INTEGER PRIMARY KEY, identity TEXT, kind INTEGER,"
+        " folderid INTEGER, fid INTEGER, milliseconds INTEGER, repeat INTEGER, shuffle INTEGER);"
+        "INSERT INTO discs VALUES (1, 'a', 2, 2, 1, 61500, 8, 1)");
+    ResumeFile file(folder / "resume");
+    EXPECT_EQ(file.read(), std::vector{disc("a")});
+    auto film = disc("b");
+    film.point.sound = 2;
+    film.point.subtitle = 64;
+    ASSERT_TRUE(file.write({film}));
+    EXPECT_EQ(file.read(), std::vector{film});
+    EXPECT_FALSE(fs::exists(folder / "resume.damaged"));
+}
+
 TEST(ResumeFile, IsTheOnlyOneThatItWrites) {
     TempFolder folder;
     ASSERT_TRUE(ResumeFile(folder / "resume").write({disc("a")}));

@@ -36,6 +36,9 @@ public:
     void dvdRefused() override {
         post([](Listener& to) { to.dvdRefused(); });
     }
+    void dvdPressed() override {
+        post([](Listener& to) { to.dvdPressed(); });
+    }
     void dvdScanned(engine::ScanEdge edge) override {
         post([edge](Listener& to) { to.dvdScanned(edge); });
     }
@@ -92,7 +95,8 @@ Engine::~Engine() {
     }
 }
 
-void Engine::start(const std::string& path, Listener& listener, engine::StartMode mode) {
+void Engine::start(const std::string& path, Listener& listener, engine::StartMode mode,
+                   std::optional<DvdPlace> place) {
     m_worker->reporter = std::make_unique<Reporter>(*this, listener, m_mailbox);
     const auto begun = runInBackground([worker = m_worker] {
         worker->loop.run();
@@ -107,7 +111,7 @@ void Engine::start(const std::string& path, Listener& listener, engine::StartMod
         m_mailbox->post([&listener, text = begun.error()] { listener.dvdFailed(text); });
         return;
     }
-    post([path, mode](Session& session) { session.start(path, mode); });
+    post([=](Session& session) { session.start(path, mode, place); });
     m_startWatch = afterDelay(m_home, StartDeadline, [this, &listener] {
         m_mailbox->close();
         listener.dvdFailed("the decoder does not answer");

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace zm::disc::dvd {
@@ -17,8 +18,9 @@ public:
     /** Nothing is reported any more. A thread that hangs is left behind. */
     ~Engine();
 
-    /** `listener` lives as long as the engine. Once. */
-    void start(const std::string& path, Listener& listener, engine::StartMode mode);
+    /** From `place` on, else from the disc's first play. `listener` lives as long as the engine. Once. */
+    void start(const std::string& path, Listener& listener, engine::StartMode mode,
+               std::optional<DvdPlace> place);
     /** Carried out on the engine's thread, in order; dropped when the session is over. */
     void post(std::function<void(Session&)> task);
 

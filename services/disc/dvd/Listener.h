@@ -20,6 +20,15 @@ struct Streams {
     std::vector<zm::dvd::SubtitleInfo> subtitles;
 };
 
+/** A place in a title, and what is heard and read there. */
+struct DvdPlace {
+    int title = 1;
+    int chapter = 1;
+    engine::Milliseconds position{0}; ///< in the title
+    int sound = -1;                   ///< logical number; -1 as the disc wants it
+    int subtitle = -1;                ///< the same, or dvd::NoSubtitle
+};
+
 /** What is on the screen. */
 struct Scene {
     int title = 0; ///< 0 outside titles
@@ -46,6 +55,8 @@ public:
     virtual void dvdShows(const Scene& scene) = 0;
     /** The disc does not do what was asked last. */
     virtual void dvdRefused() = 0;
+    /** A button that was touched is carried out. */
+    virtual void dvdPressed() = 0;
     /** A fast scan has reached the title's beginning or end; it stands there. */
     virtual void dvdScanned(engine::ScanEdge edge) = 0;
     /** Part of the film cannot be read; it goes on with the next chapter. */

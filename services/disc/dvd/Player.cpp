@@ -81,9 +81,9 @@ int placeOf(const Streams& streams, int logical) {
 } // namespace
 
 Player::Player(EventLoop& loop, model::DiscState& state, model::PlayModes& modes,
-               std::unique_ptr<Engine> engine, std::string path, Failed failed)
-    : m_loop(loop), m_state(state), m_modes(modes), m_engine(std::move(engine)), m_path(std::move(path)),
-      m_failed(std::move(failed)) {}
+               std::unique_ptr<Engine> engine, DvdResume& resume, std::string path, Failed failed)
+    : m_loop(loop), m_state(state), m_modes(modes), m_engine(std::move(engine)), m_resume(resume),
+      m_path(std::move(path)), m_failed(std::move(failed)) {}
 
 void Player::refuse() {
     m_state.keyInvalid();
@@ -99,9 +99,12 @@ void Player::sourceOn() {
     }
     m_state.videoMode(model::VideoMode::Picture);
     if (!std::exchange(m_started, true)) {
-        m_engine->start(m_path, *this, m_mode);
+        m_engine->start(m_path, *this, m_mode, m_resume.place());
         followModes();
         return;
+    }
+    if (std::exchange(m_fromBeginning, false)) {
+        jump(zm::dvd::Operation::Restart);
     }
     m_engine->post([mode = m_mode](Session& session) {
         session.cover(false);
@@ -124,6 +127,7 @@ void Player::halt() {
         session.cover(true);
     });
     publishState(model::PlayState::Stopped);
+    m_resume.flush();
 }
 
 // ---- what is published
@@ -201,14 +205,32 @@ void Player::dvdShows(const Scene& scene) {
         publishDetail();
     }
     publishTime();
+    remember();
     if (const auto back = m_passage.jumpFrom(scene.position); back && !m_scan.active() && inTitle()) {
         const int begin = static_cast<int>(back->count());
         m_engine->post([begin](Session& session) { session.jump(zm::dvd::Operation::Time, begin); });
     }
 }
 
+// A menu that the user has called is a look aside; one to which the disc itself has come is its end.
+void Player::remember() {
+    if (m_fromBeginning) {
+        return;
+    }
+    if (inTitle()) {
+        m_menuCalled = false;
+        m_resume.moved(m_scene, m_modes);
+    } else if (!m_menuCalled) {
+        m_resume.beginsAnew(m_modes);
+    }
+}
+
 void Player::dvdRefused() {
     refuse();
+}
+
+void Player::dvdPressed() {
+    play(0, 0);
 }
 
 void Player::dvdScanned(engine::ScanEdge) {
@@ -229,6 +251,8 @@ void Player::dvdEnded() {
         return;
     }
     m_mode = engine::StartMode::Playing;
+    m_resume.beginsAnew(m_modes);
+    m_fromBeginning = true;
     halt();
     m_state.tip(model::Tip::Stop);
 }
@@ -256,7 +280,7 @@ void Player::next(int, int) {
     const int title = m_scene.title;
     const bool last = m_scene.chapter >= chaptersOf(title);
     if (!running() || !inTitle() || !allowed(zm::dvd::NoNext) ||
-        (last && title >= static_cast<int>(m_titles.titles.size()))) {
+        (last && (!allowed(zm::dvd::NoTitlePlay) || title >= static_cast<int>(m_titles.titles.size())))) {
         refuse();
         return;
     }
@@ -329,6 +353,7 @@ void Player::pause(int, int) {
     m_mode = engine::StartMode::Paused;
     m_engine->post([](Session& session) { session.pause(); });
     publishState(model::PlayState::Paused);
+    m_resume.flush();
     m_state.tip(model::Tip::Pause);
 }
 
@@ -361,6 +386,7 @@ void Player::stop(int, int) {
     m_fromBeginning = m_playState == model::PlayState::Stopped;
     if (m_fromBeginning) {
         m_scene = {};
+        m_resume.beginsAnew(m_modes);
         publishTrack();
         publishTime();
     }
@@ -377,6 +403,7 @@ void Player::repeat(int mode, int) {
     }
     m_modes.repeat = row.mode;
     m_state.modes(m_modes);
+    remember();
     followModes();
     m_state.tip(row.tip);
 }
@@ -386,7 +413,7 @@ void Player::followModes() {
 }
 
 void Player::repeatPassage(int, int) {
-    if (m_playState != model::PlayState::Playing || !inTitle()) {
+    if (m_playState != model::PlayState::Playing || !inTitle() || !allowed(zm::dvd::NoTimeSearch)) {
         refuse();
         return;
     }
@@ -431,6 +458,10 @@ void Player::angle(int, int) {
 }
 
 void Player::zoom(int, int) {
+    if (!running()) {
+        refuse();
+        return;
+    }
     m_view.nextZoom();
     m_engine->post([view = m_view](Session& session) { session.view(view); });
 }
@@ -441,6 +472,7 @@ void Player::menu(int, int) {
         return;
     }
     leaveScan();
+    m_menuCalled = m_menuCalled || inTitle();
     jump(zm::dvd::Operation::RootMenu);
     play(0, 0);
 }
@@ -451,6 +483,7 @@ void Player::titleMenu(int, int) {
         return;
     }
     leaveScan();
+    m_menuCalled = m_menuCalled || inTitle();
     jump(zm::dvd::Operation::TitleMenu);
     play(0, 0);
 }
@@ -493,7 +526,7 @@ void Player::seek(int position, int) {
 }
 
 void Player::touch(int x, int y) {
-    if (m_playState == model::PlayState::Playing) {
+    if (m_playState == model::PlayState::Playing || m_playState == model::PlayState::Paused) {
         m_engine->post([=](Session& session) { session.press(x, y); });
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/disc/dvd/DvdResume.h"
 #include "services/disc/dvd/Engine.h"
 #include "services/disc/model/DiscState.h"
 #include "services/disc/player/PassageRepeat.h"
@@ -18,9 +19,9 @@ public:
     /** Says why the disc cannot be played (any further). */
     using Failed = std::function<void(const std::string& reason)>;
 
-    /** Playing begins with `sourceOn`. */
+    /** Playing begins with `sourceOn`, where `resume` says. */
     Player(EventLoop& loop, model::DiscState& state, model::PlayModes& modes, std::unique_ptr<Engine> engine,
-           std::string path, Failed failed);
+           DvdResume& resume, std::string path, Failed failed);
 
     void sourceOn() override;
     void sourceOff() override;
@@ -55,6 +56,7 @@ private:
     void dvdArrived() override;
     void dvdShows(const Scene& scene) override;
     void dvdRefused() override;
+    void dvdPressed() override;
     void dvdScanned(engine::ScanEdge edge) override;
     void dvdGaveUpChapter() override;
     void dvdEnded() override;
@@ -73,16 +75,19 @@ private:
     void publishTime();
     void publishDetail();
     void followModes();
+    void remember();
 
     EventLoop& m_loop;
     model::DiscState& m_state;
     model::PlayModes& m_modes;
     std::unique_ptr<Engine> m_engine;
+    DvdResume& m_resume;
     std::string m_path;
     Failed m_failed;
     bool m_started = false;
     bool m_source = false;
     bool m_fromBeginning = false; ///< it was stopped twice
+    bool m_menuCalled = false;    ///< by the user, who wants back to the film
     engine::StartMode m_mode = engine::StartMode::Playing;
     model::PlayState m_playState = model::PlayState::Loading;
     Titles m_titles;

@@ -67,8 +67,9 @@ Session::Session(EventLoop& loop, Listener& listener, engine::FrameSink& frames,
     m_sound.stream = -1;
 }
 
-void Session::start(const std::string& path, engine::StartMode mode) {
+void Session::start(const std::string& path, engine::StartMode mode, const std::optional<DvdPlace>& place) {
     m_mode = mode;
+    m_begin = place;
     auto reader = ReaderProcess::start(path);
     if (!reader) {
         fail(reader.error());
@@ -122,7 +123,7 @@ void Session::readOn() {
             arriveElsewhere();
             break;
         case ReaderDialogue::Found::Refused:
-            if (m_scanSpeed == 0) {
+            if (m_scanSpeed == 0 && !std::exchange(m_begin, std::nullopt)) {
                 m_listener.dvdRefused();
             }
             break;
@@ -155,6 +156,9 @@ void Session::take(const std::vector<uint8_t>& packet) {
             [this](const zm::dvd::DiscEvent& event) {
                 const size_t count = std::min<size_t>(event.titles, zm::dvd::MaxTitles);
                 m_listener.dvdOpened({{event.title.begin(), event.title.begin() + count}});
+                if (m_begin) {
+                    ask(command(zm::dvd::Operation::Chapter, m_begin->title, m_begin->chapter));
+                }
             },
             std::type_identity<zm::dvd::DiscEvent>());
         break;
@@ -211,9 +215,23 @@ void Session::take(const std::vector<uint8_t>& packet) {
     }
 }
 
+// The disc has been led to the chapter where it is to begin; from there its sounds and times are known.
+bool Session::goOnToBegin(const zm::dvd::PlaceEvent& event) {
+    const auto place = std::exchange(m_begin, std::nullopt);
+    if (!place || event.domain != zm::dvd::Domain::Title || event.title != place->title) {
+        return false;
+    }
+    ask(command(zm::dvd::Operation::Streams, place->sound, place->subtitle,
+                static_cast<int>(place->position.count())));
+    return true;
+}
+
 void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_t> bytes) {
     m_reader->tell(command(zm::dvd::Operation::Taken));
     auto pack = readNavPack(bytes, event.wide != 0);
+    if (goOnToBegin(event)) {
+        return;
+    }
     // A damaged one takes the place that it has behind the one before, without anything to see.
     m_unitIsLost = !pack;
     if (!pack) {
@@ -538,12 +556,16 @@ void Session::ask(const zm::dvd::Command& wish) {
 }
 
 void Session::press(int x, int y) {
-    if (!m_reader || !m_shown || (m_shown->place.prohibited & zm::dvd::NoButton)) {
+    if (!m_reader || !m_shown) {
         return;
     }
     const auto [column, line] = pointOfPicture(x, y);
     const int number = m_shown->pack.buttonAt(column, line);
     if (number == 0) {
+        return;
+    }
+    if (m_shown->place.prohibited & zm::dvd::NoButton) {
+        m_listener.dvdRefused();
         return;
     }
     m_shown->button = number;
@@ -554,6 +576,7 @@ void Session::press(int x, int y) {
     auto pressed = command(zm::dvd::Operation::Button, number, static_cast<int>(m_shown->place.number));
     pressed.seen = m_shown->generation;
     ask(pressed);
+    m_listener.dvdPressed();
 }
 
 void Session::streams(int sound, int subtitle) {
@@ -595,8 +618,12 @@ std::pair<int, int> Session::pointOfPicture(int x, int y) const {
 
 void Session::view(const engine::PictureView& view) {
     m_zoom = view.zoom();
-    if (m_reader) {
-        m_pipeline->view(view);
+    if (!m_reader) {
+        return;
+    }
+    m_pipeline->view(view);
+    if (m_mode == engine::StartMode::Paused || m_idle == Idle::Still) {
+        m_pipeline->repeatPicture();
     }
 }
 

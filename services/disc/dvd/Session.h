@@ -27,7 +27,8 @@ class Session {
 public:
     Session(EventLoop& loop, Listener& listener, engine::FrameSink& frames, const SoundMaker& makeSound);
 
-    void start(const std::string& path, engine::StartMode mode);
+    /** From `place` on where the disc still has that, else from its first play. */
+    void start(const std::string& path, engine::StartMode mode, const std::optional<DvdPlace>& place);
     void play();
     void pause();
     /** Goes elsewhere; see dvd::Operation for the numbers. */
@@ -68,6 +69,7 @@ private:
     void readOn();
     bool farEnough() const;
     void take(const std::vector<uint8_t>& packet);
+    bool goOnToBegin(const zm::dvd::PlaceEvent& event);
     void takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_t> pack);
     void takeBlocks(std::span<const uint8_t> blocks);
     void takeFragment(const Fragment& fragment);
@@ -120,6 +122,7 @@ private:
     Idle m_idle = Idle::No;
     std::optional<int64_t> m_stillEnd; ///< running time
     Repeat m_repeat = Repeat::Nothing;
+    std::optional<DvdPlace> m_begin; ///< where to go first
 
     // What is seen.
     std::optional<Moment> m_shown;

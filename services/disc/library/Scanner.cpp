@@ -243,6 +243,7 @@ Result<model::Contents> scan(medium::Medium& medium, ScanProgress& progress) {
         model::Contents contents;
         contents.trackType = model::MediaType::Dvd;
         contents.dvd = dvd;
+        contents.identity = dvd->identity;
         return contents;
     }
     FoundFolder root;

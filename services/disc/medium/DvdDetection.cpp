@@ -1,5 +1,7 @@
 #include "services/disc/medium/DvdDetection.h"
 
+#include "services/disc/model/DiscIdentity.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -12,24 +14,44 @@ constexpr std::string_view FilmFolder = "VIDEO_TS";
 constexpr std::array<std::string_view, 2> tables{"VIDEO_TS.IFO", "VIDEO_TS.BUP"};
 constexpr std::string_view Mark = "DVDVIDEO-VMG";
 constexpr size_t RegionsAt = 0x23;
+// Of the table, which tells discs apart: what it says of the disc and of its titles.
+constexpr size_t TableBytes = 8192;
 
-bool isCalled(const std::string& name, std::string_view wanted) {
-    return std::equal(name.begin(), name.end(), wanted.begin(), wanted.end(), [](char a, char b) {
-        return (a >= 'a' && a <= 'z' ? static_cast<char>(a - 'a' + 'A') : a) == b;
-    });
+char large(char letter) {
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
-std::optional<model::DvdMark> readTable(Medium& medium, const std::string& file) {
+bool isCalled(const std::string& name, std::string_view wanted) {
+    return std::equal(name.begin(), name.end(), wanted.begin(), wanted.end(),
+                      [](char a, char b) { return large(a) == b; });
+}
+
+// By the table, and by the names and sizes of all files: the tables of small discs are often the same.
+std::string identityOf(std::string_view table, const std::vector<Entry>& entries) {
+    model::DiscIdentity identity;
+    identity.addFile("", table.size(), table, "");
+    for (const auto& each : entries) {
+        if (each.type == Entry::Type::File) {
+            std::string name = each.rawName;
+            std::transform(name.begin(), name.end(), name.begin(), large);
+            identity.addFile(name, each.size, "", "");
+        }
+    }
+    return identity.text();
+}
+
+std::optional<model::DvdMark> readTable(Medium& medium, const std::string& file,
+                                        const std::vector<Entry>& beside) {
     auto reader = medium.open(file);
-    std::array<char, RegionsAt + 1> bytes{};
+    std::array<char, TableBytes> bytes{};
     if (!reader) {
         return std::nullopt;
     }
     const auto count = (*reader)->readAt(0, bytes);
-    if (!count || *count < bytes.size() || std::string_view(bytes.data(), Mark.size()) != Mark) {
+    if (!count || *count <= RegionsAt || std::string_view(bytes.data(), Mark.size()) != Mark) {
         return std::nullopt;
     }
-    return model::DvdMark{static_cast<uint8_t>(bytes[RegionsAt])};
+    return model::DvdMark{static_cast<uint8_t>(bytes[RegionsAt]), identityOf({bytes.data(), *count}, beside)};
 }
 
 const Entry* fileCalled(const std::vector<Entry>& entries, std::string_view wanted) {
@@ -47,7 +69,7 @@ std::optional<model::DvdMark> findTable(Medium& medium, const std::string& folde
     for (const auto table : tables) {
         if (const Entry* entry = fileCalled(entries, table)) {
             const std::string path = folder.empty() ? entry->rawName : folder + "/" + entry->rawName;
-            if (const auto mark = readTable(medium, path)) {
+            if (const auto mark = readTable(medium, path, entries)) {
                 return mark;
             }
         }

@@ -48,6 +48,7 @@ struct Folder {
 /** What is known of a DVD-Video before it is played. */
 struct DvdMark {
     uint8_t prohibitedRegions = 0; ///< bit n - 1 is set where region n must not play it
+    std::string identity;          ///< as that of `Contents`
 };
 
 /** Everything playable on a disc, numbered. */

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "services/disc/model/DiscState.h"
-#include "services/disc/player/ResumeMemory.h"
+#include "services/disc/player/ResumeKeeper.h"
 #include "services/disc/player/TrackAddress.h"
 
 namespace zm::disc::player {
@@ -10,11 +10,6 @@ namespace zm::disc::player {
 class DiscResume {
 public:
     DiscResume(ResumeMemory& memory, std::shared_ptr<const model::Contents> contents);
-    /** Keeps the last that it was told. */
-    ~DiscResume();
-    DiscResume(const DiscResume&) = delete;
-    DiscResume& operator=(const DiscResume&) = delete;
-
     /** The item to begin with, of contents with at least one: the first when the disc is new. */
     ItemPlace item() const { return m_item; }
     std::chrono::milliseconds position() const { return m_position; }
@@ -24,17 +19,14 @@ public:
     /** Called often while the disc plays: what is kept is a few seconds old at most. */
     void moved(const ItemPlace& item, std::chrono::milliseconds position, const model::PlayModes& modes);
     /** Keeps what it was told last, at once. */
-    void flush();
+    void flush() { m_keeper.flush(); }
 
 private:
-    ResumeMemory& m_memory;
+    ResumeKeeper m_keeper;
     std::shared_ptr<const model::Contents> m_contents;
     ItemPlace m_item;
     std::chrono::milliseconds m_position{0};
     std::optional<model::PlayModes> m_modes;
-    std::optional<ResumePoint> m_told;
-    std::optional<ResumePoint> m_kept;
-    std::chrono::steady_clock::time_point m_keptAt;
 };
 
 } // namespace zm::disc::player

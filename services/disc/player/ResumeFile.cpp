@@ -19,10 +19,17 @@ constexpr int LastKind = static_cast<int>(model::MediaKind::Photo);
 
 constexpr const char* makeTable =
     "CREATE TABLE IF NOT EXISTS discs (used INTEGER PRIMARY KEY, identity TEXT, kind INTEGER,"
-    " folderid INTEGER, fid INTEGER, milliseconds INTEGER, repeat INTEGER, shuffle INTEGER);";
+    " folderid INTEGER, fid INTEGER, milliseconds INTEGER, repeat INTEGER, shuffle INTEGER,"
+    " sound INTEGER DEFAULT -1, subtitle INTEGER DEFAULT -1);";
+// A file that was written before there were DVDs has no such columns.
+constexpr const char* addColumns[] = {"ALTER TABLE discs ADD COLUMN sound INTEGER DEFAULT -1",
+                                      "ALTER TABLE discs ADD COLUMN subtitle INTEGER DEFAULT -1"};
 constexpr const char* selectRows =
-    "SELECT identity, kind, folderid, fid, milliseconds, repeat, shuffle FROM discs ORDER BY used";
-constexpr const char* insertRow = "INSERT INTO discs VALUES (?, ?, ?, ?, ?, ?, ?, ?)";
+    "SELECT identity, kind, folderid, fid, milliseconds, repeat, shuffle, sound, subtitle FROM discs"
+    " ORDER BY used";
+constexpr const char* insertRow = "INSERT INTO discs VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
+constexpr const char* countColumns = "SELECT count(*) FROM pragma_table_info('discs')";
+constexpr int OldColumns = 8;
 
 using Database = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
 using Statement = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>;
@@ -42,6 +49,15 @@ Statement prepare(sqlite3* database, const char* sql) {
 
 bool run(sqlite3* database, const char* sql) {
     return sqlite3_exec(database, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+void addNewColumns(sqlite3* database) {
+    const auto count = prepare(database, countColumns);
+    if (sqlite3_step(count.get()) == SQLITE_ROW && sqlite3_column_int(count.get(), 0) == OldColumns) {
+        for (const char* each : addColumns) {
+            run(database, each);
+        }
+    }
 }
 
 // What a failure may come from while the file itself is good.
@@ -70,7 +86,8 @@ RememberedDisc discOf(sqlite3_stmt* row) {
     return {identity ? identity : "",
             {static_cast<model::MediaKind>(sqlite3_column_int(row, 1)), sqlite3_column_int(row, 2),
              sqlite3_column_int(row, 3), std::chrono::milliseconds(sqlite3_column_int64(row, 4)),
-             sqlite3_column_int(row, 5), sqlite3_column_int(row, 6)}};
+             sqlite3_column_int(row, 5), sqlite3_column_int(row, 6), sqlite3_column_int(row, 7),
+             sqlite3_column_int(row, 8)}};
 }
 
 bool insertAll(sqlite3* database, const std::vector<RememberedDisc>& discs) {
@@ -82,7 +99,8 @@ bool insertAll(sqlite3* database, const std::vector<RememberedDisc>& discs) {
         sqlite3_bind_text(statement.get(), 2, identity.c_str(), -1, SQLITE_STATIC);
         int column = 2;
         for (const int number : {static_cast<int>(point.kind), point.folderId, point.fileId,
-                                 static_cast<int>(point.position.count()), point.repeat, point.shuffle}) {
+                                 static_cast<int>(point.position.count()), point.repeat, point.shuffle,
+                                 point.sound, point.subtitle}) {
             sqlite3_bind_int(statement.get(), ++column, number);
         }
         if (sqlite3_step(statement.get()) != SQLITE_DONE) {
@@ -94,8 +112,11 @@ bool insertAll(sqlite3* database, const std::vector<RememberedDisc>& discs) {
 }
 
 bool writeAll(sqlite3* database, const std::vector<RememberedDisc>& discs) {
-    return run(database, "BEGIN IMMEDIATE") && run(database, makeTable) &&
-           run(database, "DELETE FROM discs") && insertAll(database, discs) && run(database, "COMMIT");
+    if (!run(database, "BEGIN IMMEDIATE") || !run(database, makeTable)) {
+        return false;
+    }
+    addNewColumns(database);
+    return run(database, "DELETE FROM discs") && insertAll(database, discs) && run(database, "COMMIT");
 }
 
 } // namespace
@@ -109,6 +130,7 @@ std::vector<RememberedDisc> ResumeFile::read() {
     auto database = openDatabase(m_path, SQLITE_OPEN_READWRITE);
     bool good = isSound(database.get());
     if (good) {
+        addNewColumns(database.get());
         const auto statement = prepare(database.get(), selectRows);
         int result = sqlite3_step(statement.get());
         for (; result == SQLITE_ROW; result = sqlite3_step(statement.get())) {

@@ -9,7 +9,10 @@
 
 namespace zm::disc::player {
 
-/** Where a disc was left: the item by its numbers on the disc, and the modes as "playstate" has them. */
+/**
+ * Where a disc was left: the item by its numbers on the disc, and the modes as "playstate" has them. A DVD's item is a
+ * video: its title (0: it begins anew) as the folder, its chapter as the file.
+ */
 struct ResumePoint {
     model::MediaKind kind = model::MediaKind::Music;
     int folderId = 1;
@@ -17,6 +20,8 @@ struct ResumePoint {
     std::chrono::milliseconds position{0};
     int repeat = 2;
     int shuffle = 0;
+    int sound = -1;    ///< of a DVD, logical number; -1 as the disc wants it
+    int subtitle = -1; ///< the same
     bool operator==(const ResumePoint&) const = default;
 };
 

@@ -123,6 +123,19 @@ TEST_F(Dvd, EveryKindOfSoundIsHeard) {
     }
 }
 
+TEST_F(Dvd, SixChannelsAreMixedAsLoudAsTwoAre) {
+    play(DvdKind::Formats);
+    m_unit.next("rootmenu", "true");
+    m_unit.command(188, 180, 100);
+    nextPlace(1, 1);
+    EXPECT_TRUE(m_unit.sound().waitForTone(300));
+    // The left one with an eighth of full volume and the middle one with half of that.
+    EXPECT_NEAR(m_unit.sound().peak(), 0.125 + 0.0625 * 0.707, 0.02);
+    m_unit.command(11);
+    EXPECT_TRUE(m_unit.sound().waitForTone(500));
+    EXPECT_NEAR(m_unit.sound().peak(), 0.125 * 0.707, 0.02) << "one channel that was spread over two";
+}
+
 TEST_F(Dvd, SubtitlesAreShownOneAfterTheOtherThenNone) {
     playTitle(1);
     const auto nextSubtitle = [&](int number) {

@@ -1,5 +1,6 @@
 #include "services/disc/dvd/Pipeline.h"
 
+#include "services/disc/engine/MixDown.h"
 #include "services/disc/log/Log.h"
 
 #include <gst/video/video.h>
@@ -12,6 +13,7 @@ namespace {
 
 // Stamps start above 0, as a stream may begin with a piece that belongs before its first picture.
 constexpr int64_t Margin = 10 * 90000;
+constexpr GstClockTime StateChangeTime = 500 * GST_MSECOND;
 constexpr const char* SubtitleEvent = "application/x-gst-dvd";
 
 constexpr std::array<const char*, PadCount> streamCaps{
@@ -37,10 +39,10 @@ struct SoundRow {
     const char* description;
 };
 constexpr SoundRow soundChains[] = {
-    {Pad::Ac3, ZM_DVD_QUEUE " ! ac3parse ! avdec_ac3 ! audioconvert ! audioresample"},
-    {Pad::Mpeg, ZM_DVD_QUEUE " ! mpegaudioparse ! avdec_mp2float ! audioconvert ! audioresample"},
-    {Pad::Lpcm, ZM_DVD_QUEUE " ! dvdlpcmdec ! audioconvert ! audioresample"},
-    {Pad::Dts, ZM_DVD_QUEUE " ! dcaparse ! avdec_dca ! audioconvert ! audioresample"},
+    {Pad::Ac3, ZM_DVD_QUEUE " ! ac3parse ! avdec_ac3 ! audioconvert name=mix ! audioresample"},
+    {Pad::Mpeg, ZM_DVD_QUEUE " ! mpegaudioparse ! avdec_mp2float ! audioconvert name=mix ! audioresample"},
+    {Pad::Lpcm, ZM_DVD_QUEUE " ! dvdlpcmdec ! audioconvert name=mix ! audioresample"},
+    {Pad::Dts, ZM_DVD_QUEUE " ! dcaparse ! avdec_dca ! audioconvert name=mix ! audioresample"},
 };
 // One kind of sound after the other comes out in the same format, so that nothing behind it starts anew.
 constexpr const char* soundJoint =
@@ -82,6 +84,7 @@ Pipeline::Pipeline(EventLoop& loop, engine::FrameSink& frames, const SoundMaker&
         m_failure = m_failure.empty() ? "no decoder installed" : m_failure;
         return;
     }
+    m_standing.emplace(m_picture.element());
     listen();
     // The sound may pause, so it cannot be the clock.
     GstClock* clock = gst_system_clock_obtain();
@@ -132,6 +135,9 @@ bool Pipeline::add(const char* description, Pad which, GstElement* target, const
     }
     gst_bin_add(GST_BIN(m_pipeline.get()), chain);
     GstPad* sink = gst_element_get_static_pad(chain, "sink");
+    if (const engine::GstOwned<GstElement> mix(gst_bin_get_by_name(GST_BIN(chain), "mix")); mix) {
+        engine::mixDown(mix.get());
+    }
     const bool fed = gst_pad_link(pad(which), sink) == GST_PAD_LINK_OK;
     gst_object_unref(sink);
     if (targetPad) {
@@ -212,6 +218,10 @@ void Pipeline::pause() {
 }
 
 void Pipeline::flush() {
+    if (m_prerolled) {
+        // A flush that meets the change to playing leaves it undone, and the pipeline waits for ever.
+        gst_element_get_state(m_pipeline.get(), nullptr, nullptr, StateChangeTime);
+    }
     for (size_t i = 0; i < PadCount; ++i) {
         gst_pad_push_event(pad(static_cast<Pad>(i)), gst_event_new_flush_start());
     }
@@ -299,22 +309,13 @@ void Pipeline::lines(int count) {
     g_object_set(size.get(), "caps", caps.get(), nullptr);
 }
 
+void Pipeline::view(const engine::PictureView& view) {
+    m_picture.view(view);
+    m_zoom = view.zoom();
+}
+
 void Pipeline::repeatPicture() {
-    const engine::GstOwned<GstElement> sink(gst_bin_get_by_name(GST_BIN(m_picture.element()), "frames"));
-    GstSample* taken = nullptr;
-    g_object_get(sink.get(), "last-sample", &taken, nullptr);
-    if (!taken) {
-        return;
-    }
-    const engine::GstOwned<GstSample> sample(taken);
-    GstVideoInfo info;
-    GstVideoFrame frame;
-    if (gst_video_info_from_caps(&info, gst_sample_get_caps(taken)) &&
-        gst_video_frame_map(&frame, &info, gst_sample_get_buffer(taken), GST_MAP_READ)) {
-        m_frames.show(static_cast<const uint8_t*>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)),
-                      GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0));
-        gst_video_frame_unmap(&frame);
-    }
+    m_standing->show(m_frames, m_zoom);
 }
 
 int64_t Pipeline::runningTime() const {

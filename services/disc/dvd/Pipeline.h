@@ -4,11 +4,13 @@
 #include "services/disc/dvd/Element.h"
 #include "services/disc/dvd/NavPack.h"
 #include "services/disc/dvd/Pack.h"
+#include "services/disc/dvd/StandingPicture.h"
 #include "services/disc/engine/Gst.h"
 #include "services/disc/engine/PictureBin.h"
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace zm::disc::dvd {
@@ -55,8 +57,9 @@ public:
     void noHighlight();
     /** Lines of the disc's whole pictures. */
     void lines(int count);
-    void view(const engine::PictureView& view) { m_picture.view(view); }
-    /** Shows the last picture once more. */
+    /** Takes effect with the next picture. */
+    void view(const engine::PictureView& view);
+    /** Shows the last picture once more, as it is looked at now. */
     void repeatPicture();
 
     /** What is shown now; 0 until the first picture. */
@@ -78,6 +81,8 @@ private:
     PipelineEvents m_events;
     std::string m_failure;
     engine::PictureBin m_picture; ///< outlives the pipeline that feeds it
+    std::optional<StandingPicture> m_standing;
+    double m_zoom = 1.0;
     engine::GstOwned<GstElement> m_pipeline;
     GstElement* m_source = nullptr; ///< of the pipeline
     SourceHandle m_bus;

@@ -1,10 +1,20 @@
 #include "services/disc/dvd/Sound.h"
 
+#include "services/disc/engine/SoundFile.h"
 #include "services/disc/log/Log.h"
+
+#include <cstdlib>
 
 namespace zm::disc::dvd {
 
 GstElement* makeSound() {
+    if (const char* file = std::getenv("ZM_SOUND"); file && *file) {
+        if (GstElement* sink = engine::makeSoundFile(file)) {
+            logInfo("the DVD's sound goes to %s\n", file);
+            return sink;
+        }
+        logWarning("the DVD's sound cannot be written to %s\n", file);
+    }
     GstElement* chain =
         gst_parse_bin_from_description("audioconvert ! audioresample ! alsasink name=device", TRUE, nullptr);
     if (chain) {

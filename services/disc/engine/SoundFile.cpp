@@ -77,15 +77,15 @@ GstElement* makeSoundFile(const std::string& path) {
     if (!file.valid()) {
         return nullptr;
     }
-    ::signal(SIGXFSZ, SIG_IGN); // it is then as long as it may be
-    // For ever, like the element.
-    auto* sound = new SoundFile(std::move(file));
+    ::signal(SIGXFSZ, SIG_IGN);                   // it is then as long as it may be
+    auto* sound = new SoundFile(std::move(file)); // as long as the element
     GstElement* sink = gst_element_factory_make("fakesink", nullptr);
     g_object_set(sink, "sync", TRUE, "signal-handoffs", TRUE, nullptr);
     auto onSound = +[](GstElement* from, GstBuffer* buffer, GstPad* pad, gpointer to) {
         static_cast<SoundFile*>(to)->add(from, pad, buffer);
     };
-    g_signal_connect(sink, "handoff", G_CALLBACK(onSound), sound);
+    auto onEnd = +[](gpointer ended, GClosure*) { delete static_cast<SoundFile*>(ended); };
+    g_signal_connect_data(sink, "handoff", G_CALLBACK(onSound), sound, onEnd, GConnectFlags{});
     return sink;
 }
 

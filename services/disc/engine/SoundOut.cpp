@@ -1,5 +1,6 @@
 #include "services/disc/engine/SoundOut.h"
 
+#include "services/disc/engine/MixDown.h"
 #include "services/disc/engine/SoundFile.h"
 #include "services/disc/log/Log.h"
 
@@ -135,6 +136,7 @@ GstElement* makeSoundSink() {
         "audioconvert name=first ! audioresample ! capsfilter name=last", FALSE, nullptr);
     const GstOwned<GstElement> first(gst_bin_get_by_name(GST_BIN(chain), "first"));
     const GstOwned<GstElement> last(gst_bin_get_by_name(GST_BIN(chain), "last"));
+    mixDown(first.get());
     gst_element_set_locked_state(device, FALSE);
     gst_bin_add(GST_BIN(chain), device);
     gst_element_link(last.get(), device);

@@ -16,6 +16,8 @@ namespace zm::disc::engine {
 namespace {
 
 constexpr Milliseconds Tick{250};
+// Pictures of a scan follow each other as fast as the eye takes them for movement.
+constexpr Milliseconds ScanTick{125};
 // A scan this close to the end counts as having reached it.
 constexpr Milliseconds EndMargin{1000};
 
@@ -335,12 +337,12 @@ void FilePipeline::scan(int speed) {
         gst_element_set_state(m_player.get(), GST_STATE_PAUSED);
     }
     m_scanSpeed = speed;
-    m_clock = everyInterval(m_loop, Tick, [this] { scanStep(); });
+    m_clock = everyInterval(m_loop, ScanTick, [this] { scanStep(); });
 }
 
 void FilePipeline::scanStep() {
     const Milliseconds last = std::max(length() - EndMargin, Milliseconds{0});
-    m_scanPosition += m_scanSpeed * Tick;
+    m_scanPosition += m_scanSpeed * ScanTick;
     const bool beginning = m_scanPosition <= Milliseconds{0};
     const bool end = last > Milliseconds{0} && m_scanPosition >= last;
     if (beginning || end) {

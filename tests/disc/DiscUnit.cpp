@@ -87,6 +87,11 @@ void PictureRecorder::show(const uint8_t* pixels, int stride) {
         m_pixels.insert(m_pixels.end(), line, line + disc::engine::PictureWidth * BytesPerPixel);
     }
     ++m_frames;
+    m_times.push_back(std::chrono::steady_clock::now());
+    const Colour middle = mean(disc::engine::PictureWidth / 2, disc::engine::PictureHeight / 2);
+    if (!std::exchange(m_bright, middle.green > 128) && m_bright) {
+        m_flashes.push_back(m_times.back());
+    }
     m_cleared = false;
     m_changed.notify_all();
 }
@@ -100,6 +105,22 @@ void PictureRecorder::clear() {
 int PictureRecorder::frames() const {
     std::lock_guard lock(m_mutex);
     return m_frames;
+}
+
+std::vector<std::chrono::steady_clock::time_point> PictureRecorder::times() const {
+    std::lock_guard lock(m_mutex);
+    return m_times;
+}
+
+std::vector<std::chrono::steady_clock::time_point> PictureRecorder::flashes() const {
+    std::lock_guard lock(m_mutex);
+    return m_flashes;
+}
+
+void PictureRecorder::forgetTimes() {
+    std::lock_guard lock(m_mutex);
+    m_times.clear();
+    m_flashes.clear();
 }
 
 bool PictureRecorder::waitCleared(std::chrono::milliseconds timeout) {

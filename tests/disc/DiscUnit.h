@@ -77,6 +77,10 @@ public:
     void clear() override;
 
     int frames() const;
+    /** When pictures were shown, and when their middle turned from dark to bright, since `forgetTimes`. */
+    std::vector<std::chrono::steady_clock::time_point> times() const;
+    std::vector<std::chrono::steady_clock::time_point> flashes() const;
+    void forgetTimes();
     /** Waits until the picture was taken away. */
     bool waitCleared(std::chrono::milliseconds timeout = std::chrono::seconds(10));
     /** Mean colour of the part around (x, y) of the last picture. */
@@ -98,6 +102,9 @@ private:
     std::condition_variable m_changed;
     std::vector<uint8_t> m_pixels;
     int m_frames = 0;
+    std::vector<std::chrono::steady_clock::time_point> m_times;
+    std::vector<std::chrono::steady_clock::time_point> m_flashes;
+    bool m_bright = false;
     bool m_cleared = false;
 };
 

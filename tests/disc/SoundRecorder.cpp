@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace zm::test {
 
@@ -14,6 +15,8 @@ constexpr int Rate = 48000;
 constexpr size_t Window = Rate / 4;
 constexpr int Silence = 200; // of 32767
 constexpr double Full = 32767.0;
+constexpr int Loud = 1500;
+constexpr size_t Pause = Rate / 5;
 
 } // namespace
 
@@ -33,8 +36,15 @@ GstElement* SoundRecorder::makeSink() {
 
 void SoundRecorder::add(const int16_t* samples, size_t frames) {
     std::lock_guard lock(m_mutex);
+    // The sink gives sound out when its first sample is to be heard.
+    const auto now = std::chrono::steady_clock::now();
     for (size_t i = 0; i < frames; ++i) {
         m_left.push_back(samples[2 * i]);
+        if (std::abs(static_cast<int>(samples[2 * i])) < Loud) {
+            ++m_silent;
+        } else if (std::exchange(m_silent, 0) >= Pause) {
+            m_beeps.push_back(now + std::chrono::microseconds(i * 1'000'000 / Rate));
+        }
     }
     if (m_left.size() > Window) {
         m_left.erase(m_left.begin(), m_left.end() - Window);
@@ -74,9 +84,15 @@ double SoundRecorder::peak() const {
     return loudest / Full;
 }
 
+std::vector<std::chrono::steady_clock::time_point> SoundRecorder::beeps() const {
+    std::lock_guard lock(m_mutex);
+    return m_beeps;
+}
+
 void SoundRecorder::forget() {
     std::lock_guard lock(m_mutex);
     m_left.clear();
+    m_beeps.clear();
 }
 
 } // namespace zm::test

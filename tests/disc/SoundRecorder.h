@@ -22,6 +22,8 @@ public:
     int tone() const;
     /** The loudest of it, 0 to 1. */
     double peak() const;
+    /** When sound began after at least a fifth of a second of silence, since `forget`. */
+    std::vector<std::chrono::steady_clock::time_point> beeps() const;
     void forget();
 
 private:
@@ -31,6 +33,8 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::vector<int16_t> m_left;
+    std::vector<std::chrono::steady_clock::time_point> m_beeps;
+    size_t m_silent = 0; ///< samples in a row
 };
 
 } // namespace zm::test

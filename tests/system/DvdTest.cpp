@@ -20,6 +20,17 @@ constexpr int MenuKey = 6557;
 constexpr int SoundKey = 6535;
 constexpr int SubtitleKey = 6555;
 constexpr int StateText = 2155;
+constexpr int NextKey = 6524;
+constexpr int PlayKey = 6522;
+constexpr int StopKey = 6551;
+constexpr int AngleKey = 6556;
+constexpr int RepeatKey = 6504;
+constexpr int ShuffleKey = 6503;
+constexpr int PadKey = 6505;
+constexpr int Pad = 20;
+constexpr int PadDigit = 510; // of 0; others follow
+constexpr int PadMode = 527;
+constexpr int PadOk = 531;
 
 bool isLike(const Pixel& one, const Pixel& other) {
     const auto near = [](int a, int b) { return std::abs(a - b) < 40; };
@@ -29,6 +40,7 @@ constexpr Pixel menuBlue{0x20, 0x20, 0x60};
 constexpr Pixel red{255, 0, 0};
 constexpr Pixel blue{0, 0, 255};
 constexpr Pixel cyan{0, 255, 255};
+constexpr Pixel magenta{255, 0, 255};
 
 } // namespace
 
@@ -45,9 +57,18 @@ protected:
     }
     void touch(int x, int y) { must({"touch", std::to_string(x), std::to_string(y)}); }
     /** Touches the middle of a control of the overlay. */
-    void touchKey(int id) {
-        const Json place = item(DvdOverlay, id, "osd")["rect"];
-        touch(place[0].get<int>() + place[2].get<int>() / 2, place[1].get<int>() + place[3].get<int>() / 2);
+    void touchKey(int id, int overlay = DvdOverlay) {
+        const auto [x, y] = middleOf(id, overlay);
+        touch(x, y);
+    }
+    std::pair<int, int> middleOf(int id, int overlay = DvdOverlay) {
+        const Json place = item(overlay, id, "osd")["rect"];
+        return {place[0].get<int>() + place[2].get<int>() / 2, place[1].get<int>() + place[3].get<int>() / 2};
+    }
+    bool says(const std::string& attribute) {
+        return eventually([&] {
+            return must({"pps", "get", "zelmar/disc/status"}).find(attribute) != std::string::npos;
+        });
     }
     std::string text(int id) { return item(DvdOverlay, id, "osd")["text"]; }
     bool inMenu() {
@@ -86,6 +107,55 @@ TEST_F(DvdSystem, IsDrivenByTouchesFromItsMenuToItsEjection) {
     EXPECT_TRUE(eventually([this] { return text(StateText) == "1/2  en"; })) << text(StateText);
     must({"eject"});
     EXPECT_TRUE(eventually([this] { return window() != VideoPage; })) << screen()["main"];
+}
+
+TEST_F(DvdSystem, EachKeyOfItsBarDoesWhatItSays) {
+    startBench({"--no-web", "--launcher", "passive"});
+    must({"insert", dvdImage(DvdKind::Menus)});
+    ASSERT_TRUE(eventually([this] { return inMenu(); })) << screen()["main"];
+    touch(240, 233);
+    ASSERT_TRUE(sees(cyan));
+    openOverlay();
+    touchKey(NextKey);
+    EXPECT_TRUE(eventually([this] { return text(ChapterText) == "2/2"; }));
+    touchKey(AngleKey);
+    EXPECT_TRUE(eventually([this] { return text(StateText) == "2/2"; })) << text(StateText);
+    EXPECT_TRUE(sees(magenta));
+
+    openOverlay();
+    touchKey(PadKey);
+    ASSERT_TRUE(eventually([this] { return window("osd") == Pad; })) << screen()["osd"];
+    touchKey(PadDigit + 1, Pad);
+    touchKey(PadOk, Pad);
+    EXPECT_TRUE(sees(red));
+    openOverlay();
+    EXPECT_TRUE(eventually([this] { return text(TitleText) == "1/2"; }));
+    touchKey(PadKey);
+    ASSERT_TRUE(eventually([this] { return window("osd") == Pad; })) << screen()["osd"];
+    touchKey(PadMode, Pad);
+    touchKey(PadDigit + 3, Pad);
+    touchKey(PadOk, Pad);
+    EXPECT_TRUE(sees(blue));
+
+    openOverlay();
+    touchKey(RepeatKey);
+    EXPECT_TRUE(says("\"repeat\":8")) << must({"pps", "get", "zelmar/disc/status"});
+    touchKey(ShuffleKey);
+    EXPECT_TRUE(says("msgtip::1\n")) << must({"pps", "get", "zelmar/disc/status"});
+    const auto [x, y] = middleOf(NextKey);
+    must({"press", std::to_string(x), std::to_string(y)});
+    EXPECT_TRUE(says("discstate::10")) << "a long touch is fast forward";
+    must({"release", std::to_string(x), std::to_string(y)});
+    openOverlay();
+    touchKey(StopKey);
+    EXPECT_TRUE(says("discstate::0"));
+    openOverlay();
+    touchKey(PlayKey);
+    EXPECT_TRUE(says("discstate::2"));
+    EXPECT_TRUE(sees(blue));
+    must({"eject"});
+    EXPECT_TRUE(eventually([this] { return window() != VideoPage; })) << screen()["main"];
+    EXPECT_TRUE(eventually([this] { return must({"disc"}).find("empty") != std::string::npos; }));
 }
 
 TEST_F(DvdSystem, WithoutItsReaderItGivesTheErrorPageAndComesOut) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 using namespace zm::test;
@@ -105,6 +106,23 @@ TEST_F(Pictures, ThePictureStandsWhilePausedAndFollowsASeek) {
     EXPECT_TRUE(shows(blue));
     const int before = m_unit.pictures().frames();
     EXPECT_FALSE(m_unit.pictures().waitFrames(before, 3, 500ms));
+}
+
+TEST_F(Pictures, AFastModeShowsEightPicturesASecond) {
+    place(mp4(), m_disc / "clip.mp4");
+    play();
+    ASSERT_TRUE(shows(red));
+    m_unit.command(3);
+    m_unit.nextState(PlayState::Forward);
+    // On a machine with much else to do not all of the time.
+    size_t most = 0;
+    for (int i = 0; i < 4 && most < 14; ++i) {
+        m_unit.pictures().forgetTimes();
+        std::this_thread::sleep_for(2s);
+        most = std::max(most, m_unit.pictures().times().size());
+    }
+    EXPECT_GE(most, 14u);
+    EXPECT_LE(most, 18u);
 }
 
 TEST_F(Pictures, ChoosingAVideoSwitchesTheKind) {

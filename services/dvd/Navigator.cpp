@@ -191,7 +191,7 @@ void Navigator::takePlace(const uint8_t* block, Outbox& outbox) {
     }
     m_time = m_cellTime + ticks(buttons->pci_gi.e_eltm);
     ++m_placesAhead;
-    m_places.push_back({place.number, *buttons});
+    m_places.push_back({place.number, place.domain, *buttons});
     if (m_places.size() > KeptPlaces) {
         m_places.pop_front();
     }
@@ -407,8 +407,8 @@ Outcome Navigator::press(const Command& command, Outbox& outbox) {
     const auto number = static_cast<uint32_t>(command.second);
     const auto place = std::find_if(m_places.begin(), m_places.end(),
                                     [&](const Place& each) { return each.number == number; });
-    // An instruction of another menu would end the library.
-    if (command.seen != m_generation || place == m_places.end()) {
+    // An instruction of another menu, or of one that the disc has left meanwhile, would end the library.
+    if (command.seen != m_generation || place == m_places.end() || place->domain != domain()) {
         return Outcome::Refused;
     }
     pci_t& buttons = place->buttons;

@@ -39,6 +39,7 @@ private:
     /** A navigation pack that was sent and whose buttons may be pressed. */
     struct Place {
         uint32_t number = 0;
+        Domain domain = Domain::FirstPlay;
         pci_t buttons;
     };
 

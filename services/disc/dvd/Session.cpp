@@ -60,6 +60,40 @@ zm::dvd::Command command(zm::dvd::Operation operation, int first = 0, int second
     return made;
 }
 
+/** When a button is drawn once more: one that was drawn while the first pictures of a still menu were on their way is
+ * lost at times. */
+class Redraws {
+public:
+    bool isDue(int button) {
+        const auto now = Clock::now();
+        if (std::exchange(m_button, button) != button) {
+            m_left = 3;
+            m_next = now + Interval;
+        }
+        if (button == 0 || m_left == 0 || now < m_next) {
+            return false;
+        }
+        --m_left;
+        m_next = now + Interval;
+        return true;
+    }
+
+private:
+    static constexpr std::chrono::milliseconds Interval{200};
+    int m_button = 0;
+    int m_left = 0;
+    Clock::time_point m_next;
+};
+
+void highlight(Pipeline& pipeline, const NavPack& pack, int button, uint32_t MenuButton::*colours) {
+    if (button < 1 || static_cast<size_t>(button) > pack.buttons.size()) {
+        pipeline.noHighlight();
+        return;
+    }
+    const auto& chosen = pack.buttons[static_cast<size_t>(button) - 1];
+    pipeline.highlight(button, chosen, chosen.*colours);
+}
+
 } // namespace
 
 Session::Session(EventLoop& loop, Listener& listener, engine::FrameSink& frames, const SoundMaker& makeSound)
@@ -87,7 +121,12 @@ void Session::start(const std::string& path, engine::StartMode mode, const std::
         m_pipeline->play();
     }
     m_heard = Clock::now();
-    m_ticks = everyInterval(m_loop, Tick, [this] { tick(); });
+    m_ticks = everyInterval(m_loop, Tick, [this, redraws = Redraws()]() mutable {
+        tick();
+        if (m_shown && redraws.isDue(m_drawn)) {
+            drawButton(&MenuButton::chosen);
+        }
+    });
     readOn();
 }
 
@@ -269,6 +308,10 @@ void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_
         pack->buttons = before->pack.buttons;
     }
     moment.pack = std::move(*pack);
+    if (!m_prerolled && m_moments.empty()) {
+        // The first picture comes with its button; later ones wait behind those that are drawn already.
+        highlight(*m_pipeline, moment.pack, moment.button, &MenuButton::chosen);
+    }
     m_moments.push_back(std::move(moment));
 }
 
@@ -425,13 +468,7 @@ void Session::showMoment(const Moment& moment) {
 
 void Session::drawButton(uint32_t MenuButton::*colours) {
     m_drawn = m_shown->button;
-    const auto& buttons = m_shown->pack.buttons;
-    if (m_drawn < 1 || static_cast<size_t>(m_drawn) > buttons.size()) {
-        m_pipeline->noHighlight();
-        return;
-    }
-    const auto& button = buttons[static_cast<size_t>(m_drawn) - 1];
-    m_pipeline->highlight(m_drawn, button, button.*colours);
+    highlight(*m_pipeline, m_shown->pack, m_drawn, colours);
 }
 
 void Session::goOn(zm::dvd::Operation operation) {

@@ -1,5 +1,7 @@
 #include "base/JsonMessage.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace zm {
@@ -32,8 +34,17 @@ int nesting(std::string_view text) {
 Json parseMessage(std::string_view text) {
     // The parser takes a NUL for the end of the text, whatever follows.
     const bool refused = nesting(text) > DeepestMessage || text.find('\0') != text.npos;
-    Json message = refused ? Json() : Json::parse(text, nullptr, false);
+    Json message = refused ? Json() : parseJson(text);
     return message.is_object() ? message : Json(Json::value_t::discarded);
+}
+
+Json parseJson(std::string_view text) {
+    return Json::parse(text, nullptr, false);
+}
+
+Json jsonObject(std::string_view text) {
+    Json json = parseJson(text);
+    return json.is_object() ? json : Json::object();
 }
 
 std::string jsonText(const Json& value) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <string>
 #include <string_view>
@@ -17,6 +17,12 @@ inline constexpr int DeepestMessage = 64;
  * DeepestMessage: copying and printing take stack for each level.
  */
 Json parseMessage(std::string_view text);
+
+/** Any JSON; discarded if the text is not JSON. */
+Json parseJson(std::string_view text);
+
+/** The JSON object that `text` is; an empty object if it is not one. */
+Json jsonObject(std::string_view text);
 
 /** JSON as text; what is not UTF-8 in it is replaced. */
 std::string jsonText(const Json& value);

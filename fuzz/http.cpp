@@ -9,6 +9,8 @@
 #include "services/bench/web/Guard.h"
 #include "services/bench/web/Screen.h"
 
+#include <nlohmann/json.hpp>
+
 using namespace zm;
 using namespace zm::fuzz;
 

@@ -8,6 +8,8 @@
 #include "services/bench/screen/Compositor.h"
 #include "services/ctl/Numbers.h"
 
+#include <nlohmann/json.hpp>
+
 #include <fcntl.h>
 #include <sys/mman.h>
 

@@ -1,6 +1,9 @@
 #include "services/ctl/AnswerData.h"
 
+#include "base/JsonMessage.h"
 #include "services/ctl/Numbers.h"
+
+#include <nlohmann/json.hpp>
 
 #include <sstream>
 
@@ -11,10 +14,6 @@ using Json = nlohmann::json;
 namespace {
 
 constexpr std::string_view DeathsMark = " (deaths: ";
-
-Json parsed(const std::string& text) {
-    return Json::parse(text, nullptr, false);
-}
 
 // What stands before `mark`, which is taken away with it.
 std::string takeUntil(std::string& text, std::string_view mark) {
@@ -36,7 +35,7 @@ std::vector<std::string> outputLines(const std::string& output) {
 }
 
 Json screenData(const std::string& output) {
-    return parsed(output);
+    return parseJson(output);
 }
 
 Json ppsData(const std::string& output) {
@@ -44,7 +43,7 @@ Json ppsData(const std::string& output) {
     for (std::string line : outputLines(output)) {
         const std::string name = takeUntil(line, ":");
         const std::string encoding = takeUntil(line, ":");
-        result[name] = encoding == "json" ? parsed(line) : Json(line);
+        result[name] = encoding == "json" ? parseJson(line) : Json(line);
     }
     return result;
 }
@@ -52,7 +51,7 @@ Json ppsData(const std::string& output) {
 Json requestsData(const std::string& output) {
     Json result = Json::array();
     for (const auto& line : outputLines(output)) {
-        result.push_back(parsed(line));
+        result.push_back(parseJson(line));
     }
     return result;
 }

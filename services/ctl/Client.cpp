@@ -1,5 +1,6 @@
 #include "services/ctl/Client.h"
 
+#include "base/JsonMessage.h"
 #include "base/Paths.h"
 #include "base/Socket.h"
 #include "services/ctl/ControlVersion.h"
@@ -19,7 +20,7 @@ std::string request(const std::vector<std::string>& words) {
     std::error_code error;
     const Json message = {
         {"v", ControlVersion}, {"argv", words}, {"cwd", std::filesystem::current_path(error).string()}};
-    return message.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return jsonText(message);
 }
 
 // What whoever found no bench can do.
@@ -70,7 +71,7 @@ Result<int> Client::run(const std::vector<std::string>& words, const Print& out,
         if (!received) {
             return Error{"the bench has gone: " + received.error()};
         }
-        const Json message = Json::parse(received->text, nullptr, false);
+        const Json message = parseJson(received->text);
         if (!message.is_object()) {
             return Error{"the bench's answer is not understood"};
         }

@@ -1,10 +1,14 @@
 #include "services/ctl/Expectation.h"
 
+#include "base/JsonMessage.h"
 #include "services/ctl/AnswerData.h"
 #include "services/ctl/Numbers.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <array>
+#include <regex>
 
 namespace zm::ctl {
 
@@ -84,8 +88,7 @@ std::string shownValue(const Json& value) {
     if (value.is_discarded()) {
         return "nothing";
     }
-    return value.is_string() ? value.get<std::string>()
-                             : value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return value.is_string() ? value.get<std::string>() : jsonText(value);
 }
 
 Result<Expectation> Expectation::parse(const std::vector<std::string>& words) {
@@ -113,7 +116,9 @@ Result<Expectation> Expectation::parse(const std::vector<std::string>& words) {
                         : shownValue(found).find(self.m_value) != std::string::npos;
          }},
         {"matches", false,
-         [](E self, const Json& found) { return std::regex_search(shownValue(found), self.m_pattern); }},
+         [](E self, const Json& found) {
+             return std::regex_search(shownValue(found), std::regex(self.m_value));
+         }},
     }};
     const auto named = [](const auto& rows, const std::string& name) {
         const auto row =
@@ -140,7 +145,7 @@ Result<Expectation> Expectation::parse(const std::vector<std::string>& words) {
     }
     if (result.m_operator->name == "matches") {
         try {
-            result.m_pattern = std::regex(result.m_value);
+            static_cast<void>(std::regex(result.m_value));
         } catch (const std::regex_error& error) {
             return Error{"\"" + result.m_value + "\" is no regular expression: " + error.what()};
         }

@@ -2,10 +2,9 @@
 
 #include "base/Result.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <chrono>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -34,7 +33,6 @@ private:
     const Root* m_root = nullptr;
     const Operator* m_operator = nullptr;
     std::string m_value;
-    std::regex m_pattern; ///< of `matches`
     std::chrono::milliseconds m_limit{2000};
 };
 

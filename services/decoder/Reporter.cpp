@@ -3,6 +3,8 @@
 #include "base/Socket.h"
 #include "sys/slog.h"
 
+#include <nlohmann/json.hpp>
+
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>

@@ -10,6 +10,8 @@
 #include "services/disc/engine/FilePipeline.h"
 #include "services/disc/engine/SoundOut.h"
 
+#include <nlohmann/json.hpp>
+
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>

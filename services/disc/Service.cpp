@@ -1,5 +1,6 @@
 #include "services/disc/Service.h"
 
+#include "base/JsonMessage.h"
 #include "base/Paths.h"
 #include "services/disc/log/Log.h"
 
@@ -74,11 +75,6 @@ bool flag(const Json& object, const char* name) {
     return member != object.end() && member->is_boolean() && member->get<bool>();
 }
 
-Json parseObject(const std::string& text) {
-    auto json = Json::parse(text, nullptr, false);
-    return json.is_object() ? json : Json::object();
-}
-
 // Calls `handle` with each JSON value of the attribute `name` in an object's text.
 template <class Handle>
 void forEachJson(const std::string& text, const char* name, Handle handle) {
@@ -93,7 +89,7 @@ void forEachJson(const std::string& text, const char* name, Handle handle) {
 std::optional<model::Tray> trayOf(const std::string& driveObject) {
     std::optional<model::Tray> tray;
     forEachJson(driveObject, "tray", [&](const std::string& value) {
-        const Json json = parseObject(value);
+        const Json json = jsonObject(value);
         tray = model::Tray{string(json, "path"), flag(json, "source")};
     });
     return tray;
@@ -194,7 +190,7 @@ void Service::statusText(const std::string& text) {
 }
 
 void Service::command(const std::string& value) {
-    const Json json = parseObject(value);
+    const Json json = jsonObject(value);
     const int number = integer(json, "cmd");
     const int first = integer(json, "param1");
     const int second = integer(json, "param2");
@@ -223,7 +219,7 @@ void Service::command(const std::string& value) {
 }
 
 void Service::voice(const std::string& value) {
-    if (string(parseObject(value), "play") == "music") {
+    if (string(jsonObject(value), "play") == "music") {
         m_drive.playMusic();
     } else {
         logWarning("unknown request of the voice assistant: %s\n", value.c_str());
@@ -231,7 +227,7 @@ void Service::voice(const std::string& value) {
 }
 
 void Service::driveRequest(const std::string& value) {
-    const Json json = parseObject(value);
+    const Json json = jsonObject(value);
     const std::string op = string(json, "op");
     m_state->requestDone();
     if (op == "insert") {

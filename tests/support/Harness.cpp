@@ -12,6 +12,7 @@
 #include "base/Paths.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <signal.h>
 #include <stdlib.h>
 

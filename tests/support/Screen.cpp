@@ -2,6 +2,8 @@
 
 #include "tests/support/Harness.h"
 
+#include <nlohmann/json.hpp>
+
 #include <gtest/gtest.h>
 
 namespace zm::test {

@@ -5,6 +5,8 @@
 #include "platform/linux/framework/Signals.h"
 #include "platform/linux/framework/ViewImpl.h"
 
+#include <nlohmann/json.hpp>
+
 #include <sys/eventfd.h>
 #include <unistd.h>
 

@@ -2,6 +2,8 @@
 #include "platform/linux/framework/ViewImpl.h"
 #include "platform/linux/qdb/QdbHold.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm {
 
 using json = nlohmann::json;

@@ -2,11 +2,17 @@
 
 #include "platform/linux/framework/FrameworkLog.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace zm {
 
 using json = nlohmann::json;
+
+void Reply::done() const {
+    done(json::object());
+}
 
 void Reply::done(json data) const {
     if (m_id) {

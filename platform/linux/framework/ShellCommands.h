@@ -17,7 +17,8 @@ void handleShellMessage(Application& application, const nlohmann::json& message)
 class Reply {
 public:
     Reply(Application& application, std::optional<int64_t> id) : m_application(application), m_id(id) {}
-    void done(nlohmann::json data = nlohmann::json::object()) const;
+    void done() const;
+    void done(nlohmann::json data) const;
     void failed(const std::string& why) const;
 
 private:

@@ -1,6 +1,9 @@
 #include "platform/linux/framework/ShellLink.h"
 
+#include "base/JsonMessage.h"
 #include "base/Threads.h"
+
+#include <nlohmann/json.hpp>
 
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -23,7 +26,7 @@ std::chrono::milliseconds left(Clock::time_point deadline) {
 }
 
 Result<json> parse(const std::string& text) {
-    json message = json::parse(text, nullptr, false);
+    json message = parseJson(text);
     if (!message.is_object() || !message.contains("t") || !message["t"].is_string()) {
         return Error{"the head unit sent something that is no message"};
     }
@@ -58,9 +61,11 @@ Result<std::unique_ptr<ShellLink>> ShellLink::connect(const std::string& socket,
     if ((*welcome)["t"] != "welcome") {
         return Error{"the head unit answered " + answer->text + " instead of a welcome"};
     }
-    link->m_welcome = std::move(*welcome);
+    link->m_welcome = std::make_unique<json>(std::move(*welcome));
     return link;
 }
+
+ShellLink::ShellLink(UniqueFd fd) : m_connection(std::move(fd)) {}
 
 ShellLink::~ShellLink() {
     close();
@@ -79,7 +84,7 @@ Status ShellLink::start(std::function<void(const json&)> onMessage,
 }
 
 bool ShellLink::send(const json& message) {
-    const std::string text = message.dump(-1, ' ', false, json::error_handler_t::replace);
+    const std::string text = jsonText(message);
     std::lock_guard lock(m_sending);
     return static_cast<bool>(m_connection.send(text));
 }

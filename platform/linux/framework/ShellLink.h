@@ -2,7 +2,7 @@
 
 #include "base/Socket.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <atomic>
 #include <chrono>
@@ -23,7 +23,7 @@ public:
     ~ShellLink();
 
     /** The head unit's start values. */
-    const nlohmann::json& welcome() const { return m_welcome; }
+    const nlohmann::json& welcome() const { return *m_welcome; }
 
     /**
      * Starts receiving. `onMessage` gets every message and `onClosed` is told why the head unit went away;
@@ -37,11 +37,11 @@ public:
     void close();
 
 private:
-    explicit ShellLink(UniqueFd fd) : m_connection(std::move(fd)) {}
+    explicit ShellLink(UniqueFd fd);
     void receiveAll();
 
     SyncConnection m_connection;
-    nlohmann::json m_welcome;
+    std::unique_ptr<nlohmann::json> m_welcome;
     std::mutex m_sending;
     std::atomic<bool> m_closing = false;
     std::function<void(const nlohmann::json&)> m_onMessage;

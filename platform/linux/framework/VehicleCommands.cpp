@@ -1,6 +1,8 @@
 #include "platform/linux/framework/ShellCommands.h"
 #include "platform/linux/framework/ViewImpl.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm {
 
 using json = nlohmann::json;

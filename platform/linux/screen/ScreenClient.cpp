@@ -1,5 +1,7 @@
 #include "platform/linux/screen/ScreenClient.h"
 
+#include "base/JsonMessage.h"
+
 #include <nlohmann/json.hpp>
 
 #include <poll.h>
@@ -130,8 +132,7 @@ Status ScreenClient::send(const json& message, const std::vector<int>& fds) {
     if (broken()) {
         return Error{m_failure};
     }
-    if (auto sent = m_connection.send(message.dump(-1, ' ', false, json::error_handler_t::replace), fds);
-        !sent) {
+    if (auto sent = m_connection.send(jsonText(message), fds); !sent) {
         return fail(sent.error());
     }
     return ok();
@@ -142,7 +143,7 @@ Status ScreenClient::receiveOne() {
     if (!message) {
         return fail(message.error());
     }
-    const json object = json::parse(message->text, nullptr, false);
+    const json object = parseJson(message->text);
     if (!object.is_object()) {
         return fail("the compositor sent something that is no message");
     }

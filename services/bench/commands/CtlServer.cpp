@@ -1,6 +1,8 @@
 #include "services/bench/commands/CtlServer.h"
 #include "services/bench/commands/Request.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::bench::commands {
 
 struct CtlServer::Client {

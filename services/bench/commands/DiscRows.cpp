@@ -1,6 +1,8 @@
 #include "services/bench/commands/Insertion.h"
 #include "services/bench/commands/Processor.h"
 
+#include <nlohmann/json.hpp>
+
 #include <unistd.h>
 
 #include <algorithm>

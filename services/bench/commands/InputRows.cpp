@@ -1,6 +1,8 @@
 #include "services/bench/commands/Processor.h"
 #include "services/bench/screen/SeenItems.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <array>
 

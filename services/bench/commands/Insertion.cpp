@@ -4,6 +4,8 @@
 #include "services/bench/unit/DiscDrive.h"
 #include "services/bench/unit/PpsText.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::bench::commands {
 
 namespace {
@@ -25,11 +27,6 @@ void forEachValue(const std::string& text, const char* name, Handle handle) {
             }
         }
     }
-}
-
-Json object(const std::string& text) {
-    Json json = Json::parse(text, nullptr, false);
-    return json.is_object() ? json : Json::object();
 }
 
 } // namespace
@@ -88,7 +85,7 @@ void Insertion::driveChanged(const std::string& text) {
 }
 
 void Insertion::trayChanged(const std::string& tray) {
-    const Json json = object(tray);
+    const Json json = jsonObject(tray);
     m_source = json.value("source", false);
     if (m_asked && m_until == Inserted::Taken && json.value("path", "") == m_path) {
         m_run->finish();
@@ -97,7 +94,7 @@ void Insertion::trayChanged(const std::string& tray) {
 }
 
 void Insertion::stateChanged(const std::string& state) {
-    const Json json = object(state);
+    const Json json = jsonObject(state);
     const std::string name = json.value("state", "");
     if (m_read && (name == "ejecting" || name == "empty")) {
         m_run->fail(m_path + ": it was taken out again");

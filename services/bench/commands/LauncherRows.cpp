@@ -1,5 +1,7 @@
 #include "services/bench/commands/Processor.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <array>
 

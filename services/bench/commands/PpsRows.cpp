@@ -4,6 +4,8 @@
 #include "services/bench/unit/PpsText.h"
 #include "services/bench/unit/PpsWatch.h"
 
+#include <nlohmann/json.hpp>
+
 #include <array>
 
 namespace zm::bench::commands {

@@ -3,6 +3,8 @@
 #include "services/ctl/CommandForm.h"
 #include "services/ctl/CommandTexts.h"
 
+#include <nlohmann/json.hpp>
+
 #include <array>
 
 namespace zm::bench::commands {

@@ -3,6 +3,8 @@
 #include "base/JsonMessage.h"
 #include "services/ctl/ControlVersion.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace zm::bench::commands {

@@ -4,6 +4,8 @@
 
 #include "services/ctl/Numbers.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <array>
 #include <filesystem>

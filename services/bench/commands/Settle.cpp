@@ -1,5 +1,7 @@
 #include "services/bench/commands/Settle.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::bench::commands {
 
 namespace {

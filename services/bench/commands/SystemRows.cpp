@@ -3,6 +3,8 @@
 #include "services/bench/commands/Processor.h"
 #include "services/bench/commands/Settle.h"
 
+#include <nlohmann/json.hpp>
+
 #include <array>
 #include <limits>
 

@@ -3,6 +3,8 @@
 #include "base/Socket.h"
 #include "services/bench/screen/SurfaceClient.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <map>
 

@@ -5,7 +5,7 @@
 #include "base/Rect.h"
 #include "base/Result.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <cstdint>
 #include <functional>

@@ -3,6 +3,8 @@
 #include "services/ctl/Names.h"
 #include "services/ctl/Numbers.h"
 
+#include <nlohmann/json.hpp>
+
 #include <glib.h>
 
 #include <algorithm>

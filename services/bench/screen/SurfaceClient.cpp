@@ -2,6 +2,8 @@
 
 #include "base/JsonMessage.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace zm::bench::screen {

@@ -4,7 +4,7 @@
 #include "base/Socket.h"
 #include "services/bench/screen/SurfaceScene.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <functional>
 

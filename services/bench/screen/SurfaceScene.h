@@ -4,8 +4,6 @@
 #include "services/bench/screen/Surface.h"
 #include "services/bench/screen/SurfaceBlend.h"
 
-#include <nlohmann/json.hpp>
-
 #include <cstdint>
 #include <list>
 #include <map>

@@ -2,6 +2,8 @@
 
 #include "services/bench/screen/Compositor.h"
 
+#include <nlohmann/json.hpp>
+
 #include <utility>
 
 namespace zm::bench::screen {

@@ -1,7 +1,10 @@
 #include "services/bench/unit/DiscDrive.h"
 
+#include "base/JsonMessage.h"
 #include "services/bench/unit/PpsText.h"
 #include "services/bench/unit/ShellServer.h"
+
+#include <nlohmann/json.hpp>
 
 namespace zm::bench::unit {
 
@@ -66,7 +69,7 @@ std::string member(const Json& object, const char* name) {
 } // namespace
 
 void DiscDrive::stateChanged() {
-    const Json json = Json::parse(m_state, nullptr, false);
+    const Json json = parseJson(m_state);
     const std::string name = member(json, "state");
     m_holdsDisc = name == "reading" || name == "loaded";
     m_empty = name == "empty";

@@ -4,6 +4,8 @@
 #include "services/bench/unit/VoiceRequest.h"
 #include "services/ctl/ShellWords.h"
 
+#include <nlohmann/json.hpp>
+
 #include <unistd.h>
 
 namespace zm::bench::unit {

@@ -3,6 +3,8 @@
 #include "services/bench/screen/Compositor.h"
 #include "services/bench/screen/PlainPages.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <array>
 #include <string_view>

@@ -1,5 +1,7 @@
 #include "services/bench/unit/ShellServer.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::bench::unit {
 
 ShellServer::ShellServer(EventLoop& loop, std::string socket)

@@ -1,5 +1,7 @@
 #include "services/bench/unit/Vehicle.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::bench::unit {
 
 namespace {

@@ -4,6 +4,8 @@
 #include "services/bench/screen/PixelCodec.h"
 #include "services/bench/web/WebSocketClient.h"
 
+#include <nlohmann/json.hpp>
+
 #include <cstring>
 
 namespace zm::bench::web {

@@ -2,7 +2,7 @@
 
 #include "base/Rect.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <functional>
 #include <list>

@@ -6,6 +6,8 @@
 #include "services/bench/screen/PixelCodec.h"
 #include "services/ctl/Names.h"
 
+#include <nlohmann/json.hpp>
+
 #include <libsoup/soup.h>
 
 #include <netinet/in.h>

@@ -1,5 +1,6 @@
 #include "services/bench/web/State.h"
 
+#include "base/JsonMessage.h"
 #include "services/bench/web/WebSocketClient.h"
 
 #include <algorithm>
@@ -64,8 +65,7 @@ void State::sendAll(Page& page) {
     }
     batch.push_back({{"t", "log"}, {"entries", m_sources.logTail()}});
     page.lagging = false;
-    page.client.sendText(nlohmann::json{{"seq", ++page.sent}, {"messages", batch}}.dump(
-        -1, ' ', false, nlohmann::json::error_handler_t::replace));
+    page.client.sendText(jsonText({{"seq", ++page.sent}, {"messages", batch}}));
 }
 
 void State::ppsChanged(const std::string& object, const std::string& text) {
@@ -109,8 +109,7 @@ void State::flush() {
                 sendAll(*page);
             }
         } else if (!m_pending.empty()) {
-            page->client.sendText(nlohmann::json{{"seq", ++page->sent}, {"messages", m_pending}}.dump(
-                -1, ' ', false, nlohmann::json::error_handler_t::replace));
+            page->client.sendText(jsonText({{"seq", ++page->sent}, {"messages", m_pending}}));
         }
     }
     m_pending.clear();

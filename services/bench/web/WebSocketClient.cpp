@@ -2,6 +2,8 @@
 
 #include "base/JsonMessage.h"
 
+#include <nlohmann/json.hpp>
+
 #include <libsoup/soup.h>
 
 namespace zm::bench::web {

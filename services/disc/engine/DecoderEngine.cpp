@@ -3,6 +3,8 @@
 #include "services/disc/engine/FeedServer.h"
 #include "services/disc/log/Log.h"
 
+#include <nlohmann/json.hpp>
+
 #include <array>
 #include <string_view>
 

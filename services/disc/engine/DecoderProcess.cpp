@@ -1,5 +1,7 @@
 #include "services/disc/engine/DecoderProcess.h"
 
+#include <nlohmann/json.hpp>
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/socket.h>

@@ -2,7 +2,7 @@
 
 #include "services/disc/engine/FrameSink.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -39,25 +39,14 @@ inline constexpr char BlockAnswer = 'B'; ///< the bytes; none at the end
 inline constexpr char ErrorAnswer = 'E'; ///< why there will be no more
 
 /** Text of a message; names on a disc are not always UTF-8. */
-inline std::string textOf(const Json& json) {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
+std::string textOf(const Json& json);
 
 /** A message's text as an object; an empty object if it is not one. */
-inline Json objectOf(const std::string& text) {
-    Json json = Json::parse(text, nullptr, false);
-    return json.is_object() ? json : Json::object();
-}
+Json objectOf(const std::string& text);
 
 /** An integer of a message; 0 if it is missing. */
-inline int64_t numberOf(const Json& json, const char* name) {
-    const auto member = json.find(name);
-    return member != json.end() && member->is_number_integer() ? member->get<int64_t>() : 0;
-}
+int64_t numberOf(const Json& json, const char* name);
 
-inline std::string stringOf(const Json& json, const char* name) {
-    const auto member = json.find(name);
-    return member != json.end() && member->is_string() ? member->get<std::string>() : std::string();
-}
+std::string stringOf(const Json& json, const char* name);
 
 } // namespace zm::disc::engine::wire

@@ -9,8 +9,7 @@ namespace zm {
 
 /**
  * The runtime folder that holds all sockets, the catalogue and the log: environment variable "ZM_RUNTIME",
- * else
- * "$XDG_RUNTIME_DIR/zmbench", else "/tmp/zmbench-UID". Without a slash at its end.
+ * else "$XDG_RUNTIME_DIR/zmbench", else "/tmp/zmbench-UID". Without a slash at its end.
  */
 std::string runtimeDir();
 

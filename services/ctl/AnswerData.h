@@ -12,8 +12,8 @@ std::vector<std::string> outputLines(const std::string& output);
 
 /** The data in the output of `screen`. Here and below: other text gives a discarded value, or less data. */
 nlohmann::json screenData(const std::string& output);
-/** Output of `pps get`: an object of the attributes; one with encoding "json" as its value, others as text.
- */
+/** Output of `pps get`: an object of the attributes; one with encoding "json" as its value,
+ * others as text. */
 nlohmann::json ppsData(const std::string& output);
 /** Output of `requests`: a list. */
 nlohmann::json requestsData(const std::string& output);

@@ -11,8 +11,8 @@ namespace zm::test {
 
 /** Whether this process was started as the application (see ApplicationRun). */
 bool isApplication();
-/** The application with one call made to fail; what is left of it at the end is written down for its starter.
- */
+/** The application with one call made to fail; what is left of it at the end is
+ * written down for its starter. */
 int applicationMain(int argc, char** argv);
 
 /** The application in a process of its own, this program started anew, in which one call is made to fail. */

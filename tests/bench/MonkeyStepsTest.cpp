@@ -98,8 +98,8 @@ TEST(MonkeySteps, WriteWhatTheApplicationReads) {
     }
 }
 
-/** Random input into the unit of the tests, which compares the picture with one drawn anew after each line.
- */
+/** Random input into the unit of the tests, which compares the picture with one
+ * drawn anew after each line. */
 class MonkeyPicture : public testing::TestWithParam<unsigned> {};
 
 TEST_P(MonkeyPicture, IsWhatThePagesSayAfterEveryStep) {

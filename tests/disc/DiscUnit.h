@@ -38,8 +38,8 @@ public:
     using Condition = std::function<bool(const Published&)>;
 
     void add(const std::string& object, const std::string& text);
-    /** The first record from place `from` on that fulfils `condition`; its place is left in `from`, plus one.
-     */
+    /** The first record from place `from` on that fulfils `condition`;
+     * its place is left in `from`, plus one. */
     std::optional<Published> wait(size_t& from, const Condition& condition,
                                   std::chrono::milliseconds timeout);
     void clear();

@@ -16,8 +16,8 @@ namespace zm::test {
 /** A runtime folder of its own, and what the application logs into it. */
 class ModelTest : public testing::Test {
 protected:
-    /** Messages since the last call, oldest first: "[function]-text" of the application's, all of severity 6.
-     */
+    /** Messages since the last call, oldest first: "[function]-text" of the application's,
+     * all of severity 6. */
     std::vector<std::string> logged() {
         const std::string tag = "_PLATEN_";
         std::vector<std::string> texts;

@@ -11,8 +11,8 @@
 
 namespace zm::test {
 
-/** So soon after a fault's end everything is as it should be; a machine that is busy with more gets longer.
- */
+/** So soon after a fault's end everything is as it should be;
+ * a machine that is busy with more gets longer. */
 inline std::chrono::duration<double> recoveryTime() {
     double load = 0;
     getloadavg(&load, 1);

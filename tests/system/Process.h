@@ -11,8 +11,8 @@ namespace zm::test {
 /** A real program of this project with its two outputs; killed and reaped with this object. */
 class Process {
 public:
-    /** `words`: the program's name in the build's bin folder and its arguments; ZM_RUNTIME names `runtime`.
-     */
+    /** `words`: the program's name in the build's bin folder and its arguments;
+     * ZM_RUNTIME names `runtime`. */
     Process(const std::vector<std::string>& words, const std::string& runtime);
     ~Process();
     Process(Process&&) = delete;

@@ -104,8 +104,8 @@ bool covers(const Rect& outer, const Rect& inner) {
     return outer.united(inner) == outer;
 }
 
-/** The palette index of what an item's box lies on: the last filled item before it around it, else the page.
- */
+/** The palette index of what an item's box lies on: the last filled item before it around it,
+ * else the page. */
 int groundBelow(const Resource& resource, const WindowSpec& window, const ItemSpec& item) {
     int ground = window.background;
     for (const ItemSpec& other : window.items) {

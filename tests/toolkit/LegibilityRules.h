@@ -17,8 +17,8 @@ Findings touchTargets(const zm::Resource& resource);
 Findings distances(const zm::Resource& resource);
 /** Texts are at least 24 pixels high, 20 in the status bar, titles 32. */
 Findings textSizes(const zm::Resource& resource);
-/** In each theme and state texts contrast 4.5 : 1 with what they stand on, pictures, borders and bars 3 : 1.
- */
+/** In each theme and state texts contrast 4.5 : 1 with what they stand on, pictures,
+ * borders and bars 3 : 1. */
 Findings contrasts(const zm::Resource& resource);
 /** No text is cut at its longest in any language, and each letter has a font. */
 Findings cutTexts(const zm::Resource& resource, zm::FontBook& fonts);

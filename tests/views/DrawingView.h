@@ -30,8 +30,8 @@ protected:
             EXPECT_TRUE(cut(view.item(page, id).rect) != before[id]) << "item " << id << " of page " << page;
         }
     }
-    /** Each indicator of the page's status bar is drawn when it changes; the clock stands at 10:10 of 24 hours.
-     */
+    /** Each indicator of the page's status bar is drawn when it changes;
+     * the clock stands at 10:10 of 24 hours. */
     void expectStatusDrawn(const View& view, int page) {
         const auto drawn = [&](std::initializer_list<int> items, const std::function<void()>& action) {
             expectChange(view, page, items, action);

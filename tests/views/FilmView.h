@@ -10,8 +10,8 @@ class FilmView : public FolderView {
 protected:
     using FolderView::FolderView;
 
-    /** Pixels of the composed screen that show the film as it plays on, also through something translucent.
-     */
+    /** Pixels of the composed screen that show the film as it plays on,
+     * also through something translucent. */
     int filmPixels() {
         m_decoder.showColor(FILM);
         unit.settle();

@@ -12,8 +12,8 @@ constexpr int THIS_FILE = 3;
 constexpr int OTHER_FILE = 7;
 constexpr int FIRST_ROW = 20; ///< pixels below the list's upper edge
 
-/** The unit with what the ways are made of. Touches go through the hit test wherever there is one to touch.
- */
+/** The unit with what the ways are made of. Touches go through the hit test
+ * wherever there is one to touch. */
 class DrivingUnit : public FilmView {
 public:
     using FilmView::FilmView;

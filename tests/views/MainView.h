@@ -52,14 +52,14 @@ protected:
     /** A whole touch's effect, whatever the page: press and release positions, then the released click. */
     void swipe(int window, int control, int fromX, int toX, int y);
 
-    /** Reports a catalogue that has grown in a folder that the disc does not have. A list of all files of the
-     * browsed type is then read again; nothing else changes. */
+    /** Reports a catalogue that has grown in a folder that the disc does not have. A list of all
+     * files of the browsed type is then read again; nothing else changes. */
     Reported reported();
     int state() { return reported().state; }
     /** PLAY_LIST_... to which a play page returns. Leaves the page for that list. */
     int returnTarget();
-    /** Brings the view into a state, from whatever state, by what the disc service reports and the driver does.
-     */
+    /** Brings the view into a state, from whatever state, by what the disc service
+     * reports and the driver does. */
     void reach(int state);
     /** Whether the window with the decoder's picture is there and shown. */
     bool videoShown();
@@ -76,8 +76,8 @@ protected:
     std::vector<std::string> logged(size_t begin, const std::vector<std::string>& texts);
     /** Of `lines`, `action` logs each once and in that order. */
     void expectLines(const std::vector<std::string>& lines, const std::function<void()>& action);
-    /** A film or photo was left: `command` came first, its list comes up, and the way back leads to it again.
-     */
+    /** A film or photo was left: `command` came first, its list comes up,
+     * and the way back leads to it again. */
     void expectLeftForTheList(const std::string& command, int state);
 
     Catalogue catalogue;

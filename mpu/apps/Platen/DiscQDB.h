@@ -14,12 +14,12 @@
 class CDiscData;
 struct ListSource;
 
-/** Types of the catalogue's files; rows that stand for a folder carry the last one, which the database never
- * does. */
+/** Types of the catalogue's files; rows that stand for a folder carry the last one, which the
+ * database never does. */
 enum FTYPE_EN { FTYPE_AUDIO = 1, FTYPE_VIDEO = 2, FTYPE_PICTURE = 3, FTYPE_FOLDER = 4 };
 
-/** What a list shows; a row of FindListSource says all about it. Sources 0 and 1, 2 and 3, 4 and 5, 6 and 9 share
- * one list each. */
+/** What a list shows; a row of FindListSource says all about it. Sources 0 and 1, 2 and 3, 4 and 5,
+ * 6 and 9 share one list each. */
 enum LIST_FROM_EN {
     LIST_FROM_AUDIO_FOLDERS = 0,
     LIST_FROM_AUDIO_IN_FOLDER = 1,
@@ -74,8 +74,8 @@ public:
 
     /** Runs one statement; takes no lock. */
     bool ExecuteSql(std::string sql);
-    /** Number of rows of the latest statement's result, which it frees; -1 without a result. Takes no lock.
-     */
+    /** Number of rows of the latest statement's result, which it frees; -1 without a result.
+     * Takes no lock. */
     int GetResult();
     /** First column of the first row. False without a row or on an error; a NULL cell leaves the value and
      * gives true. */
@@ -97,8 +97,8 @@ public:
      */
     void QueryPlayListCmd(std::string sql, int nFromType, std::string subSql);
     void SetFinishFlag(bool bFinish);
-    /** Whether the latest task of the worker has ended; still true between a command and the worker's start.
-     */
+    /** Whether the latest task of the worker has ended; still true between a
+     * command and the worker's start. */
     bool GetFinishFlag();
     /** Whether the latest command's task has ended: not before the worker has begun it. */
     bool IsQueryFinished();
@@ -156,8 +156,8 @@ private:
     PlayList m_vecVideoFolderList;
     PlayList m_vecPhotoFolderList;
     PlayList m_vecSearchList;
-    /** The rows that a query has cleared: their memory is used for the new ones. Empty when its task has ended.
-     */
+    /** The rows that a query has cleared: their memory is used for the new ones.
+     * Empty when its task has ended. */
     PlayList m_vecOldRows;
     PlayList* m_pCurVec = nullptr;
     pthread_mutex_t m_mutex;

@@ -24,8 +24,8 @@ public:
 
     /** Gives the view its commands, timers and capture; without one it sends nothing. */
     void AttachControl(DiscViewController* controller);
-    /** Sets the start values of the pages and opens the catalogue; once, after the resource has been loaded.
-     */
+    /** Sets the start values of the pages and opens the catalogue; once,
+     * after the resource has been loaded. */
     void ViewInit();
     /** A voice request given at start-up; carried out once music plays. */
     void SetVoicePlayPar(std::string song);

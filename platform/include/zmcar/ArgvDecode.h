@@ -12,8 +12,8 @@ namespace Oro::ZMCAR {
  */
 class ArgvDecode {
 public:
-    /** Reads the arguments from argv[1] on; the map is cleared first. Returns the number of keys in the map.
-     */
+    /** Reads the arguments from argv[1] on; the map is cleared first.
+     * Returns the number of keys in the map. */
     static int GetOpt_LongParams(int argc, char** argv, std::map<std::string, std::string>& params);
     /** The same for one text whose words are separated by blanks outside quotes. */
     static int GetOpt_LongParams(const std::string& text, std::map<std::string, std::string>& params);

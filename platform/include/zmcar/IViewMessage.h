@@ -8,8 +8,8 @@ namespace Oro::ZMCAR {
 class IViewMessage {
 public:
     virtual ~IViewMessage() = default;
-    /** Queues a copy of `message` for OnUserMessage of the main view, then of each joined view. Any thread.
-     */
+    /** Queues a copy of `message` for OnUserMessage of the main view,
+     * then of each joined view. Any thread. */
     virtual bool SendViewMessage(const APP_MSG_S& message) = 0;
 };
 

@@ -17,8 +17,8 @@ public:
 
     /** Starts the thread; false if it cannot be started or runs already. */
     bool Init();
-    /** Asks for one run of the task. A request that arrives while a task runs starts another run afterwards.
-     */
+    /** Asks for one run of the task. A request that arrives while a task runs
+     * starts another run afterwards. */
     void DoIt();
     /** Ends the thread after the task that runs and waits for it. Further calls do nothing. */
     void Close();

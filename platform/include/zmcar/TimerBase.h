@@ -4,8 +4,8 @@
 
 namespace Oro::ZMCAR {
 
-/** Periodic timers, told apart by number. Expiry reaches the main view as application message {3, 2, id, 0}.
- */
+/** Periodic timers, told apart by number. Expiry reaches the main view as
+ * application message {3, 2, id, 0}. */
 class TimerBase {
 public:
     TimerBase();

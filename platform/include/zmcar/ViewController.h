@@ -12,8 +12,8 @@ public:
     explicit ViewController(IViewMessage* view) : m_pView(view) {}
     virtual ~ViewController() = default;
 
-    /** Hands a copy of `message` to the views; false without a view. Any thread; keeps the order of sending.
-     */
+    /** Hands a copy of `message` to the views; false without a view. Any thread;
+     * keeps the order of sending. */
     bool SendViewMessage(const APP_MSG_S& message);
 
 private:

@@ -20,8 +20,8 @@ public:
     ~CUI_BtList();
 
     int GetItemCount();
-    /** Inserts an empty row before `index` (the end if `index` is the count); `data` is free for the caller.
-     */
+    /** Inserts an empty row before `index` (the end if `index` is the count);
+     * `data` is free for the caller. */
     bool InsertItem(int index, int data);
     /** Empties the list, which draws itself. */
     bool DeleteAllItems();

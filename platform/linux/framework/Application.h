@@ -48,8 +48,8 @@ public:
 
     /** Connects to head unit and compositor in the name of the main view. Main thread. */
     Status open(ViewImpl& mainView, const std::string& windowGroup);
-    /** Starts to hand the head unit's messages to `handle`, on the receiving thread; once the main view is there.
-     * Main thread. */
+    /** Starts to hand the head unit's messages to `handle`, on the receiving thread; once the main
+     * view is there. Main thread. */
     Status serve(void (*handle)(Application& application, const nlohmann::json& message));
     /** Starts the event thread. Main thread. */
     Status run();
@@ -71,8 +71,8 @@ public:
     /** The main view under "main", the first joined one under "osd"; else null. */
     ViewImpl* viewByRole(const std::string& role) const;
 
-    /** Runs `task` for `view` now on the event thread (or before it runs), else posts it. False once closed.
-     * Any thread. */
+    /** Runs `task` for `view` now on the event thread (or before it runs), else posts it. False
+     * once closed. Any thread. */
     bool perform(ViewImpl& view, std::function<void()> task);
     /** Queues an application message for the main view. Any thread. */
     void post(AppMessage kind, int first, int second);
@@ -94,8 +94,8 @@ public:
     /** Any thread; false without a head unit. */
     bool send(const nlohmann::json& message);
     bool startMonitor(int number);
-    /** Tells the head unit, once, that the event loop runs and start-up has shown its first page. Any thread.
-     */
+    /** Tells the head unit, once, that the event loop runs and start-up has shown
+     * its first page. Any thread. */
     void announceRunning();
 
     void setLanguage(const std::string& code);

@@ -61,8 +61,8 @@ public:
     /** The file need not exist yet. `readNew` begins with what is written after this. */
     explicit LogReader(std::string path);
 
-    /** The latest `n` messages (fewer if there are not so many), oldest first; `readNew` goes on behind them.
-     */
+    /** The latest `n` messages (fewer if there are not so many), oldest first;
+     * `readNew` goes on behind them. */
     std::vector<LogEntry> last(size_t n);
     /** What was written since the last call of either; empty if nothing. */
     std::vector<LogEntry> readNew();

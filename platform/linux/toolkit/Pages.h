@@ -29,8 +29,8 @@ public:
     Item* item(int windowId, int itemId) const;
     const std::map<int, std::unique_ptr<Window>>& windows() const { return m_windows; }
 
-    /** Whether that changed anything; a window that comes is drawn as it is set, one that was there is not.
-     */
+    /** Whether that changed anything; a window that comes is drawn as it is set,
+     * one that was there is not. */
     bool show(Window& window, bool show);
     bool isShown(const Window& window) const;
     const std::vector<Window*>& shown() const { return m_shown; } ///< bottom first

@@ -119,8 +119,8 @@ struct Resource {
     std::map<int, std::vector<std::string>> texts; ///< one per language, empty where there is none
     std::vector<WindowSpec> windows;
 
-    /** The text in a language (index into `languages`); the first language where there is none in that one.
-     */
+    /** The text in a language (index into `languages`); the first language where
+     * there is none in that one. */
     const std::string& text(int id, size_t language) const;
 };
 

@@ -43,8 +43,8 @@ public:
     /** How often `compose` had something to draw. */
     uint64_t composedFrames() const;
 
-    /** Whether the application's windows are on the screen; hidden, the cover is shown (black without one).
-     */
+    /** Whether the application's windows are on the screen; hidden,
+     * the cover is shown (black without one). */
     void setAppVisible(bool visible);
     /** The picture over a hidden application: a launcher's page. Drawn from the top left corner. */
     void setCover(std::optional<Image> cover);

@@ -55,8 +55,8 @@ public:
     void removeClient(int client);
     size_t countOf(int client) const;
 
-    /** Shows `buffer` from now on; gives back the one that it replaces. `changed` is in pixels of the window.
-     */
+    /** Shows `buffer` from now on; gives back the one that it replaces.
+     * `changed` is in pixels of the window. */
     std::optional<std::pair<int, int64_t>> commit(SurfaceWindow& window, int buffer, int64_t sequence,
                                                   const std::vector<Rect>& changed);
     /** Changes a placement; the old and the new place become damage. */

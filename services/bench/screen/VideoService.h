@@ -14,8 +14,7 @@ class Compositor;
 /**
  * The platform's video service: asked through "/pps/zelmar/videoservice/command", it posts a child window
  * into the asking application's window group, lets it show the decoder's pictures, and publishes what it did
- * in
- * "/pps/zelmar/videoservice/status". Everything on the loop's thread.
+ * in "/pps/zelmar/videoservice/status". Everything on the loop's thread.
  */
 class VideoService {
 public:
@@ -23,8 +22,8 @@ public:
     VideoService(EventLoop& loop, Compositor& compositor, std::string ppsSocket);
     ~VideoService();
 
-    /** Opens the objects and starts to watch them. May be called as soon as the PPS service has been started.
-     */
+    /** Opens the objects and starts to watch them. May be called as soon as the PPS
+     * service has been started. */
     Status start();
 
     /** A child window was posted into `group` under this window number: tell the application. */

@@ -25,8 +25,8 @@ public:
     Status start();
     Status insert(const std::string& path);
     Status eject();
-    /** Makes the drive fail: "read", "surface", "temperature", "region", "noanswer", "gone", or "none" again.
-     */
+    /** Makes the drive fail: "read", "surface", "temperature", "region", "noanswer", "gone",
+     * or "none" again. */
     Status fault(const std::string& kind);
     /** Whether only a disc that is inside can fail so. */
     static bool needsDisc(std::string_view fault) { return fault == "read" || fault == "noanswer"; }

@@ -43,8 +43,8 @@ public:
     bool ready() const { return m_ready; }
     /** An application is not ready yet but on its way: it is being started or connected. */
     bool applicationExpected() const;
-    /** Starts an application that has ended; nothing if it runs. False if the head unit starts no programs.
-     */
+    /** Starts an application that has ended; nothing if it runs.
+     * False if the head unit starts no programs. */
     bool startApplication();
     void setLanguage(const std::string& code, ShellServer::Reply reply);
     void setTheme(const std::string& name, ShellServer::Reply reply);
@@ -64,8 +64,8 @@ public:
 
     /** Whether the player comes to the front when a disc is inserted. */
     bool discComesToFront() const;
-    /** {"running","children","devices","time","language","theme","launcher","front","drive","fault","clock","revision"} for a
-     * page. */
+    /** {"running","children","devices","time","language","theme","launcher","front","drive","fault","clock",
+     * "revision"} for a page. */
     Json state();
     std::string ppsSocket() const;
 

@@ -46,8 +46,8 @@ public:
     uint64_t messagesSent() const { return m_sent; }
     /** Sends a message that is not answered; without an application it is dropped. */
     void tell(const Json& message);
-    /** Sends a message and hands its answer's data (or why there is none) to `reply`, never inside the call.
-     */
+    /** Sends a message and hands its answer's data (or why there is none) to `reply`,
+     * never inside the call. */
     void ask(Json message, Reply reply, std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
     /** As `ask` for a value that a later application gets with its welcome: without an application all is

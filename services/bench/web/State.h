@@ -25,8 +25,8 @@ class WebSocketClient;
 class State {
 public:
     struct Sources {
-        /** {"running","children","devices","time","language","theme","launcher","front","drive","fault","clock","revision"}.
-         */
+        /** {"running","children","devices","time","language","theme","launcher","front","drive","fault",
+         * "clock","revision"}. */
         std::function<nlohmann::json()> state;
         /** All objects: name and PPS text. */
         std::function<std::vector<std::pair<std::string, std::string>>()> objects;

@@ -63,8 +63,8 @@ private:
     std::shared_ptr<Mailbox> m_mailbox;
 };
 
-/** The engine's thread and what lives on it. Kept alive by the thread itself, which may outlast the engine.
- */
+/** The engine's thread and what lives on it. Kept alive by the thread itself,
+ * which may outlast the engine. */
 struct Engine::Worker {
     EventLoop loop;
     std::shared_ptr<engine::FrameSink> frames;

@@ -29,8 +29,8 @@ public:
     Status clear();
     /** Whether the file is still the one that was opened. */
     bool intact();
-    /** Adds all files and folders of one kind in one transaction; none of them when `cancelled` becomes true.
-     */
+    /** Adds all files and folders of one kind in one transaction;
+     * none of them when `cancelled` becomes true. */
     Status write(const model::Contents& contents, model::MediaKind kind, const std::atomic<bool>& cancelled);
 
 private:

@@ -8,8 +8,8 @@
 
 namespace zm::disc::library {
 
-/** Lets the tag library read a file of any disc. Reads blocks, as a tag is many small pieces close together.
- */
+/** Lets the tag library read a file of any disc. Reads blocks,
+ * as a tag is many small pieces close together. */
 class TagStream : public TagLib::IOStream {
 public:
     TagStream(medium::ByteReader& reader, std::string name);

@@ -14,8 +14,8 @@ namespace zm::disc::medium {
  */
 class IsoMedium : public Medium {
 public:
-    /** Opens the bytes of `extent` of the file system, or as many as there are; `name` stands in error texts.
-     */
+    /** Opens the bytes of `extent` of the file system, or as many as there are;
+     * `name` stands in error texts. */
     using Opener =
         std::function<Result<std::unique_ptr<ByteReader>>(const std::string& name, const IsoExtent& extent)>;
 

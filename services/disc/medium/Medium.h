@@ -53,8 +53,8 @@ public:
     /** Names in a folder, unsorted, without "." and "..". */
     virtual Result<std::vector<Entry>> list(const std::string& folder) = 0;
     virtual Result<std::unique_ptr<ByteReader>> open(const std::string& file) = 0;
-    /** All that is on a disc of tracks; null for a disc of files, which has to be searched. Does not block.
-     */
+    /** All that is on a disc of tracks; null for a disc of files, which has to be searched.
+     * Does not block. */
     virtual std::shared_ptr<const model::Contents> tracks() const { return nullptr; }
     /** Whether a disc of tracks has files, too: then it has to be searched. Does not block. */
     virtual bool hasFilesToo() const { return false; }

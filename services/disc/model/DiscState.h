@@ -165,8 +165,8 @@ public:
 
     /** Takes the request to the drive out of its object: it has been seen to. */
     void requestDone();
-    /** The object "drive", which also carries requests to the service; for reading beside the writing here.
-     */
+    /** The object "drive", which also carries requests to the service;
+     * for reading beside the writing here. */
     PpsFile& driveFile();
     /** The object "status", for noticing that it has lost its attributes. */
     PpsFile& statusFile();

@@ -18,8 +18,8 @@
 
 namespace {
 
-/** The update state: the bit says that the type's catalogue is complete; the folder id is in the bits below.
- */
+/** The update state: the bit says that the type's catalogue is complete;
+ * the folder id is in the bits below. */
 constexpr int UPDATE_COMPLETE = 0x10000;
 constexpr int UPDATE_FOLDER_MASK = 0xFFFF;
 constexpr unsigned int UPDATE_SETTLE_MS = 80; ///< the disc service may still be writing

@@ -6,8 +6,8 @@
 
 namespace {
 
-/** What an indicator shows when its value cannot be read: nothing is guarded here, unlike in the main view.
- */
+/** What an indicator shows when its value cannot be read: nothing is guarded here,
+ * unlike in the main view. */
 constexpr int UNREAD = 0;
 constexpr int BT_HIGHEST = 2;
 

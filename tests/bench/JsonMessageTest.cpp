@@ -4,6 +4,7 @@
 #include "services/bench/web/Screen.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 namespace zm {
 

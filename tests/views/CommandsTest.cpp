@@ -1,5 +1,7 @@
 #include "tests/views/MainView.h"
 
+#include <nlohmann/json.hpp>
+
 #include <set>
 
 namespace zm::test {

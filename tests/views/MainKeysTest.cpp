@@ -1,6 +1,8 @@
 #include "ZMModel/CDiscData.h"
 #include "tests/views/MainView.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::test {
 
 using MainKeys = MainView;

@@ -1,5 +1,7 @@
 #include "tests/views/ListView.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::test {
 
 /** What comes from outside while each page is shown. */

@@ -1,5 +1,7 @@
 #include "tests/views/MainView.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::test {
 
 using MainStatus = MainView;

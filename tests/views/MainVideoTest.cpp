@@ -1,6 +1,8 @@
 #include "ZMModel/ViewMessages.h"
 #include "tests/views/MainView.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::test {
 
 using MainVideo = MainView;

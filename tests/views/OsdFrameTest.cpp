@@ -1,6 +1,8 @@
 #include "platform/linux/toolkit/UiMng.h"
 #include "tests/views/OsdView.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::test {
 
 using OsdFrame = OsdView;

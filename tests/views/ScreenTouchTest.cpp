@@ -2,6 +2,8 @@
 #include "tests/views/FolderView.h"
 #include "tests/views/OsdView.h"
 
+#include <nlohmann/json.hpp>
+
 namespace zm::test {
 
 namespace {

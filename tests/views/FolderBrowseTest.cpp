@@ -197,7 +197,7 @@ TEST_F(FolderBrowse, UpFromAnyFolderLeadsToTheFlatList) {
         clickRow(4);
         tick();
         forget();
-        press(ITEM_UP, WND_FOLDER_LIST);
+        press(BTN_FOLDER_UP, WND_FOLDER_LIST);
         EXPECT_EQ(beeps(), 1);
         tick();
         EXPECT_EQ(unit.main.window(), WND_MEDIA_LIST);
@@ -242,7 +242,7 @@ TEST_F(FolderBrowse, WithoutAControllerATouchedFolderIsOpenedAllTheSame) {
 }
 
 TEST_F(FolderBrowse, OtherTypesKeepTheirStateInTheFolderMenu) {
-    for (const int control : std::initializer_list<int>{ITEM_FOLDER_MENU, ITEM_UP}) {
+    for (const int control : std::initializer_list<int>{ITEM_FOLDER_MENU, BTN_FOLDER_UP}) {
         reach(VIEW_STATE_PHOTO_LIST);
         unit.disc.mediaType(PLAY_TYPE_CD);
         press(control, WND_FOLDER_LIST);

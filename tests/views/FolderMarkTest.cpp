@@ -90,7 +90,7 @@ TEST_F(FolderMark, ThePlayingFolderIsSelectedOnlyWhenItWasOpenedLast) {
     listFolders(FOLDER_KINDS[0], 7);
     clickRow(2, WND_MEDIA_LIST, 1); // folder 3
     tick();
-    press(ITEM_UP, WND_FOLDER_LIST);
+    press(BTN_FOLDER_UP, WND_FOLDER_LIST);
     tick();
     EXPECT_EQ(list().current, 2); // the row that was left, with its top row
     EXPECT_EQ(list().top, 1);
@@ -101,11 +101,11 @@ TEST_F(FolderMark, ATopRowTooFarFromTheSelectedFolderIsMoved) {
     clickRow(2, WND_MEDIA_LIST, 1);
     tick();
     for (const auto& [row, remembered, top] : {std::tuple{7, 2, 4}, {2, 5, 0}, {5, 3, 3}, {5, 2, 2}}) {
-        press(ITEM_UP, WND_FOLDER_LIST);
+        press(BTN_FOLDER_UP, WND_FOLDER_LIST);
         tick();
         clickRow(row, WND_MEDIA_LIST, remembered);
         tick();
-        press(ITEM_UP, WND_FOLDER_LIST);
+        press(BTN_FOLDER_UP, WND_FOLDER_LIST);
         tick();
         EXPECT_EQ(list().current, row);
         EXPECT_EQ(list().top, top) << row << " " << remembered;

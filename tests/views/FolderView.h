@@ -4,9 +4,6 @@
 
 namespace zm::test {
 
-/** Items of the page with the files of a folder. */
-enum : int { ITEM_FOLDER_TITLE = 1012, ITEM_UP = 1013 };
-
 /** A kind of files and how its folders are listed. */
 struct FolderKind {
     int type;

@@ -9,9 +9,6 @@
 
 namespace zm::test {
 
-/** Buttons of the list pages that open the number pad: for what plays, and whatever plays. */
-enum : int { ITEM_GOTO = 6505, ITEM_GOTO_PAD = 6545 };
-
 /** The list pages over a disc of which something plays. */
 class ListView : public MainView {
 protected:

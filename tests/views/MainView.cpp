@@ -1,6 +1,9 @@
 #include "tests/views/MainView.h"
 
+#include <nlohmann/json.hpp>
+
 #include <cstdio>
+#include <map>
 
 namespace zm::test {
 
@@ -243,6 +246,27 @@ void MainView::expectLeftForTheList(const std::string& command, int state) {
     EXPECT_EQ(this->state(), state);
     unit.advance(8s);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
+}
+
+std::vector<uint8_t> MainView::cut(const Rect& area) {
+    const Image whole = unit.picture();
+    std::vector<uint8_t> pixels;
+    for (int y = area.y; y < area.y + area.h; ++y) {
+        pixels.insert(pixels.end(), whole.at(area.x, y), whole.at(area.x, y) + 4L * area.w);
+    }
+    return pixels;
+}
+
+void MainView::expectChange(const View& view, int page, std::initializer_list<int> items,
+                            const std::function<void()>& action) {
+    std::map<int, std::vector<uint8_t>> before;
+    for (const int id : items) {
+        before[id] = cut(view.item(page, id).rect);
+    }
+    action();
+    for (const int id : items) {
+        EXPECT_TRUE(cut(view.item(page, id).rect) != before[id]) << "item " << id << " of page " << page;
+    }
 }
 
 } // namespace zm::test

@@ -80,6 +80,12 @@ protected:
      * and the way back leads to it again. */
     void expectLeftForTheList(const std::string& command, int state);
 
+    /** The pixels of an area of the screen. */
+    std::vector<uint8_t> cut(const Rect& area);
+    /** After `action` each of the items looks otherwise than before; `view` may be the overlay or the main view. */
+    void expectChange(const View& view, int page, std::initializer_list<int> items,
+                      const std::function<void()>& action);
+
     Catalogue catalogue;
     Unit unit;
 };

@@ -171,8 +171,9 @@ TEST_F(DecoderTest, AHundredThousandBracketsAreAnErrorAndNoCrash) {
 
 TEST_F(DecoderTest, ANulDoesNotEndAJsonText) {
     zm::DataNode root;
-    for (const std::string& text : {std::string("123\0", 4), std::string("{}\0x", 4), std::string("\0", 1)}) {
-        EXPECT_FALSE(zm::addJson(root, "a", text)) << text.size();
+    for (const std::string& source :
+         {std::string("123\0", 4), std::string("{}\0x", 4), std::string("\0", 1)}) {
+        EXPECT_FALSE(zm::addJson(root, "a", source)) << source.size();
         EXPECT_TRUE(root.children.empty());
     }
     EXPECT_TRUE(zm::addJson(root, "a", "123"));

@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-namespace zm {
+namespace zm::test {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
@@ -218,4 +218,4 @@ TEST(EventLoopTest, ASignalIsReportedForEachArrival) {
     ASSERT_TRUE(runUntil(loop, [&] { return arrived == 2; }));
 }
 
-} // namespace zm
+} // namespace zm::test

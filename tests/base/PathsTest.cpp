@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace zm {
+namespace zm::test {
 
 class PathsTest : public testing::Test {
 protected:
@@ -24,7 +24,7 @@ protected:
         return stat(path.c_str(), &info) == 0 ? info.st_mode & 07777u : 0;
     }
 
-    test::TemporaryFolder temporary;
+    TemporaryFolder temporary;
     const std::string folder = temporary.path();
 };
 
@@ -72,4 +72,4 @@ TEST_F(PathsTest, AllFilesLieInTheRuntimeFolder) {
     EXPECT_EQ(resumeFile("/r"), "/elsewhere/resume.db");
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -14,7 +14,7 @@
 #include <filesystem>
 #include <thread>
 
-namespace zm {
+namespace zm::test {
 
 using namespace std::chrono_literals;
 
@@ -32,7 +32,7 @@ protected:
         return fstat(left, &a) == 0 && fstat(right, &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
     }
 
-    test::TemporaryFolder temporary;
+    TemporaryFolder temporary;
     const std::string folder = temporary.path();
     const std::string path = folder + "/test.sock";
 };
@@ -311,4 +311,4 @@ TEST_F(SocketTest, AListenerWithoutDescriptorsWaitsAndAcceptsLater) {
     EXPECT_EQ(accepted, 1);
 }
 
-} // namespace zm
+} // namespace zm::test

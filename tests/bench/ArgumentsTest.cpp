@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace zm {
+namespace zm::test {
 
 TEST(Arguments, NumbersMayBeNegative) {
     ctl::Arguments arguments({"7", "-52"});
@@ -69,4 +69,4 @@ TEST(Arguments, ARepeatedOptionIsALeftOverWord) {
     EXPECT_FALSE(arguments.complete());
 }
 
-} // namespace zm
+} // namespace zm::test

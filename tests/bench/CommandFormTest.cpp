@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace zm {
+namespace zm::test {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -94,4 +94,4 @@ TEST(CommandForm, ANameThatNoCommandHasIsTakenForWhatCommandsUnderstand) {
               "zmctl: there is no command \"xyzzy\"; \"zmctl help\" lists them");
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace zm {
+namespace zm::test {
 
 TEST(CommandTexts, EveryCommandThatIsExplainedExists) {
     for (const auto& text : ctl::commandTexts()) {
@@ -37,4 +37,4 @@ TEST(CommandTexts, AUsageHasALineForEachForm) {
     EXPECT_EQ(ctl::findCommandText("dance"), nullptr);
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace zm {
+namespace zm::test {
 
 namespace {
 
@@ -69,7 +69,7 @@ TEST(Completion, OffersAnOptionOnceAndNothingForItsNumber) {
 }
 
 TEST(Completion, OffersFilesWhereAFileIsMeant) {
-    const test::TemporaryFolder temporary;
+    const TemporaryFolder temporary;
     const std::string folder = temporary.path() + "/";
     std::filesystem::create_directory(folder + "discs");
     std::ofstream(folder + "disc.iso") << "x";
@@ -88,4 +88,4 @@ TEST(Completion, HasAScriptForThreeShells) {
     EXPECT_EQ(ctl::completionScript("csh"), nullptr);
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace zm {
+namespace zm::test {
 
 namespace {
 
@@ -117,4 +117,4 @@ TEST(Expectation, AWrongPartIsNamed) {
     EXPECT_THAT(fault({"screen.main.window", "==", "1", "within", "-1"}), HasSubstr("\"-1\""));
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace zm {
+namespace zm::test {
 
 namespace {
 
@@ -62,4 +62,4 @@ TEST(PageCommand, KeepsTouchesInsideTheScreen) {
     EXPECT_TRUE(bench::web::pageCommand(Json::object()).empty());
 }
 
-} // namespace zm
+} // namespace zm::test

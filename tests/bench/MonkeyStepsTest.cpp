@@ -9,7 +9,7 @@
 
 #include <set>
 
-namespace zm {
+namespace zm::test {
 
 namespace {
 
@@ -90,7 +90,7 @@ TEST(MonkeySteps, WriteWhatTheApplicationReads) {
         }
     }
     ASSERT_GT(writes.size(), 20u);
-    test::Unit unit;
+    Unit unit;
     for (const auto& line : writes) {
         const auto heard = unit.viewMessages().size();
         unit.act(*ctl::shellWords(line));
@@ -107,16 +107,16 @@ TEST_P(MonkeyPicture, IsWhatThePagesSayAfterEveryStep) {
     const std::set<std::string> left = {"wait", "expect", "settle"};
     const std::set<std::string> ends = {"app quit", "app start"};
     constexpr int Steps = 400;
-    test::Catalogue catalogue;
-    for (const auto type : {test::Catalogue::Music, test::Catalogue::Video, test::Catalogue::Picture}) {
+    Catalogue catalogue;
+    for (const auto type : {Catalogue::Music, Catalogue::Video, Catalogue::Picture}) {
         catalogue.folder(1, 0, type, "root", 1, 3);
         catalogue.folder(2, 1, type, "Albums", 0, 9);
         for (int file = 1; file <= 9; ++file) {
             catalogue.file(file, file % 3 ? 2 : 1, type, "Name " + std::to_string(file));
         }
     }
-    test::Unit unit({.catalogue = catalogue.path()});
-    test::Decoder decoder(unit);
+    Unit unit({.catalogue = catalogue.path()});
+    Decoder decoder(unit);
     decoder.showBars();
     ctl::MonkeySteps steps(GetParam(), {.discService = false, .manualClock = true});
     for (int i = 0; i < Steps && !testing::Test::HasFailure(); ++i) {
@@ -133,4 +133,4 @@ TEST_P(MonkeyPicture, IsWhatThePagesSayAfterEveryStep) {
 
 INSTANTIATE_TEST_SUITE_P(Seed, MonkeyPicture, testing::Range(1u, 7u));
 
-} // namespace zm
+} // namespace zm::test

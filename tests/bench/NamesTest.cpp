@@ -10,7 +10,7 @@
 #include <set>
 #include <sstream>
 
-namespace zm {
+namespace zm::test {
 
 namespace {
 
@@ -85,4 +85,4 @@ TEST(Names, AnUnknownOneNamesTheNearest) {
     EXPECT_EQ(ctl::unknownNumber("page", 7, std::vector<int>{}), "there is no page 7");
 }
 
-} // namespace zm
+} // namespace zm::test

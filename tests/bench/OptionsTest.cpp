@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-namespace zm {
+namespace zm::test {
 
 TEST(BenchOptions, HaveTheirDefaults) {
     setenv("ZM_RUNTIME", "/tmp/somewhere", 1);
@@ -62,4 +62,4 @@ TEST(BenchOptions, AnEmptyPathIsRefused) {
     }
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace zm {
+namespace zm::test {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -42,4 +42,4 @@ TEST(PpsText, TheValueBelongsToExactlyThatAttribute) {
     EXPECT_EQ(value, "");
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace zm {
+namespace zm::test {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -48,4 +48,4 @@ TEST(Script, AWrongLineIsNamedBeforeAnythingRuns) {
     EXPECT_THAT(ctl::parseScript("page", "dance").error(), HasSubstr("there is no command \"dance\""));
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <stdlib.h>
 
-namespace zm {
+namespace zm::test {
 
 using namespace std::chrono_literals;
 
@@ -51,7 +51,7 @@ protected:
     }
 
     EventLoop loop;
-    const test::TemporaryFolder temporary;
+    const TemporaryFolder temporary;
     const std::string& folder = temporary.path();
     std::unique_ptr<bench::unit::ShellServer> server;
     std::vector<bool> ends;
@@ -164,4 +164,4 @@ TEST_F(ShellServerTest, WhatIsNoMessageEndsTheConnection) {
     EXPECT_TRUE(server->connected());
 }
 
-} // namespace zm
+} // namespace zm::test

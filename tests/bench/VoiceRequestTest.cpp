@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace zm {
+namespace zm::test {
 
 TEST(VoiceRequest, IsApplicationDataWithASongOrASinger) {
     for (const char* text : {"--song=Fog", "--song=\"it's 100%\"", "--singer Ann", "--song= --singer=Ann",
@@ -15,4 +15,4 @@ TEST(VoiceRequest, IsApplicationDataWithASongOrASinger) {
     }
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -11,10 +11,7 @@
 #include <chrono>
 #include <string>
 
-namespace zm {
-
-using test::RunningPpsService;
-using test::TemporaryFolder;
+namespace zm::test {
 
 /** Flags as the object catalogue of an application has them. */
 constexpr int ReadWriteCreate = 258;
@@ -54,4 +51,4 @@ protected:
     RunningPpsService service{socket};
 };
 
-} // namespace zm
+} // namespace zm::test

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace zm {
+namespace zm::test {
 
 TEST_F(PpsTest, ItemsAreAddedToASetAndTakenOutOfIt) {
     auto file = open("/pps/a");
@@ -74,4 +74,4 @@ TEST_F(PpsTest, ASetThatGrowsKeepsToTheObjectsLimit) {
     EXPECT_EQ(read(file), "@a\nx::1" + half + ",\n");
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -1,6 +1,6 @@
 #include "tests/pps/PpsFixture.h"
 
-namespace zm {
+namespace zm::test {
 
 TEST_F(PpsTest, ADeletedObjectIsToldAndCannotBeWritten) {
     auto file = open("/pps/a");
@@ -116,4 +116,4 @@ TEST_F(PpsTest, WithoutADescriptorNothingIsQueued) {
     EXPECT_EQ(read(reader), "@a\nx::2\n");
 }
 
-} // namespace zm
+} // namespace zm::test

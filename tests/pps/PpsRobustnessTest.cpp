@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-namespace zm {
+namespace zm::test {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
@@ -314,4 +314,4 @@ TEST_F(PpsTest, TenThousandChangesAreDeliveredInOrderWhileTheyAreWritten) {
     std::printf("%.0f writes a second with a reader\n", Changes / elapsed.count());
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -1,6 +1,6 @@
 #include "tests/pps/PpsFixture.h"
 
-namespace zm {
+namespace zm::test {
 
 TEST_F(PpsTest, ANewObjectIsReadAsItsNameAlone) {
     auto file = open("/pps/zelmar/disc/status?delta");
@@ -257,4 +257,4 @@ TEST(PpsServiceTest, ASecondServiceOnTheSameSocketIsRefused) {
     EXPECT_NE(started.error().find("already served"), std::string::npos);
 }
 
-} // namespace zm
+} // namespace zm::test

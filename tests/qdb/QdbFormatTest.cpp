@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace zm {
+namespace zm::test {
 
 static std::string format(const char* text, ...) {
     va_list args;
@@ -71,4 +71,4 @@ TEST(QdbFormat, DataIsNotAFormat) {
     EXPECT_EQ(format("%s", "100%n %s %d"), "100%n %s %d");
 }
 
-} // namespace zm
+} // namespace zm::test

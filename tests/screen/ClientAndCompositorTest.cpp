@@ -1,7 +1,7 @@
 #include "platform/linux/screen/ScreenClient.h"
 #include "tests/screen/ScreenFixture.h"
 
-namespace zm {
+namespace zm::test {
 
 using namespace std::chrono_literals;
 
@@ -68,4 +68,4 @@ TEST_F(ClientAndCompositor, AClientLearnsThatTheCompositorRefusesIt) {
     EXPECT_NE(app->receive().error().find("not possible"), std::string::npos) << app->receive().error();
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -1,6 +1,6 @@
 #include "tests/screen/ScreenFixture.h"
 
-namespace zm {
+namespace zm::test {
 
 TEST_F(ScreenTest, WithoutAWindowTheScreenIsBlack) {
     EXPECT_EQ(pixel(0, 0), Black);
@@ -195,4 +195,4 @@ TEST_F(ScreenTest, ASecondCompositorOnTheSameSocketIsRefused) {
     EXPECT_FALSE(second.start());
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -2,7 +2,7 @@
 
 #include <sys/socket.h>
 
-namespace zm {
+namespace zm::test {
 
 TEST_F(ScreenTest, AClientHasToSayHelloFirst) {
     RawClient silent(socket, "");
@@ -172,4 +172,4 @@ TEST_F(ScreenTest, ARefusedClientLosesItsWindowsAtOnceAndIsHeardNoMore) {
     EXPECT_EQ(pixel(1, 1), Black);
 }
 
-} // namespace zm
+} // namespace zm::test

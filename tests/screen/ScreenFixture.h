@@ -18,10 +18,9 @@
 #include <thread>
 #include <vector>
 
-namespace zm {
+namespace zm::test {
 
 using Json = nlohmann::json;
-using test::eventually;
 
 /** Pixels as they stand in memory: B, G, R, A. */
 constexpr uint32_t Black = 0xff000000;
@@ -196,7 +195,7 @@ protected:
     Json video() {
         return call([this] { return compositor->videoState(); });
     }
-    test::TemporaryFolder temporary;
+    TemporaryFolder temporary;
     std::string folder = temporary.path();
     std::string socket = folder + "/screen.sock";
     EventLoop loop;
@@ -205,4 +204,4 @@ protected:
     std::thread thread;
 };
 
-} // namespace zm
+} // namespace zm::test

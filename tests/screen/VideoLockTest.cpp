@@ -6,7 +6,7 @@
 
 #include <vector>
 
-namespace zm {
+namespace zm::test {
 
 class VideoLockTest : public testing::Test {
 protected:
@@ -128,4 +128,4 @@ TEST_F(VideoLockTest, NothingElseOpensIt) {
     }
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -4,7 +4,7 @@
 #include "tests/screen/ScreenFixture.h"
 #include "tests/support/RunningPpsService.h"
 
-namespace zm {
+namespace zm::test {
 
 namespace {
 
@@ -74,7 +74,7 @@ protected:
     using Events = std::vector<std::string>;
 
     std::string ppsSocket = folder + "/pps.sock";
-    test::RunningPpsService pps{ppsSocket};
+    RunningPpsService pps{ppsSocket};
     std::unique_ptr<bench::screen::VideoService> service;
     Events events;
     std::unique_ptr<PpsFile> command;
@@ -171,4 +171,4 @@ TEST(VideoServiceStartTest, WithoutAPpsServiceItDoesNotStart) {
     EXPECT_NE(started.error().find("pps.sock"), std::string::npos);
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -1,6 +1,6 @@
 #include "tests/screen/ScreenFixture.h"
 
-namespace zm {
+namespace zm::test {
 
 class VideoWindowTest : public ScreenTest {
 protected:
@@ -193,4 +193,4 @@ TEST_F(VideoWindowTest, ItIsHiddenWhenItsApplicationDies) {
     EXPECT_TRUE(video()["posted"]);
 }
 
-} // namespace zm
+} // namespace zm::test

@@ -2,7 +2,7 @@
 
 #include "SceneFixture.h"
 
-using namespace zmtest;
+using namespace zm::test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <map>
 
-namespace zmtest {
+namespace zm::test {
 
 using namespace zm;
 
@@ -366,4 +366,4 @@ Findings cutTexts(const Resource& resource, FontBook& fonts) {
     return findings;
 }
 
-} // namespace zmtest
+} // namespace zm::test

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace zmtest {
+namespace zm::test {
 
 /** What is wrong, a line each: "window 6 item 6521: ...". */
 using Findings = std::vector<std::string>;
@@ -23,4 +23,4 @@ Findings contrasts(const zm::Resource& resource);
 /** No text is cut at its longest in any language, and each letter has a font. */
 Findings cutTexts(const zm::Resource& resource, zm::FontBook& fonts);
 
-} // namespace zmtest
+} // namespace zm::test

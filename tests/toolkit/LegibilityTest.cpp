@@ -4,7 +4,7 @@
 #include "LegibilityRules.h"
 #include "SceneFixture.h"
 
-using namespace zmtest;
+using namespace zm::test;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;

@@ -2,7 +2,7 @@
 
 #include <map>
 
-using namespace zmtest;
+using namespace zm::test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -1,6 +1,6 @@
 #include "SceneFixture.h"
 
-using namespace zmtest;
+using namespace zm::test;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

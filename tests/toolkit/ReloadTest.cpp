@@ -4,8 +4,8 @@
 
 namespace {
 
-using zmtest::Stage;
-using zmtest::TemporaryFolder;
+using zm::test::Stage;
+using zm::test::TemporaryFolder;
 
 class Reload : public testing::Test {
 protected:
@@ -73,7 +73,7 @@ TEST_F(Reload, ShowsNewPlacesAndColoursAtOnce) {
     EXPECT_EQ(stage.pixel(10, 50), white);
     reload({{"[0, 0, 80, 60]", "[300, 0, 80, 60]"},
             {R"("night": {"page": "#000000")", R"("night": {"page": "#102030")"}});
-    EXPECT_EQ(zmtest::area(stage.paint()), 800 * 480);
+    EXPECT_EQ(zm::test::area(stage.paint()), 800 * 480);
     EXPECT_EQ(stage.pixel(10, 50), 0xFF102030);
     EXPECT_EQ(stage.pixel(310, 50), white);
 }
@@ -234,7 +234,7 @@ TEST_F(Reload, NamesTheFilesThatItReads) {
 
 TEST(ReloadOfTheViews, ChangesNothingWithoutAChange) {
     for (const char* name : {"DISC.zmrc_device", "OVERLAY.zmrc_device"}) {
-        Stage stage(zmtest::resourceDir + name);
+        Stage stage(zm::test::resourceDir + name);
         const auto before = stage.scene->describe();
         ASSERT_TRUE(stage.scene->reload());
         EXPECT_EQ(stage.scene->describe(), before);

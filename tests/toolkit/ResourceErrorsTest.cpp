@@ -4,7 +4,7 @@
 
 #include "platform/linux/toolkit/Resource.h"
 
-using zmtest::TemporaryFolder;
+using zm::test::TemporaryFolder;
 
 namespace {
 
@@ -239,9 +239,9 @@ TEST(Resource, partsAreMovedChangedAndChosenFrom) {
 
 TEST(Scene, withoutFontsSaysSo) {
     const TemporaryFolder folder;
-    zmtest::Recorder recorder;
+    zm::test::Recorder recorder;
     const auto scene =
-        zm::Scene::load(zmtest::resourceDir + "DISC.zmrc_device", folder.path(), 800, 480, recorder);
+        zm::Scene::load(zm::test::resourceDir + "DISC.zmrc_device", folder.path(), 800, 480, recorder);
     ASSERT_FALSE(scene);
     EXPECT_EQ(scene.error(), folder.path() + ": holds no fonts, expected at least NotoSans-Regular.ttf");
 }

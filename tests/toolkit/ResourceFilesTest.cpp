@@ -7,7 +7,7 @@
 #include <map>
 #include <set>
 
-using namespace zmtest;
+using namespace zm::test;
 
 namespace {
 

@@ -47,7 +47,7 @@ class ResourceSyntax : public testing::TestWithParam<Broken> {};
 } // namespace
 
 TEST_P(ResourceSyntax, isReportedWithFileLineAndRemedy) {
-    const zmtest::TemporaryFolder folder;
+    const zm::test::TemporaryFolder folder;
     const std::string file = folder.write("broken.zmrc", GetParam().text);
     const auto result = zm::loadResource(file, 800, 480);
     ASSERT_FALSE(result);
@@ -70,7 +70,7 @@ TEST(ResourceHints, nameTheNearestKnownName) {
 }
 
 TEST(ResourceHints, aFolderIsNoResourceFile) {
-    const zmtest::TemporaryFolder folder;
+    const zm::test::TemporaryFolder folder;
     const auto result = zm::loadResource(folder.path(), 800, 480);
     ASSERT_FALSE(result);
     EXPECT_EQ(result.error(), folder.path() + ": cannot be read, expected a resource file");

@@ -16,9 +16,7 @@
 #include <string>
 #include <vector>
 
-namespace zmtest {
-
-using zm::test::TemporaryFolder;
+namespace zm::test {
 
 inline constexpr int width = 800;
 inline constexpr int height = 480;
@@ -103,4 +101,4 @@ inline int area(const std::vector<zm::Rect>& areas) {
     return sum;
 }
 
-} // namespace zmtest
+} // namespace zm::test

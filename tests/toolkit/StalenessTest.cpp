@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-using namespace zmtest;
+using namespace zm::test;
 using testing::HasSubstr;
 using testing::IsEmpty;
 

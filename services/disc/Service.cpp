@@ -3,10 +3,10 @@
 #include "base/JsonMessage.h"
 #include "base/Paths.h"
 #include "services/disc/log/Log.h"
+#include "services/disc/player/Commands.h"
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <optional>
 
 namespace zm::disc {
@@ -21,44 +21,7 @@ constexpr int ControlFlags = 256;
 constexpr unsigned ControlMode = 0666;
 
 constexpr int EjectCommand = 13;
-constexpr int ChangeFormatCommand = 142;
-constexpr int BrowseCommand = 186;
 constexpr int SourceCommand = 187;
-
-struct CommandRow {
-    int number;
-    void (player::Transport::*operation)(int, int);
-};
-
-constexpr CommandRow commands[] = {
-    {1, &player::Transport::next},
-    {2, &player::Transport::previous},
-    {3, &player::Transport::fastForward},
-    {4, &player::Transport::fastBackward},
-    {5, &player::Transport::playPause},
-    {7, &player::Transport::shuffle},
-    {9, &player::Transport::repeat},
-    {10, &player::Transport::repeatPassage},
-    {11, &player::Transport::audioChannel},
-    {12, &player::Transport::angle},
-    {18, &player::Transport::subtitle},
-    {19, &player::Transport::playbackControl},
-    {20, &player::Transport::zoom},
-    {21, &player::Transport::menu},
-    {22, &player::Transport::stop},
-    {130, &player::Transport::pause},
-    {131, &player::Transport::play},
-    {ChangeFormatCommand, &player::Transport::browse},
-    {145, &player::Transport::titleMenu},
-    {163, &player::Transport::rotate},
-    {182, &player::Transport::playTrack},
-    {183, &player::Transport::playChapter},
-    {184, &player::Transport::playTitle},
-    {185, &player::Transport::seek},
-    {BrowseCommand, &player::Transport::browse},
-    {188, &player::Transport::touch},
-    {189, &player::Transport::password},
-};
 
 int integer(const Json& object, const char* name) {
     const auto member = object.find(name);
@@ -204,18 +167,14 @@ void Service::command(const std::string& value) {
         m_drive.source(first != 0);
         return;
     }
-    const auto row = std::find_if(std::begin(commands), std::end(commands),
-                                  [&](const CommandRow& each) { return each.number == number; });
     player::Transport* transport = m_drive.transport();
-    if (number == BrowseCommand && !transport) {
+    if (number == player::BrowseCommand && !transport) {
         m_drive.browse(first, second);
         return;
     }
-    if (row == std::end(commands) || !transport) {
+    if (!transport || !player::carryOut(*transport, number, first, second)) {
         logInfo("command not carried out: %s\n", value.c_str());
-        return;
     }
-    (transport->*row->operation)(first, second);
 }
 
 void Service::voice(const std::string& value) {

@@ -230,7 +230,7 @@ void Player::dvdRefused() {
 }
 
 void Player::dvdPressed() {
-    play(0, 0);
+    play();
 }
 
 void Player::dvdScanned(engine::ScanEdge) {
@@ -276,7 +276,7 @@ void Player::jump(zm::dvd::Operation operation, int first, int second) {
     m_engine->post([=](Session& session) { session.jump(operation, first, second); });
 }
 
-void Player::next(int, int) {
+void Player::next() {
     const int title = m_scene.title;
     const bool last = m_scene.chapter >= chaptersOf(title);
     if (!running() || !inTitle() || !allowed(zm::dvd::NoNext) ||
@@ -286,11 +286,11 @@ void Player::next(int, int) {
     }
     leaveScan();
     jump(zm::dvd::Operation::Chapter, last ? title + 1 : title, last ? 1 : m_scene.chapter + 1);
-    play(0, 0);
+    play();
     m_state.tip(model::Tip::Next);
 }
 
-void Player::previous(int, int) {
+void Player::previous() {
     if (!running() || !inTitle() || !allowed(zm::dvd::NoPrevious)) {
         refuse();
         return;
@@ -302,16 +302,8 @@ void Player::previous(int, int) {
         const int title = std::max(m_scene.title - 1, 1);
         jump(zm::dvd::Operation::Chapter, title, m_scene.title > 1 ? std::max(chaptersOf(title), 1) : 1);
     }
-    play(0, 0);
+    play();
     m_state.tip(model::Tip::Previous);
-}
-
-void Player::fastForward(int, int) {
-    scan(player::ScanDirection::Forward);
-}
-
-void Player::fastBackward(int, int) {
-    scan(player::ScanDirection::Backward);
 }
 
 void Player::scan(player::ScanDirection direction) {
@@ -333,15 +325,7 @@ void Player::leaveScan() {
     m_state.playSpeed(1);
 }
 
-void Player::playPause(int, int) {
-    if (m_playState == model::PlayState::Playing) {
-        pause(0, 0);
-    } else {
-        play(0, 0);
-    }
-}
-
-void Player::pause(int, int) {
+void Player::pause() {
     if (m_playState != model::PlayState::Playing && !m_scan.active()) {
         return;
     }
@@ -357,7 +341,7 @@ void Player::pause(int, int) {
     m_state.tip(model::Tip::Pause);
 }
 
-void Player::play(int, int) {
+void Player::play() {
     if (m_playState == model::PlayState::Playing || m_playState == model::PlayState::Loading ||
         m_playState == model::PlayState::Error) {
         return;
@@ -375,7 +359,7 @@ void Player::play(int, int) {
     m_state.tip(model::Tip::Play);
 }
 
-void Player::stop(int, int) {
+void Player::stop() {
     if (m_playState == model::PlayState::Loading || m_playState == model::PlayState::Error) {
         return;
     }
@@ -395,7 +379,7 @@ void Player::stop(int, int) {
     m_state.tip(model::Tip::Stop);
 }
 
-void Player::repeat(int mode, int) {
+void Player::repeat(int mode) {
     const auto& row = repeatRow(mode == 0 ? repeatRow(m_modes.repeat).next : mode);
     if (mode != 0 && row.mode != mode) {
         refuse();
@@ -412,7 +396,7 @@ void Player::followModes() {
     m_engine->post([repeat = repeatRow(m_modes.repeat).repeat](Session& session) { session.repeat(repeat); });
 }
 
-void Player::repeatPassage(int, int) {
+void Player::repeatPassage() {
     if (m_playState != model::PlayState::Playing || !inTitle() || !allowed(zm::dvd::NoTimeSearch)) {
         refuse();
         return;
@@ -424,7 +408,7 @@ void Player::repeatPassage(int, int) {
     }
 }
 
-void Player::audioChannel(int, int) {
+void Player::audioChannel() {
     const size_t count = m_scene.streams ? m_scene.streams->sounds.size() : 0;
     if (!running() || !inTitle() || count < 2 || !allowed(zm::dvd::NoSoundChange)) {
         refuse();
@@ -435,7 +419,7 @@ void Player::audioChannel(int, int) {
     m_engine->post([logical](Session& session) { session.streams(logical, -1); });
 }
 
-void Player::subtitle(int, int) {
+void Player::subtitle() {
     const int count = m_scene.streams ? static_cast<int>(m_scene.streams->subtitles.size()) : 0;
     if (!running() || !inTitle() || count == 0 || !allowed(zm::dvd::NoSubtitleChange)) {
         refuse();
@@ -448,7 +432,7 @@ void Player::subtitle(int, int) {
     m_engine->post([logical](Session& session) { session.streams(-1, logical); });
 }
 
-void Player::angle(int, int) {
+void Player::angle() {
     if (!running() || !inTitle() || m_scene.angles < 2 || !allowed(zm::dvd::NoAngleChange)) {
         refuse();
         return;
@@ -457,7 +441,7 @@ void Player::angle(int, int) {
     m_engine->post([wanted](Session& session) { session.angle(wanted); });
 }
 
-void Player::zoom(int, int) {
+void Player::zoom() {
     if (!running()) {
         refuse();
         return;
@@ -466,7 +450,7 @@ void Player::zoom(int, int) {
     m_engine->post([view = m_view](Session& session) { session.view(view); });
 }
 
-void Player::menu(int, int) {
+void Player::menu() {
     if (!running() || !allowed(inTitle() ? zm::dvd::NoRootMenu : zm::dvd::NoResume)) {
         refuse();
         return;
@@ -474,10 +458,10 @@ void Player::menu(int, int) {
     leaveScan();
     m_menuCalled = m_menuCalled || inTitle();
     jump(zm::dvd::Operation::RootMenu);
-    play(0, 0);
+    play();
 }
 
-void Player::titleMenu(int, int) {
+void Player::titleMenu() {
     if (!running() || !allowed(zm::dvd::NoTitleMenu)) {
         refuse();
         return;
@@ -485,10 +469,10 @@ void Player::titleMenu(int, int) {
     leaveScan();
     m_menuCalled = m_menuCalled || inTitle();
     jump(zm::dvd::Operation::TitleMenu);
-    play(0, 0);
+    play();
 }
 
-void Player::playChapter(int chapter, int) {
+void Player::playChapter(int chapter) {
     if (!running() || !inTitle() || chapter < 1 || chapter > chaptersOf(m_scene.title) ||
         !allowed(zm::dvd::NoChapterSearch)) {
         refuse();
@@ -496,10 +480,10 @@ void Player::playChapter(int chapter, int) {
     }
     leaveScan();
     jump(zm::dvd::Operation::Chapter, m_scene.title, chapter);
-    play(0, 0);
+    play();
 }
 
-void Player::playTitle(int title, int) {
+void Player::playTitle(int title) {
     if (m_playState == model::PlayState::Error || !allowed(zm::dvd::NoTitlePlay) || title < 1 ||
         title > static_cast<int>(m_titles.titles.size())) {
         refuse();
@@ -508,20 +492,20 @@ void Player::playTitle(int title, int) {
     leaveScan();
     m_fromBeginning = false;
     jump(zm::dvd::Operation::Title, title);
-    play(0, 0);
+    play();
 }
 
-void Player::seek(int position, int) {
-    if (!running() || !inTitle() || position < 0 || position >= seconds(m_scene.length) ||
+void Player::seek(std::chrono::seconds position) {
+    if (!running() || !inTitle() || position.count() < 0 || position.count() >= seconds(m_scene.length) ||
         !allowed(zm::dvd::NoTimeSearch)) {
         refuse();
         return;
     }
     const bool scanning = m_scan.active();
     leaveScan();
-    jump(zm::dvd::Operation::Time, position * 1000);
+    jump(zm::dvd::Operation::Time, static_cast<int>(engine::Milliseconds(position).count()));
     if (scanning) {
-        play(0, 0);
+        play();
     }
 }
 

@@ -26,29 +26,28 @@ public:
     void sourceOn() override;
     void sourceOff() override;
 
-    void next(int, int) override;
-    void previous(int, int) override;
-    void fastForward(int, int) override;
-    void fastBackward(int, int) override;
-    void playPause(int, int) override;
-    void pause(int, int) override;
-    void play(int, int) override;
-    void stop(int, int) override;
-    void repeat(int mode, int) override;
-    void repeatPassage(int, int) override;
-    void audioChannel(int, int) override;
-    void angle(int, int) override;
-    void subtitle(int, int) override;
-    void zoom(int, int) override;
-    void menu(int, int) override;
-    void titleMenu(int, int) override;
-    void playChapter(int chapter, int) override;
-    void playTitle(int title, int) override;
-    void seek(int position, int) override;
+    void next() override;
+    void previous() override;
+    void scan(player::ScanDirection direction) override;
+    void pause() override;
+    void play() override;
+    void stop() override;
+    void repeat(int mode) override;
+    void repeatPassage() override;
+    void audioChannel() override;
+    void angle() override;
+    void subtitle() override;
+    void zoom() override;
+    void menu() override;
+    void titleMenu() override;
+    void playChapter(int chapter) override;
+    void playTitle(int title) override;
+    void seek(std::chrono::seconds position) override;
     void touch(int x, int y) override;
     void driveFault(medium::DriveFault fault) override;
 
 protected:
+    bool playing() const override { return m_playState == model::PlayState::Playing; }
     void refuse() override;
 
 private:
@@ -67,7 +66,6 @@ private:
     bool running() const;
     int chaptersOf(int title) const;
     void jump(zm::dvd::Operation operation, int first = 0, int second = 0);
-    void scan(player::ScanDirection direction);
     void leaveScan();
     void halt();
     void publishState(model::PlayState state);

@@ -424,26 +424,18 @@ void FilePlayer::skipUnreadable() {
 
 // ---- commands
 
-void FilePlayer::next(int, int) {
+void FilePlayer::next() {
     order().next();
     begin(engine::Milliseconds{0});
     m_state.tip(model::Tip::Next);
 }
 
-void FilePlayer::previous(int, int) {
+void FilePlayer::previous() {
     if (m_position < RestartAfter) {
         order().previous();
     }
     begin(engine::Milliseconds{0});
     m_state.tip(model::Tip::Previous);
-}
-
-void FilePlayer::fastForward(int, int) {
-    scan(ScanDirection::Forward);
-}
-
-void FilePlayer::fastBackward(int, int) {
-    scan(ScanDirection::Backward);
 }
 
 void FilePlayer::scan(ScanDirection direction) {
@@ -468,15 +460,7 @@ void FilePlayer::leaveScan() {
     m_state.playSpeed(1);
 }
 
-void FilePlayer::playPause(int, int) {
-    if (m_playState == model::PlayState::Playing) {
-        pause(0, 0);
-    } else {
-        play(0, 0);
-    }
-}
-
-void FilePlayer::pause(int, int) {
+void FilePlayer::pause() {
     if (m_playState != model::PlayState::Playing && !m_scan.active()) {
         return;
     }
@@ -488,7 +472,7 @@ void FilePlayer::pause(int, int) {
     m_state.tip(model::Tip::Pause);
 }
 
-void FilePlayer::play(int, int) {
+void FilePlayer::play() {
     if (m_playState == model::PlayState::Playing) {
         return;
     }
@@ -504,14 +488,14 @@ void FilePlayer::play(int, int) {
     m_state.tip(model::Tip::Play);
 }
 
-void FilePlayer::stop(int, int) {
+void FilePlayer::stop() {
     m_position = engine::Milliseconds{0};
     halt(model::PlayState::Stopped);
     publishTime();
     m_state.tip(model::Tip::Stop);
 }
 
-void FilePlayer::repeat(int mode, int) {
+void FilePlayer::repeat(int mode) {
     const bool hasFolders = m_contents->hasFolders();
     const Repeat wanted =
         mode == 0 ? nextRepeat(static_cast<Repeat>(m_modes.repeat), hasFolders) : static_cast<Repeat>(mode);
@@ -526,7 +510,7 @@ void FilePlayer::repeat(int mode, int) {
     m_state.tip(row->tip);
 }
 
-void FilePlayer::shuffle(int mode, int) {
+void FilePlayer::shuffle(int mode) {
     const auto row = std::find_if(std::begin(shuffleRows), std::end(shuffleRows),
                                   [&](const ShuffleRow& each) { return each.requested == mode; });
     const bool hasFolders = m_contents->hasFolders();
@@ -540,7 +524,7 @@ void FilePlayer::shuffle(int mode, int) {
     publishModes();
 }
 
-void FilePlayer::repeatPassage(int, int) {
+void FilePlayer::repeatPassage() {
     if (m_playState != model::PlayState::Playing || m_kind == model::MediaKind::Photo) {
         refuse();
         return;
@@ -554,7 +538,7 @@ void FilePlayer::repeatPassage(int, int) {
     }
 }
 
-void FilePlayer::audioChannel(int, int) {
+void FilePlayer::audioChannel() {
     if (m_contents->trackType == model::MediaType::Vcd && !m_streams.audio.empty()) {
         m_sound.step();
         useStreams(m_sound.choice());
@@ -569,7 +553,7 @@ void FilePlayer::audioChannel(int, int) {
     useStreams({(m_choice.audio + 1) % count, m_choice.subtitle});
 }
 
-void FilePlayer::subtitle(int, int) {
+void FilePlayer::subtitle() {
     if (m_streams.subtitles.empty()) {
         refuse();
         return;
@@ -585,7 +569,7 @@ void FilePlayer::useStreams(const engine::StreamChoice& choice) {
     publishStreams();
 }
 
-void FilePlayer::playbackControl(int, int) {
+void FilePlayer::playbackControl() {
     if (m_contents->trackType != model::MediaType::Vcd) {
         refuse();
         return;
@@ -598,11 +582,11 @@ void FilePlayer::playbackControl(int, int) {
     m_state.tip(m_playbackControl ? model::Tip::PbcOn : model::Tip::PbcOff);
 }
 
-void FilePlayer::zoom(int, int) {
+void FilePlayer::zoom() {
     changeView(&engine::PictureView::nextZoom);
 }
 
-void FilePlayer::rotate(int, int) {
+void FilePlayer::rotate() {
     changeView(&engine::PictureView::turn);
 }
 
@@ -633,14 +617,14 @@ void FilePlayer::playTrack(int first, int second) {
     begin(engine::Milliseconds{0});
 }
 
-void FilePlayer::seek(int position, int) {
+void FilePlayer::seek(std::chrono::seconds position) {
     const bool running = m_playState == model::PlayState::Playing ||
                          m_playState == model::PlayState::Paused || m_scan.active();
     if (!running || m_kind == model::MediaKind::Photo) {
         refuse();
         return;
     }
-    const engine::Milliseconds wanted = std::chrono::seconds(std::max(0, position));
+    const engine::Milliseconds wanted = std::max(position, std::chrono::seconds(0));
     m_position = m_length > engine::Milliseconds{0} ? std::min(wanted, m_length) : wanted;
     m_after.reset();
     m_engine.seek(m_position);

@@ -37,27 +37,26 @@ public:
     void sourceOff() override;
     void playMusic() override;
 
-    void next(int, int) override;
-    void previous(int, int) override;
-    void fastForward(int, int) override;
-    void fastBackward(int, int) override;
-    void playPause(int, int) override;
-    void pause(int, int) override;
-    void play(int, int) override;
-    void stop(int, int) override;
-    void shuffle(int mode, int) override;
-    void repeat(int mode, int) override;
-    void repeatPassage(int, int) override;
-    void audioChannel(int, int) override;
-    void subtitle(int, int) override;
-    void playbackControl(int, int) override;
-    void zoom(int, int) override;
-    void rotate(int, int) override;
+    void next() override;
+    void previous() override;
+    void scan(ScanDirection direction) override;
+    void pause() override;
+    void play() override;
+    void stop() override;
+    void shuffle(int mode) override;
+    void repeat(int mode) override;
+    void repeatPassage() override;
+    void audioChannel() override;
+    void subtitle() override;
+    void playbackControl() override;
+    void zoom() override;
+    void rotate() override;
     void playTrack(int first, int second) override;
-    void seek(int position, int) override;
+    void seek(std::chrono::seconds position) override;
     void browse(int mediaType, int folder) override;
 
 protected:
+    bool playing() const override { return m_playState == model::PlayState::Playing; }
     void refuse() override;
 
 private:
@@ -83,7 +82,6 @@ private:
     void leaveKind();
     void skipUnreadable();
     void halt(model::PlayState state);
-    void scan(ScanDirection direction);
     void leaveScan();
     void showSlide();
     void changeView(void (engine::PictureView::*change)());

@@ -308,7 +308,7 @@ bool ListPlayer::running() const {
            m_scan.active();
 }
 
-void ListPlayer::next(int, int) {
+void ListPlayer::next() {
     const auto& target = list().next ? list().next : list().standard;
     if (!running() || !goTo(target)) {
         return;
@@ -316,17 +316,17 @@ void ListPlayer::next(int, int) {
     m_state.tip(model::Tip::Next);
 }
 
-void ListPlayer::previous(int, int) {
+void ListPlayer::previous() {
     if (running() && goTo(list().previous)) {
         m_state.tip(model::Tip::Previous);
     }
 }
 
-void ListPlayer::menu(int, int) {
+void ListPlayer::menu() {
     goTo(list().back);
 }
 
-void ListPlayer::titleMenu(int, int) {
+void ListPlayer::titleMenu() {
     enter(0);
 }
 
@@ -342,14 +342,6 @@ void ListPlayer::playTrack(int first, int second) {
     } else {
         refuse();
     }
-}
-
-void ListPlayer::fastForward(int, int) {
-    scan(ScanDirection::Forward);
-}
-
-void ListPlayer::fastBackward(int, int) {
-    scan(ScanDirection::Backward);
 }
 
 void ListPlayer::scan(ScanDirection direction) {
@@ -370,15 +362,7 @@ void ListPlayer::leaveScan() {
     m_state.playSpeed(1);
 }
 
-void ListPlayer::playPause(int, int) {
-    if (m_playState == model::PlayState::Playing && !stands()) {
-        pause(0, 0);
-    } else {
-        play(0, 0);
-    }
-}
-
-void ListPlayer::pause(int, int) {
+void ListPlayer::pause() {
     if (stands() || (m_playState != model::PlayState::Playing && !m_scan.active())) {
         return;
     }
@@ -390,7 +374,7 @@ void ListPlayer::pause(int, int) {
 }
 
 // Where a picture stands it goes on from there.
-void ListPlayer::play(int, int) {
+void ListPlayer::play() {
     if (m_playState == model::PlayState::Playing && inMenu() && stands()) {
         goTo(list().standard);
     } else if (m_waits) {
@@ -407,12 +391,12 @@ void ListPlayer::play(int, int) {
     }
 }
 
-void ListPlayer::stop(int, int) {
+void ListPlayer::stop() {
     end();
     m_state.tip(model::Tip::Stop);
 }
 
-void ListPlayer::audioChannel(int, int) {
+void ListPlayer::audioChannel() {
     if (!running() || !m_sound.hasAny()) {
         m_state.audioChannel(0);
         refuse();
@@ -423,15 +407,15 @@ void ListPlayer::audioChannel(int, int) {
     m_state.audioChannel(m_sound.published());
 }
 
-void ListPlayer::playbackControl(int, int) {
+void ListPlayer::playbackControl() {
     m_exits.toTracks();
 }
 
-void ListPlayer::zoom(int, int) {
+void ListPlayer::zoom() {
     changeView(&engine::PictureView::nextZoom);
 }
 
-void ListPlayer::rotate(int, int) {
+void ListPlayer::rotate() {
     changeView(&engine::PictureView::turn);
 }
 
@@ -440,12 +424,12 @@ void ListPlayer::changeView(void (engine::PictureView::*change)()) {
     m_engine.view(m_view);
 }
 
-void ListPlayer::seek(int position, int) {
+void ListPlayer::seek(std::chrono::seconds position) {
     if (!running() || inMenu() || stands()) {
         refuse();
         return;
     }
-    const engine::Milliseconds wanted = std::chrono::seconds(std::max(0, position));
+    const engine::Milliseconds wanted = std::max(position, std::chrono::seconds(0));
     m_position = m_length > engine::Milliseconds{0} ? std::min(wanted, m_length) : wanted;
     m_engine.seek(m_position);
     if (m_scan.active()) {

@@ -34,27 +34,26 @@ public:
     void sourceOn() override;
     void sourceOff() override;
 
-    void next(int, int) override;
-    void previous(int, int) override;
-    void fastForward(int, int) override;
-    void fastBackward(int, int) override;
-    void playPause(int, int) override;
-    void pause(int, int) override;
-    void play(int, int) override;
-    void stop(int, int) override;
-    void audioChannel(int, int) override;
-    void playbackControl(int, int) override;
-    void zoom(int, int) override;
-    void rotate(int, int) override;
+    void next() override;
+    void previous() override;
+    void scan(ScanDirection direction) override;
+    void pause() override;
+    void play() override;
+    void stop() override;
+    void audioChannel() override;
+    void playbackControl() override;
+    void zoom() override;
+    void rotate() override;
     /** The list's "return". */
-    void menu(int, int) override;
+    void menu() override;
     /** The disc's first list. */
-    void titleMenu(int, int) override;
+    void titleMenu() override;
     /** In a menu the choice with the number `first`, else the track. */
     void playTrack(int first, int second) override;
-    void seek(int position, int) override;
+    void seek(std::chrono::seconds position) override;
 
 protected:
+    bool playing() const override { return m_playState == model::PlayState::Playing && !stands(); }
     void refuse() override;
 
 private:
@@ -84,7 +83,6 @@ private:
     void wait(std::chrono::milliseconds time, std::function<void()> then);
     void end();
     void halt(model::PlayState state);
-    void scan(ScanDirection direction);
     void leaveScan();
     void changeView(void (engine::PictureView::*change)());
     void publishState(model::PlayState state);

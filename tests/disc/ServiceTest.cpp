@@ -26,9 +26,9 @@ TEST_F(DiscService, InsertionIsPublishedInItsOrder) {
     m_unit.next("drivestate", [](const Published& each) { return each.json()["state"] == "loaded"; });
     const auto text = m_unit.recorder().text();
     size_t at = text.find("drive drive=");
-    for (const char* line : {"drive drivestate={\"state\":\"reading\"", "device disc=1", "status discstate=1",
-                             "device mixedtype=2", "device mediatype=2", "status updatedb=65537",
-                             "drive drivestate={\"state\":\"loaded\""}) {
+    for (const char* line :
+         {"\"state\":\"reading\"", "device disc=1", "status discstate=1", "device mixedtype=2",
+          "device mediatype=2", "status updatedb=65537", "\"state\":\"loaded\""}) {
         at = text.find(line, at);
         ASSERT_NE(at, std::string::npos) << line << " is missing or too early in\n" << text;
     }

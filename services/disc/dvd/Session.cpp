@@ -523,6 +523,8 @@ void Session::watchPicture() {
     } else if (Clock::now() - *m_blind > PictureDeadline) {
         m_blind.reset();
         m_pipeline->silence(Pad::Video, m_unit.begin, m_unit.end);
+        m_pipeline->silence(padOf(m_sound.kind), m_unit.begin,
+                            m_unit.end); // its stamps may be of another day
     }
 }
 

@@ -176,10 +176,15 @@ TEST_F(FileSystems, ALengthThatWouldKeepTheLibraryBusyIsRefused) {
     std::string bytes = readFile(image);
     constexpr size_t LogicalVolume = 34 * BlockBytes;
     ASSERT_EQ(bytes[LogicalVolume], 6);
-    bytes.replace(LogicalVolume + 248, 4, "\0\xF8\xFF\xFF", 4);
-    writeFile(image, bytes);
-    EXPECT_EQ(errorOf(image),
-              image + ": UDF 2.01: damaged, what says where the root is has 4294965248 bytes");
+    const std::pair<std::string, std::string> rows[] = {{std::string("\0\xF8\xFF\xFF", 4), "4294965248"},
+                                                        {std::string("\0\0\0\0", 4), "0"},
+                                                        {std::string("\1\0\0\0", 4), "1"}};
+    for (const auto& [length, said] : rows) {
+        bytes.replace(LogicalVolume + 248, 4, length);
+        writeFile(image, bytes);
+        EXPECT_EQ(errorOf(image),
+                  image + ": UDF 2.01: damaged, what says where the root is has " + said + " bytes");
+    }
 }
 
 TEST_F(FileSystems, TheNewestSessionCounts) {

@@ -49,9 +49,6 @@ struct Blocks : udfread_block_input {
     std::unique_ptr<ByteReader> reader;
 };
 
-// The library looks through all of that, whatever it says; no real disc has more than a few blocks of it.
-constexpr uint32_t MaxRootBytes = 1u << 20;
-
 std::string whyUnread(const UdfVolume& volume) {
     if (volume.isVirtual) {
         return volume.name() + " written in packets to a disc that can be written once is not read";
@@ -62,9 +59,9 @@ std::string whyUnread(const UdfVolume& volume) {
     if (volume.blockSize != 0 && volume.blockSize != BlockSize) {
         return volume.name() + " with blocks of " + std::to_string(volume.blockSize) + " bytes is not read";
     }
-    if (volume.rootBytes > MaxRootBytes) {
+    if (volume.badRootBytes) {
         return volume.name() + ": damaged, what says where the root is has " +
-               std::to_string(volume.rootBytes) + " bytes";
+               std::to_string(*volume.badRootBytes) + " bytes";
     }
     return volume.name() + ": damaged, or of a kind that is not read";
 }
@@ -190,7 +187,7 @@ UdfMedium::UdfMedium(std::string image, IsoMedium::Opener opener, std::shared_pt
 Result<std::shared_ptr<Medium>>
 UdfMedium::openImage(const std::string& image, const IsoMedium::Opener& opener, const UdfVolume& volume) {
     // The library is not given what it would search for long, nor what it alone would find.
-    if (volume.blockSize == 0 || volume.rootBytes > MaxRootBytes) {
+    if (volume.blockSize == 0 || volume.badRootBytes) {
         return Error{image + ": " + whyUnread(volume)};
     }
     auto reader = opener(image, {0, UINT64_MAX});

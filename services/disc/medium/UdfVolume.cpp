@@ -28,6 +28,8 @@ constexpr size_t SecondSequencePlace = 24;
 constexpr size_t BlockSizePlace = 212;
 constexpr size_t RevisionPlace = 240;
 constexpr size_t RootPlace = 248;
+// Whole blocks, and no real disc has more than a few.
+constexpr uint32_t MaxRootBytes = 1u << 20;
 constexpr size_t MapBytesPlace = 264;
 constexpr size_t MapsPlace = 440;
 constexpr size_t MapNamePlace = 5;
@@ -80,7 +82,10 @@ void takeSequence(ByteReader& image, uint32_t blockSize, uint32_t bytes, uint32_
         if (tag == LogicalVolumeTag) {
             volume.blockSize = isoNumber32(descriptor, BlockSizePlace);
             volume.revision = static_cast<int>(isoNumber32(descriptor, RevisionPlace) & 0xFFFF);
-            volume.rootBytes = std::max(volume.rootBytes, isoNumber32(descriptor, RootPlace));
+            const uint32_t rootBytes = isoNumber32(descriptor, RootPlace);
+            if (rootBytes == 0 || rootBytes % BlockSize != 0 || rootBytes > MaxRootBytes) {
+                volume.badRootBytes = rootBytes;
+            }
             takeMaps(descriptor, volume);
         }
         if (tag == 0 || tag == TerminatorTag) {

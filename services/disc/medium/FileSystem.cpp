@@ -3,6 +3,7 @@
 #include "services/disc/log/Log.h"
 #include "services/disc/medium/SliceReader.h"
 #include "services/disc/medium/UdfMedium.h"
+#include "services/disc/medium/WindowReader.h"
 
 #include <sys/stat.h>
 
@@ -62,8 +63,9 @@ Result<std::shared_ptr<Medium>> openFileSystem(const std::string& image, const I
     if (!reader) {
         return reader.failure();
     }
+    WindowReader near(**reader);
     // Of a disc with both, UDF has the better names and the large files.
-    const auto udf = findUdfVolume(**reader);
+    const auto udf = findUdfVolume(near);
     auto medium = udf ? UdfMedium::openImage(image, opener, *udf) : Result<std::shared_ptr<Medium>>(Error{});
     if (medium) {
         return medium;
@@ -75,7 +77,7 @@ Result<std::shared_ptr<Medium>> openFileSystem(const std::string& image, const I
         return iso;
     } else if (!udf) {
         const bool nothing = iso.error() == image + ": " + IsoMedium::NoImage;
-        return nothing ? Error{image + ": " + foreignerIn(**reader)} : iso.failure();
+        return nothing ? Error{image + ": " + foreignerIn(near)} : iso.failure();
     }
     return medium;
 }

@@ -3,6 +3,7 @@
 #include "services/disc/log/Log.h"
 #include "services/disc/medium/IsoNumbers.h"
 #include "services/disc/medium/IsoSessions.h"
+#include "services/disc/medium/WindowReader.h"
 #include "services/disc/text/Charset.h"
 
 #include <algorithm>
@@ -75,7 +76,8 @@ Result<std::shared_ptr<Medium>> IsoMedium::openImage(const std::string& image, c
     if (!reader) {
         return reader.failure();
     }
-    const auto session = findNewestSession(**reader);
+    WindowReader near(**reader);
+    const auto session = findNewestSession(near);
     const uint64_t shift = session.firstBlock * IsoBlockSize;
     if (shift > 0) {
         reader = std::unique_ptr<ByteReader>(std::make_unique<ShiftedReader>(std::move(*reader), shift));

@@ -16,8 +16,11 @@ TEST_F(Dvd, ADriveThatIsGoneTakesItsDiscWithIt) {
     EXPECT_TRUE(eventually([] { return dvdReaderOf(::getpid()) == 0; }));
     m_unit.request({{"op", "fault"}, {"kind", "none"}});
     m_unit.next("disc", "0");
+    // Put in again it goes on where it was left.
     m_unit.request({{"op", "insert"}, {"path", dvdImage(DvdKind::Menus)}});
-    nextMenu();
+    nextPlace(1, 1);
+    nextTime(0, 9);
+    EXPECT_TRUE(shows(red));
 }
 
 TEST_F(Dvd, AWarmDriveAndABadSurfaceAreToldAndThenTakenBack) {

@@ -10,8 +10,7 @@ TEST(PpsTable, ANameThatStandsTwiceIsFoundWhereverItStands) {
     static constexpr Row NEIGHBOURS[] = {{"title", 0, {}}, {"title", 1, {}}, {"artist", 2, {}}};
     static constexpr Row APART[] = {{"title", 0, {}}, {"artist", 1, {}}, {"title", 2, {}}};
     static constexpr Row AT_THE_END[] = {{"title", 0, {}}, {"artist", 1, {}}, {"artist", 2, {}}};
-    static constexpr Row NAMELESS[] = {
-        {nullptr, 0, {}}, {nullptr, 1, {}}, {"title", 2, {}}, {"Title", 3, {}}};
+    static constexpr Row NAMELESS[] = {{"", 0, {}}, {"", 1, {}}, {"title", 2, {}}, {"Title", 3, {}}};
     EXPECT_FALSE(PPSNamesDiffer(NEIGHBOURS));
     EXPECT_FALSE(PPSNamesDiffer(APART));
     EXPECT_FALSE(PPSNamesDiffer(AT_THE_END));

@@ -37,7 +37,7 @@ static void SubscribeVideoMode(T_MPEG_DEVICE_STATUS& status, int nValue) {
 }
 
 static constexpr PPSAttributeRow<void (*)(T_MPEG_DEVICE_STATUS& status, int nValue)> ATTRIBUTES[] = {
-    {nullptr, nullptr, {DISC_VMSG_CONNECTED}},
+    {"", nullptr, {DISC_VMSG_CONNECTED}},
     {DEVICE_DISC, SubscribeDisc, {DISC_VMSG_DEVICE}},
     {DEVICE_MEDIATYPE, SubscribeMediaType, {DISC_VMSG_CLIPSTYPE, PUBLISH_MEDIA_INFO | PUBLISH_ID3}},
     {DEVICE_MIXEDTYPE, SubscribeMixedType, {DISC_VMSG_MIXEDTYPE}},

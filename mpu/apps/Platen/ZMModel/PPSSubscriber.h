@@ -20,11 +20,11 @@ struct PPSReaction {
 
 /**
  * All about one attribute of a monitored object. Its place in the module's table is its index, by which the
- * parser tells the controller of it. An index without an attribute has no name.
+ * parser tells the controller of it. An index without an attribute has an empty name.
  */
 template <class Decode>
 struct PPSAttributeRow {
-    const char* name;
+    std::string_view name;
     Decode decode; ///< writes the value into the state store; null: nothing is stored
     PPSReaction reaction;
 };
@@ -38,7 +38,7 @@ template <class Row, size_t N>
 constexpr bool PPSNamesDiffer(const Row (&rows)[N]) {
     for (size_t i = 0; i < N; ++i) {
         for (size_t j = i + 1; j < N; ++j) {
-            if (rows[i].name && rows[j].name && std::string_view(rows[i].name) == rows[j].name) {
+            if (!rows[i].name.empty() && rows[i].name == rows[j].name) {
                 return false;
             }
         }
@@ -56,7 +56,7 @@ inline char* PPSText(char* text) {
 template <class Row, size_t N>
 int PPSIndex(const Row (&rows)[N], const char* name) {
     for (size_t i = 0; name && i < N; ++i) {
-        if (rows[i].name && std::strcmp(name, rows[i].name) == 0) {
+        if (!rows[i].name.empty() && rows[i].name == name) {
             return static_cast<int>(i);
         }
     }

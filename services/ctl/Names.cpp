@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <ranges>
 
 namespace zm::ctl {
 
@@ -79,14 +78,18 @@ std::span<const NamedNumber> hardKeys() {
 }
 
 const NamedNumber* findShortcut(std::string_view key) {
-    for (const auto& row : Keys) {
-        for (const auto shortcut : std::views::split(row.shortcuts, ' ')) {
-            if (std::string_view(shortcut.begin(), shortcut.end()) == key) {
-                return &row;
+    const auto standsFor = [&](std::string_view shortcuts) {
+        while (!shortcuts.empty()) {
+            const auto end = std::min(shortcuts.find(' '), shortcuts.size());
+            if (shortcuts.substr(0, end) == key) {
+                return true;
             }
+            shortcuts.remove_prefix(std::min(end + 1, shortcuts.size()));
         }
-    }
-    return nullptr;
+        return false;
+    };
+    const auto row = std::ranges::find_if(Keys, standsFor, &NamedNumber::shortcuts);
+    return row == Keys.end() ? nullptr : &*row;
 }
 
 std::span<const NamedNumber> vehicleDevices() {

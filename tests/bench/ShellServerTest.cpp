@@ -78,9 +78,9 @@ TEST_F(ShellServerTest, AQuestionGetsItsOwnAnswer) {
     }
     const int first = receive(application)["id"];
     const int second = receive(application)["id"];
-    application.send(jsonText({{"t", "reply"}, {"id", second}, {"ok", false}, {"error", "no"}}));
-    application.send(jsonText({{"t", "reply"}, {"id", first}, {"ok", true}, {"data", 5}}));
-    application.send(jsonText({{"t", "reply"}, {"id", 999}, {"ok", true}}));
+    EXPECT_TRUE(application.send(jsonText({{"t", "reply"}, {"id", second}, {"ok", false}, {"error", "no"}})));
+    EXPECT_TRUE(application.send(jsonText({{"t", "reply"}, {"id", first}, {"ok", true}, {"data", 5}})));
+    EXPECT_TRUE(application.send(jsonText({{"t", "reply"}, {"id", 999}, {"ok", true}})));
     waitFor([&] { return answers.size() == 2; });
     EXPECT_THAT(answers, testing::ElementsAre("second no", "first5"));
 }
@@ -131,7 +131,7 @@ TEST_F(ShellServerTest, OpenQuestionsFailWhenTheApplicationDies) {
 TEST_F(ShellServerTest, AnApplicationThatSaysByeEndsInOrder) {
     {
         auto application = connect();
-        application.send(R"({"t":"bye"})");
+        EXPECT_TRUE(application.send(R"({"t":"bye"})"));
         waitFor([&] { return server->connected(); });
     }
     waitFor([&] { return !ends.empty(); });
@@ -144,7 +144,7 @@ TEST_F(ShellServerTest, ASecondApplicationIsTurnedAway) {
     auto second = connect();
     turn();
     EXPECT_FALSE(second.receive(2s));
-    first.send(R"({"t":"running"})");
+    EXPECT_TRUE(first.send(R"({"t":"running"})"));
     waitFor([&] { return server->running(); });
 }
 
@@ -152,13 +152,13 @@ TEST_F(ShellServerTest, WhatIsNoMessageEndsTheConnection) {
     for (const char* text : {"", "nonsense", "[]", "{}", R"({"t":5})"}) {
         ends.clear();
         auto application = connect();
-        application.send(text);
+        EXPECT_TRUE(application.send(text));
         waitFor([&] { return !ends.empty(); });
     }
     auto application = connect();
     for (const char* text : {R"({"t":"unknown"})", R"({"t":"reply"})", R"({"t":"reply","id":"x","ok":true})",
                              R"({"t":"hello","group":5})"}) {
-        application.send(text);
+        EXPECT_TRUE(application.send(text));
     }
     EXPECT_EQ(receive(application)["t"], "welcome");
     EXPECT_TRUE(server->connected());

@@ -38,6 +38,7 @@ def test_a_pause_holds_the_song(unit):
     unit.expect(title="Fog", within=20)
     unit.tap("Pause")
     unit.expect("pps.zelmar/disc/status.discstate", "==", 6, within=10)
+    unit.settle()  # the page follows the disc service
     assert not unit.main.item(6523).visible, "there is a button to play in the place of pause"
     unit.tap("Play")
     unit.expect("pps.zelmar/disc/status.discstate", "==", 2, within=10)

@@ -13,7 +13,7 @@ from typing import Callable, Dict, List
 
 CONFIGURATION = """
 ClusterName=trial
-SlurmctldHost={host}
+SlurmctldHost={host}(127.0.0.1)
 SlurmUser={user}
 SlurmdUser={user}
 AuthType=auth/munge

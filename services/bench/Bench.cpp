@@ -11,7 +11,7 @@ namespace {
 
 constexpr int UsualPort = 8480;
 constexpr size_t PageLogLines = 500;
-constexpr std::chrono::seconds PageCommandTime(60);
+constexpr std::chrono::seconds CommandTime(60);
 
 Json logJson(const std::vector<LogEntry>& entries) {
     Json result = Json::array();
@@ -75,7 +75,7 @@ void Bench::announce() {
 Result<std::string> Bench::startPage() {
     web::Backend backend{
         [this](std::vector<std::string> words, std::function<void(web::Backend::Answer)> done) {
-            runForPage(std::move(words), std::move(done));
+            runCommand(std::move(words), std::move(done));
         },
         m_unit.compositor(), pageSources()};
     m_page = std::make_unique<web::Server>(m_loop, std::move(backend), m_options.unit.shareDir + "/web",
@@ -92,7 +92,7 @@ Result<std::string> Bench::startPage() {
     return url ? url : m_page->start(0);
 }
 
-void Bench::runForPage(std::vector<std::string> words, std::function<void(web::Backend::Answer)> done) {
+void Bench::runCommand(std::vector<std::string> words, std::function<void(web::Backend::Answer)> done) {
     auto answer = std::make_shared<web::Backend::Answer>();
     auto limit = std::make_shared<SourceHandle>();
     auto run = std::make_shared<commands::Run>(
@@ -105,7 +105,7 @@ void Bench::runForPage(std::vector<std::string> words, std::function<void(web::B
                                 done(*answer);
                             }});
     // A page gets its answer in one piece: a command that follows something must not collect for ever.
-    *limit = afterDelay(m_loop, PageCommandTime, [run] { run->fail("the command does not end by itself"); });
+    *limit = afterDelay(m_loop, CommandTime, [run] { run->fail("the command does not end by itself"); });
     m_processor.execute(run);
 }
 
@@ -113,7 +113,7 @@ Status Bench::openDisplay() {
     m_display = std::make_unique<display::Display>(
         m_loop, m_unit.compositor(),
         display::Display::Actions{
-            [this](std::vector<std::string> words) { runForPage(std::move(words), [](const auto&) {}); },
+            [this](std::vector<std::string> words) { runCommand(std::move(words), [](const auto&) {}); },
             [this] { return isPlaying(); }, [this] { m_loop.quit(); }});
     auto opened = m_display->open(m_options.fullScreen);
     return opened ? std::move(opened) : Status(Error{"--display: " + opened.error()});

@@ -27,7 +27,7 @@ private:
     Result<std::string> startPage();
     Status openDisplay();
     bool isPlaying();
-    void runForPage(std::vector<std::string> words, std::function<void(web::Backend::Answer)> done);
+    void runCommand(std::vector<std::string> words, std::function<void(web::Backend::Answer)> done);
     web::State::Sources pageSources();
 
     EventLoop& m_loop;

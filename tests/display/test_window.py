@@ -70,6 +70,13 @@ def nearly(shot: Picture, seen: Picture, scale: float, left: int) -> bool:
     return checked > 200
 
 
+def until_nearly(shot: Picture, seen: Callable[[], Picture], scale: float) -> None:
+    end = time.monotonic() + 10
+    while not nearly(shot, seen(), scale, 0):
+        assert time.monotonic() < end, "the screen shows another picture"
+        time.sleep(0.2)
+
+
 def test_a_larger_window_shows_whole_multiples_and_bars(playing: Tuple[Bench, XWindow]) -> None:
     unit, window = playing
     paused(unit)
@@ -170,10 +177,7 @@ def test_on_wayland_it_fills_the_desktop_and_takes_touches(wayland: str, unit: B
     paused(unit)
     # 1280 x 800 leaves 16 rows above and below the screen at 1.6 times its size.
     shot = decoded(unit.picture())
-    end = time.monotonic() + 10
-    while not nearly(shot, desktop.picture().part(0, 16, 1280, 768), 1.6, 0):
-        assert time.monotonic() < end, "the desktop shows another picture"
-        time.sleep(0.2)
+    until_nearly(shot, lambda: desktop.picture().part(0, 16, 1280, 768), 1.6)
     x, y = place_of(unit, "Next")
     desktop.touch(round(x * 1.6), round(y * 1.6) + 16)
     unit.expect(title="Rain", within=10)

@@ -25,7 +25,7 @@ Status Display::open(bool fullScreen) {
 
 WindowListener Display::listener() {
     // From the window's thread to the loop's.
-    const auto post = [this, mailbox = m_mailbox](auto task) { mailbox->post(std::move(task)); };
+    const auto post = [mailbox = m_mailbox](auto task) { mailbox->post(std::move(task)); };
     WindowListener listener;
     listener.onTouch = [this, post](const char* step, int x, int y) {
         post([this, step, x, y] { m_actions.command({step, std::to_string(x), std::to_string(y)}); });

@@ -15,6 +15,9 @@
 #include <nlohmann/json.hpp>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/resource.h>
+
+#include <algorithm>
 
 namespace zm::test {
 
@@ -22,11 +25,22 @@ namespace {
 
 constexpr const char* Control = "zelmar/disc/control";
 
+// The application keeps its catalogue open to the end of its process, which here is that of many applications.
+void allowManyDescriptors() {
+    rlimit limit{};
+    constexpr rlim_t Enough = 8192;
+    if (getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < Enough) {
+        limit.rlim_cur = std::min(limit.rlim_max, Enough);
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
+
 // The application reads its surroundings from the environment and ends by SIGTERM to its own process: both
 // are settled before any thread exists.
 void prepareProcess(const std::string& folder, const UnitOptions& options) {
     const std::string catalogue = options.catalogue.empty() ? folder + "/none.sqlite" : options.catalogue;
     const std::string resources = options.resources.empty() ? ZM_SHARE_DIR "/rccs/" : options.resources;
+    allowManyDescriptors();
     setenv("ZM_CATALOGUE", catalogue.c_str(), 1);
     setenv("ZM_RCC_PATH", resources.c_str(), 1);
     setenv("ZM_FONT_PATH", ZM_SHARE_DIR "/fonts/", 1);

@@ -30,7 +30,7 @@ std::string pick(MonkeySteps& random, const Rows& rows) {
 }
 
 std::string number(int value) {
-    return " " + std::to_string(value);
+    return std::string(1, ' ').append(std::to_string(value));
 }
 
 std::string point(MonkeySteps& random) {

@@ -58,6 +58,14 @@ export function channel(path, handlers) {
   };
 }
 
+/** Hands a text to the user as a file: "NAME-TIME.ENDING". */
+export function save(name, ending, text) {
+  const address = URL.createObjectURL(new Blob([text], {type: 'text/plain'}));
+  const link = element('a', {href: address, download: `${name}-${new Date().toISOString().replace(/[:.]/g, '-')}.${ending}`});
+  link.click();
+  setTimeout(() => URL.revokeObjectURL(address), 10000);
+}
+
 /** Short way to make an element: element('button', {onclick: f, className: 'x'}, 'text', child). */
 export function element(tag, properties = {}, ...children) {
   const node = Object.assign(document.createElement(tag), properties);

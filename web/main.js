@@ -4,6 +4,7 @@ import {makeCar, showClock, showDrive, showFault, showLauncher, showProcesses, s
 import {makeKeys} from './keys.js';
 import {clearLog, followLog, makeLog, showLog} from './log.js';
 import {clearPps, makePps, showPps} from './pps.js';
+import {showRecording} from './record.js';
 import {takeFrames} from './screen.js';
 
 const tabs = [['car', 'Head unit'], ['pps', 'PPS objects'], ['log', 'Log']];
@@ -69,6 +70,7 @@ const handlers = {
     showDrive(message.drive);
     showFault(message.fault);
     showClock(message.clock);
+    showRecording(message.recording);
     showLine();
   },
 };

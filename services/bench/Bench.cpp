@@ -24,7 +24,8 @@ Json logJson(const std::vector<LogEntry>& entries) {
 } // namespace
 
 Bench::Bench(EventLoop& loop, Options options)
-    : m_loop(loop), m_options(std::move(options)), m_unit(loop, m_options.unit), m_processor(m_unit),
+    : m_loop(loop), m_options(std::move(options)), m_unit(loop, m_options.unit),
+      m_processor(m_unit, startLine(m_options)),
       m_ctl(loop, ctlSocket(m_options.unit.runtimeDir), m_processor),
       m_log(logFile(m_options.unit.runtimeDir)) {}
 
@@ -127,7 +128,11 @@ bool Bench::isPlaying() {
 
 web::State::Sources Bench::pageSources() {
     web::State::Sources sources;
-    sources.state = [this] { return m_unit.state(); };
+    sources.state = [this] {
+        Json state = m_unit.state();
+        state["recording"] = m_processor.recording().target();
+        return state;
+    };
     sources.objects = [this] {
         std::vector<std::pair<std::string, std::string>> objects;
         const auto names = ppsList(m_unit.ppsSocket());

@@ -181,4 +181,24 @@ Result<Options> parseOptions(const std::vector<std::string>& arguments) {
     return parsed.options;
 }
 
+std::string startLine(const Options& options) {
+    const auto& unit = options.unit;
+    std::vector<std::string> words{"zmbench"};
+    const auto add = [&](bool given, std::vector<std::string> more) {
+        if (given) {
+            words.insert(words.end(), more.begin(), more.end());
+        }
+    };
+    const bool manual = unit.clock == unit::ClockMode::Manual;
+    add(!unit.disc.empty(), {"--disc", unit.disc});
+    add(!unit.discService, {"--no-disc-service"});
+    add(unit.catalogue != unit.runtimeDir + "/discdb.sqlite", {"--catalogue", unit.catalogue});
+    add(manual, {"--manual-clock"});
+    add(!manual && unit.launcher == unit::LauncherMode::Passive, {"--launcher", "passive"});
+    add(!unit.discToFront, {"--insert-stays"});
+    add(!unit.appArgs.empty(), {"--app-args", unit.appArgs});
+    add(!unit.resourceDir.empty(), {"--resources", unit.resourceDir});
+    return ctl::shellLine(words);
+}
+
 } // namespace zm::bench

@@ -22,6 +22,9 @@ struct Options {
 /** Reads the arguments behind the program's name; paths become absolute. An error says what is wrong. */
 Result<Options> parseOptions(const std::vector<std::string>& arguments);
 
+/** How a bench is started that behaves as one with these options, without what only its user needs. */
+std::string startLine(const Options& options);
+
 extern const char* const Usage;
 
 } // namespace zm::bench

@@ -9,10 +9,14 @@ namespace {
 
 constexpr std::array Texts = {
     CommandText{
-        "pps", "pps ls\npps get OBJ\npps put OBJ LINE...\npps watch OBJ [-n COUNT] [-t SECONDS]",
+        "pps",
+        "pps ls\npps get OBJ\npps put OBJ LINE...\npps watch OBJ [-n COUNT] [-t SECONDS]\n"
+        "pps history [OBJ] [-n N]",
         "the PPS objects; OBJ without /pps/, LINE is name:encoding:value or -name\n"
         "put writes all lines as one change. watch prints the lines of each change from now on, until\n"
-        "COUNT changes have come or the time is up.\n"
+        "COUNT changes have come or the time is up. history prints the latest changes of OBJ, or of all: "
+        "number,\n"
+        "seconds since the bench began, object, lines.\n"
         "Example: zmctl pps put zelmar/disc/device disc::1 mediatype::2"},
     CommandText{"app", "app start|resume|pause|showonly|hideonly|quit",
                 "launcher message to the application, or starting it again\nExample: zmctl app pause"},
@@ -66,8 +70,9 @@ constexpr std::array Texts = {
     CommandText{"drawn", "drawn",
                 "succeeds if the views show what their pages say, as if everything was drawn anew; else it\n"
                 "names where not, and the items that were set and not drawn\nExample: zmctl drawn"},
-    CommandText{"shot", "shot FILE.png|FILE.jpg",
-                "writes what the driver sees as a picture\nExample: zmctl shot page.png"},
+    CommandText{"shot", "shot FILE.png|FILE.jpg\nshot --digest",
+                "writes what the driver sees as a picture\n--digest prints its SHA-256 instead.\nExample: "
+                "zmctl shot page.png"},
     CommandText{"log", "log [-n N] [--time] [--follow]",
                 "the system log, oldest first: severity, blank, text; --time puts the moment before "
                 "it\nExample: zmctl log -n 20 --follow"},
@@ -78,11 +83,25 @@ constexpr std::array Texts = {
     CommandText{"ps", "ps", "the child processes: name, process id, state\nExample: zmctl ps"},
     CommandText{"kill", "kill app|disc", "kills a child process as a crash would\nExample: zmctl kill app"},
     CommandText{
+        "record", "record FILE\nrecord --all FILE\nrecord --stop",
+        "writes every input from now on, whoever gives it, to a script with its times\n"
+        "Until --stop. --all writes those since the bench began, at once. FILE \"-\" prints: --all at once,\n"
+        "else --stop.\nExample: zmctl record drive.zmctl"},
+    CommandText{
         "run", "run FILE",
         "carries out a script, \"-\" is standard input\n"
         "A command a line as behind zmctl, words quoted as in a shell, # begins a comment; \"try\" before\n"
         "a command lets it fail. Ends at the first line that fails with status 1, and without having\n"
         "begun with status 2 if a line is wrong.\nExample: zmctl run page.zmctl",
+        CommandPlace::Terminal},
+    CommandText{
+        "replay", "replay FILE [--speed FACTOR] [--clock] [--trace FILE]",
+        "repeats what \"zmctl record\" wrote, or another script, with its pauses\n"
+        "--speed 2 takes half the time. --clock lets the pauses pass on a stopped clock instead, and "
+        "settles\n"
+        "after each step; pauses of a script that advances the clock itself are then left out. --trace\n"
+        "writes what followed each step, a JSON object a line: equal replays leave equal files.\n"
+        "Example: zmctl replay drive.zmctl --speed 2",
         CommandPlace::Terminal},
     CommandText{"wait", "wait MS", "lets real time pass\nExample: zmctl wait 500", CommandPlace::Script},
     CommandText{"expect", "expect PATH OP VALUE [within MS]",

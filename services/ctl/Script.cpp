@@ -4,12 +4,15 @@
 #include "services/ctl/ScriptCommands.h"
 #include "services/ctl/ShellWords.h"
 
+#include <fstream>
+#include <iostream>
 #include <sstream>
 
 namespace zm::ctl {
 
 namespace {
 
+constexpr int Failed = 1;
 constexpr int WrongUsage = 2;
 
 Status check(ScriptLine& line) {
@@ -35,6 +38,20 @@ Status check(ScriptLine& line) {
     return checkScriptCommand(line.words);
 }
 
+Result<std::string> scriptText(const std::string& name) {
+    std::ifstream file;
+    if (name != "-") {
+        file.open(name, std::ios::binary);
+    }
+    std::istream& stream = name == "-" ? std::cin : file;
+    std::string text;
+    std::getline(stream, text, '\0');
+    if ((name != "-" && !file.is_open()) || stream.bad()) {
+        return systemError(name);
+    }
+    return text;
+}
+
 } // namespace
 
 Result<std::vector<ScriptLine>> parseScript(const std::string& name, const std::string& text) {
@@ -54,6 +71,21 @@ Result<std::vector<ScriptLine>> parseScript(const std::string& name, const std::
         }
     }
     return result;
+}
+
+int readScript(const std::string& file, std::vector<ScriptLine>& lines, const Client::Print& err) {
+    const auto text = scriptText(file);
+    if (!text) {
+        err("zmctl: " + text.error() + "\n");
+        return Failed;
+    }
+    auto parsed = parseScript(file == "-" ? "standard input" : file, *text);
+    if (!parsed) {
+        err(parsed.error() + "\n");
+        return WrongUsage;
+    }
+    lines = std::move(*parsed);
+    return 0;
 }
 
 int runScript(const Client& client, const std::vector<ScriptLine>& lines, const Client::Print& out,

@@ -21,6 +21,9 @@ struct ScriptLine {
  */
 Result<std::vector<ScriptLine>> parseScript(const std::string& name, const std::string& text);
 
+/** Takes those of a file into `lines`; "-" is standard input. Gives an exit status, having said what is wrong. */
+int readScript(const std::string& file, std::vector<ScriptLine>& lines, const Client::Print& err);
+
 /**
  * Carries the commands out one after the other until one fails; gives its exit status, having named its line
  * and what it said.

@@ -7,12 +7,11 @@
 #include "services/ctl/LocalCommand.h"
 #include "services/ctl/Monkey.h"
 #include "services/ctl/Names.h"
+#include "services/ctl/Replay.h"
 #include "services/ctl/Script.h"
 #include "services/ctl/ScriptCommands.h"
 
 #include <array>
-#include <fstream>
-#include <iostream>
 
 namespace zm::ctl {
 
@@ -20,9 +19,6 @@ namespace {
 
 using Words = std::vector<std::string>;
 using Print = Client::Print;
-
-constexpr int Failed = 1;
-constexpr int WrongUsage = 2;
 
 Status checkHelp(const Words& words) {
     if (words.size() > 1) {
@@ -49,24 +45,18 @@ Status checkRun(const Words& words) {
 }
 
 int run(const Client& client, const Words& words, const Print& out, const Print& err) {
-    const bool standardInput = words[0] == "-";
-    std::ifstream file;
-    if (!standardInput) {
-        file.open(words[0], std::ios::binary);
-    }
-    std::istream& stream = standardInput ? std::cin : file;
-    std::string text;
-    std::getline(stream, text, '\0');
-    if ((!standardInput && !file.is_open()) || stream.bad()) {
-        err("zmctl: " + systemError(words[0]).message + "\n");
-        return Failed;
-    }
-    const auto lines = parseScript(standardInput ? "standard input" : words[0], text);
-    if (!lines) {
-        err(lines.error() + "\n");
-        return WrongUsage;
-    }
-    return runScript(client, *lines, out, err);
+    std::vector<ScriptLine> lines;
+    const int status = readScript(words[0], lines, err);
+    return status == 0 ? runScript(client, lines, out, err) : status;
+}
+
+Status checkReplay(const Words& words) {
+    return fits("replay", words, [](Arguments& arguments) { replayOptions(arguments); });
+}
+
+int replay(const Client& client, const Words& words, const Print& out, const Print& err) {
+    Arguments arguments(words);
+    return Replay(client, replayOptions(arguments), out, err).run();
 }
 
 Status checkMonkey(const Words& words) {
@@ -104,11 +94,12 @@ int complete(const Client& client, const Words& words, const Print& out, const P
     return 0;
 }
 
-constexpr std::array<LocalCommand, 5> Commands = {{
+constexpr std::array<LocalCommand, 6> Commands = {{
     {"completion", checkCompletion, completion},
     {"complete", checkComplete, complete},
     {"help", checkHelp, help},
     {"run", checkRun, run},
+    {"replay", checkReplay, replay},
     {"monkey", checkMonkey, monkey},
 }};
 

@@ -41,7 +41,7 @@ bool name(std::string_view word) {
     return !word.empty() && !word.starts_with("--");
 }
 
-constexpr std::array<WordKind, 25> Kinds = {{
+constexpr std::array<WordKind, 26> Kinds = {{
     {"X", Whole, whole},
     {"Y", Whole, whole},
     {"X1", Whole, whole},
@@ -60,6 +60,8 @@ constexpr std::array<WordKind, 25> Kinds = {{
     {"COUNT", "a whole number, 1 or more", wholeFrom<1>},
     {"SECONDS", Seconds, seconds},
     {"S", Seconds, seconds},
+    {"FACTOR", "a number above 0",
+     [](std::string_view word) { return parseNumber<double>(word).value_or(0) > 0; }},
     {"HH:MM", "a time such as 23:05", [](std::string_view word) { return parseTimeOfDay(word).has_value(); }},
     {"NAME", "", name},
     {"OBJ", "an object such as zelmar/disc/status", name},

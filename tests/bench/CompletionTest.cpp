@@ -65,7 +65,7 @@ TEST(Completion, OffersAnOptionOnceAndNothingForItsNumber) {
     EXPECT_THAT(offered({"touch", "1", "2", "--hold", ""}), IsEmpty());
     EXPECT_THAT(offered({"touch", "1", "2", "--hold", "800", ""}), IsEmpty());
     EXPECT_THAT(offered({"monkey", "--seed", "3", ""}), ElementsAre("--file", "--seconds"));
-    EXPECT_THAT(offered({"pps", ""}), ElementsAre("get", "ls", "put", "watch"));
+    EXPECT_THAT(offered({"pps", ""}), ElementsAre("get", "history", "ls", "put", "watch"));
 }
 
 TEST(Completion, OffersFilesWhereAFileIsMeant) {

@@ -1,5 +1,6 @@
 // The bench's page in headless Chromium.
 import assert from 'node:assert/strict';
+import {readFileSync} from 'node:fs';
 import {after, before, test} from 'node:test';
 import {Bench, playMusic, until} from './bench.js';
 
@@ -96,6 +97,20 @@ test('the log is shown and filtered by level', async () => {
   assert.equal(await page.locator('.log li:not(.error):not([hidden])').count(), 0);
   await page.getByLabel('Level').selectOption('7');
   await page.getByRole('tab', {name: 'Head unit'}).click();
+});
+
+test('what was done while recording is downloaded as a script', async () => {
+  const button = page.locator('#record');
+  await button.click();
+  await until('it records', async () => await button.textContent() === 'Stop recording');
+  await page.locator('#screen').click({position: {x: 10, y: 20}});
+  await bench.zmctl('theme', 'day');
+  const [download] = await Promise.all([page.waitForEvent('download'), button.click()]);
+  assert.match(download.suggestedFilename(), /^inputs-.*\.zmctl$/);
+  const script = readFileSync(await download.path(), 'utf8');
+  assert.match(script, /\ntouch 10 20 --hold [0-9]+\n(wait [0-9]+\n)?theme day\n$/);
+  await bench.zmctl('theme', 'night');
+  await until('it has ended', async () => await button.textContent() === 'Record');
 });
 
 test('two pages agree', async () => {

@@ -15,11 +15,11 @@ _PLAIN = re.compile(r"[A-Za-z0-9_./:=@%+,-]+")
 _SHORTEST_WAIT = 0.05
 # Commands that only ask, by their first words.
 _QUESTIONS = (
-    ("screen",), ("drawn",), ("shot",), ("log",), ("ps",), ("help",), ("complete",), ("completion",),
-    ("pps", "ls"), ("pps", "get"), ("pps", "watch"),
+    ("record",), ("screen",), ("drawn",), ("shot",), ("log",), ("ps",), ("help",), ("complete",), ("completion",),
+    ("pps", "ls"), ("pps", "get"), ("pps", "watch"), ("pps", "history"),
 )  # fmt: skip
 # Commands of zmctl that do something but cannot stand in a script.
-_TERMINAL = ("run", "monkey")
+_TERMINAL = ("run", "replay", "monkey")
 
 
 def line_of(words: Sequence[str]) -> str:

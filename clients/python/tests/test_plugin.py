@@ -118,6 +118,7 @@ def test_a_failure_leaves_picture_log_changes_and_script(pytester: pytest.Pytest
     }
     for name, file in [
         ("script", "inputs.zmctl"),
+        ("record", "record.zmctl"),
         ("picture", "screen.png"),
         ("log", "log.txt"),
         ("pps", "pps.txt"),

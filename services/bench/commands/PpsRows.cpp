@@ -7,6 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include <array>
+#include <iomanip>
+#include <sstream>
 
 namespace zm::bench::commands {
 
@@ -153,12 +155,43 @@ bool watch(Call& call) {
     return true;
 }
 
+bool history(Call& call) {
+    const auto count = call.arguments.number("-n", 0);
+    const std::string object = call.arguments.more() ? objectName(call) : "";
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    std::vector<std::string> lines;
+    for (const auto& change : call.unit.history().changes()) {
+        if (!object.empty() && change.object != object) {
+            continue;
+        }
+        const std::chrono::duration<double> moment = change.moment - call.unit.began();
+        for (const auto& delta : unit::ppsDeltas(change.text)) {
+            std::ostringstream line;
+            line << change.number << " " << std::fixed << std::setprecision(3) << moment.count() << " "
+                 << change.object;
+            for (const auto& each : delta) {
+                line << "  " << each;
+            }
+            lines.push_back(line.str());
+        }
+    }
+    if (count && lines.size() > static_cast<size_t>(*count)) {
+        lines.erase(lines.begin(), lines.end() - *count);
+    }
+    call.run->out(joined(lines));
+    call.run->finish();
+    return true;
+}
+
 struct Verb {
     std::string_view name;
     bool (*handler)(Call& call);
 };
 
-constexpr std::array<Verb, 4> Verbs = {{{"ls", list}, {"get", get}, {"put", put}, {"watch", watch}}};
+constexpr std::array<Verb, 5> Verbs = {
+    {{"ls", list}, {"get", get}, {"put", put}, {"watch", watch}, {"history", history}}};
 
 bool pps(Call& call) {
     const std::string name = call.arguments.word();

@@ -12,7 +12,7 @@ namespace zm::bench::commands {
 namespace {
 
 constexpr std::array Subjects = {ppsRows,  launcherRows, vehicleRows, inputRows,
-                                 discRows, screenRows,   systemRows};
+                                 discRows, screenRows,   systemRows,  recordRows};
 
 const Row* find(std::string_view name) {
     for (const auto subject : Subjects) {
@@ -29,6 +29,9 @@ const Row* find(std::string_view name) {
 
 void Processor::execute(const std::shared_ptr<Run>& run) {
     const auto& words = run->words();
+    if (!words.empty()) {
+        m_recording.note(*run);
+    }
     const Row* row = words.empty() ? nullptr : find(words[0]);
     if (!row) {
         run->err(words.empty() ? ctl::overviewText() : ctl::unknownCommandText(words[0]) + "\n");
@@ -40,7 +43,7 @@ void Processor::execute(const std::shared_ptr<Run>& run) {
         run->finish(Exit::WrongUsage);
         return;
     }
-    Call call{m_unit, run, ctl::Arguments({words.begin() + 1, words.end()})};
+    Call call{m_unit, run, ctl::Arguments({words.begin() + 1, words.end()}), m_recording};
     if (!row->handler(call)) {
         run->err(ctl::wrongUsageText(words, call.arguments.why()));
         run->finish(Exit::WrongUsage);

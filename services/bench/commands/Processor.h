@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/bench/commands/Recording.h"
 #include "services/bench/commands/Run.h"
 #include "services/bench/unit/HeadUnit.h"
 #include "services/ctl/Arguments.h"
@@ -15,6 +16,7 @@ struct Call {
     unit::HeadUnit& unit;
     std::shared_ptr<Run> run;
     ctl::Arguments arguments;
+    Recording& recording;
 };
 
 /** One command; how it is written stands in services/ctl/CommandTexts.h. */
@@ -27,15 +29,19 @@ struct Row {
 /** The commands that drive the head unit: one table for zmctl, the page and the tests. Loop's thread only. */
 class Processor {
 public:
-    explicit Processor(unit::HeadUnit& unit) : m_unit(unit) {}
+    /** `start`: how a bench like this one is started; a record says so. */
+    explicit Processor(unit::HeadUnit& unit, std::string start = "zmbench")
+        : m_unit(unit), m_recording(std::move(start)) {}
 
     /** Starts a command; the sink of `run` gets its output and its exit status, at once or later. */
     void execute(const std::shared_ptr<Run>& run);
     /** Whether there is a command of that name. */
     static bool knows(std::string_view name);
+    const Recording& recording() const { return m_recording; }
 
 private:
     unit::HeadUnit& m_unit;
+    Recording m_recording;
 };
 
 /** The rows of each subject, in the order of the help text. */
@@ -46,6 +52,7 @@ std::span<const Row> inputRows();
 std::span<const Row> discRows();
 std::span<const Row> screenRows();
 std::span<const Row> systemRows();
+std::span<const Row> recordRows();
 
 /** Sends a message to the application and ends the command with its answer. */
 void forward(Call& call, Json message, std::chrono::milliseconds timeout = std::chrono::seconds(10));

@@ -29,6 +29,9 @@ void Run::finish(Exit exit) {
         return;
     }
     end();
+    if (auto callback = std::exchange(onExit, nullptr)) {
+        callback(exit);
+    }
     m_sink.exit(static_cast<int>(exit));
 }
 

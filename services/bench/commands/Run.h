@@ -37,6 +37,8 @@ public:
     bool finished() const { return m_finished; }
     /** Called once when the command ends or is cancelled: lets go of what it watched. */
     std::function<void()> onEnd;
+    /** Called once when it ends by itself, before the caller hears of it. */
+    std::function<void(Exit exit)> onExit;
 
 private:
     void end();

@@ -4,6 +4,7 @@
 
 #include "services/ctl/Numbers.h"
 
+#include <glib.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -120,7 +121,27 @@ bool drawn(Call& call) {
     return true;
 }
 
+// Of the pixels, whatever format a picture has.
+std::string digest(const Image& frame) {
+    GChecksum* checksum = g_checksum_new(G_CHECKSUM_SHA256);
+    for (int y = 0; y < frame.height; ++y) {
+        g_checksum_update(checksum, frame.pixels.data() + static_cast<size_t>(y) * frame.stride,
+                          static_cast<gssize>(frame.width) * 4);
+    }
+    std::string text = g_checksum_get_string(checksum);
+    g_checksum_free(checksum);
+    return text;
+}
+
 bool shot(Call& call) {
+    if (call.arguments.flag("--digest")) {
+        if (!call.arguments.complete()) {
+            return false;
+        }
+        call.run->out(digest(call.unit.compositor().compose()) + "\n");
+        call.run->finish();
+        return true;
+    }
     const std::string file = call.arguments.word();
     if (!call.arguments.complete()) {
         return false;

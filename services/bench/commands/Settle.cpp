@@ -18,6 +18,8 @@ public:
     void round() {
         if (m_unit.applicationExpected()) {
             again("the application has not started");
+        } else if (quits()) {
+            again("the application is ending");
         } else if (!m_unit.ready()) {
             finish();
         } else {
@@ -35,6 +37,13 @@ private:
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
             m_deadline - std::chrono::steady_clock::now());
         return std::max(left, LeastRound);
+    }
+
+    // An application that was told to quit moves until its process has ended.
+    bool quits() const {
+        unit::Child* application = m_unit.child("app");
+        return application && m_unit.launcher().quitting() &&
+               application->state() == unit::Child::State::Running;
     }
 
     void answered(const Result<Json>& reply) {

@@ -60,6 +60,7 @@ std::string HeadUnit::ppsSocket() const {
 void HeadUnit::connectParts() {
     m_pps.onChange = [this](const std::string& object, const std::string& text) {
         ++m_ppsChanges;
+        m_history.add(object, text);
         if (onPpsChange) {
             onPpsChange(object, text);
         }

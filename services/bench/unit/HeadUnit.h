@@ -8,6 +8,7 @@
 #include "services/bench/unit/DiscDrive.h"
 #include "services/bench/unit/HeadUnitOptions.h"
 #include "services/bench/unit/Launcher.h"
+#include "services/bench/unit/PpsHistory.h"
 #include "services/bench/unit/PpsThread.h"
 #include "services/bench/unit/ShellServer.h"
 #include "services/bench/unit/Vehicle.h"
@@ -59,6 +60,8 @@ public:
     screen::VideoLock& videoLock() { return m_videoLock; }
     Vehicle& vehicle() { return m_vehicle; }
     DiscDrive& drive() { return m_drive; }
+    const PpsHistory& history() const { return m_history; }
+    std::chrono::steady_clock::time_point began() const { return m_began; }
     std::vector<Child*> children();
     Child* child(const std::string& name);
 
@@ -105,6 +108,8 @@ private:
     bool m_ready = false;
     bool m_startAgain = false; ///< a disc was inserted while the application was on its way out
     uint64_t m_ppsChanges = 0;
+    PpsHistory m_history;
+    const std::chrono::steady_clock::time_point m_began = std::chrono::steady_clock::now();
     std::map<const void*, std::function<void()>> m_followers;
 };
 

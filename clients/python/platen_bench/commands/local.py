@@ -60,6 +60,29 @@ class LocalCommands(Caller):
         """
         return self.local(["run", os.path.abspath(file)])
 
+    @form("replay FILE [--speed FACTOR] [--clock] [--trace FILE]")
+    def replay(
+        self,
+        file: Union[str, "os.PathLike[str]"],
+        *,
+        speed: Optional[float] = None,
+        clock: bool = False,
+        trace: Optional[Union[str, "os.PathLike[str]"]] = None,
+    ) -> str:
+        """Repeats what `record` wrote, or another script, with its pauses; returns its output.
+
+        speed  2 takes half the time
+        clock  the pauses pass on the stopped clock instead, and the bench settles after each step
+        trace  file that gets what followed each step, a JSON object a line: equal replays leave equal files
+
+        Raises as `run` does, and CommandFailed for `clock` with a clock that runs.
+        """
+        words = ["replay", os.path.abspath(file)]
+        words += [] if speed is None else ["--speed", str(speed)]
+        words += ["--clock"] if clock else []
+        words += [] if trace is None else ["--trace", os.path.abspath(trace)]
+        return self.local(words)
+
     @form("monkey [--seed N] [--seconds S] [--file FILE]")
     def monkey(
         self,

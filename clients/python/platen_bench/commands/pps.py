@@ -24,6 +24,21 @@ class Change:
         return values_of(self.lines)
 
 
+@dataclass(frozen=True)
+class PastChange:
+    """A change that the bench remembers."""
+
+    number: int  #: from 1, of all objects together
+    seconds: float  #: since the bench began
+    object: str
+    lines: List[str]  #: as of `Change`
+
+    @property
+    def values(self) -> Dict[str, Any]:
+        """The attributes that were written, as `Pps.get` gives them."""
+        return values_of(self.lines)
+
+
 def values_of(lines: List[str]) -> Dict[str, Any]:
     """Attributes by name: those with encoding "json" as their value, numbers "n" too, others as text."""
     values: Dict[str, Any] = {}
@@ -93,6 +108,18 @@ class Pps:
     def put(self, name: str, *lines: str) -> None:
         """Writes lines `name:encoding:value` or `-name` as one change; makes the object if there is none."""
         self._caller.command("pps", "put", name, *lines)
+
+    @form("pps history [OBJ] [-n N]")
+    def history(self, name: Optional[str] = None, count: Optional[int] = None) -> List[PastChange]:
+        """The latest changes of one object or of all, oldest first, at most `count`; the bench keeps 20000."""
+        words = ["pps", "history"] + ([] if name is None else [name])
+        words += [] if count is None else ["-n", str(count)]
+        changes = []
+        for line in lines_of(self._caller.command(*words)):
+            head, *lines = line.split("  ")
+            number, seconds, changed = head.split(" ")
+            changes.append(PastChange(int(number), float(seconds), changed, lines))
+        return changes
 
     @form("pps watch OBJ [-n COUNT] [-t SECONDS]")
     def watch(self, name: str, count: Optional[int] = None, seconds: Optional[float] = None) -> Changes:

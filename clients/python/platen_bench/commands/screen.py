@@ -79,6 +79,11 @@ class ScreenCommands(Caller):
         """Fails (CommandFailed) if the screen does not show what the pages say, and names where."""
         self.command("drawn")
 
+    @form("shot --digest")
+    def digest(self) -> str:
+        """The SHA-256 of what the driver sees, in hexadecimal: equal pictures have equal ones."""
+        return self.ask(["shot", "--digest"]).strip()
+
     @form("shot FILE.png|FILE.jpg")
     def picture(self, file: Optional[Union[str, "os.PathLike[str]"]] = None) -> bytes:
         """What the driver sees, as a PNG of 800 x 480 pixels; also written to `file` if one is named.

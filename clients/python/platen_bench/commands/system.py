@@ -2,10 +2,12 @@
 
 from __future__ import annotations
 
+import os
 import re
 from collections import deque
+from contextlib import contextmanager
 from dataclasses import dataclass
-from typing import Deque, Dict, Iterator, List, Optional
+from typing import Deque, Dict, Iterator, List, Optional, Union
 
 from .base import Caller, Stream, form, lines_of
 
@@ -91,6 +93,27 @@ class SystemCommands(Caller):
     def settle(self, seconds: float = 10) -> None:
         """Returns when nothing moves any more. Raises CommandFailed if it still does after `seconds`."""
         self.command("settle", "-t", seconds)
+
+    @form("record FILE", "record --stop")
+    @contextmanager
+    def record(self, file: Union[str, "os.PathLike[str]"]) -> Iterator[None]:
+        """Writes every input while the block runs, whoever gives it, to a script with its times.
+
+            with unit.record("drive.zmctl"):
+                unit.tap("Next")
+
+        Raises CommandFailed if inputs are being recorded already or the file cannot be written.
+        """
+        self.command("record", os.path.abspath(file))
+        try:
+            yield
+        finally:
+            self.command("record", "--stop")
+
+    @form("record --all FILE")
+    def recording(self) -> str:
+        """The script of every input since the bench began, whoever gave it, with its times."""
+        return self.ask(["record", "--all", "-"])
 
     @form("ps")
     def processes(self) -> Dict[str, Process]:

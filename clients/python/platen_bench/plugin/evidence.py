@@ -34,6 +34,7 @@ def keep(folder: Path, watched: Watched) -> List[Tuple[str, str]]:
     # The script first: what is asked below is none of the test's.
     pieces: List[Tuple[str, str, Callable[[], bytes]]] = [
         ("script", "inputs.zmctl", lambda: bench.recorder.script().encode("utf-8", "replace")),
+        ("record", "record.zmctl", lambda: bench.recording().encode("utf-8", "replace")),
         ("picture", "screen.png", bench.picture),
         ("texts", "screen.txt", lambda: _text(bench.ask(["screen", "--text"]).splitlines())),
         ("log", "log.txt", lambda: _text(bench.ask(["log", "--time", "-n", str(_LOG_LINES)]).splitlines())),

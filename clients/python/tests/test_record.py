@@ -1,0 +1,52 @@
+"""Inputs are recorded by the bench itself, whoever gives them, and repeated."""
+
+import json
+import subprocess
+from pathlib import Path
+
+import pytest
+
+from platen_bench import Bench, CommandFailed
+from platen_bench.programs import find_ctl
+
+
+def steps(script: str) -> "list[str]":
+    return [line for line in script.splitlines() if not line.startswith(("#", "wait "))]
+
+
+def test_a_record_has_what_others_gave_and_is_repeated(tmp_path: Path) -> None:
+    file, traces = tmp_path / "record.zmctl", [tmp_path / "first", tmp_path / "second"]
+    with Bench(disc_service=False, clock="stopped") as unit:
+        with unit.record(file):
+            unit.pps.put("zelmar/disc/device", "disc::1", "mixedtype::2", "mediatype::2")
+            unit.settle()
+            unit.pps.put("zelmar/disc/status", "discstate::2")
+            subprocess.run([find_ctl(None), "--runtime", unit.runtime, "theme", "day"], check=True)
+            unit.advance(1)
+            unit.expect(page="music")
+        unit.key("next")
+        assert steps(file.read_text())[-2:] == ["theme day", "clock advance 1000"]
+        assert steps(unit.recording())[-1] == "key next"
+        [change] = unit.pps.history("zelmar/disc/status")[-1:]
+        assert change.values["discstate"] == "2" and change.seconds > 0
+        picture = unit.digest()
+        assert picture == unit.digest() and len(picture) == 64
+    for trace in traces:
+        with Bench(disc_service=False, clock="stopped") as unit:
+            unit.replay(file, clock=True, trace=trace)
+            unit.expect(page="music")
+    assert traces[0].read_text() == traces[1].read_text()
+    assert json.loads(traces[0].read_text().splitlines()[-1])["main"] == 6
+
+
+def test_what_cannot_be_recorded_or_replayed_is_named(tmp_path: Path) -> None:
+    with Bench(disc_service=False) as unit:
+        with pytest.raises(CommandFailed, match="No such file"):
+            with unit.record(tmp_path / "nowhere" / "file"):
+                pass
+        with pytest.raises(CommandFailed, match="No such file"):
+            unit.replay(tmp_path / "none")
+        (tmp_path / "script").write_text("theme day\n")
+        with pytest.raises(CommandFailed, match="--manual-clock"):
+            unit.replay(tmp_path / "script", clock=True)
+        unit.replay(tmp_path / "script", speed=10)

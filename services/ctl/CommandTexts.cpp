@@ -103,6 +103,14 @@ constexpr std::array Texts = {
         "writes what followed each step, a JSON object a line: equal replays leave equal files.\n"
         "Example: zmctl replay drive.zmctl --speed 2",
         CommandPlace::Terminal},
+    CommandText{
+        "shrink", "shrink FILE --until EXPECTATION [--to FILE] [--bench WORDS]",
+        "leaves of a script only the steps that it needs until EXPECTATION (\"PATH OP VALUE\") holds\n"
+        "Each try has a fresh bench of its own, started as the script's head says or with WORDS; pauses "
+        "pass\n"
+        "on a stopped clock. The smaller script is NAME-small.zmctl unless --to names another one.\n"
+        "Example: zmctl shrink monkey-7.zmctl --until 'ps.app.deaths > 0'",
+        CommandPlace::Terminal},
     CommandText{"wait", "wait MS", "lets real time pass\nExample: zmctl wait 500", CommandPlace::Script},
     CommandText{"expect", "expect PATH OP VALUE [within MS]",
                 "asks until something holds, 2000 ms unless said otherwise, and fails if it does not\n"

@@ -67,18 +67,18 @@ int Monkey::run() {
     }
     // The world is asked of an application that has started, before anybody can know that the run began.
     m_client.run({"settle"});
-    const MonkeyWorld offer = world();
+    m_offer = world();
     m_closeRequests = closeRequests();
     m_out("seed " + std::to_string(m_options.seed) + "\n");
-    if (const auto failure = play(offer)) {
+    if (const auto failure = play()) {
         return report(*failure);
     }
     m_out(std::to_string(m_lines.size()) + " steps, " + std::to_string(m_refused) + " refused\n");
     return 0;
 }
 
-Monkey::Finding Monkey::play(const MonkeyWorld& offer) {
-    MonkeySteps steps(m_options.seed, offer);
+Monkey::Finding Monkey::play() {
+    MonkeySteps steps(m_options.seed, m_offer);
     const auto end = Clock::now() + m_options.time;
     while (Clock::now() < end) {
         for (const auto& line : steps.next()) {
@@ -223,7 +223,8 @@ int Monkey::report(const Failure& failure) const {
                              std::to_string(m_lines.size()) + ", \"" + m_lines.back() + "\"";
     m_err("zmctl: " + head + ": " + failure.why);
     std::ofstream file(m_options.file, std::ios::trunc);
-    file << "# " << head << "\n";
+    file << "# " << head << "\n#   zmbench" << (m_offer.discService ? "" : " --no-disc-service")
+         << (m_offer.manualClock ? " --manual-clock" : "") << "\n";
     for (const auto& line : m_lines) {
         file << (mustSucceed(line) ? "" : "try ") << line << "\n";
     }

@@ -41,7 +41,7 @@ private:
     };
     using Finding = std::optional<Failure>;
 
-    Finding play(const MonkeyWorld& offer);
+    Finding play();
     Finding step(const std::string& line);
     Finding lookAt(const nlohmann::json& processes);
     Finding lookForAnswer();
@@ -59,7 +59,8 @@ private:
     Client::Print m_out;
     Client::Print m_err;
     std::vector<std::string> m_lines; ///< the script so far
-    nlohmann::json m_processes;       ///< as they were after the step before
+    MonkeyWorld m_offer;
+    nlohmann::json m_processes; ///< as they were after the step before
     size_t m_closeRequests = 0;
     size_t m_refused = 0;
 };

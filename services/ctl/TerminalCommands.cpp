@@ -10,6 +10,7 @@
 #include "services/ctl/Replay.h"
 #include "services/ctl/Script.h"
 #include "services/ctl/ScriptCommands.h"
+#include "services/ctl/Shrink.h"
 
 #include <array>
 
@@ -59,6 +60,19 @@ int replay(const Client& client, const Words& words, const Print& out, const Pri
     return Replay(client, replayOptions(arguments), out, err).run();
 }
 
+Status checkShrink(const Words& words) {
+    Arguments arguments(words);
+    shrinkOptions(arguments);
+    return arguments.complete()
+               ? ok()
+               : Status(Error{"zmctl: " + (arguments.why().empty() ? "wrong usage" : arguments.why())});
+}
+
+int shrink(const Client&, const Words& words, const Print& out, const Print& err) {
+    Arguments arguments(words);
+    return Shrink(shrinkOptions(arguments), out, err).run();
+}
+
 Status checkMonkey(const Words& words) {
     return fits("monkey", words, [](Arguments& arguments) { monkeyOptions(arguments); });
 }
@@ -94,12 +108,13 @@ int complete(const Client& client, const Words& words, const Print& out, const P
     return 0;
 }
 
-constexpr std::array<LocalCommand, 6> Commands = {{
+constexpr std::array<LocalCommand, 7> Commands = {{
     {"completion", checkCompletion, completion},
     {"complete", checkComplete, complete},
     {"help", checkHelp, help},
     {"run", checkRun, run},
     {"replay", checkReplay, replay},
+    {"shrink", checkShrink, shrink},
     {"monkey", checkMonkey, monkey},
 }};
 

@@ -19,7 +19,7 @@ _QUESTIONS = (
     ("pps", "ls"), ("pps", "get"), ("pps", "watch"), ("pps", "history"),
 )  # fmt: skip
 # Commands of zmctl that do something but cannot stand in a script.
-_TERMINAL = ("run", "replay", "monkey")
+_TERMINAL = ("run", "replay", "shrink", "monkey")
 
 
 def line_of(words: Sequence[str]) -> str:

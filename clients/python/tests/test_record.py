@@ -39,6 +39,15 @@ def test_a_record_has_what_others_gave_and_is_repeated(tmp_path: Path) -> None:
     assert json.loads(traces[0].read_text().splitlines()[-1])["main"] == 6
 
 
+def test_a_script_is_reduced_to_what_matters(tmp_path: Path) -> None:
+    long = tmp_path / "long.zmctl"
+    long.write_text("#   zmbench --no-disc-service --manual-clock\n" + "theme day\n" * 20 + "key next\n" + "theme night\n" * 20)
+    with Bench(disc_service=False) as unit:
+        said = unit.shrink(long, until="pps.zelmar/disc/control.zmcmd.cmd > 0")
+    assert "1 of 41 steps" in said
+    assert steps((tmp_path / "long-small.zmctl").read_text())[0] == "try key next"
+
+
 def test_what_cannot_be_recorded_or_replayed_is_named(tmp_path: Path) -> None:
     with Bench(disc_service=False) as unit:
         with pytest.raises(CommandFailed, match="No such file"):

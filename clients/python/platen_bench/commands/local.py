@@ -83,6 +83,29 @@ class LocalCommands(Caller):
         words += [] if trace is None else ["--trace", os.path.abspath(trace)]
         return self.local(words)
 
+    @form("shrink FILE --until EXPECTATION [--to FILE] [--bench WORDS]")
+    def shrink(
+        self,
+        file: Union[str, "os.PathLike[str]"],
+        until: str,
+        *,
+        to: Optional[Union[str, "os.PathLike[str]"]] = None,
+        bench: Optional[str] = None,
+    ) -> str:
+        """Leaves of a script only the steps that it needs until an expectation holds; returns what it found.
+
+        until  as behind `zmctl expect`: "ps.app.deaths > 0"
+        to     the smaller script; None: NAME-small.zmctl beside `file`
+        bench  arguments of zmbench for the tries; None: what the script's head says
+
+        Each try has a fresh bench of its own: this one is not touched. Raises CommandFailed if the expectation
+        never holds.
+        """
+        words = ["shrink", os.path.abspath(file), "--until", until]
+        words += [] if to is None else ["--to", os.path.abspath(to)]
+        words += [] if bench is None else ["--bench", bench]
+        return self.local(words)
+
     @form("monkey [--seed N] [--seconds S] [--file FILE]")
     def monkey(
         self,

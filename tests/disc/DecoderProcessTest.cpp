@@ -3,6 +3,7 @@
 #include "services/decoder/Fonts.h"
 #include "services/decoder/Jail.h"
 #include "services/disc/engine/Decoders.h"
+#include "tests/disc/DecoderProcesses.h"
 #include "tests/disc/PictureFixture.h"
 
 #include <fcntl.h>
@@ -15,7 +16,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
-#include <sstream>
 #include <thread>
 
 using namespace zm::test;
@@ -31,40 +31,8 @@ long long millisecondsSince(Clock::time_point begun) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begun).count();
 }
 
-/** A line of a file in /proc, without its name. */
-std::string procLine(int pid, const std::string& file, const std::string& name) {
-    std::istringstream text(readFile("/proc/" + std::to_string(pid) + "/" + file));
-    for (std::string line; std::getline(text, line);) {
-        if (line.starts_with(name)) {
-            return line.substr(name.size());
-        }
-    }
-    return "";
-}
-
 class DecoderInAProcess : public Pictures {
 protected:
-    /** The decoders of this process. */
-    static std::vector<int> decoders() {
-        std::vector<int> found;
-        for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-            const int pid = std::atoi(entry.path().filename().c_str());
-            if (pid > 0 && procLine(pid, "status", "Name:") == "\tzmdecode" &&
-                procLine(pid, "status", "PPid:") == "\t" + std::to_string(::getpid())) {
-                found.push_back(pid);
-            }
-        }
-        return found;
-    }
-    /** The one that plays, that is locked in; 0 if there is none. */
-    static int decoder() {
-        for (const int pid : decoders()) {
-            if (procLine(pid, "status", "Seccomp:") == "\t2") {
-                return pid;
-            }
-        }
-        return 0;
-    }
     /** Waits until as many decoders have been in reserve, each with all loaded that it needs. */
     bool waitSpares(int count) const {
         const auto begun = Clock::now();
@@ -89,7 +57,7 @@ protected:
     static int nextDecoder(int old) {
         const auto begun = Clock::now();
         while (millisecondsSince(begun) < 20000) {
-            const int pid = decoder();
+            const int pid = lockedInDecoder();
             if (pid != 0 && pid != old && procLine(pid, "status", "Seccomp:") == "\t2") {
                 return pid;
             }
@@ -183,7 +151,7 @@ TEST_F(DecoderInAProcess, ThatDiesIsReplacedAndTheItemGoesOnSoon) {
         nextTime(2);
         ASSERT_TRUE(waitSpares(turn));
         m_unit.mark();
-        const int before = decoder();
+        const int before = lockedInDecoder();
         const auto begun = Clock::now();
         ::kill(before, SIGKILL);
         ASSERT_NE(nextDecoder(before), 0);
@@ -230,7 +198,7 @@ TEST_F(DecoderInAProcess, ThatDiesInAPauseIsReplacedByOneThatPauses) {
     m_unit.command(130);
     m_unit.nextState(PlayState::Paused);
     m_unit.mark();
-    const int before = decoder();
+    const int before = lockedInDecoder();
     ::kill(before, SIGKILL);
     ASSERT_NE(nextDecoder(before), 0);
     EXPECT_FALSE(m_unit.follows("discstate", std::to_string(static_cast<int>(PlayState::Playing)), 1500ms));
@@ -263,7 +231,7 @@ TEST_F(DecoderInAProcess, ThatHangsIsReplacedAtTheUsersNextWish) {
     play();
     nextTime(1);
     ASSERT_TRUE(waitSpares(1));
-    const int before = decoder();
+    const int before = lockedInDecoder();
     ASSERT_NE(before, 0);
     ::kill(before, SIGSTOP);
     const auto begun = Clock::now();
@@ -273,7 +241,7 @@ TEST_F(DecoderInAProcess, ThatHangsIsReplacedAtTheUsersNextWish) {
     m_unit.nextState(PlayState::Playing);
     std::cout << "playing after " << millisecondsSince(begun) << " ms\n";
     EXPECT_TRUE(m_unit.since("errorstatus").empty());
-    EXPECT_NE(decoder(), before);
+    EXPECT_NE(lockedInDecoder(), before);
     EXPECT_NE(log().find("the decoder hangs and is replaced"), std::string::npos);
 }
 
@@ -286,7 +254,7 @@ TEST_F(DecoderInAProcess, ThatHangsByItselfIsReplacedAndTheItemGoesOn) {
     ::kill(before, SIGSTOP);
     nextTime(4);
     EXPECT_TRUE(m_unit.since("errorstatus").empty());
-    EXPECT_NE(decoder(), before);
+    EXPECT_NE(lockedInDecoder(), before);
 }
 
 TEST_F(DecoderInAProcess, ThatDiesAgainAndAgainDoesNotEndTheService) {
@@ -314,7 +282,7 @@ TEST_F(DecoderInAProcess, InReserveThatDiesIsReplacedToo) {
     play();
     ASSERT_TRUE(waitSpares(1));
     for (const int pid : decoders()) {
-        if (pid != decoder()) {
+        if (pid != lockedInDecoder()) {
             ::kill(pid, SIGKILL);
         }
     }

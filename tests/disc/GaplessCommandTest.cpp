@@ -1,10 +1,8 @@
 // What the driver does just before one song passes into the next.
+#include "tests/disc/DecoderProcesses.h"
 #include "tests/disc/GaplessFixture.h"
 
-#include <unistd.h>
-
 #include <csignal>
-#include <filesystem>
 
 using namespace zm::test;
 using namespace zm::disc::model;
@@ -13,18 +11,6 @@ namespace {
 
 // A time at which the next song is prepared already, and one more to go on from.
 constexpr int Late = 2;
-
-/** The decoder of this process that plays, that is locked in; 0 if there is none. */
-int decoder() {
-    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-        const std::string status = readFile(entry.path() / "status");
-        if (status.starts_with("Name:\tzmdecode\n") && status.find("\nSeccomp:\t2\n") != std::string::npos &&
-            status.find("\nPPid:\t" + std::to_string(::getpid()) + "\n") != std::string::npos) {
-            return std::atoi(entry.path().filename().c_str());
-        }
-    }
-    return 0;
-}
 
 } // namespace
 
@@ -219,7 +205,7 @@ TEST_F(GaplessPassedOn, FastBackwardComesBack) {
     m_unit.nextState(PlayState::Playing);
     EXPECT_EQ(published("trackinfo", begin), 0u) << "it is the first song still";
     const auto heard = passages(waitForTheEnd(), 2 * Song);
-    ASSERT_EQ(heard.size(), 2u);
+    ASSERT_EQ(heard.size(), 2u) << testing::PrintToString(heard);
     EXPECT_EQ(heard[0], (Passage{0, Song}));
     EXPECT_EQ(heard[1].first + heard[1].count, 2 * Song);
     EXPECT_LT(heard[1].first, Song);
@@ -251,8 +237,8 @@ TEST_F(Gapless, ADecoderThatDiesWhileItPreparesIsReplaced) {
     playOnce(disc());
     nextTime(Late, Late);
     m_decoderDies = true;
-    ASSERT_GT(decoder(), 0);
-    ::kill(decoder(), SIGKILL);
+    ASSERT_GT(lockedInDecoder(), 0);
+    ::kill(lockedInDecoder(), SIGKILL);
     const auto heard = passages(waitForTheEnd());
     ASSERT_EQ(heard.size(), 2u);
     EXPECT_EQ(heard[0].first, 0u);

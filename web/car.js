@@ -86,12 +86,14 @@ function makeVehicle() {
   vehicle['7'] = element('input', {type: 'number', step: '0.1', min: '-60', max: '100', className: 'short',
     onchange: (event) => act('device', 7, Math.round(event.target.value * 10))});
   vehicle['86'] = select(bluetooth, (value) => act('device', 86, value));
+  vehicle.volume = element('input', {type: 'range', min: '0', max: '100', step: '5', className: 'short',
+    onchange: (event) => act('volume', event.target.value)});
   vehicle.time = element('input', {type: 'time', onchange: (event) => act('time', event.target.value, vehicle.format.value)});
   vehicle.format = select([['24', '24 h'], ['12', '12 h']], (value) => act('time', vehicle.time.value, value));
   vehicle.format.setAttribute('aria-label', 'Display of the time');
   vehicle.language = select(languages, (value) => act('language', value));
   vehicle.theme = select([['night', 'Night'], ['day', 'Day']], (value) => act('theme', value));
-  add('vehicle', row(labelled('Parked', vehicle['2']), labelled('Muted', vehicle['6']), labelled('Outside °C', vehicle['7']), labelled('Bluetooth', vehicle['86'])),
+  add('vehicle', row(labelled('Parked', vehicle['2']), labelled('Muted', vehicle['6']), labelled('Volume', vehicle.volume), labelled('Outside °C', vehicle['7']), labelled('Bluetooth', vehicle['86'])),
     row(labelled('Time', vehicle.time), vehicle.format, labelled('Language', vehicle.language), labelled('Theme', vehicle.theme)));
 }
 
@@ -103,6 +105,7 @@ function show(control, value) {
 export function showVehicle(state) {
   const devices = state.devices ?? {};
   vehicle['2'].checked = Number(devices['2']) !== 0;
+  if (state.volume != null) show(vehicle.volume, String(state.volume));
   vehicle['6'].checked = Number(devices['6']) === 255;
   show(vehicle['7'], devices['7'] == null ? '' : (devices['7'] / 10).toFixed(1));
   show(vehicle['86'], String(devices['86'] ?? ''));

@@ -1,6 +1,6 @@
 // The hard keys and the rotary encoder, with the computer keys that stand for them.
 import {act, element} from './api.js';
-import {shortcuts} from './shortcuts.js'; // made by the bench from its table of keys
+import {commands, shortcuts} from './shortcuts.js'; // made by the bench from its table of keys
 
 const groups = [
   ['Player', [
@@ -77,6 +77,11 @@ export function makeKeys() {
   }
   addEventListener('keydown', (event) => {
     const key = event.key.length === 1 ? event.key.toLowerCase() : event.key; // Caps Lock makes no difference
+    if (commands[key] && !document.body.classList.contains('offline')) {
+      event.preventDefault();
+      act(...commands[key].split(' '));
+      return;
+    }
     const free = !needsItself(event.target, key) && !document.body.classList.contains('offline');
     if (!free || event.ctrlKey || event.altKey || event.metaKey || !byKey.has(key)) return;
     event.preventDefault();

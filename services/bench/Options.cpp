@@ -16,6 +16,7 @@ const char* const Usage =
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
     "               [--resources DIR] [--resume FILE] [--open] [--display [--full-screen]]\n"
+    "               [--audio-device auto|none|pulse[:NAME]|alsa[:NAME]]\n"
     "       zmbench --version | --help\n";
 
 namespace {
@@ -47,7 +48,14 @@ struct OptionRow {
     bool (*take)(Parsed& parsed, const std::string& value);
 };
 
-constexpr std::array<OptionRow, 15> Rows = {{
+bool takeAudioDevice(Parsed& parsed, const std::string& value) {
+    parsed.options.unit.audioDevice = value;
+    const bool named = value.starts_with("pulse:") || value.starts_with("alsa:");
+    const bool whole = value == "auto" || value == "none" || value == "pulse" || value == "alsa";
+    return whole || (named && !value.ends_with(':'));
+}
+
+constexpr std::array<OptionRow, 16> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -110,6 +118,7 @@ constexpr std::array<OptionRow, 15> Rows = {{
          return true;
      }},
     {"--app-args", true, takeAppArgs},
+    {"--audio-device", true, takeAudioDevice},
     {"--resources", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.resourceDir = absolute(v);
@@ -136,6 +145,8 @@ Status check(const Parsed& parsed) {
         {!unit.disc.empty() && !unit.discService, "--disc and --no-disc-service exclude each other"},
         {!unit.catalogue.empty() && unit.discService, "--catalogue needs --no-disc-service"},
         {!unit.resume.empty() && !unit.discService, "--resume and --no-disc-service exclude each other"},
+        {!unit.audioDevice.empty() && !unit.discService,
+         "--audio-device and --no-disc-service exclude each other"},
         {parsed.options.port && !parsed.options.web, "--port and --no-web exclude each other"},
         {parsed.options.open && !parsed.options.web, "--open and --no-web exclude each other"},
         {parsed.options.fullScreen && !parsed.options.display, "--full-screen needs --display"},

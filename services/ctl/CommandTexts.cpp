@@ -31,6 +31,10 @@ constexpr std::array Texts = {
                 "a vehicle value: 2 parking, 6 mute (255), 7 temperature in tenths, 86 bluetooth\n"
                 "Sends the message about it unless --silent is given. \"fail\" makes reading it fail.\n"
                 "Example: zmctl device parking 0"},
+    CommandText{
+        "volume", "volume [LEVEL|up|down|mute]",
+        "how loud the head unit is, 0 to 100, or a step up or down; \"mute\" mutes it, or ends that\n"
+        "Without a word it prints the volume, which is kept over restarts.\nExample: zmctl volume 70"},
     CommandText{"time", "time HH:MM [12|24]", "the clock and its display\nExample: zmctl time 23:05 12"},
     CommandText{"key", "key CODE|NAME",
                 "a hard key by its code or name: 20 is next\n"

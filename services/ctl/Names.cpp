@@ -37,6 +37,12 @@ constexpr std::array Keys = {
     NamedNumber{163, "again", "the current item from its start"},
 };
 
+constexpr std::array Commands = {
+    KeyCommand{"AudioVolumeUp", "volume up"},
+    KeyCommand{"AudioVolumeDown", "volume down"},
+    KeyCommand{"AudioVolumeMute", "volume mute"},
+};
+
 constexpr std::array Devices = {
     NamedNumber{2, "parking", "0 while the car drives, else it is parked"},
     NamedNumber{6, "mute", "255 muted, else not"},
@@ -90,6 +96,10 @@ const NamedNumber* findShortcut(std::string_view key) {
     };
     const auto row = std::ranges::find_if(Keys, standsFor, &NamedNumber::shortcuts);
     return row == Keys.end() ? nullptr : &*row;
+}
+
+std::span<const KeyCommand> keyCommands() {
+    return Commands;
 }
 
 std::span<const NamedNumber> vehicleDevices() {

@@ -20,6 +20,12 @@ struct NamedNumber {
 std::span<const NamedNumber> hardKeys();
 /** The hard key for which that computer key stands ("n", "ArrowLeft"); null if it stands for none. */
 const NamedNumber* findShortcut(std::string_view key);
+/** A computer key that stands for a command of the head unit itself. */
+struct KeyCommand {
+    std::string_view key;     ///< as browsers name it
+    std::string_view command; ///< its words, with a space between
+};
+std::span<const KeyCommand> keyCommands();
 /** The vehicle's values that the application can read, by id. */
 std::span<const NamedNumber> vehicleDevices();
 /** The languages that the pages have texts. */

@@ -41,7 +41,7 @@ bool name(std::string_view word) {
     return !word.empty() && !word.starts_with("--");
 }
 
-constexpr std::array<WordKind, 26> Kinds = {{
+constexpr std::array<WordKind, 27> Kinds = {{
     {"X", Whole, whole},
     {"Y", Whole, whole},
     {"X1", Whole, whole},
@@ -54,6 +54,10 @@ constexpr std::array<WordKind, 26> Kinds = {{
     {"WINDOW", Whole, whole},
     {"CONTROL", Whole, whole},
     {"STATE", Whole, whole},
+    {"LEVEL", "a whole number from 0 to 100",
+     [](std::string_view word) {
+         return parseNumber<int>(word).value_or(-1) >= 0 && *parseNumber<int>(word) <= 100;
+     }},
     {"N", WholeFromZero, wholeFrom<0>},
     {"MS", WholeFromZero, wholeFrom<0>},
     {"ROWS", WholeFromZero, wholeFrom<0>},

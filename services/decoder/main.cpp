@@ -8,6 +8,7 @@
 #include "services/decoder/Reporter.h"
 #include "services/disc/engine/Decoders.h"
 #include "services/disc/engine/FilePipeline.h"
+#include "services/disc/engine/SoundLevel.h"
 #include "services/disc/engine/SoundOut.h"
 
 #include <nlohmann/json.hpp>
@@ -45,7 +46,11 @@ public:
         } else if (what == "start" && message.fds.size() == 1) {
             start(json, std::move(message.fds[0]));
         } else if (what == "stop") {
-            m_pipeline.reset();
+            end();
+        } else if (what == "fade out") {
+            fade();
+        } else if (what == "loudness") {
+            setLoudness({static_cast<int>(numberOf(json, "volume")), json.value("muted", false)});
         } else if (what == "follow" && message.fds.size() == 1 && m_pipeline) {
             follow(json, std::move(message.fds[0]));
         } else if (m_pipeline) {
@@ -66,8 +71,31 @@ private:
         say({{"is", "ready"}});
     }
 
-    void start(const Json& json, UniqueFd bytes) {
+    void end() {
+        m_fade.reset();
         m_pipeline.reset();
+        endFade();
+    }
+
+    // Ends when what is heard has become silent. What does not sound at the moment ends a moment later, too.
+    void fade() {
+        if (!m_pipeline || !isHeard()) {
+            end();
+            return;
+        }
+        fadeOut();
+        m_fade = everyInterval(m_loop, FadeStep, [this, waited = Milliseconds{0}]() mutable {
+            waited += FadeStep;
+            if (waited >= LongestFade) {
+                end();
+            } else if (hasFadedOut()) {
+                m_fade = afterDelay(m_loop, std::min(soundDelay(), LongestFade - waited), [this] { end(); });
+            }
+        });
+    }
+
+    void start(const Json& json, UniqueFd bytes) {
+        end();
         const auto item = static_cast<uint64_t>(numberOf(json, "item"));
         m_frames.begin(item);
         m_reporter.emplace(item);
@@ -112,8 +140,11 @@ private:
         }
     }
 
+    static constexpr Milliseconds FadeStep{5};
+
     EventLoop& m_loop;
     FrameSender m_frames;
+    SourceHandle m_fade;
     std::optional<Reporter> m_reporter;
     std::optional<FilePipeline> m_pipeline;
 };

@@ -2,11 +2,13 @@
 
 #include "base/JsonMessage.h"
 #include "base/Paths.h"
+#include "services/disc/engine/SoundLevel.h"
 #include "services/disc/log/Log.h"
 #include "services/disc/player/Commands.h"
 
 #include <nlohmann/json.hpp>
 
+#include <charconv>
 #include <optional>
 
 namespace zm::disc {
@@ -16,6 +18,8 @@ using Json = nlohmann::json;
 namespace {
 
 constexpr const char* controlPath = "/pps/zelmar/disc/control?delta";
+// How loud the head unit wants its sound: "volume" 0 to 100 and "mute".
+constexpr const char* soundPath = "/pps/zelmar/audio/volume?delta";
 // Flags of the target: read, create.
 constexpr int ControlFlags = 256;
 constexpr unsigned ControlMode = 0666;
@@ -77,9 +81,13 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
     if (!control) {
         return control.failure();
     }
-    std::unique_ptr<Service> service(new Service(loop, std::move(*state),
-                                                 std::shared_ptr<library::Catalogue>(std::move(*catalogue)),
-                                                 resumeFile, std::move(*control), makeEngine, makeDvdEngine));
+    auto sound = PpsFile::open(ppsSocket(runtime), soundPath, ControlFlags, ControlMode);
+    if (!sound) {
+        return sound.failure();
+    }
+    std::unique_ptr<Service> service(
+        new Service(loop, std::move(*state), std::shared_ptr<library::Catalogue>(std::move(*catalogue)),
+                    resumeFile, std::move(*control), std::move(*sound), makeEngine, makeDvdEngine));
     if (auto begun = service->begin(disc); !begun) {
         return begun.failure();
     }
@@ -88,10 +96,11 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
 
 Service::Service(EventLoop& loop, std::unique_ptr<model::DiscState> state,
                  std::shared_ptr<library::Catalogue> catalogue, const std::string& resumeFile,
-                 PpsFile control, const EngineMaker& makeEngine, const dvd::EngineMaker& makeDvdEngine)
+                 PpsFile control, PpsFile sound, const EngineMaker& makeEngine,
+                 const dvd::EngineMaker& makeDvdEngine)
     : m_state(std::move(state)), m_memory(resumeFile), m_engine(makeEngine(loop)),
       m_drive(loop, *m_state, m_modes, *m_engine, makeDvdEngine, std::move(catalogue), m_memory),
-      m_control(std::move(control)), m_mailbox(std::make_shared<Mailbox>(loop)) {}
+      m_control(std::move(control)), m_sound(std::move(sound)), m_mailbox(std::make_shared<Mailbox>(loop)) {}
 
 Service::~Service() {
     m_inbox.reset();
@@ -104,6 +113,9 @@ Status Service::begin(const std::string& disc) {
         if (auto old = file->read(); !old) {
             logWarning("%s\n", old.error().c_str());
         }
+    }
+    if (const auto sound = m_sound.read()) {
+        soundText(*sound);
     }
     // A service that was started again finds the disc (or the empty tray) that the one before it left.
     const auto left = m_state->driveFile().read();
@@ -122,6 +134,7 @@ Status Service::begin(const std::string& disc) {
         std::vector<PpsInbox::Watch>{
             {&m_control, [this](const std::string& text) { controlText(text); }},
             {&m_state->driveFile(), [this](const std::string& text) { driveText(text); }},
+            {&m_sound, [this](const std::string& text) { soundText(text); }},
             {&m_state->statusFile(), [this](const std::string& text) { statusText(text); }},
         },
         m_mailbox);
@@ -141,6 +154,26 @@ void Service::controlText(const std::string& text) {
 
 void Service::driveText(const std::string& text) {
     forEachJson(text, "drive", [this](const std::string& value) { driveRequest(value); });
+}
+
+// What is missing or makes no sense stays as it was.
+void Service::soundText(const std::string& text) {
+    for (const auto& line : attributesOf(text)) {
+        int number = 0;
+        const char* end = line.value.data() + line.value.size();
+        const auto parsed = std::from_chars(line.value.data(), end, number);
+        if (parsed.ec != std::errc() || parsed.ptr != end) {
+            continue;
+        }
+        if (line.name == "volume") {
+            m_loudness.volume = number;
+        } else if (line.name == "mute") {
+            m_loudness.muted = number != 0;
+        }
+    }
+    // A DVD's sound is played here, that of all else in the decoder.
+    engine::setLoudness(m_loudness);
+    m_engine->loudness(m_loudness);
 }
 
 // Nobody else writes the status, so a text of it can only be a service that has been started anew and knows

@@ -34,11 +34,12 @@ public:
 private:
     Service(EventLoop& loop, std::unique_ptr<model::DiscState> state,
             std::shared_ptr<library::Catalogue> catalogue, const std::string& resumeFile, PpsFile control,
-            const EngineMaker& makeEngine, const dvd::EngineMaker& makeDvdEngine);
+            PpsFile sound, const EngineMaker& makeEngine, const dvd::EngineMaker& makeDvdEngine);
     Status begin(const std::string& disc);
     void controlText(const std::string& text);
     void driveText(const std::string& text);
     void statusText(const std::string& text);
+    void soundText(const std::string& text);
     void command(const std::string& json);
     void voice(const std::string& json);
     void driveRequest(const std::string& json);
@@ -49,6 +50,8 @@ private:
     std::unique_ptr<engine::Engine> m_engine;
     Drive m_drive;
     PpsFile m_control;
+    PpsFile m_sound;
+    engine::Loudness m_loudness;
     std::shared_ptr<Mailbox> m_mailbox;
     std::unique_ptr<PpsInbox> m_inbox; ///< last: its thread reads the files above
 };

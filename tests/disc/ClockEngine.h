@@ -26,6 +26,7 @@ public:
     void follow(const disc::engine::Playable&) override {} // its items end by themselves
     void followNothing() override {}
     void stop() override;
+    void loudness(const disc::engine::Loudness&) override {}
 
 private:
     void opened(const std::string& failure);

@@ -56,6 +56,23 @@ def test_the_window_is_the_screen_pixel_for_pixel(playing: Tuple[Bench, XWindow]
     assert window.picture() != before
 
 
+def test_the_volume_keys_of_a_keyboard_turn_the_unit(playing: Tuple[Bench, XWindow]) -> None:
+    unit, window = playing
+
+    def until_volume(wanted: int) -> None:
+        end = time.monotonic() + 10
+        while unit.volume() != wanted:
+            assert time.monotonic() < end, f"the volume is {unit.volume()}"
+            time.sleep(0.1)
+
+    window.key("XF86AudioLowerVolume")
+    until_volume(95)
+    window.key("XF86AudioRaiseVolume")
+    until_volume(100)
+    window.key("XF86AudioMute")
+    unit.expect("pps.zelmar/audio/volume.mute", "==", 1, within=10)
+
+
 def nearly(shot: Picture, seen: Picture, scale: float, left: int) -> bool:
     """Whether the picture is the shot at that scale, by the middles of flat places of 5 pixels or more."""
     checked = 0

@@ -63,6 +63,17 @@ test('the mouse wheel turns the encoder', async () => {
   await until('the previous command', async () => (await bench.commands())[0] === 'zmcmd:json:{"cmd":2,"param1":0,"param2":0}');
 });
 
+test('the volume is turned on the page and follows the command line and the keys', async () => {
+  const volume = page.getByRole('slider', {name: 'Volume'});
+  await volume.fill('40');
+  await until('the unit is that loud', async () => (await bench.zmctl('volume')).trim() === '40');
+  await bench.zmctl('volume', 85);
+  await page.getByLabel('Muted').focus();
+  await until('the control follows', async () => (await volume.inputValue()) === '85');
+  await page.keyboard.press('AudioVolumeUp');
+  await until('the key is taken', async () => (await bench.zmctl('volume')).trim() === '90');
+});
+
 test('vehicle controls set values and follow the command line', async () => {
   await playMusic(bench);
   await page.getByLabel('Muted').check();

@@ -1,4 +1,5 @@
 #include "services/bench/commands/Processor.h"
+#include "services/ctl/Numbers.h"
 #include "services/ctl/WordKinds.h"
 
 #include <array>
@@ -7,6 +8,9 @@
 namespace zm::bench::commands {
 
 namespace {
+
+constexpr int MuteDevice = 6;
+constexpr int Muted = 255;
 
 bool device(Call& call) {
     auto& arguments = call.arguments;
@@ -47,8 +51,31 @@ bool time(Call& call) {
     return true;
 }
 
+bool volume(Call& call) {
+    auto& knob = call.unit.sound();
+    if (!call.arguments.more()) {
+        call.run->out(std::to_string(knob.volume()) + "\n");
+        call.run->finish();
+        return true;
+    }
+    const std::string word = call.arguments.word();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    if (word == "mute") {
+        const bool muted = call.unit.vehicle().device(MuteDevice) == Muted;
+        call.unit.vehicle().setDevice(MuteDevice, muted ? 0 : Muted, unit::Notice::Send, endWith(call.run));
+        return true;
+    }
+    const int step = word == "up" ? unit::SoundKnob::Step : word == "down" ? -unit::SoundKnob::Step : 0;
+    const int wanted = step != 0 ? knob.volume() + step : ctl::parseNumber<int>(word).value_or(knob.volume());
+    endWith(call.run, knob.turn(wanted));
+    return true;
+}
+
 constexpr std::array Rows = {
     Row{"device", device},
+    Row{"volume", volume},
     Row{"time", time},
 };
 

@@ -44,6 +44,13 @@ void Display::key(const std::string& name) {
     } else if (const auto* key = ctl::findShortcut(name)) {
         m_actions.command({"key", std::to_string(key->number)});
     }
+    for (const auto& row : ctl::keyCommands()) {
+        if (row.key == name) {
+            const size_t space = row.command.find(' ');
+            m_actions.command(
+                {std::string(row.command.substr(0, space)), std::string(row.command.substr(space + 1))});
+        }
+    }
 }
 
 void Display::damaged(Rect area) {

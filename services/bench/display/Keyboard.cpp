@@ -32,6 +32,10 @@ constexpr std::array Keys = {
     NamedKey{SDLK_AUDIOPREV, "MediaTrackPrevious"},
     NamedKey{SDLK_AUDIOFASTFORWARD, "MediaFastForward"},
     NamedKey{SDLK_AUDIOREWIND, "MediaRewind"},
+    NamedKey{SDLK_VOLUMEUP, "AudioVolumeUp"},
+    NamedKey{SDLK_VOLUMEDOWN, "AudioVolumeDown"},
+    NamedKey{SDLK_MUTE, "AudioVolumeMute"},
+    NamedKey{SDLK_AUDIOMUTE, "AudioVolumeMute"},
 };
 
 } // namespace

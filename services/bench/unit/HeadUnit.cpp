@@ -8,6 +8,8 @@
 
 #include <unistd.h>
 
+#include <cstdio>
+
 namespace zm::bench::unit {
 
 namespace {
@@ -31,6 +33,15 @@ std::vector<std::string> applicationArguments(const std::string& text) {
     return arguments;
 }
 
+// Beside where discs are remembered, as both outlast the same.
+std::string volumeFile(const HeadUnitOptions& options) {
+    return options.resume.empty() ? options.runtimeDir + "/volume" : options.resume + ".volume";
+}
+
+// What the vehicle says when the sound is off.
+constexpr int MuteDevice = 6;
+constexpr int Muted = 255;
+
 } // namespace
 
 HeadUnit::HeadUnit(EventLoop& loop, HeadUnitOptions options)
@@ -39,7 +50,7 @@ HeadUnit::HeadUnit(EventLoop& loop, HeadUnitOptions options)
       m_shell(loop, shellSocket(m_options.runtimeDir)),
       m_pages(resources(m_options) + OtherPages, m_options.shareDir + "/fonts/"),
       m_launcher(m_options.launcher, m_shell, m_compositor, m_pages), m_vehicle(m_shell),
-      m_drive(loop, ppsSocket()) {
+      m_drive(loop, ppsSocket()), m_sound(ppsSocket(), volumeFile(m_options)) {
     connectParts();
     makeChildren();
 }
@@ -74,6 +85,10 @@ void HeadUnit::connectParts() {
     m_vehicle.onDevice = [this](int id, std::optional<int> value) {
         if (id == screen::VideoLock::ParkingDevice) {
             m_videoLock.parkingReads(value);
+        } else if (id == MuteDevice && value) {
+            if (const auto told = m_sound.mute(*value == Muted); !told) {
+                std::fprintf(stderr, "zmbench: %s\n", told.error().c_str());
+            }
         }
     };
     m_videoLock.parkingReads(m_vehicle.device(screen::VideoLock::ParkingDevice));
@@ -93,7 +108,7 @@ void HeadUnit::makeChildren() {
     if (m_options.programDir.empty()) {
         return;
     }
-    const std::vector<std::pair<std::string, std::string>> environment = {
+    std::vector<std::pair<std::string, std::string>> environment = {
         {"ZM_RUNTIME", m_options.runtimeDir},
         {"ZM_CATALOGUE", m_options.catalogue},
         {"ZM_RESUME", m_options.resume},
@@ -101,6 +116,9 @@ void HeadUnit::makeChildren() {
         {"ZM_FONT_PATH", m_options.shareDir + "/fonts/"},
         {"ZM_WATCH_RESOURCES", m_options.resourceDir.empty() ? "" : "1"},
     };
+    if (!m_options.audioDevice.empty()) {
+        environment.emplace_back("ZM_AUDIO_DEVICE", m_options.audioDevice);
+    }
     m_application =
         std::make_unique<Child>(m_loop, ChildSetup{"app", m_options.programDir + "/Platen",
                                                    applicationArguments(m_options.appArgs), environment});
@@ -124,6 +142,7 @@ Status HeadUnit::start() {
                              std::function<Status()>([this] { return m_compositor.start(); }),
                              std::function<Status()>([this] { return m_video.start(); }),
                              std::function<Status()>([this] { return m_shell.start(); }),
+                             std::function<Status()>([this] { return m_sound.start(); }),
                              std::function<Status()>([this] { return m_drive.start(); })}) {
         if (auto done = step(); !done) {
             return done;
@@ -281,6 +300,7 @@ Json HeadUnit::state() {
                    {"front", m_launcher.front()},
                    {"drive", m_drive.state()},
                    {"fault", m_drive.activeFault()},
+                   {"volume", m_sound.volume()},
                    {"clock", m_options.clock == ClockMode::Manual ? "manual" : "real"},
                    // Differs after each message, so that a value that went there and back is shown again too.
                    {"revision", m_shell.messagesSent()},

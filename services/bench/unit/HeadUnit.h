@@ -11,6 +11,7 @@
 #include "services/bench/unit/PpsHistory.h"
 #include "services/bench/unit/PpsThread.h"
 #include "services/bench/unit/ShellServer.h"
+#include "services/bench/unit/SoundKnob.h"
 #include "services/bench/unit/Vehicle.h"
 
 #include <functional>
@@ -62,13 +63,14 @@ public:
     DiscDrive& drive() { return m_drive; }
     const PpsHistory& history() const { return m_history; }
     std::chrono::steady_clock::time_point began() const { return m_began; }
+    SoundKnob& sound() { return m_sound; }
     std::vector<Child*> children();
     Child* child(const std::string& name);
 
     /** Whether the player comes to the front when a disc is inserted. */
     bool discComesToFront() const;
     /** {"running","children","devices","time","language","theme","launcher","front","drive","fault","clock",
-     * "revision"} for a page. */
+     * "volume","revision"} for a page. */
     Json state();
     std::string ppsSocket() const;
 
@@ -101,6 +103,7 @@ private:
     Launcher m_launcher;
     Vehicle m_vehicle;
     DiscDrive m_drive;
+    SoundKnob m_sound;
     std::unique_ptr<Child> m_application;
     std::unique_ptr<Child> m_discService;
     std::string m_language = "en";

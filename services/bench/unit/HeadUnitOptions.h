@@ -21,8 +21,9 @@ struct HeadUnitOptions {
     bool discService = true;
     std::string
         resume; ///< SQLite file in which the disc service keeps where discs were left; empty: in runtimeDir
-    std::string disc;    ///< put into the drive at the start; empty: none
-    std::string appArgs; ///< appended to the application's command line, separated as a shell would
+    std::string audioDevice; ///< for the disc service; empty: the first that is there
+    std::string disc;        ///< put into the drive at the start; empty: none
+    std::string appArgs;     ///< appended to the application's command line, separated as a shell would
     LauncherMode launcher = LauncherMode::Active;
     bool discToFront = true; ///< an active launcher brings the disc player to the front for an inserted disc
     ClockMode clock = ClockMode::Real;

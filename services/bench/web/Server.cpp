@@ -118,7 +118,12 @@ std::string shortcutsModule() {
     for (const auto& row : ctl::hardKeys()) {
         table[std::to_string(row.number)] = row.shortcuts;
     }
-    return "export const shortcuts = " + jsonText(table) + ";\n";
+    nlohmann::json commands;
+    for (const auto& row : ctl::keyCommands()) {
+        commands[std::string(row.key)] = row.command;
+    }
+    return "export const shortcuts = " + jsonText(table) +
+           ";\nexport const commands = " + jsonText(commands) + ";\n";
 }
 
 } // namespace

@@ -26,7 +26,7 @@ class State {
 public:
     struct Sources {
         /** {"running","children","devices","time","language","theme","launcher","front","drive","fault",
-         * "clock","revision"}. */
+         * "clock","volume","revision"}. */
         std::function<nlohmann::json()> state;
         /** All objects: name and PPS text. */
         std::function<std::vector<std::pair<std::string, std::string>>()> objects;

@@ -1,13 +1,17 @@
 #include "services/disc/dvd/Sound.h"
 
+#include "services/disc/engine/SoundDevice.h"
 #include "services/disc/engine/SoundFile.h"
+#include "services/disc/engine/SoundLevel.h"
 #include "services/disc/log/Log.h"
 
 #include <cstdlib>
 
 namespace zm::disc::dvd {
 
-GstElement* makeSound() {
+namespace {
+
+GstElement* makeSink() {
     if (const char* file = std::getenv("ZM_SOUND"); file && *file) {
         if (GstElement* sink = engine::makeSoundFile(file)) {
             logInfo("the DVD's sound goes to %s\n", file);
@@ -15,20 +19,30 @@ GstElement* makeSound() {
         }
         logWarning("the DVD's sound cannot be written to %s\n", file);
     }
-    GstElement* chain =
-        gst_parse_bin_from_description("audioconvert ! audioresample ! alsasink name=device", TRUE, nullptr);
-    if (chain) {
-        const engine::GstOwned<GstElement> device(gst_bin_get_by_name(GST_BIN(chain), "device"));
-        if (gst_element_set_state(device.get(), GST_STATE_READY) == GST_STATE_CHANGE_SUCCESS) {
-            logInfo("the DVD's sound goes to the default device\n");
-            return chain;
-        }
-        gst_element_set_state(device.get(), GST_STATE_NULL);
-        gst_object_unref(gst_object_ref_sink(chain));
+    const auto device = engine::openSoundDevice();
+    if (!device.sink) {
+        logInfo("%s for the DVD: playing silently\n", device.text.c_str());
+        GstElement* sink = gst_element_factory_make("fakesink", nullptr);
+        g_object_set(sink, "sync", TRUE, nullptr);
+        return sink;
     }
-    logInfo("no sound device for the DVD: playing silently\n");
-    GstElement* sink = gst_element_factory_make("fakesink", nullptr);
-    g_object_set(sink, "sync", TRUE, nullptr);
+    logInfo("the DVD's sound goes to %s\n", device.text.c_str());
+    GstElement* chain =
+        gst_parse_bin_from_description("audioconvert ! audioresample name=last", TRUE, nullptr);
+    const engine::GstOwned<GstElement> last(gst_bin_get_by_name(GST_BIN(chain), "last"));
+    gst_bin_add(GST_BIN(chain), device.sink);
+    gst_element_link(last.get(), device.sink);
+    gst_object_unref(device.sink);
+    return chain;
+}
+
+} // namespace
+
+GstElement* makeSound() {
+    GstElement* sink = makeSink();
+    GstPad* input = gst_element_get_static_pad(sink, "sink");
+    engine::followLoudness(input);
+    gst_object_unref(input);
     return sink;
 }
 

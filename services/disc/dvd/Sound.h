@@ -5,7 +5,7 @@
 namespace zm::disc::dvd {
 
 /**
- * A new audio sink for a DVD: the default device or, where it cannot be opened, a silent sink that keeps
+ * A new audio sink for a DVD: the sound device or, where there is none, a silent sink that keeps
  * the time. Logs which. The reference is floating.
  */
 GstElement* makeSound();

@@ -19,6 +19,8 @@ using wire::stringOf;
 // Longer than one read's deadline, so that a slow disc is told from a decoder that hangs.
 constexpr Milliseconds StartDeadline{15000};
 constexpr Milliseconds WatchInterval{250};
+// So that the decoder is not told of an end that is not the disc's.
+constexpr Milliseconds FeedMargin{50};
 // How long the process may be silent, how long while it takes down what it has played, and how long if there
 // is none to take its place at once. Decoders are known to wait for themselves while they are taken down.
 constexpr Milliseconds SilenceDeadline{1000};
@@ -71,6 +73,7 @@ bool DecoderEngine::launch() {
     m_process->onMessage = [this](const Json& message) { heard(message); };
     m_process->onEnd = [this] { replace("the decoder " + m_process->end(), mayTryAgain()); };
     m_process->showIn(m_frames);
+    sendLoudness();
     tell({{"do", "lock in"}});
     return true;
 }
@@ -195,6 +198,7 @@ void DecoderEngine::report(const std::string& what, const Json& message) {
 // ---- what is wanted of it
 
 void DecoderEngine::drop() {
+    endFade();
     ++m_number;
     m_item.reset();
     m_begun.reset();
@@ -376,9 +380,34 @@ void DecoderEngine::send(const StreamChoice& choice) {
 }
 
 void DecoderEngine::stop() {
+    // What waits for the drive is silent anyway, or will be in a moment.
+    const bool heard = m_item && m_feed && !m_feed->isWaiting();
+    auto fading = heard ? std::exchange(m_feed, nullptr) : nullptr;
     drop();
-    takeDown();
+    if (fading) {
+        m_fading = std::move(fading);
+        m_fadeEnd = afterDelay(m_home, LongestFade + FeedMargin, [this] { endFade(); });
+        tell({{"do", "fade out"}});
+    } else {
+        takeDown();
+    }
     m_frames.clear();
+}
+
+void DecoderEngine::endFade() {
+    m_fadeEnd.reset();
+    if (const auto feed = std::exchange(m_fading, nullptr)) {
+        feed->cancel();
+    }
+}
+
+void DecoderEngine::loudness(const Loudness& loudness) {
+    m_loudness = loudness;
+    sendLoudness();
+}
+
+void DecoderEngine::sendLoudness() {
+    tell({{"do", "loudness"}, {"volume", m_loudness.volume}, {"muted", m_loudness.muted}});
 }
 
 } // namespace zm::disc::engine

@@ -33,6 +33,7 @@ public:
     void follow(const Playable& next) override;
     void followNothing() override;
     void stop() override;
+    void loudness(const Loudness& loudness) override;
 
     /** The decoder's process at the moment; 0 without one. */
     int process() const { return m_process ? m_process->pid() : 0; }
@@ -57,6 +58,7 @@ private:
     void begin();
     void goOn();
     void takeDown();
+    void endFade();
     void tell(const wire::Json& message);
     void heard(const wire::Json& message);
     void report(const std::string& what, const wire::Json& message);
@@ -67,6 +69,7 @@ private:
     void replace(const std::string& reason, bool again);
     void send(const PictureView& view);
     void send(const StreamChoice& choice);
+    void sendLoudness();
     void sendNext();
     void forgetNext();
     void followed(const wire::Json& message);
@@ -81,8 +84,11 @@ private:
     bool m_ready = false;             ///< the process has said so
     std::shared_ptr<Feed> m_feed;     ///< of what plays, to release a read that hangs
     std::shared_ptr<Feed> m_nextFeed; ///< of what is to follow
-    int64_t m_nextNumber = 0;         ///< grows with each item that is to follow
-    uint64_t m_number = 0;            ///< grows with each start and stop; reports of older ones are dropped
+    std::shared_ptr<Feed> m_fading;   ///< of what was stopped and is still heard for a moment
+    SourceHandle m_fadeEnd;
+    Loudness m_loudness;
+    int64_t m_nextNumber = 0; ///< grows with each item that is to follow
+    uint64_t m_number = 0;    ///< grows with each start and stop; reports of older ones are dropped
     std::optional<Item> m_item;
     std::optional<Clock::time_point> m_begun;   ///< of a start that is not yet done
     std::optional<Clock::time_point> m_retried; ///< when another process has gone on with the item

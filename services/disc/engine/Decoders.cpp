@@ -22,7 +22,7 @@ constexpr std::string_view allowed[] = {
     "audioconvert", "audioresample", "videoconvert", "videoscale", "videoconvertscale", "videocrop",
     "videoflip", "deinterlace", "textoverlay", "textrender", "dvdspu",
     // sinks
-    "alsasink", "appsink", "fakesink",
+    "alsasink", "pulsesink", "appsink", "fakesink",
     // demuxers
     "oggdemux", "matroskademux", "qtdemux", "avidemux", "wavparse", "asfdemux", "mpegpsdemux", "tsdemux",
     "id3demux", "apedemux",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/disc/engine/Loudness.h"
 #include "services/disc/engine/PictureView.h"
 #include "services/disc/engine/Streams.h"
 #include "services/disc/medium/Medium.h"
@@ -20,6 +21,9 @@ struct Playable {
     model::MediaKind kind = model::MediaKind::Music;
     Milliseconds length{0}; ///< from its tags; 0 when unknown
 };
+
+/** Within this time what was stopped is silent; so long its bytes are still asked for. */
+inline constexpr Milliseconds LongestFade{400};
 
 enum class StartMode { Playing, Paused };
 enum class ScanEdge { Beginning, End };
@@ -68,7 +72,10 @@ public:
      * `engineEnded`. The next call of another kind than `pause` and `resume` takes it back. For music behind music. */
     virtual void follow(const Playable& next) = 0;
     virtual void followNothing() = 0;
+    /** Sound goes down to silence first; `stop` returns at once. */
     virtual void stop() = 0;
+    /** From now on all sound is so loud. */
+    virtual void loudness(const Loudness& loudness) = 0;
 };
 
 } // namespace zm::disc::engine

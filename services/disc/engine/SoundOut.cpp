@@ -1,7 +1,9 @@
 #include "services/disc/engine/SoundOut.h"
 
 #include "services/disc/engine/MixDown.h"
+#include "services/disc/engine/SoundDevice.h"
 #include "services/disc/engine/SoundFile.h"
+#include "services/disc/engine/SoundLevel.h"
 #include "services/disc/log/Log.h"
 
 #include <gst/audio/audio.h>
@@ -20,21 +22,12 @@ constexpr int DiscRate = 44100;
 constexpr int FilmRate = 48000;
 constexpr int DiscRateBase = 11025;
 
-GstElement* device = nullptr; ///< null where there is none
-std::atomic<SoundChannel> channel{SoundChannel::Both};
+// What a device has taken is heard within this time.
+constexpr Milliseconds DeviceDelay{180};
 
-GstElement* openDevice() {
-    GstElement* sink = gst_element_factory_make("alsasink", nullptr);
-    if (sink) {
-        gst_object_ref_sink(sink);
-    }
-    if (!sink || gst_element_set_state(sink, GST_STATE_READY) == GST_STATE_CHANGE_SUCCESS) {
-        return sink;
-    }
-    gst_element_set_state(sink, GST_STATE_NULL);
-    gst_object_unref(sink);
-    return nullptr;
-}
+GstElement* device = nullptr; ///< null where there is none
+bool hasDelay = false;        ///< a file has none
+std::atomic<SoundChannel> channel{SoundChannel::Both};
 
 GstElement* openFile(const char* path) {
     GstElement* sink = makeSoundFile(path);
@@ -45,14 +38,12 @@ GstElement* openFile(const char* path) {
     return sink;
 }
 
-GstOwned<GstCaps> formatOf(int rate) {
-    return GstOwned<GstCaps>(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, GST_AUDIO_NE(S16),
-                                                 "layout", G_TYPE_STRING, "interleaved", "channels",
-                                                 G_TYPE_INT, 2, "rate", G_TYPE_INT, rate, nullptr));
+GstOwned<GstCaps> atRate(int rate) {
+    return GstOwned<GstCaps>(gst_caps_new_simple("audio/x-raw", "rate", G_TYPE_INT, rate, nullptr));
 }
 
-// The first sound decides, so that what follows it needs no other device. A device that takes neither rate is
-// given what it takes.
+// The first sound decides, so that what follows it needs no other device. A device that does not take these samples
+// is given what it takes, behind where they are made louder or softer.
 void fix(GstElement* filter, const GstCaps* first) {
     int rate = 0;
     gst_structure_get_int(gst_caps_get_structure(first, 0), "rate", &rate);
@@ -60,13 +51,16 @@ void fix(GstElement* filter, const GstCaps* first) {
     GstPad* pad = gst_element_get_static_pad(device, "sink");
     const GstOwned<GstCaps> accepted(gst_pad_query_caps(pad, nullptr));
     gst_object_unref(pad);
+    const GstOwned<GstCaps> format(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING,
+                                                       GST_AUDIO_NE(S16), "layout", G_TYPE_STRING,
+                                                       "interleaved", "channels", G_TYPE_INT, 2, nullptr));
     for (const int each : disc ? std::array{DiscRate, FilmRate} : std::array{FilmRate, DiscRate}) {
-        const auto format = formatOf(each);
-        if (gst_caps_can_intersect(accepted.get(), format.get())) {
-            g_object_set(filter, "caps", format.get(), nullptr);
-            return;
+        if (gst_caps_can_intersect(accepted.get(), atRate(each).get())) {
+            gst_caps_set_simple(format.get(), "rate", G_TYPE_INT, each, nullptr);
+            break;
         }
     }
+    g_object_set(filter, "caps", format.get(), nullptr);
 }
 
 GstPadProbeReturn onEvent(GstPad*, GstPadProbeInfo* info, gpointer filter) {
@@ -121,8 +115,14 @@ void openSound() {
         logInfo("sound %s %s\n", device ? "goes to" : "cannot be written to", file);
         return;
     }
-    device = openDevice();
-    logInfo("%s\n", device ? "sound goes to the default device" : "no sound device: playing silently");
+    const SoundDevice opened = openSoundDevice();
+    device = opened.sink;
+    hasDelay = device != nullptr;
+    if (device) {
+        logInfo("sound goes to %s\n", opened.text.c_str());
+    } else {
+        logInfo("%s: playing silently\n", opened.text.c_str());
+    }
 }
 
 GstElement* makeSoundSink() {
@@ -133,21 +133,32 @@ GstElement* makeSoundSink() {
     }
     // The player brings nothing that would fit the decoder's sound to the device.
     GstElement* chain = gst_parse_bin_from_description(
-        "audioconvert name=first ! audioresample ! capsfilter name=last", FALSE, nullptr);
+        "audioconvert name=first ! audioresample ! capsfilter name=format ! audioconvert name=last", FALSE,
+        nullptr);
     const GstOwned<GstElement> first(gst_bin_get_by_name(GST_BIN(chain), "first"));
+    const GstOwned<GstElement> format(gst_bin_get_by_name(GST_BIN(chain), "format"));
     const GstOwned<GstElement> last(gst_bin_get_by_name(GST_BIN(chain), "last"));
     mixDown(first.get());
     gst_element_set_locked_state(device, FALSE);
     gst_bin_add(GST_BIN(chain), device);
     gst_element_link(last.get(), device);
     GstPad* input = gst_element_get_static_pad(first.get(), "sink");
-    gst_pad_add_probe(input, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onEvent, last.get(), nullptr);
+    gst_pad_add_probe(input, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onEvent, format.get(), nullptr);
     gst_element_add_pad(chain, gst_ghost_pad_new("sink", input));
     gst_object_unref(input);
-    GstPad* output = gst_element_get_static_pad(last.get(), "src");
+    GstPad* output = gst_element_get_static_pad(format.get(), "src");
     gst_pad_add_probe(output, GST_PAD_PROBE_TYPE_BUFFER, onSound, nullptr, nullptr);
+    followLoudness(output);
     gst_object_unref(output);
     return chain;
+}
+
+bool isHeard() {
+    return device != nullptr;
+}
+
+Milliseconds soundDelay() {
+    return hasDelay ? DeviceDelay : Milliseconds{0};
 }
 
 void endPlayer(GstElement* player) {

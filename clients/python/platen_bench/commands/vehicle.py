@@ -28,6 +28,17 @@ class VehicleCommands(Caller):
         """The car stands again."""
         self.device("parking", 1)
 
+    @form("volume [LEVEL|up|down|mute]")
+    def volume(self, level: Union[int, str, None] = None) -> int:
+        """How loud the head unit is, 0 to 100, after it was turned to `level`, a step "up" or "down", or "mute" was
+        pressed; None: as it is.
+
+        Raises WrongUsage for another level.
+        """
+        if level is not None:
+            self.command("volume", level)
+        return int(self.command("volume"))
+
     @form("time HH:MM [12|24]")
     def time(self, clock: str, display: Optional[int] = None) -> None:
         """Sets the clock of the head unit, "23:05", and its display, 12 or 24 hours (None: as it was).

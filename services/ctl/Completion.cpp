@@ -72,8 +72,8 @@ Words commandNames() {
     return names;
 }
 
-/** What a kind of word can be; `command` limits it to that one. Kinds that are not listed are numbers and texts. */
-struct KindRow {
+/** What a kind of word can be; `command` limits it to that one. Choices that are not listed are numbers and texts. */
+struct Choice {
     std::string_view command;
     std::string_view kind;
     Words (*offers)(const Client& client, const std::string& current);
@@ -87,7 +87,7 @@ Words everyFile(const Client&, const std::string& current) {
     return files(current, false);
 }
 
-constexpr std::array<KindRow, 12> Kinds = {{
+constexpr std::array<Choice, 12> Choices = {{
     {"", "OBJ", objects},
     {"", "COMMAND", [](const Client&, const std::string&) { return commandNames(); }},
     {"expect", "PATH",
@@ -115,7 +115,7 @@ Words offersAt(const Client& client, const Words& before, const std::string& cur
     const auto place = placeBehind(before);
     Words offers = place.words;
     for (const auto& kind : place.kinds) {
-        for (const auto& row : Kinds) {
+        for (const auto& row : Choices) {
             if (row.kind == kind && (row.command.empty() || row.command == before[0])) {
                 const Words more = row.offers(client, current);
                 offers.insert(offers.end(), more.begin(), more.end());

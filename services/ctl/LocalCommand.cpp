@@ -1,14 +1,13 @@
 #include "services/ctl/LocalCommand.h"
 
 #include "services/ctl/CommandForm.h"
+#include "services/ctl/ExitStatus.h"
 
 #include <algorithm>
 
 namespace zm::ctl {
 
 namespace {
-
-constexpr int WrongUsage = 2;
 
 std::vector<std::string> behindName(const std::vector<std::string>& words) {
     return {words.begin() + 1, words.end()};

@@ -1,6 +1,7 @@
 #include "services/ctl/Monkey.h"
 
 #include "services/ctl/AnswerData.h"
+#include "services/ctl/ExitStatus.h"
 #include "services/ctl/ScriptCommands.h"
 #include "services/ctl/ShellWords.h"
 
@@ -16,8 +17,6 @@ namespace {
 using Json = nlohmann::json;
 using Clock = std::chrono::steady_clock;
 
-constexpr int Failed = 1;
-constexpr int WrongUsage = 2;
 constexpr std::chrono::milliseconds AnswerTime(1000);
 constexpr const char* StillAnswers = "expect screen.main.window >= 0 within 1000";
 constexpr const char* Running = "running";

@@ -18,7 +18,7 @@ constexpr int LongestAdvance = 4000;
 enum class Needs { Nothing, DiscService, NoDiscService, ManualClock };
 
 /** One kind of input and how often it comes, of all the weights that a world has. */
-struct Kind {
+struct StepKind {
     int weight;
     Needs needs;
     Lines (*make)(MonkeySteps& random);
@@ -64,12 +64,12 @@ Lines finger(MonkeySteps& random) {
 }
 
 // The hard keys, two that the application does not know, and numbers that are not keys.
-constexpr std::array<std::string_view, 24> Keys = {"17", "18", "20", "21",  "22",  "23",  "44",  "45",
-                                                   "46", "47", "48", "49",  "50",  "64",  "65",  "87",
-                                                   "88", "1",  "2",  "160", "161", "162", "163", "-1"};
+constexpr std::array<std::string_view, 24> PressedKeys = {"17", "18", "20", "21",  "22",  "23",  "44",  "45",
+                                                          "46", "47", "48", "49",  "50",  "64",  "65",  "87",
+                                                          "88", "1",  "2",  "160", "161", "162", "163", "-1"};
 
 Lines key(MonkeySteps& random) {
-    return {"key " + pick(random, Keys)};
+    return {"key " + pick(random, PressedKeys)};
 }
 
 constexpr std::array<std::string_view, 5> Statuses = {"resume", "resume", "pause", "showonly", "hideonly"};
@@ -95,13 +95,13 @@ Lines voice(MonkeySteps& random) {
     return {"appdata " + pick(random, Requests)};
 }
 
-constexpr std::array<std::string_view, 16> Devices = {"2 0",   "2 1",    "2 1",    "2 fail", "6 0",  "6 255",
-                                                      "7 200", "7 -401", "7 9999", "7 fail", "86 0", "86 1",
-                                                      "86 2",  "86 3",   "86 -1",  "6 fail"};
+constexpr std::array<std::string_view, 16> SetDevices = {
+    "2 0",    "2 1",    "2 1",  "2 fail", "6 0",  "6 255", "7 200", "7 -401",
+    "7 9999", "7 fail", "86 0", "86 1",   "86 2", "86 3",  "86 -1", "6 fail"};
 
 Lines device(MonkeySteps& random) {
     const std::string option = random.below(6) == 0 ? "--silent " : "";
-    return {"device " + option + pick(random, Devices)};
+    return {"device " + option + pick(random, SetDevices)};
 }
 
 Lines time(MonkeySteps& random) {
@@ -188,7 +188,7 @@ Lines advance(MonkeySteps& random) {
     return {"clock advance" + number(random.below(LongestAdvance))};
 }
 
-constexpr std::array<Kind, 19> Kinds = {{
+constexpr std::array<StepKind, 19> StepKinds = {{
     {30, Needs::Nothing, touch},      {6, Needs::Nothing, hold},      {10, Needs::Nothing, drag},
     {5, Needs::Nothing, finger},      {25, Needs::Nothing, key},      {6, Needs::Nothing, launcher},
     {2, Needs::Nothing, start},       {1, Needs::Nothing, restart},   {4, Needs::Nothing, voice},
@@ -216,11 +216,11 @@ bool offered(Needs needs, const MonkeyWorld& world) {
 
 Lines MonkeySteps::next() {
     int all = 0;
-    for (const auto& kind : Kinds) {
+    for (const auto& kind : StepKinds) {
         all += offered(kind.needs, m_world) ? kind.weight : 0;
     }
     int left = below(all);
-    const Kind* chosen = Kinds.data();
+    const StepKind* chosen = StepKinds.data();
     while (!offered(chosen->needs, m_world) || left >= chosen->weight) {
         left -= offered(chosen->needs, m_world) ? chosen->weight : 0;
         ++chosen;

@@ -10,7 +10,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-bool contains(const Words& words, std::string_view word) {
+bool hasWord(const Words& words, std::string_view word) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
@@ -23,9 +23,9 @@ struct Row {
 constexpr auto Always = [](const Words&) { return true; };
 
 constexpr std::array Rows = {
-    Row{"pps", [](const Words& words) { return !contains(words, "put"); }},
-    Row{"requests", [](const Words& words) { return !contains(words, "--clear"); }},
-    Row{"disc", [](const Words& words) { return !contains(words, "fault"); }},
+    Row{"pps", [](const Words& words) { return !hasWord(words, "put"); }},
+    Row{"requests", [](const Words& words) { return !hasWord(words, "--clear"); }},
+    Row{"disc", [](const Words& words) { return !hasWord(words, "fault"); }},
     // Whoever advances by nothing wants to know whether the clock stands.
     Row{"clock", [](const Words& words) { return words.back() == "0"; }},
     Row{"screen", Always},

@@ -2,6 +2,7 @@
 
 #include "services/ctl/AnswerData.h"
 #include "services/ctl/CommandForm.h"
+#include "services/ctl/ExitStatus.h"
 #include "services/ctl/Numbers.h"
 #include "services/ctl/ScriptCommands.h"
 
@@ -15,11 +16,9 @@ namespace zm::ctl {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 using Words = std::vector<std::string>;
 
-constexpr int Failed = 1;
-constexpr int WrongUsage = 2;
 // Where the application writes what it wants of the disc service.
 constexpr const char* Control = "zelmar/disc/control";
 
@@ -36,11 +35,11 @@ bool isPause(const ScriptLine& line) {
 }
 
 // Pages without the count of the film's pictures, which follows the decoder's time.
-std::string pages(Json screen) {
+std::string pages(OrderedJson screen) {
     if (auto video = screen.find("video"); video != screen.end()) {
         video->erase("frames");
     }
-    return screen.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return screen.dump(-1, ' ', false, OrderedJson::error_handler_t::replace);
 }
 
 } // namespace
@@ -154,17 +153,17 @@ Words Replay::published() {
 }
 
 void Replay::trace(const std::string& text) {
-    const auto screen = Json::parse(m_client.run({"screen"}).out, nullptr, false);
+    const auto screen = OrderedJson::parse(m_client.run({"screen"}).out, nullptr, false);
     const auto window = [&](const char* view) {
         return screen.is_object() && screen.contains(view) ? screen[view].value("window", 0) : 0;
     };
-    const Json entry = {{"step", text},
-                        {"main", window("main")},
-                        {"osd", window("osd")},
-                        {"pages", screen.is_object() ? digest(pages(screen)) : ""},
-                        {"picture", m_client.run({"shot", "--digest"}).out.substr(0, 64)},
-                        {"commands", published()}};
-    m_trace << entry.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
+    const OrderedJson entry = {{"step", text},
+                               {"main", window("main")},
+                               {"osd", window("osd")},
+                               {"pages", screen.is_object() ? digest(pages(screen)) : ""},
+                               {"picture", m_client.run({"shot", "--digest"}).out.substr(0, 64)},
+                               {"commands", published()}};
+    m_trace << entry.dump(-1, ' ', false, OrderedJson::error_handler_t::replace) << "\n";
 }
 
 } // namespace zm::ctl

@@ -1,6 +1,7 @@
 #include "services/ctl/Script.h"
 
 #include "services/ctl/CommandTexts.h"
+#include "services/ctl/ExitStatus.h"
 #include "services/ctl/ScriptCommands.h"
 #include "services/ctl/ShellWords.h"
 
@@ -11,9 +12,6 @@
 namespace zm::ctl {
 
 namespace {
-
-constexpr int Failed = 1;
-constexpr int WrongUsage = 2;
 
 Status check(ScriptLine& line) {
     auto words = shellWords(line.text);

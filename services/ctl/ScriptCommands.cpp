@@ -2,6 +2,7 @@
 
 #include "services/ctl/CommandForm.h"
 #include "services/ctl/CommandTexts.h"
+#include "services/ctl/ExitStatus.h"
 #include "services/ctl/Expectation.h"
 #include "services/ctl/LocalCommand.h"
 
@@ -19,8 +20,6 @@ using Words = std::vector<std::string>;
 using Print = Client::Print;
 using Clock = std::chrono::steady_clock;
 
-constexpr int Failed = 1;
-constexpr int WrongUsage = 2;
 constexpr std::chrono::milliseconds AskAgain(20);
 
 Status checkWait(const Words& words) {
@@ -59,7 +58,7 @@ int expect(const Client& client, const Words& words, const Print&, const Print& 
     }
 }
 
-constexpr std::array<LocalCommand, 2> Commands = {{
+constexpr std::array<LocalCommand, 2> CommandsOfScripts = {{
     {"wait", checkWait, wait},
     {"expect", checkExpect, expect},
 }};
@@ -67,12 +66,12 @@ constexpr std::array<LocalCommand, 2> Commands = {{
 } // namespace
 
 Status checkScriptCommand(const Words& words) {
-    const LocalCommand* command = findLocalCommand(Commands, words[0]);
+    const LocalCommand* command = findLocalCommand(CommandsOfScripts, words[0]);
     return command ? checkLocalCommand(*command, words) : ok();
 }
 
 int runScriptCommand(const Client& client, const Words& words, const Print& out, const Print& err) {
-    if (const LocalCommand* command = findLocalCommand(Commands, words[0])) {
+    if (const LocalCommand* command = findLocalCommand(CommandsOfScripts, words[0])) {
         return runLocalCommand(*command, client, words, out, err);
     }
     if (!findCommandText(words[0])) {

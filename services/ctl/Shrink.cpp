@@ -1,5 +1,6 @@
 #include "services/ctl/Shrink.h"
 
+#include "services/ctl/ExitStatus.h"
 #include "services/ctl/FreshBench.h"
 #include "services/ctl/ScriptCommands.h"
 #include "services/ctl/ShellWords.h"
@@ -16,8 +17,6 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-constexpr int Failed = 1;
-constexpr int WrongUsage = 2;
 constexpr std::string_view Head = "#   zmbench";
 
 // "fog.zmctl" becomes "fog-small.zmctl".

@@ -4,6 +4,7 @@
 #include "services/ctl/CommandForm.h"
 #include "services/ctl/CommandTexts.h"
 #include "services/ctl/Completion.h"
+#include "services/ctl/ExitStatus.h"
 #include "services/ctl/LocalCommand.h"
 #include "services/ctl/Monkey.h"
 #include "services/ctl/Names.h"
@@ -108,7 +109,7 @@ int complete(const Client& client, const Words& words, const Print& out, const P
     return 0;
 }
 
-constexpr std::array<LocalCommand, 7> Commands = {{
+constexpr std::array<LocalCommand, 7> CommandsOfTerminals = {{
     {"completion", checkCompletion, completion},
     {"complete", checkComplete, complete},
     {"help", checkHelp, help},
@@ -121,7 +122,7 @@ constexpr std::array<LocalCommand, 7> Commands = {{
 } // namespace
 
 int runCommand(const Client& client, const Words& words, const Print& out, const Print& err) {
-    if (const LocalCommand* command = findLocalCommand(Commands, words[0])) {
+    if (const LocalCommand* command = findLocalCommand(CommandsOfTerminals, words[0])) {
         return runLocalCommand(*command, client, words, out, err);
     }
     return runScriptCommand(client, words, out, err);

@@ -67,7 +67,7 @@ void click(Application& application, const json& message, const Reply& reply) {
     });
 }
 
-constexpr ShellCommand Commands[] = {
+constexpr ShellCommand Inputs[] = {
     {"key", key},
     {"touch", touch},
     {"drag", drag},
@@ -80,7 +80,7 @@ constexpr ShellCommand Commands[] = {
 } // namespace
 
 std::span<const ShellCommand> inputCommands() {
-    return Commands;
+    return Inputs;
 }
 
 } // namespace zm

@@ -142,7 +142,7 @@ void unhold(Application&, const json&, const Reply& reply) {
     reply.done();
 }
 
-constexpr ShellCommand Commands[] = {
+constexpr ShellCommand Inspections[] = {
     {"screen", screen},   {"seen", seen}, {"drawn", drawn},   {"settle", settle},
     {"advance", advance}, {"hold", hold}, {"unhold", unhold},
 };
@@ -150,7 +150,7 @@ constexpr ShellCommand Commands[] = {
 } // namespace
 
 std::span<const ShellCommand> inspectionCommands() {
-    return Commands;
+    return Inspections;
 }
 
 } // namespace zm

@@ -76,7 +76,7 @@ void childGone(Application& application, const json& message, const Reply& reply
     });
 }
 
-constexpr ShellCommand Commands[] = {
+constexpr ShellCommand VehicleInputs[] = {
     {"app", appStatus},     {"appdata", appData}, {"device", device},       {"time", time},
     {"language", language}, {"theme", theme},     {"childpost", childPost}, {"childgone", childGone},
 };
@@ -84,7 +84,7 @@ constexpr ShellCommand Commands[] = {
 } // namespace
 
 std::span<const ShellCommand> vehicleCommands() {
-    return Commands;
+    return VehicleInputs;
 }
 
 } // namespace zm

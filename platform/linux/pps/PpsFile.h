@@ -10,6 +10,9 @@
 
 namespace zm {
 
+/** Flags of PpsFile::open: to write only; the object is made if there is none. */
+inline constexpr int PpsWriteOnlyCreate = 257;
+
 /**
  * One open descriptor of a PPS object: what `open`, `read`, `write` on a path below /pps are on the target.
  * Each has a connection of its own to the service of a runtime folder. When the service goes away the

@@ -109,7 +109,7 @@ bool catalogue(Call& call) {
     return true;
 }
 
-constexpr std::array Rows = {
+constexpr std::array DiscCommands = {
     Row{"insert", insert},
     Row{"eject", eject},
     Row{"disc", disc},
@@ -119,7 +119,7 @@ constexpr std::array Rows = {
 } // namespace
 
 std::span<const Row> discRows() {
-    return Rows;
+    return DiscCommands;
 }
 
 } // namespace zm::bench::commands

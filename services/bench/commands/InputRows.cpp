@@ -132,7 +132,7 @@ bool click(Call& call) {
     return true;
 }
 
-constexpr std::array Rows = {
+constexpr std::array InputCommands = {
     Row{"key", key},    Row{"touch", touch}, Row{"tap", tap},      Row{"drag", drag},
     Row{"press", step}, Row{"move", step},   Row{"release", step}, Row{"click", click},
 };
@@ -140,7 +140,7 @@ constexpr std::array Rows = {
 } // namespace
 
 std::span<const Row> inputRows() {
-    return Rows;
+    return InputCommands;
 }
 
 } // namespace zm::bench::commands

@@ -111,7 +111,7 @@ bool requests(Call& call) {
     return true;
 }
 
-constexpr std::array Rows = {
+constexpr std::array LauncherCommands = {
     Row{"app", app},     Row{"appdata", appData},   Row{"language", language},
     Row{"theme", theme}, Row{"requests", requests},
 };
@@ -119,7 +119,7 @@ constexpr std::array Rows = {
 } // namespace
 
 std::span<const Row> launcherRows() {
-    return Rows;
+    return LauncherCommands;
 }
 
 } // namespace zm::bench::commands

@@ -15,7 +15,6 @@ namespace zm::bench::commands {
 namespace {
 
 constexpr int ReadOnly = 0;
-constexpr int WriteOnlyCreate = 257;
 
 std::string joined(const std::vector<std::string>& lines) {
     std::string text;
@@ -82,7 +81,7 @@ bool put(Call& call) {
             return true;
         }
     }
-    auto file = PpsFile::open(call.unit.ppsSocket(), "/pps/" + object, WriteOnlyCreate, 0666);
+    auto file = PpsFile::open(call.unit.ppsSocket(), "/pps/" + object, PpsWriteOnlyCreate, 0666);
     endWith(call.run, file ? file->write(joined(lines)) : Status(Error{file.error()}));
     return true;
 }
@@ -203,14 +202,14 @@ bool pps(Call& call) {
     return false;
 }
 
-constexpr std::array Rows = {
+constexpr std::array PpsCommands = {
     Row{"pps", pps},
 };
 
 } // namespace
 
 std::span<const Row> ppsRows() {
-    return Rows;
+    return PpsCommands;
 }
 
 } // namespace zm::bench::commands

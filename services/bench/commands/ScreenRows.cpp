@@ -168,7 +168,7 @@ bool shot(Call& call) {
     return true;
 }
 
-constexpr std::array Rows = {
+constexpr std::array ScreenCommands = {
     Row{"screen", screen},
     Row{"drawn", drawn},
     Row{"shot", shot},
@@ -177,7 +177,7 @@ constexpr std::array Rows = {
 } // namespace
 
 std::span<const Row> screenRows() {
-    return Rows;
+    return ScreenCommands;
 }
 
 } // namespace zm::bench::commands

@@ -118,7 +118,7 @@ bool kill(Call& call) {
     return true;
 }
 
-constexpr std::array Rows = {
+constexpr std::array SystemCommands = {
     Row{"log", log},      Row{"clock", clock}, Row{"settle", settleCommand},
     Row{"ps", processes}, Row{"kill", kill},
 };
@@ -126,7 +126,7 @@ constexpr std::array Rows = {
 } // namespace
 
 std::span<const Row> systemRows() {
-    return Rows;
+    return SystemCommands;
 }
 
 } // namespace zm::bench::commands

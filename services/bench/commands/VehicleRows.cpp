@@ -73,7 +73,7 @@ bool volume(Call& call) {
     return true;
 }
 
-constexpr std::array Rows = {
+constexpr std::array VehicleCommands = {
     Row{"device", device},
     Row{"volume", volume},
     Row{"time", time},
@@ -82,7 +82,7 @@ constexpr std::array Rows = {
 } // namespace
 
 std::span<const Row> vehicleRows() {
-    return Rows;
+    return VehicleCommands;
 }
 
 } // namespace zm::bench::commands

@@ -8,12 +8,6 @@
 
 namespace zm::bench::unit {
 
-namespace {
-
-constexpr int WriteOnlyCreate = 257;
-
-} // namespace
-
 DiscDrive::DiscDrive(EventLoop& loop, std::string ppsSocket) : m_loop(loop), m_socket(std::move(ppsSocket)) {}
 
 Status DiscDrive::start() {
@@ -32,7 +26,7 @@ Status DiscDrive::start() {
         return opened.failure();
     }
     m_watch = std::move(*opened);
-    auto object = PpsFile::open(m_socket, std::string("/pps/") + Object, WriteOnlyCreate, 0666);
+    auto object = PpsFile::open(m_socket, std::string("/pps/") + Object, PpsWriteOnlyCreate, 0666);
     if (!object) {
         return object.failure();
     }

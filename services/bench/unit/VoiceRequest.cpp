@@ -10,7 +10,6 @@ namespace zm::bench::unit {
 namespace {
 
 constexpr const char* Control = "/pps/zelmar/disc/control";
-constexpr int WriteOnlyCreate = 257;
 
 } // namespace
 
@@ -22,7 +21,7 @@ bool isVoiceRequest(const std::string& applicationData) {
 }
 
 Status requestMusic(const std::string& ppsSocket) {
-    auto control = PpsFile::open(ppsSocket, Control, WriteOnlyCreate, 0666);
+    auto control = PpsFile::open(ppsSocket, Control, PpsWriteOnlyCreate, 0666);
     if (!control) {
         return control.failure();
     }

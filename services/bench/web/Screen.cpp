@@ -12,8 +12,8 @@ namespace zm::bench::web {
 
 namespace {
 
-constexpr size_t MaxPages = 16;
-constexpr uint32_t MaxInFlight = 2;
+constexpr size_t MaxScreenPages = 16;
+constexpr uint32_t MaxFramesInFlight = 2;
 // A large change while the decoder's picture is on the screen is taken for a moving picture.
 constexpr int MovingPicturePixels = 200 * 200;
 enum class PictureFormat : uint8_t { Jpeg = 1, Png = 2 };
@@ -72,7 +72,7 @@ Screen::~Screen() = default;
 
 void Screen::add(SoupWebsocketConnection* connection) {
     auto owned = std::make_unique<Page>(connection);
-    if (m_pages.size() >= MaxPages) {
+    if (m_pages.size() >= MaxScreenPages) {
         owned->client.close("too many pages");
         return;
     }
@@ -119,7 +119,7 @@ void Screen::damaged(Rect area) {
 }
 
 void Screen::serve(Page& page) {
-    if (page.damage.empty() || page.sent - page.acknowledged >= MaxInFlight) {
+    if (page.damage.empty() || page.sent - page.acknowledged >= MaxFramesInFlight) {
         return;
     }
     const Image& frame = m_compositor.compose();

@@ -9,10 +9,10 @@ namespace zm::bench::web {
 
 namespace {
 
-constexpr size_t MaxPages = 16;
+constexpr size_t MaxStatePages = 16;
 constexpr size_t MaxPending = 2000;
 // Batches on their way to a page before it counts as lagging.
-constexpr uint64_t MaxInFlight = 8;
+constexpr uint64_t MaxStatesInFlight = 8;
 constexpr std::chrono::milliseconds FlushInterval(50);
 
 } // namespace
@@ -31,7 +31,7 @@ State::~State() = default;
 
 void State::add(SoupWebsocketConnection* connection) {
     auto owned = std::make_unique<Page>(connection);
-    if (m_pages.size() >= MaxPages) {
+    if (m_pages.size() >= MaxStatePages) {
         owned->client.close("too many pages");
         return;
     }
@@ -103,7 +103,7 @@ void State::flush() {
     }
     const bool flood = m_pending.size() > MaxPending;
     for (auto& page : m_pages) {
-        page->lagging = page->lagging || (flood || page->sent - page->acknowledged >= MaxInFlight);
+        page->lagging = page->lagging || (flood || page->sent - page->acknowledged >= MaxStatesInFlight);
         if (page->lagging) {
             if (page->sent == page->acknowledged) {
                 sendAll(*page);

@@ -32,7 +32,6 @@ constexpr int MaxButtons = 36;
 constexpr size_t ButtonBytes = 18;
 constexpr int MaxGroups = 3;
 constexpr int WideGroup = 1;
-constexpr int TicksPerSecond = 90000;
 constexpr int MaxElapsed = 24 * 3600;
 
 uint32_t number32(Bytes bytes, size_t at) {
@@ -48,8 +47,7 @@ int64_t elapsed(Bytes bytes) {
         (decimal(bytes[ElapsedAt]) * 60 + decimal(bytes[ElapsedAt + 1])) * 60 + decimal(bytes[ElapsedAt + 2]);
     const int frames = decimal(bytes[ElapsedAt + 3] & 0x3f);
     const bool twentyFive = (bytes[ElapsedAt + 3] >> 6) == 1;
-    return std::min(seconds, MaxElapsed) * int64_t{TicksPerSecond} +
-           frames * TicksPerSecond / (twentyFive ? 25 : 30);
+    return std::min(seconds, MaxElapsed) * TicksPerSecond + frames * TicksPerSecond / (twentyFive ? 25 : 30);
 }
 
 // Buttons may be there once for each shape of the picture; which group is for the one that is shown.

@@ -8,6 +8,9 @@
 
 namespace zm::disc::dvd {
 
+/** What a DVD counts time in. */
+inline constexpr int64_t TicksPerSecond = 90000;
+
 /** A place on a menu that can be pressed, in pixels of a picture 720 wide. */
 struct MenuButton {
     int left = 0;

@@ -36,10 +36,6 @@ const RepeatRow& repeatRow(int mode) {
 
 constexpr int RepeatAllMode = 2;
 
-int seconds(engine::Milliseconds time) {
-    return static_cast<int>(std::chrono::duration_cast<std::chrono::seconds>(time).count());
-}
-
 std::string languageText(uint32_t code) {
     const auto letter = [](uint32_t value) { return std::string(1, static_cast<char>(value & 0x7f)); };
     const std::string text = code ? letter(code >> 8) + letter(code) : "";
@@ -152,8 +148,8 @@ void Player::publishTrack() {
 }
 
 void Player::publishTime() {
-    const int length = seconds(m_scene.length);
-    const int elapsed = seconds(m_scene.position);
+    const int length = engine::wholeSeconds(m_scene.length);
+    const int elapsed = engine::wholeSeconds(m_scene.position);
     m_state.time({length > 0 ? std::min(elapsed, length) : elapsed, length, length});
 }
 
@@ -496,8 +492,8 @@ void Player::playTitle(int title) {
 }
 
 void Player::seek(std::chrono::seconds position) {
-    if (!running() || !inTitle() || position.count() < 0 || position.count() >= seconds(m_scene.length) ||
-        !allowed(zm::dvd::NoTimeSearch)) {
+    if (!running() || !inTitle() || position.count() < 0 ||
+        position.count() >= engine::wholeSeconds(m_scene.length) || !allowed(zm::dvd::NoTimeSearch)) {
         refuse();
         return;
     }

@@ -13,7 +13,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int64_t TicksPerSecond = 90000;
 constexpr int64_t TicksPerMillisecond = 90;
 // Units are pushed this long before they are shown.
 constexpr int64_t Ahead = TicksPerSecond;

@@ -14,6 +14,11 @@ namespace zm::disc::engine {
 
 using Milliseconds = std::chrono::milliseconds;
 
+/** Whole seconds of a time, as they are published. */
+constexpr int wholeSeconds(Milliseconds time) {
+    return static_cast<int>(std::chrono::duration_cast<std::chrono::seconds>(time).count());
+}
+
 /** One file to be played. */
 struct Playable {
     std::shared_ptr<medium::Medium> medium;

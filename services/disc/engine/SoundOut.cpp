@@ -63,7 +63,7 @@ void fix(GstElement* filter, const GstCaps* first) {
     g_object_set(filter, "caps", format.get(), nullptr);
 }
 
-GstPadProbeReturn onEvent(GstPad*, GstPadProbeInfo* info, gpointer filter) {
+GstPadProbeReturn onFilterEvent(GstPad*, GstPadProbeInfo* info, gpointer filter) {
     GstEvent* event = gst_pad_probe_info_get_event(info);
     if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS) {
         return GST_PAD_PROBE_OK;
@@ -143,7 +143,7 @@ GstElement* makeSoundSink() {
     gst_bin_add(GST_BIN(chain), device);
     gst_element_link(last.get(), device);
     GstPad* input = gst_element_get_static_pad(first.get(), "sink");
-    gst_pad_add_probe(input, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onEvent, format.get(), nullptr);
+    gst_pad_add_probe(input, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onFilterEvent, format.get(), nullptr);
     gst_element_add_pad(chain, gst_ghost_pad_new("sink", input));
     gst_object_unref(input);
     GstPad* output = gst_element_get_static_pad(format.get(), "src");

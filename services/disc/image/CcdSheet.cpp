@@ -19,7 +19,7 @@ constexpr size_t MaxEntries = 300;
 constexpr size_t MaxSessions = 99;
 
 constexpr const char* audio = "AUDIO";
-constexpr const char* formats[] = {audio, "MODE1/2352", "MODE2/2352"};
+constexpr const char* modeFormats[] = {audio, "MODE1/2352", "MODE2/2352"};
 
 // Decimal, or hexadecimal with 0x in front; may be negative.
 std::optional<int64_t> numberOf(std::string_view text) {
@@ -67,9 +67,9 @@ struct Track {
     std::string isrc;
 };
 
-class Parser {
+class CcdParser {
 public:
-    explicit Parser(const std::string& image) { m_sheet.files.push_back({image, image}); }
+    explicit CcdParser(const std::string& image) { m_sheet.files.push_back({image, image}); }
 
     Result<DiscSheet> parse(std::string_view text) {
         auto status = forEachLine(text, [this](int number, std::string_view line) {
@@ -219,17 +219,17 @@ private:
     Status add(const Entry& entry, int64_t begin, int64_t end) {
         const auto& known = m_tracks[static_cast<int>(entry.point)];
         const int64_t mode = known.mode.value_or(entry.control & DataControl ? 1 : 0);
-        if (mode < 0 || mode >= std::ssize(formats)) {
+        if (mode < 0 || mode >= std::ssize(modeFormats)) {
             return trackError(entry, "unknown mode " + std::to_string(mode));
         }
         const int number = static_cast<int>(entry.point);
         if (!m_sheet.tracks.empty() && m_sheet.tracks.back().number == number) {
             return trackError(entry, "stands there twice");
         }
-        const auto& format = *trackFormat(formats[mode]);
+        const auto& format = *trackFormat(modeFormats[mode]);
         const auto bytes = [](int64_t sectors) { return static_cast<uint64_t>(sectors) * SectorSize; };
         // What lies before the first track; what lies before a later one ends the one before it.
-        if (m_sheet.tracks.empty() && formats[mode] == audio &&
+        if (m_sheet.tracks.empty() && modeFormats[mode] == audio &&
             begin >= static_cast<int64_t>(LeastHiddenSectors)) {
             m_sheet.hidden = SheetPiece{0, 0, bytes(begin)};
         }
@@ -259,7 +259,7 @@ Result<DiscSheet> parseCcdSheet(std::string_view text, const std::string& image)
     if (text.size() > MaxSheetBytes) {
         return Error{"longer than " + std::to_string(MaxSheetBytes) + " bytes"};
     }
-    return Parser(image).parse(text);
+    return CcdParser(image).parse(text);
 }
 
 } // namespace zm::disc::image

@@ -13,9 +13,9 @@ using Content = TrackFormat::Content;
 constexpr int MaxIndex = 99;
 
 // What says nothing that playing needs.
-constexpr std::string_view passedOver[] = {"REM",       "FLAGS",   "SONGWRITER", "COMPOSER",
-                                           "GENRE",     "MESSAGE", "DISC_ID",    "ARRANGER",
-                                           "SIZE_INFO", "UPC_EAN", "TOC_INFO",   "TOC_INFO2"};
+constexpr std::string_view passedOverCommands[] = {"REM",       "FLAGS",   "SONGWRITER", "COMPOSER",
+                                                   "GENRE",     "MESSAGE", "DISC_ID",    "ARRANGER",
+                                                   "SIZE_INFO", "UPC_EAN", "TOC_INFO",   "TOC_INFO2"};
 
 struct FileTypeRow {
     std::string_view name;
@@ -27,7 +27,7 @@ constexpr FileTypeRow fileTypes[] = {
     {"MP3", SheetFileType::SoundFile},  {"FLAC", SheetFileType::SoundFile},
 };
 
-class Parser {
+class CueParser {
 public:
     Result<DiscSheet> parse(std::string_view text) {
         auto status = forEachLine(text, [this](int number, std::string_view line) {
@@ -51,16 +51,16 @@ public:
 private:
     struct Word {
         std::string_view name;
-        Status (Parser::*take)(std::string_view rest);
+        Status (CueParser::*take)(std::string_view rest);
     };
 
     Status take(std::string_view text) {
         static constexpr Word words[] = {
-            {"FILE", &Parser::file},       {"TRACK", &Parser::track},
-            {"INDEX", &Parser::index},     {"TITLE", &Parser::title},
-            {"ISRC", &Parser::isrc},       {"PERFORMER", &Parser::performer},
-            {"PREGAP", &Parser::pregap},   {"POSTGAP", &Parser::postgap},
-            {"CATALOG", &Parser::catalog}, {"CDTEXTFILE", &Parser::cdTextFile},
+            {"FILE", &CueParser::file},       {"TRACK", &CueParser::track},
+            {"INDEX", &CueParser::index},     {"TITLE", &CueParser::title},
+            {"ISRC", &CueParser::isrc},       {"PERFORMER", &CueParser::performer},
+            {"PREGAP", &CueParser::pregap},   {"POSTGAP", &CueParser::postgap},
+            {"CATALOG", &CueParser::catalog}, {"CDTEXTFILE", &CueParser::cdTextFile},
         };
         const auto [first, rest] = splitWord(text);
         const std::string name = upperCase(first);
@@ -70,8 +70,8 @@ private:
         if (word != std::end(words)) {
             return (this->*word->take)(rest);
         }
-        const bool known =
-            std::find(std::begin(passedOver), std::end(passedOver), name) != std::end(passedOver);
+        const bool known = std::find(std::begin(passedOverCommands), std::end(passedOverCommands), name) !=
+                           std::end(passedOverCommands);
         return known || text.empty() ? ok() : fail(text, "no line of a cue sheet");
     }
 
@@ -278,7 +278,7 @@ Result<DiscSheet> parseCueSheet(std::string_view text) {
     if (text.size() > MaxSheetBytes) {
         return Error{"longer than " + std::to_string(MaxSheetBytes) + " bytes"};
     }
-    return Parser().parse(text);
+    return CueParser().parse(text);
 }
 
 } // namespace zm::disc::image

@@ -10,8 +10,8 @@ namespace zm::disc::image {
 
 namespace {
 
-constexpr size_t ChunkHeader = 8;
-constexpr size_t MaxChunks = 1000;
+constexpr size_t NrgChunkHeader = 8;
+constexpr size_t MaxNrgChunks = 1000;
 
 constexpr size_t TracksPlace = 22; // in a chunk of tracks of one piece
 constexpr size_t CatalogPlace = 4;
@@ -21,12 +21,12 @@ constexpr size_t SectorSizePlace = 12;
 constexpr size_t ModePlace = 14;
 constexpr size_t OffsetsPlace = 18;
 
-struct ModeRow {
+struct NrgMode {
     unsigned char mode;
     const char* format;
 };
-constexpr ModeRow modes[] = {{0x00, "MODE1/2048"}, {0x02, "MODE2/2048"}, {0x03, "MODE2/2336"},
-                             {0x05, "MODE1/2352"}, {0x06, "MODE2/2352"}, {0x07, "AUDIO"}};
+constexpr NrgMode nrgModes[] = {{0x00, "MODE1/2048"}, {0x02, "MODE2/2048"}, {0x03, "MODE2/2336"},
+                                {0x05, "MODE1/2352"}, {0x06, "MODE2/2352"}, {0x07, "AUDIO"}};
 // Sectors with their sub-channels behind them.
 constexpr unsigned char FirstLongMode = 0x0F;
 constexpr unsigned char LastLongMode = 0x11;
@@ -39,30 +39,30 @@ struct Layout {
 };
 constexpr Layout layouts[] = {{"DAOX", "ETN2", 8}, {"DAOI", "ETNF", 4}};
 
-class Parser {
+class NrgParser {
 public:
-    Parser(const std::string& image, uint64_t size) : m_size(size) {
+    NrgParser(const std::string& image, uint64_t size) : m_size(size) {
         m_sheet.files.push_back({image, image});
     }
 
     Result<DiscSheet> parse(std::string_view trailer) {
         std::string_view texts;
-        for (size_t chunks = 0; trailer.size() >= ChunkHeader; ++chunks) {
+        for (size_t chunks = 0; trailer.size() >= NrgChunkHeader; ++chunks) {
             const auto name = trailer.substr(0, 4);
             const uint64_t size = bigEndian(trailer, 4, 4);
             if (name == "END!" || name == "NER5" || name == "NERO") {
                 break;
             }
-            if (size > trailer.size() - ChunkHeader || chunks == MaxChunks) {
+            if (size > trailer.size() - NrgChunkHeader || chunks == MaxNrgChunks) {
                 return fail(name, "longer than the image");
             }
-            const auto data = trailer.substr(ChunkHeader, static_cast<size_t>(size));
+            const auto data = trailer.substr(NrgChunkHeader, static_cast<size_t>(size));
             if (name == "CDTX") {
                 texts = data;
             } else if (auto status = take(name, data); !status) {
                 return status.failure();
             }
-            trailer.remove_prefix(ChunkHeader + static_cast<size_t>(size));
+            trailer.remove_prefix(NrgChunkHeader + static_cast<size_t>(size));
         }
         if (m_sheet.tracks.empty()) {
             return Error{"names no track"};
@@ -145,15 +145,15 @@ private:
     Status add(std::string_view name, unsigned char mode, uint64_t pause, uint64_t begin, uint64_t end) {
         const int number = static_cast<int>(m_sheet.tracks.size()) + 1;
         const std::string track = "track " + std::to_string(number) + ": ";
-        const auto* row = std::find_if(std::begin(modes), std::end(modes),
-                                       [=](const ModeRow& each) { return each.mode == mode; });
+        const auto* row = std::find_if(std::begin(nrgModes), std::end(nrgModes),
+                                       [=](const NrgMode& each) { return each.mode == mode; });
         if (number > MaxTrackNumber) {
             return fail(name, "more than 99 tracks");
         }
         if (mode >= FirstLongMode && mode <= LastLongMode) {
             return fail(name, track + "sectors with sub-channels are not read");
         }
-        if (row == std::end(modes)) {
+        if (row == std::end(nrgModes)) {
             return fail(name, track + "unknown mode " + std::to_string(mode));
         }
         if (begin > end || pause > begin || begin > m_size || begin == end) {
@@ -195,7 +195,7 @@ Result<DiscSheet> parseNrgTrailer(std::string_view trailer, const std::string& i
     if (trailer.size() > MaxSheetBytes) {
         return Error{"description longer than " + std::to_string(MaxSheetBytes) + " bytes"};
     }
-    return Parser(image, size).parse(trailer);
+    return NrgParser(image, size).parse(trailer);
 }
 
 } // namespace zm::disc::image

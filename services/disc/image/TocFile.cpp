@@ -14,27 +14,27 @@ constexpr size_t MaxPieces = 500; // of all tracks
 constexpr uint64_t SampleBytes = 4;
 constexpr uint64_t MaxBytes = uint64_t{100} * 60 * SectorsPerSecond * SoundSectorBytes;
 
-struct ModeRow {
+struct TocMode {
     std::string_view mode;
     const char* format;
 };
-constexpr ModeRow modes[] = {{"AUDIO", "AUDIO"},
-                             {"MODE1", "MODE1/2048"},
-                             {"MODE1_RAW", "MODE1/2352"},
-                             {"MODE2", "MODE2/2336"},
-                             {"MODE2_RAW", "MODE2/2352"},
-                             {"MODE2_FORM1", "MODE2/2048"},
-                             {"MODE2_FORM2", "MODE2/2324"},
-                             {"MODE2_FORM_MIX", "MODE2/2336"}};
+constexpr TocMode tocModes[] = {{"AUDIO", "AUDIO"},
+                                {"MODE1", "MODE1/2048"},
+                                {"MODE1_RAW", "MODE1/2352"},
+                                {"MODE2", "MODE2/2336"},
+                                {"MODE2_RAW", "MODE2/2352"},
+                                {"MODE2_FORM1", "MODE2/2048"},
+                                {"MODE2_FORM2", "MODE2/2324"},
+                                {"MODE2_FORM_MIX", "MODE2/2336"}};
 
 // What a disc may be, and what is said of tracks that playing does not need.
-constexpr std::string_view passedOver[] = {"CD_DA", "CD_ROM",      "CD_ROM_XA",         "CD_I",
-                                           "NO",    "COPY",        "TWO_CHANNEL_AUDIO", "FOUR_CHANNEL_AUDIO",
-                                           "END",   "PRE_EMPHASIS"};
+constexpr std::string_view passedOverWords[] = {
+    "CD_DA", "CD_ROM",      "CD_ROM_XA", "CD_I", "NO", "COPY", "TWO_CHANNEL_AUDIO", "FOUR_CHANNEL_AUDIO",
+    "END",   "PRE_EMPHASIS"};
 
-class Parser {
+class TocParser {
 public:
-    explicit Parser(std::vector<TocToken> tokens) : m_tokens(std::move(tokens)) {}
+    explicit TocParser(std::vector<TocToken> tokens) : m_tokens(std::move(tokens)) {}
 
     Result<DiscSheet> parse() {
         while (m_place < m_tokens.size()) {
@@ -56,24 +56,24 @@ public:
 private:
     struct Word {
         std::string_view name;
-        Status (Parser::*take)(const TocToken& token);
+        Status (TocParser::*take)(const TocToken& token);
         bool ofTrack = true;
     };
 
     Status take(const TocToken& token) {
         static constexpr Word words[] = {
-            {"CATALOG", &Parser::catalog, false},
-            {"CD_TEXT", &Parser::texts, false},
-            {"TRACK", &Parser::track, false},
-            {"ISRC", &Parser::isrc},
-            {"FILE", &Parser::sound},
-            {"AUDIOFILE", &Parser::sound},
-            {"DATAFILE", &Parser::data},
-            {"SILENCE", &Parser::silence},
-            {"ZERO", &Parser::silence},
-            {"PREGAP", &Parser::pregap},
-            {"START", &Parser::start},
-            {"INDEX", &Parser::index},
+            {"CATALOG", &TocParser::catalog, false},
+            {"CD_TEXT", &TocParser::texts, false},
+            {"TRACK", &TocParser::track, false},
+            {"ISRC", &TocParser::isrc},
+            {"FILE", &TocParser::sound},
+            {"AUDIOFILE", &TocParser::sound},
+            {"DATAFILE", &TocParser::data},
+            {"SILENCE", &TocParser::silence},
+            {"ZERO", &TocParser::silence},
+            {"PREGAP", &TocParser::pregap},
+            {"START", &TocParser::start},
+            {"INDEX", &TocParser::index},
         };
         const auto word = std::find_if(std::begin(words), std::end(words),
                                        [&](const Word& each) { return token.is(each.name); });
@@ -81,9 +81,9 @@ private:
             const bool early = word->ofTrack && m_sheet.tracks.empty();
             return early ? Status(fail(token, "no TRACK before it")) : (this->*word->take)(token);
         }
-        const bool known =
-            token.kind == TocToken::Kind::Word &&
-            std::find(std::begin(passedOver), std::end(passedOver), token.text) != std::end(passedOver);
+        const bool known = token.kind == TocToken::Kind::Word &&
+                           std::find(std::begin(passedOverWords), std::end(passedOverWords), token.text) !=
+                               std::end(passedOverWords);
         return known ? ok() : fail(token, "does not belong there");
     }
 
@@ -149,10 +149,10 @@ private:
             return status;
         }
         const auto* mode = next(TocToken::Kind::Word);
-        const auto* row = std::find_if(std::begin(modes), std::end(modes), [mode](const ModeRow& each) {
+        const auto* row = std::find_if(std::begin(tocModes), std::end(tocModes), [mode](const TocMode& each) {
             return mode && mode->text == each.mode;
         });
-        if (row == std::end(modes)) {
+        if (row == std::end(tocModes)) {
             return fail(mode ? *mode : token, "unknown kind of track");
         }
         if (nextIs("RW") || nextIs("RW_RAW")) {
@@ -280,8 +280,8 @@ private:
         // ZERO may name the mode of its sectors again.
         while (m_place < m_tokens.size() && m_tokens[m_place].kind == TocToken::Kind::Word &&
                (m_tokens[m_place].is("RW") || m_tokens[m_place].is("RW_RAW") ||
-                std::any_of(std::begin(modes), std::end(modes),
-                            [&](const ModeRow& each) { return m_tokens[m_place].is(each.mode); }))) {
+                std::any_of(std::begin(tocModes), std::end(tocModes),
+                            [&](const TocMode& each) { return m_tokens[m_place].is(each.mode); }))) {
             ++m_place;
         }
         const auto bytes = nextLength();
@@ -382,7 +382,7 @@ Result<DiscSheet> parseTocFile(std::string_view text) {
     if (!tokens) {
         return tokens.failure();
     }
-    return Parser(std::move(*tokens)).parse();
+    return TocParser(std::move(*tokens)).parse();
 }
 
 } // namespace zm::disc::image

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view FilmFolder = "VIDEO_TS";
 constexpr std::array<std::string_view, 2> tables{"VIDEO_TS.IFO", "VIDEO_TS.BUP"};
-constexpr std::string_view Mark = "DVDVIDEO-VMG";
+constexpr std::string_view DvdMark = "DVDVIDEO-VMG";
 constexpr size_t RegionsAt = 0x23;
 // Of the table, which tells discs apart: what it says of the disc and of its titles.
 constexpr size_t TableBytes = 8192;
@@ -48,7 +48,7 @@ std::optional<model::DvdMark> readTable(Medium& medium, const std::string& file,
         return std::nullopt;
     }
     const auto count = (*reader)->readAt(0, bytes);
-    if (!count || *count <= RegionsAt || std::string_view(bytes.data(), Mark.size()) != Mark) {
+    if (!count || *count <= RegionsAt || std::string_view(bytes.data(), DvdMark.size()) != DvdMark) {
         return std::nullopt;
     }
     return model::DvdMark{static_cast<uint8_t>(bytes[RegionsAt]), identityOf({bytes.data(), *count}, beside)};

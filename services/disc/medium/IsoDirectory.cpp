@@ -23,7 +23,6 @@ constexpr std::array<std::string_view, 3> jolietEscapes{"%/@", "%/C", "%/E"};
 constexpr size_t LabelPlace = 40;
 constexpr size_t LabelSize = 32;
 constexpr size_t EscapePlace = 88;
-constexpr size_t RootPlace = 156;
 
 constexpr size_t RecordHeader = 33;
 constexpr unsigned char FolderFlag = 0x02;
@@ -32,20 +31,16 @@ constexpr unsigned char GoesOnFlag = 0x80;
 // No real folder has more bytes of records.
 constexpr uint64_t MaxFolderBytes = uint64_t{64} << 20;
 
-unsigned char byteAt(std::string_view bytes, size_t place) {
-    return static_cast<unsigned char>(bytes[place]);
-}
-
 IsoExtent extentOf(std::string_view record) {
     return {isoBlock(isoNumber32(record, 2)), isoNumber32(record, 10)};
 }
 
 std::string_view bareName(std::string_view record) {
-    return record.substr(RecordHeader, std::min<size_t>(byteAt(record, 32), record.size() - RecordHeader));
+    return record.substr(RecordHeader, std::min<size_t>(isoByte(record, 32), record.size() - RecordHeader));
 }
 
 std::string_view systemUse(std::string_view record) {
-    const size_t name = byteAt(record, 32);
+    const size_t name = isoByte(record, 32);
     const size_t begin = RecordHeader + name + (name % 2 == 0);
     return begin < record.size() ? record.substr(begin) : std::string_view{};
 }
@@ -81,7 +76,7 @@ std::string trimmed(std::string text) {
 
 // A record as it lies in the image; less than a header at the end of a block.
 std::string_view recordAt(std::string_view bytes, size_t place) {
-    const size_t size = place < bytes.size() ? byteAt(bytes, place) : 0;
+    const size_t size = place < bytes.size() ? isoByte(bytes, place) : 0;
     return size > RecordHeader && size <= bytes.size() - place ? bytes.substr(place, size)
                                                                : std::string_view{};
 }
@@ -116,16 +111,16 @@ Result<std::string> firstRecord(ByteReader& image, uint64_t offset) {
 bool isEnhanced(std::string_view block) {
     constexpr size_t VersionPlace = 6;
     constexpr unsigned char EnhancedVersion = 2;
-    return byteAt(block, 0) == SupplementaryDescriptor && byteAt(block, VersionPlace) == EnhancedVersion;
+    return isoByte(block, 0) == SupplementaryDescriptor && isoByte(block, VersionPlace) == EnhancedVersion;
 }
 
 void takeDescriptor(const std::string& block, IsoVolume& volume) {
-    const std::string_view root = recordAt(block, RootPlace);
+    const std::string_view root = recordAt(block, IsoRootPlace);
     const std::string_view label = std::string_view(block).substr(LabelPlace, LabelSize);
     if (root.empty()) {
         return;
     }
-    if (byteAt(block, 0) == PrimaryDescriptor) {
+    if (isoByte(block, 0) == PrimaryDescriptor) {
         volume.label = trimmed(std::string(label));
         volume.root = extentOf(root);
     } else if (isEnhanced(block)) {
@@ -139,7 +134,7 @@ void takeDescriptor(const std::string& block, IsoVolume& volume) {
 }
 
 bool isJoliet(std::string_view block) {
-    return byteAt(block, 0) == SupplementaryDescriptor &&
+    return isoByte(block, 0) == SupplementaryDescriptor &&
            std::find(jolietEscapes.begin(), jolietEscapes.end(), block.substr(EscapePlace, 3)) !=
                jolietEscapes.end();
 }
@@ -156,10 +151,10 @@ Result<IsoVolume> readIsoVolume(ByteReader& image, uint64_t session) {
     for (uint64_t number = FirstDescriptor; number < LastDescriptor; ++number) {
         auto block = readBytes(image, {(session + number) * IsoBlockSize, IsoBlockSize});
         if (!block || block->size() < IsoBlockSize || block->compare(1, signature.size(), signature) != 0 ||
-            byteAt(*block, 0) == EndOfDescriptors) {
+            isoByte(*block, 0) == EndOfDescriptors) {
             break;
         }
-        if (byteAt(*block, 0) == PrimaryDescriptor) {
+        if (isoByte(*block, 0) == PrimaryDescriptor) {
             takeDescriptor(*block, volume);
             // Rock Ridge has whole names of any character set, Joliet up to 103 characters.
             if (const auto skip = findRockRidge(image, volume)) {
@@ -181,7 +176,7 @@ namespace {
 // Turns one record of a folder into what is known of it; nothing for those that are not shown.
 std::optional<IsoRecord> decode(ByteReader& image, const IsoVolume& volume, std::string_view record) {
     const std::string_view bare = bareName(record);
-    const bool folder = (byteAt(record, 25) & FolderFlag) != 0;
+    const bool folder = (isoByte(record, 25) & FolderFlag) != 0;
     if (bare.empty() || bare == std::string_view("\0", 1) || bare == "\1") {
         return std::nullopt;
     }
@@ -242,7 +237,7 @@ Result<std::vector<IsoRecord>> readIsoDirectory(ByteReader& image, const IsoVolu
         } else {
             records.push_back(std::move(*found));
         }
-        goesOn = (byteAt(record, 25) & GoesOnFlag) != 0;
+        goesOn = (isoByte(record, 25) & GoesOnFlag) != 0;
     }
     return records;
 }

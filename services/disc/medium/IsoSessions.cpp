@@ -14,7 +14,6 @@ namespace {
 constexpr uint64_t Descriptor = 16; // block of a session
 constexpr std::string_view PrimaryMark("\1CD001", 6);
 constexpr size_t VolumeBlocksPlace = 80;
-constexpr size_t RootPlace = 156;
 
 // No root lies further behind its descriptor.
 constexpr uint64_t MaxRootDistance = 20000;
@@ -30,7 +29,7 @@ struct Primary {
 };
 
 std::optional<Primary> primaryAt(ByteReader& image, uint64_t block) {
-    std::array<char, RootPlace + 6> bytes{};
+    std::array<char, IsoRootPlace + 6> bytes{};
     auto mark = std::span(bytes).first(PrimaryMark.size());
     // Nearly all blocks are none, so that a few bytes settle it.
     const auto few = image.readAt(block * IsoBlockSize, mark);
@@ -42,7 +41,7 @@ std::optional<Primary> primaryAt(ByteReader& image, uint64_t block) {
         return std::nullopt;
     }
     const std::string_view text(bytes.data(), bytes.size());
-    return Primary{isoNumber32(text, RootPlace + 2), isoNumber32(text, VolumeBlocksPlace)};
+    return Primary{isoNumber32(text, IsoRootPlace + 2), isoNumber32(text, VolumeBlocksPlace)};
 }
 
 // Whether the folder that says of itself that it is block `number` of the disc lies there.

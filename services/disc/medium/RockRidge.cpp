@@ -26,16 +26,12 @@ constexpr unsigned PartRoot = 0x08;
 constexpr size_t CompressedSize = 16;
 constexpr std::string_view CompressedPlainly = "pz";
 
-unsigned byteAt(std::string_view bytes, size_t place) {
-    return static_cast<unsigned char>(bytes[place]);
-}
-
 // The path that a link's parts make; `goesOn`: the last part does so in the next entry.
 void readLink(std::string_view parts, std::string& link, bool& goesOn) {
     constexpr size_t PartHeader = 2;
     while (parts.size() >= PartHeader && link.size() < MaxName) {
-        const unsigned flags = byteAt(parts, 0);
-        const size_t size = std::min<size_t>(byteAt(parts, 1), parts.size() - PartHeader);
+        const unsigned flags = isoByte(parts, 0);
+        const size_t size = std::min<size_t>(isoByte(parts, 1), parts.size() - PartHeader);
         if (!goesOn && !link.empty() && link.back() != '/') {
             link += '/';
         }
@@ -79,7 +75,7 @@ std::optional<Continuation> readArea(std::string_view area, RockRidge& found) {
             const bool plainly = entry.substr(4, 2) == CompressedPlainly;
             // Without sizes it is one that nobody here can read, and says so when it is opened.
             found.compressed =
-                plainly ? ZisofsHeader{isoNumber32(entry, 8), byteAt(entry, 6) * 4, byteAt(entry, 7)}
+                plainly ? ZisofsHeader{isoNumber32(entry, 8), isoByte(entry, 6) * 4, isoByte(entry, 7)}
                         : ZisofsHeader{};
         } else if (kind == "RE") {
             found.hidden = true;

@@ -13,18 +13,18 @@ namespace zm::disc::medium {
 
 namespace {
 
-constexpr uint64_t BlockSize = UDF_BLOCK_SIZE;
+constexpr uint64_t UdfBlockSize = UDF_BLOCK_SIZE;
 
-// The library stops looking for its marks at the first block without one, such as that of an ISO 9660 part which was
+// The library stops looking for its volumeMarks at the first block without one, such as that of an ISO 9660 part which was
 // taken away. What they say has been found out before, so that it is shown them in their first place.
 constexpr uint32_t FirstMark = 16;
-constexpr std::array<std::string_view, 3> marks{"BEA01", "NSR02", "TEA01"};
+constexpr std::array<std::string_view, 3> volumeMarks{"BEA01", "NSR02", "TEA01"};
 
 void showMarks(uint32_t first, std::span<char> blocks) {
-    for (uint32_t i = 0; i < marks.size(); ++i) {
-        const uint64_t place = (uint64_t{FirstMark} + i - first) * BlockSize;
+    for (uint32_t i = 0; i < volumeMarks.size(); ++i) {
+        const uint64_t place = (uint64_t{FirstMark} + i - first) * UdfBlockSize;
         if (first <= FirstMark + i && place < blocks.size()) {
-            std::copy(marks[i].begin(), marks[i].end(),
+            std::copy(volumeMarks[i].begin(), volumeMarks[i].end(),
                       blocks.begin() + static_cast<std::ptrdiff_t>(place) + 1);
         }
     }
@@ -36,13 +36,13 @@ struct Blocks : udfread_block_input {
         close = nullptr;
         read = [](udfread_block_input* self, uint32_t block, void* buffer, uint32_t count, int) {
             auto& source = *static_cast<Blocks*>(self)->reader;
-            const std::span<char> blocks(static_cast<char*>(buffer), size_t{count} * BlockSize);
-            const auto done = source.readAt(block * BlockSize, blocks);
+            const std::span<char> blocks(static_cast<char*>(buffer), size_t{count} * UdfBlockSize);
+            const auto done = source.readAt(block * UdfBlockSize, blocks);
             showMarks(block, blocks);
-            return done ? static_cast<int>(*done / BlockSize) : -1;
+            return done ? static_cast<int>(*done / UdfBlockSize) : -1;
         };
         size = [](udfread_block_input* self) {
-            const uint64_t blocks = static_cast<Blocks*>(self)->reader->size() / BlockSize;
+            const uint64_t blocks = static_cast<Blocks*>(self)->reader->size() / UdfBlockSize;
             return static_cast<uint32_t>(std::min<uint64_t>(blocks, std::numeric_limits<uint32_t>::max()));
         };
     }
@@ -56,7 +56,7 @@ std::string whyUnread(const UdfVolume& volume) {
     if (volume.isSparable) {
         return volume.name() + " written in packets to a rewritable disc is not read";
     }
-    if (volume.blockSize != 0 && volume.blockSize != BlockSize) {
+    if (volume.blockSize != 0 && volume.blockSize != UdfBlockSize) {
         return volume.name() + " with blocks of " + std::to_string(volume.blockSize) + " bytes is not read";
     }
     if (volume.badRootBytes) {
@@ -119,7 +119,7 @@ public:
         : m_volume(std::move(volume)), m_file(std::move(file)), m_image(std::move(image)),
           m_size(m_file.size()) {
         // A small file may stand inside its own description.
-        if (m_size < BlockSize) {
+        if (m_size < UdfBlockSize) {
             m_inside.resize(static_cast<size_t>(m_size));
             const auto count = udfread_file_read(m_file.get(), m_inside.data(), m_inside.size());
             m_inside.resize(count > 0 ? static_cast<size_t>(count) : 0);
@@ -154,21 +154,21 @@ private:
 
     // As much as lies together in the image.
     Result<size_t> readRun(uint64_t offset, std::span<char> buffer) {
-        const uint64_t block = offset / BlockSize;
+        const uint64_t block = offset / UdfBlockSize;
         const uint64_t place = placeOf(block);
-        const auto skip = static_cast<size_t>(offset % BlockSize);
-        size_t bytes = std::min(buffer.size(), static_cast<size_t>(BlockSize) - skip);
+        const auto skip = static_cast<size_t>(offset % UdfBlockSize);
+        size_t bytes = std::min(buffer.size(), static_cast<size_t>(UdfBlockSize) - skip);
         for (uint64_t next = 1; bytes < buffer.size(); ++next) {
             if (placeOf(block + next) != (place == 0 ? 0 : place + next)) {
                 break;
             }
-            bytes = std::min(buffer.size(), bytes + static_cast<size_t>(BlockSize));
+            bytes = std::min(buffer.size(), bytes + static_cast<size_t>(UdfBlockSize));
         }
         if (place == 0) {
             std::fill_n(buffer.begin(), bytes, '\0'); // never written
             return bytes;
         }
-        return m_image->readAt(place * BlockSize + skip, buffer.first(bytes));
+        return m_image->readAt(place * UdfBlockSize + skip, buffer.first(bytes));
     }
 
     std::shared_ptr<Volume> m_volume;

@@ -10,9 +10,9 @@ namespace zm::disc::medium {
 
 namespace {
 
-constexpr uint32_t BlockSize = 2048;
+constexpr uint32_t MarkBlockSize = 2048;
 // Of disks and of discs.
-constexpr uint32_t blockSizes[] = {BlockSize, 512, 4096};
+constexpr uint32_t blockSizes[] = {MarkBlockSize, 512, 4096};
 constexpr uint32_t FirstRecognised = 16; // blocks of 2048 bytes, whatever the size of its own
 constexpr uint32_t LastRecognised = 64;
 constexpr uint32_t AnchorBlock = 256;
@@ -27,7 +27,7 @@ constexpr size_t FirstSequencePlace = 16; // of the anchor
 constexpr size_t SecondSequencePlace = 24;
 constexpr size_t BlockSizePlace = 212;
 constexpr size_t RevisionPlace = 240;
-constexpr size_t RootPlace = 248;
+constexpr size_t UdfRootPlace = 248;
 // Whole blocks, and no real disc has more than a few.
 constexpr uint32_t MaxRootBytes = 1u << 20;
 constexpr size_t MapBytesPlace = 264;
@@ -48,7 +48,7 @@ unsigned tagOf(std::string_view descriptor) {
 
 bool isRecognised(ByteReader& image) {
     for (uint32_t block = FirstRecognised; block < LastRecognised; ++block) {
-        const std::string mark = readBytes(image, uint64_t{block} * BlockSize, 6);
+        const std::string mark = readBytes(image, uint64_t{block} * MarkBlockSize, 6);
         if (mark.size() == 6 && (mark.compare(1, 5, "NSR02") == 0 || mark.compare(1, 5, "NSR03") == 0)) {
             return true;
         }
@@ -82,8 +82,8 @@ void takeSequence(ByteReader& image, uint32_t blockSize, uint32_t bytes, uint32_
         if (tag == LogicalVolumeTag) {
             volume.blockSize = isoNumber32(descriptor, BlockSizePlace);
             volume.revision = static_cast<int>(isoNumber32(descriptor, RevisionPlace) & 0xFFFF);
-            const uint32_t rootBytes = isoNumber32(descriptor, RootPlace);
-            if (rootBytes == 0 || rootBytes % BlockSize != 0 || rootBytes > MaxRootBytes) {
+            const uint32_t rootBytes = isoNumber32(descriptor, UdfRootPlace);
+            if (rootBytes == 0 || rootBytes % MarkBlockSize != 0 || rootBytes > MaxRootBytes) {
                 volume.badRootBytes = rootBytes;
             }
             takeMaps(descriptor, volume);

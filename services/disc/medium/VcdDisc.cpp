@@ -10,7 +10,6 @@ namespace zm::disc::medium {
 
 namespace {
 
-constexpr std::string_view PackStart("\0\0\x01\xBA", 4);
 constexpr size_t PackHead = 14;
 constexpr int64_t TicksPerMillisecond = 90;
 

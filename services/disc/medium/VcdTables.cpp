@@ -9,7 +9,7 @@ namespace zm::disc::medium {
 
 namespace {
 
-constexpr std::array<std::string_view, 3> marks{"VIDEO_CD", "SUPERVCD", "HQ-VCD  "};
+constexpr std::array<std::string_view, 3> discMarks{"VIDEO_CD", "SUPERVCD", "HQ-VCD  "};
 constexpr std::array<std::string_view, 2> entryMarks{"ENTRYVCD", "ENTRYSVD"};
 constexpr uint32_t FramesPerSecond = 75;
 // The first two seconds of a disc are not counted as sectors.
@@ -217,7 +217,7 @@ private:
 } // namespace
 
 std::optional<VcdInfo> readVcdInfo(std::string_view info, std::string_view entries) {
-    if (!beginsWithOne(info, marks)) {
+    if (!beginsWithOne(info, discMarks)) {
         return std::nullopt;
     }
     VcdInfo made;

@@ -9,7 +9,6 @@ namespace zm::disc::medium {
 
 namespace {
 
-constexpr std::string_view PackStart("\0\0\x01\xBA", 4);
 // A track begins with a second or two of empty sectors.
 constexpr size_t LookedAtSectors = 4 * image::SectorsPerSecond;
 

@@ -11,7 +11,7 @@ namespace zm::disc::medium {
 
 namespace {
 
-constexpr std::string_view Mark("\x37\xE4\x53\x96\xC9\xDB\xD6\x07", 8);
+constexpr std::string_view ZisofsMark("\x37\xE4\x53\x96\xC9\xDB\xD6\x07", 8);
 constexpr uint32_t LeastBlockBits = 15;
 constexpr uint32_t MostBlockBits = 17;
 constexpr size_t NumberBytes = 4;
@@ -97,13 +97,13 @@ Result<std::unique_ptr<ByteReader>> openZisofs(std::unique_ptr<ByteReader> file,
     const uint64_t blocks =
         (uint64_t{header.size} + (uint64_t{1} << header.blockBits) - 1) >> header.blockBits;
     std::string table(static_cast<size_t>(blocks + 1) * NumberBytes, '\0');
-    std::string mark(Mark.size(), '\0');
+    std::string mark(ZisofsMark.size(), '\0');
     const auto marked = file->readAt(0, mark);
     const auto count = marked ? file->readAt(header.headerBytes, table) : marked;
     if (!count) {
         return count.failure();
     }
-    if (mark != Mark || *count < table.size()) {
+    if (mark != ZisofsMark || *count < table.size()) {
         return Error{name + ": compressed in a way that is not read"};
     }
     return std::unique_ptr<ByteReader>(

@@ -58,10 +58,6 @@ constexpr ScanRow scanRows[] = {
     {ScanDirection::Forward, model::PlayState::Forward, model::Tip::ForwardX2},
     {ScanDirection::Backward, model::PlayState::Backward, model::Tip::BackwardX2}};
 
-int seconds(engine::Milliseconds time) {
-    return static_cast<int>(std::chrono::duration_cast<std::chrono::seconds>(time).count());
-}
-
 std::vector<int> foldersOf(const std::vector<model::Item>& items) {
     std::vector<int> folders;
     folders.reserve(items.size());
@@ -241,8 +237,8 @@ void FilePlayer::publishState(model::PlayState state) {
 }
 
 void FilePlayer::publishTime() {
-    const int length = seconds(m_length);
-    const int elapsed = seconds(m_position);
+    const int length = engine::wholeSeconds(m_length);
+    const int elapsed = engine::wholeSeconds(m_position);
     m_state.time({length > 0 ? std::min(elapsed, length) : elapsed, length, length});
     noteResume();
 }

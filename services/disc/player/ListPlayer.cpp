@@ -15,13 +15,9 @@ constexpr size_t MaxFailures = 20;
 // A picture can be seen, however short the disc wants it to stand; so do lists that lead to each other take their time.
 constexpr engine::Milliseconds ShortestPicture{500};
 // The application takes a track's number only on its play page, which it opens after it has been told the state.
-constexpr engine::Milliseconds PageTime{300};
+constexpr engine::Milliseconds ListPageTime{300};
 // A film as short as that is a picture: not every authoring program marks them.
 constexpr engine::Milliseconds ShortestFilm{500};
-
-int seconds(engine::Milliseconds time) {
-    return static_cast<int>(std::chrono::duration_cast<std::chrono::seconds>(time).count());
-}
 
 } // namespace
 
@@ -229,8 +225,8 @@ void ListPlayer::publishTrack() {
 }
 
 void ListPlayer::publishTime() {
-    const int length = showsFilm() ? seconds(m_length) : 0;
-    const int elapsed = showsFilm() ? seconds(m_position) : 0;
+    const int length = showsFilm() ? engine::wholeSeconds(m_length) : 0;
+    const int elapsed = showsFilm() ? engine::wholeSeconds(m_position) : 0;
     m_state.time({length > 0 ? std::min(elapsed, length) : elapsed, length, length});
     const bool track = item() && item()->track >= 0;
     m_resume.moved({model::MediaKind::Video, track ? static_cast<size_t>(item()->track) : 0},
@@ -253,7 +249,7 @@ void ListPlayer::engineStarted(engine::Milliseconds length) {
     m_picture = length < ShortestFilm;
     publishTime();
     publishState(m_mode == engine::StartMode::Playing ? model::PlayState::Playing : model::PlayState::Paused);
-    m_again = afterDelay(m_loop, PageTime, [this] { publishTrack(); });
+    m_again = afterDelay(m_loop, ListPageTime, [this] { publishTrack(); });
 }
 
 void ListPlayer::engineMoved(engine::Milliseconds position, engine::Milliseconds length) {

@@ -16,7 +16,7 @@ const char* const Usage =
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
     "               [--resources DIR] [--resume FILE] [--open] [--display [--full-screen]]\n"
-    "               [--audio-device auto|none|pulse[:NAME]|alsa[:NAME]]\n"
+    "               [--audio-device auto|none|pulse[:NAME]|alsa[:NAME]] [--drive auto|DEVICE]\n"
     "       zmbench --version | --help\n";
 
 namespace {
@@ -55,7 +55,7 @@ bool takeAudioDevice(Parsed& parsed, const std::string& value) {
     return whole || (named && !value.ends_with(':'));
 }
 
-constexpr std::array<OptionRow, 16> Rows = {{
+constexpr std::array<OptionRow, 17> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -119,6 +119,11 @@ constexpr std::array<OptionRow, 16> Rows = {{
      }},
     {"--app-args", true, takeAppArgs},
     {"--audio-device", true, takeAudioDevice},
+    {"--drive", true,
+     [](Parsed& p, const std::string& v) {
+         p.options.unit.drive = v;
+         return v == "auto" || v.starts_with("/dev/");
+     }},
     {"--resources", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.resourceDir = absolute(v);
@@ -145,6 +150,7 @@ Status check(const Parsed& parsed) {
         {!unit.disc.empty() && !unit.discService, "--disc and --no-disc-service exclude each other"},
         {!unit.catalogue.empty() && unit.discService, "--catalogue needs --no-disc-service"},
         {!unit.resume.empty() && !unit.discService, "--resume and --no-disc-service exclude each other"},
+        {!unit.drive.empty() && !unit.discService, "--drive and --no-disc-service exclude each other"},
         {!unit.audioDevice.empty() && !unit.discService,
          "--audio-device and --no-disc-service exclude each other"},
         {parsed.options.port && !parsed.options.web, "--port and --no-web exclude each other"},

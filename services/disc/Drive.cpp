@@ -14,6 +14,8 @@ namespace {
 
 // The mechanism takes a moment to give a disc out.
 constexpr engine::Milliseconds EjectTime{800};
+// How long a drive of this machine may take for it.
+constexpr engine::Milliseconds GiveOutTime{15000};
 // Between a disc that is out and the next one.
 constexpr engine::Milliseconds ChangeTime{200};
 // How long an empty drive says "loading", see announceEmpty: also an application with much to do has seen it.
@@ -95,6 +97,14 @@ void Drive::report(const model::DriveState& report) {
     if (m_contents && !report.path.empty()) {
         m_report.kind = kindOf(*m_contents);
     }
+    if (m_mechanism.path) {
+        const std::string device = m_mechanism.path();
+        m_report.device = device.empty() ? "none" : device;
+    }
+    if (!report.path.empty() && report.path == m_path) {
+        m_report.byHand = m_byHand;
+        m_report.text = m_report.text.empty() ? m_refusal : m_report.text;
+    }
     m_state.drive(m_report);
 }
 
@@ -110,7 +120,12 @@ void Drive::insert(const std::string& path) {
         }
         return;
     }
-    Inserted disc{path, std::move(*medium)};
+    insertOpened(path, std::move(*medium), false);
+}
+
+void Drive::insertOpened(const std::string& path, std::shared_ptr<medium::Medium> medium, bool byHand) {
+    Inserted disc{path, std::move(medium), byHand};
+    m_awaited = false;
     if (m_path.empty() && !m_leaving.active()) {
         take(disc);
         return;
@@ -121,6 +136,36 @@ void Drive::insert(const std::string& path) {
         rememberTray();
     } else {
         leave();
+        giveOut();
+    }
+}
+
+void Drive::insertFailed(const std::string& path, const std::string& reason) {
+    logWarning("%s\n", reason.c_str());
+    if (std::exchange(m_awaited, false) && m_path.empty()) {
+        report({"error", path, reason});
+        m_state.playState(model::PlayState::Error);
+    }
+}
+
+void Drive::awaitDisc(const std::string& path) {
+    if (!m_path.empty() || m_leaving.active() || std::exchange(m_awaited, true)) {
+        return;
+    }
+    m_resting.reset();
+    report({"reading", path, "the drive gets ready"});
+    m_state.disc(model::DiscPresence::Present);
+    m_state.playState(model::PlayState::Loading);
+}
+
+void Drive::discIsOut() {
+    if (isInMachine() && !m_leaving.active()) {
+        logWarning("the disc has left the drive\n");
+        leave();
+    } else if (m_path.empty() && !m_leaving.active()) {
+        m_awaited = false;
+        report({"empty", "", ""});
+        announceEmpty();
     }
 }
 
@@ -128,6 +173,7 @@ void Drive::take(const Inserted& disc) {
     m_resting.reset();
     logInfo("disc inserted: %s\n", disc.path.c_str());
     m_path = disc.path;
+    m_byHand = disc.byHand;
     m_absence = model::DiscPresence::None;
     m_gate = std::make_shared<medium::FaultGate>(disc.medium);
     report({"reading", m_path, ""});
@@ -289,10 +335,56 @@ void Drive::eject() {
         rememberTray();
     } else if (!m_path.empty()) {
         leave();
+        giveOut();
+    } else if (m_mechanism.path && !m_mechanism.path().empty()) {
+        // An empty tray comes out, too, and a disc that cannot be read.
+        m_mechanism.giveOut([](const Status& out) {
+            if (!out) {
+                logWarning("%s\n", out.error().c_str());
+            }
+        });
     }
 }
 
+bool Drive::isInMachine() const {
+    return m_mechanism.path && !m_path.empty() && m_path == m_mechanism.path();
+}
+
+// A drive gives nothing out that somebody still has open.
+void Drive::giveOut() {
+    if (!isInMachine()) {
+        return;
+    }
+    m_gate.reset();
+    m_leaving = afterDelay(m_loop, GiveOutTime, [this] { staysInside("the drive does not answer"); });
+    m_mechanism.giveOut([this](const Status& out) {
+        if (!m_leaving.active()) {
+            return;
+        }
+        if (out) {
+            m_leaving = afterDelay(m_loop, EjectTime, [this] { left(); });
+        } else {
+            staysInside(out.error());
+        }
+    });
+}
+
+// It plays on where it was stopped.
+void Drive::staysInside(const std::string& reason) {
+    logWarning("%s\n", reason.c_str());
+    m_leaving.reset();
+    m_next.reset();
+    m_resume.reset();
+    m_dvdResume.reset();
+    m_contents.reset();
+    m_path.clear();
+    m_state.forgetDisc();
+    m_refusal = reason;
+    m_mechanism.takeAgain();
+}
+
 void Drive::leave() {
+    m_refusal.clear();
     m_state.playState(model::PlayState::Ejecting);
     logInfo("disc ejected: %s\n", m_path.c_str());
     stopReading();
@@ -349,14 +441,21 @@ void Drive::stopReading() {
 
 void Drive::loseDrive() {
     m_absence = model::DiscPresence::DriveGone;
+    m_awaited = false;
     if (m_path.empty()) {
+        report({"empty", "", ""});
         m_state.disc(m_absence);
+    } else if (!m_leaving.active()) {
+        m_next.reset();
+        leave();
     }
-    eject();
 }
 
 // With its tray empty: the disc went out when the drive went.
-void Drive::driveIsBack() {
+void Drive::driveIsThere() {
+    if (m_path.empty()) {
+        report({"empty", "", ""});
+    }
     if (m_absence == model::DiscPresence::DriveGone) {
         m_absence = model::DiscPresence::None;
         if (m_path.empty()) {
@@ -376,7 +475,7 @@ bool Drive::fault(const std::string& kind) {
         return false;
     }
     if (row->fault == medium::DriveFault::None && row->error == model::DeviceError::None) {
-        driveIsBack();
+        driveIsThere();
     }
     if (m_gate) {
         m_gate->set(row->fault);

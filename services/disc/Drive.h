@@ -11,11 +11,19 @@
 #include "services/disc/player/ListPlayer.h"
 #include "services/disc/player/Transport.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace zm::disc {
+
+/** What a drive of this machine is to the disc service's. */
+struct Mechanism {
+    std::function<std::string()> path;                        ///< of the drive; empty while there is none
+    std::function<void(std::function<void(Status)>)> giveOut; ///< the disc; tells whether it is out
+    std::function<void()> takeAgain;                          ///< the disc that has stayed inside
+};
 
 /**
  * The drive and its disc: what happens from insertion to ejection. Everything on the service's loop; nothing
@@ -32,6 +40,20 @@ public:
     void start(const model::Tray& tray);
     /** Takes the disc at `path`, after the present one is out. A path that cannot be read changes nothing. */
     void insert(const std::string& path);
+    /** The drive of this machine from now on; without one discs are folders and images only. */
+    void setMechanism(Mechanism mechanism) { m_mechanism = std::move(mechanism); }
+    /** The same for a disc that is open already; `byHand`: it has been put into the machine's drive just now. */
+    void insertOpened(const std::string& path, std::shared_ptr<medium::Medium> medium, bool byHand);
+    /** There is a disc at `path` that cannot be read. */
+    void insertFailed(const std::string& path, const std::string& reason);
+    /** A disc at `path` has been taken in and will be ready later. */
+    void awaitDisc(const std::string& path);
+    /** The disc has left the machine's drive by itself. */
+    void discIsOut();
+    /** There is no drive any more, and no disc with it. */
+    void loseDrive();
+    /** There is a drive, at first or again; its tray counts as empty until it says otherwise. */
+    void driveIsThere();
     /** Stops and gives the disc out, also one that waits to be taken; without a disc nothing happens. */
     void eject();
     /** Leads the application on from whatever it shows to "no disc"; with a disc inside nothing happens. */
@@ -56,6 +78,7 @@ private:
     struct Inserted {
         std::string path;
         std::shared_ptr<medium::Medium> medium;
+        bool byHand = false;
     };
 
     void insertDvd();
@@ -64,10 +87,11 @@ private:
     void switchControl(bool on);
     void takeModes(const std::optional<model::PlayModes>& modes);
     void take(const Inserted& disc);
+    bool isInMachine() const;
     void leave();
+    void giveOut();
+    void staysInside(const std::string& reason);
     void left();
-    void loseDrive();
-    void driveIsBack();
     void stopReading();
     void rememberTray();
     void report(const model::DriveState& report);
@@ -85,6 +109,10 @@ private:
     std::optional<Inserted> m_next;                            ///< taken when the one before it is out
     model::DriveState m_report;                                ///< the latest about the disc inside
     bool m_source = false;
+    Mechanism m_mechanism;
+    bool m_awaited = false; ///< the machine's drive has a disc that is not ready yet
+    bool m_byHand = false;  ///< the disc inside
+    std::string m_refusal;  ///< why it did not come out
     std::shared_ptr<medium::FaultGate> m_gate;
     std::shared_ptr<const model::Contents> m_contents;
     int m_catalogued = 0; ///< mixed bits of the kinds whose catalogue is complete

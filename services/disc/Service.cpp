@@ -24,6 +24,8 @@ constexpr const char* soundPath = "/pps/zelmar/audio/volume?delta";
 constexpr int ControlFlags = 256;
 constexpr unsigned ControlMode = 0666;
 
+constexpr std::string_view DevicePrefix = "/dev/";
+
 constexpr int EjectCommand = 13;
 constexpr int SourceCommand = 187;
 
@@ -64,11 +66,10 @@ std::optional<model::Tray> trayOf(const std::string& driveObject) {
 
 } // namespace
 
-Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::string& runtime,
-                                                const std::string& catalogueFile,
-                                                const std::string& resumeFile, const std::string& disc,
-                                                const EngineMaker& makeEngine,
-                                                const dvd::EngineMaker& makeDvdEngine) {
+Result<std::unique_ptr<Service>>
+Service::start(EventLoop& loop, const std::string& runtime, const std::string& catalogueFile,
+               const std::string& resumeFile, const std::string& disc, const EngineMaker& makeEngine,
+               const dvd::EngineMaker& makeDvdEngine, const std::string& drive) {
     auto catalogue = library::Catalogue::open(catalogueFile);
     if (!catalogue) {
         return catalogue.failure();
@@ -88,7 +89,7 @@ Result<std::unique_ptr<Service>> Service::start(EventLoop& loop, const std::stri
     std::unique_ptr<Service> service(
         new Service(loop, std::move(*state), std::shared_ptr<library::Catalogue>(std::move(*catalogue)),
                     resumeFile, std::move(*control), std::move(*sound), makeEngine, makeDvdEngine));
-    if (auto begun = service->begin(disc); !begun) {
+    if (auto begun = service->begin(disc, drive); !begun) {
         return begun.failure();
     }
     return service;
@@ -98,7 +99,7 @@ Service::Service(EventLoop& loop, std::unique_ptr<model::DiscState> state,
                  std::shared_ptr<library::Catalogue> catalogue, const std::string& resumeFile,
                  PpsFile control, PpsFile sound, const EngineMaker& makeEngine,
                  const dvd::EngineMaker& makeDvdEngine)
-    : m_state(std::move(state)), m_memory(resumeFile), m_engine(makeEngine(loop)),
+    : m_loop(loop), m_state(std::move(state)), m_memory(resumeFile), m_engine(makeEngine(loop)),
       m_drive(loop, *m_state, m_modes, *m_engine, makeDvdEngine, std::move(catalogue), m_memory),
       m_control(std::move(control)), m_sound(std::move(sound)), m_mailbox(std::make_shared<Mailbox>(loop)) {}
 
@@ -107,7 +108,10 @@ Service::~Service() {
     m_mailbox->close();
 }
 
-Status Service::begin(const std::string& disc) {
+Status Service::begin(const std::string& disc, const std::string& drive) {
+    if (!drive.empty()) {
+        m_link = std::make_unique<DriveLink>(m_loop, m_drive, drive);
+    }
     // What was asked before this run began is over; only what the drive remembers counts.
     for (PpsFile* file : {&m_control, &m_state->statusFile()}) {
         if (auto old = file->read(); !old) {
@@ -123,11 +127,17 @@ Status Service::begin(const std::string& disc) {
     const auto remembered = trayOf(driveObject);
     const model::Tray tray = remembered.value_or(model::Tray{});
     m_drive.start(tray);
-    const std::string& path = remembered ? tray.path : disc;
+    std::string path = remembered ? tray.path : disc;
+    if (m_link && path.starts_with(DevicePrefix)) {
+        path.clear(); // that drive tells by itself what is in it
+    }
     if (!path.empty()) {
         m_drive.insert(path);
     } else if (remembered) {
         m_drive.announceEmpty(); // the run before may have ended while a disc was on its way out
+    }
+    if (m_link) {
+        m_link->start();
     }
     driveText(driveObject); // a request that nobody was there to see to
     m_inbox = std::make_unique<PpsInbox>(

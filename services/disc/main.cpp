@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr const char* usage = "usage: zmdiscd [--disc PATH] | --version | --help\n"
+constexpr const char* usage = "usage: zmdiscd [--disc PATH] [--drive DEVICE|auto] | --version | --help\n"
                               "The disc service of the runtime folder in ZM_RUNTIME; ZM_CATALOGUE names the "
                               "catalogue file, ZM_RESUME that of\n"
                               "remembered discs.\n";
@@ -26,11 +26,14 @@ int main(int argc, char** argv) {
         return 0;
     }
     std::string disc;
-    if (arguments.size() == 2 && arguments[0] == "--disc") {
-        disc = arguments[1];
-    } else if (!arguments.empty()) {
-        std::fputs(usage, stderr);
-        return 2;
+    std::string drive;
+    for (size_t i = 0; i < arguments.size(); i += 2) {
+        const bool known = arguments[i] == "--disc" || arguments[i] == "--drive";
+        if (!known || i + 1 == arguments.size()) {
+            std::fputs(usage, stderr);
+            return 2;
+        }
+        (arguments[i] == "--disc" ? disc : drive) = arguments[i + 1];
     }
     const std::string runtime = zm::runtimeDir();
     if (auto status = zm::makeRuntimeDir(runtime); !status) {
@@ -48,7 +51,7 @@ int main(int argc, char** argv) {
         return std::make_unique<zm::disc::dvd::Engine>(home, frames, zm::disc::dvd::makeSound);
     };
     auto service = zm::disc::Service::start(loop, runtime, zm::catalogueFile(runtime),
-                                            zm::resumeFile(runtime), disc, makeEngine, makeDvdEngine);
+                                            zm::resumeFile(runtime), disc, makeEngine, makeDvdEngine, drive);
     if (!service) {
         std::fprintf(stderr, "zmdiscd: %s\n", service.error().c_str());
         return 1;

@@ -71,6 +71,16 @@ void DiscDrive::stateChanged() {
     if (name == "reading" || (m_empty && m_fault != "gone")) {
         forgetFault();
     }
+    const bool byHand = json.is_object() && json.value("byHand", false);
+    if (byHand && name == "reading" && member(json, "path") != m_taken) {
+        m_taken = member(json, "path");
+        if (onInserted) {
+            onInserted();
+        }
+    }
+    if (m_empty) {
+        m_taken.clear();
+    }
     if (m_wanted.empty() || member(json, "path") != m_wanted || (name != "reading" && name != "error")) {
         return;
     }

@@ -40,7 +40,8 @@ public:
     /** A disc that can be played is inside, or is read to find out. */
     bool holdsDisc() const { return m_holdsDisc; }
     bool isEmpty() const { return m_empty; }
-    /** The drive has taken in a disc that it was asked to insert (not one that it finds at its start). */
+    /** The drive has taken in a disc that it was asked to insert or that was put in by hand (not one that it finds at
+     * its start). */
     std::function<void()> onInserted;
 
 private:
@@ -56,6 +57,7 @@ private:
     bool m_empty = true;
     static constexpr const char* NoFault = "none";
     std::string m_fault = NoFault;
+    std::string m_taken;  ///< path of the disc that somebody has put in by hand; empty: none
     std::string m_wanted; ///< path of the disc to be inserted; empty: none
 };
 

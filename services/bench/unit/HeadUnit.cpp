@@ -128,6 +128,9 @@ void HeadUnit::makeChildren() {
         if (!m_options.disc.empty()) {
             arguments = {"--disc", m_options.disc};
         }
+        if (!m_options.drive.empty()) {
+            arguments.insert(arguments.end(), {"--drive", m_options.drive});
+        }
         m_discService = std::make_unique<Child>(
             m_loop, ChildSetup{"disc", m_options.programDir + "/zmdiscd", arguments, environment});
         m_discService->onStart = [this] { m_drive.forgetFault(); };

@@ -21,6 +21,7 @@ struct HeadUnitOptions {
     bool discService = true;
     std::string
         resume; ///< SQLite file in which the disc service keeps where discs were left; empty: in runtimeDir
+    std::string drive;       ///< a drive of this machine, "auto" the first; empty: none
     std::string audioDevice; ///< for the disc service; empty: the first that is there
     std::string disc;        ///< put into the drive at the start; empty: none
     std::string appArgs;     ///< appended to the application's command line, separated as a shell would

@@ -1,11 +1,13 @@
 #include "services/disc/medium/FileSystem.h"
 
+#include "base/UniqueFd.h"
 #include "services/disc/log/Log.h"
 #include "services/disc/medium/SliceReader.h"
 #include "services/disc/medium/UdfMedium.h"
 #include "services/disc/medium/WindowReader.h"
 
-#include <sys/stat.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <string_view>
@@ -83,11 +85,13 @@ Result<std::shared_ptr<Medium>> openFileSystem(const std::string& image, const I
 }
 
 Result<std::shared_ptr<Medium>> openFileSystem(const std::string& image) {
-    struct stat info {};
-    if (::stat(image.c_str(), &info) != 0) {
+    // The end of a drive's disc is found as that of a file is.
+    const UniqueFd file(::open(image.c_str(), O_RDONLY | O_CLOEXEC));
+    const off_t end = file.valid() ? ::lseek(file.get(), 0, SEEK_END) : -1;
+    if (end < 0) {
         return systemError(image);
     }
-    const auto bytes = static_cast<uint64_t>(info.st_size);
+    const auto bytes = static_cast<uint64_t>(end);
     return openFileSystem(image, [image, bytes](const std::string& name, const IsoExtent& extent) {
         return openSlice(image, extent.offset, std::min(extent.size, bytes), name);
     });

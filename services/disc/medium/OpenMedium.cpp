@@ -105,7 +105,7 @@ Opened openMedium(const std::string& path) {
     if (::access(path.c_str(), folder ? R_OK | X_OK : R_OK) != 0) {
         return systemError(path);
     }
-    if (!folder && !S_ISREG(info.st_mode)) {
+    if (!folder && !S_ISREG(info.st_mode) && !S_ISBLK(info.st_mode)) {
         return Error{path + ": neither a folder nor a disc image"};
     }
     for (const auto& row : table) {

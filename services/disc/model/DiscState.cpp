@@ -276,6 +276,12 @@ void DiscState::drive(const DriveState& state) {
     if (!state.isrcs.empty()) {
         json["isrc"] = state.isrcs;
     }
+    if (!state.device.empty()) {
+        json["device"] = state.device;
+    }
+    if (state.byHand) {
+        json["byHand"] = true;
+    }
     publish(Attribute::DriveState, lenient(json));
 }
 void DiscState::tray(const Tray& tray) {

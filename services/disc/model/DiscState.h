@@ -114,6 +114,8 @@ struct DriveState {
     std::string form{}; ///< by what the disc was recognised
     std::string catalogNumber{};      ///< of a CD, empty when unknown
     std::vector<std::string> isrcs{}; ///< numbers of its recordings, by track; none when all are unknown
+    std::string device{}; ///< the machine's drive, "none" while there is none; empty without the wish for one
+    bool byHand = false;  ///< somebody has put the disc into that drive
 };
 
 /** What the drive remembers for a service that is started again: its disc and whether it is the head unit's

@@ -79,6 +79,8 @@ const bluetooth = [['0', 'off'], ['1', 'on'], ['2', 'connected']];
 const languages = [['en', 'English'], ['de', 'Deutsch'], ['zh', '中文'], ['ar', 'العربية']];
 
 const vehicle = {};
+const car = {}; // the controls of its signals
+const restrictions = ['no restriction', 'no films', 'no films, no typing, no long lists'];
 function makeVehicle() {
   const toggle = (id, on, off) => element('input', {type: 'checkbox', onchange: (event) => act('device', id, event.target.checked ? on : off)});
   vehicle['2'] = toggle(2, 1, 0);
@@ -93,7 +95,15 @@ function makeVehicle() {
   vehicle.format.setAttribute('aria-label', 'Display of the time');
   vehicle.language = select(languages, (value) => act('language', value));
   vehicle.theme = select([['night', 'Night'], ['day', 'Day']], (value) => act('theme', value));
+  const number = (signal, max) => element('input', {type: 'number', min: '0', max, className: 'short', onchange: (event) => act('vehicle', signal, event.target.value)});
+  const choice = (signal, ...words) => select(words.map((word) => [word, word]), (value) => act('vehicle', signal, value));
+  car.speed = number('speed', '400');
+  car.gear = choice('gear', 'park', 'reverse', 'neutral', 'drive');
+  car.ignition = choice('ignition', 'off', 'accessory', 'on');
+  car.light = number('light', '200000');
   add('vehicle', row(labelled('Parked', vehicle['2']), labelled('Muted', vehicle['6']), labelled('Volume', vehicle.volume), labelled('Outside °C', vehicle['7']), labelled('Bluetooth', vehicle['86'])),
+    row(labelled('km/h', car.speed), labelled('Gear', car.gear), labelled('Ignition', car.ignition), labelled('Light (lux)', car.light)),
+    element('p', {id: 'restriction', className: 'dim'}),
     row(labelled('Time', vehicle.time), vehicle.format, labelled('Language', vehicle.language), labelled('Theme', vehicle.theme)));
 }
 
@@ -112,6 +122,10 @@ export function showVehicle(state) {
   if (state.time) {
     show(vehicle.time, `${String(state.time.hour).padStart(2, '0')}:${String(state.time.minute).padStart(2, '0')}`);
     show(vehicle.format, state.time.format === 1 ? '12' : '24');
+  }
+  if (state.car) {
+    for (const [signal, control] of Object.entries(car)) show(control, state.car[signal] ?? '');
+    document.getElementById('restriction').textContent = restrictions[state.car.restriction] + (state.car.drive ? ' · a drive is played' : '');
   }
   if (state.language) show(vehicle.language, state.language);
   if (state.theme) show(vehicle.theme, state.theme);

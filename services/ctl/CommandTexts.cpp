@@ -35,6 +35,15 @@ constexpr std::array Texts = {
         "volume", "volume [LEVEL|up|down|mute]",
         "how loud the head unit is, 0 to 100, or a step up or down; \"mute\" mutes it, or ends that\n"
         "Without a word it prints the volume, which is kept over restarts.\nExample: zmctl volume 70"},
+    CommandText{
+        "vehicle",
+        "vehicle\nvehicle speed KMH\nvehicle gear park|reverse|neutral|drive\n"
+        "vehicle ignition off|accessory|on\nvehicle light LUX\nvehicle daynight day|night\n"
+        "vehicle drive FILE [--speed FACTOR]\nvehicle drive --stop",
+        "the car's signals; alone: as they are, and what follows from them\n"
+        "Parking (device 2) follows gear, speed and ignition, day and night the light. drive plays a signal\n"
+        "file beside everything else: columns time (seconds), speed, gear, ... separated by commas.\n"
+        "Example: zmctl vehicle speed 50"},
     CommandText{"time", "time HH:MM [12|24]", "the clock and its display\nExample: zmctl time 23:05 12"},
     CommandText{"key", "key CODE|NAME",
                 "a hard key by its code or name: 20 is next\n"

@@ -28,6 +28,8 @@ constexpr std::array Rows = {
     Row{"disc", [](const Words& words) { return !hasWord(words, "fault"); }},
     // Whoever advances by nothing wants to know whether the clock stands.
     Row{"clock", [](const Words& words) { return words.back() == "0"; }},
+    Row{"vehicle", [](const Words& words) { return words.size() == 1; }},
+    Row{"volume", [](const Words& words) { return words.size() == 1; }},
     Row{"screen", Always},
     Row{"drawn", Always},
     Row{"shot", Always},

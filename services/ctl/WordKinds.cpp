@@ -41,7 +41,7 @@ bool name(std::string_view word) {
     return !word.empty() && !word.starts_with("--");
 }
 
-constexpr std::array<WordKind, 27> Kinds = {{
+constexpr std::array<WordKind, 29> Kinds = {{
     {"X", Whole, whole},
     {"Y", Whole, whole},
     {"X1", Whole, whole},
@@ -66,6 +66,9 @@ constexpr std::array<WordKind, 27> Kinds = {{
     {"S", Seconds, seconds},
     {"FACTOR", "a number above 0",
      [](std::string_view word) { return parseNumber<double>(word).value_or(0) > 0; }},
+    {"KMH", "km/h, 0 to 400",
+     [](std::string_view word) { return parseNumber<double>(word).value_or(-1) >= 0; }},
+    {"LUX", "a whole number, 0 or more", wholeFrom<0>},
     {"HH:MM", "a time such as 23:05", [](std::string_view word) { return parseTimeOfDay(word).has_value(); }},
     {"NAME", "", name},
     {"OBJ", "an object such as zelmar/disc/status", name},

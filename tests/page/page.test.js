@@ -82,6 +82,21 @@ test('vehicle controls set values and follow the command line', async () => {
   await until('the box follows', async () => !(await page.getByLabel('Muted').isChecked()));
 });
 
+test('the car drives off and what follows is said', async () => {
+  const said = page.locator('#restriction');
+  await until('it is parked', async () => await said.textContent() === 'no restriction');
+  await page.getByLabel('Gear').selectOption('drive');
+  await page.getByLabel('km/h').fill('30');
+  await page.getByLabel('km/h').press('Enter');
+  await until('it drives', async () => await said.textContent() === 'no films, no typing, no long lists');
+  assert.equal(await page.getByLabel('Parked').isChecked(), false);
+  assert.match(await bench.zmctl('vehicle'), /speed:n:30\ngear::drive\n/);
+  await page.getByLabel('km/h').blur(); // what is being edited stays
+  await bench.zmctl('vehicle', 'speed', 0);
+  await bench.zmctl('vehicle', 'gear', 'park');
+  await until('the page follows', async () => await page.getByLabel('km/h').inputValue() === '0' && await page.getByLabel('Parked').isChecked());
+});
+
 test('inserting a path that cannot be inserted says so', async () => {
   await page.getByPlaceholder('/path/of/folder/or/image').fill('/no/such/disc');
   await page.getByRole('button', {name: 'Insert', exact: true}).click();

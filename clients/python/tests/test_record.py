@@ -48,6 +48,27 @@ def test_a_script_is_reduced_to_what_matters(tmp_path: Path) -> None:
     assert steps((tmp_path / "long-small.zmctl").read_text())[0] == "try key next"
 
 
+def test_the_car_and_a_recorded_drive(tmp_path: Path) -> None:
+    drive = tmp_path / "drive.csv"
+    drive.write_text("time,speed,gear\n0,,drive\n3,50,\n")
+    with Bench(disc_service=False, clock="stopped") as unit:
+        unit.signal("light", 1000)
+        assert unit.car().daynight == "day" and unit.car().light == 1000 and unit.car().restriction == 0
+        unit.begin_drive(drive)
+        assert unit.car().gear == "drive" and unit.car().drive
+        unit.advance(3)
+        assert unit.car().speed == 50 and unit.car().restriction == 2 and not unit.car().drive
+        unit.signal("speed", 7.5)
+        assert unit.car().speed == 7.5
+        unit.begin_drive(drive, speed=2)
+        unit.end_drive()
+        with pytest.raises(CommandFailed, match="no drive runs"):
+            unit.end_drive()
+        drive.write_text("time,sped\n0,1\n")
+        with pytest.raises(CommandFailed, match='drive.csv:1: there is no signal "sped"'):
+            unit.begin_drive(drive)
+
+
 def test_what_cannot_be_recorded_or_replayed_is_named(tmp_path: Path) -> None:
     with Bench(disc_service=False) as unit:
         with pytest.raises(CommandFailed, match="No such file"):

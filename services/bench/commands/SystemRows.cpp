@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -63,6 +64,25 @@ bool settleCommand(Call& call) {
     return true;
 }
 
+// A drive that runs meanwhile has its signals at their moments: time passes from one to the next.
+void letPass(Call call, std::chrono::milliseconds left) {
+    auto& journey = call.unit.journey();
+    const auto step = std::min(left, journey.untilNext().value_or(left));
+    call.unit.shell().ask(
+        {{"t", "advance"}, {"ms", step.count()}},
+        [call, left, step](const Result<Json>& reply) mutable {
+            if (!reply) {
+                call.run->fail(reply.error());
+                return;
+            }
+            call.unit.journey().pass(step);
+            commands::settle(call.unit, SettleTime, [call, left, step](const Status& settled) {
+                left == step || !settled ? endWith(call.run, settled) : letPass(call, left - step);
+            });
+        },
+        AdvanceTime);
+}
+
 bool clock(Call& call) {
     const bool advance = call.arguments.word() == "advance";
     const int milliseconds = call.arguments.number();
@@ -73,16 +93,7 @@ bool clock(Call& call) {
         call.run->fail("the clock runs by itself: start the bench with --manual-clock");
         return true;
     }
-    call.unit.shell().ask(
-        {{"t", "advance"}, {"ms", milliseconds}},
-        [call](const Result<Json>& reply) mutable {
-            if (reply) {
-                settleAndEnd(call, SettleTime);
-            } else {
-                call.run->fail(reply.error());
-            }
-        },
-        AdvanceTime);
+    letPass(call, std::chrono::milliseconds(milliseconds));
     return true;
 }
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <optional>
+#include <sstream>
 
 namespace zm::bench::commands {
 
@@ -28,6 +29,14 @@ bool device(Call& call) {
     }
     if (!ctl::findNumber(ctl::vehicleDevices(), id)) {
         call.run->fail(ctl::unknownNumber("device", id, ctl::vehicleDevices()));
+        return true;
+    }
+    if (id == screen::VideoLock::ParkingDevice && value.value_or(0) != 0 && !call.unit.car().parked()) {
+        const auto& car = call.unit.car().signals();
+        std::ostringstream why;
+        why << "the car is not parked: gear " << car.gear << ", " << car.speed
+            << " km/h; \"zmctl vehicle speed 0\" and \"zmctl vehicle gear park\" park it";
+        call.run->fail(why.str());
         return true;
     }
     call.unit.vehicle().setDevice(id, value, silent ? unit::Notice::Silent : unit::Notice::Send,
@@ -73,7 +82,53 @@ bool volume(Call& call) {
     return true;
 }
 
+// A drive from a signal file begins, or is ended.
+bool drive(Call& call) {
+    const bool stop = call.arguments.flag("--stop");
+    const auto speed = call.arguments.option("--speed");
+    const std::string file = stop ? "" : call.arguments.word();
+    const double factor = ctl::parseNumber<double>(speed.value_or("1")).value_or(0);
+    if (!call.arguments.complete() || factor <= 0 || (stop && speed)) {
+        return false;
+    }
+    if (stop) {
+        const bool ran = call.unit.journey().runs();
+        call.unit.journey().end();
+        endWith(call.run, ran ? ok() : Status(Error{"no drive runs"}));
+        return true;
+    }
+    auto steps = unit::readJourney(call.run->absolute(file), unit::Car::check);
+    if (!steps) {
+        call.run->fail(steps.error());
+        return true;
+    }
+    call.unit.journey().begin(std::move(*steps), factor);
+    call.run->finish();
+    return true;
+}
+
+bool vehicle(Call& call) {
+    if (!call.arguments.more()) {
+        call.run->out(call.unit.car().lines());
+        call.run->finish();
+        return true;
+    }
+    const std::string signal = call.arguments.word();
+    if (signal == "drive") {
+        return drive(call);
+    }
+    const std::string value = call.arguments.word();
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    if (auto set = call.unit.car().set(signal, value, endWith(call.run)); !set) {
+        call.run->fail(set.error());
+    }
+    return true;
+}
+
 constexpr std::array VehicleCommands = {
+    Row{"vehicle", vehicle},
     Row{"device", device},
     Row{"volume", volume},
     Row{"time", time},

@@ -50,6 +50,8 @@ HeadUnit::HeadUnit(EventLoop& loop, HeadUnitOptions options)
       m_shell(loop, shellSocket(m_options.runtimeDir)),
       m_pages(resources(m_options) + OtherPages, m_options.shareDir + "/fonts/"),
       m_launcher(m_options.launcher, m_shell, m_compositor, m_pages), m_vehicle(m_shell),
+      m_car(m_vehicle, ppsSocket()),
+      m_journey(loop, m_options.clock == ClockMode::Manual ? Journey::Pace::Stepped : Journey::Pace::Real),
       m_drive(loop, ppsSocket()), m_sound(ppsSocket(), volumeFile(m_options)) {
     connectParts();
     makeChildren();
@@ -85,12 +87,21 @@ void HeadUnit::connectParts() {
     m_vehicle.onDevice = [this](int id, std::optional<int> value) {
         if (id == screen::VideoLock::ParkingDevice) {
             m_videoLock.parkingReads(value);
+            m_car.publish();
         } else if (id == MuteDevice && value) {
             if (const auto told = m_sound.mute(*value == Muted); !told) {
                 std::fprintf(stderr, "zmbench: %s\n", told.error().c_str());
             }
         }
     };
+    m_car.onTheme = [this](const std::string& theme, ShellServer::Reply reply) {
+        setTheme(theme, std::move(reply));
+    };
+    m_journey.onStep = [this](const JourneyStep& step) {
+        // Checked when the file was read.
+        (void)m_car.set(step.signal, step.value, [](const auto&) {});
+    };
+    m_journey.onRuns = [this](bool runs) { m_car.driveRuns(runs); };
     m_videoLock.parkingReads(m_vehicle.device(screen::VideoLock::ParkingDevice));
     m_shell.welcome = [this] { return welcome(); };
     m_shell.onRunning = [this] { applicationRuns(); };
@@ -146,6 +157,7 @@ Status HeadUnit::start() {
                              std::function<Status()>([this] { return m_video.start(); }),
                              std::function<Status()>([this] { return m_shell.start(); }),
                              std::function<Status()>([this] { return m_sound.start(); }),
+                             std::function<Status()>([this] { return m_car.start(); }),
                              std::function<Status()>([this] { return m_drive.start(); })}) {
         if (auto done = step(); !done) {
             return done;
@@ -251,6 +263,7 @@ void HeadUnit::setLanguage(const std::string& code, ShellServer::Reply reply) {
 
 void HeadUnit::setTheme(const std::string& name, ShellServer::Reply reply) {
     m_theme = name;
+    m_car.themeIs(name);
     m_pages.setTheme(name);
     m_launcher.pagesChanged();
     m_shell.inform({{"t", "theme"}, {"name", name}}, std::move(reply));
@@ -309,6 +322,7 @@ Json HeadUnit::state() {
                    {"revision", m_shell.messagesSent()},
                    {"children", Json::array()}};
     m_vehicle.describe(result);
+    m_car.describe(result);
     for (Child* each : children()) {
         result["children"].push_back({{"name", each->name()},
                                       {"pid", each->pid() > 0 ? Json(each->pid()) : Json()},

@@ -4,9 +4,11 @@
 #include "services/bench/screen/PlainPages.h"
 #include "services/bench/screen/VideoLock.h"
 #include "services/bench/screen/VideoService.h"
+#include "services/bench/unit/Car.h"
 #include "services/bench/unit/Child.h"
 #include "services/bench/unit/DiscDrive.h"
 #include "services/bench/unit/HeadUnitOptions.h"
+#include "services/bench/unit/Journey.h"
 #include "services/bench/unit/Launcher.h"
 #include "services/bench/unit/PpsHistory.h"
 #include "services/bench/unit/PpsThread.h"
@@ -60,6 +62,8 @@ public:
     Launcher& launcher() { return m_launcher; }
     screen::VideoLock& videoLock() { return m_videoLock; }
     Vehicle& vehicle() { return m_vehicle; }
+    Car& car() { return m_car; }
+    Journey& journey() { return m_journey; }
     DiscDrive& drive() { return m_drive; }
     const PpsHistory& history() const { return m_history; }
     std::chrono::steady_clock::time_point began() const { return m_began; }
@@ -102,6 +106,8 @@ private:
     screen::PlainPages m_pages;
     Launcher m_launcher;
     Vehicle m_vehicle;
+    Car m_car;
+    Journey m_journey;
     DiscDrive m_drive;
     SoundKnob m_sound;
     std::unique_ptr<Child> m_application;

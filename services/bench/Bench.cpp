@@ -56,6 +56,11 @@ Status Bench::start() {
     if (auto started = m_unit.start(); !started) {
         return started;
     }
+    if (m_options.mpris) {
+        if (auto joined = joinDesktop(); !joined) {
+            return joined;
+        }
+    }
     return m_ctl.start();
 }
 
@@ -118,6 +123,24 @@ Status Bench::openDisplay() {
             [this] { return isPlaying(); }, [this] { m_loop.quit(); }});
     auto opened = m_display->open(m_options.fullScreen);
     return opened ? std::move(opened) : Status(Error{"--display: " + opened.error()});
+}
+
+Status Bench::joinDesktop() {
+    m_mpris = std::make_unique<mpris::Mpris>(
+        m_loop, mpris::Mpris::Unit{m_unit.ppsSocket(),
+                                   [this](std::vector<std::string> words) {
+                                       runCommand(std::move(words), [](const auto&) {});
+                                   },
+                                   [this] { return m_unit.sound().volume(); }});
+    m_unit.sound().onTurned = [this] { m_mpris->volumeChanged(); };
+    const auto said = m_mpris->start();
+    if (!said) {
+        return said.failure();
+    }
+    if (!said->empty()) {
+        std::fprintf(stderr, "zmbench: %s\n", said->c_str());
+    }
+    return ok();
 }
 
 bool Bench::isPlaying() {

@@ -5,6 +5,7 @@
 #include "services/bench/commands/CtlServer.h"
 #include "services/bench/commands/Processor.h"
 #include "services/bench/display/Display.h"
+#include "services/bench/mpris/Mpris.h"
 #include "services/bench/unit/HeadUnit.h"
 #include "services/bench/web/Server.h"
 
@@ -26,6 +27,7 @@ private:
     void announce();
     Result<std::string> startPage();
     Status openDisplay();
+    Status joinDesktop();
     bool isPlaying();
     void runCommand(std::vector<std::string> words, std::function<void(web::Backend::Answer)> done);
     web::State::Sources pageSources();
@@ -38,6 +40,7 @@ private:
     LogReader m_log;
     std::unique_ptr<web::Server> m_page;
     std::unique_ptr<display::Display> m_display;
+    std::unique_ptr<mpris::Mpris> m_mpris;
     std::string m_url;
     bool m_announced = false;
 };

@@ -16,7 +16,7 @@ const char* const Usage =
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
     "               [--resources DIR] [--resume FILE] [--open] [--display [--full-screen]]\n"
-    "               [--audio-device auto|none|pulse[:NAME]|alsa[:NAME]] [--drive auto|DEVICE]\n"
+    "               [--audio-device auto|none|pulse[:NAME]|alsa[:NAME]] [--drive auto|DEVICE] [--mpris]\n"
     "       zmbench --version | --help\n";
 
 namespace {
@@ -55,7 +55,7 @@ bool takeAudioDevice(Parsed& parsed, const std::string& value) {
     return whole || (named && !value.ends_with(':'));
 }
 
-constexpr std::array<OptionRow, 17> Rows = {{
+constexpr std::array<OptionRow, 18> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -100,6 +100,11 @@ constexpr std::array<OptionRow, 17> Rows = {{
     {"--full-screen", false,
      [](Parsed& p, const std::string&) {
          p.options.fullScreen = true;
+         return true;
+     }},
+    {"--mpris", false,
+     [](Parsed& p, const std::string&) {
+         p.options.mpris = true;
          return true;
      }},
     {"--manual-clock", false,

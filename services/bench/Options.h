@@ -16,6 +16,7 @@ struct Options {
     bool web = true;
     bool open = false;       ///< shows the page in the user's browser
     bool display = false;    ///< shows the screen in a window of this machine
+    bool mpris = false;      ///< the desktop's media keys and applets reach the player
     bool fullScreen = false; ///< and that as large as the monitor
 };
 

@@ -95,6 +95,7 @@ class Bench(
         app_args: Optional[str] = None,
         audio_device: Optional[str] = None,
         drive: Optional[str] = None,
+        mpris: bool = False,
         page: bool = False,
         display: bool = False,
         program: Optional[PathLike] = None,
@@ -113,6 +114,7 @@ class Bench(
         app_args      words behind `Platen disc`, separated and quoted as in a shell
         audio_device  what sound is played on: "auto", "none", "pulse", "pulse:NAME", "alsa", "alsa:NAME"
         drive         a disc drive of this machine, "/dev/sr0", or "auto": the first
+        mpris         True: the desktop's media keys and applets reach the player
         page          True: with the page for a browser, at `address`, on any free port
         display       True: with a window on this machine, which DISPLAY or WAYLAND_DISPLAY names
         program       zmbench or its folder; else `PLATEN_BENCH`, a build around this package, PATH
@@ -138,6 +140,7 @@ class Bench(
         words += ["--app-args", app_args] if app_args is not None else []
         words += ["--audio-device", audio_device] if audio_device is not None else []
         words += ["--drive", drive] if drive is not None else []
+        words += ["--mpris"] if mpris else []
         words += ["--port", "0"] if page else ["--no-web"]
         words += ["--display"] if display else []
         process = BenchProcess(words, timeout, {})

@@ -8,8 +8,7 @@ namespace zm::bench::unit {
 
 namespace {
 
-constexpr const char* Object = "/pps/zelmar/audio/volume";
-constexpr int WriteOnlyCreate = 257;
+constexpr const char* VolumeObject = "/pps/zelmar/audio/volume";
 
 } // namespace
 
@@ -22,7 +21,7 @@ SoundKnob::SoundKnob(std::string ppsSocket, std::string file)
 }
 
 Status SoundKnob::start() {
-    auto object = PpsFile::open(m_socket, Object, WriteOnlyCreate, 0666);
+    auto object = PpsFile::open(m_socket, VolumeObject, PpsWriteOnlyCreate, 0666);
     if (!object) {
         return object.failure();
     }
@@ -34,6 +33,9 @@ Status SoundKnob::turn(int volume) {
     m_volume = std::clamp(volume, 0, Loudest);
     const auto published = publish();
     const auto kept = keep();
+    if (onTurned) {
+        onTurned();
+    }
     return published ? kept : published;
 }
 

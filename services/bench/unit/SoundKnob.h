@@ -3,6 +3,7 @@
 #include "base/Result.h"
 #include "platform/linux/pps/PpsFile.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -16,6 +17,9 @@ class SoundKnob {
 public:
     static constexpr int Loudest = 100;
     static constexpr int Step = 5; ///< of a key
+
+    /** Somebody has turned it. */
+    std::function<void()> onTurned;
 
     /** `file` keeps the volume; without one it is as loud as can be. */
     SoundKnob(std::string ppsSocket, std::string file);

@@ -1,6 +1,7 @@
 // The decoder's process: plays what the disc service gives it, one item at a time.
 #include "base/About.h"
 #include "base/Socket.h"
+#include "services/decoder/CutFeed.h"
 #include "services/decoder/Fonts.h"
 #include "services/decoder/FrameSender.h"
 #include "services/decoder/Jail.h"
@@ -101,7 +102,7 @@ private:
         m_reporter.emplace(item);
         const auto kind = static_cast<MediaKind>(numberOf(json, "kind"));
         m_pipeline.emplace(m_loop, *m_reporter, m_frames, playable(json, kind),
-                           std::make_shared<RemoteFeed>(std::move(bytes)));
+                           feedOf(json, std::move(bytes)));
         m_pipeline->start(Milliseconds(numberOf(json, "position")),
                           json.value("paused", false) ? StartMode::Paused : StartMode::Playing);
     }
@@ -110,9 +111,20 @@ private:
         return {nullptr, wire::stringOf(json, "path"), kind, Milliseconds(numberOf(json, "length"))};
     }
 
+    static std::shared_ptr<ByteFeed> feedOf(const Json& json, UniqueFd bytes) {
+        auto file = std::make_shared<RemoteFeed>(std::move(bytes));
+        const auto cut = json.find("cut");
+        if (cut == json.end() || !cut->is_object()) {
+            return file;
+        }
+        const bool bounded = cut->contains("count");
+        return std::make_shared<CutFeed>(std::move(file), numberOf(*cut, "first"),
+                                         bounded ? std::optional(numberOf(*cut, "count")) : std::nullopt,
+                                         numberOf(*cut, "silence"));
+    }
+
     void follow(const Json& json, UniqueFd bytes) {
-        if (m_pipeline->follow(playable(json, MediaKind::Music),
-                               std::make_shared<RemoteFeed>(std::move(bytes)))) {
+        if (m_pipeline->follow(playable(json, MediaKind::Music), feedOf(json, std::move(bytes)))) {
             m_reporter->expect(numberOf(json, "number"));
         }
     }

@@ -159,19 +159,33 @@ TEST_F(DiscImages, EncodedFilesAreTracksAsTheyAre) {
     EXPECT_EQ((*reader)->size(), std::filesystem::file_size(m_folder / "1.flac"));
 }
 
-TEST_F(DiscImages, TracksInsideAnEncodedFileAreOne) {
+TEST_F(DiscImages, TracksInsideAnEncodedFileArePartsOfIt) {
     place(toneFile("flac", 5), m_folder / "d.flac");
     place(toneFile("mp3", 5), m_folder / "e.mp3");
     write("d.cue", "PERFORMER Ann\nTITLE Album\nFILE d.flac WAVE\nTRACK 01 AUDIO\nTITLE One\n"
-                   "INDEX 00 00:00:00\nINDEX 01 00:04:10\nTRACK 02 AUDIO\nTITLE Two\nINDEX 01 00:04:20\n"
-                   "FILE e.mp3 MP3\nTRACK 03 AUDIO\nTITLE Three\nINDEX 01 00:00:00\n");
+                   "INDEX 00 00:00:00\nINDEX 01 00:00:10\nTRACK 02 AUDIO\nTITLE Two\nPREGAP 00:00:04\n"
+                   "INDEX 01 00:02:20\nFILE e.mp3 MP3\nTRACK 03 AUDIO\nTITLE Three\nINDEX 01 00:00:00\n");
     const auto medium = open("d.cue");
     const auto contents = contentsOf(*medium);
-    EXPECT_EQ(names(contents), (Names{"Album", "Three"}));
+    EXPECT_EQ(names(contents), (Names{"One", "Two", "Three"}));
     EXPECT_EQ(contents.of(MediaKind::Music)[0].tags.artist, "Ann");
-    const auto reader = medium->open("01.flac");
+    EXPECT_EQ(contents.of(MediaKind::Music)[0].tags.seconds, 2);
+    EXPECT_EQ(contents.of(MediaKind::Music)[1].tags.seconds, 3);
+    EXPECT_EQ(medium->cut("01.flac"), (SoundCut{10, 2 * 75 + 10, 4}));
+    EXPECT_EQ(medium->cut("02.flac"), (SoundCut{2 * 75 + 20, {}, 0}));
+    EXPECT_EQ(medium->cut("03.mp3"), std::nullopt) << "all of its file";
+    const auto reader = medium->open("02.flac");
     ASSERT_TRUE(reader);
-    EXPECT_EQ((*reader)->size(), std::filesystem::file_size(m_folder / "d.flac")) << "all of it";
+    EXPECT_EQ((*reader)->size(), std::filesystem::file_size(m_folder / "d.flac")) << "where it is cut out of";
+}
+
+TEST_F(DiscImages, DiscsCutOutOfOneFileInOtherWaysAreOthers) {
+    place(toneFile("flac", 5), m_folder / "d.flac");
+    const std::string first =
+        "FILE d.flac WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\nTRACK 02 AUDIO\nINDEX 01 ";
+    write("1.cue", first + "00:02:00\n");
+    write("2.cue", first + "00:03:00\n");
+    EXPECT_NE(contentsOf(*open("1.cue")).identity, contentsOf(*open("2.cue")).identity);
 }
 
 TEST_F(DiscImages, EncodedBytesAreNeverPlayedAsSound) {
@@ -320,6 +334,71 @@ TEST_F(DiscImages, AnImageMayHaveItsDescriptionAtItsEnd) {
     }
 }
 
+// ---- sub-channels
+
+namespace {
+
+// The sectors with 96 bytes behind each.
+std::string withSubChannels(const std::string& sectors) {
+    std::string all;
+    for (size_t at = 0; at < sectors.size(); at += SectorBytes) {
+        all += sectors.substr(at, SectorBytes) + std::string(96, 'x');
+    }
+    return all;
+}
+
+} // namespace
+
+TEST_F(DiscImages, SubChannelsBehindTheSoundAreLeftOut) {
+    write("d.bin", withSubChannels(m_one + m_two));
+    std::string graphics = twoTracks;
+    for (size_t at; (at = graphics.find("AUDIO")) != std::string::npos;) {
+        graphics.replace(at, 5, "CDG");
+    }
+    write("1.cue", "FILE d.bin BINARY\n" + graphics);
+    write("2.cue", std::string("FILE d.bin BINARY\n") + twoTracks); // they are told by the file's size alone
+    write("t.bin", swapped(withSubChannels(m_one + m_two)));
+    write("3.toc", "CD_DA\nTRACK AUDIO RW_RAW\nFILE \"t.bin\" 0 00:01:00\n"
+                   "TRACK AUDIO RW\nFILE \"t.bin\" 44100\n");
+    for (const char* name : {"1.cue", "2.cue", "3.toc"}) {
+        const auto medium = open(name);
+        ASSERT_TRUE(medium) << name;
+        EXPECT_EQ(contentsOf(*medium).of(MediaKind::Music)[0].tags.seconds, 1) << name;
+        EXPECT_EQ(soundOf(*medium, "01.wav"), m_one) << name;
+        EXPECT_EQ(soundOf(*medium, "02.wav"), m_two) << name;
+    }
+}
+
+TEST_F(DiscImages, SilenceAndAHiddenTrackHaveTheirLengthWithSubChannelsToo) {
+    write("d.bin", withSubChannels(cdSound(5, 880) + m_one + m_two));
+    write("d.cue", "FILE d.bin BINARY\nTRACK 01 AUDIO\nINDEX 00 00:00:00\nINDEX 01 00:05:00\n"
+                   "POSTGAP 00:00:10\nTRACK 02 AUDIO\nINDEX 01 00:06:00\n");
+    const auto medium = open("d.cue");
+    EXPECT_EQ(soundOf(*medium, "01.wav"), m_one + std::string(size_t{10} * SectorBytes, '\0'));
+    EXPECT_EQ(soundOf(*medium, "03.wav"), cdSound(5, 880));
+}
+
+TEST_F(DiscImages, TheImageOfThreeFilesMayHaveSubChannelsItself) {
+    // Of a size that fits sectors of both sizes.
+    const std::string sound = cdSound(2, 440).substr(0, size_t{49} * SectorBytes);
+    write("d.img", withSubChannels(sound));
+    ASSERT_EQ(std::filesystem::file_size(m_folder / "d.img") % SectorBytes, 0u);
+    write("d.ccd", "[Entry 0]\nSession=1\nPoint=0xa2\nPLBA=49\n[Entry 1]\nSession=1\nPoint=1\nPLBA=0\n");
+    EXPECT_EQ(soundOf(*open("d.ccd"), "01.wav"), sound);
+    write("d.ccd", "[Entry 0]\nSession=1\nPoint=0xa2\nPLBA=51\n[Entry 1]\nSession=1\nPoint=1\nPLBA=0\n");
+    EXPECT_EQ(soundOf(*open("d.ccd"), "01.wav"), withSubChannels(sound)) << "as many short ones were said";
+}
+
+TEST_F(DiscImages, AnImageWithItsDescriptionAtItsEndMayHaveSubChannels) {
+    const std::string sound = withSubChannels(m_one);
+    const std::string track = std::string(12, '\0') + big(2448, 2) + "\x10" + std::string(3, '\0') +
+                              big(0, 8) + big(0, 8) + big(sound.size(), 8);
+    const std::string tracks = std::string(22, '\0') + track;
+    write("d.nrg", sound + "DAOX" + big(tracks.size(), 4) + tracks + "END!" + big(0, 4) + "NER5" +
+                       big(sound.size(), 8));
+    EXPECT_EQ(soundOf(*open("d.nrg"), "01.wav"), m_one);
+}
+
 TEST_F(DiscImages, DescriptionsThatAreWrongAreRefusedWithTheirPlace) {
     write("d.bin", m_one);
     write("d.img", m_one);
@@ -337,8 +416,8 @@ TEST_F(DiscImages, DescriptionsThatAreWrongAreRefusedWithTheirPlace) {
         {"6.toc", "CD_DA\nCD_TEXT { TITLE \"a\"\n", "line 2: CD_TEXT: its { is never closed"},
         {"7.toc", "CD_DA\nTRACK AUDIO\nFILE \"missing.bin\" 0\n", "missing.bin: no such file"},
         {"8.toc", "CD_DA\n", "names no track"},
-        {"9.toc", "CD_DA\nTRACK AUDIO RW_RAW\nFILE \"d.bin\" 0\n",
-         "line 2: TRACK: sectors with sub-channels are not read"},
+        {"9.toc", "CD_DA\nTRACK MODE2_FORM1 RW_RAW\nFILE \"d.bin\" 0\n",
+         "line 2: TRACK: sectors of this mode with sub-channels are not read"},
         {"1.ccd", "[Entry 0\n", "line 1: [Entry 0: the section's name has no end"},
         {"2.ccd", "[Entry 0]\nPoint=first\n", "line 2: Point=first: not a number"},
         {"3.ccd", "[Entry 0]\nPoint=1\nPLBA=0\n", "track 1: its session has no end"},
@@ -454,5 +533,10 @@ TEST_F(DiscImages, SectorsOfADataDiscNeedNoDescription) {
         ASSERT_TRUE(medium);
         EXPECT_THAT(medium->description().form, HasSubstr("sectors of 2352 bytes, ISO 9660"));
         EXPECT_EQ(names(contentsOf(*medium)), (Names{"Of the files"}));
+        write("long.iso", withSubChannels(raw));
+        const auto longer = open("long.iso");
+        ASSERT_TRUE(longer);
+        EXPECT_THAT(longer->description().form, HasSubstr("sectors of 2448 bytes, ISO 9660"));
+        EXPECT_EQ(names(contentsOf(*longer)), (Names{"Of the files"}));
     }
 }

@@ -45,6 +45,19 @@ std::shared_ptr<Feed> feedOf(const Playable& playable) {
     return std::make_shared<Feed>(playable.medium, playable.path, scratch);
 }
 
+// The part of its file that `playable` is, as the decoder takes it; null for all of it.
+Json cutOf(const Playable& playable) {
+    const auto cut = playable.medium->cut(playable.path);
+    if (!cut) {
+        return nullptr;
+    }
+    Json json{{"first", cut->first}, {"silence", cut->silence}};
+    if (cut->count) {
+        json["count"] = *cut->count;
+    }
+    return json;
+}
+
 } // namespace
 
 DecoderEngine::DecoderEngine(EventLoop& home, std::shared_ptr<FrameSink> frames)
@@ -252,6 +265,7 @@ void DecoderEngine::begin() {
                      {"path", playable.path},
                      {"kind", static_cast<int>(playable.kind)},
                      {"length", playable.length.count()},
+                     {"cut", cutOf(playable)},
                      {"position", m_item->position.count()},
                      {"paused", m_item->mode == StartMode::Paused}},
                     {bytes->get()});
@@ -334,7 +348,8 @@ void DecoderEngine::sendNext() {
         m_process->send({{"do", "follow"},
                          {"number", ++m_nextNumber},
                          {"path", next.path},
-                         {"length", next.length.count()}},
+                         {"length", next.length.count()},
+                         {"cut", cutOf(next)}},
                         {bytes->get()});
     }
 }

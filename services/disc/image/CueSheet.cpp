@@ -179,7 +179,8 @@ private:
         const auto& begin = m_sheet.tracks.back().pieces.front();
         if (first && m_sheet.tracks.back().format.content == Content::Audio && m_pauseBegin &&
             m_pauseBegin->file == begin.file &&
-            begin.begin - m_pauseBegin->begin >= LeastHiddenSectors * SoundSectorBytes) {
+            begin.begin - m_pauseBegin->begin >=
+                LeastHiddenSectors * m_sheet.tracks.back().format.sectorSize) {
             m_sheet.hidden = *m_pauseBegin;
             m_sheet.hidden->end = begin.begin;
         }
@@ -255,7 +256,8 @@ private:
     void addSilence() {
         for (size_t i = 0; i < m_silence.size(); ++i) {
             if (m_silence[i] > 0 && m_sheet.tracks[i].format.content == Content::Audio) {
-                m_sheet.tracks[i].pieces.push_back({{}, 0, m_silence[i] * SoundSectorBytes});
+                m_sheet.tracks[i].pieces.push_back(
+                    {{}, 0, m_silence[i] * m_sheet.tracks[i].format.sectorSize});
             }
         }
     }

@@ -26,10 +26,8 @@ struct NrgMode {
     const char* format;
 };
 constexpr NrgMode nrgModes[] = {{0x00, "MODE1/2048"}, {0x02, "MODE2/2048"}, {0x03, "MODE2/2336"},
-                                {0x05, "MODE1/2352"}, {0x06, "MODE2/2352"}, {0x07, "AUDIO"}};
-// Sectors with their sub-channels behind them.
-constexpr unsigned char FirstLongMode = 0x0F;
-constexpr unsigned char LastLongMode = 0x11;
+                                {0x05, "MODE1/2352"}, {0x06, "MODE2/2352"}, {0x07, "AUDIO"},
+                                {0x0F, "MODE1/2448"}, {0x10, "CDG"},        {0x11, "MODE2/2448"}};
 
 /** The two ages of the format differ in the size of their numbers. */
 struct Layout {
@@ -150,9 +148,6 @@ private:
         if (number > MaxTrackNumber) {
             return fail(name, "more than 99 tracks");
         }
-        if (mode >= FirstLongMode && mode <= LastLongMode) {
-            return fail(name, track + "sectors with sub-channels are not read");
-        }
         if (row == std::end(nrgModes)) {
             return fail(name, track + "unknown mode " + std::to_string(mode));
         }
@@ -161,7 +156,7 @@ private:
         }
         const auto& format = *trackFormat(row->format);
         const bool sound = format.content == TrackFormat::Content::Audio;
-        if (m_sheet.tracks.empty() && sound && begin - pause >= LeastHiddenSectors * SoundSectorBytes) {
+        if (m_sheet.tracks.empty() && sound && begin - pause >= LeastHiddenSectors * format.sectorSize) {
             m_sheet.hidden = SheetPiece{0, pause, begin};
         } else if (!m_sheet.tracks.empty() && m_sheet.tracks.back().format.name == format.name && sound &&
                    m_sheet.tracks.back().pieces.front().end == pause) {

@@ -16,13 +16,14 @@ constexpr uint64_t MaxBytes = uint64_t{100} * 60 * SectorsPerSecond * SoundSecto
 
 struct TocMode {
     std::string_view mode;
-    const char* format;
+    std::string_view format;
+    std::string_view longFormat{}; ///< with sub-channels
 };
-constexpr TocMode tocModes[] = {{"AUDIO", "AUDIO"},
+constexpr TocMode tocModes[] = {{"AUDIO", "AUDIO", "CDG"},
                                 {"MODE1", "MODE1/2048"},
-                                {"MODE1_RAW", "MODE1/2352"},
+                                {"MODE1_RAW", "MODE1/2352", "MODE1/2448"},
                                 {"MODE2", "MODE2/2336"},
-                                {"MODE2_RAW", "MODE2/2352"},
+                                {"MODE2_RAW", "MODE2/2352", "MODE2/2448"},
                                 {"MODE2_FORM1", "MODE2/2048"},
                                 {"MODE2_FORM2", "MODE2/2324"},
                                 {"MODE2_FORM_MIX", "MODE2/2336"}};
@@ -155,14 +156,16 @@ private:
         if (row == std::end(tocModes)) {
             return fail(mode ? *mode : token, "unknown kind of track");
         }
-        if (nextIs("RW") || nextIs("RW_RAW")) {
-            return fail(token, "sectors with sub-channels are not read");
+        const bool isLong = nextIs("RW") || nextIs("RW_RAW");
+        if (isLong && row->longFormat.empty()) {
+            return fail(token, "sectors of this mode with sub-channels are not read");
         }
         const auto number = static_cast<int>(m_sheet.tracks.size()) + 1;
         if (number > MaxTrackNumber) {
             return fail(token, "more than 99 tracks");
         }
-        m_sheet.tracks.push_back({number, *trackFormat(row->format), {}, {}, {}, {}});
+        m_sheet.tracks.push_back(
+            {number, *trackFormat(isLong ? row->longFormat : row->format), {}, {}, {}, {}});
         m_trackToken = token;
         m_length = 0;
         m_start.reset();
@@ -180,7 +183,12 @@ private:
         if (error != std::errc() || end != text.data() + text.size() || value > MaxBytes) {
             return std::nullopt;
         }
-        return format.content == TrackFormat::Content::Audio ? value * SampleBytes : value;
+        if (format.content != TrackFormat::Content::Audio) {
+            return value;
+        }
+        // Samples do not count the sub-channels between them.
+        const uint64_t bytes = value * SampleBytes;
+        return format.sectorSize == SoundSectorBytes ? bytes : bytes / SoundSectorBytes * format.sectorSize;
     }
     std::optional<uint64_t> nextLength() {
         const bool word = m_place < m_tokens.size() && m_tokens[m_place].kind == TocToken::Kind::Word;
@@ -311,8 +319,11 @@ private:
 
     Status giveToTrackBefore(const std::vector<SheetPiece>& pause) {
         const size_t count = m_sheet.tracks.size();
-        if (count < 2 || m_sheet.tracks[count - 2].format.content != TrackFormat::Content::Audio ||
-            m_sheet.tracks[count - 1].format.content != TrackFormat::Content::Audio) {
+        const auto isSound = [](const SheetTrack& each) {
+            return each.format.content == TrackFormat::Content::Audio;
+        };
+        if (count < 2 || !isSound(m_sheet.tracks[count - 2]) ||
+            m_sheet.tracks[count - 1].format.name != m_sheet.tracks[count - 2].format.name) {
             return ok();
         }
         auto& pieces = m_sheet.tracks[count - 2].pieces;
@@ -357,7 +368,8 @@ private:
             return fail(m_trackToken, "has no sound and no data");
         }
         if (m_sheet.tracks.size() == 1 && pause.size() == 1 && pause.front().file &&
-            *pause.front().end - pause.front().begin >= LeastHiddenSectors * SoundSectorBytes) {
+            *pause.front().end - pause.front().begin >=
+                LeastHiddenSectors * m_sheet.tracks.back().format.sectorSize) {
             m_sheet.hidden = pause.front();
         }
         return giveToTrackBefore(pause);

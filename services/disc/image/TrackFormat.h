@@ -9,6 +9,8 @@ namespace zm::disc::image {
 inline constexpr int SectorsPerSecond = 75;
 /** Bytes of sound in a sector: 16 bits, two channels, 44,100 Hz. */
 inline constexpr uint32_t SoundSectorBytes = 2352;
+/** All of a sector with its sub-channels behind it. */
+inline constexpr uint32_t LongSectorBytes = 2448;
 
 /** How the sectors of a track lie in an image; sizes in bytes. */
 struct TrackFormat {

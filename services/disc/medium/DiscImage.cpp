@@ -51,44 +51,40 @@ TrackPiece place(const image::SheetPiece& piece, const image::TrackFormat& forma
     return {swapped ? Form::Swapped : Form::Plain, file.path, first + piece.begin, std::min(bytes, most)};
 }
 
+// Which part of its file, which lasts so many seconds, an encoded track is. Of what else belongs to it only silence can
+// be put behind it: the rest would have to be encoded, too.
+void cutOut(ImageTrack& track, const image::SheetPiece& piece, const std::vector<image::SheetPiece>& all,
+            int fileSeconds) {
+    const uint64_t sector = track.format.sectorSize;
+    SoundCut cut{piece.begin / sector, {}, 0};
+    if (piece.end) {
+        cut.count = *piece.end / sector - cut.first;
+    }
+    for (const auto& each : all) {
+        cut.silence += each.file ? 0 : *each.end / sector;
+    }
+    const auto before = static_cast<int>(cut.first / image::SectorsPerSecond);
+    track.seconds = cut.count ? static_cast<int>((*cut.count + cut.silence) / image::SectorsPerSecond)
+                              : std::max(fileSeconds - before, 0);
+    if (cut != SoundCut{}) {
+        track.cut = cut;
+    }
+}
+
 ImageTrack place(const image::SheetTrack& track, const std::vector<FoundSheetFile>& files) {
-    ImageTrack placed{track.format, track.title, track.performer, track.isrc, {}, {}, 0};
+    ImageTrack placed{track.format, track.title, track.performer, track.isrc, {}, {}, 0, {}};
     for (const auto& piece : track.pieces) {
         const auto found = place(piece, track.format, files);
         if (found.form != Form::Encoded) {
             placed.pieces.push_back(found);
         } else if (placed.pieces.empty()) {
-            // All of the track, as what goes with it would have to be encoded, too.
             placed.pieces.push_back(found);
             placed.extension = files[*piece.file].sound.extension;
-            placed.seconds = files[*piece.file].sound.seconds;
+            cutOut(placed, piece, track.pieces, files[*piece.file].sound.seconds);
             break;
         }
     }
     return placed;
-}
-
-// A file that has to be decoded is one track, however many parts of it the description names.
-bool belongsTo(const ImageTrack& before, const ImageTrack& track) {
-    return !track.extension.empty() && !before.extension.empty() &&
-           before.pieces.front().file == track.pieces.front().file;
-}
-
-void addTracks(DiscImage& image, const image::DiscSheet& sheet, const std::vector<FoundSheetFile>& files) {
-    for (const auto& each : sheet.tracks) {
-        auto track = place(each, files);
-        if (!image.tracks.empty() && belongsTo(image.tracks.back(), track)) {
-            auto& whole = image.tracks.back();
-            whole.title = image.label;
-            whole.performer = image.performer;
-            whole.isrc.clear();
-            continue;
-        }
-        image.tracks.push_back(std::move(track));
-    }
-    if (image.tracks.size() < sheet.tracks.size()) {
-        logWarning("%s: the tracks inside a file that is decoded are played as one\n", image.path.c_str());
-    }
 }
 
 void addTextsOf(image::DiscSheet& sheet, const std::string& folder, const std::string& path) {
@@ -105,6 +101,62 @@ void addTextsOf(image::DiscSheet& sheet, const std::string& folder, const std::s
     }
 }
 
+// ---- sub-channels
+
+// The same sectors where each has another size.
+void resize(image::SheetPiece& piece, uint32_t before, uint32_t now) {
+    piece.begin = piece.begin / before * now;
+    if (piece.end) {
+        piece.end = *piece.end / before * now;
+    }
+}
+void resize(image::SheetTrack& track, uint32_t now) {
+    for (auto& piece : track.pieces) {
+        resize(piece, track.format.sectorSize, now);
+    }
+    track.format.sectorSize = now;
+}
+
+// Whether the file holds sub-channels behind each sector, which not every description says: the size of the file does.
+bool hasSubChannels(const image::DiscSheet& sheet, const FoundSheetFile& file, size_t index) {
+    constexpr uint64_t Long = image::LongSectorBytes;
+    if (file.type == image::SheetFileType::SoundFile || file.size % Long != 0) {
+        return false;
+    }
+    uint64_t said = 0; // where the last track ends, if that is said
+    for (const auto& track : sheet.tracks) {
+        for (const auto& piece : track.pieces) {
+            const bool here = piece.file == index;
+            if (here && track.format.sectorSize != image::SoundSectorBytes) {
+                return false;
+            }
+            said = here ? piece.end.value_or(0) : said;
+        }
+    }
+    return file.size % image::SoundSectorBytes != 0 || said / image::SoundSectorBytes == file.size / Long;
+}
+
+// Gives the tracks the size that the sectors have in their files.
+void fitSectors(image::DiscSheet& sheet, const std::vector<FoundSheetFile>& files) {
+    for (size_t i = 0; i < files.size(); ++i) {
+        const bool isLong = hasSubChannels(sheet, files[i], i);
+        for (auto& track : sheet.tracks) {
+            const auto size = track.format.sectorSize;
+            if (track.pieces.front().file != i) {
+                continue;
+            }
+            if (isLong ||
+                (files[i].type == image::SheetFileType::SoundFile && size == image::LongSectorBytes)) {
+                const auto now = isLong ? image::LongSectorBytes : image::SoundSectorBytes;
+                if (sheet.hidden && sheet.hidden->file == i && &track == &sheet.tracks.front()) {
+                    resize(*sheet.hidden, size, now);
+                }
+                resize(track, now);
+            }
+        }
+    }
+}
+
 Result<DiscImage> imageOf(image::DiscSheet sheet, const std::string& path) {
     const std::string folder = fs::path(path).parent_path().string();
     addTextsOf(sheet, folder, path);
@@ -116,18 +168,18 @@ Result<DiscImage> imageOf(image::DiscSheet sheet, const std::string& path) {
         }
         files.push_back(std::move(*found));
     }
+    fitSectors(sheet, files);
     const std::string label =
         sheet.title.empty() ? text::cleanText(fs::path(path).stem().string()) : sheet.title;
     DiscImage image{path, sheet.title, sheet.performer, label, sheet.catalogNumber, {}, {}};
     if (sheet.hidden) {
         const image::SheetTrack hidden{
-            0, *image::trackFormat("AUDIO"), "Hidden track", {}, {}, {*sheet.hidden}};
-        auto placed = place(hidden, files);
-        if (placed.extension.empty()) {
-            image.hidden = std::move(placed);
-        }
+            0, sheet.tracks.front().format, "Hidden track", {}, {}, {*sheet.hidden}};
+        image.hidden = place(hidden, files);
     }
-    addTracks(image, sheet, files);
+    for (const auto& track : sheet.tracks) {
+        image.tracks.push_back(place(track, files));
+    }
     return image;
 }
 

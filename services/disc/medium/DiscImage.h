@@ -20,8 +20,9 @@ struct ImageTrack {
     std::string performer;
     std::string isrc;
     std::vector<TrackPiece> pieces; ///< at least one
-    std::string extension;          ///< of a track that is a whole encoded file, with the dot; else empty
+    std::string extension;          ///< of a track in an encoded file, with the dot; else empty
     int seconds = 0;                ///< of such a track, 0 when unknown
+    std::optional<SoundCut> cut;    ///< the part of that file that it is; nothing: all of it
 
     /** Bytes of all of it; 0 if the files end before the track. */
     uint64_t size() const;

@@ -25,6 +25,7 @@ public:
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
     std::shared_ptr<const model::Contents> tracks() const override;
+    std::optional<SoundCut> cut(const std::string& file) const override { return m_medium->cut(file); }
     bool hasFilesToo() const override { return m_medium->hasFilesToo(); }
 
 private:

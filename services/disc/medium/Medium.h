@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -40,6 +41,14 @@ struct DiscDescription {
     std::vector<std::string> isrcs; ///< numbers of its recordings, by track, empty ones where unknown
 };
 
+/** The part of a file of encoded sound that is a track; in sectors of a CD, 75 a second. */
+struct SoundCut {
+    uint64_t first = 0;
+    std::optional<uint64_t> count; ///< nothing: up to the file's end
+    uint64_t silence = 0;          ///< behind it
+    bool operator==(const SoundCut&) const = default;
+};
+
 /**
  * The readable side of a disc, whatever it really is. Paths are raw bytes relative to the root, "" being the
  * root. Every call may block as long as the drive does, so none belongs on a thread that answers. Any thread,
@@ -53,6 +62,8 @@ public:
     /** Names in a folder, unsorted, without "." and "..". */
     virtual Result<std::vector<Entry>> list(const std::string& folder) = 0;
     virtual Result<std::unique_ptr<ByteReader>> open(const std::string& file) = 0;
+    /** Which part of a track's file is the track; nothing where it is all of it. Does not block. */
+    virtual std::optional<SoundCut> cut(const std::string& /*file*/) const { return std::nullopt; }
     /** All that is on a disc of tracks; null for a disc of files, which has to be searched.
      * Does not block. */
     virtual std::shared_ptr<const model::Contents> tracks() const { return nullptr; }

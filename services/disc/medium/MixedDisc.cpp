@@ -47,4 +47,8 @@ Result<std::unique_ptr<ByteReader>> MixedDisc::open(const std::string& file) {
     return path ? m_files->open(*path) : m_tracks->open(file);
 }
 
+std::optional<SoundCut> MixedDisc::cut(const std::string& file) const {
+    return inside(file, m_folder) ? std::nullopt : m_tracks->cut(file);
+}
+
 } // namespace zm::disc::medium

@@ -15,6 +15,7 @@ public:
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
     std::shared_ptr<const model::Contents> tracks() const override { return m_tracks->tracks(); }
+    std::optional<SoundCut> cut(const std::string& file) const override;
     bool hasFilesToo() const override { return true; }
 
 private:

@@ -58,7 +58,11 @@ Opened openNrg(const std::string& path) {
 }
 Opened openRaw(const std::string& path) {
     auto image = readRawImage(path);
-    return image ? openImageMedium(std::move(*image), "sectors of 2352 bytes") : image.failure();
+    if (!image) {
+        return image.failure();
+    }
+    const std::string size = std::to_string(image->tracks.front().format.sectorSize);
+    return openImageMedium(std::move(*image), "sectors of " + size + " bytes");
 }
 Opened openPlain(const std::string& path) {
     return openFileSystem(path);

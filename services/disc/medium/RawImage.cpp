@@ -18,9 +18,9 @@ constexpr std::string_view Sync("\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\0", 
 constexpr size_t ModePlace = 15;
 constexpr uint64_t LookedAt = 16;
 
-std::optional<int> modeAt(ByteReader& image, uint64_t sector) {
+std::optional<int> modeAt(ByteReader& image, uint64_t place) {
     std::string header(ModePlace + 1, '\0');
-    const auto count = image.readAt(sector * image::SoundSectorBytes, header);
+    const auto count = image.readAt(place, header);
     if (!count || *count < header.size() || header.compare(0, Sync.size(), Sync) != 0) {
         return std::nullopt;
     }
@@ -28,30 +28,35 @@ std::optional<int> modeAt(ByteReader& image, uint64_t sector) {
     return mode == 1 || mode == 2 ? std::optional(mode) : std::nullopt;
 }
 
-// The mode of its sectors, of which the first and one further on are looked at.
-std::optional<int> modeOf(const std::string& path) {
+// The format of its sectors, of which the first and one further on are looked at; null if it has none.
+const image::TrackFormat* formatOf(const std::string& path) {
     const auto reader = openSlice(path, 0, UINT64_MAX, path);
     const auto mode = reader ? modeAt(**reader, 0) : std::nullopt;
-    return mode && modeAt(**reader, LookedAt) ? mode : std::nullopt;
+    for (const uint64_t size : {image::SoundSectorBytes, image::LongSectorBytes}) {
+        if (mode && modeAt(**reader, LookedAt * size)) {
+            return image::trackFormat("MODE" + std::to_string(*mode) + "/" + std::to_string(size));
+        }
+    }
+    return nullptr;
 }
 
 } // namespace
 
 bool isRawImage(const std::string& path) {
-    return modeOf(path).has_value();
+    return formatOf(path) != nullptr;
 }
 
 Result<DiscImage> readRawImage(const std::string& path) {
     struct stat info {};
-    const auto mode = modeOf(path);
-    if (!mode || ::stat(path.c_str(), &info) != 0) {
-        return Error{path + ": no sectors of 2352 bytes"};
+    const auto* format = formatOf(path);
+    if (!format || ::stat(path.c_str(), &info) != 0) {
+        return Error{path + ": no sectors of 2352 or 2448 bytes"};
     }
-    const auto& format = *image::trackFormat(*mode == 1 ? "MODE1/2352" : "MODE2/2352");
-    const auto size = static_cast<uint64_t>(info.st_size) / format.sectorSize * format.sectorSize;
+    const auto size = static_cast<uint64_t>(info.st_size) / format->sectorSize * format->sectorSize;
     const std::string label = text::cleanText(std::filesystem::path(path).stem().string());
-    return DiscImage{path,  {}, {},
-                     label, {}, {{format, {}, {}, {}, {{TrackPiece::Form::Plain, path, 0, size}}, {}, 0}},
+    return DiscImage{path, {},
+                     {},   label,
+                     {},   {{*format, {}, {}, {}, {{TrackPiece::Form::Plain, path, 0, size}}, {}, 0, {}}},
                      {}};
 }
 

@@ -1,5 +1,6 @@
 #include "services/disc/medium/TrackDisc.h"
 
+#include "services/disc/medium/SectorReader.h"
 #include "services/disc/medium/VideoTrack.h"
 #include "services/disc/medium/WavReader.h"
 #include "services/disc/model/DiscIdentity.h"
@@ -21,6 +22,12 @@ std::string extensionOf(const ImageTrack& track, model::MediaKind kind) {
     return !track.extension.empty() ? track.extension : kind == model::MediaKind::Music ? ".wav" : ".mpg";
 }
 
+// In sectors. What a track that goes on to the end of an encoded file lasts is not known yet; its beginning tells it from
+// others as well.
+uint64_t lengthOf(const ImageTrack& track) {
+    return track.cut ? track.cut->count.value_or(track.cut->first) : track.size() / track.format.sectorSize;
+}
+
 model::Contents contentsOf(const DiscImage& image, model::MediaType type, model::MediaKind kind) {
     model::Contents contents;
     contents.trackType = type;
@@ -38,7 +45,7 @@ model::Contents contentsOf(const DiscImage& image, model::MediaType type, model:
         item.tags.title = track.title;
         item.tags.artist = track.performer.empty() ? image.performer : track.performer;
         item.tags.album = image.title;
-        const auto sectors = track.size() / track.format.sectorSize;
+        const auto sectors = lengthOf(track);
         item.tags.seconds =
             track.extension.empty() ? static_cast<int>(sectors / image::SectorsPerSecond) : track.seconds;
         items.push_back(std::move(item));
@@ -78,14 +85,24 @@ Result<std::vector<Entry>> TrackDisc::list(const std::string& folder) {
     return entries;
 }
 
-Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
+const ImageTrack* TrackDisc::find(const std::string& file) const {
     const auto& items = m_contents->of(kind());
     const auto item = std::find_if(items.begin(), items.end(),
                                    [&](const model::Item& each) { return each.rawName == file; });
-    if (item == items.end()) {
+    return item == items.end() ? nullptr : &m_image.tracks[static_cast<size_t>(item - items.begin())];
+}
+
+std::optional<SoundCut> TrackDisc::cut(const std::string& file) const {
+    const auto* track = find(file);
+    return track ? track->cut : std::nullopt;
+}
+
+Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
+    const auto* found = find(file);
+    if (!found) {
         return Error{m_image.path + ": " + file + ": no such track"};
     }
-    const auto& track = m_image.tracks[static_cast<size_t>(item - items.begin())];
+    const auto& track = *found;
     const std::string name = m_image.path + ": " + file;
     if (track.size() == 0) {
         return Error{name + ": " + track.pieces.front().file + " ends before it"};
@@ -93,7 +110,8 @@ Result<std::unique_ptr<ByteReader>> TrackDisc::open(const std::string& file) {
     if (kind() == model::MediaKind::Video) {
         return openVideoTrack(track, name);
     }
-    auto sound = openTrack(track, name);
+    const bool subChannels = track.format.sectorSize > image::SoundSectorBytes;
+    auto sound = subChannels ? openSectors(track, name, image::SoundSectorBytes) : openTrack(track, name);
     if (!sound || !track.extension.empty()) {
         return sound;
     }

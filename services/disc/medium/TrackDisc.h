@@ -17,10 +17,13 @@ public:
     std::string label() const override { return m_image.label; }
     Result<std::vector<Entry>> list(const std::string& folder) override;
     Result<std::unique_ptr<ByteReader>> open(const std::string& file) override;
+    std::optional<SoundCut> cut(const std::string& file) const override;
     std::shared_ptr<const model::Contents> tracks() const override { return m_contents; }
 
 private:
     model::MediaKind kind() const;
+    /** The track that is listed as `file`; null without one. */
+    const ImageTrack* find(const std::string& file) const;
 
     DiscImage m_image;
     model::MediaType m_type;

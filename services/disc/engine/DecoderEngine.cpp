@@ -28,6 +28,8 @@ constexpr Milliseconds TakeDownDeadline{300};
 constexpr Milliseconds PatientDeadline{3000};
 // Within this time the same item is not tried again.
 constexpr Milliseconds RetryInterval{10000};
+// How long a song that plays may stay where it is. Twice that is less than the interval above.
+constexpr Milliseconds StandStillDeadline{4000};
 
 std::vector<Stream> streamsOf(const Json& message, const char* name) {
     std::vector<Stream> streams;
@@ -122,9 +124,21 @@ void DecoderEngine::replace(const std::string& reason, bool again) {
 void DecoderEngine::watch() {
     if (m_begun && Clock::now() - *m_begun > StartDeadline) {
         replace("the decoder does not answer", false);
+    } else if (standsStill()) {
+        replace("the sound stands still: the decoder", mayTryAgain());
     } else if (m_ready && !m_silence.active()) {
         ask(m_spare.isWarm() ? SilenceDeadline : PatientDeadline);
     }
+}
+
+// A decoder that lives may all the same wait for something that never comes. A slow drive has its own deadline.
+bool DecoderEngine::standsStill() {
+    const bool moves = m_item && m_item->started && m_item->playable.kind == model::MediaKind::Music &&
+                       m_item->mode == StartMode::Playing && m_item->scanSpeed == 0;
+    if (!moves || (m_feed && m_feed->isWaiting())) {
+        m_moved = Clock::now();
+    }
+    return Clock::now() - m_moved > StandStillDeadline;
 }
 
 void DecoderEngine::ask(Milliseconds patience) {
@@ -190,7 +204,9 @@ void DecoderEngine::report(const std::string& what, const Json& message) {
             m_listener->engineStarted(length);
         }
     } else if (what == "moved") {
-        m_item->position = position;
+        if (std::exchange(m_item->position, position) != position) {
+            m_moved = Clock::now();
+        }
         m_listener->engineMoved(position, length);
     } else if (what == "ended") {
         forgetNext();
@@ -379,6 +395,7 @@ void DecoderEngine::followed(const Json& message) {
     }
     m_item->playable = *std::exchange(m_item->next, std::nullopt);
     m_item->position = Milliseconds{0};
+    m_moved = Clock::now();
     m_feed = std::exchange(m_nextFeed, nullptr);
     m_listener->engineFollowed(Milliseconds(numberOf(message, "length")));
 }

@@ -63,6 +63,7 @@ private:
     void heard(const wire::Json& message);
     void report(const std::string& what, const wire::Json& message);
     void watch();
+    bool standsStill();
     void ask(Milliseconds patience);
     void silent(Milliseconds patience);
     bool mayTryAgain();
@@ -92,6 +93,7 @@ private:
     std::optional<Item> m_item;
     std::optional<Clock::time_point> m_begun;   ///< of a start that is not yet done
     std::optional<Clock::time_point> m_retried; ///< when another process has gone on with the item
+    Clock::time_point m_moved = Clock::now();   ///< when what plays was last somewhere else
     int64_t m_questions = 0;                    ///< asked so far whether it lives
     bool m_takingDown = false;                  ///< what it has been asked last
     SourceHandle m_silence;                     ///< runs while it has not answered

@@ -240,7 +240,7 @@ TEST_F(Gapless, ADecoderThatDiesWhileItPreparesIsReplaced) {
     ASSERT_GT(lockedInDecoder(), 0);
     ::kill(lockedInDecoder(), SIGKILL);
     const auto heard = passages(waitForTheEnd());
-    ASSERT_EQ(heard.size(), 2u);
+    ASSERT_EQ(heard.size(), 2u) << testing::PrintToString(heard);
     EXPECT_EQ(heard[0].first, 0u);
     EXPECT_EQ(heard[1].first + heard[1].count, Both) << "also over the joint";
     EXPECT_LT(heard[1].first, First);

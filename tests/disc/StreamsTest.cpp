@@ -33,6 +33,9 @@ std::string plainClip(const std::string& extension, const std::string& codec) {
 
 class VideoStreams : public Pictures {
 protected:
+    // Other tests of the process have all decoders again.
+    void TearDown() override { ::unsetenv("GST_PLUGIN_FEATURE_RANK"); }
+
     nlohmann::json nextDetail(const std::string& member, int value) {
         return m_unit.next("dvdstate", [&](const Published& each) { return each.json()[member] == value; })
             .json();

@@ -26,7 +26,8 @@ ListPlayer::ListPlayer(EventLoop& loop, model::DiscState& state, model::PlayMode
                        std::shared_ptr<const model::Contents> contents, DiscResume& resume, Begin begin,
                        Exits exits)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine), m_medium(std::move(medium)),
-      m_contents(std::move(contents)), m_resume(resume), m_exits(std::move(exits)), m_skip(loop, state) {
+      m_contents(std::move(contents)), m_resume(resume), m_exits(std::move(exits)), m_status(state),
+      m_skip(loop, state) {
     const int track = static_cast<int>(m_resume.item().index);
     const auto left = listOf(track);
     if (begin == Begin::WhereLeft && left && (track > 0 || m_resume.position() > engine::Milliseconds{0})) {
@@ -39,11 +40,6 @@ ListPlayer::~ListPlayer() {
     m_engine.stop();
     m_state.audioChannel(0);
     m_resume.flush();
-}
-
-void ListPlayer::refuse() {
-    m_state.keyInvalid();
-    m_state.tip(model::Tip::NotAvailable);
 }
 
 // The first list that begins with the whole track.
@@ -61,7 +57,7 @@ std::optional<size_t> ListPlayer::listOf(int track) const {
 void ListPlayer::sourceOn() {
     m_state.repeatTypeAndState();
     publishTrack();
-    if (std::exchange(m_source, true) || m_playState == model::PlayState::Error) {
+    if (std::exchange(m_source, true) || m_status.state() == model::PlayState::Error) {
         return;
     }
     if (m_position > engine::Milliseconds{0}) {
@@ -72,7 +68,7 @@ void ListPlayer::sourceOn() {
 }
 
 void ListPlayer::sourceOff() {
-    if (std::exchange(m_source, false) && m_playState != model::PlayState::Error) {
+    if (std::exchange(m_source, false) && m_status.state() != model::PlayState::Error) {
         halt(model::PlayState::Stopped);
     }
 }
@@ -115,7 +111,7 @@ void ListPlayer::begin(engine::Milliseconds position) {
     m_skip.cancel();
     m_waits = false;
     m_view = {};
-    leaveScan();
+    m_status.leaveScan();
     m_position = position;
     m_length = knownLength();
     m_picture = false;
@@ -191,7 +187,7 @@ void ListPlayer::halt(model::PlayState state) {
     m_wait.reset();
     m_skip.cancel();
     m_waits = false;
-    leaveScan();
+    m_status.leaveScan();
     m_engine.stop();
     publishState(state);
 }
@@ -199,8 +195,7 @@ void ListPlayer::halt(model::PlayState state) {
 // ---- what is published
 
 void ListPlayer::publishState(model::PlayState state) {
-    m_playState = state;
-    m_state.playState(state);
+    m_status.publish(state);
     m_resume.flush();
 }
 
@@ -225,9 +220,8 @@ void ListPlayer::publishTrack() {
 }
 
 void ListPlayer::publishTime() {
-    const int length = showsFilm() ? engine::wholeSeconds(m_length) : 0;
-    const int elapsed = showsFilm() ? engine::wholeSeconds(m_position) : 0;
-    m_state.time({length > 0 ? std::min(elapsed, length) : elapsed, length, length});
+    constexpr engine::Milliseconds None{0};
+    m_status.publishTime(showsFilm() ? m_position : None, showsFilm() ? m_length : None);
     const bool track = item() && item()->track >= 0;
     m_resume.moved({model::MediaKind::Video, track ? static_cast<size_t>(item()->track) : 0},
                    track ? m_position : engine::Milliseconds{0}, m_modes);
@@ -248,7 +242,8 @@ void ListPlayer::engineStarted(engine::Milliseconds length) {
     m_length = length;
     m_picture = length < ShortestFilm;
     publishTime();
-    publishState(m_mode == engine::StartMode::Playing ? model::PlayState::Playing : model::PlayState::Paused);
+    m_status.publishStarted(m_mode);
+    m_resume.flush();
     m_again = afterDelay(m_loop, ListPageTime, [this] { publishTrack(); });
 }
 
@@ -256,7 +251,7 @@ void ListPlayer::engineMoved(engine::Milliseconds position, engine::Milliseconds
     m_position = position;
     m_length = length;
     publishTime();
-    const bool limited = list().length > engine::Milliseconds{0} && !inMenu() && !m_scan.active();
+    const bool limited = list().length > engine::Milliseconds{0} && !inMenu() && !m_status.scanning();
     if (limited && m_before + position - item()->begin >= list().length) {
         m_item = list().items.size() - 1;
         m_engine.pause();
@@ -270,7 +265,7 @@ void ListPlayer::engineEnded() {
 
 void ListPlayer::engineScanned(engine::ScanEdge edge) {
     if (edge == engine::ScanEdge::End) {
-        leaveScan();
+        m_status.leaveScan();
         publishState(model::PlayState::Playing);
         itemOver();
     } else {
@@ -299,21 +294,16 @@ void ListPlayer::engineFailed(const std::string& reason) {
 
 // ---- commands
 
-bool ListPlayer::running() const {
-    return m_playState == model::PlayState::Playing || m_playState == model::PlayState::Paused ||
-           m_scan.active();
-}
-
 void ListPlayer::next() {
     const auto& target = list().next ? list().next : list().standard;
-    if (!running() || !goTo(target)) {
+    if (!m_status.running() || !goTo(target)) {
         return;
     }
     m_state.tip(model::Tip::Next);
 }
 
 void ListPlayer::previous() {
-    if (running() && goTo(list().previous)) {
+    if (m_status.running() && goTo(list().previous)) {
         m_state.tip(model::Tip::Previous);
     }
 }
@@ -341,28 +331,21 @@ void ListPlayer::playTrack(int first, int second) {
 }
 
 void ListPlayer::scan(ScanDirection direction) {
-    if (!running() || inMenu() || stands()) {
+    if (!m_status.running() || inMenu() || stands()) {
         refuse();
         return;
     }
-    const bool forward = direction == ScanDirection::Forward;
-    m_scan.press(direction);
-    m_engine.scan(m_scan.factor());
-    m_state.playSpeed(m_scan.factor());
-    publishState(forward ? model::PlayState::Forward : model::PlayState::Backward);
-    m_state.tip(forward ? model::Tip::ForwardX2 : model::Tip::BackwardX2, static_cast<int>(m_scan.step()));
-}
-
-void ListPlayer::leaveScan() {
-    m_scan.end();
-    m_state.playSpeed(1);
+    const int factor = m_status.pressScan(direction);
+    m_engine.scan(factor);
+    m_status.publishScan();
+    m_resume.flush();
 }
 
 void ListPlayer::pause() {
-    if (stands() || (m_playState != model::PlayState::Playing && !m_scan.active())) {
+    if (stands() || (!m_status.playing() && !m_status.scanning())) {
         return;
     }
-    leaveScan();
+    m_status.leaveScan();
     m_mode = engine::StartMode::Paused;
     m_engine.pause();
     publishState(model::PlayState::Paused);
@@ -371,17 +354,17 @@ void ListPlayer::pause() {
 
 // Where a picture stands it goes on from there.
 void ListPlayer::play() {
-    if (m_playState == model::PlayState::Playing && inMenu() && stands()) {
+    if (m_status.playing() && inMenu() && stands()) {
         goTo(list().standard);
     } else if (m_waits) {
         waitOver();
-    } else if (m_playState == model::PlayState::Paused || m_scan.active()) {
-        leaveScan();
+    } else if (m_status.paused() || m_status.scanning()) {
+        m_status.leaveScan();
         m_mode = engine::StartMode::Playing;
         m_engine.resume();
         publishState(model::PlayState::Playing);
         m_state.tip(model::Tip::Play);
-    } else if (m_playState == model::PlayState::Stopped) {
+    } else if (m_status.state() == model::PlayState::Stopped) {
         enter(m_list);
         m_state.tip(model::Tip::Play);
     }
@@ -393,7 +376,7 @@ void ListPlayer::stop() {
 }
 
 void ListPlayer::audioChannel() {
-    if (!running() || !m_sound.hasAny()) {
+    if (!m_status.running() || !m_sound.hasAny()) {
         m_state.audioChannel(0);
         refuse();
         return;
@@ -421,15 +404,15 @@ void ListPlayer::changeView(void (engine::PictureView::*change)()) {
 }
 
 void ListPlayer::seek(std::chrono::seconds position) {
-    if (!running() || inMenu() || stands()) {
+    if (!m_status.running() || inMenu() || stands()) {
         refuse();
         return;
     }
     const engine::Milliseconds wanted = std::max(position, std::chrono::seconds(0));
     m_position = m_length > engine::Milliseconds{0} ? std::min(wanted, m_length) : wanted;
     m_engine.seek(m_position);
-    if (m_scan.active()) {
-        leaveScan();
+    if (m_status.scanning()) {
+        m_status.leaveScan();
         m_engine.resume();
         publishState(model::PlayState::Playing);
     }

@@ -4,8 +4,8 @@
 #include "services/disc/model/Contents.h"
 #include "services/disc/model/DiscState.h"
 #include "services/disc/player/DiscResume.h"
+#include "services/disc/player/PlayStatus.h"
 #include "services/disc/player/ReadErrorSkip.h"
-#include "services/disc/player/ScanSpeed.h"
 #include "services/disc/player/Transport.h"
 #include "services/disc/player/VcdSound.h"
 
@@ -53,8 +53,8 @@ public:
     void seek(std::chrono::seconds position) override;
 
 protected:
-    bool playing() const override { return m_playState == model::PlayState::Playing && !stands(); }
-    void refuse() override;
+    bool playing() const override { return m_status.playing() && !stands(); }
+    void refuse() override { m_status.refuse(); }
 
 private:
     void engineStreams(const engine::Streams& streams) override;
@@ -73,7 +73,6 @@ private:
     bool showsFilm() const { return item() && !item()->still && !m_picture; }
     bool stands() const { return m_waits || !showsFilm(); }
     engine::Milliseconds knownLength() const;
-    bool running() const;
     std::optional<size_t> listOf(int track) const;
     void enter(size_t list);
     bool goTo(const model::PlayList::Target& target);
@@ -83,7 +82,6 @@ private:
     void wait(std::chrono::milliseconds time, std::function<void()> then);
     void end();
     void halt(model::PlayState state);
-    void leaveScan();
     void changeView(void (engine::PictureView::*change)());
     void publishState(model::PlayState state);
     void publishTrack();
@@ -98,18 +96,17 @@ private:
     std::shared_ptr<const model::Contents> m_contents;
     DiscResume& m_resume;
     Exits m_exits;
+    PlayStatus m_status;
     size_t m_list = 0;
     size_t m_item = 0;
     int m_plays = 0;                  ///< of a menu's film
     engine::Milliseconds m_before{0}; ///< played of the list's items before this one
     engine::Milliseconds m_position{0};
     engine::Milliseconds m_length{0};
-    model::PlayState m_playState = model::PlayState::Loading;
     engine::StartMode m_mode = engine::StartMode::Playing;
     bool m_source = false;
     bool m_picture = false; ///< the item is one, whatever the disc says
     bool m_waits = false;   ///< the item is over, its picture stands
-    ScanSpeed m_scan;
     engine::PictureView m_view;
     VcdSound m_sound;
     size_t m_failures = 0; ///< items in a row

@@ -18,7 +18,7 @@ CUIWndMng* ViewUI::GetUIWndMgrWrapper() {
 bool ViewUI::ShowWnd(int wndId, bool show, int flag) {
     ViewImpl& view = *m_pImpl;
     return view.pages.contains(wndId) &&
-           zm::Application::instance().perform(view, [this, &view, wndId, show, flag] {
+           zm::Application::instance().perform(view, [&view, wndId, show, flag] {
                const int replaced = show ? 0 : view.scene->replacedBy(wndId);
                view.showWindow(wndId, show, flag);
                if (replaced) {

@@ -257,9 +257,11 @@ void DecoderEngine::start(const Playable& playable, Listener& listener, Millisec
         return;
     }
     takeDown();
-    m_item.emplace().playable = playable;
-    m_item->position = position;
-    m_item->mode = mode;
+    Item item;
+    item.playable = playable;
+    item.position = position;
+    item.mode = mode;
+    m_item = std::move(item);
     if (playable.kind == model::MediaKind::Music) {
         m_frames.clear();
     }

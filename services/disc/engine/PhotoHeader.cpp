@@ -11,7 +11,7 @@ namespace zm::disc::engine {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 constexpr uint64_t Megabyte = 1'000'000;
 constexpr uint64_t MaxPixels = 100 * Megabyte;

@@ -75,7 +75,7 @@ std::optional<Continuation> readArea(std::string_view area, RockRidge& found) {
             const bool plainly = entry.substr(4, 2) == CompressedPlainly;
             // Without sizes it is one that nobody here can read, and says so when it is opened.
             found.compressed =
-                plainly ? ZisofsHeader{isoNumber32(entry, 8), isoByte(entry, 6) * 4, isoByte(entry, 7)}
+                plainly ? ZisofsHeader{isoNumber32(entry, 8), isoByte(entry, 6) * 4u, isoByte(entry, 7)}
                         : ZisofsHeader{};
         } else if (kind == "RE") {
             found.hidden = true;

@@ -179,7 +179,7 @@ TEST_F(QdbConnectedTest, ACostlyRequestIsRefusedWithinItsTimeAndMemory) {
         EXPECT_EQ(qdb_statement(m_db, "%s", statement.c_str()), -1);
         const auto spent = std::chrono::steady_clock::now() - start;
         // A loaded machine and a sanitizer get more; for ever is another order.
-        EXPECT_LT(spent, 5 * QdbGuard::LONGEST_STATEMENT);
+        EXPECT_LT(spent, 5 * QdbGuard::LongestStatement);
         EXPECT_LT(peakKilobytes() - before, 100'000);
         EXPECT_STRNE(qdb_geterrmsg(m_db), "");
     }

@@ -12,8 +12,8 @@
 
 namespace {
 
-constexpr const char* DISC_DATABASE = "/dev/qdb/discdb";
-constexpr int BUSY_TIMEOUT_MS = 2000;
+constexpr const char* DiscDatabase = "/dev/qdb/discdb";
+constexpr int BusyTimeoutMs = 2000;
 
 struct Connections {
     std::mutex mutex;
@@ -29,12 +29,12 @@ Connections& connections() {
 } // namespace
 
 extern "C" qdb_hdl_t* qdb_connect(const char* dbname, int flags) {
-    if (!dbname || std::strcmp(dbname, DISC_DATABASE) != 0) {
+    if (!dbname || std::strcmp(dbname, DiscDatabase) != 0) {
         errno = dbname ? ENOENT : EINVAL;
         return nullptr;
     }
     auto handle = std::make_unique<qdb_hdl>(zm::catalogueFile(zm::runtimeDir()),
-                                            flags & QDB_CONN_NONBLOCKING ? 0 : BUSY_TIMEOUT_MS);
+                                            flags & QDB_CONN_NONBLOCKING ? 0 : BusyTimeoutMs);
     if (int number = handle->open()) {
         errno = number;
         return nullptr;

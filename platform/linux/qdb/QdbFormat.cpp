@@ -23,7 +23,7 @@ struct Conversion {
 constexpr std::string_view INTEGERS = "diouxX";
 constexpr std::string_view FLOATS = "eEfFgGaA";
 constexpr std::string_view TEXTS = "sqQz";
-constexpr int LARGEST_FIELD = 1'000'000;
+constexpr int LargestField = 1'000'000;
 
 /** Walks through one format with its arguments; a copy of the list, as each argument can be taken once. */
 class Formatter {
@@ -57,30 +57,30 @@ private:
         }
         // Only now are arguments taken, in their order: width, precision, value.
         m_next = end;
-        if (conversion.width == FROM_ARGUMENT) {
+        if (conversion.width == FromArgument) {
             conversion.width = va_arg(m_args, int);
             if (conversion.width < 0) {
                 conversion.flags += '-';
-                conversion.width = conversion.width < -LARGEST_FIELD ? LARGEST_FIELD : -conversion.width;
+                conversion.width = conversion.width < -LargestField ? LargestField : -conversion.width;
             }
         }
-        if (conversion.precision == FROM_ARGUMENT) {
+        if (conversion.precision == FromArgument) {
             conversion.precision = va_arg(m_args, int);
         }
         put(conversion);
         return true;
     }
 
-    static constexpr int FROM_ARGUMENT = -2;
+    static constexpr int FromArgument = -2;
 
     static const char* scanNumber(const char* at, int& number) {
         if (*at == '*') {
-            number = FROM_ARGUMENT;
+            number = FromArgument;
             return at + 1;
         }
         for (; *at >= '0' && *at <= '9'; ++at) {
             number = (number < 0 ? 0 : number) * 10 + (*at - '0');
-            number = number > LARGEST_FIELD ? LARGEST_FIELD : number;
+            number = number > LargestField ? LargestField : number;
         }
         return at;
     }

@@ -21,12 +21,12 @@ constexpr InsertForm INSERTS[] = {
 };
 
 constexpr const char* REFUSED = "refused: only SELECT and the catalogue's own inserts are permitted";
-constexpr const char* NOT_HERE = "refused: only the catalogue's tables can be read, with LIKE and count";
-constexpr const char* TOO_LONG = "refused: the statement takes too long";
+constexpr const char* NotHere = "refused: only the catalogue's tables can be read, with LIKE and count";
+constexpr const char* TooLong = "refused: the statement takes too long";
 
 // What one instruction may cost is bounded by the lengths below, so that few of them never take long.
-constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 50;
-constexpr int MOST_INSTRUCTIONS = 100'000'000;
+constexpr int InstructionsBetweenChecks = 50;
+constexpr int MostInstructions = 100'000'000;
 
 struct Limit {
     int id;
@@ -91,14 +91,14 @@ void QdbGuard::attach(sqlite3* db) {
     for (const Limit& limit : LIMITS) {
         sqlite3_limit(db, limit.id, limit.value);
     }
-    sqlite3_progress_handler(db, INSTRUCTIONS_BETWEEN_CHECKS, progress, this);
+    sqlite3_progress_handler(db, InstructionsBetweenChecks, progress, this);
 }
 
 void QdbGuard::begin(const std::string& statement) {
     m_insertTable = tableOfInsert(statement);
     m_objection = nullptr;
-    m_checksLeft = MOST_INSTRUCTIONS / INSTRUCTIONS_BETWEEN_CHECKS;
-    m_deadline = std::chrono::steady_clock::now() + LONGEST_STATEMENT;
+    m_checksLeft = MostInstructions / InstructionsBetweenChecks;
+    m_deadline = std::chrono::steady_clock::now() + LongestStatement;
 }
 
 bool QdbGuard::accepts(sqlite3_stmt* statement) {
@@ -121,11 +121,11 @@ int QdbGuard::authorize(void* self, int action, const char* first, const char* s
         break;
     case SQLITE_READ:
         allowed = isReadable(first, second);
-        objection = NOT_HERE;
+        objection = NotHere;
         break;
     case SQLITE_FUNCTION:
         allowed = std::ranges::any_of(FUNCTIONS, named(second));
-        objection = NOT_HERE;
+        objection = NotHere;
         break;
     case SQLITE_INSERT:
         allowed = guard.m_insertTable && sqlite3_stricmp(first, guard.m_insertTable) == 0 && !trigger;
@@ -145,7 +145,7 @@ int QdbGuard::progress(void* self) {
     if (--guard.m_checksLeft > 0 && std::chrono::steady_clock::now() < guard.m_deadline) {
         return 0;
     }
-    guard.m_objection = TOO_LONG;
+    guard.m_objection = TooLong;
     return 1;
 }
 

@@ -14,7 +14,7 @@ namespace zm {
  */
 class QdbGuard {
 public:
-    static constexpr std::chrono::seconds LONGEST_STATEMENT{1};
+    static constexpr std::chrono::seconds LongestStatement{1};
 
     /** Watches over `db` as long as both live. */
     void attach(sqlite3* db);

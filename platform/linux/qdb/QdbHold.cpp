@@ -4,7 +4,7 @@
 
 namespace zm {
 
-static thread_local bool t_isWorker = false;
+static thread_local bool isWorkerThread = false;
 
 HoldPoint& HoldPoint::instance() {
     // Never destroyed: a worker may still wait when the process ends.
@@ -31,7 +31,7 @@ bool HoldPoint::anyWaiting() {
 }
 
 std::optional<HoldPoint::Taken> HoldPoint::take() {
-    if (!t_isWorker) {
+    if (!isWorkerThread) {
         return std::nullopt;
     }
     std::lock_guard guard(m_mutex);
@@ -44,7 +44,7 @@ std::optional<HoldPoint::Taken> HoldPoint::take() {
 }
 
 void HoldPoint::wait(uint64_t ticket) {
-    if (!t_isWorker) {
+    if (!isWorkerThread) {
         return;
     }
     std::unique_lock lock(m_mutex);
@@ -67,7 +67,7 @@ bool qdbHeld() {
 }
 
 void qdbMarkWorker(bool worker) {
-    t_isWorker = worker;
+    isWorkerThread = worker;
 }
 
 } // namespace zm

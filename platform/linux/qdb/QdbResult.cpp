@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr int KEPT_PER_THREAD = 16;
-constexpr size_t KEPT_BYTES_PER_THREAD = 16 * 1024 * 1024;
+constexpr int KeptPerThread = 16;
+constexpr size_t KeptBytesPerThread = 16 * 1024 * 1024;
 
 struct HandedOut {
     std::mutex mutex;
@@ -67,7 +67,7 @@ qdb_result_t* zm::qdbHandOut(std::unique_ptr<qdb_result> result) {
         }
         ++kept;
         bytes += (*other)->bytes();
-        if (kept > KEPT_PER_THREAD || (kept > 2 && bytes > KEPT_BYTES_PER_THREAD)) {
+        if (kept > KeptPerThread || (kept > 2 && bytes > KeptBytesPerThread)) {
             other = results.erase(other);
         }
     }
@@ -105,7 +105,7 @@ extern "C" void* qdb_cell(qdb_result_t* result, int row, int col) {
     if (!result) {
         return nullptr;
     }
-    if (result->holdRow != qdb_result::NOT_HELD && row >= result->holdRow) {
+    if (result->holdRow != qdb_result::NotHeld && row >= result->holdRow) {
         zm::HoldPoint::instance().wait(result->holdTicket);
     }
     return result->cell(row, col);

@@ -18,7 +18,7 @@
 struct qdb_result {
     /** More than this is not a catalogue: a statement whose result grows beyond it fails. */
     static constexpr size_t LARGEST = 64 * 1024 * 1024;
-    static constexpr int NOT_HELD = -1;
+    static constexpr int NotHeld = -1;
 
     explicit qdb_result(int columnCount) : columns(columnCount) {}
 
@@ -42,7 +42,7 @@ struct qdb_result {
     void* cell(int row, int column);
 
     const int columns;
-    int holdRow = NOT_HELD; ///< cells from this row on wait, see QdbHold.h
+    int holdRow = NotHeld; ///< cells from this row on wait, see QdbHold.h
     uint64_t holdTicket = 0;
     std::thread::id reader; ///< the thread that fetched it
 

@@ -27,11 +27,11 @@ struct LogEntry {
  */
 class LogWriter {
 public:
-    static constexpr size_t SIZE_LIMIT = 8 * 1024 * 1024;
-    static constexpr size_t PATH_LIMIT = 512;
+    static constexpr size_t SizeLimit = 8 * 1024 * 1024;
+    static constexpr size_t PathLimit = 512;
 
     constexpr LogWriter() = default;
-    explicit LogWriter(std::string_view path, size_t sizeLimit = SIZE_LIMIT);
+    explicit LogWriter(std::string_view path, size_t sizeLimit = SizeLimit);
     ~LogWriter();
     LogWriter(const LogWriter&) = delete;
     LogWriter& operator=(const LogWriter&) = delete;
@@ -42,15 +42,15 @@ public:
     bool write(unsigned code, int severity, std::string_view text);
 
 private:
-    enum class FileState { current, full, gone };
+    enum class FileState { Current, Full, Gone };
 
     bool append(std::string_view line);
     bool openCurrent();
     FileState state() const;
 
-    char m_path[PATH_LIMIT] = "";
-    char m_oldPath[PATH_LIMIT] = "";
-    size_t m_sizeLimit = SIZE_LIMIT;
+    char m_path[PathLimit] = "";
+    char m_oldPath[PathLimit] = "";
+    size_t m_sizeLimit = SizeLimit;
     std::mutex m_mutex;
     int m_fd = -1;
 };

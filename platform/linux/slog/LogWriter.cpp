@@ -145,7 +145,7 @@ bool LogWriter::follow(std::string_view path) {
     if (path == m_path) {
         return true;
     }
-    if (path.size() + OldEnding.size() >= PATH_LIMIT) {
+    if (path.size() + OldEnding.size() >= PathLimit) {
         errno = ENAMETOOLONG;
         return false;
     }
@@ -171,9 +171,9 @@ LogWriter::FileState LogWriter::state() const {
     struct stat named {};
     if (fstat(m_fd, &opened) != 0 || stat(m_path, &named) != 0 || opened.st_ino != named.st_ino ||
         opened.st_dev != named.st_dev) {
-        return FileState::gone;
+        return FileState::Gone;
     }
-    return static_cast<size_t>(opened.st_size) >= m_sizeLimit ? FileState::full : FileState::current;
+    return static_cast<size_t>(opened.st_size) >= m_sizeLimit ? FileState::Full : FileState::Current;
 }
 
 bool LogWriter::write(unsigned code, int severity, std::string_view text) {
@@ -203,14 +203,14 @@ bool LogWriter::append(std::string_view line) {
         {
             FileLock shared(m_fd, LOCK_SH);
             before = state();
-            if (before == FileState::current) {
+            if (before == FileState::Current) {
                 return ::write(m_fd, line.data(), line.size()) == static_cast<ssize_t>(line.size());
             }
         }
-        if (before == FileState::full) {
+        if (before == FileState::Full) {
             FileLock exclusive(m_fd, LOCK_EX);
             // Another process may have put it aside in between.
-            if (state() == FileState::full && rename(m_path, m_oldPath) != 0) {
+            if (state() == FileState::Full && rename(m_path, m_oldPath) != 0) {
                 return false;
             }
         }

@@ -19,7 +19,7 @@ constinit Log log;
 
 // To the log of the present runtime folder.
 int send(int opcode, int severity, const char* text, int length) {
-    char path[zm::LogWriter::PATH_LIMIT];
+    char path[zm::LogWriter::PathLimit];
     if (!zm::logFile(path, sizeof path)) {
         errno = ENAMETOOLONG;
         return -1;

@@ -34,7 +34,7 @@ void Content::follow(const ItemSpec& before, const ItemSpec& next) {
 int Content::icon(int buttonState) const {
     auto found = icons.find(buttonState);
     if (found == icons.end()) {
-        found = icons.find(stateAll);
+        found = icons.find(StateAll);
     }
     return found == icons.end() ? 0 : found->second;
 }

@@ -112,7 +112,7 @@ bool CUI_BtList::DeleteAllItems() {
 
 bool CUI_BtList::SetItemICon(int index, int icon, int state, int slot, int redraw) {
     const bool pictureKnown = icon == 0 || m_pImpl->pages.resource().pictures.contains(icon);
-    const bool stateKnown = state >= zm::statePressed && state <= zm::stateAll;
+    const bool stateKnown = state >= zm::StatePressed && state <= zm::StateAll;
     if (!m_pImpl->has(index) || slot < 0 || slot >= Impl::slots || !pictureKnown || !stateKnown) {
         return false;
     }

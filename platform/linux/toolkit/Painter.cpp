@@ -67,17 +67,17 @@ void Painter::paintLeaving(const Motion::Leaving& leaving, const Rect& area) {
 
 Painter::Appearance Painter::appearance(const Item& item) const {
     const Style& style = m_pages.style(item);
-    const bool selected = of(item).state == stateSelected;
+    const bool selected = of(item).state == StateSelected;
     if (disabled(item)) {
-        return {style.look(LookState::Disabled), selected ? stateSelected : stateNormal};
+        return {style.look(LookState::Disabled), selected ? StateSelected : StateNormal};
     }
     if (item.pressed) {
-        Appearance result{style.look(LookState::Pressed), statePressed};
+        Appearance result{style.look(LookState::Pressed), StatePressed};
         result.look.marker = selected ? style.look(LookState::Selected).marker : result.look.marker;
         return result;
     }
-    return selected ? Appearance{style.look(LookState::Selected), stateSelected}
-                    : Appearance{style.look(LookState::Normal), stateNormal};
+    return selected ? Appearance{style.look(LookState::Selected), StateSelected}
+                    : Appearance{style.look(LookState::Normal), StateNormal};
 }
 
 void Painter::paintItem(Item& item, const Rect& area) {

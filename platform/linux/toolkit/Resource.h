@@ -12,7 +12,7 @@
 namespace zm {
 
 /** Button states as the application numbers them. */
-enum ButtonState : int { statePressed = 1, stateNormal = 2, stateSelected = 3, stateAll = 4 };
+enum ButtonState : int { StatePressed = 1, StateNormal = 2, StateSelected = 3, StateAll = 4 };
 
 enum class ItemKind { Text, Icon, Button, Progress, Animation, List, Panel };
 inline constexpr int itemKinds = 7;

@@ -24,10 +24,10 @@ constexpr std::array<std::pair<const char*, ItemKind>, itemKinds> kinds = {
      {"list", ItemKind::List},
      {"panel", ItemKind::Panel}}};
 constexpr std::array<std::pair<const char*, int>, 2> startStates = {
-    {{"normal", stateNormal}, {"selected", stateSelected}}};
+    {{"normal", StateNormal}, {"selected", StateSelected}}};
 constexpr std::array<std::pair<const char*, bool>, 2> touchModes = {{{"all", true}, {"items", false}}};
 constexpr std::array<std::pair<const char*, int>, 4> iconStates = {
-    {{"pressed", statePressed}, {"normal", stateNormal}, {"selected", stateSelected}, {"all", stateAll}}};
+    {{"pressed", StatePressed}, {"normal", StateNormal}, {"selected", StateSelected}, {"all", StateAll}}};
 
 constexpr std::array<MemberName, 7> windowNames = {
     {{"id", true}, {"name"}, {"background"}, {"stacked"}, {"returns"}, {"touch"}, {"items", true}}};
@@ -172,7 +172,7 @@ void ResourceReader::itemContent(const Node& node, ItemSpec& item) const {
         }
     }
     if (const Node* icon = node.find("icon")) {
-        item.icons[stateAll] = picture(*icon);
+        item.icons[StateAll] = picture(*icon);
     }
     if (const Node* icons = node.find("icons")) {
         static constexpr std::array<MemberName, 4> names = {{{"pressed"}, {"normal"}, {"selected"}, {"all"}}};

@@ -77,11 +77,11 @@ bool CUIAnalysis::SetItemIcon(int wndId, int itemId, int pictureId, int state) {
     zm::Pages& pages = m_wndMng.impl().pages;
     Item* item = itemOfKind(pages, wndId, itemId, labels);
     const bool pictureKnown = pictureId == 0 || pages.resource().pictures.contains(pictureId);
-    if (!item || !pictureKnown || state < zm::statePressed || state > zm::stateAll) {
+    if (!item || !pictureKnown || state < zm::StatePressed || state > zm::StateAll) {
         return false;
     }
     auto icons = item->set.icons;
-    if (state == zm::stateAll) {
+    if (state == zm::StateAll) {
         icons.clear();
     }
     icons[state] = pictureId;
@@ -109,7 +109,7 @@ bool CUIAnalysis::EnableItem(int wndId, int itemId, bool enable) {
 
 bool CUIAnalysis::SetItemState(int wndId, int itemId, int state) {
     Item* item = itemOfKind(m_wndMng.impl().pages, wndId, itemId, labels);
-    if (!item || (state != zm::stateNormal && state != zm::stateSelected)) {
+    if (!item || (state != zm::StateNormal && state != zm::StateSelected)) {
         return false;
     }
     change(*item, item->set.state, state);

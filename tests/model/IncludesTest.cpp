@@ -110,9 +110,13 @@ TEST_F(IncludesTest, TheApplicationIsCompiledWithTwoIncludePathsOnly) {
         if (!file.starts_with(m_application.string()) || fs::path(file).filename() == "main.cpp") {
             continue;
         }
+        const std::string command = entry.at("command");
+        if (command.find("/platen_app.dir/") == std::string::npos) {
+            continue; // a fuzz target that has a few of its files
+        }
         ++sources;
         std::set<std::string> paths;
-        std::istringstream words(entry.at("command").get<std::string>());
+        std::istringstream words(command);
         for (std::string word; words >> word;) {
             if (word.starts_with("-I")) {
                 paths.insert(word.substr(2));

@@ -5,8 +5,9 @@ namespace zm::test {
 
 namespace {
 
-constexpr const FolderKind& VIDEOS = FOLDER_KINDS[1];
-constexpr const FolderKind& PHOTOS = FOLDER_KINDS[2];
+// Places in FOLDER_KINDS.
+constexpr size_t VIDEOS = 1;
+constexpr size_t PHOTOS = 2;
 constexpr int PLAYING_FOLDER = 5;
 constexpr int THIS_FILE = 3;
 constexpr int OTHER_FILE = 7;
@@ -83,31 +84,31 @@ struct Way {
 
 void noPreparation(DrivingUnit&) {}
 
-template <const FolderKind& Kind>
+template <size_t Kind>
 void browseFiles(DrivingUnit& at) {
-    at.browseFiles(Kind);
+    at.browseFiles(FOLDER_KINDS[Kind]);
 }
 
-template <const FolderKind& Kind>
+template <size_t Kind>
 void browseFolder(DrivingUnit& at) {
-    at.browseFiles(Kind);
+    at.browseFiles(FOLDER_KINDS[Kind]);
     at.openFolder();
 }
 
-template <const FolderKind& Kind>
+template <size_t Kind>
 void returnToFiles(DrivingUnit& at) {
-    at.returnToFiles(Kind);
+    at.returnToFiles(FOLDER_KINDS[Kind]);
 }
 
-template <const FolderKind& Kind>
+template <size_t Kind>
 void returnToFolder(DrivingUnit& at) {
-    at.returnToFiles(Kind);
+    at.returnToFiles(FOLDER_KINDS[Kind]);
     at.openFolder();
 }
 
-template <const FolderKind& Kind>
+template <size_t Kind>
 void openPad(DrivingUnit& at) {
-    at.returnToFiles(Kind);
+    at.returnToFiles(FOLDER_KINDS[Kind]);
     at.openPad();
 }
 
@@ -206,31 +207,31 @@ const Way WAYS[] = {
      [](DrivingUnit& at) { at.unit.disc.videoMode(VIDEO_MODE_ON); }},
     {"NumberOfWhatPlaysOnThePadOverAFilm",
      [](DrivingUnit& at) {
-         at.playIn(VIDEOS, PLAYING_FOLDER, THIS_FILE);
+         at.playIn(FOLDER_KINDS[VIDEOS], PLAYING_FOLDER, THIS_FILE);
          at.openPad();
      },
      typeWhatPlays},
     {"NumberOfWhatPlaysOnThePadOverAPhoto",
      [](DrivingUnit& at) {
-         at.playIn(PHOTOS, PLAYING_FOLDER, THIS_FILE);
+         at.playIn(FOLDER_KINDS[PHOTOS], PLAYING_FOLDER, THIS_FILE);
          at.openPad();
      },
      typeWhatPlays},
     {"ReturnKeyOnThePadOverAFilm",
      [](DrivingUnit& at) {
-         at.playIn(VIDEOS, PLAYING_FOLDER);
+         at.playIn(FOLDER_KINDS[VIDEOS], PLAYING_FOLDER);
          at.openPad();
      },
      returnFromPadAndWait, WND_MEDIA_LIST},
     {"NumberSpokenOverThePad",
      [](DrivingUnit& at) {
-         at.playIn(VIDEOS, PLAYING_FOLDER);
+         at.playIn(FOLDER_KINDS[VIDEOS], PLAYING_FOLDER);
          at.openPad();
      },
      askForNumber},
     {"SongSpokenThatIsNotThere",
      [](DrivingUnit& at) {
-         at.playIn(VIDEOS, PLAYING_FOLDER);
+         at.playIn(FOLDER_KINDS[VIDEOS], PLAYING_FOLDER);
          at.unit.appData("--song=none");
          at.wait(50ms);
      },

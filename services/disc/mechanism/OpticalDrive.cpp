@@ -186,17 +186,16 @@ void OpticalDrive::tryEject(std::function<void(Status)> done, int attempts) {
         m_ejecting = afterDelay(m_loop, EjectInterval,
                                 [this, attempts, next = std::move(next)] { tryEject(next, attempts - 1); });
     };
-    const auto begun =
-        runInBackground([this, path = m_path, mailbox = m_mailbox, done, again, attempts]() mutable {
-            auto result = ejectFrom(path);
-            mailbox->post([result = std::move(result), done, again, attempts] {
-                if (result || attempts <= 1) {
-                    done(result);
-                } else {
-                    again(done);
-                }
-            });
+    const auto begun = runInBackground([path = m_path, mailbox = m_mailbox, done, again, attempts]() mutable {
+        auto result = ejectFrom(path);
+        mailbox->post([result = std::move(result), done, again, attempts] {
+            if (result || attempts <= 1) {
+                done(result);
+            } else {
+                again(done);
+            }
         });
+    });
     if (!begun) {
         done(begun);
     }

@@ -61,13 +61,16 @@ Status Bench::start() {
             return joined;
         }
     }
-    return m_ctl.start();
+    return m_options.commands ? m_ctl.start() : ok();
 }
 
 // Standard output is read by whoever waits for the bench: one line, once.
 void Bench::announce() {
     if (std::exchange(m_announced, true)) {
         return;
+    }
+    if (onReady) {
+        onReady();
     }
     std::printf(m_url.empty() ? "ready\n" : "ready %s\n", m_url.c_str());
     std::fflush(stdout);

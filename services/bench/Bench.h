@@ -19,6 +19,8 @@ public:
     Bench(EventLoop& loop, Options options);
     ~Bench();
 
+    /** Called once, when the screen can be used. */
+    std::function<void()> onReady;
     /** Starts everything; an error says what stands in the way. */
     Status start();
     unit::HeadUnit& unit() { return m_unit; }

@@ -14,6 +14,7 @@ struct Options {
     unit::HeadUnitOptions unit;
     std::optional<int> port; ///< 0: any free one; none: the usual one, any other one if that is taken
     bool web = true;
+    bool commands = true;    ///< zmctl and tests may drive it
     bool open = false;       ///< shows the page in the user's browser
     bool display = false;    ///< shows the screen in a window of this machine
     bool mpris = false;      ///< the desktop's media keys and applets reach the player

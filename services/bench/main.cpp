@@ -1,10 +1,8 @@
 #include "base/About.h"
-#include "base/Paths.h"
 #include "services/bench/Bench.h"
+#include "services/bench/RuntimeLock.h"
 
-#include <fcntl.h>
 #include <signal.h>
-#include <sys/file.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -16,19 +14,6 @@ namespace {
 int fail(const std::string& why) {
     std::fprintf(stderr, "zmbench: %s\n", why.c_str());
     return 1;
-}
-
-// Held as long as the process lives: one bench for each runtime folder.
-Result<UniqueFd> lockRuntime(const std::string& dir) {
-    UniqueFd lock(::open((dir + "/lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (!lock.valid()) {
-        return systemError(dir + "/lock");
-    }
-    if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
-        return Error{"another bench already runs in " + dir +
-                     "; end it or choose another folder with --runtime"};
-    }
-    return lock;
 }
 
 } // namespace
@@ -48,10 +33,7 @@ int main(int argc, char** argv) {
     options->unit.shareDir = (self / "../share").lexically_normal().string();
 
     const std::string& dir = options->unit.runtimeDir;
-    if (auto made = makeRuntimeDir(dir); !made) {
-        return fail(made.error());
-    }
-    auto lock = lockRuntime(dir);
+    const auto lock = bench::takeRuntime(dir);
     if (!lock) {
         return fail(lock.error());
     }

@@ -1,0 +1,107 @@
+// The head unit for everyday use: the bench on this machine's screen, without its page and its commands.
+#include "base/About.h"
+#include "services/bench/Bench.h"
+#include "services/bench/RuntimeLock.h"
+#include "services/unit/Supervisor.h"
+
+#include <signal.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+using namespace zm;
+
+namespace {
+
+constexpr const char* Usage =
+    "usage: platen-unit [--disc PATH] [--drive auto|DEVICE] [--audio-device "
+    "auto|none|pulse[:NAME]|alsa[:NAME]]\n"
+    "                   [--runtime DIR] [--resume FILE] [--resources DIR]\n"
+    "       platen-unit --version | --help\n"
+    "The disc player on the whole screen of this machine, with the first disc drive that there is.\n";
+
+// What of the bench's options is for drivers, too; each has a value.
+constexpr std::array<std::string_view, 6> Known = {"--disc",    "--drive",  "--audio-device",
+                                                   "--runtime", "--resume", "--resources"};
+
+Result<bench::Options> parse(const std::vector<std::string>& arguments) {
+    for (size_t i = 0; i < arguments.size(); i += 2) {
+        if (std::find(Known.begin(), Known.end(), arguments[i]) == Known.end()) {
+            return Error{"unknown argument \"" + arguments[i] + "\""};
+        }
+    }
+    auto options = bench::parseOptions(arguments);
+    if (options) {
+        options->web = false;
+        options->commands = false;
+        options->display = true;
+        options->fullScreen = true;
+        options->mpris = true;
+        if (options->unit.drive.empty()) {
+            options->unit.drive = "auto";
+        }
+    }
+    return options;
+}
+
+// Where a service manager or the user's own folder keeps what outlasts a restart.
+std::string stateFolder() {
+    for (const auto& [name, below] :
+         {std::pair{"STATE_DIRECTORY", ""}, std::pair{"XDG_STATE_HOME", "/platen"},
+          std::pair{"HOME", "/.local/state/platen"}}) {
+        if (const char* folder = std::getenv(name); folder && *folder) {
+            return std::string(folder) + below;
+        }
+    }
+    return "";
+}
+
+int fail(const std::string& why) {
+    std::fprintf(stderr, "platen-unit: %s\n", why.c_str());
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    if (answerAbout(arguments, "platen-unit", Usage)) {
+        return 0;
+    }
+    auto options = parse(arguments);
+    if (!options) {
+        std::fprintf(stderr, "platen-unit: %s\n%s", options.error().c_str(), Usage);
+        return 2;
+    }
+    const auto self = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    options->unit.programDir = self.string();
+    options->unit.shareDir = (self / "../share").lexically_normal().string();
+    if (const std::string folder = stateFolder(); options->unit.resume.empty() && !folder.empty()) {
+        std::error_code error;
+        std::filesystem::create_directories(folder, error);
+        if (error) {
+            return fail(folder + ": " + error.message());
+        }
+        options->unit.resume = folder + "/resume.sqlite";
+    }
+    const auto lock = bench::takeRuntime(options->unit.runtimeDir);
+    if (!lock) {
+        return fail(lock.error());
+    }
+    ::signal(SIGPIPE, SIG_IGN);
+    EventLoop loop;
+    const auto onTerm = watchSignal(loop, SIGTERM, [&loop] { loop.quit(); });
+    const auto onInterrupt = watchSignal(loop, SIGINT, [&loop] { loop.quit(); });
+    unit::Supervisor supervisor(loop);
+    bench::Bench bench(loop, *options);
+    bench.onReady = [&supervisor] { supervisor.ready(); };
+    if (auto started = bench.start(); !started) {
+        return fail(started.error());
+    }
+    loop.run();
+    supervisor.stopping();
+    return 0;
+}

@@ -101,6 +101,16 @@ constexpr std::array Texts = {
         "Until --stop. --all writes those since the bench began, at once. FILE \"-\" prints: --all at once,\n"
         "else --stop.\nExample: zmctl record drive.zmctl"},
     CommandText{
+        "timeline", "timeline FILE [--seconds SECONDS]",
+        "writes what happened in the last five minutes, or SECONDS, as a trace for Chrome or Perfetto\n"
+        "Lanes for commands, composed frames, each PPS object, each program's log. FILE \"-\" prints it.\n"
+        "Example: zmctl timeline trace.json"},
+    CommandText{
+        "snapshot", "snapshot save|restore FILE",
+        "keeps the state around the application in a file, or brings it about\n"
+        "Vehicle, clock, language, colours, launcher, disc; objects and catalogue of the disc service are\n"
+        "restored where none runs.\nExample: zmctl snapshot save before.snapshot"},
+    CommandText{
         "run", "run FILE",
         "carries out a script, \"-\" is standard input\n"
         "A command a line as behind zmctl, words quoted as in a shell, # begins a comment; \"try\" before\n"

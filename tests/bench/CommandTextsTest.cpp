@@ -17,7 +17,7 @@ TEST(CommandTexts, EveryCommandOfTheBenchIsExplained) {
     for (const auto subject :
          {bench::commands::ppsRows, bench::commands::launcherRows, bench::commands::vehicleRows,
           bench::commands::inputRows, bench::commands::discRows, bench::commands::screenRows,
-          bench::commands::systemRows, bench::commands::recordRows}) {
+          bench::commands::systemRows, bench::commands::recordRows, bench::commands::snapshotRows}) {
         for (const auto& row : subject()) {
             EXPECT_NE(ctl::findCommandText(row.name), nullptr) << row.name;
         }

@@ -69,6 +69,19 @@ def test_the_car_and_a_recorded_drive(tmp_path: Path) -> None:
             unit.begin_drive(drive)
 
 
+def test_a_state_is_kept_and_restored(tmp_path: Path) -> None:
+    with Bench(disc_service=False, clock="stopped") as unit:
+        unit.theme("day")
+        unit.save_snapshot(tmp_path / "day")
+        unit.theme("night")
+        unit.restore_snapshot(tmp_path / "day")
+        assert unit.car().daynight == "day"
+        names = [event["name"] for event in unit.timeline()["traceEvents"]]
+        assert "theme night" in names and f"snapshot restore {tmp_path}/day" in names
+        with pytest.raises(CommandFailed, match="none: No such file"):
+            unit.restore_snapshot(tmp_path / "none")
+
+
 def test_what_cannot_be_recorded_or_replayed_is_named(tmp_path: Path) -> None:
     with Bench(disc_service=False) as unit:
         with pytest.raises(CommandFailed, match="No such file"):

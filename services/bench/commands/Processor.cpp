@@ -11,8 +11,8 @@ namespace zm::bench::commands {
 
 namespace {
 
-constexpr std::array Subjects = {ppsRows,  launcherRows, vehicleRows, inputRows,
-                                 discRows, screenRows,   systemRows,  recordRows};
+constexpr std::array Subjects = {ppsRows,    launcherRows, vehicleRows, inputRows,   discRows,
+                                 screenRows, systemRows,   recordRows,  snapshotRows};
 
 const Row* find(std::string_view name) {
     for (const auto subject : Subjects) {
@@ -28,10 +28,14 @@ const Row* find(std::string_view name) {
 } // namespace
 
 void Processor::execute(const std::shared_ptr<Run>& run) {
-    const auto& words = run->words();
-    if (!words.empty()) {
+    if (!run->words().empty()) {
         m_recording.note(*run);
     }
+    carryOut(run);
+}
+
+void Processor::carryOut(const std::shared_ptr<Run>& run) {
+    const auto& words = run->words();
     const Row* row = words.empty() ? nullptr : find(words[0]);
     if (!row) {
         run->err(words.empty() ? ctl::overviewText() : ctl::unknownCommandText(words[0]) + "\n");
@@ -43,7 +47,7 @@ void Processor::execute(const std::shared_ptr<Run>& run) {
         run->finish(Exit::WrongUsage);
         return;
     }
-    Call call{m_unit, run, ctl::Arguments({words.begin() + 1, words.end()}), m_recording};
+    Call call{m_unit, run, ctl::Arguments({words.begin() + 1, words.end()}), *this};
     if (!row->handler(call)) {
         run->err(ctl::wrongUsageText(words, call.arguments.why()));
         run->finish(Exit::WrongUsage);

@@ -11,12 +11,14 @@
 
 namespace zm::bench::commands {
 
+class Processor;
+
 /** What a command gets: the head unit, its caller, its words. */
 struct Call {
     unit::HeadUnit& unit;
     std::shared_ptr<Run> run;
     ctl::Arguments arguments;
-    Recording& recording;
+    Processor& processor;
 };
 
 /** One command; how it is written stands in services/ctl/CommandTexts.h. */
@@ -35,8 +37,11 @@ public:
 
     /** Starts a command; the sink of `run` gets its output and its exit status, at once or later. */
     void execute(const std::shared_ptr<Run>& run);
+    /** The same for a command that is part of another one: it is not recorded. */
+    void carryOut(const std::shared_ptr<Run>& run);
     /** Whether there is a command of that name. */
     static bool knows(std::string_view name);
+    Recording& recording() { return m_recording; }
     const Recording& recording() const { return m_recording; }
 
 private:
@@ -53,6 +58,7 @@ std::span<const Row> discRows();
 std::span<const Row> screenRows();
 std::span<const Row> systemRows();
 std::span<const Row> recordRows();
+std::span<const Row> snapshotRows();
 
 /** Sends a message to the application and ends the command with its answer. */
 void forward(Call& call, Json message, std::chrono::milliseconds timeout = std::chrono::seconds(10));

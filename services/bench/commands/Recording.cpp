@@ -53,7 +53,7 @@ void Recording::note(Run& run) {
     if (ctl::isQuestion(run.words())) {
         return;
     }
-    auto input = std::make_shared<Input>(Input{Clock::now(), lineOf(run), std::nullopt});
+    auto input = std::make_shared<Input>(Input{Clock::now(), lineOf(run), std::nullopt, std::nullopt});
     m_inputs.push_back(input);
     if (m_inputs.size() > MostInputs) {
         m_inputs.pop_front();
@@ -64,6 +64,7 @@ void Recording::note(Run& run) {
     }
     run.onExit = [this, input, alive = m_alive](Exit exit) {
         input->exit = exit;
+        input->ended = Clock::now();
         if (*alive) {
             writeEnded();
         }

@@ -18,6 +18,14 @@ namespace zm::bench::commands {
  */
 class Recording {
 public:
+    using Clock = std::chrono::steady_clock;
+    struct Input {
+        Clock::time_point moment;
+        std::string line;
+        std::optional<Exit> exit; ///< nothing while it runs
+        std::optional<Clock::time_point> ended;
+    };
+
     /** `start`: how such a bench is started. */
     explicit Recording(std::string start);
     /** A file that is still written gets what is on its way. */
@@ -36,14 +44,10 @@ public:
     Result<std::string> end();
     /** The script of all inputs since the bench began; of a long run, of the latest ones. */
     std::string all() const;
+    /** The inputs themselves. */
+    const std::deque<std::shared_ptr<Input>>& inputs() const { return m_inputs; }
 
 private:
-    using Clock = std::chrono::steady_clock;
-    struct Input {
-        Clock::time_point moment;
-        std::string line;
-        std::optional<Exit> exit; ///< nothing while it runs
-    };
     std::string head() const;
     static std::string text(const Input& input, Clock::time_point& before);
     void writeEnded(bool also = false);

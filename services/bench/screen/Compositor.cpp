@@ -14,6 +14,8 @@ namespace {
 
 constexpr Rect Screen{0, 0, Compositor::Width, Compositor::Height};
 constexpr size_t MostClients = 32;
+// Some five minutes of a film.
+constexpr size_t KeptMoments = 10000;
 
 } // namespace
 
@@ -29,7 +31,8 @@ struct Compositor::Impl {
     std::optional<Image> cover;
     bool appVisible = true;
     uint64_t composed = 0;
-    SurfaceDamage damage;   ///< parts of the frame that are out of date
+    std::deque<std::chrono::steady_clock::time_point> moments; ///< of the latest frames
+    SurfaceDamage damage;                                      ///< parts of the frame that are out of date
     bool posted = false;    ///< the owner will be told of damage in the next turn
     bool announced = false; ///< the owner was told and has not composed since
     std::shared_ptr<bool> alive = std::make_shared<bool>(true);
@@ -132,12 +135,20 @@ const Image& Compositor::compose() {
         }
         m_impl->damage.clear();
         ++m_impl->composed;
+        m_impl->moments.push_back(std::chrono::steady_clock::now());
+        if (m_impl->moments.size() > KeptMoments) {
+            m_impl->moments.pop_front();
+        }
     }
     return m_impl->frame;
 }
 
 uint64_t Compositor::composedFrames() const {
     return m_impl->composed;
+}
+
+const std::deque<std::chrono::steady_clock::time_point>& Compositor::frameMoments() const {
+    return m_impl->moments;
 }
 
 void Compositor::setAppVisible(bool visible) {

@@ -7,7 +7,9 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <chrono>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -42,6 +44,8 @@ public:
     const Image& compose();
     /** How often `compose` had something to draw. */
     uint64_t composedFrames() const;
+    /** When the latest of them were composed. */
+    const std::deque<std::chrono::steady_clock::time_point>& frameMoments() const;
 
     /** Whether the application's windows are on the screen; hidden,
      * the cover is shown (black without one). */

@@ -37,6 +37,8 @@ public:
 
     /** The disc player was told to show itself, and nothing else since. */
     bool resumed() const { return discInFront() && m_last == AppStatus::Resume; }
+    /** What it was told last. */
+    AppStatus last() const { return m_last; }
     /** The disc player was told to quit, and whether because it asked for it. */
     bool quitting() const { return m_last == AppStatus::Quit; }
     bool quitsByItsWish() const { return quitting() && m_closeWanted; }

@@ -2,12 +2,13 @@
 
 from __future__ import annotations
 
+import json
 import os
 import re
 from collections import deque
 from contextlib import contextmanager
 from dataclasses import dataclass
-from typing import Deque, Dict, Iterator, List, Optional, Union
+from typing import Any, Deque, Dict, Iterator, List, Optional, Union
 
 from .base import Caller, Stream, form, lines_of
 
@@ -109,6 +110,27 @@ class SystemCommands(Caller):
             yield
         finally:
             self.command("record", "--stop")
+
+    @form("snapshot save|restore FILE")
+    def save_snapshot(self, file: Union[str, "os.PathLike[str]"]) -> None:
+        """Keeps the state around the application in a file: vehicle, clock, language, colours, launcher, disc, PPS
+        objects, catalogue. Raises CommandFailed if it cannot be written."""
+        self.command("snapshot", "save", os.path.abspath(file))
+
+    def restore_snapshot(self, file: Union[str, "os.PathLike[str]"]) -> None:
+        """Brings that state about; objects and catalogue where no disc service runs, else its disc is inserted.
+
+        Raises CommandFailed, which names the file or the command, for what cannot be restored.
+        """
+        self.command("snapshot", "restore", os.path.abspath(file))
+
+    @form("timeline FILE [--seconds SECONDS]")
+    def timeline(self, seconds: Optional[float] = None) -> Dict[str, Any]:
+        """What happened in the last five minutes, or `seconds`: commands, frames, PPS changes and log on one clock, in
+        Chrome's trace format."""
+        words = ["timeline", "-"] + ([] if seconds is None else ["--seconds", f"{seconds:g}"])
+        trace: Dict[str, Any] = json.loads(self.ask(words))
+        return trace
 
     @form("record --all FILE")
     def recording(self) -> str:

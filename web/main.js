@@ -1,13 +1,14 @@
 // Puts the page together and spreads the pushed state over its parts.
-import {channel, element} from './api.js';
+import {act, button, channel, element} from './api.js';
 import {makeCar, showClock, showDrive, showFault, showLauncher, showProcesses, showRequest, showVehicle} from './car.js';
+import {makeInspector} from './inspect.js';
 import {makeKeys} from './keys.js';
 import {clearLog, followLog, makeLog, showLog} from './log.js';
 import {clearPps, makePps, showPps} from './pps.js';
 import {showRecording} from './record.js';
 import {takeFrames} from './screen.js';
 
-const tabs = [['car', 'Head unit'], ['pps', 'PPS objects'], ['log', 'Log']];
+const tabs = [['car', 'Head unit'], ['pps', 'PPS objects'], ['log', 'Log'], ['inspect', 'Inspect']];
 
 function choose(name) {
   for (const [other] of tabs) {
@@ -42,7 +43,17 @@ makeKeys();
 makeCar();
 makePps();
 makeLog();
+makeInspector();
 makeTabs();
+
+// A link may name a state; whoever follows it is asked first, since anybody can write a link.
+const wanted = /^#restore=(.+)$/.exec(location.hash)?.[1];
+if (wanted) {
+  const file = decodeURIComponent(wanted);
+  const offer = element('p', {id: 'restore', className: 'bar'}, `Restore the state in ${file}? `);
+  offer.append(button('Restore', async () => { if (await act('snapshot', 'restore', file) !== null) offer.remove(); }), button('No', () => offer.remove()));
+  document.querySelector('header').after(offer);
+}
 
 const line = {connected: false, running: false};
 function showLine() {

@@ -18,11 +18,18 @@ const socket = channel('/ws/screen', {
     // Decoding runs beside drawing, but rectangles are drawn in the order in which they came.
     order = order.then(() => picture).then((image) => {
       context.drawImage(image, x, y);
+      for (const watcher of watchers) watcher(x, y, image.width, image.height);
       image.close();
       frames++;
     }).catch(() => {}).then(() => socket.send({ack: seq}));
   },
 });
+
+const watchers = [];
+/** Calls `watcher(x, y, width, height)` for each rectangle that is drawn. */
+export function onRectangle(watcher) {
+  watchers.push(watcher);
+}
 
 /** Rectangles drawn since the last call. */
 export function takeFrames() {

@@ -152,7 +152,7 @@ test('the tabs are changed with the arrow keys', async () => {
   assert.ok(await page.locator('#panel-pps').isVisible());
   await page.keyboard.press('ArrowLeft');
   await page.keyboard.press('ArrowLeft');
-  assert.ok(await page.locator('#panel-log').isVisible());
+  assert.ok(await page.locator('#panel-inspect').isVisible());
   await page.close();
 });
 

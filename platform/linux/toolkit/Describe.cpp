@@ -130,7 +130,9 @@ nlohmann::json Scene::describe(std::optional<int> window) const {
         }
         json items = json::object();
         for (const auto& item : page->items) {
-            items[std::to_string(item->spec.id)] = describeItem(*item);
+            json described = describeItem(*item);
+            described["style"] = m_impl->pages.style(*item).name;
+            items[std::to_string(item->spec.id)] = std::move(described);
         }
         result[std::to_string(id)] = {{"items", std::move(items)}};
     }

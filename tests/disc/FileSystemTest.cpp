@@ -1,6 +1,8 @@
 #include "BuildPaths.h"
 #include "services/disc/library/Scanner.h"
 #include "services/disc/medium/OpenMedium.h"
+#include "services/disc/medium/SliceReader.h"
+#include "services/disc/medium/UdfMedium.h"
 #include "tests/disc/Samples.h"
 
 #include <gmock/gmock.h>
@@ -120,6 +122,51 @@ TEST_F(FileSystems, AUdfDiscOfAnyRevisionIsRead) {
         EXPECT_EQ(medium->label(), "UDFDISC");
         expectAll(*medium);
     }
+}
+
+namespace {
+
+/** Counts what is read of another reader. */
+class CountedReader : public ByteReader {
+public:
+    CountedReader(std::unique_ptr<ByteReader> image, int& reads)
+        : m_image(std::move(image)), m_reads(reads) {}
+    uint64_t size() const override { return m_image->size(); }
+    zm::Result<size_t> readAt(uint64_t offset, std::span<char> buffer) override {
+        ++m_reads;
+        return m_image->readAt(offset, buffer);
+    }
+
+private:
+    std::unique_ptr<ByteReader> m_image;
+    int& m_reads;
+};
+
+} // namespace
+
+TEST_F(FileSystems, AUdfFolderWithManyFilesIsListedInFewReads) {
+    constexpr size_t Files = 500;
+    for (size_t i = 0; i < Files; ++i) {
+        writeFile(m_folder / ("many/Song " + std::to_string(i) + ".mp3"), std::string(3000, 'x'));
+    }
+    const std::string image = iso("-udf -r", "many");
+    int reads = 0;
+    const auto opener = [&](const std::string& name, const IsoExtent& extent) {
+        auto slice =
+            openSlice(image, extent.offset, std::min<uint64_t>(extent.size, fs::file_size(image)), name);
+        return zm::Result<std::unique_ptr<ByteReader>>(
+            std::make_unique<CountedReader>(std::move(*slice), reads));
+    };
+    auto whole = openSlice(image, 0, UINT64_MAX, image);
+    ASSERT_TRUE(whole);
+    const auto volume = findUdfVolume(**whole);
+    ASSERT_TRUE(volume);
+    const auto medium = UdfMedium::openImage(image, opener, *volume);
+    ASSERT_TRUE(medium) << medium.error();
+    const auto entries = (*medium)->list("");
+    ASSERT_TRUE(entries);
+    EXPECT_EQ(entries->size(), Files);
+    EXPECT_LT(reads, static_cast<int>(Files) / 4);
 }
 
 TEST_F(FileSystems, AUdfFileInManyPiecesIsWhole) {

@@ -1,6 +1,7 @@
 #include "services/disc/medium/UdfMedium.h"
 
 #include "services/disc/medium/UdfNames.h"
+#include "services/disc/medium/WindowReader.h"
 
 #include <udfread/blockinput.h>
 #include <udfread/udfread.h>
@@ -16,26 +17,28 @@ namespace {
 constexpr uint64_t UdfBlockSize = UDF_BLOCK_SIZE;
 
 // The library stops looking for its volumeMarks at the first block without one, such as that of an ISO 9660 part which was
-// taken away. What they say has been found out before, so that it is shown them in their first place.
+// taken away, or at that part's own end mark. What they say has been found out before, so that it is shown them, with their
+// type and version around the name, in their first place.
 constexpr uint32_t FirstMark = 16;
-constexpr std::array<std::string_view, 3> volumeMarks{"BEA01", "NSR02", "TEA01"};
+constexpr std::array<std::string_view, 3> volumeMarks{
+    std::string_view("\0BEA01\1", 7), std::string_view("\0NSR02\1", 7), std::string_view("\0TEA01\1", 7)};
 
 void showMarks(uint32_t first, std::span<char> blocks) {
     for (uint32_t i = 0; i < volumeMarks.size(); ++i) {
         const uint64_t place = (uint64_t{FirstMark} + i - first) * UdfBlockSize;
         if (first <= FirstMark + i && place < blocks.size()) {
             std::copy(volumeMarks[i].begin(), volumeMarks[i].end(),
-                      blocks.begin() + static_cast<std::ptrdiff_t>(place) + 1);
+                      blocks.begin() + static_cast<std::ptrdiff_t>(place));
         }
     }
 }
 
-/** Gives the library the image's blocks. */
+/** Gives the library the image's blocks. It asks for them one by one, what it says of files mostly for neighbours. */
 struct Blocks : udfread_block_input {
     explicit Blocks(std::unique_ptr<ByteReader> image) : reader(std::move(image)) {
         close = nullptr;
         read = [](udfread_block_input* self, uint32_t block, void* buffer, uint32_t count, int) {
-            auto& source = *static_cast<Blocks*>(self)->reader;
+            auto& source = static_cast<Blocks*>(self)->near;
             const std::span<char> blocks(static_cast<char*>(buffer), size_t{count} * UdfBlockSize);
             const auto done = source.readAt(block * UdfBlockSize, blocks);
             showMarks(block, blocks);
@@ -47,6 +50,7 @@ struct Blocks : udfread_block_input {
         };
     }
     std::unique_ptr<ByteReader> reader;
+    WindowReader near{*reader};
 };
 
 std::string whyUnread(const UdfVolume& volume) {

@@ -4,6 +4,7 @@
 #include "services/disc/dvd/Sound.h"
 #include "services/disc/engine/DecoderEngine.h"
 #include "services/disc/engine/ScreenFrames.h"
+#include "services/disc/log/LibraryMessages.h"
 #include "services/disc/log/Log.h"
 
 #include <csignal>
@@ -57,6 +58,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     logInfo("started\n");
+    const zm::disc::log::LibraryMessages messages;
     loop.run();
     logInfo("ends\n");
     return 0;

@@ -5,13 +5,14 @@ from __future__ import annotations
 import contextlib
 import os
 import random
+import re
 import signal
 import socket
 import sqlite3
 import subprocess
 import time
 from pathlib import Path
-from typing import Iterator, List
+from typing import Iterator, List, Sequence, Set
 
 import pytest
 
@@ -33,7 +34,7 @@ def long_disc() -> Path:
 class Unit:
     """A platen-unit with a service manager's ear."""
 
-    def __init__(self, folder: Path, *words: str, watchdog: float = 0) -> None:
+    def __init__(self, folder: Path, *words: str, watchdog: float = 0, tracer: Sequence[str] = ()) -> None:
         self.runtime = folder / "runtime"
         self.state = folder / "state"
         self.sound = folder / "sound"
@@ -49,7 +50,9 @@ class Unit:
         if watchdog:
             environment["WATCHDOG_USEC"] = str(int(watchdog * 1e6))
         self.begun = time.monotonic()
-        self.process = subprocess.Popen([program, "--runtime", str(self.runtime), *words], env=environment)
+        self.process = subprocess.Popen(
+            [*tracer, program, "--runtime", str(self.runtime), *words], env=environment
+        )
 
     def heard(self) -> str:
         """What the manager hears next."""
@@ -162,6 +165,43 @@ def test_the_sandbox_is_tight(name: str) -> None:
     words = ["systemd-analyze", "security", "--offline=true", "--threshold=25", "--no-pager"]
     done = subprocess.run([*words, str(SERVICES / name)], capture_output=True, text=True)
     assert done.returncode == 0, done.stdout.splitlines()[-1]
+
+
+def system_calls(group: str) -> Set[str]:
+    """Those of a group of the service manager, with all of the groups in it."""
+    words = ["systemd-analyze", "syscall-filter", "--no-pager", group]
+    said = subprocess.run(words, capture_output=True, text=True, check=True).stdout
+    found: Set[str] = set()
+    for line in map(str.strip, said.splitlines()[1:]):
+        if line.startswith("@"):
+            found |= system_calls(line)
+        elif line and not line.startswith("#"):
+            found.add(line)
+    return found
+
+
+@pytest.mark.parametrize("name", ["platen-unit.service", "platen-kiosk.service"])
+def test_the_filter_lets_through_what_a_playing_unit_calls(folder: Path, name: str) -> None:
+    allowed = system_calls("@default")
+    for line in (SERVICES / name).read_text().splitlines():
+        if line.startswith("SystemCallFilter="):
+            words = line.partition("=")[2]
+            for word in words.lstrip("~").split():
+                calls = system_calls(word) if word.startswith("@") else {word}
+                allowed = allowed - calls if words.startswith("~") else allowed | calls
+    trace = folder / "trace"
+    unit = Unit(folder, "--disc", str(long_disc()), tracer=["strace", "-f", "-qq", "-o", str(trace)])
+    unit.until_ready()
+    unit.first_sound()
+    time.sleep(2)
+    for pid in unit.family()[1:2]:
+        os.kill(pid, signal.SIGTERM)
+    unit.process.wait(30)
+    unit.manager.close()
+    called = set(re.findall(r"^[0-9]+ +([a-z_0-9]+)\(", trace.read_text(errors="replace"), re.MULTILINE))
+    assert "openat" in called and "seccomp" in called, "too little was seen"
+    # That files belong to somebody else is the wish of the superuser alone.
+    assert called - allowed <= {"fchown"}
 
 
 def kept_position(resume: Path) -> float:

@@ -1,5 +1,7 @@
 #include "services/dvd/Navigator.h"
 
+#include "services/dvd/DiscTime.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -10,7 +12,6 @@ namespace zm::dvd {
 
 namespace {
 
-constexpr int64_t TicksPerSecond = 90000;
 constexpr int64_t TicksPerMillisecond = 90;
 // Packs in a row that may be pressed: more than what is read ahead of the picture.
 constexpr size_t KeptPlaces = 64;
@@ -30,17 +31,6 @@ constexpr int64_t ErrorDistance = 30 * TicksPerSecond;
 
 // The library would write what it does on standard error.
 const dvdnav_logger_cb silence{[](void*, dvdnav_logger_level_t, const char*, va_list) {}};
-
-int decimal(int binaryCoded) {
-    return (binaryCoded >> 4) * 10 + (binaryCoded & 15);
-}
-
-int64_t ticks(const dvd_time_t& time) {
-    const int seconds = (decimal(time.hour) * 60 + decimal(time.minute)) * 60 + decimal(time.second);
-    const int frames = decimal(time.frame_u & 0x3f);
-    const bool twentyFive = (time.frame_u >> 6) == 1;
-    return seconds * TicksPerSecond + frames * TicksPerSecond / (twentyFive ? 25 : 30);
-}
 
 uint16_t language(uint16_t code) {
     return code == NoLanguage ? uint16_t{0} : code;
@@ -66,7 +56,7 @@ Result<std::unique_ptr<Navigator>> Navigator::open(const std::string& path) {
     if (dvdnav_open2(&nav, nullptr, &silence, path.c_str()) != DVDNAV_STATUS_OK) {
         return Error{path + ": not a DVD that can be read"};
     }
-    std::unique_ptr<Navigator> navigator(new Navigator(nav));
+    std::unique_ptr<Navigator> navigator(new Navigator(nav, path));
     // The service reads ahead as far as it wants.
     dvdnav_set_readahead_flag(nav, 0);
     dvdnav_set_PGC_positioning_flag(nav, 1);
@@ -154,8 +144,12 @@ void Navigator::take(int event, uint8_t* block, Outbox& outbox) {
         outbox.add(highlight);
         break;
     }
+    case DVDNAV_VTS_CHANGE:
+        m_titleSet = reinterpret_cast<const dvdnav_vts_change_event_t*>(block)->new_vtsN;
+        break;
     case DVDNAV_CELL_CHANGE:
-        m_cellTime = inTitle() ? dvdnav_get_current_time(nav()) : 0;
+        m_cellTime =
+            inTitle() ? timeOfCell(reinterpret_cast<const dvdnav_cell_change_event_t*>(block)->cellN) : 0;
         m_length = reinterpret_cast<const dvdnav_cell_change_event_t*>(block)->pgc_length;
         announceStreams(outbox);
         break;
@@ -166,6 +160,21 @@ void Navigator::take(int event, uint8_t* block, Outbox& outbox) {
     default:
         break;
     }
+}
+
+int64_t Navigator::timeOfCell(int cell) {
+    int32_t angle = 0;
+    int32_t angles = 0;
+    int32_t title = 0;
+    int32_t chain = 0;
+    int32_t program = 0;
+    dvdnav_get_angle_info(nav(), &angle, &angles);
+    if (angles > 1 && dvdnav_current_title_program(nav(), &title, &chain, &program) == DVDNAV_STATUS_OK) {
+        if (const auto time = m_cellTimes.begin(m_titleSet, chain, cell)) {
+            return *time;
+        }
+    }
+    return dvdnav_get_current_time(nav());
 }
 
 void Navigator::takePlace(const uint8_t* block, Outbox& outbox) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "services/dvd/CellTimes.h"
 #include "services/dvd/Outbox.h"
 
 #include <dvdnav/dvdnav.h>
@@ -43,12 +44,13 @@ private:
         pci_t buttons;
     };
 
-    explicit Navigator(dvdnav_t* nav) : m_nav(nav) {}
+    Navigator(dvdnav_t* nav, const std::string& path) : m_nav(nav), m_cellTimes(path) {}
     dvdnav_t* nav() const { return m_nav.get(); }
     bool inTitle() const { return dvdnav_is_domain_vts(nav()) != 0; }
     Domain domain() const;
 
     void take(int event, uint8_t* block, Outbox& outbox);
+    int64_t timeOfCell(int cell);
     void takePlace(const uint8_t* block, Outbox& outbox);
     void takeSound(const dvdnav_audio_stream_change_event_t& change, Outbox& outbox);
     void takeSubtitle(const dvdnav_spu_stream_change_event_t& change, Outbox& outbox);
@@ -75,6 +77,8 @@ private:
     bool m_waits = false;
     bool m_failing = false;
     uint64_t m_progress = 0;
+    CellTimes m_cellTimes;
+    int m_titleSet = 0;
     int64_t m_cellTime = 0;
     int64_t m_length = 0;
     int64_t m_time = 0; ///< of the pack read last, in the title

@@ -15,7 +15,7 @@ namespace zm::test {
 
 namespace {
 
-constexpr const char* kindNames[] = {"menus", "formats", "film", "sync", "shapes", "stills"};
+constexpr const char* kindNames[] = {"menus", "formats", "film", "sync", "shapes", "stills", "angles"};
 
 } // namespace
 

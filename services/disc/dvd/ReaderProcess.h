@@ -24,6 +24,7 @@ public:
     /** Ends it at once, also in the middle of a read. */
     ~ReaderProcess();
 
+    int pid() const { return m_pid; }
     /** Readable when there is a packet, or the process has ended. */
     int fd() const { return m_socket.get(); }
     /** Does not wait. Fills `packet`. */

@@ -108,6 +108,7 @@ void Session::start(const std::string& path, engine::StartMode mode, const std::
         fail(reader.error());
         return;
     }
+    m_readerProcess = (*reader)->pid();
     m_reader.emplace(std::move(*reader));
     m_pipeline.emplace(
         m_loop, m_frames, m_makeSound,
@@ -132,6 +133,7 @@ void Session::start(const std::string& path, engine::StartMode mode, const std::
 void Session::fail(const std::string& reason) {
     m_readable.reset();
     m_ticks.reset();
+    m_readerProcess = 0;
     m_reader.reset();
     m_listener.dvdFailed(reason);
 }
@@ -297,7 +299,7 @@ void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_
     Moment moment;
     moment.span = m_unit;
     moment.generation = m_reader->generation();
-    moment.place = event;
+    moment.place = withAngle(event);
     moment.button = event.button;
     moment.sound = m_sound.stream < 0 ? -1 : m_sound.logical;
     moment.subtitle = m_subtitle.visible ? m_subtitle.logical : -1;
@@ -312,6 +314,16 @@ void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_
         highlight(*m_pipeline, moment.pack, moment.button, &MenuButton::chosen);
     }
     m_moments.push_back(std::move(moment));
+}
+
+// What the reader had sent before it heard of another angle says so.
+zm::dvd::PlaceEvent Session::withAngle(zm::dvd::PlaceEvent place) {
+    const bool sameTitle = m_shown && m_shown->place.title == place.title && m_angle <= place.angles;
+    if (!sameTitle || place.angle == m_angle) {
+        m_angle = 0;
+    }
+    place.angle = m_angle > 0 ? m_angle : place.angle;
+    return place;
 }
 
 // At the end of a unit: sound that is not there has to be said, else everything would wait for it.
@@ -627,6 +639,7 @@ void Session::angle(int angle) {
         return;
     }
     m_reader->tell(command(zm::dvd::Operation::Angle, angle));
+    m_angle = angle;
     m_shown->place.angle = angle;
     for (auto& moment : m_moments) {
         moment.place.angle = angle; // the picture follows as soon as what was read ahead has been shown

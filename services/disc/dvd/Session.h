@@ -7,6 +7,7 @@
 #include "services/disc/dvd/ReaderDialogue.h"
 #include "services/disc/dvd/Timeline.h"
 
+#include <atomic>
 #include <chrono>
 #include <deque>
 #include <memory>
@@ -46,6 +47,8 @@ public:
     void cover(bool covered);
     /** See dvd::Operation::Fault. */
     void fault(int kind);
+    /** The reader's process, or 0. From any thread. */
+    int reader() const { return m_readerProcess; }
 
 private:
     /** A unit of the film on its way to the screen. */
@@ -71,6 +74,7 @@ private:
     void take(const std::vector<uint8_t>& packet);
     bool goOnToBegin(const zm::dvd::PlaceEvent& event);
     void takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_t> pack);
+    zm::dvd::PlaceEvent withAngle(zm::dvd::PlaceEvent place);
     void takeBlocks(std::span<const uint8_t> blocks);
     void takeFragment(const Fragment& fragment);
     void takeHighlight(int button);
@@ -102,6 +106,7 @@ private:
     SoundMaker m_makeSound;
     std::optional<Pipeline> m_pipeline;
     std::optional<ReaderDialogue> m_reader;
+    std::atomic<int> m_readerProcess{0};
     SourceHandle m_readable;
     SourceHandle m_ticks;
     engine::StartMode m_mode = engine::StartMode::Playing;
@@ -127,6 +132,7 @@ private:
     // What is seen.
     std::optional<Moment> m_shown;
     int m_drawn = 0; ///< button drawn
+    int m_angle = 0; ///< asked for; what is on its way may still be of the one before
     double m_zoom = 1.0;
     bool m_prerolled = false;
     std::optional<std::chrono::steady_clock::time_point> m_blind; ///< since when only a picture is missing

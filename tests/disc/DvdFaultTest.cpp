@@ -75,6 +75,20 @@ TEST_F(DamagedDvd, AnEncryptedFilmIsRefusedInWords) {
     ejects();
 }
 
+TEST_F(DamagedDvd, AnEncryptedImageIsRefusedInWords) {
+    std::string image = readFile(dvdImage(DvdKind::Stills));
+    for (size_t at = 0; at + 2048 <= image.size(); at += 2048) {
+        if (image.compare(at, 4, std::string("\0\0\1\xba", 4)) == 0 && image[at + 17] == '\xe0') {
+            image[at + 20] = static_cast<char>(image[at + 20] | 0x30);
+        }
+    }
+    writeFile(m_disc / "dvd", image);
+    insert();
+    nextReport("copy-protected");
+    m_unit.nextState(PlayState::Error);
+    ejects();
+}
+
 TEST_F(Dvd, ALibraryThatDecryptsIsNotLoadedEvenIfThereIsOne) {
     TempFolder libraries;
     writeFile(libraries / "library.c", "void* dvdcss_open(char* disc) { return 0; }\n");
@@ -161,6 +175,17 @@ TEST_F(Dvd, ADriveThatDoesNotAnswerCanBeEmptiedAtOnce) {
     m_unit.nextState(PlayState::Ejecting, 500ms);
     m_unit.next("disc", "0");
     EXPECT_TRUE(eventually([&] { return dvdReaderOf(::getpid()) == 0; }));
+}
+
+TEST_F(Dvd, ADecoderThatHangsLeavesNoReaderBehind) {
+    playTitle(1);
+    EXPECT_TRUE(m_unit.sound().waitForTone(440));
+    m_unit.sound().hang(true);
+    m_unit.command(130);
+    m_unit.command(13);
+    m_unit.nextState(PlayState::Ejecting);
+    EXPECT_TRUE(eventually([] { return dvdReaderOf(::getpid()) == 0; }));
+    m_unit.sound().hang(false);
 }
 
 TEST_F(Dvd, ManyJumpsInARowNeverHang) {

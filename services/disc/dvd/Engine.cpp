@@ -4,6 +4,9 @@
 #include "services/disc/engine/Decoders.h"
 #include "services/disc/log/Log.h"
 
+#include <signal.h>
+#include <sys/wait.h>
+
 #include <condition_variable>
 #include <mutex>
 
@@ -80,8 +83,9 @@ Engine::Engine(EventLoop& home, std::shared_ptr<engine::FrameSink> frames, Sound
     m_worker->frames = std::move(frames);
     m_worker->loop.post([worker = m_worker.get(), makeSound = std::move(makeSound)] {
         engine::initDecoders();
-        worker->session =
-            std::make_unique<Session>(worker->loop, *worker->reporter, *worker->frames, makeSound);
+        auto session = std::make_unique<Session>(worker->loop, *worker->reporter, *worker->frames, makeSound);
+        std::lock_guard lock(worker->mutex);
+        worker->session = std::move(session);
     });
 }
 
@@ -92,6 +96,11 @@ Engine::~Engine() {
     if (m_worker->reporter &&
         !m_worker->left.wait_for(lock, LeaveDeadline, [this] { return m_worker->gone; })) {
         logWarning("the DVD's decoder hangs and is left behind\n");
+        // Its thread will not do so any more, and the reader keeps the disc open.
+        if (const int reader = m_worker->session ? m_worker->session->reader() : 0; reader > 0) {
+            ::kill(reader, SIGKILL);
+            runInBackground([reader] { ::waitpid(reader, nullptr, 0); });
+        }
     }
 }
 

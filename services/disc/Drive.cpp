@@ -275,6 +275,7 @@ void Drive::insertDvd() {
     }
     m_dvdResume = std::make_unique<dvd::DvdResume>(m_memory, m_contents->identity);
     takeModes(m_dvdResume->modes());
+    m_engine.rest(); // a DVD opens the sound device itself
     m_transport =
         std::make_unique<dvd::Player>(m_loop, m_state, m_modes, m_makeDvdEngine(m_loop), *m_dvdResume, m_path,
                                       [this](const std::string& reason) { loadFailed(reason); });

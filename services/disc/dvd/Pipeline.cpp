@@ -78,7 +78,7 @@ GstElement* parse(const char* description, std::string& failure) {
 Pipeline::Pipeline(EventLoop& loop, engine::FrameSink& frames, const SoundMaker& makeSound,
                    PipelineEvents events)
     : m_loop(loop), m_frames(frames), m_events(std::move(events)),
-      m_picture(frames, engine::PictureKind::Film),
+      m_picture(frames, engine::PictureKind::UprightFilm),
       m_pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr)))) {
     if (!build(makeSound)) {
         m_failure = m_failure.empty() ? "no decoder installed" : m_failure;

@@ -413,6 +413,16 @@ void DecoderEngine::send(const StreamChoice& choice) {
           {"channel", static_cast<int>(choice.channel)}});
 }
 
+// The process, once locked in, could not open the device again: another one takes its place.
+void DecoderEngine::rest() {
+    stop();
+    endFade();
+    m_silence.reset();
+    m_takingDown = m_ready = false;
+    m_process.reset();
+    m_spare.prepare();
+}
+
 void DecoderEngine::stop() {
     // What waits for the drive is silent anyway, or will be in a moment.
     const bool heard = m_item && m_feed && !m_feed->isWaiting();

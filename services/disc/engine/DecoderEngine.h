@@ -34,6 +34,7 @@ public:
     void followNothing() override;
     void stop() override;
     void loudness(const Loudness& loudness) override;
+    void rest() override;
 
     /** The decoder's process at the moment; 0 without one. */
     int process() const { return m_process ? m_process->pid() : 0; }

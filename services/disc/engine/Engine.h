@@ -81,6 +81,8 @@ public:
     virtual void stop() = 0;
     /** From now on all sound is so loud. */
     virtual void loudness(const Loudness& loudness) = 0;
+    /** Stops, and leaves the sound device to others until the next `start`. */
+    virtual void rest() { stop(); }
 };
 
 } // namespace zm::disc::engine

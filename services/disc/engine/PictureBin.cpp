@@ -16,7 +16,9 @@ namespace {
 std::string description(PictureKind kind) {
     // First as the camera was held, then as the user wants it. A photo may have colours that cannot be turned.
     return std::string(kind == PictureKind::Photo ? "videoconvert name=first ! " : "") +
-           "videoflip video-direction=auto ! videoflip name=turn ! videocrop name=crop ! "
+           (kind == PictureKind::UprightFilm ? ""
+                                             : "videoflip video-direction=auto ! videoflip name=turn ! ") +
+           "videocrop name=crop ! "
            "videoconvertscale add-borders=true ! video/x-raw,format=" +
            std::string(kind == PictureKind::Photo ? "BGRx" : "I420") +
            ",width=" + std::to_string(PictureWidth) + ",height=" + std::to_string(PictureHeight) +
@@ -90,9 +92,10 @@ PictureBin::PictureBin(FrameSink& frames, PictureKind kind) : m_frames(frames) {
 // Told of the screen's size, the player's own scaler would fit pictures to it before they are turned.
 void PictureBin::takeAnySize() {
     const GstOwned<GstElement> first(gst_bin_get_by_name(GST_BIN(m_bin.get()), "first"));
-    m_accepted = first ? templateOf(first.get())
-                       : GstOwned<GstCaps>(gst_caps_intersect(templateOf(m_turn.get()).get(),
-                                                              templateOf(m_crop.get()).get()));
+    m_accepted = first     ? templateOf(first.get())
+                 : !m_turn ? templateOf(m_crop.get())
+                           : GstOwned<GstCaps>(gst_caps_intersect(templateOf(m_turn.get()).get(),
+                                                                  templateOf(m_crop.get()).get()));
     auto onQuery = +[](GstPad*, GstPadProbeInfo* info, gpointer self) {
         GstQuery* query = gst_pad_probe_info_get_query(info);
         if (GST_QUERY_TYPE(query) != GST_QUERY_CAPS) {
@@ -113,7 +116,9 @@ void PictureBin::takeAnySize() {
 }
 
 void PictureBin::view(const PictureView& view) {
-    g_object_set(m_turn.get(), "video-direction", view.quarterTurns, nullptr);
+    if (m_turn) {
+        g_object_set(m_turn.get(), "video-direction", view.quarterTurns, nullptr);
+    }
     {
         std::lock_guard lock(m_mutex);
         m_zoom = view.zoom();

@@ -9,8 +9,8 @@
 
 namespace zm::disc::engine {
 
-/** What a decoder's pictures are: those of a film follow each other. */
-enum class PictureKind { Film, Photo };
+/** What a decoder's pictures are: those of a film follow each other; upright ones need not, and cannot, be turned. */
+enum class PictureKind { Film, Photo, UprightFilm };
 
 /**
  * The element that takes a decoder's pictures and gives them, in the screen's size and in their own shape
@@ -34,7 +34,7 @@ private:
 
     GstOwned<GstElement> m_bin;
     GstOwned<GstElement> m_crop;
-    GstOwned<GstElement> m_turn;
+    GstOwned<GstElement> m_turn;  ///< null for upright ones
     GstOwned<GstCaps> m_accepted; ///< what pictures may be like when they arrive
     FrameSink& m_frames;
     std::mutex m_mutex; ///< pictures come on a thread of the decoder's

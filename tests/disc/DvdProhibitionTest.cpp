@@ -74,6 +74,43 @@ protected:
             replace(name, film);
         }
     }
+    /** All buttons act as soon as they are chosen. */
+    void letButtonsActAtOnce() {
+        constexpr size_t ButtonsAt = 187;
+        constexpr size_t ButtonBytes = 18;
+        for (const char* name : {"VIDEO_TS.VOB", "VTS_01_0.VOB"}) {
+            std::string film = readFile(file(name));
+            for (size_t pack = 0; pack + 2048 <= film.size(); pack += 2048) {
+                for (size_t i = 0; i < 3 && film.substr(pack + 38, 4) == std::string("\0\0\1\xbf", 4); ++i) {
+                    char& byte = film[pack + ButtonsAt + i * ButtonBytes + 3];
+                    byte = static_cast<char>(byte | 0x40);
+                }
+            }
+            replace(name, film);
+        }
+    }
+    /** A table that keeps everything in the disc from everybody but those of the highest level. */
+    void addParentalTable() {
+        constexpr size_t TableAt = 0xCC;
+        std::string disc = readFile(file("VIDEO_TS.IFO"));
+        const auto number = [](uint64_t value, int bytes) {
+            std::string text;
+            for (int i = bytes - 1; i >= 0; --i) {
+                text += static_cast<char>(value >> 8 * i);
+            }
+            return text;
+        };
+        const std::string levels(2 * 8, '\xff'); // the menus, one title set, for each of eight levels
+        const std::string masks = levels + levels;
+        // One country and one title set; behind it the masks.
+        const std::string table = number(1, 2) + number(1, 2) + number(16 + masks.size() - 1, 4) + "GB" +
+                                  number(0, 2) + number(16, 2) + number(0, 2) + masks;
+        disc.replace(TableAt, 4, number(disc.size() / 2048, 4));
+        disc += table + std::string(2048 - table.size(), '\0');
+        disc.replace(0x1C, 4, number(disc.size() / 2048 - 1, 4)); // the last of the tables
+        replace("VIDEO_TS.IFO", disc);
+        replace("VIDEO_TS.BUP", disc);
+    }
     void begin(int title) {
         playDisc(m_disc.path().string());
         nextMenu();
@@ -145,6 +182,33 @@ TEST_F(ForbiddingDvd, AButtonThatMayNotBePressedIsAnsweredWithTheTip) {
     nextTip(1);
     EXPECT_FALSE(m_unit.follows("rootmenu", "false", 1s));
     EXPECT_EQ(published("msgtip").size(), 1u) << "the touch beside all of them says nothing";
+}
+
+TEST_F(ForbiddingDvd, ButtonsThatActWhenChosenWaitForTheTouch) {
+    letButtonsActAtOnce();
+    playDisc(m_disc.path().string());
+    nextMenu();
+    EXPECT_TRUE(m_unit.pictures().waitFor(177, 133, yellow)) << "the first one is chosen from the beginning";
+    EXPECT_FALSE(m_unit.follows("rootmenu", "false", 1s));
+    touchButton(2);
+    nextPlace(2, 1);
+    EXPECT_TRUE(shows(cyan));
+}
+
+TEST_F(ForbiddingDvd, ADiscWithLevelsForParentsIsPlayedWhole) {
+    addParentalTable();
+    begin(1);
+    EXPECT_TRUE(shows(red));
+    m_unit.command(184, 2);
+    nextPlace(2, 1);
+    EXPECT_TRUE(shows(cyan));
+    m_unit.command(189, 1234);
+    nextTip(1);
+    m_unit.command(183, 2);
+    nextPlace(2, 2);
+    for (const auto& each : m_unit.recorder().all()) {
+        EXPECT_FALSE(each.name == "parental" && each.value == "true");
+    }
 }
 
 TEST_F(ForbiddingDvd, AMenuThatMayNotBeLeftIsAnsweredWithTheTip) {

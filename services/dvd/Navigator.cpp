@@ -347,8 +347,18 @@ bool Navigator::playChapter(int title, int chapter) {
 }
 
 bool Navigator::seek(int64_t time) {
-    return inTitle() && time >= 0 && time < m_length &&
-           dvdnav_jump_to_sector_by_time(nav(), static_cast<uint64_t>(time), 0) == DVDNAV_STATUS_OK;
+    if (!inTitle() || time < 0 || time >= m_length) {
+        return false;
+    }
+    // The library finds the place in the first angle, but would count it from the beginning of the chosen one.
+    int32_t angle = 1;
+    int32_t angles = 1;
+    dvdnav_get_angle_info(nav(), &angle, &angles);
+    dvdnav_angle_change(nav(), 1);
+    const bool found =
+        dvdnav_jump_to_sector_by_time(nav(), static_cast<uint64_t>(time), 0) == DVDNAV_STATUS_OK;
+    dvdnav_angle_change(nav(), angle);
+    return found;
 }
 
 Outcome Navigator::jump(const Command& command) {

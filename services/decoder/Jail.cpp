@@ -153,10 +153,10 @@ public:
         add(SCMP_ACT_ALLOW, "clone", 1, SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
         add(SCMP_ACT_ERRNO(ENOSYS), "clone3", 0);
         // A pair of sockets is a pipe within the process; it leads nowhere else.
-        add(SCMP_ACT_ALLOW, "socketpair", 2, SCMP_A0(SCMP_CMP_EQ, AF_UNIX),
+        add(SCMP_ACT_ALLOW, "socketpair", 2, SCMP_A0(SCMP_CMP_EQ, AF_UNIX, 0),
             SCMP_A1(SCMP_CMP_MASKED_EQ, 0xF, SOCK_STREAM));
         // Limits can be asked for, not changed.
-        add(SCMP_ACT_ALLOW, "prlimit64", 1, SCMP_A2(SCMP_CMP_EQ, 0));
+        add(SCMP_ACT_ALLOW, "prlimit64", 1, SCMP_A2(SCMP_CMP_EQ, 0, 0));
         // For threads that libraries have begun, too.
         m_error = m_error != 0 ? m_error : ::seccomp_attr_set(m_context, SCMP_FLTATR_CTL_TSYNC, 1);
         m_error = m_error != 0 ? m_error : ::seccomp_load(m_context);

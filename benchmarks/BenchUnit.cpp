@@ -2,6 +2,8 @@
 
 #include "base/Paths.h"
 
+#include <nlohmann/json.hpp>
+
 #include <unistd.h>
 
 #include <cstdio>

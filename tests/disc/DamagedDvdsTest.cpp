@@ -343,4 +343,4 @@ TEST_P(DamagedDvds, PlayOrSayWhyAnswerAndComeOut) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, DamagedDvds, testing::ValuesIn(damages),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& damage) { return std::string(damage.param.name); });

@@ -33,11 +33,11 @@ int64_t timeOf(GstElement* sink, GstPad* pad, GstBuffer* buffer) {
 GstElement* SoundRecorder::makeSink() {
     GstElement* sink = gst_element_factory_make("fakesink", nullptr);
     g_object_set(sink, "sync", TRUE, "signal-handoffs", TRUE, nullptr);
-    auto onSound = +[](GstElement* sink, GstBuffer* buffer, GstPad* pad, gpointer self) {
+    auto onSound = +[](GstElement* element, GstBuffer* buffer, GstPad* pad, gpointer self) {
         GstMapInfo map;
         if (gst_buffer_map(buffer, &map, GST_MAP_READ)) {
             static_cast<SoundRecorder*>(self)->add(reinterpret_cast<const int16_t*>(map.data), map.size / 4,
-                                                   timeOf(sink, pad, buffer));
+                                                   timeOf(element, pad, buffer));
             gst_buffer_unmap(buffer, &map);
         }
     };

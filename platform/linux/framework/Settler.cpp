@@ -4,7 +4,7 @@
 
 namespace zm {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 namespace {
 
@@ -40,7 +40,7 @@ Settler::Outcome Settler::settle(TimePoint deadline) {
             return ran ? Outcome::Calmed : Outcome::Quiet;
         }
         ran = true;
-    } while (Clock::now() < deadline && !m_givenUp);
+    } while (SteadyClock::now() < deadline && !m_givenUp);
     return Outcome::Restless;
 }
 
@@ -57,7 +57,7 @@ Settler::Sources Settler::sources() {
 
 bool Settler::drain(ActivitySource& source, TimePoint deadline) const {
     while (!m_givenUp) {
-        const TimePoint now = Clock::now();
+        const TimePoint now = SteadyClock::now();
         if (source.drain(std::min(deadline, now + Slice))) {
             return true;
         }

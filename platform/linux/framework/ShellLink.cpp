@@ -13,16 +13,16 @@
 namespace zm {
 
 using json = nlohmann::json;
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 namespace {
 
 // A head unit that takes nothing for so long counts as gone.
 constexpr timeval SendLimit{2, 0};
 
-std::chrono::milliseconds left(Clock::time_point deadline) {
+std::chrono::milliseconds left(SteadyClock::time_point deadline) {
     return std::max(std::chrono::milliseconds(0),
-                    std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()));
+                    std::chrono::ceil<std::chrono::milliseconds>(deadline - SteadyClock::now()));
 }
 
 Result<json> parse(const std::string& text) {
@@ -37,7 +37,7 @@ Result<json> parse(const std::string& text) {
 
 Result<std::unique_ptr<ShellLink>> ShellLink::connect(const std::string& socket, const json& hello,
                                                       std::chrono::milliseconds limit) {
-    const auto deadline = Clock::now() + limit;
+    const auto deadline = SteadyClock::now() + limit;
     // Half the time for a head unit that is just starting, the rest for its answer.
     auto fd = connectUnix(socket, limit / 2);
     if (!fd) {

@@ -99,7 +99,8 @@ Engine::~Engine() {
         // Its thread will not do so any more, and the reader keeps the disc open.
         if (const int reader = m_worker->session ? m_worker->session->reader() : 0; reader > 0) {
             ::kill(reader, SIGKILL);
-            runInBackground([reader] { ::waitpid(reader, nullptr, 0); });
+            // Without a thread for it, it stays a zombie until the service ends.
+            (void)runInBackground([reader] { ::waitpid(reader, nullptr, 0); });
         }
     }
 }

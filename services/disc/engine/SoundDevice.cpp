@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
 
 namespace zm::disc::engine {
@@ -22,6 +23,20 @@ constexpr std::array Ways = {
     Way{"pulse", "pulsesink", "the sound server"},
     Way{"alsa", "alsasink", "the default device"},
 };
+
+// Asked for a server that is not there, its library makes a folder for one and leaves it behind.
+bool soundServerIsThere() {
+    const auto hasSocket = [](const char* variable, const char* below) {
+        const char* folder = std::getenv(variable);
+        std::error_code none;
+        return folder && *folder && std::filesystem::is_socket(std::filesystem::path(folder) / below, none);
+    };
+    const char* named = std::getenv("PULSE_SERVER");
+    std::error_code none;
+    return (named && *named) || hasSocket("PULSE_RUNTIME_PATH", "native") ||
+           hasSocket("XDG_RUNTIME_DIR", "pulse/native") ||
+           std::filesystem::is_socket("/run/pulse/native", none);
+}
 
 GstElement* open(const Way& way, const std::string& name) {
     GstElement* sink = gst_element_factory_make(way.element, nullptr);
@@ -56,7 +71,7 @@ SoundDevice openSoundDevice() {
         return {nullptr, "no sound is wanted"};
     }
     for (const Way& way : Ways) {
-        if (kind != way.name && kind != "auto") {
+        if (kind != way.name && (kind != "auto" || (way.name == "pulse" && !soundServerIsThere()))) {
             continue;
         }
         if (GstElement* sink = open(way, name)) {

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace zm::bench::unit {
 
@@ -127,6 +128,10 @@ void HeadUnit::makeChildren() {
         {"ZM_FONT_PATH", m_options.shareDir + "/fonts/"},
         {"ZM_WATCH_RESOURCES", m_options.resourceDir.empty() ? "" : "1"},
     };
+    if (!std::getenv("XDG_RUNTIME_DIR") && !std::getenv("PULSE_RUNTIME_PATH")) {
+        // Else ALSA's library, which looks for a sound server, leaves a folder of its own in the temporary folder.
+        environment.emplace_back("PULSE_RUNTIME_PATH", m_options.runtimeDir);
+    }
     if (!m_options.audioDevice.empty()) {
         environment.emplace_back("ZM_AUDIO_DEVICE", m_options.audioDevice);
     }

@@ -60,7 +60,9 @@ def pulseaudio(sound_folder: Path) -> Iterator[str]:
 def pipewire(sound_folder: Path, monkeypatch: pytest.MonkeyPatch) -> Iterator[str]:
     """A PipeWire server with that loudspeaker and its interface for PulseAudio; gives its address."""
     monkeypatch.delenv("PULSE_SERVER")
-    programs = "pipewire & wireplumber & pipewire-pulse & wait"
+    # The other two end at once where the first does not answer yet.
+    first = "until [ -S $XDG_RUNTIME_DIR/pipewire-0 ]; do sleep 0.05; done"
+    programs = f"pipewire & {first}; wireplumber & pipewire-pulse & wait"
     server = subprocess.Popen(
         ["dbus-run-session", "--", "sh", "-c", programs],
         stdout=subprocess.DEVNULL,

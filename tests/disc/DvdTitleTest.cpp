@@ -115,8 +115,8 @@ TEST_F(Dvd, EveryKindOfSoundIsHeard) {
     for (const auto& [hertz, type, language] : {Kind{500, "MPEG", "de"}, Kind{700, "LPCM", "fr"},
                                                 Kind{900, "DTS", "ja"}, Kind{300, "AC-3", "en"}}) {
         m_unit.command(11);
-        const auto detail =
-            m_unit.next("dvdstate", [&](const Published& each) { return each.json()["audiotype"] == type; });
+        const auto detail = m_unit.next(
+            "dvdstate", [&, type = type](const Published& each) { return each.json()["audiotype"] == type; });
         EXPECT_EQ(detail.json()["curaudiolan"], language);
         EXPECT_EQ(detail.json()["totalaudiomode"], 4);
         EXPECT_TRUE(m_unit.sound().waitForTone(hertz)) << type << " " << m_unit.sound().tone();

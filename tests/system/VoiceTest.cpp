@@ -15,7 +15,6 @@ constexpr int FilmBar = 2;
 constexpr int Title = 2065;
 constexpr int List = 2000;
 constexpr int EmptyText = 2003;
-constexpr int ToList = 6508;
 constexpr int LeaveFilm = 4;
 constexpr int MusicTab = 503;
 constexpr int FilmTab = 504;

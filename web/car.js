@@ -107,9 +107,14 @@ function makeVehicle() {
     row(labelled('Time', vehicle.time), vehicle.format, labelled('Language', vehicle.language), labelled('Theme', vehicle.theme)));
 }
 
-/** Shows a value without touching what the user is just editing. */
+/** Shows a value; what the user is just editing gets it once it is left. */
 function show(control, value) {
-  if (control !== document.activeElement) control.value = value;
+  if (control !== document.activeElement) {
+    control.value = value;
+    return;
+  }
+  if (control.latest === undefined) control.addEventListener('blur', () => { control.value = control.latest; delete control.latest; }, {once: true});
+  control.latest = value;
 }
 
 export function showVehicle(state) {

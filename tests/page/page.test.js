@@ -67,9 +67,13 @@ test('the volume is turned on the page and follows the command line and the keys
   const volume = page.getByRole('slider', {name: 'Volume'});
   await volume.fill('40');
   await until('the unit is that loud', async () => (await bench.zmctl('volume')).trim() === '40');
+  await volume.focus();
   await bench.zmctl('volume', 85);
-  await page.getByLabel('Muted').focus();
+  await bench.zmctl('device', 6, 255);
+  await until('the page has heard of both', async () => await page.getByLabel('Muted').isChecked());
+  await page.getByLabel('Muted').focus(); // what is being edited stays until then
   await until('the control follows', async () => (await volume.inputValue()) === '85');
+  await bench.zmctl('device', 6, 0);
   await page.keyboard.press('AudioVolumeUp');
   await until('the key is taken', async () => (await bench.zmctl('volume')).trim() === '90');
 });

@@ -215,6 +215,9 @@ std::string startLine(const Options& options) {
     add(!unit.disc.empty(), {"--disc", unit.disc});
     add(!unit.discService, {"--no-disc-service"});
     add(unit.catalogue != unit.runtimeDir + "/discdb.sqlite", {"--catalogue", unit.catalogue});
+    add(!unit.resume.empty(), {"--resume", unit.resume});
+    add(!unit.drive.empty(), {"--drive", unit.drive});
+    add(!unit.audioDevice.empty(), {"--audio-device", unit.audioDevice});
     add(manual, {"--manual-clock"});
     add(!manual && unit.launcher == unit::LauncherMode::Passive, {"--launcher", "passive"});
     add(!unit.discToFront, {"--insert-stays"});

@@ -48,6 +48,17 @@ TEST(BenchOptions, WhereDiscsWereLeftLiesInTheRuntimeFolderUnlessItIsSaid) {
               std::string::npos);
 }
 
+TEST(BenchOptions, TheHeadOfARecordHasWhatDecidesOverWhatIsPlayed) {
+    const std::vector<std::string> words = {"--disc",   "/music",          "--manual-clock",
+                                            "--resume", "/data/left here", "--drive",
+                                            "/dev/sr0", "--audio-device",  "none"};
+    const std::string line = bench::startLine(*bench::parseOptions(words));
+    for (const char* part : {"--resume '/data/left here'", "--drive /dev/sr0", "--audio-device none"}) {
+        EXPECT_NE(line.find(part), std::string::npos) << line;
+    }
+    EXPECT_EQ(bench::startLine(*bench::parseOptions({"--no-web"})), "zmbench");
+}
+
 TEST(BenchOptions, AnErrorNamesTheCulprit) {
     EXPECT_NE(bench::parseOptions({"--port", "70000"}).error().find("70000"), std::string::npos);
     EXPECT_NE(bench::parseOptions({"--colour"}).error().find("--colour"), std::string::npos);

@@ -56,6 +56,8 @@ TEST_F(SnapshotRun, WhatIsSavedOnOneBenchIsShownByAnother) {
     const std::string car = must({"vehicle"});
     must({"snapshot", "save", file()});
     endBench();
+    EXPECT_EQ(Json::parse(std::ifstream(file()))["bench"],
+              "zmbench --no-disc-service --catalogue " + file("Fog.sqlite") + " --manual-clock");
 
     const std::string other = catalogue("Rain");
     startManual({"--catalogue", other});

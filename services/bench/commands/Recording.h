@@ -26,13 +26,14 @@ public:
         std::optional<Clock::time_point> ended;
     };
 
-    /** `start`: how such a bench is started. */
     explicit Recording(std::string start);
     /** A file that is still written gets what is on its way. */
     ~Recording();
     Recording(const Recording&) = delete;
     Recording& operator=(const Recording&) = delete;
 
+    /** How such a bench is started. */
+    const std::string& start() const { return m_start; }
     /** Notes a command that begins, unless it only asks, and later how it ends. */
     void note(Run& run);
 

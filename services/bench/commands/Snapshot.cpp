@@ -134,9 +134,13 @@ Result<Snapshot> Snapshot::of(unit::HeadUnit& unit) {
 }
 
 std::string Snapshot::text() const {
-    const nlohmann::ordered_json json = {
-        {"snapshot", SnapshotVersion}, {"disc", disc},   {"before", before},
-        {"objects", objects},          {"after", after}, {"catalogue", base64(catalogue)}};
+    const nlohmann::ordered_json json = {{"snapshot", SnapshotVersion},
+                                         {"bench", bench},
+                                         {"disc", disc},
+                                         {"before", before},
+                                         {"objects", objects},
+                                         {"after", after},
+                                         {"catalogue", base64(catalogue)}};
     return json.dump(1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 

@@ -15,6 +15,7 @@ namespace zm::bench::commands {
 struct Snapshot {
     using Command = std::vector<std::string>;
 
+    std::string bench;            ///< how the one it was taken of was started, for whoever reads the file
     std::vector<Command> before;  ///< what is set first: language, colours, vehicle, clock
     std::vector<Command> objects; ///< the disc service's, for a bench that has none
     std::string catalogue;        ///< bytes of the database

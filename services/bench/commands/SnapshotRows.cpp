@@ -12,11 +12,12 @@ namespace zm::bench::commands {
 namespace {
 
 void saveSnapshot(Call& call, const std::string& path) {
-    const auto snapshot = Snapshot::of(call.unit);
+    auto snapshot = Snapshot::of(call.unit);
     if (!snapshot) {
         call.run->fail(snapshot.error());
         return;
     }
+    snapshot->bench = call.processor.recording().start();
     std::ofstream stream(path, std::ios::binary | std::ios::trunc);
     stream << snapshot->text();
     stream.close();

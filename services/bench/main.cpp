@@ -1,11 +1,11 @@
 #include "base/About.h"
+#include "base/ProgramFolders.h"
 #include "services/bench/Bench.h"
 #include "services/bench/RuntimeLock.h"
 
 #include <signal.h>
 
 #include <cstdio>
-#include <filesystem>
 
 using namespace zm;
 
@@ -28,9 +28,9 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "zmbench: %s\n%s", options.error().c_str(), bench::Usage);
         return 2;
     }
-    const auto self = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    options->unit.programDir = self.string();
-    options->unit.shareDir = (self / "../share").lexically_normal().string();
+    const ProgramFolders folders = programFolders();
+    options->unit.programDir = folders.programs;
+    options->unit.shareDir = folders.share;
 
     const std::string& dir = options->unit.runtimeDir;
     const auto lock = bench::takeRuntime(dir);

@@ -68,8 +68,8 @@ constexpr std::array Texts = {
     CommandText{
         "insert", "insert DISC [--wait]\ninsert --demo [--wait]",
         "puts a folder, image or file into the disc drive\n"
-        "--demo: the demonstration disc that \"./dev run\" makes. --wait: returns when the disc is ready to\n"
-        "play, and fails with the drive's reason if it cannot be.\n"
+        "--demo: the demonstration disc that \"./dev run\" or (installed) \"platen-demo-disc\" makes.\n"
+        "--wait: returns when the disc is ready to play, and fails with the drive's reason if it cannot be.\n"
         "Example: zmctl insert ~/Music"},
     CommandText{"eject", "eject", "takes the disc out\nExample: zmctl eject"},
     CommandText{"disc", "disc [--json]\ndisc fault read|surface|temperature|region|noanswer|gone|none",

@@ -1,5 +1,6 @@
 // The head unit for everyday use: the bench on this machine's screen, without its page and its commands.
 #include "base/About.h"
+#include "base/ProgramFolders.h"
 #include "services/bench/Bench.h"
 #include "services/bench/RuntimeLock.h"
 #include "services/unit/Supervisor.h"
@@ -76,9 +77,9 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "platen-unit: %s\n%s", options.error().c_str(), Usage);
         return 2;
     }
-    const auto self = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    options->unit.programDir = self.string();
-    options->unit.shareDir = (self / "../share").lexically_normal().string();
+    const ProgramFolders folders = programFolders();
+    options->unit.programDir = folders.programs;
+    options->unit.shareDir = folders.share;
     if (const std::string folder = stateFolder(); options->unit.resume.empty() && !folder.empty()) {
         std::error_code error;
         std::filesystem::create_directories(folder, error);

@@ -4,12 +4,14 @@ from __future__ import annotations
 
 import subprocess
 import time
+from pathlib import Path
 from typing import Callable, Iterator
 
 import pytest
 
 from platen_bench import Bench
 
+PROJECT = Path(__file__).resolve().parent.parent.parent
 STATE = "pps.zelmar/disc/status.discstate"
 
 
@@ -30,11 +32,15 @@ def meta(name: str) -> str:
     return ask("metadata", name)
 
 
-def can(name: str) -> bool:
+def wire(interface: str, name: str) -> str:
+    """A property as gdbus writes it."""
     words = ["gdbus", "call", "--session", "-d", "org.mpris.MediaPlayer2.platen", "-o", "/org/mpris/MediaPlayer2"]
-    words += ["-m", "org.freedesktop.DBus.Properties.Get", "org.mpris.MediaPlayer2.Player", name]
-    said = subprocess.run(words, capture_output=True, text=True, timeout=60, check=True).stdout
-    return "true" in said
+    words += ["-m", "org.freedesktop.DBus.Properties.Get", interface, name]
+    return subprocess.run(words, capture_output=True, text=True, timeout=60, check=True).stdout
+
+
+def can(name: str) -> bool:
+    return "true" in wire("org.mpris.MediaPlayer2.Player", name)
 
 
 @pytest.fixture
@@ -112,6 +118,11 @@ def test_it_can_what_it_says(unit: Bench) -> None:
     for name in ("CanGoNext", "CanGoPrevious", "CanPlay", "CanPause", "CanSeek"):
         until(lambda: can(name), False)
     assert ask("status") == "Stopped"
+
+
+def test_desktops_find_the_menu_entry(unit: Bench) -> None:
+    entry = PROJECT / "deploy" / "desktop" / "org.platen.unit.desktop"
+    assert entry.exists() and f"'{entry.stem}'" in wire("org.mpris.MediaPlayer2", "DesktopEntry")
 
 
 def test_a_hundred_changes_are_followed(unit: Bench) -> None:

@@ -1,3 +1,4 @@
+#include "base/ProgramFolders.h"
 #include "services/bench/commands/Insertion.h"
 #include "services/bench/commands/Processor.h"
 
@@ -41,11 +42,11 @@ bool insert(Call& call) {
     if (!hasDrive(call)) {
         return true;
     }
-    const std::string path =
-        demonstration ? tidy(call.unit.options().shareDir + "/../demo") : tidy(call.run->absolute(given));
+    const ProgramFolders folders = programFolders();
+    const std::string path = tidy(demonstration ? folders.demonstration : call.run->absolute(given));
     if (::access(path.c_str(), R_OK) != 0) {
         call.run->fail(systemError(path).message +
-                       (demonstration ? "; \"resources/make-demo-disc build/demo\" makes it" : ""));
+                       (demonstration ? "; \"" + folders.demonstrationMaker + "\" makes it" : ""));
     } else {
         Insertion::start(call, path, waits ? Inserted::Playing : Inserted::Taken);
     }

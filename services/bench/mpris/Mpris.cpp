@@ -290,7 +290,7 @@ GVariant* Mpris::metadata() const {
 GVariant* Mpris::property(const std::string& name) const {
     const std::string_view can(name);
     if (name == "Identity" || name == "DesktopEntry") {
-        return g_variant_new_string(name == "Identity" ? "Platen" : "platen");
+        return g_variant_new_string(name == "Identity" ? "Platen" : "org.platen.unit");
     }
     if (can.starts_with("Supported")) {
         return g_variant_new_strv(nullptr, 0);

@@ -17,8 +17,8 @@ struct Options {
     bool commands = true;    ///< zmctl and tests may drive it
     bool open = false;       ///< shows the page in the user's browser
     bool display = false;    ///< shows the screen in a window of this machine
-    bool mpris = false;      ///< the desktop's media keys and applets reach the player
     bool fullScreen = false; ///< and that as large as the monitor
+    bool mpris = false;      ///< the desktop's media keys and applets reach the player
 };
 
 /** Reads the arguments behind the program's name; paths become absolute. An error says what is wrong. */

@@ -1,11 +1,7 @@
 // The head unit for everyday use: the bench on this machine's screen, without its page and its commands.
 #include "base/About.h"
-#include "base/ProgramFolders.h"
-#include "services/bench/Bench.h"
-#include "services/bench/RuntimeLock.h"
+#include "services/bench/Program.h"
 #include "services/unit/Supervisor.h"
-
-#include <signal.h>
 
 #include <algorithm>
 #include <array>
@@ -60,11 +56,6 @@ std::string stateFolder() {
     return "";
 }
 
-int fail(const std::string& why) {
-    std::fprintf(stderr, "platen-unit: %s\n", why.c_str());
-    return 1;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -77,32 +68,16 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "platen-unit: %s\n%s", options.error().c_str(), Usage);
         return 2;
     }
-    const ProgramFolders folders = programFolders();
-    options->unit.programDir = folders.programs;
-    options->unit.shareDir = folders.share;
     if (const std::string folder = stateFolder(); options->unit.resume.empty() && !folder.empty()) {
         std::error_code error;
         std::filesystem::create_directories(folder, error);
         if (error) {
-            return fail(folder + ": " + error.message());
+            return bench::failProgram("platen-unit", folder + ": " + error.message());
         }
         options->unit.resume = folder + "/resume.sqlite";
     }
-    const auto lock = bench::takeRuntime(options->unit.runtimeDir);
-    if (!lock) {
-        return fail(lock.error());
-    }
-    ::signal(SIGPIPE, SIG_IGN);
     EventLoop loop;
-    const auto onTerm = watchSignal(loop, SIGTERM, [&loop] { loop.quit(); });
-    const auto onInterrupt = watchSignal(loop, SIGINT, [&loop] { loop.quit(); });
     unit::Supervisor supervisor(loop);
-    bench::Bench bench(loop, *options);
-    bench.onReady = [&supervisor] { supervisor.ready(); };
-    if (auto started = bench.start(); !started) {
-        return fail(started.error());
-    }
-    loop.run();
-    supervisor.stopping();
-    return 0;
+    return bench::runBench(loop, "platen-unit", *options,
+                           {[&supervisor] { supervisor.ready(); }, [&supervisor] { supervisor.stopping(); }});
 }

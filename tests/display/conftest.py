@@ -1,6 +1,5 @@
 """Lets these tests use the client beside them, and gives them an X server without a monitor."""
 
-import os
 import subprocess
 import sys
 import time
@@ -10,7 +9,9 @@ from typing import Iterator
 import pytest
 
 PROJECT = Path(__file__).resolve().parent.parent.parent
-sys.path[:0] = [str(PROJECT / "clients" / "python"), str(Path(__file__).resolve().parent)]
+sys.path[:0] = [str(PROJECT / "clients" / "python"), str(PROJECT / "tests" / "support"), str(Path(__file__).resolve().parent)]
+
+from x_display import x_display  # noqa: E402
 
 pytest_plugins = ["platen_bench.pytest_plugin"]
 
@@ -18,21 +19,7 @@ pytest_plugins = ["platen_bench.pytest_plugin"]
 @pytest.fixture
 def monitor(monkeypatch: pytest.MonkeyPatch) -> Iterator[str]:
     """The name of an X display of 1800 x 1100 pixels with nothing on it."""
-    reader, writer = os.pipe()
-    server = subprocess.Popen(
-        ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1800x1100x24", "-nolisten", "tcp"],
-        pass_fds=[writer],
-        stdout=subprocess.DEVNULL,
-        stderr=subprocess.DEVNULL,
-    )
-    os.close(writer)
-    with os.fdopen(reader) as number:
-        name = ":" + number.readline().strip()
-    monkeypatch.setenv("DISPLAY", name)
-    monkeypatch.delenv("WAYLAND_DISPLAY", raising=False)
-    yield name
-    server.terminate()
-    server.wait()
+    yield from x_display(monkeypatch, "1800x1100")
 
 
 @pytest.fixture

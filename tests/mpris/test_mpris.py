@@ -94,6 +94,17 @@ def test_seeking_is_heard_of(unit: Bench) -> None:
     unit.expect("pps.zelmar/disc/playing.playtime.time", "<", 35, within=5)
 
 
+def test_seeking_beyond_the_end_goes_to_the_next_song(unit: Bench) -> None:
+    words = ["gdbus", "call", "--session", "-d", "org.mpris.MediaPlayer2.platen", "-o", "/org/mpris/MediaPlayer2"]
+    seek = [*words, "-m", "org.mpris.MediaPlayer2.Player.Seek"]
+    until(lambda: float(ask("position")) > 1, True)
+    subprocess.run([*seek, str(2**63 - 1)], timeout=60, check=True)
+    unit.expect(page="music", title="Rain", within=20)
+    subprocess.run([*seek, "--", str(-(2**63))], timeout=60, check=True)
+    unit.expect("pps.zelmar/disc/playing.playtime.time", "<", 5, within=20)
+    unit.expect(page="music", title="Rain", within=5)
+
+
 def test_loop_shuffle_and_volume_both_ways(unit: Bench) -> None:
     for loop, mode in (("Track", 8), ("None", 1), ("Playlist", 2)):
         ask("loop", loop)

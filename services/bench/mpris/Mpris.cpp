@@ -249,7 +249,9 @@ void Mpris::call(const std::string& method, GVariant* arguments) {
     } else if (method == "Seek") {
         gint64 offset = 0;
         g_variant_get(arguments, "(x)", &offset);
-        seek(m_state.position() + offset);
+        // Farther than any item is long, it must not turn over.
+        constexpr gint64 Farthest = gint64{1} << 60;
+        seek(m_state.position() + std::clamp(offset, -Farthest, Farthest));
     } else if (method == "SetPosition") {
         const char* track = nullptr;
         gint64 position = 0;
@@ -321,6 +323,9 @@ GVariant* Mpris::property(const std::string& name) const {
 bool Mpris::setProperty(const std::string& name, GVariant* value) {
     if (name == "Volume") {
         const double wanted = std::clamp(g_variant_get_double(value), 0.0, 1.0);
+        if (std::isnan(wanted)) {
+            return false;
+        }
         m_unit.command({"volume", std::to_string(std::lround(wanted * 100))});
         return true;
     }

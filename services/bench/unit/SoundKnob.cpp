@@ -1,7 +1,8 @@
 #include "services/bench/unit/SoundKnob.h"
 
+#include <glib.h>
+
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
 
 namespace zm::bench::unit {
@@ -52,9 +53,14 @@ Status SoundKnob::publish() {
 
 // Whole or not at all, whenever the power goes.
 Status SoundKnob::keep() const {
-    const std::string fresh = m_file + ".new";
-    std::ofstream(fresh) << m_volume << '\n';
-    return std::rename(fresh.c_str(), m_file.c_str()) == 0 ? ok() : systemError(m_file);
+    const std::string text = std::to_string(m_volume) + "\n";
+    GError* error = nullptr;
+    if (g_file_set_contents(m_file.c_str(), text.c_str(), static_cast<gssize>(text.size()), &error)) {
+        return ok();
+    }
+    Error result{error->message};
+    g_error_free(error);
+    return result;
 }
 
 } // namespace zm::bench::unit

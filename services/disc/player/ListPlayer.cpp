@@ -14,8 +14,6 @@ constexpr int MaxHops = 100;
 constexpr size_t MaxFailures = 20;
 // A picture can be seen, however short the disc wants it to stand; so do lists that lead to each other take their time.
 constexpr engine::Milliseconds ShortestPicture{500};
-// The application takes a track's number only on its play page, which it opens after it has been told the state.
-constexpr engine::Milliseconds ListPageTime{300};
 // A film as short as that is a picture: not every authoring program marks them.
 constexpr engine::Milliseconds ShortestFilm{500};
 
@@ -244,7 +242,7 @@ void ListPlayer::engineStarted(engine::Milliseconds length) {
     publishTime();
     m_status.publishStarted(m_mode);
     m_resume.flush();
-    m_again = afterDelay(m_loop, ListPageTime, [this] { publishTrack(); });
+    m_again = afterDelay(m_loop, PageTime, [this] { publishTrack(); });
 }
 
 void ListPlayer::engineMoved(engine::Milliseconds position, engine::Milliseconds length) {

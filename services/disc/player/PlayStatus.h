@@ -6,6 +6,12 @@
 
 namespace zm::disc::player {
 
+/**
+ * The application takes the number and texts of a track only on its play page, which it opens some time after it has
+ * been told the type and the state: a track is told once more after this time.
+ */
+inline constexpr engine::Milliseconds PageTime{300};
+
 /** What the head unit is told of a disc that plays, whatever its kind: state, speed, time, and what is refused. */
 class PlayStatus {
 public:

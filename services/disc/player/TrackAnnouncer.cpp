@@ -1,14 +1,8 @@
 #include "services/disc/player/TrackAnnouncer.h"
 
+#include "services/disc/player/PlayStatus.h"
+
 namespace zm::disc::player {
-
-namespace {
-
-// The application takes the number and texts of a track only on its play page, which it opens some time after
-// it has been told the type and the state.
-constexpr std::chrono::milliseconds PageTime{300};
-
-} // namespace
 
 void TrackAnnouncer::begin() {
     if (m_announced != m_queue.kind()) {

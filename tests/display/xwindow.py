@@ -113,4 +113,6 @@ class XWindow:
         window.send_event(
             Xlib.protocol.event.ClientMessage(window=window, client_type=protocols, data=(32, [delete, 0, 0, 0, 0]))
         )
+        # The server drops what it has not read yet from a client that has gone.
+        display.sync()
         display.close()

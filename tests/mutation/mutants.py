@@ -1,0 +1,189 @@
+"""Finds what can be changed in a source: a comparison turned, a call left out, a condition negated."""
+
+from __future__ import annotations
+
+import random
+from dataclasses import dataclass
+from pathlib import Path
+from typing import Dict, Iterator, List, Sequence, Tuple
+
+from clang.cindex import Cursor, CursorKind, Index, TranslationUnit  # type: ignore[import]
+
+# What stands in for an operator: the mistakes that people make.
+OPERATORS = {
+    "<": "<=",
+    "<=": "<",
+    ">": ">=",
+    ">=": ">",
+    "==": "!=",
+    "!=": "==",
+    "+": "-",
+    "-": "+",
+    "*": "/",
+    "/": "*",
+    "%": "/",
+    "&&": "||",
+    "||": "&&",
+    "&": "|",
+    "|": "&",
+}
+FUNCTIONS = (
+    CursorKind.FUNCTION_DECL,
+    CursorKind.CXX_METHOD,
+    CursorKind.CONSTRUCTOR,
+    CursorKind.DESTRUCTOR,
+    CursorKind.CONVERSION_FUNCTION,
+    CursorKind.FUNCTION_TEMPLATE,
+)
+# Where a value has to be known to the compiler.
+CONSTANT = (
+    CursorKind.CASE_STMT,
+    CursorKind.STATIC_ASSERT,
+    CursorKind.ENUM_CONSTANT_DECL,
+    CursorKind.TEMPLATE_NON_TYPE_PARAMETER,
+)
+
+
+@dataclass(frozen=True)
+class Mutant:
+    """A change of the bytes from `start` to `end` of a file."""
+
+    file: str
+    line: int
+    start: int
+    end: int
+    kind: str
+    was: str
+    becomes: str
+    """The mutated text in words for the report."""
+    code: str
+    """What is compiled; NUMBER stands for the mutant's number."""
+
+    @property
+    def name(self) -> str:
+        """What the list of equivalent mutants knows it by: it stays when lines are added above."""
+        return f"{self.file}: {' '.join(self.was.split())} -> {' '.join(self.becomes.split())}"
+
+
+class Source:
+    """The mutants of one file."""
+
+    def __init__(self, file: str, path: Path, arguments: Sequence[str]) -> None:
+        self.file = file
+        self.text = path.read_bytes()
+        self.path = str(path)
+        unit = Index.create().parse(
+            self.path, args=list(arguments), options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD
+        )
+        errors = [str(each) for each in unit.diagnostics if each.severity >= 3]
+        if errors:
+            raise SystemExit(f"{file}: {errors[0]}")
+        self.macros: List[Tuple[int, int]] = []
+        self.found: List[Mutant] = []
+        for cursor in unit.cursor.get_children():
+            if cursor.kind == CursorKind.MACRO_INSTANTIATION and self.here(cursor):
+                self.macros.append((cursor.extent.start.offset, cursor.extent.end.offset))
+        for cursor in unit.cursor.get_children():
+            if self.here(cursor):
+                self.walk(cursor, False)
+
+    def here(self, cursor: Cursor) -> bool:
+        return cursor.location.file is not None and cursor.location.file.name == self.path
+
+    def part(self, cursor: Cursor) -> str:
+        return self.text[cursor.extent.start.offset : cursor.extent.end.offset].decode()
+
+    def add(self, kind: str, cursor: Cursor, becomes: str, code: str, was: str = "") -> None:
+        start, end = cursor.extent.start.offset, cursor.extent.end.offset
+        if start >= end or any(first < end and start < last for first, last in self.macros):
+            return
+        was = was or self.part(cursor)
+        if "#" in was:
+            return  # a directive, or text that could be one
+        self.found.append(Mutant(self.file, cursor.extent.start.line, start, end, kind, was, becomes, code))
+
+    def walk(self, cursor: Cursor, inside: bool) -> None:
+        kind = cursor.kind
+        if kind in CONSTANT:
+            return
+        if kind in FUNCTIONS:
+            if "constexpr" in self.part(cursor).partition("{")[0]:
+                return
+            inside = True
+        if kind == CursorKind.VAR_DECL and "constexpr" in self.part(cursor).partition("=")[0]:
+            return
+        if inside:
+            self.mutate(cursor)
+        for child in cursor.get_children():
+            self.walk(child, inside)
+
+    def mutate(self, cursor: Cursor) -> None:
+        kind = cursor.kind
+        children = list(cursor.get_children())
+        if kind == CursorKind.BINARY_OPERATOR and len(children) == 2:
+            self.operator(cursor, *children)
+        elif kind == CursorKind.COMPOUND_STMT:
+            for child in children:
+                self.statement(child)
+        elif kind in (CursorKind.IF_STMT, CursorKind.WHILE_STMT) and not self.part(cursor).startswith("if constexpr"):
+            self.condition(children[0])
+        elif kind == CursorKind.RETURN_STMT and children and children[0].type.spelling == "bool":
+            value = self.part(children[0])
+            self.add("negation", children[0], f"!({value})", f"(zm::mutation::lives(NUMBER) != bool({value}))")
+        elif kind == CursorKind.INTEGER_LITERAL:
+            number = self.part(cursor)
+            if number.isdigit():
+                other = str(int(number) + 1)
+                self.add("constant", cursor, other, f"(zm::mutation::lives(NUMBER) ? {other} : {number})")
+
+    def operator(self, whole: Cursor, left: Cursor, right: Cursor) -> None:
+        between = self.text[left.extent.end.offset : right.extent.start.offset].decode().strip()
+        other = OPERATORS.get(between)
+        if other:
+            first, second = self.part(left), self.part(right)
+            mutated = f"{first} {other} {second}"
+            self.add("operator", whole, mutated, f"(zm::mutation::lives(NUMBER) ? ({mutated}) : ({self.part(whole)}))")
+
+    def statement(self, cursor: Cursor) -> None:
+        assignment = cursor.kind == CursorKind.COMPOUND_ASSIGNMENT_OPERATOR
+        if cursor.kind == CursorKind.BINARY_OPERATOR:
+            pair = list(cursor.get_children())
+            assignment = (
+                len(pair) == 2
+                and self.text[pair[0].extent.end.offset : pair[1].extent.start.offset].decode().strip() == "="
+            )
+        if assignment or cursor.kind == CursorKind.CALL_EXPR or cursor.kind == CursorKind.UNARY_OPERATOR:
+            kind = "call" if cursor.kind == CursorKind.CALL_EXPR else "assignment"
+            self.add(kind, cursor, "nothing", f"if (!zm::mutation::lives(NUMBER)) {self.part(cursor)}")
+
+    def condition(self, cursor: Cursor) -> None:
+        if cursor.kind.is_expression():
+            text = self.part(cursor)
+            self.add("negation", cursor, f"!({text})", f"zm::mutation::lives(NUMBER) != bool({text})")
+
+
+def choose(sources: Sequence[Source], wanted: int, seed: int) -> List[Mutant]:
+    """So many at random, none within another; as many of a kind as the code has."""
+    everything = [each for source in sources for each in source.found]
+    random.Random(seed).shuffle(everything)
+    taken: Dict[str, List[Mutant]] = {}
+    chosen: List[Mutant] = []
+    for each in everything:
+        others = taken.setdefault(each.file, [])
+        if len(chosen) < wanted and not any(other.start < each.end and each.start < other.end for other in others):
+            others.append(each)
+            chosen.append(each)
+    return sorted(chosen, key=lambda each: (each.file, each.start))
+
+
+def mutated(text: bytes, mutants: Sequence[Tuple[int, Mutant]]) -> bytes:
+    """The source with these numbered mutants, each line where it was."""
+    for number, each in sorted(mutants, key=lambda pair: -pair[1].start):
+        code = each.code.replace("NUMBER", str(number)).encode()
+        text = text[: each.start] + code + text[each.end :]
+    return b'#include "tests/mutation/Mutant.h"\n#line 1\n' + text
+
+
+def kinds(mutants: Sequence[Mutant]) -> Iterator[str]:
+    for kind in sorted({each.kind for each in mutants}):
+        yield f"{sum(each.kind == kind for each in mutants)} {kind}"

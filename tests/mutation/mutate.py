@@ -1,0 +1,324 @@
+#!/usr/bin/python3
+"""Says which changes of a room's code no test notices.
+
+All mutants are compiled into one build and sleep; one run of the tests shows which of them each test reaches, and
+then each mutant is woken in turn for the tests that reach it.
+"""
+
+from __future__ import annotations
+
+import argparse
+import json
+import os
+import re
+import shlex
+import subprocess
+import sys
+import time
+from concurrent.futures import ThreadPoolExecutor
+from dataclasses import dataclass
+from pathlib import Path
+from typing import Dict, List, Optional, Sequence, Set, Tuple
+
+from mutants import Mutant, Source, choose, kinds, mutated
+
+PROJECT = Path(__file__).resolve().parent.parent.parent
+# The test programs that hold a room, the quickest first.
+PROGRAMS = (
+    ("mpu", ("model", "views")),
+    ("base", ("base",)),
+    ("platform/linux/pps", ("pps",)),
+    ("platform/linux/qdb", ("qdb",)),
+    ("platform/linux/slog", ("slog",)),
+    ("platform/linux/screen", ("screen", "framework")),
+    ("platform/linux/toolkit", ("toolkit", "views")),
+    ("platform/linux/framework", ("framework",)),
+    ("services/disc", ("disc",)),
+    ("services/bench", ("bench", "screen")),
+    ("services/ctl", ("bench",)),
+)
+
+
+@dataclass
+class Test:
+    program: str
+    name: str
+    milliseconds: int
+    reaches: Set[int]
+
+
+@dataclass
+class Verdict:
+    mutant: Mutant
+    state: str
+    """killed, lived, unreached or equivalent"""
+    by: str = ""
+
+
+def say(text: str) -> None:
+    print(text, flush=True)
+
+
+def programs_of(room: str) -> List[str]:
+    rows = [row for row in PROGRAMS if row[0].startswith(room) or room.startswith(row[0])]
+    if not rows:
+        raise SystemExit(f"mutate: no tests are named for {room}; known are {', '.join(row[0] for row in PROGRAMS)}")
+    names: List[str] = []
+    for _, programs in rows:
+        names += [name for name in programs if name not in names]
+    return names
+
+
+def git_files(*patterns: str) -> List[str]:
+    words = ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard", *patterns]
+    return [name for name in subprocess.check_output(words, cwd=PROJECT, text=True).split("\0") if name]
+
+
+def put(path: Path, text: bytes) -> None:
+    """What is as it was keeps its time, so that it is not compiled again."""
+    if not path.exists() or path.read_bytes() != text:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(text)
+
+
+class Tree:
+    """A copy of the project in which mutants sleep."""
+
+    def __init__(self, path: Path, jobs: int) -> None:
+        self.path = path
+        self.jobs = jobs
+
+    def copy(self) -> None:
+        for name in git_files():
+            source = PROJECT / name
+            if source.is_file():
+                put(self.path / name, source.read_bytes())
+                (self.path / name).chmod(source.stat().st_mode)
+
+    def arguments(self) -> Dict[str, List[str]]:
+        """What each source is compiled with, one at a time."""
+        subprocess.run(["cmake", "--preset", "lint"], cwd=self.path, check=True, stdout=subprocess.DEVNULL)
+        rows = json.loads((self.path / "build/lint/compile_commands.json").read_text())
+        found: Dict[str, List[str]] = {}
+        for row in rows:
+            words = shlex.split(row["command"])
+            flags = [word for word in words if word.startswith(("-I", "-D", "-std"))]
+            flags += [word for at, word in enumerate(words) if word == "-isystem" or words[at - 1] == "-isystem"]
+            found[str(Path(row["file"]).relative_to(self.path))] = flags
+        return found
+
+    def write(self, mutants: Sequence[Tuple[int, Mutant]], files: Sequence[str]) -> None:
+        for file in files:
+            inside = [pair for pair in mutants if pair[1].file == file]
+            text = (PROJECT / file).read_bytes()
+            put(self.path / file, mutated(text, inside) if inside else text)
+
+    def build(self, targets: Sequence[str]) -> str:
+        """What the compiler says, or nothing."""
+        words = ["cmake", "-S", ".", "-B", "build", "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release", "-DZM_MUTATION=ON"]
+        subprocess.run(words, cwd=self.path, check=True, stdout=subprocess.DEVNULL)
+        words = ["ninja", "-C", "build", "-k", "0", f"-j{self.jobs}", *targets]
+        done = subprocess.run(words, cwd=self.path, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        return done.stdout if done.returncode != 0 else ""
+
+
+def compiled(tree: Tree, mutants: List[Mutant], targets: Sequence[str]) -> List[Tuple[int, Mutant]]:
+    """The mutants that the compiler takes."""
+    numbered = list(enumerate(mutants))
+    files = sorted({each.file for each in mutants})
+    while True:
+        tree.write(numbered, files)
+        said = tree.build(targets)
+        if not said:
+            return numbered
+        places = {(name, int(line)) for name, line in re.findall(r"(\S+?\.cpp):(\d+):\d+: error:", said)}
+        bad = {
+            number
+            for number, each in numbered
+            for name, line in places
+            if name.endswith(each.file) and each.line <= line <= each.line + each.was.count("\n")
+        }
+        if not bad:
+            raise SystemExit(f"mutate: the copy does not build:\n{said[-3000:]}")
+        say(f"  {len(bad)} do not compile")
+        numbered = [pair for pair in numbered if pair[0] not in bad]
+
+
+class Runner:
+    """Runs tests of the copy."""
+
+    def __init__(self, tree: Tree, folder: Path) -> None:
+        self.tree = tree
+        self.folder = folder
+
+    def environment(self, **more: str) -> Dict[str, str]:
+        return {**os.environ, **more}
+
+    def trace(self, program: str, count: int, shards: int) -> List[Test]:
+        """Each test that passes, with the mutants that it reaches."""
+
+        def run(shard: int) -> Path:
+            reached = self.folder / f"reached-{program}-{shard}"
+            reached.write_bytes(bytes(count))
+            tests = self.folder / f"tests-{program}-{shard}"
+            environment = self.environment(
+                ZM_MUTANT_REACHED=str(reached),
+                ZM_MUTANT_TESTS=str(tests),
+                GTEST_TOTAL_SHARDS=str(shards),
+                GTEST_SHARD_INDEX=str(shard),
+            )
+            subprocess.run(
+                [str(self.tree.path / "build/bin" / f"test_{program}"), "--gtest_brief=1"],
+                env=environment,
+                stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL,
+            )
+            return tests
+
+        with ThreadPoolExecutor(shards) as pool:
+            files = list(pool.map(run, range(shards)))
+        found = []
+        for file in files:
+            for line in file.read_text().splitlines():
+                name, good, milliseconds, *reaches = line.split()
+                if good == "good":
+                    found.append(Test(program, name, int(milliseconds), {int(each) for each in reaches}))
+        return found
+
+    def fails(self, number: int, tests: Sequence[Test]) -> str:
+        """The test of one program that notices the mutant, or nothing."""
+        program = tests[0].program
+        flags = self.folder / f"flags-{program}-{number}"
+        flags.write_text(f"--gtest_filter={':'.join(test.name for test in tests)}\n--gtest_fail_fast\n")
+        limit = 20 + 4 * sum(test.milliseconds for test in tests) / 1000
+        words = [str(self.tree.path / "build/bin" / f"test_{program}"), f"--gtest_flagfile={flags}"]
+        try:
+            done = subprocess.run(
+                words,
+                env=self.environment(ZM_MUTANT=str(number)),
+                stdout=subprocess.PIPE,
+                stderr=subprocess.DEVNULL,
+                timeout=limit,
+                errors="replace",
+                text=True,
+            )
+        except subprocess.TimeoutExpired:
+            return f"{program}: does not end"
+        if done.returncode == 0:
+            return ""
+        failed = re.search(r"\[  FAILED  \] ([^\s,]+)", done.stdout)
+        return failed.group(1) if failed else f"{program}: dies"
+
+    def judge(self, number: int, mutant: Mutant, tests: Sequence[Test], seconds: int) -> Verdict:
+        reaching = [test for test in tests if number in test.reaches]
+        if not reaching:
+            return Verdict(mutant, "unreached")
+        by_name = {test.name: test for test in reaching}
+        for program in dict.fromkeys(test.program for test in reaching):
+            left = seconds * 1000
+            chosen = []
+            # Those that reach little else are about this.
+            mine = (test for test in reaching if test.program == program)
+            for test in sorted(mine, key=lambda test: len(test.reaches)):
+                if test.milliseconds <= left:
+                    left -= test.milliseconds
+                    chosen.append(test)
+            while chosen:
+                by = self.fails(number, chosen)
+                if not by:
+                    break
+                # A test that fails now and then says nothing.
+                if by not in by_name or self.fails(number, [by_name[by]]):
+                    return Verdict(mutant, "killed", by)
+                chosen = [test for test in chosen if test.name != by]
+        return Verdict(mutant, "lived", f"{len(reaching)} tests reach it")
+
+
+def equivalents() -> Dict[str, str]:
+    """Mutants that change nothing which anybody can notice: `NAME` in one line, the reason indented below."""
+    found: Dict[str, str] = {}
+    name = ""
+    for line in (Path(__file__).parent / "equivalent.txt").read_text().splitlines():
+        if line.startswith("#") or not line.strip():
+            continue
+        if not line.startswith(" "):
+            name = line.strip()
+        else:
+            found[name] = line.strip()
+    return found
+
+
+def report(verdicts: Sequence[Verdict], room: str, goal: Optional[float], path: Path) -> int:
+    lines = []
+    for state in ("lived", "unreached", "equivalent"):
+        for each in verdicts:
+            if each.state == state:
+                lines.append(f"{state}: {each.mutant.name}\n    line {each.mutant.line}; {each.by}")
+    states = ("killed", "lived", "unreached", "equivalent")
+    counts = {state: sum(each.state == state for each in verdicts) for state in states}
+    judged = len(verdicts) - counts["equivalent"]
+    share = 100 * counts["killed"] / judged if judged else 100.0
+    lines.append(
+        f"{room}: {counts['killed']} of {judged} mutants killed ({share:.1f} %), {counts['lived']} lived,"
+        f" {counts['unreached']} reached by no test; {counts['equivalent']} more are equivalent"
+    )
+    path.write_text("\n".join(lines) + "\n")
+    say("\n".join(lines))
+    return 0 if goal is None or share >= goal else 1
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(prog="./dev mutate", description=__doc__)
+    parser.add_argument("room", nargs="?", default="mpu", help="a folder; default mpu")
+    parser.add_argument("count", nargs="?", type=int, default=100, help="how many mutants; default 100")
+    parser.add_argument("--seed", type=int, default=1, help="which mutants; default 1")
+    parser.add_argument("--seconds", type=int, default=60, help="a program's tests for a mutant, at most; default 60")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
+    parser.add_argument("--goal", type=float, help="fails when fewer percent are killed")
+    options = parser.parse_args()
+    room = options.room.rstrip("/")
+    programs = programs_of(room)
+    files = [name for name in git_files(f"{room}/*.cpp") if not name.endswith("main.cpp")]
+    if not files:
+        raise SystemExit(f"mutate: {room} holds no source")
+
+    folder = PROJECT / "build/mutation"
+    tree = Tree(folder / "tree", options.jobs)
+    tree.copy()
+    arguments = tree.arguments()
+    start = time.monotonic()
+    sources = [Source(name, tree.path / name, arguments[name]) for name in files if name in arguments]
+    chosen = choose(sources, options.count, options.seed)
+    say(f"{sum(len(each.found) for each in sources)} mutants in {len(sources)} sources of {room}, {len(chosen)} taken:"
+        f" {', '.join(kinds(chosen))} ({time.monotonic() - start:.0f} s)")
+
+    start = time.monotonic()
+    numbered = compiled(tree, chosen, [f"test_{name}" for name in programs])
+    say(f"built in {time.monotonic() - start:.0f} s")
+
+    runner = Runner(tree, folder)
+    tests: List[Test] = []
+    for program in programs:
+        start = time.monotonic()
+        tests += runner.trace(program, len(chosen), options.jobs)
+        say(f"test_{program} traced in {time.monotonic() - start:.0f} s")
+
+    known = equivalents()
+    verdicts: List[Verdict] = []
+
+    def judge(pair: Tuple[int, Mutant]) -> Verdict:
+        if pair[1].name in known:
+            verdict = Verdict(pair[1], "equivalent", known[pair[1].name])
+        else:
+            verdict = runner.judge(pair[0], pair[1], tests, options.seconds)
+        verdicts.append(verdict)
+        say(f"{len(verdicts)}/{len(numbered)} {verdict.state}: {verdict.mutant.name} ({verdict.by})")
+        return verdict
+
+    with ThreadPoolExecutor(options.jobs) as pool:
+        done = list(pool.map(judge, numbered))
+    return report(done, room, options.goal, folder / f"{room.replace('/', '-')}.txt")
+
+
+if __name__ == "__main__":
+    sys.exit(main())

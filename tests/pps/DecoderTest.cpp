@@ -201,7 +201,8 @@ TEST_F(DecoderTest, PpsTextBecomesObjectsWithTypedAttributes) {
 }
 
 TEST_F(DecoderTest, PpsTextWithAFaultIsAParseError) {
-    for (const char* bad : {"@a\nx\n", "@a\nx::1", "@a\nx:n:text\n", "@a\nx:b:yes\n", "@a\nx:json:{\n"}) {
+    for (const char* bad : {"@a\nx\n", "@a\nx::1", "@a\nx:n:text\n", "@a\nx:n:true\n", "@a\nx:n:\"1\"\n",
+                            "@a\nx:n:\n", "@a\nx:b:yes\n", "@a\nx:json:{\n"}) {
         std::string source = bad;
         EXPECT_EQ(pps_decoder_parse_pps_str(&decoder, source.data()), PPS_DECODER_PARSE_ERROR) << bad;
     }

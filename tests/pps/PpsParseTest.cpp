@@ -121,6 +121,21 @@ TEST_F(PpsParse, AnIncompleteLineEndsTheTextAndIsLeftAlone) {
     EXPECT_EQ(info.flags, 0);
 }
 
+TEST_F(PpsParse, WhatALineDoesNotHaveIsNotTheLineBefore) {
+    first("msgtip:n:1\n@status\n");
+    EXPECT_EQ(info.attr_index, 1);
+    const auto object = next();
+    EXPECT_EQ(object.status, PPS_OBJECT);
+    EXPECT_EQ(object.info.attr_name, nullptr);
+    EXPECT_EQ(object.info.attr_index, -1);
+    EXPECT_EQ(object.info.encoding, nullptr);
+    EXPECT_EQ(object.info.value, nullptr);
+    first("[n]msgtip:n:1\n");
+    EXPECT_EQ(next().status, PPS_END);
+    EXPECT_EQ(info.options, 0);
+    EXPECT_EQ(info.option_mask, 0);
+}
+
 TEST_F(PpsParse, NameListsMayBeMissing) {
     std::string line = "@a\nx::1\n";
     char* at = line.data();

@@ -137,6 +137,10 @@ TEST_F(PpsTest, TheQualifierForNonpersistentIsKeptUntilCleared) {
     EXPECT_EQ(read(file), "@a\nx::3\n[n]y::1\n");
     write(file, "[n]@a\n");
     EXPECT_EQ(read(file), "[n]@a\nx::3\n[n]y::1\n");
+    write(file, "@a\nx::4\n");
+    EXPECT_EQ(read(file), "[n]@a\nx::4\n[n]y::1\n") << "an object line without it leaves it";
+    write(file, "[-n]@a\n");
+    EXPECT_EQ(read(file), "@a\nx::4\n[n]y::1\n");
 }
 
 TEST_F(PpsTest, AnObjectHoldsThirtyTwoKilobytesAndNotOneByteMore) {

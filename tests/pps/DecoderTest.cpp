@@ -200,6 +200,25 @@ TEST_F(DecoderTest, PpsTextBecomesObjectsWithTypedAttributes) {
     EXPECT_EQ(pps_decoder_push_array(&decoder, "x"), PPS_DECODER_OK);
 }
 
+TEST_F(DecoderTest, EscapesEndWhereTheirDigitsEnd) {
+    const std::pair<const char*, const char*> Rows[] = {{"\\x414", "A4"}, {"\\1014", "A4"}, {"\\608", "08"},
+                                                        {"\\7z", "\az"},  {"\\xg", "xg"},   {"\\8", "8"},
+                                                        {"\\", "\\"},     {"\\0601", "01"}};
+    for (const auto& [escaped, plain] : Rows) {
+        std::string source = "@o\na:c:" + std::string(escaped) + "\n";
+        ASSERT_EQ(pps_decoder_parse_pps_str(&decoder, source.data()), PPS_DECODER_OK) << escaped;
+        ASSERT_EQ(pps_decoder_push(&decoder, "@o"), PPS_DECODER_OK);
+        EXPECT_EQ(pps_decoder_get_string(&decoder, "a", &text), PPS_DECODER_OK);
+        EXPECT_STREQ(text, plain) << escaped;
+    }
+}
+
+TEST_F(DecoderTest, ATextAfterABadOneIsParsedAlone) {
+    std::string bad = "@a\nx::1\nno attribute\n";
+    EXPECT_EQ(pps_decoder_parse_pps_str(&decoder, bad.data()), PPS_DECODER_PARSE_ERROR);
+    EXPECT_NE(pps_decoder_push(&decoder, "@a"), PPS_DECODER_OK) << "nothing of a bad text is left";
+}
+
 TEST_F(DecoderTest, PpsTextWithAFaultIsAParseError) {
     for (const char* bad : {"@a\nx\n", "@a\nx::1", "@a\nx:n:text\n", "@a\nx:n:true\n", "@a\nx:n:\"1\"\n",
                             "@a\nx:n:\n", "@a\nx:b:yes\n", "@a\nx:json:{\n"}) {

@@ -86,6 +86,8 @@ TEST_F(PpsTest, ADeletionLineTakesOneAttributeAwayAndIsTold) {
     EXPECT_EQ(write(writer, "-x\n"), "");
     EXPECT_EQ(read(reader), "@a\n-x\n");
     EXPECT_EQ(read(writer), "@a\ny::1\n");
+    write(writer, "x::2\n");
+    EXPECT_EQ(read(writer), "@a\ny::1\nx::2\n") << "it comes again as a new one";
 }
 
 TEST_F(PpsTest, AnObjectLineWithAnotherNameIsIgnored) {
@@ -163,6 +165,17 @@ TEST_F(PpsTest, OpeningWithTruncationEmptiesTheObject) {
     auto truncating = open("/pps/zelmar/disc/control?delta", ReadWriteCreateTruncate);
     EXPECT_EQ(read(reader), "#@control\n");
     EXPECT_EQ(read(truncating), "@control\n");
+}
+
+TEST_F(PpsTest, AnEmptiedObjectHasRoomForAllItHadAndMore) {
+    auto file = open("/pps/a");
+    const std::string large(20'000, 'v');
+    for (int i = 0; i < 2000; ++i) {
+        ASSERT_EQ(write(file, "x::" + large + "\n"), "") << i;
+        ASSERT_TRUE(file.truncate());
+    }
+    EXPECT_EQ(write(file, "y::" + large + "\nx::1\n"), "");
+    EXPECT_EQ(read(file), "@a\ny::" + large + "\nx::1\n");
 }
 
 TEST_F(PpsTest, TruncationDeletesAllAttributesAndIsToldToOthersOnly) {

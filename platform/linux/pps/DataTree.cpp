@@ -18,16 +18,10 @@ public:
         return true;
     }
     bool number_integer(number_integer_t value) override {
-        auto* node = add(PPS_TYPE_NUMBER);
-        node->integer = value;
-        node->whole = true;
-        node->number = static_cast<double>(value);
+        add(PPS_TYPE_NUMBER)->number = static_cast<double>(value);
         return true;
     }
     bool number_unsigned(number_unsigned_t value) override {
-        if (value <= static_cast<uint64_t>(INT64_MAX)) {
-            return number_integer(static_cast<int64_t>(value));
-        }
         add(PPS_TYPE_NUMBER)->number = static_cast<double>(value);
         return true;
     }

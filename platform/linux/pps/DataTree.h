@@ -14,11 +14,9 @@ namespace zm {
 struct DataNode {
     pps_node_type_t type = PPS_TYPE_NULL;
     std::string name;
-    std::string text;    ///< of a string
-    double number = 0;   ///< of a number; exact only if `whole` is false or it is small
-    int64_t integer = 0; ///< of a number with `whole`
-    bool whole = false;  ///< the number is an integer of 64 bits
-    bool truth = false;  ///< of a Boolean
+    std::string text;   ///< of a string
+    double number = 0;  ///< of a number: of an integer exact up to 53 bits
+    bool truth = false; ///< of a Boolean
     std::vector<std::unique_ptr<DataNode>> children;
 
     /** The first child called `name`; null without one. */

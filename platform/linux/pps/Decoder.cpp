@@ -266,7 +266,7 @@ pps_decoder_error_t pps_decoder_get_int(pps_decoder_t* decoder, const char* name
             return PPS_DECODER_BAD_TYPE;
         }
         // Compared in doubles, which hold every int exactly: a conversion out of range would be undefined.
-        const double number = node.whole ? static_cast<double>(node.integer) : std::trunc(node.number);
+        const double number = std::trunc(node.number);
         if (number < INT_MIN || number > INT_MAX) {
             return PPS_DECODER_CONVERSION_FAILED;
         }

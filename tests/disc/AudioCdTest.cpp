@@ -2,6 +2,7 @@
 #include "services/disc/library/Scanner.h"
 #include "services/disc/medium/OpenMedium.h"
 #include "tests/disc/CdImage.h"
+#include "tests/disc/GoodMedium.h"
 #include "tests/disc/Samples.h"
 
 #include <gmock/gmock.h>
@@ -20,12 +21,6 @@ using testing::StartsWith;
 namespace {
 
 constexpr size_t WavHeaderBytes = 44;
-
-std::shared_ptr<Medium> openGood(const std::string& path) {
-    auto medium = openMedium(path);
-    EXPECT_TRUE(medium) << (medium ? "" : medium.error());
-    return medium ? *medium : nullptr;
-}
 
 Contents contentsOf(const std::string& path) {
     ScanProgress progress;

@@ -9,7 +9,7 @@ using namespace zm::test;
 
 namespace {
 
-constexpr const char* file = "FILE \"d.bin\" BINARY\n";
+constexpr const char* dataFile = "FILE \"d.bin\" BINARY\n";
 
 DiscSheet good(const std::string& text) {
     const auto sheet = parseCueSheet(text);
@@ -17,7 +17,7 @@ DiscSheet good(const std::string& text) {
     return sheet ? *sheet : DiscSheet{};
 }
 
-std::string errorOf(const std::string& text) {
+std::string errorIn(const std::string& text) {
     const auto sheet = parseCueSheet(text);
     return sheet ? "" : sheet.error();
 }
@@ -45,9 +45,9 @@ std::vector<Extent> extents(const DiscSheet& sheet) {
 } // namespace
 
 TEST(CueSheet, TracksLastFromTheirFirstIndexToTheNextTracks) {
-    const auto sheet = good(std::string(file) + "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                                                "TRACK 02 AUDIO\nINDEX 00 00:02:00\nINDEX 01 00:02:10\n"
-                                                "TRACK 03 AUDIO\nINDEX 01 01:00:74\nINDEX 02 01:10:00\n");
+    const auto sheet = good(std::string(dataFile) + "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                                    "TRACK 02 AUDIO\nINDEX 00 00:02:00\nINDEX 01 00:02:10\n"
+                                                    "TRACK 03 AUDIO\nINDEX 01 01:00:74\nINDEX 02 01:10:00\n");
     const uint64_t second = 160 * SectorBytes;
     const uint64_t third = (60 * 75 + 74) * SectorBytes;
     EXPECT_EQ(extents(sheet), (std::vector<Extent>{{0, 0, second}, {0, second, third}, {0, third, 0}}));
@@ -57,7 +57,7 @@ TEST(CueSheet, TextsOfDiscAndTracksAreKept) {
     const auto sheet =
         good("REM GENRE Pop\nCATALOG 0123456789012\nCDTEXTFILE \"x.cdt\"\nPERFORMER \"Ann\"\n"
              "TITLE \"The album\"\nSONGWRITER \"Bob\"\n" +
-             std::string(file) +
+             std::string(dataFile) +
              "  TRACK 01 AUDIO\n    TITLE \"12\" Mix\"\n    PERFORMER \"Cid\"\n    ISRC ABCDE1234567\n"
              "    FLAGS DCP\n    SONGWRITER \"Dot\"\n    PREGAP 00:02:00\n    INDEX 01 00:00:00\n"
              "    POSTGAP 00:01:00\n");
@@ -71,8 +71,8 @@ TEST(CueSheet, TextsOfDiscAndTracksAreKept) {
 }
 
 TEST(CueSheet, NumbersOfDiscAndRecordingsAreKeptWhereTheyAreSuch) {
-    const std::string end = std::string(file) + "TRACK 01 AUDIO\nISRC deabc1234567\nINDEX 01 00:00:00\n"
-                                                "TRACK 02 AUDIO\nISRC 12\nINDEX 01 00:01:00\n";
+    const std::string end = std::string(dataFile) + "TRACK 01 AUDIO\nISRC deabc1234567\nINDEX 01 00:00:00\n"
+                                                    "TRACK 02 AUDIO\nISRC 12\nINDEX 01 00:01:00\n";
     const auto sheet = good("CATALOG 0724359532257\nCDTEXTFILE \"x.cdt\"\n" + end);
     EXPECT_EQ(sheet.catalogNumber, "0724359532257");
     EXPECT_EQ(sheet.cdTextFile, "x.cdt");
@@ -82,24 +82,24 @@ TEST(CueSheet, NumbersOfDiscAndRecordingsAreKeptWhereTheyAreSuch) {
 }
 
 TEST(CueSheet, SilenceThatIsNotInTheFileEndsTheTrackBefore) {
-    const auto sheet = good(std::string(file) + "TRACK 01 AUDIO\nPREGAP 00:02:00\nINDEX 01 00:00:00\n"
-                                                "POSTGAP 00:01:00\n"
-                                                "TRACK 02 AUDIO\nPREGAP 00:00:37\nINDEX 01 00:10:00\n");
+    const auto sheet = good(std::string(dataFile) + "TRACK 01 AUDIO\nPREGAP 00:02:00\nINDEX 01 00:00:00\n"
+                                                    "POSTGAP 00:01:00\n"
+                                                    "TRACK 02 AUDIO\nPREGAP 00:00:37\nINDEX 01 00:10:00\n");
     const auto& pieces = sheet.tracks[0].pieces;
     ASSERT_EQ(pieces.size(), 2u);
     EXPECT_EQ(pieces[0].end, 750u * SectorBytes);
     EXPECT_FALSE(pieces[1].file);
     EXPECT_EQ(pieces[1].end, (75u + 37u) * SectorBytes);
     EXPECT_EQ(sheet.tracks[1].pieces.size(), 1u);
-    EXPECT_EQ(errorOf(std::string(file) + "TRACK 01 AUDIO\nPREGAP 2\n"),
+    EXPECT_EQ(errorIn(std::string(dataFile) + "TRACK 01 AUDIO\nPREGAP 2\n"),
               "line 3: PREGAP 2: not a time mm:ss:ff");
-    EXPECT_EQ(errorOf(std::string(file) + "POSTGAP 00:02:00\n"),
+    EXPECT_EQ(errorIn(std::string(dataFile) + "POSTGAP 00:02:00\n"),
               "line 2: POSTGAP 00:02:00: no TRACK before it");
 }
 
 TEST(CueSheet, WhatComesBeforeTheFirstTrackIsHiddenSoundUnlessItIsAPause) {
     const auto hidden = [](const std::string& zero, const std::string& one) {
-        return good(std::string(file) + "TRACK 01 AUDIO\nINDEX 00 " + zero + "\nINDEX 01 " + one +
+        return good(std::string(dataFile) + "TRACK 01 AUDIO\nINDEX 00 " + zero + "\nINDEX 01 " + one +
                     "\nTRACK 02 AUDIO\nINDEX 00 01:00:00\nINDEX 01 02:00:00\n")
             .hidden;
     };
@@ -109,7 +109,7 @@ TEST(CueSheet, WhatComesBeforeTheFirstTrackIsHiddenSoundUnlessItIsAPause) {
     EXPECT_EQ(found->begin, 10u * SectorBytes);
     EXPECT_EQ(found->end, 310u * SectorBytes);
     EXPECT_FALSE(
-        good(std::string(file) + "TRACK 01 MODE1/2352\nINDEX 00 00:00:00\nINDEX 01 00:10:00\n").hidden);
+        good(std::string(dataFile) + "TRACK 01 MODE1/2352\nINDEX 00 00:00:00\nINDEX 01 00:10:00\n").hidden);
 }
 
 TEST(CueSheet, FilesOfSoundAreOfSeveralTypes) {
@@ -152,9 +152,9 @@ TEST(CueSheet, EachTrackMayHaveAFileOfItsOwn) {
 
 TEST(CueSheet, SectorsOfOtherSizesAreCountedInTheirOwnSize) {
     const auto sheet =
-        good(std::string(file) + "TRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
-                                 "TRACK 02 AUDIO\nINDEX 00 00:01:00\nINDEX 01 00:01:05\n"
-                                 "TRACK 03 MODE2/2336\nINDEX 00 00:02:00\nINDEX 01 00:02:02\n");
+        good(std::string(dataFile) + "TRACK 01 MODE1/2048\nINDEX 01 00:00:00\n"
+                                     "TRACK 02 AUDIO\nINDEX 00 00:01:00\nINDEX 01 00:01:05\n"
+                                     "TRACK 03 MODE2/2336\nINDEX 00 00:02:00\nINDEX 01 00:02:02\n");
     const uint64_t pause = 75 * 2048;
     const uint64_t sound = pause + 5 * 2352;
     const uint64_t rest = pause + 75 * 2352;
@@ -176,7 +176,7 @@ TEST(CueSheet, EveryKindOfTrackIsKnownByItsSize) {
         {"MODE2/2352", Mode2, 2352, 24}, {"CDI/2336", Mode2, 2336, 8},   {"CDI/2352", Mode2, 2352, 24},
     };
     for (const auto& row : rows) {
-        const auto sheet = good(std::string(file) + "TRACK 1 " + row.name + "\nINDEX 1 0:0:0\n");
+        const auto sheet = good(std::string(dataFile) + "TRACK 1 " + row.name + "\nINDEX 1 0:0:0\n");
         ASSERT_EQ(sheet.tracks.size(), 1u) << row.name;
         EXPECT_EQ(sheet.tracks[0].format.content, row.content) << row.name;
         EXPECT_EQ(sheet.tracks[0].format.sectorSize, row.size) << row.name;
@@ -197,12 +197,12 @@ TEST(CueSheet, TextsInOtherCharacterSetsAreRecognised) {
 }
 
 TEST(CueSheet, NinetyNineTracksAreTheMost) {
-    std::string text = file;
+    std::string text = dataFile;
     for (int track = 1; track <= 99; ++track) {
         text += "TRACK " + std::to_string(track) + " AUDIO\nINDEX 01 " + cdTime(track) + "\n";
     }
     EXPECT_EQ(good(text).tracks.size(), 99u);
-    EXPECT_EQ(errorOf(text + "TRACK 100 AUDIO\nINDEX 01 00:10:00\n"),
+    EXPECT_EQ(errorIn(text + "TRACK 100 AUDIO\nINDEX 01 00:10:00\n"),
               "line 200: TRACK 100 AUDIO: not the number of a next track (at most 99)");
 }
 
@@ -211,7 +211,7 @@ TEST(CueSheet, WhatIsWrongIsNamedWithItsLine) {
         std::string text;
         const char* error;
     };
-    const std::string head = file;
+    const std::string head = dataFile;
     const std::string track = head + "TRACK 01 AUDIO\n";
     const std::string begun = track + "INDEX 01 00:10:00\n";
     const std::string second = begun + "TRACK 02 AUDIO\n";
@@ -265,19 +265,19 @@ TEST(CueSheet, WhatIsWrongIsNamedWithItsLine) {
         {second + "INDEX 00 00:09:00\n", "line 5: INDEX 00 00:09:00: goes backwards"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(errorOf(row.text), row.error) << row.text;
+        EXPECT_EQ(errorIn(row.text), row.error) << row.text;
     }
 }
 
 TEST(CueSheet, SizesAreBounded) {
-    EXPECT_EQ(errorOf("REM\nREM " + std::string(1000, 'x') + "\n"), "line 2: longer than 1000 bytes");
-    EXPECT_EQ(errorOf(std::string(MaxSheetBytes + 1, '\n')), "longer than 262144 bytes");
+    EXPECT_EQ(errorIn("REM\nREM " + std::string(1000, 'x') + "\n"), "line 2: longer than 1000 bytes");
+    EXPECT_EQ(errorIn(std::string(MaxSheetBytes + 1, '\n')), "longer than 262144 bytes");
     std::string files;
     for (int i = 0; i < 99; ++i) {
-        files += file;
+        files += dataFile;
     }
-    EXPECT_EQ(errorOf(files), "names no track");
-    EXPECT_EQ(errorOf(files + file), "line 100: FILE \"d.bin\" BINARY: more than 99 files");
-    EXPECT_EQ(errorOf(std::string(500, 'x') + "\n"),
+    EXPECT_EQ(errorIn(files), "names no track");
+    EXPECT_EQ(errorIn(files + dataFile), "line 100: FILE \"d.bin\" BINARY: more than 99 files");
+    EXPECT_EQ(errorIn(std::string(500, 'x') + "\n"),
               "line 1: " + std::string(60, 'x') + ": no line of a cue sheet");
 }

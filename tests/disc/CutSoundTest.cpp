@@ -11,7 +11,7 @@ namespace {
 constexpr size_t SectorFrames = 588;
 constexpr size_t borders[] = {0, 75 * 3 + 7, 75 * 5 + 74};
 constexpr size_t Sectors = 75 * 9 + 11;
-constexpr size_t Frames = Sectors * SectorFrames;
+constexpr size_t CutFrames = Sectors * SectorFrames;
 constexpr const char* threeTracks = "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                     "TRACK 02 AUDIO\nINDEX 00 00:02:50\nINDEX 01 00:03:07\n"
                                     "TRACK 03 AUDIO\nINDEX 01 00:05:74\n";
@@ -34,7 +34,7 @@ protected:
         const OneFile& form = GetParam();
         // Sound of another rate is as long.
         writePieces(form.exact ? noise : hiss,
-                    {Frames / 44100 * form.rate + Frames % 44100 * form.rate / 44100}, form.extension,
+                    {CutFrames / 44100 * form.rate + CutFrames % 44100 * form.rate / 44100}, form.extension,
                     form.options, form.rate);
         writeFile(m_disc / "d.cue", std::string("FILE 1.") + form.extension + " WAVE\n" + threeTracks);
         return m_disc / "d.cue";
@@ -65,7 +65,7 @@ protected:
 } // namespace
 
 TEST_P(CutSound, TracksFollowEachOtherAsTheyLieInTheFile) {
-    expectHeard(playToTheEnd(writeDisc()), 0, Frames);
+    expectHeard(playToTheEnd(writeDisc()), 0, CutFrames);
 }
 
 TEST_P(CutSound, ATrackThatIsChosenBeginsWhereItsIndexSays) {
@@ -74,7 +74,7 @@ TEST_P(CutSound, ATrackThatIsChosenBeginsWhereItsIndexSays) {
     m_unit.command(182, 3);
     const Sound heard = waitForTheEnd();
     const size_t first = borders[2] * SectorFrames;
-    const size_t count = Frames - first;
+    const size_t count = CutFrames - first;
     ASSERT_GE(heard.size() / 2, count);
     expectHeard(Sound(heard.end() - static_cast<std::ptrdiff_t>(2 * count), heard.end()), first, count);
 }
@@ -87,7 +87,7 @@ TEST_P(CutSound, ASecondIsCountedFromTheTracksBeginning) {
     m_unit.command(185, 2);
     const Sound heard = waitForTheEnd();
     const size_t first = borders[2] * SectorFrames + size_t{2} * 44100;
-    const size_t count = Frames - first;
+    const size_t count = CutFrames - first;
     ASSERT_GE(heard.size() / 2, count);
     expectHeard(Sound(heard.end() - static_cast<std::ptrdiff_t>(2 * count), heard.end()), first, count);
 }
@@ -99,7 +99,7 @@ protected:
     void SetUp() override {
         Gapless::SetUp();
         if (!IsSkipped()) {
-            writePieces(noise, {Frames}, "flac", "");
+            writePieces(noise, {CutFrames}, "flac", "");
             writeFile(m_disc / "d.cue", std::string("FILE 1.flac WAVE\n") + threeTracks);
         }
     }
@@ -110,12 +110,12 @@ TEST_F(DamagedCutSound, AScratchIsSilentAndTheRestIsWhereItWas) {
     file.replace(file.size() / 2, 30000, std::string(30000, '\0'));
     writeFile(m_disc / "1.flac", file);
     const Sound heard = playToTheEnd(m_disc / "d.cue");
-    EXPECT_EQ(heard.size() / 2, Frames);
-    const auto found = passages(heard, Frames);
+    EXPECT_EQ(heard.size() / 2, CutFrames);
+    const auto found = passages(heard, CutFrames);
     ASSERT_GE(found.size(), 2u);
     EXPECT_EQ(found.front().first, 0u);
-    EXPECT_EQ(found.back().first + found.back().count, Frames);
-    size_t lost = Frames;
+    EXPECT_EQ(found.back().first + found.back().count, CutFrames);
+    size_t lost = CutFrames;
     for (const auto& each : found) {
         lost -= each.count;
     }

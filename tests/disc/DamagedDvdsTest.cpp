@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr size_t BlockBytes = 2048;
+constexpr size_t DvdBlockBytes = 2048;
 
 /** The files of a DVD while they are changed. */
 class DvdFiles {
@@ -58,12 +58,12 @@ std::string longNumber(size_t value) {
 
 // Where the program chain of the disc's first menu, and that of a title, stands in its table.
 size_t menuChain(const std::string& table) {
-    const size_t unit = number(table, 0xc8, 4) * BlockBytes;
+    const size_t unit = number(table, 0xc8, 4) * DvdBlockBytes;
     const size_t language = unit + number(table, unit + 12, 4);
     return language + number(table, language + 12, 4);
 }
 size_t titleChain(const std::string& table, size_t title) {
-    const size_t chains = number(table, 0xcc, 4) * BlockBytes;
+    const size_t chains = number(table, 0xcc, 4) * DvdBlockBytes;
     return chains + number(table, chains + 8 + (title - 1) * 8 + 4, 4);
 }
 size_t cell(const std::string& table, size_t chain, size_t index) {
@@ -88,7 +88,7 @@ void instruct(std::string& table, size_t chain, const std::string& command) {
 // Changes each navigation pack of a film.
 template <class Change>
 void eachPlace(std::string& film, Change change) {
-    for (size_t at = 0; at + BlockBytes <= film.size(); at += BlockBytes) {
+    for (size_t at = 0; at + DvdBlockBytes <= film.size(); at += DvdBlockBytes) {
         if (film.compare(at + 38, 4, std::string("\0\0\1\xbf", 4)) == 0) {
             change(film, at);
         }
@@ -129,13 +129,13 @@ const Damage damages[] = {
      }},
     {"TheDiscsTablesCut",
      [](DvdFiles& f) {
-         f.cut("VIDEO_TS.IFO", BlockBytes);
-         f.cut("VIDEO_TS.BUP", BlockBytes);
+         f.cut("VIDEO_TS.IFO", DvdBlockBytes);
+         f.cut("VIDEO_TS.BUP", DvdBlockBytes);
      }},
     {"TheTitlesTablesCut",
      [](DvdFiles& f) {
-         f.cut("VTS_01_0.IFO", BlockBytes + 100);
-         f.cut("VTS_01_0.BUP", BlockBytes + 100);
+         f.cut("VTS_01_0.IFO", DvdBlockBytes + 100);
+         f.cut("VTS_01_0.BUP", DvdBlockBytes + 100);
      }},
     {"TheDiscsTablesEmpty",
      [](DvdFiles& f) {
@@ -201,7 +201,7 @@ const Damage damages[] = {
              });
          });
      }},
-    {"TheFilmCut", [](DvdFiles& f) { f.cut("VTS_01_1.VOB", 300 * BlockBytes + 1000); }},
+    {"TheFilmCut", [](DvdFiles& f) { f.cut("VTS_01_1.VOB", 300 * DvdBlockBytes + 1000); }},
     {"TheFilmMissing", [](DvdFiles& f) { f.remove("VTS_01_1.VOB"); }},
     {"TheFilmEmpty", [](DvdFiles& f) { f.cut("VTS_01_1.VOB", 0); }},
     {"TheFilmZeros",
@@ -212,7 +212,8 @@ const Damage damages[] = {
      [](DvdFiles& f) {
          f.edit("VTS_01_1.VOB", [](std::string& b) {
              std::string film(b.size(), '\0');
-             eachPlace(b, [&](std::string& from, size_t at) { put(film, at, from.substr(at, BlockBytes)); });
+             eachPlace(b,
+                       [&](std::string& from, size_t at) { put(film, at, from.substr(at, DvdBlockBytes)); });
              b = film;
          });
      }},
@@ -258,9 +259,9 @@ const Damage damages[] = {
     {"AMenuWithoutAPicture",
      [](DvdFiles& f) {
          f.edit("VIDEO_TS.VOB", [](std::string& b) {
-             for (size_t at = BlockBytes; at + BlockBytes <= b.size(); at += BlockBytes) {
+             for (size_t at = DvdBlockBytes; at + DvdBlockBytes <= b.size(); at += DvdBlockBytes) {
                  if (number(b, at + 14, 4) == 0x1e0) {
-                     b.replace(at + 30, BlockBytes - 30, BlockBytes - 30, '\xff');
+                     b.replace(at + 30, DvdBlockBytes - 30, DvdBlockBytes - 30, '\xff');
                  }
              }
          });

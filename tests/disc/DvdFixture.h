@@ -7,7 +7,6 @@
 namespace zm::test {
 
 inline constexpr Colour menuBlue{0x20, 0x20, 0x60};
-inline constexpr Colour yellow{255, 255, 0};
 inline constexpr Colour cyan{0, 255, 255};
 inline constexpr Colour magenta{255, 0, 255};
 

@@ -9,7 +9,7 @@ using namespace zm::test;
 
 namespace {
 
-constexpr uint64_t Block = 2048;
+constexpr uint64_t DvdBlock = 2048;
 // Both layers of a disc are full.
 constexpr uint64_t DiscBytes = 8'500'000'000;
 constexpr uint32_t FarBlock = 4'000'000;
@@ -24,7 +24,7 @@ std::string bytesOf(uint32_t number) {
     return bytes;
 }
 
-uint32_t numberAt(const std::string& bytes, size_t at) {
+uint32_t numberLowFirst(const std::string& bytes, size_t at) {
     uint32_t number = 0;
     for (size_t i = 4; i-- > 0;) {
         number = number << 8 | static_cast<uint8_t>(bytes[at + i]);
@@ -38,9 +38,9 @@ void writeLargeImage(const std::string& path) {
     const size_t name = image.find("VTS_01_1.VOB;1");
     ASSERT_NE(name, std::string::npos);
     const size_t record = name - 33;
-    const uint32_t begin = numberAt(image, record + 2);
-    const uint32_t size = numberAt(image, record + 10);
-    const std::string film = image.substr(begin * Block, size);
+    const uint32_t begin = numberLowFirst(image, record + 2);
+    const uint32_t size = numberLowFirst(image, record + 10);
+    const std::string film = image.substr(begin * DvdBlock, size);
     std::string big = bytesOf(FarBlock);
     image.replace(record + 2, 4, big);
     std::reverse(big.begin(), big.end());
@@ -49,10 +49,10 @@ void writeLargeImage(const std::string& path) {
     ASSERT_NE(place, std::string::npos);
     image.replace(place + 4, 4, bytesOf(FarBlock - PartBegin));
     // Nothing is left where it was.
-    image.replace(begin * Block, film.size(), film.size(), '\0');
+    image.replace(begin * DvdBlock, film.size(), film.size(), '\0');
     std::ofstream stream(path, std::ios::binary);
     stream << image;
-    stream.seekp(static_cast<std::streamoff>(FarBlock * Block));
+    stream.seekp(static_cast<std::streamoff>(FarBlock * DvdBlock));
     stream << film;
     stream.close();
     std::filesystem::resize_file(path, DiscBytes);

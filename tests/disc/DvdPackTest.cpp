@@ -6,8 +6,9 @@
 
 #include <initializer_list>
 
-using namespace zm::disc::dvd;
 using zm::dvd::SoundKind;
+
+namespace zm::disc::dvd {
 
 namespace {
 
@@ -198,3 +199,5 @@ TEST(DvdTimeline, ADamagedEndIsNotBelieved) {
     EXPECT_EQ(line.place(90000, 1000, 0).end, 45000);
     EXPECT_EQ(line.place(0, 0x7fffffff, 0).end, 90000);
 }
+
+} // namespace zm::disc::dvd

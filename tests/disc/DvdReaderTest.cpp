@@ -7,7 +7,8 @@
 #include <poll.h>
 
 using namespace zm::test;
-using namespace zm::disc::dvd;
+
+namespace zm::disc::dvd {
 
 namespace {
 
@@ -73,3 +74,5 @@ TEST_F(DvdReader, AButtonOfAMenuThatTheDiscHasLeftIsRefused) {
     EXPECT_EQ(done.outcome, zm::dvd::Outcome::Refused);
     next<zm::dvd::PlaceEvent>(zm::dvd::Event::Place); // the film goes on
 }
+
+} // namespace zm::disc::dvd

@@ -61,21 +61,21 @@ std::ostream& operator<<(std::ostream& out, const LossyFormat& format) {
 }
 
 constexpr size_t pieces[] = {120011, 99989, 80021};
-constexpr size_t Frames = pieces[0] + pieces[1] + pieces[2];
+constexpr size_t HissFrames = pieces[0] + pieces[1] + pieces[2];
 
 class GaplessFormat : public Gapless, public testing::WithParamInterface<LossyFormat> {};
 
 // What was heard is the hiss that was cut into pieces.
 void expectHiss(const Sound& heard) {
-    const Sound wanted = hiss(0, Frames);
-    ASSERT_EQ(heard.size() / 2, Frames) << "frames";
+    const Sound wanted = hiss(0, HissFrames);
+    ASSERT_EQ(heard.size() / 2, HissFrames) << "frames";
     EXPECT_GT(likeness(heard.data(), wanted.data(), heard.size()), 0.97);
     size_t joint = 0;
     for (const size_t frames : pieces) {
         EXPECT_EQ(latenessAt(heard, wanted, joint + 2000), 0) << "behind " << joint;
         joint += frames;
         EXPECT_EQ(latenessAt(heard, wanted, joint - 3000), 0) << "before " << joint;
-        if (joint < Frames) {
+        if (joint < HissFrames) {
             constexpr size_t Around = 200;
             const size_t begin = 2 * (joint - Around);
             EXPECT_GT(likeness(heard.data() + begin, wanted.data() + begin, 4 * Around), 0.9)
@@ -108,9 +108,9 @@ TEST_P(GaplessFormat, AfterASeekTheNextPieceIsInItsPlace) {
     nextTime(1, 1);
     m_unit.command(185, 2);
     const Sound heard = waitForTheEnd();
-    const Sound wanted = hiss(0, Frames);
+    const Sound wanted = hiss(0, HissFrames);
     // Both counted from the end.
-    const size_t tail = Frames - pieces[0] + 5000;
+    const size_t tail = HissFrames - pieces[0] + 5000;
     ASSERT_GT(heard.size() / 2, tail + 100);
     const Sound last(heard.end() - static_cast<std::ptrdiff_t>(2 * (tail + 10)), heard.end());
     const Sound lastWanted(wanted.end() - static_cast<std::ptrdiff_t>(2 * (tail + 10)), wanted.end());

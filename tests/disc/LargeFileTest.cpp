@@ -10,7 +10,7 @@ using namespace zm::test;
 
 namespace {
 
-constexpr uint64_t Block = 2048;
+constexpr uint64_t IsoBlock = 2048;
 constexpr uint64_t RootBlock = 18;
 constexpr uint64_t FileBlock = 20;
 // The most whole blocks that one record can hold.
@@ -37,10 +37,10 @@ std::string record(const std::string& name, uint64_t block, uint64_t size, unsig
 }
 
 std::string descriptor(unsigned char type) {
-    std::string bytes(Block, '\0');
+    std::string bytes(IsoBlock, '\0');
     put(bytes, 0, type, 1);
     bytes.replace(1, 6, "CD001\1");
-    const std::string root = record(std::string(1, '\0'), RootBlock, Block, FolderFlag);
+    const std::string root = record(std::string(1, '\0'), RootBlock, IsoBlock, FolderFlag);
     bytes.replace(156, root.size(), root);
     return bytes;
 }
@@ -54,19 +54,19 @@ void writeAt(std::fstream& file, uint64_t offset, const std::string& bytes) {
 std::string makeImage(const TempFolder& folder, uint64_t secondBlock) {
     const std::string image = folder / "large.iso";
     writeFile(image, "");
-    std::filesystem::resize_file(image, secondBlock * Block + SecondPart);
+    std::filesystem::resize_file(image, secondBlock * IsoBlock + SecondPart);
     std::fstream file(image, std::ios::in | std::ios::out | std::ios::binary);
-    writeAt(file, 16 * Block, descriptor(1));
-    writeAt(file, 17 * Block, descriptor(255));
-    writeAt(file, RootBlock * Block,
-            record(std::string(1, '\0'), RootBlock, Block, FolderFlag) +
-                record("\1", RootBlock, Block, FolderFlag) +
+    writeAt(file, 16 * IsoBlock, descriptor(1));
+    writeAt(file, 17 * IsoBlock, descriptor(255));
+    writeAt(file, RootBlock * IsoBlock,
+            record(std::string(1, '\0'), RootBlock, IsoBlock, FolderFlag) +
+                record("\1", RootBlock, IsoBlock, FolderFlag) +
                 record("FILM.MPG;1", FileBlock, FirstPart, GoesOnFlag) +
                 record("FILM.MPG;1", secondBlock, SecondPart, 0) + record("Z.MPG;1", FileBlock, 5, 0));
-    writeAt(file, FileBlock * Block, "start");
-    writeAt(file, FileBlock * Block + FirstPart - 4, "left");
-    writeAt(file, secondBlock * Block, "right");
-    writeAt(file, secondBlock * Block + SecondPart - 3, "end");
+    writeAt(file, FileBlock * IsoBlock, "start");
+    writeAt(file, FileBlock * IsoBlock + FirstPart - 4, "left");
+    writeAt(file, secondBlock * IsoBlock, "right");
+    writeAt(file, secondBlock * IsoBlock + SecondPart - 3, "end");
     return image;
 }
 
@@ -91,7 +91,7 @@ std::string bytesAt(ByteReader& reader, uint64_t offset, size_t size) {
 
 TEST(LargeFile, OfSeveralPartsIsReadAsOne) {
     const TempFolder folder;
-    const auto film = openFilm(makeImage(folder, FileBlock + FirstPart / Block));
+    const auto film = openFilm(makeImage(folder, FileBlock + FirstPart / IsoBlock));
     EXPECT_EQ(film->size(), FirstPart + SecondPart);
     EXPECT_GT(film->size(), uint64_t{1} << 32);
     EXPECT_EQ(bytesAt(*film, 0, 5), "start");
@@ -102,7 +102,7 @@ TEST(LargeFile, OfSeveralPartsIsReadAsOne) {
 
 TEST(LargeFile, WhosePartsDoNotFollowEachOtherIsReadAsFarAsItGoes) {
     const TempFolder folder;
-    const auto film = openFilm(makeImage(folder, FileBlock + FirstPart / Block + 1));
+    const auto film = openFilm(makeImage(folder, FileBlock + FirstPart / IsoBlock + 1));
     EXPECT_EQ(film->size(), FirstPart);
     EXPECT_EQ(bytesAt(*film, FirstPart - 4, 9), "left");
 }

@@ -2,6 +2,7 @@
 
 #include "services/disc/library/Scanner.h"
 #include "tests/disc/DiscUnit.h"
+#include "tests/disc/GoodMedium.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -22,12 +23,6 @@ std::string makeImage(const TempFolder& folder, const std::string& content, cons
                                 "' '" + content + "' 2>/dev/null";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
     return image;
-}
-
-std::shared_ptr<Medium> openGood(const std::string& path) {
-    auto medium = openMedium(path);
-    EXPECT_TRUE(medium) << (medium ? "" : medium.error());
-    return medium ? *medium : nullptr;
 }
 
 std::vector<std::string> musicNames(Medium& medium) {

@@ -9,6 +9,7 @@ namespace zm::test {
 inline constexpr Colour red{255, 0, 0};
 inline constexpr Colour green{0, 255, 0};
 inline constexpr Colour blue{0, 0, 255};
+inline constexpr Colour yellow{255, 255, 0};
 inline constexpr Colour white{255, 255, 255};
 inline constexpr Colour black{0, 0, 0};
 inline constexpr int MiddleX = disc::engine::PictureWidth / 2;

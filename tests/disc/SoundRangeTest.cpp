@@ -20,7 +20,7 @@ SoundRange rangeOf(const std::string& file) {
         file.size());
 }
 
-std::string file(const std::string& extension, const std::string& options) {
+std::string soundFile(const std::string& extension, const std::string& options) {
     return readFile(sample({"range-" + extension + "." + extension,
                             "-f lavfi -i sine=frequency=440:sample_rate=44100:duration=2 " + options}));
 }
@@ -34,13 +34,13 @@ void expectSense(const SoundRange& range) {
 } // namespace
 
 TEST(SoundRangeOf, AnMp3IsThatOfItsEncodersMark) {
-    const SoundRange range = rangeOf(file("mp3", "-c:a libmp3lame"));
+    const SoundRange range = rangeOf(soundFile("mp3", "-c:a libmp3lame"));
     EXPECT_EQ(range.first, 576 + 529);
     EXPECT_EQ(range.count, 2 * 44100);
 }
 
 TEST(SoundRangeOf, AnMp4IsThatOfItsEdit) {
-    const SoundRange range = rangeOf(file("m4a", "-c:a aac"));
+    const SoundRange range = rangeOf(soundFile("m4a", "-c:a aac"));
     EXPECT_EQ(range.first, 1024);
     EXPECT_EQ(range.count, 2 * 44100);
     EXPECT_EQ(range.rate, 44100);
@@ -49,7 +49,7 @@ TEST(SoundRangeOf, AnMp4IsThatOfItsEdit) {
 
 TEST(SoundRangeOf, OtherFilesIsAllOfThem) {
     for (const char* extension : {"flac", "wav", "ogg"}) {
-        const SoundRange range = rangeOf(file(extension, ""));
+        const SoundRange range = rangeOf(soundFile(extension, ""));
         EXPECT_EQ(range.first, 0) << extension;
         EXPECT_EQ(range.count, SoundRange::ToTheEnd) << extension;
     }
@@ -58,7 +58,7 @@ TEST(SoundRangeOf, OtherFilesIsAllOfThem) {
 
 TEST(SoundRangeOf, ADamagedFileMakesSense) {
     for (const char* extension : {"mp3", "m4a"}) {
-        const std::string whole = file(extension, "");
+        const std::string whole = soundFile(extension, "");
         const size_t table = std::string(extension) == "m4a" ? whole.find("moov") : 0;
         std::mt19937 random(1);
         for (int round = 0; round < 20000; ++round) {

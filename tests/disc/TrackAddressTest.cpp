@@ -14,7 +14,7 @@ void addFiles(Contents& contents, MediaKind kind, int folder, int count) {
 }
 
 // Root: 2 songs; folder 2: 3 songs, 1 photo; folder 3: 2 videos; folder 40000: 1 song.
-Contents exampleDisc() {
+Contents addressedDisc() {
     Contents contents;
     addFiles(contents, MediaKind::Music, 1, 2);
     addFiles(contents, MediaKind::Music, 2, 3);
@@ -27,7 +27,7 @@ Contents exampleDisc() {
 const TrackContext inSecondFolder{{MediaKind::Music, 3}, MediaKind::Music};
 
 std::optional<ItemPlace> resolve(int a, int b, const TrackContext& context = inSecondFolder) {
-    return resolveTrack(exampleDisc(), context, a, b);
+    return resolveTrack(addressedDisc(), context, a, b);
 }
 
 ItemPlace music(size_t index) {

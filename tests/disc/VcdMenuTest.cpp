@@ -10,7 +10,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr Colour yellow{255, 255, 0};
 constexpr Colour paper{255, 255, 255};
 
 /** A VCD of an authoring program in the drive. */

@@ -1,6 +1,7 @@
 #include "services/disc/library/Scanner.h"
 #include "services/disc/medium/OpenMedium.h"
 #include "tests/disc/CdImage.h"
+#include "tests/disc/GoodMedium.h"
 #include "tests/disc/PictureFixture.h"
 
 #include <gtest/gtest.h>
@@ -20,12 +21,6 @@ std::string film(const std::string& colour, int seconds) {
         {"vcd-" + colour + "-" + std::to_string(seconds) + ".mpg",
          "-f lavfi -i color=" + colour + ":size=352x288:rate=25:duration=" + std::to_string(seconds) +
              " -f lavfi -i sine=frequency=440:duration=" + std::to_string(seconds) + " -target pal-vcd"});
-}
-
-std::shared_ptr<Medium> openGood(const std::string& path) {
-    auto medium = openMedium(path);
-    EXPECT_TRUE(medium) << (medium ? "" : medium.error());
-    return medium ? *medium : nullptr;
 }
 
 // A red and a blue film behind the file system.

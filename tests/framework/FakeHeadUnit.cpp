@@ -12,7 +12,7 @@ namespace zm::test {
 
 namespace {
 
-constexpr std::chrono::seconds Patience(10);
+constexpr std::chrono::seconds UnitPatience(10);
 
 std::vector<json> ofKind(const std::vector<json>& messages, const std::string& kind) {
     std::vector<json> result;
@@ -128,7 +128,7 @@ json FakeHeadUnit::askData(const json& message) {
 }
 
 void FakeHeadUnit::settle() {
-    const auto deadline = std::chrono::steady_clock::now() + Patience;
+    const auto deadline = std::chrono::steady_clock::now() + UnitPatience;
     while (askData({{"t", "settle"}, {"timeout", 5000}}) != json{{"quiet", true}}) {
         ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "never quiet";
     }
@@ -236,7 +236,7 @@ PpsFile FakeHeadUnit::openPps(const std::string& path, int flags) {
 
 bool FakeHeadUnit::waitUntil(const std::function<bool()>& condition) {
     std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, Patience, condition);
+    return m_changed.wait_for(lock, UnitPatience, condition);
 }
 
 } // namespace zm::test

@@ -11,10 +11,10 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr int ReadWriteCreate = 258;
-constexpr int WriteCreate = 257;
+constexpr int ReadAndWrite = 258;
+constexpr int WriteOnly = 257;
 
-fileTagInfo tag(int key, const std::string& name, int flags = ReadWriteCreate) {
+fileTagInfo tag(int key, const std::string& name, int flags = ReadAndWrite) {
     return {key, "/pps/zelmar/" + name + "?delta", flags, 0666};
 }
 
@@ -149,7 +149,7 @@ TEST_F(MonitorTest, SettlingWaitsForMessagesThatAChangeSends) {
 }
 
 TEST_F(MonitorTest, WritingPublishesAndNeedsAnOpenObject) {
-    PPSFileBase control(tag(5, "disc/control", WriteCreate));
+    PPSFileBase control(tag(5, "disc/control", WriteOnly));
     EXPECT_FALSE(control.WritePPS("zmcmd::1\n", 9));
     ASSERT_TRUE(control.OpenPPS());
     EXPECT_FALSE(control.OpenPPS());

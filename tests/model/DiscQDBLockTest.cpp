@@ -34,7 +34,7 @@ const Use SCALAR_READS[] = {
     {"qDb_GetObjData_IDs", [](DiscQDB& db) { db.qDb_GetObjData_IDs("SELECT 1, 2", s_number, s_number); }},
 };
 
-const Use FLAGS[] = {
+const Use FLAG_USES[] = {
     {"SetFinishFlag", [](DiscQDB& db) { db.SetFinishFlag(true); }},
     {"GetFinishFlag", [](DiscQDB& db) { db.GetFinishFlag(); }},
     {"IsQueryFinished", [](DiscQDB& db) { db.IsQueryFinished(); }},
@@ -44,7 +44,7 @@ const Use FLAGS[] = {
     {"GetQueBaseType", [](DiscQDB& db) { db.GetQueBaseType(); }},
 };
 
-const Use CHANGES[] = {
+const Use CHANGE_USES[] = {
     {"QueryPlayListCmd", [](DiscQDB& db) { db.QueryPlayListCmd(MUSIC, LIST_FROM_ALL_AUDIO, ""); }},
     {"CheckMediaName", [](DiscQDB& db) { db.CheckMediaName(1, 1, 1); }},
     {"DataInit", [](DiscQDB& db) { db.DataInit(); }},
@@ -78,13 +78,13 @@ TEST_F(DiscQDBLockTest, EveryScalarReadTakesTheLock) {
 }
 
 TEST_F(DiscQDBLockTest, EveryFlagTakesTheLock) {
-    for (const Use& use : FLAGS) {
+    for (const Use& use : FLAG_USES) {
         EXPECT_TRUE(waitsForLists(use)) << use.name;
     }
 }
 
 TEST_F(DiscQDBLockTest, EveryChangeTakesTheLock) {
-    for (const Use& use : CHANGES) {
+    for (const Use& use : CHANGE_USES) {
         EXPECT_TRUE(waitsForLists(use)) << use.name;
     }
 }

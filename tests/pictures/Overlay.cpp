@@ -58,7 +58,7 @@ void pad(Stage& stage, int mediaType, const Track& track, const std::string& dig
     stage.type(digits, &Stage::clickOverlay);
 }
 
-constexpr PictureRow rows[] = {
+constexpr PictureRow overlayTable[] = {
     {"dvd", WND_VIDEO, OSD_WND_DVD, [](Stage& stage) { play(stage, PLAY_TYPE_DVD); }, "de"},
     {"dvd-empty", WND_VIDEO, OSD_WND_DVD, [](Stage& stage) { empty(stage, PLAY_TYPE_DVD); }},
     {"dvd-longest", WND_VIDEO, OSD_WND_DVD,
@@ -143,7 +143,7 @@ constexpr PictureRow rows[] = {
 } // namespace
 
 std::span<const PictureRow> overlayRows() {
-    return rows;
+    return overlayTable;
 }
 
 } // namespace zm::test

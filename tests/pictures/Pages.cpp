@@ -88,7 +88,7 @@ void driving(Stage& stage, int mediaType) {
     stage.unit.device(DEV_STATUS_PARKING, 0);
 }
 
-constexpr PictureRow rows[] = {
+constexpr PictureRow pageTable[] = {
     {"message-loading", WND_DISC_LOADING, 0,
      [](Stage& stage) {
          stage.unit.disc.presence(1);
@@ -232,7 +232,7 @@ constexpr PictureRow rows[] = {
 } // namespace
 
 std::span<const PictureRow> pageRows() {
-    return rows;
+    return pageTable;
 }
 
 } // namespace zm::test

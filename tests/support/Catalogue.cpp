@@ -18,7 +18,7 @@ std::string quoted(const std::string& text) {
     return result;
 }
 
-std::string numbers(std::initializer_list<int> values) {
+std::string listOf(std::initializer_list<int> values) {
     std::string result;
     for (int value : values) {
         result += std::to_string(value) + ",";
@@ -38,13 +38,13 @@ Catalogue::~Catalogue() {
 }
 
 void Catalogue::file(int fid, int folder, Type type, const std::string& name) {
-    sql("INSERT INTO files (fid,folderid,ftype,filename) VALUES (" + numbers({fid, folder, type}) +
+    sql("INSERT INTO files (fid,folderid,ftype,filename) VALUES (" + listOf({fid, folder, type}) +
         quoted(name) + ")");
 }
 
 void Catalogue::folder(int id, int parent, Type type, const std::string& name, int folders, int files) {
     sql("INSERT INTO folders (folderid,parentid,ftype,foldercount,filecount,foldername) VALUES (" +
-        numbers({id, parent, type, folders, files}) + quoted(name) + ")");
+        listOf({id, parent, type, folders, files}) + quoted(name) + ")");
 }
 
 void Catalogue::files(int count, Type type, const std::string& name) {

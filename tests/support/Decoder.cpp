@@ -12,7 +12,7 @@ namespace zm::test {
 
 namespace {
 
-constexpr auto limit = 5s;
+constexpr auto answerLimit = 5s;
 constexpr int width = 800;
 constexpr int height = 480;
 /** 0xAARRGGBB, which is B G R A in memory. */
@@ -22,7 +22,7 @@ constexpr std::array<uint32_t, 8> bars = {0xFFFFFFFF, 0xFFE0D040, 0xFF40C8D8, 0x
 } // namespace
 
 Decoder::Decoder(const Unit& unit) {
-    auto client = ScreenClient::connect(screenSocket(unit.runtimeDir()), "video", limit);
+    auto client = ScreenClient::connect(screenSocket(unit.runtimeDir()), "video", answerLimit);
     EXPECT_TRUE(client) << client.error();
     m_client = std::move(*client);
     auto window = m_client->makeWindow({.name = "video", .width = width, .height = height});
@@ -42,7 +42,7 @@ void Decoder::show(ColorOfColumn color) {
         }
     }
     EXPECT_TRUE(m_window->commitBuffer());
-    EXPECT_TRUE(m_client->sync(limit));
+    EXPECT_TRUE(m_client->sync(answerLimit));
 }
 
 void Decoder::showBars() {

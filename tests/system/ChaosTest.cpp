@@ -11,7 +11,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int DayMs = 24 * 3600 * 1000;
 constexpr int Rounds = 4; ///< fewer than the deaths in a minute at which a program is given up
 
 bool runs(int pid) {

@@ -1,5 +1,6 @@
 #include "tests/disc/CdImage.h"
 #include "tests/system/MusicFolder.h"
+#include "tests/system/Pages.h"
 #include "tests/system/SystemTest.h"
 
 #include <filesystem>
@@ -9,10 +10,7 @@ namespace zm::test {
 namespace {
 
 constexpr int MessagePage = 1;
-constexpr int MusicPage = 6;
-constexpr int ErrorPage = 22;
 constexpr int Message = 7004;
-constexpr int Title = 2065;
 constexpr int NoDisc = 34;
 constexpr int Ejecting = 110;
 constexpr int RegionError = 13067;
@@ -59,8 +57,8 @@ protected:
     }
     void playDisc() {
         must({"insert", disc()});
-        pagesUntil({MusicPage, 0});
-        ASSERT_TRUE(eventually([this] { return item(MusicPage, Title)["text"] != ""; }));
+        pagesUntil({PlayPage, 0});
+        ASSERT_TRUE(eventually([this] { return item(PlayPage, Title)["text"] != ""; }));
     }
 };
 
@@ -106,7 +104,7 @@ TEST_F(DiscLife, AnInsertedDiscStartsTheApplicationAgain) {
     must({"eject"});
     ASSERT_TRUE(leaves());
     must({"insert", disc()});
-    pagesUntil({MusicPage, 0});
+    pagesUntil({PlayPage, 0});
     EXPECT_TRUE(runs());
 }
 
@@ -148,7 +146,7 @@ TEST_F(DiscLife, APassiveLauncherSendsNothingWhenADiscIsInserted) {
 
 TEST_F(DiscLife, ADiscServiceStartedAgainBringsNothingToTheFront) {
     startBench({"--no-web", "--disc", disc()});
-    pagesUntil({MusicPage, 0});
+    pagesUntil({PlayPage, 0});
     must({"app", "quit"});
     ASSERT_TRUE(leaves());
     must({"kill", "disc"});
@@ -167,9 +165,9 @@ TEST_F(DiscLife, ADiscPutIntoAFullDriveReplacesTheOneInside) {
     const auto cue = writeAudioCd(folder + "/cd", {{60, 440, "One", "Ann"}});
     must({"insert", cue});
     const auto met = pagesUntil({MessagePage, Ejecting});
-    EXPECT_EQ(met.front().first == MusicPage || met.front().second == Ejecting, true);
-    pagesUntil({MusicPage, 0});
-    EXPECT_TRUE(eventually([this] { return item(MusicPage, Title)["text"] == "One"; }));
+    EXPECT_EQ(met.front().first == PlayPage || met.front().second == Ejecting, true);
+    pagesUntil({PlayPage, 0});
+    EXPECT_TRUE(eventually([this] { return item(PlayPage, Title)["text"] == "One"; }));
     EXPECT_EQ(must({"requests"}).find("QueryCloseApp"), std::string::npos);
 }
 

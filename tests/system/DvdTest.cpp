@@ -1,4 +1,5 @@
 #include "tests/disc/DvdDisc.h"
+#include "tests/system/Pages.h"
 #include "tests/system/Screenshot.h"
 #include "tests/system/SystemTest.h"
 
@@ -10,27 +11,18 @@ namespace zm::test {
 
 namespace {
 
-constexpr int VideoPage = 17;
-constexpr int ErrorPage = 22;
 constexpr int DvdOverlay = 1;
 constexpr int TitleText = 2152;
 constexpr int ChapterText = 2154;
-constexpr int TotalText = 2068;
 constexpr int MenuKey = 6557;
-constexpr int SoundKey = 6535;
 constexpr int SubtitleKey = 6555;
-constexpr int StateText = 2155;
 constexpr int NextKey = 6524;
-constexpr int PlayKey = 6522;
-constexpr int StopKey = 6551;
 constexpr int AngleKey = 6556;
 constexpr int RepeatKey = 6504;
 constexpr int ShuffleKey = 6503;
 constexpr int PadKey = 6505;
-constexpr int Pad = 20;
 constexpr int PadDigit = 510; // of 0; others follow
 constexpr int PadMode = 527;
-constexpr int PadOk = 531;
 
 bool isLike(const Pixel& one, const Pixel& other) {
     const auto near = [](int a, int b) { return std::abs(a - b) < 40; };
@@ -93,7 +85,7 @@ TEST_F(DvdSystem, IsDrivenByTouchesFromItsMenuToItsEjection) {
     EXPECT_FALSE(inMenu());
     openOverlay();
     EXPECT_TRUE(eventually([this] { return text(TitleText) == "2/2" && text(ChapterText) == "1/2"; }));
-    EXPECT_EQ(text(TotalText), "00:12");
+    EXPECT_EQ(text(Total), "00:12");
     touchKey(MenuKey);
     ASSERT_TRUE(eventually([this] { return inMenu(); }));
     ASSERT_TRUE(sees(menuBlue));

@@ -1,4 +1,5 @@
 #include "tests/system/MusicFolder.h"
+#include "tests/system/Pages.h"
 #include "tests/system/SystemTest.h"
 
 #include <csignal>
@@ -9,16 +10,7 @@ namespace zm::test {
 
 namespace {
 
-constexpr int PlayPage = 6;
-constexpr int MediaPage = 24;
 constexpr int FolderPage = 25;
-constexpr int Title = 2065;
-constexpr int Elapsed = 2067;
-constexpr int List = 2000;
-constexpr int EmptyText = 2003;
-constexpr int ToList = 6508;
-constexpr int PhotoTab = 505;
-constexpr int Folders = 506;
 
 } // namespace
 

@@ -19,7 +19,6 @@ namespace {
 constexpr int FullDiscs = 100;
 constexpr int FullTracks = 10000;
 constexpr int FullTouches = 100000;
-constexpr int DayMs = 24 * 3600 * 1000;
 /** Of a day in the regular run; ZM_SOAK=1 is the whole one. */
 constexpr double RegularShare = Sanitized ? 0.02 : 0.05;
 constexpr int TypesOfDisc = 6;

@@ -22,6 +22,8 @@ using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::StartsWith;
 
+inline constexpr int DayMs = 24 * 3600 * 1000;
+
 /** The real programs in a fresh runtime folder, driven through zmctl. */
 class SystemTest : public testing::Test {
 protected:

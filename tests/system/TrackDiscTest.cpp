@@ -1,5 +1,6 @@
 #include "tests/disc/CdImage.h"
 #include "tests/disc/VcdImage.h"
+#include "tests/system/Pages.h"
 #include "tests/system/Screenshot.h"
 #include "tests/system/SystemTest.h"
 
@@ -11,30 +12,17 @@ namespace zm::test {
 
 namespace {
 
-constexpr int PlayPage = 6;
 constexpr int TrackList = 27;
 constexpr int Artist = 2061;
 constexpr int Album = 2063;
-constexpr int Title = 2065;
-constexpr int Elapsed = 2067;
-constexpr int Total = 2068;
 constexpr int TrackNumber = 2075;
-constexpr int List = 2000;
-constexpr int ToList = 6508;
 constexpr int ShownRows = 5;
-constexpr int VideoPage = 17;
 constexpr int VcdOverlay = 4;
 constexpr int OverlayTrack = 2152;
 constexpr int PlaybackControl = 6561;
 constexpr int ToPad = 6505;
-constexpr int Pad = 20;
 constexpr int PadKey2 = 512;
-constexpr int PadOk = 531;
 constexpr int PadDisplay = 510;
-constexpr int SoundKey = 6535;
-constexpr int StateText = 2155;
-constexpr int StopKey = 6551;
-constexpr int PlayKey = 6522;
 
 } // namespace
 
@@ -124,14 +112,14 @@ protected:
     bool counts(const std::string& track) {
         return eventually([&] { return item(VcdOverlay, OverlayTrack, "osd")["text"] == track; });
     }
-    bool sees(int red, int green, int blue) {
+    bool sees(const Pixel& wanted) {
         return eventually([&] {
             const std::string file = folder + "/shot.png";
             must({"shot", file});
             const Pixel seen = pixelOf(file, 600, 200);
             const auto near = [](int a, int b) { return std::abs(a - b) < 60; };
-            return window() == VideoPage && near(seen.red, red) && near(seen.green, green) &&
-                   near(seen.blue, blue);
+            return window() == VideoPage && near(seen.red, wanted.red) && near(seen.green, wanted.green) &&
+                   near(seen.blue, wanted.blue);
         });
     }
 };
@@ -139,7 +127,7 @@ protected:
 TEST_F(VcdMenuOnScreen, ItsNumbersAreTypedOnThePad) {
     startBench({"--no-web", "--launcher", "passive"});
     must({"insert", vcdImage("menu")});
-    ASSERT_TRUE(sees(255, 0, 0));
+    ASSERT_TRUE(sees({255, 0, 0}));
     openOverlay();
     EXPECT_TRUE(counts("--/4"));
     touchItem(VcdOverlay, ToPad);
@@ -147,7 +135,7 @@ TEST_F(VcdMenuOnScreen, ItsNumbersAreTypedOnThePad) {
     EXPECT_EQ(item(Pad, PadDisplay, "osd")["text"], "_/4");
     touchItem(Pad, PadKey2);
     touchItem(Pad, PadOk);
-    ASSERT_TRUE(sees(0, 0, 255));
+    ASSERT_TRUE(sees({0, 0, 255}));
     openOverlay();
     EXPECT_TRUE(counts("2/2"));
     touchItem(VcdOverlay, SoundKey);
@@ -162,7 +150,7 @@ TEST_F(VcdMenuOnScreen, ItsNumbersAreTypedOnThePad) {
         return must({"pps", "get", "zelmar/disc/status"}).find("discstate::0\n") != std::string::npos;
     }));
     touchItem(VcdOverlay, PlayKey);
-    EXPECT_TRUE(sees(255, 0, 0));
+    EXPECT_TRUE(sees({255, 0, 0}));
     openOverlay();
     EXPECT_TRUE(counts("--/4"));
 }

@@ -1,4 +1,5 @@
 #include "tests/system/MusicFolder.h"
+#include "tests/system/Pages.h"
 #include "tests/system/SystemTest.h"
 
 #include <cstdlib>
@@ -8,23 +9,15 @@ namespace zm::test {
 
 namespace {
 
-constexpr int MusicPage = 6;
-constexpr int FilmPage = 17;
-constexpr int ListPage = 24;
 constexpr int FilmBar = 2;
-constexpr int Title = 2065;
-constexpr int List = 2000;
-constexpr int EmptyText = 2003;
 constexpr int LeaveFilm = 4;
 constexpr int MusicTab = 503;
 constexpr int FilmTab = 504;
-constexpr int PhotoTab = 505;
-constexpr int Folders = 506;
 constexpr int AllMusic = 542;
 
-constexpr int Music = 2;
-constexpr int Film = 3;
-constexpr int Photo = 4;
+constexpr int MusicType = 2;
+constexpr int FilmType = 3;
+constexpr int PhotoType = 4;
 
 } // namespace
 
@@ -50,7 +43,7 @@ protected:
         writeFilm(disc());
         writePhoto();
         start(disc());
-        ASSERT_TRUE(eventually([this] { return plays(Music) && window() == MusicPage; }));
+        ASSERT_TRUE(eventually([this] { return plays(MusicType) && window() == PlayPage; }));
     }
     void start(const std::string& inside) {
         startBench({"--no-web", "--launcher", "passive", "--disc", inside});
@@ -60,17 +53,17 @@ protected:
         must({"click", view, std::to_string(page), std::to_string(control), "1"});
     }
     void openList(int tab, size_t rows) {
-        click(ListPage, tab);
-        ASSERT_TRUE(eventually([&] { return item(ListPage, List)["rows"].size() == rows; }));
+        click(MediaPage, tab);
+        ASSERT_TRUE(eventually([&] { return item(MediaPage, List)["rows"].size() == rows; }));
     }
     /** Touches the only row of that tab's list. */
     void choose(int tab, int kind) {
         openList(tab, 1);
-        const Json rect = item(ListPage, List)["rect"];
+        const Json rect = item(MediaPage, List)["rect"];
         must({"touch", std::to_string(rect[0].get<int>() + 100), std::to_string(rect[1].get<int>() + 30)});
-        ASSERT_TRUE(eventually([&] { return plays(kind) && window() == FilmPage; })) << state();
+        ASSERT_TRUE(eventually([&] { return plays(kind) && window() == VideoPage; })) << state();
     }
-    void chooseFilm() { choose(FilmTab, Film); }
+    void chooseFilm() { choose(FilmTab, FilmType); }
     void say(const std::string& request) { must({"appdata", request}); }
 
     std::string value(const std::string& object, const std::string& name) {
@@ -85,19 +78,18 @@ protected:
         return value("device", "mediatype") == std::to_string(kind) && value("status", "discstate") == "2";
     }
     bool playsFog() {
-        return plays(Music) && window() == MusicPage && item(MusicPage, Title)["text"] == "Song of Fog";
+        return plays(MusicType) && window() == PlayPage && item(PlayPage, Title)["text"] == "Song of Fog";
     }
     int seconds() { return Json::parse(value("playing", "playtime"))["time"]; }
     std::string state() {
         return "kind " + value("device", "mediatype") + ", state " + value("status", "discstate") +
-               ", page " + std::to_string(window()) + ", " +
-               item(MusicPage, Title)["text"].get<std::string>();
+               ", page " + std::to_string(window()) + ", " + item(PlayPage, Title)["text"].get<std::string>();
     }
     /** The film has gone on without a break for three seconds more. */
     void expectFilmGoesOn() {
         const int before = seconds();
-        EXPECT_TRUE(eventually([&] { return !plays(Film) || seconds() >= before + 3; }));
-        EXPECT_TRUE(plays(Film)) << state();
+        EXPECT_TRUE(eventually([&] { return !plays(FilmType) || seconds() >= before + 3; }));
+        EXPECT_TRUE(plays(FilmType)) << state();
         EXPECT_GE(seconds(), before + 3);
     }
 
@@ -117,7 +109,7 @@ TEST_F(Voice, ASongThatIsAskedForOverAFilmPlays) {
 
 TEST_F(Voice, ASongThatIsAskedForOverAPhotoPlays) {
     startMixed();
-    choose(PhotoTab, Photo);
+    choose(PhotoTab, PhotoType);
     say("--singer=Fog");
     EXPECT_TRUE(eventually([this] { return playsFog(); })) << state();
 }
@@ -127,8 +119,8 @@ TEST_F(Voice, ASongThatIsAskedForOverAListOfAnyKindPlays) {
     for (const int tab : {FilmTab, MusicTab}) {
         chooseFilm();
         click(FilmBar, LeaveFilm, "osd");
-        ASSERT_TRUE(eventually([this] { return window() == ListPage; }));
-        click(ListPage, tab);
+        ASSERT_TRUE(eventually([this] { return window() == MediaPage; }));
+        click(MediaPage, tab);
         expectFilmGoesOn();
         say("--song=Fog");
         EXPECT_TRUE(eventually([this] { return playsFog(); })) << tab << ": " << state();
@@ -140,10 +132,10 @@ TEST_F(Voice, ListsThatAreLookedAtLeaveTheFilmAlone) {
     chooseFilm();
     for (int round = 0; round < 2; ++round) { // the second time no list is fetched anew
         click(FilmBar, LeaveFilm, "osd");
-        ASSERT_TRUE(eventually([this] { return window() == ListPage; }));
+        ASSERT_TRUE(eventually([this] { return window() == MediaPage; }));
         openList(MusicTab, 3);
-        click(ListPage, Folders);
-        click(ListPage, AllMusic);
+        click(MediaPage, Folders);
+        click(MediaPage, AllMusic);
         openList(PhotoTab, 1);
         openList(MusicTab, 3);
         expectFilmGoesOn();
@@ -154,13 +146,13 @@ TEST_F(Voice, ListsThatAreLookedAtLeaveTheFilmAlone) {
 TEST_F(Voice, ListsThatAreLookedAtLeaveTheFilmOfANewDiscAlone) {
     writeFilm(filmDisc());
     start(filmDisc());
-    ASSERT_TRUE(eventually([this] { return plays(Film) && window() == FilmPage; })) << state();
+    ASSERT_TRUE(eventually([this] { return plays(FilmType) && window() == VideoPage; })) << state();
     click(FilmBar, LeaveFilm, "osd");
     openList(FilmTab, 1);
     writeSongs();
     writeFilm(disc());
     must({"insert", "--wait", disc()});
-    ASSERT_TRUE(eventually([this] { return plays(Music) && window() == MusicPage; })) << state();
+    ASSERT_TRUE(eventually([this] { return plays(MusicType) && window() == PlayPage; })) << state();
     chooseFilm();
     click(FilmBar, LeaveFilm, "osd");
     openList(MusicTab, 3);
@@ -173,7 +165,7 @@ TEST_F(Voice, ASongThatIsNowhereEndsTheFilmForTheMusic) {
     startMixed();
     chooseFilm();
     say("--song=Nowhere");
-    EXPECT_TRUE(eventually([this] { return plays(Music); })) << state();
+    EXPECT_TRUE(eventually([this] { return plays(MusicType); })) << state();
     EXPECT_TRUE(
         eventually([this] { return must({"log"}).find("not found this song") != std::string::npos; }));
 }
@@ -181,9 +173,9 @@ TEST_F(Voice, ASongThatIsNowhereEndsTheFilmForTheMusic) {
 TEST_F(Voice, ADiscWithoutMusicPlaysOn) {
     writeFilm(filmDisc());
     start(filmDisc());
-    ASSERT_TRUE(eventually([this] { return plays(Film) && window() == FilmPage; })) << state();
+    ASSERT_TRUE(eventually([this] { return plays(FilmType) && window() == VideoPage; })) << state();
     say("--song=Fog");
-    EXPECT_TRUE(eventually([this] { return item(ListPage, EmptyText)["text"] == "No music here"; }));
+    EXPECT_TRUE(eventually([this] { return item(MediaPage, EmptyText)["text"] == "No music here"; }));
     expectFilmGoesOn();
 }
 

@@ -11,22 +11,13 @@ using testing::IsEmpty;
 
 namespace {
 
-zm::Resource load(const std::string& name) {
-    auto loaded = zm::loadResource(resourceDir + name + ".zmrc_device", width, height);
-    if (!loaded) {
-        ADD_FAILURE() << loaded.error();
-        return {};
-    }
-    return std::move(*loaded);
-}
-
 struct File {
     const char* name;
 };
 
 class Legibility : public testing::TestWithParam<File> {
 protected:
-    zm::Resource resource = load(GetParam().name);
+    zm::Resource resource = readResource(GetParam().name);
 };
 
 TEST_P(Legibility, touchTargetsAreLargeEnough) {
@@ -79,7 +70,7 @@ protected:
         return cutTexts(resource, **fonts);
     }
 
-    zm::Resource resource = load("DISC");
+    zm::Resource resource = readResource("DISC");
 };
 
 TEST_F(SpoiltFile, aKeyOfTheHeadThatIsTooLow) {
@@ -158,13 +149,13 @@ TEST_F(SpoiltFile, aModeThatIsOnButNotSeen) {
 }
 
 TEST_F(SpoiltFile, aTextOnTheBarePicture) {
-    resource = load("OVERLAY");
+    resource = readResource("OVERLAY");
     styleOf(1, 20201).looks[0].fill = zm::noColor; // the veil of the bars
     EXPECT_THAT(contrasts(resource), Contains("window 1 item 2067: night normal text without a ground"));
 }
 
 TEST_F(SpoiltFile, aVeilThatIsTooThin) {
-    resource = load("OVERLAY");
+    resource = readResource("OVERLAY");
     color("night", "veil").alpha = 0.5;
     EXPECT_THAT(contrasts(resource), Contains(HasSubstr("window 2 item 2067: night normal text contrasts")));
 }

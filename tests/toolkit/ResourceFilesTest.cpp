@@ -53,15 +53,6 @@ std::vector<PageItems> pages() {
     };
 }
 
-zm::Resource load(const std::string& name) {
-    auto result = zm::loadResource(resourceDir + name + ".zmrc_device", width, height);
-    if (!result) {
-        ADD_FAILURE() << result.error();
-        return {};
-    }
-    return std::move(*result);
-}
-
 const zm::WindowSpec* find(const zm::Resource& resource, int id) {
     for (const zm::WindowSpec& window : resource.windows) {
         if (window.id == id) {
@@ -72,7 +63,8 @@ const zm::WindowSpec* find(const zm::Resource& resource, int id) {
 }
 
 TEST(ResourceFiles, everyPageHoldsTheItemsThatTheApplicationAddresses) {
-    const std::map<std::string, zm::Resource> files = {{"DISC", load("DISC")}, {"OVERLAY", load("OVERLAY")}};
+    const std::map<std::string, zm::Resource> files = {{"DISC", readResource("DISC")},
+                                                       {"OVERLAY", readResource("OVERLAY")}};
     for (const PageItems& page : pages()) {
         const zm::WindowSpec* window = find(files.at(page.file), page.window);
         ASSERT_TRUE(window) << page.file << " " << page.window;
@@ -95,7 +87,7 @@ TEST(ResourceFiles, everyTextExistsInEveryLanguage) {
     const int ids[] = {30,  33,  34,  70,  71,  72,  107, 110, 112, 113, 114, 129, 133,   154,   155,  156,
                        157, 160, 161, 162, 163, 164, 166, 167, 168, 169, 170, 171, 13007, 13067, 14122};
     for (const char* file : {"DISC", "OVERLAY"}) {
-        const zm::Resource resource = load(file);
+        const zm::Resource resource = readResource(file);
         EXPECT_EQ(resource.languages, (std::vector<std::string>{"en", "de", "zh", "ar"}));
         for (const int id : ids) {
             EXPECT_TRUE(resource.texts.contains(id)) << file << " text " << id;
@@ -115,7 +107,7 @@ TEST(ResourceFiles, everyPictureExists) {
         ids.push_back(id);
     }
     for (const char* file : {"DISC", "OVERLAY"}) {
-        const zm::Resource resource = load(file);
+        const zm::Resource resource = readResource(file);
         for (const int id : ids) {
             EXPECT_TRUE(resource.pictures.contains(id)) << file << " picture " << id;
         }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BuildPaths.h"
+#include "platform/linux/toolkit/Resource.h"
 #include "platform/linux/toolkit/Scene.h"
 #include "tests/support/TemporaryFolder.h"
 #include "zmui/CUIAnalysis.h"
@@ -22,6 +23,16 @@ inline constexpr int width = 800;
 inline constexpr int height = 480;
 inline const std::string fontDir = ZM_BINARY_DIR "/share/fonts/";
 inline const std::string resourceDir = ZM_SOURCE_DIR "/resources/";
+
+/** One of the project's resource files, which has to be good; empty and a failed test otherwise. */
+inline Resource readResource(const std::string& name) {
+    auto resource = loadResource(resourceDir + name + ".zmrc_device", width, height);
+    if (!resource) {
+        ADD_FAILURE() << resource.error();
+        return {};
+    }
+    return std::move(*resource);
+}
 
 /** Writes down what a scene reports: "6/6521:1" is the release of control 6521 on page 6, "24 scroll 3@0" a
  * list's start. */

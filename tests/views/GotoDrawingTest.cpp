@@ -31,13 +31,13 @@ protected:
     static void expectDrawnFirst(std::initializer_list<int> items, const std::function<void()>& action) {
         takeDraws();
         action();
-        const auto draws = takeDraws();
-        const auto whole = std::find(draws.begin(), draws.end(), "all");
+        const auto drawn = takeDraws();
+        const auto whole = std::find(drawn.begin(), drawn.end(), "all");
         for (const int id : items) {
             const std::string draw = std::to_string(GOTO_WINDOW) + "/" + std::to_string(id);
-            EXPECT_NE(std::find(draws.begin(), whole, draw), whole) << "item " << id;
+            EXPECT_NE(std::find(drawn.begin(), whole, draw), whole) << "item " << id;
         }
-        EXPECT_NE(whole, draws.end());
+        EXPECT_NE(whole, drawn.end());
     }
     /** With a bound of 12 and nothing typed. */
     void expectEntryDrawn(const View& view, const Digit& click) {

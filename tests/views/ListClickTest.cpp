@@ -178,7 +178,7 @@ TEST_F(ListClick, TheTopRowIsRemembered) {
     EXPECT_EQ(list().top, 6);
 }
 
-struct ControlCase {
+struct ListControl {
     int control;
     int beeps;
     const char* application;
@@ -186,7 +186,7 @@ struct ControlCase {
 
 TEST_F(ListClick, PlainControlsOfTheListPages) {
     listOf(PLAY_TYPE_MUSIC);
-    const ControlCase rows[] = {{6003, 1, ""},
+    const ListControl rows[] = {{6003, 1, ""},
                                 {6004, 1, ""},
                                 {6005, 1, ""},
                                 {3, 1, "zmhome null"},
@@ -195,7 +195,7 @@ TEST_F(ListClick, PlainControlsOfTheListPages) {
                                 {7777, 0, ""},
                                 {99, 1, ""}};
     for (const int page : {WND_MEDIA_LIST, WND_FOLDER_LIST, WND_CD_LIST}) {
-        for (const ControlCase& row : rows) {
+        for (const ListControl& row : rows) {
             SCOPED_TRACE(std::to_string(page) + " " + std::to_string(row.control));
             forget();
             press(row.control, page);

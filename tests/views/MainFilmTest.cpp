@@ -5,16 +5,16 @@ namespace zm::test {
 
 namespace {
 
-constexpr int THIS_FILE = 3;
+constexpr int FILM_FILE = 3;
 
 class Film : public FilmView {
 public:
     void insert(int type) {
         unit.disc.videoMode(VIDEO_MODE_ON);
         unit.disc.insert(type, type == PLAY_TYPE_VIDEO || type == PLAY_TYPE_PHOTO ? 14 : 0);
-        unit.disc.track({.curMediaId = THIS_FILE,
+        unit.disc.track({.curMediaId = FILM_FILE,
                          .curMediaIds = 8,
-                         .mediaId = THIS_FILE,
+                         .mediaId = FILM_FILE,
                          .mediaIds = 8,
                          .parentFolder = 5});
     }
@@ -71,12 +71,12 @@ const Event EVENTS[] = {
     {"number of what plays on the pad",
      [](Film& at) {
          at.unit.key(K_GOTO);
-         at.typeOnPad(THIS_FILE);
+         at.typeOnPad(FILM_FILE);
      }},
     {"another number on the pad",
      [](Film& at) {
          at.unit.key(K_GOTO);
-         at.typeOnPad(THIS_FILE + 1);
+         at.typeOnPad(FILM_FILE + 1);
      }},
     {"number spoken", [](Film& at) { at.unit.appData("--kb_val=4 --kb_ret=1"); }},
     {"song spoken", [](Film& at) { at.unit.appData("--song='file'"); }},
@@ -250,7 +250,7 @@ TEST_F(Film, IsCoveredByThePadUntilTheNumberOfWhatPlaysIsTyped) {
     insert(PLAY_TYPE_VIDEO);
     unit.key(K_GOTO);
     EXPECT_EQ(filmPixels(), 0);
-    typeOnPad(THIS_FILE);
+    typeOnPad(FILM_FILE);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
     EXPECT_EQ(state(), VIEW_STATE_VIDEO_PLAY);
     EXPECT_EQ(filmPixels(), WHOLE_SCREEN);
@@ -260,7 +260,7 @@ TEST_F(Film, IsNotBackWhenThePadIsClosedAfterTheCarHasStarted) {
     insert(PLAY_TYPE_VIDEO);
     unit.key(K_GOTO);
     drive();
-    typeOnPad(THIS_FILE);
+    typeOnPad(FILM_FILE);
     EXPECT_EQ(unit.main.window(), WND_PARKING);
     EXPECT_EQ(unit.video().at("visible"), false);
     park();
@@ -273,7 +273,7 @@ TEST_F(Film, IsBackWhenThePadIsClosedAfterTheCarHasStopped) {
     unit.key(K_GOTO);
     park();
     EXPECT_EQ(unit.main.window(), WND_GOTO);
-    typeOnPad(THIS_FILE);
+    typeOnPad(FILM_FILE);
     EXPECT_EQ(unit.main.window(), WND_VIDEO);
     EXPECT_EQ(filmPixels(), WHOLE_SCREEN);
 }

@@ -62,9 +62,10 @@ std::string kindOf(const model::Contents& contents) {
 
 Drive::Drive(EventLoop& loop, model::DiscState& state, model::PlayModes& modes, engine::Engine& engine,
              dvd::EngineMaker makeDvdEngine, std::shared_ptr<library::Catalogue> catalogue,
-             player::ResumeMemory& memory)
+             player::ResumeMemory& memory, const std::string& coverFolder)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine),
-      m_makeDvdEngine(std::move(makeDvdEngine)), m_catalogue(std::move(catalogue)), m_memory(memory) {}
+      m_makeDvdEngine(std::move(makeDvdEngine)), m_catalogue(std::move(catalogue)), m_memory(memory),
+      m_covers(loop, state, coverFolder) {}
 
 Drive::~Drive() = default;
 
@@ -221,6 +222,7 @@ void Drive::loadFinished() {
         return;
     }
     takeModes(m_resume->modes());
+    m_covers.take(m_gate, m_contents);
     // A disc that only has lists of its tracks plays as others do until playback control is asked for.
     if (m_contents->playLists && m_contents->playLists->hasMenu()) {
         playLists(player::ListPlayer::Begin::WhereLeft);
@@ -239,6 +241,8 @@ void Drive::playTracks() {
     if (m_contents->playLists) {
         player->setControlSwitch([this] { switchControl(true); });
     }
+    player->setItemWatcher(
+        [this](model::MediaKind kind, const model::Item& item) { m_covers.show(kind, item); });
     m_transport = std::move(player);
 }
 
@@ -438,6 +442,7 @@ void Drive::stopReading() {
     m_load.reset();
     m_guard.reset();
     m_transport.reset();
+    m_covers.leave();
 }
 
 void Drive::loseDrive() {

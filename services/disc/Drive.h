@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/disc/cover/Covers.h"
 #include "services/disc/dvd/DvdResume.h"
 #include "services/disc/dvd/Engine.h"
 #include "services/disc/engine/Engine.h"
@@ -33,7 +34,7 @@ class Drive : private library::LoadListener {
 public:
     Drive(EventLoop& loop, model::DiscState& state, model::PlayModes& modes, engine::Engine& engine,
           dvd::EngineMaker makeDvdEngine, std::shared_ptr<library::Catalogue> catalogue,
-          player::ResumeMemory& memory);
+          player::ResumeMemory& memory, const std::string& coverFolder);
     ~Drive() override;
 
     /** Publishes an empty drive; `tray` is what the drive remembers of an earlier run. */
@@ -115,6 +116,7 @@ private:
     std::string m_refusal;  ///< why it did not come out
     std::shared_ptr<medium::FaultGate> m_gate;
     std::shared_ptr<const model::Contents> m_contents;
+    cover::Covers m_covers;
     int m_catalogued = 0; ///< mixed bits of the kinds whose catalogue is complete
     std::unique_ptr<library::DiscLoad> m_load;
     std::unique_ptr<library::CatalogueGuard> m_guard; ///< of a disc that is ready

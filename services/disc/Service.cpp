@@ -24,6 +24,9 @@ constexpr const char* soundPath = "/pps/zelmar/audio/volume?delta";
 constexpr int ControlFlags = 256;
 constexpr unsigned ControlMode = 0666;
 
+// In the runtime folder: the covers of the disc inside.
+constexpr const char* CoverFolder = "/covers";
+
 constexpr std::string_view DevicePrefix = "/dev/";
 
 constexpr int EjectCommand = 13;
@@ -86,9 +89,9 @@ Service::start(EventLoop& loop, const std::string& runtime, const std::string& c
     if (!sound) {
         return sound.failure();
     }
-    std::unique_ptr<Service> service(
-        new Service(loop, std::move(*state), std::shared_ptr<library::Catalogue>(std::move(*catalogue)),
-                    resumeFile, std::move(*control), std::move(*sound), makeEngine, makeDvdEngine));
+    std::unique_ptr<Service> service(new Service(
+        loop, std::move(*state), std::shared_ptr<library::Catalogue>(std::move(*catalogue)), resumeFile,
+        runtime + CoverFolder, std::move(*control), std::move(*sound), makeEngine, makeDvdEngine));
     if (auto begun = service->begin(disc, drive); !begun) {
         return begun.failure();
     }
@@ -97,10 +100,10 @@ Service::start(EventLoop& loop, const std::string& runtime, const std::string& c
 
 Service::Service(EventLoop& loop, std::unique_ptr<model::DiscState> state,
                  std::shared_ptr<library::Catalogue> catalogue, const std::string& resumeFile,
-                 PpsFile control, PpsFile sound, const EngineMaker& makeEngine,
-                 const dvd::EngineMaker& makeDvdEngine)
+                 const std::string& coverFolder, PpsFile control, PpsFile sound,
+                 const EngineMaker& makeEngine, const dvd::EngineMaker& makeDvdEngine)
     : m_loop(loop), m_state(std::move(state)), m_memory(resumeFile), m_engine(makeEngine(loop)),
-      m_drive(loop, *m_state, m_modes, *m_engine, makeDvdEngine, std::move(catalogue), m_memory),
+      m_drive(loop, *m_state, m_modes, *m_engine, makeDvdEngine, std::move(catalogue), m_memory, coverFolder),
       m_control(std::move(control)), m_sound(std::move(sound)), m_mailbox(std::make_shared<Mailbox>(loop)) {}
 
 Service::~Service() {

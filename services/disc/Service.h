@@ -33,8 +33,9 @@ public:
 
 private:
     Service(EventLoop& loop, std::unique_ptr<model::DiscState> state,
-            std::shared_ptr<library::Catalogue> catalogue, const std::string& resumeFile, PpsFile control,
-            PpsFile sound, const EngineMaker& makeEngine, const dvd::EngineMaker& makeDvdEngine);
+            std::shared_ptr<library::Catalogue> catalogue, const std::string& resumeFile,
+            const std::string& coverFolder, PpsFile control, PpsFile sound, const EngineMaker& makeEngine,
+            const dvd::EngineMaker& makeDvdEngine);
     Status begin(const std::string& disc, const std::string& drive);
     void controlText(const std::string& text);
     void driveText(const std::string& text);

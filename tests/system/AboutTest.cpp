@@ -26,7 +26,7 @@ TEST_P(Program, TellsItsUsageOnStandardOutput) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Program, testing::Values("zmbench", "zmctl", "zmdiscd", "zmdecode", "zmdvd"),
+INSTANTIATE_TEST_SUITE_P(, Program, testing::Values("zmbench", "zmctl", "zmdiscd", "zmdecode", "zmdvd", "zmcover"),
                          [](const auto& program) { return std::string(program.param); });
 
 /** Its options were settled long before this project's version: -v tells its own, all others its usage. */

@@ -67,11 +67,16 @@ std::optional<FileKind> fileKind(std::string_view name) {
     return *row;
 }
 
-bool isCover(std::string_view name) {
+int coverRank(std::string_view name) {
     const auto kind = fileKind(name);
     const std::string stem = lowered(name.substr(0, name.rfind('.')));
-    return kind && kind->kind == Photo &&
-           std::find(std::begin(covers), std::end(covers), stem) != std::end(covers);
+    const auto found = std::find(std::begin(covers), std::end(covers), stem);
+    const bool cover = kind && kind->kind == Photo && found != std::end(covers);
+    return cover ? static_cast<int>(found - std::begin(covers)) : -1;
+}
+
+bool isCover(std::string_view name) {
+    return coverRank(name) >= 0;
 }
 
 } // namespace zm::disc::library

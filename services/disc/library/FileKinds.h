@@ -22,5 +22,7 @@ std::optional<FileKind> fileKind(std::string_view name);
 
 /** Whether a picture has a name that players of music give to a cover, in any case. */
 bool isCover(std::string_view name);
+/** The place of that name among those of covers, 0 for the likeliest; -1 if it is none. */
+int coverRank(std::string_view name);
 
 } // namespace zm::disc::library

@@ -18,9 +18,9 @@ constexpr size_t NumberBytes = 4;
 
 class ZisofsReader : public ByteReader {
 public:
-    ZisofsReader(std::unique_ptr<ByteReader> file, const ZisofsHeader& header, std::string table,
+    ZisofsReader(std::unique_ptr<ByteReader> file, const ZisofsHeader& header, std::string blocks,
                  std::string name)
-        : m_file(std::move(file)), m_header(header), m_table(std::move(table)), m_name(std::move(name)) {}
+        : m_file(std::move(file)), m_header(header), m_table(std::move(blocks)), m_name(std::move(name)) {}
 
     uint64_t size() const override { return m_header.size; }
 

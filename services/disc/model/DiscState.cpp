@@ -10,7 +10,7 @@ namespace zm::disc::model {
 
 using Json = nlohmann::ordered_json;
 
-enum class DiscState::Object { Device, MpegInfo, Playing, Status, Drive };
+enum class DiscState::Object { Device, MpegInfo, Playing, Status, Drive, Cover };
 
 // In the order in which everything is published anew: the type of what plays before its state.
 enum class DiscState::Attribute {
@@ -35,7 +35,8 @@ enum class DiscState::Attribute {
     MsgTip,
     State,
     DriveState,
-    Tray
+    Tray,
+    Cover
 };
 
 namespace {
@@ -49,7 +50,7 @@ constexpr unsigned OpenMode = 0666;
 
 constexpr const char* objectPaths[] = {
     "/pps/zelmar/disc/device?delta", "/pps/zelmar/disc/mpeginfo?delta", "/pps/zelmar/disc/playing?delta",
-    "/pps/zelmar/disc/status?delta", "/pps/zelmar/disc/drive?delta",
+    "/pps/zelmar/disc/status?delta", "/pps/zelmar/disc/drive?delta",    "/pps/zelmar/disc/cover?delta",
 };
 
 std::string truth(bool value) {
@@ -132,6 +133,7 @@ const DiscState::Row DiscState::table[] = {
     {Attribute::State, Object::Status, "discstate"},
     {Attribute::DriveState, Object::Drive, "drivestate", Kind::Json},
     {Attribute::Tray, Object::Drive, "tray", Kind::Json},
+    {Attribute::Cover, Object::Cover, "cover", Kind::Json},
 };
 
 Result<std::unique_ptr<DiscState>> DiscState::open(const std::string& ppsSocket) {
@@ -262,6 +264,13 @@ void DiscState::time(const PlayTime& time) {
 void DiscState::texts(const TrackTexts& texts) {
     publish(Attribute::Id3, text(texts));
 }
+void DiscState::cover(const model::Cover& cover) {
+    publishChanged(Attribute::Cover, lenient({{"path", cover.path},
+                                              {"kind", cover.kind},
+                                              {"color", cover.color},
+                                              {"folder", cover.folder},
+                                              {"file", cover.file}}));
+}
 void DiscState::drive(const DriveState& state) {
     nlohmann::json json{{"state", state.state}, {"path", state.path}, {"text", state.text}};
     if (!state.kind.empty()) {
@@ -302,6 +311,7 @@ void DiscState::forgetDisc() {
     publishChanged(Attribute::TrackInfo, text(TrackInfo{}));
     publishChanged(Attribute::Id3, text(TrackTexts{}));
     publishChanged(Attribute::PlayTime, text(PlayTime{}));
+    cover({});
     rootMenu(false);
     publishChanged(Attribute::Parental, truth(false));
     publishChanged(Attribute::UpdateDb, text(0));

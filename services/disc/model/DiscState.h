@@ -84,6 +84,16 @@ struct TrackTexts {
     std::string album;
 };
 
+/** "cover": the picture of the song that plays. Empty while there is none. */
+struct Cover {
+    std::string path;  ///< of a PNG; it may vanish with the disc
+    std::string kind;  ///< "embedded" in the song's tags, "file" beside it, or "drawn"
+    std::string color; ///< that it is remembered by, "#RRGGBB"
+    int folder = 0;    ///< and number of the song
+    int file = 0;
+    std::string key{}; ///< not published: the same for the same picture
+};
+
 /** "playstate". */
 struct PlayModes {
     int repeat = 2;
@@ -157,6 +167,7 @@ public:
     void track(const TrackInfo& info);
     void time(const PlayTime& time);
     void texts(const TrackTexts& texts);
+    void cover(const Cover& cover);
     void drive(const DriveState& state);
     void tray(const Tray& tray);
 

@@ -24,6 +24,7 @@ public:
     FileQueue& queue() { return m_queue; }
     FilmStreams& streams() { return m_streams; }
     PlayStatus& status() { return m_status; }
+    TrackAnnouncer& announcer() { return m_announcer; }
     engine::Milliseconds position() const { return m_position; }
 
     /** As `Transport` says. */

@@ -19,6 +19,11 @@ public:
     /** Has the disc's own play lists take over, where it has some; the player lives until that has been done. */
     void setControlSwitch(std::function<void()> takeOver) { m_takeOver = std::move(takeOver); }
 
+    /** Has `onItem` told of each item that is announced. */
+    void setItemWatcher(std::function<void(model::MediaKind, const model::Item&)> onItem) {
+        m_playback.announcer().onItem = std::move(onItem);
+    }
+
     void sourceOn() override { m_playback.sourceOn(); }
     void sourceOff() override { m_playback.sourceOff(); }
     void playMusic() override { m_playback.playMusic(); }

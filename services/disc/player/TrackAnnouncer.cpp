@@ -23,6 +23,7 @@ void TrackAnnouncer::type() {
 void TrackAnnouncer::track() {
     m_state.track(m_queue.trackInfo());
     texts();
+    onItem(m_queue.kind(), m_queue.item());
 }
 
 void TrackAnnouncer::texts() {

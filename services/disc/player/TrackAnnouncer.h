@@ -5,6 +5,8 @@
 #include "services/disc/player/FileQueue.h"
 #include "services/disc/player/LateTexts.h"
 
+#include <functional>
+
 namespace zm::disc::player {
 
 /** Tells the head unit which item of a queue plays: type of the disc, number, texts. */
@@ -13,6 +15,9 @@ public:
     /** The kind of the queue's item has been told already. */
     TrackAnnouncer(EventLoop& loop, model::DiscState& state, const FileQueue& queue)
         : m_loop(loop), m_state(state), m_queue(queue), m_announced(queue.kind()), m_texts(loop, state) {}
+
+    /** Is called with each item that is announced, also when it is the one before. */
+    std::function<void(model::MediaKind kind, const model::Item& item)> onItem = [](auto, const auto&) {};
 
     /** The current item begins. */
     void begin();

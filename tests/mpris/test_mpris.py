@@ -2,8 +2,11 @@
 
 from __future__ import annotations
 
+import json
+import re
 import subprocess
 import time
+import urllib.request
 from pathlib import Path
 from typing import Callable, Iterator
 
@@ -62,6 +65,21 @@ def test_what_plays_is_told(unit: Bench) -> None:
     first = float(ask("position"))
     time.sleep(3)
     assert 2 <= float(ask("position")) - first <= 4.5
+
+
+def test_what_plays_has_its_cover(unit: Bench) -> None:
+    def cover() -> str:
+        found = re.search(r"'mpris:artUrl': <'([^']*)'>", wire("org.mpris.MediaPlayer2.Player", "Metadata"))
+        return found[1] if found else ""
+
+    until(lambda: cover() != "", True)
+    first = urllib.request.url2pathname(cover().replace("file://", "", 1))
+    assert first == json.loads(unit.command("pps", "get", "zelmar/disc/cover").partition("json:")[2])["path"]
+    assert Path(first).read_bytes().startswith(b"\x89PNG")
+    unit.key("next")
+    until(lambda: cover().rpartition("/")[2] not in ("", Path(first).name), True)
+    unit.eject()
+    until(cover, "")
 
 
 def test_its_buttons_are_those_of_the_steering_wheel(unit: Bench) -> None:

@@ -127,7 +127,7 @@ Result<std::string> Mpris::start() {
         g_error_free(error);
     }
     g_main_context_pop_thread_default(m_loop.context());
-    for (const char* object : {"zelmar/disc/status", "zelmar/disc/playing"}) {
+    for (const char* object : {"zelmar/disc/status", "zelmar/disc/playing", "zelmar/disc/cover"}) {
         if (auto watched = m_bus ? watch(object) : ok(); !watched) {
             return watched.failure();
         }
@@ -284,6 +284,9 @@ GVariant* Mpris::metadata() const {
         }
         if (!m_state.album().empty()) {
             add("xesam:album", g_variant_new_string(m_state.album().c_str()));
+        }
+        if (char* address = g_filename_to_uri(m_state.cover().c_str(), nullptr, nullptr)) {
+            add("mpris:artUrl", g_variant_new_take_string(address));
         }
     }
     return g_variant_builder_end(&builder);

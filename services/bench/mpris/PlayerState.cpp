@@ -51,6 +51,8 @@ bool PlayerState::take(const std::string& line) {
         m_title = wordIn(json, "title");
         m_artist = wordIn(json, "artist");
         m_album = wordIn(json, "album");
+    } else if (unit::ppsValue(line, "cover", value)) {
+        m_cover = wordIn(jsonObject(value), "path");
     } else if (unit::ppsValue(line, "playtime", value)) {
         const auto json = jsonObject(value);
         m_length = numberIn(json, "tracktime");

@@ -30,6 +30,8 @@ public:
     const std::string& title() const { return m_title; }
     const std::string& artist() const { return m_artist; }
     const std::string& album() const { return m_album; }
+    /** Path of the cover's picture; empty while there is none. */
+    const std::string& cover() const { return m_cover; }
     /** Since the last call the position has gone elsewhere than time does. */
     bool jumped();
 
@@ -51,6 +53,7 @@ private:
     std::string m_title;
     std::string m_artist;
     std::string m_album;
+    std::string m_cover;
 };
 
 } // namespace zm::bench::mpris

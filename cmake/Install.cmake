@@ -1,7 +1,7 @@
 # `cmake --install`: programs that users start go to bin, those that they never name to libexec/platen, what all of them
 # load to share/platen. They find each other from where they lie (base/ProgramFolders.h), so any prefix will do.
 install(TARGETS platen-unit zmbench zmctl DESTINATION bin)
-install(TARGETS Platen zmdiscd zmcover zmdecode zmdvd DESTINATION libexec/platen)
+install(TARGETS Platen zmdiscd zmcover zmdecode zmdvd zmfilm DESTINATION libexec/platen)
 install(PROGRAMS resources/make-demo-disc DESTINATION bin RENAME platen-demo-disc)
 install(DIRECTORY resources/ DESTINATION share/platen/rccs FILES_MATCHING PATTERN "*.zmrc_device" PATTERN "*.zmrc")
 install(DIRECTORY ${ZM_SHARE}/fonts DESTINATION share/platen)

@@ -61,9 +61,13 @@ export function channel(path, handlers) {
 /** Hands a text to the user as a file: "NAME-TIME.ENDING". */
 export function save(name, ending, text) {
   const address = URL.createObjectURL(new Blob([text], {type: 'text/plain'}));
-  const link = element('a', {href: address, download: `${name}-${new Date().toISOString().replace(/[:.]/g, '-')}.${ending}`});
-  link.click();
+  download(address, name, ending);
   setTimeout(() => URL.revokeObjectURL(address), 10000);
+}
+
+/** The same with what lies at `address`. */
+export function download(address, name, ending) {
+  element('a', {href: address, download: `${name}-${new Date().toISOString().replace(/[:.]/g, '-')}.${ending}`}).click();
 }
 
 /** Short way to make an element: element('button', {onclick: f, className: 'x'}, 'text', child). */

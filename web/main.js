@@ -5,6 +5,7 @@ import {makeInspector} from './inspect.js';
 import {makeKeys} from './keys.js';
 import {clearLog, followLog, makeLog, showLog} from './log.js';
 import {clearPps, makePps, showPps} from './pps.js';
+import {showFilm} from './film.js';
 import {showRecording} from './record.js';
 import {takeFrames} from './screen.js';
 
@@ -82,6 +83,7 @@ const handlers = {
     showFault(message.fault);
     showClock(message.clock);
     showRecording(message.recording);
+    showFilm(message.film, message.pageFilm);
     showLine();
   },
 };

@@ -52,7 +52,13 @@ Status Bench::start() {
         if (m_display) {
             m_display->damaged(area);
         }
+        m_processor.film().damaged(area);
     };
+    if (m_options.commands) {
+        if (auto prepared = m_processor.film().prepare(); !prepared) {
+            return prepared;
+        }
+    }
     if (auto started = m_unit.start(); !started) {
         return started;
     }
@@ -86,7 +92,7 @@ Result<std::string> Bench::startPage() {
         [this](std::vector<std::string> words, std::function<void(web::Backend::Answer)> done) {
             runCommand(std::move(words), std::move(done));
         },
-        m_unit.compositor(), pageSources()};
+        m_unit.compositor(), pageSources(), m_processor.film().pageFile()};
     m_page = std::make_unique<web::Server>(m_loop, std::move(backend), m_options.unit.shareDir + "/web",
                                            m_options.unit.runtimeDir + "/page-token");
     m_unit.onPpsChange = [this](const std::string& object, const std::string& text) {
@@ -157,6 +163,8 @@ web::State::Sources Bench::pageSources() {
     sources.state = [this] {
         Json state = m_unit.state();
         state["recording"] = m_processor.recording().target();
+        state["film"] = m_processor.film().target();
+        state["pageFilm"] = m_processor.film().pageFile();
         return state;
     };
     sources.objects = [this] {

@@ -100,6 +100,12 @@ constexpr std::array Texts = {
         "writes every input from now on, whoever gives it, to a script with its times\n"
         "Until --stop. --all writes those since the bench began, at once. FILE \"-\" prints: --all at once,\n"
         "else --stop.\nExample: zmctl record drive.zmctl"},
+    CommandText{"film", "film FILE.webm [--seconds SECONDS] [--overwrite]\nfilm --stop",
+                "films the screen, with the fingers on it, and the sound from now on (WebM)\n"
+                "Until --stop, which says what became of it. With --seconds it returns when the film is "
+                "over, or ends\n"
+                "it when it is interrupted. A file that is there is kept unless --overwrite is given.\n"
+                "Example: zmctl film drive.webm"},
     CommandText{
         "timeline", "timeline FILE [--seconds SECONDS]",
         "writes what happened in the last five minutes, or SECONDS, as a trace for Chrome or Perfetto\n"

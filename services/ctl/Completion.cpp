@@ -87,7 +87,7 @@ Words everyFile(const Client&, const std::string& current) {
     return files(current, false);
 }
 
-constexpr std::array<Choice, 12> Choices = {{
+constexpr std::array<Choice, 13> Choices = {{
     {"", "OBJ", objects},
     {"", "COMMAND", [](const Client&, const std::string&) { return commandNames(); }},
     {"expect", "PATH",
@@ -102,6 +102,7 @@ constexpr std::array<Choice, 12> Choices = {{
     {"", "FILE", everyFile},
     {"shot", "FILE.png", everyFile},
     {"shot", "FILE.jpg", everyFile},
+    {"film", "FILE.webm", everyFile},
     {"key", "NAME", [](const Client&, const std::string&) { return namesOf(hardKeys()); }},
     {"device", "NAME", [](const Client&, const std::string&) { return namesOf(vehicleDevices()); }},
     {"language", "LANGUAGE", [](const Client&, const std::string&) { return languages(); }},

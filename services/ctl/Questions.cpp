@@ -36,6 +36,7 @@ constexpr std::array Rows = {
     Row{"log", Always},
     Row{"ps", Always},
     Row{"record", Always},
+    Row{"film", Always},
     Row{"timeline", Always},
     Row{"snapshot", [](const Words& words) { return hasWord(words, "save"); }},
 };

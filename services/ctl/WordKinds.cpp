@@ -41,7 +41,7 @@ bool name(std::string_view word) {
     return !word.empty() && !word.starts_with("--");
 }
 
-constexpr std::array<WordKind, 29> Kinds = {{
+constexpr std::array<WordKind, 30> Kinds = {{
     {"X", Whole, whole},
     {"Y", Whole, whole},
     {"X1", Whole, whole},
@@ -76,6 +76,7 @@ constexpr std::array<WordKind, 29> Kinds = {{
     {"FILE", "a path", name},
     {"FILE.png", "a path", name},
     {"FILE.jpg", "a path", name},
+    {"FILE.webm", "a path", name},
 }};
 
 constexpr WordKind Anything = {"", "", anything};

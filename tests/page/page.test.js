@@ -143,6 +143,23 @@ test('what was done while recording is downloaded as a script', async () => {
   await until('it has ended', async () => await button.textContent() === 'Record');
 });
 
+test('a film is made and downloaded, whoever closes a page meanwhile', async () => {
+  const button = page.locator('#film');
+  const other = await bench.openPage();
+  await other.locator('#film').click();
+  await until('both know', async () => await button.textContent() === 'Stop film');
+  await other.close();
+  await page.locator('#screen').click({position: {x: 10, y: 20}});
+  const [download] = await Promise.all([page.waitForEvent('download'), button.click()]);
+  assert.match(download.suggestedFilename(), /^film-.*\.webm$/);
+  const film = readFileSync(await download.path());
+  assert.equal(film.readUInt32BE(0), 0x1a45dfa3);
+  assert.ok(film.includes('V_VP8') && film.includes('A_OPUS'));
+  assert.match(await page.locator('#message').textContent(), /^[0-9.]+ s, [0-9]+ frames, (none|[0-9]+) dropped/);
+  await until('it has ended', async () => await button.textContent() === 'Film');
+  assert.equal((await page.request.get(`http://127.0.0.1:${bench.port}/api/film.webm`, {headers: {Cookie: ''}})).status(), 403);
+});
+
 test('two pages agree', async () => {
   const other = await bench.openPage();
   await other.getByLabel('Parked').uncheck();

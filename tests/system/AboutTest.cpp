@@ -26,7 +26,9 @@ TEST_P(Program, TellsItsUsageOnStandardOutput) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Program, testing::Values("zmbench", "zmctl", "zmdiscd", "zmdecode", "zmdvd", "zmcover"),
+INSTANTIATE_TEST_SUITE_P(, Program,
+                         testing::Values("zmbench", "zmctl", "zmdiscd", "zmdecode", "zmdvd", "zmcover",
+                                         "zmfilm"),
                          [](const auto& program) { return std::string(program.param); });
 
 /** Its options were settled long before this project's version: -v tells its own, all others its usage. */

@@ -2,6 +2,7 @@
 
 from .bench import Bench
 from .commands.disc import Drive
+from .commands.film import Film
 from .commands.pps import Change, Changes
 from .commands.system import LogEntry, Process
 from .errors import BenchError, CommandFailed, ExpectationFailed, NoBench, ProtocolError, WrongUsage
@@ -18,6 +19,7 @@ __all__ = [
     "CommandFailed",
     "Drive",
     "ExpectationFailed",
+    "Film",
     "Item",
     "LogEntry",
     "NoBench",

@@ -11,6 +11,7 @@ from typing import List, Optional, Sequence, Type, TypeVar, Union
 from . import protocol
 from .commands.base import Stream
 from .commands.disc import DiscCommands
+from .commands.film import FilmCommands
 from .commands.input import InputCommands
 from .commands.launcher import LauncherCommands
 from .commands.local import LocalCommands
@@ -68,6 +69,7 @@ class Bench(
     VehicleCommands,
     ScreenCommands,
     SystemCommands,
+    FilmCommands,
     LocalCommands,
 ):
     """A running bench. Every command of `zmctl` is a method; times are seconds, places are pixels.

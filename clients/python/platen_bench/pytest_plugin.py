@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import random
-import subprocess
 from pathlib import Path
 from typing import Any, Callable, Dict, Generator, Iterator, List, Optional
 
@@ -11,10 +10,8 @@ import pytest
 
 from .bench import Bench
 from .discs import TrackLike, default_cache, make_audio_cd, make_disc
-from .errors import BenchError
 from .plugin import shards
 from .plugin.evidence import Watched, folder_of, keep
-from .programs import find_bench, find_ctl
 
 _Benches = pytest.StashKey[List[Watched]]()
 _Durations = pytest.StashKey[Dict[str, float]]()
@@ -27,6 +24,7 @@ def pytest_addoption(parser: pytest.Parser) -> None:
     group = parser.getgroup("platen", "disc player on the bench")
     group.addoption("--bench", metavar="PATH", help="zmbench or its folder; else PLATEN_BENCH, a build, PATH")
     group.addoption("--film", action="store_true", help="a film of each failed test")
+    group.addoption("--film-all", action="store_true", help="a film of every test")
     group.addoption(
         "--seed", type=int, metavar="N", help="what the fixture `seed` gives; else a random number"
     )
@@ -47,8 +45,6 @@ def pytest_configure(config: pytest.Config) -> None:
     config.addinivalue_line(
         "markers", 'bench(**options): options of Bench for `unit`, such as clock="running"'
     )
-    if config.getoption("--film"):
-        raise pytest.UsageError(_about_films(config))
     if config.getoption("--shard"):
         try:
             shards.parse_shard(config.getoption("--shard"))
@@ -59,17 +55,6 @@ def pytest_configure(config: pytest.Config) -> None:
     # All workers of one run have the same seed: the first process chooses it.
     given = getattr(config, "workerinput", {}).get("platen_seed", config.getoption("--seed"))
     config.stash[_Seed] = random.randint(1, _HIGHEST_SEED) if given is None else int(given)
-
-
-def _about_films(config: pytest.Config) -> str:
-    try:
-        ctl = find_ctl(find_bench(config.getoption("--bench")))
-        knows = subprocess.run([ctl, "help", "film"], capture_output=True).returncode == 0
-    except (BenchError, OSError) as error:
-        return f"--film: {error}"
-    if knows:
-        return "--film: this zmctl makes films, but this plugin does not ask it for them yet"
-    return '--film: films are not there yet; this zmctl has no command "film"'
 
 
 @pytest.hookimpl(optionalhook=True)  # type: ignore[misc]
@@ -134,6 +119,12 @@ def pytest_sessionfinish(session: pytest.Session) -> None:
     shards.write_durations(file, {**kept, **durations})
 
 
+def _folder(item: pytest.Item, number: int) -> Path:
+    """Where a test's bench with that number leaves things."""
+    results = item.config.invocation_params.dir / str(item.config.getoption("--results"))
+    return folder_of(results, item.nodeid, number)
+
+
 @pytest.hookimpl(hookwrapper=True)  # type: ignore[misc]
 def pytest_runtest_makereport(item: pytest.Item, call: Any) -> Generator[None, Any, None]:
     outcome = yield
@@ -142,10 +133,9 @@ def pytest_runtest_makereport(item: pytest.Item, call: Any) -> Generator[None, A
     benches = item.stash.get(_Benches, none)
     if not report.failed or report.when == "teardown":
         return
-    results = item.config.invocation_params.dir / str(item.config.getoption("--results"))
     for number, watched in enumerate(benches):
         lines = []
-        for name, path in keep(folder_of(results, item.nodeid, number), watched):
+        for name, path in keep(_folder(item, number), watched):
             item.user_properties.append((name, path))
             lines.append(f"{name + ':':<9}{path}")
         report.sections.append(("What the bench left", "\n".join(lines)))
@@ -185,24 +175,31 @@ def start_bench(request: pytest.FixtureRequest) -> Iterator[Callable[..., Bench]
     """Starts a bench: `start_bench(disc=..., clock="stopped")`. It ends with the test, and if that fails it leaves
     what `unit` would."""
     benches: List[Watched] = request.node.stash.setdefault(_Benches, [])
-    program = request.config.getoption("--bench")
+    config = request.config
+    program = config.getoption("--bench")
+    every = bool(config.getoption("--film-all"))
+    films = every or bool(config.getoption("--film"))
 
     def start(**options: Any) -> Bench:
+        film = _folder(request.node, len(benches)) / "film.webm" if films else None
         bench = Bench(**{"program": program, **options})
-        benches.append(_watched(bench))
+        benches.append(_watched(bench, film))
         return bench
 
     try:
         yield start
     finally:
         for watched in benches:
+            if every:
+                watched.keep_film()
             watched.bench.close()
+            watched.drop_film()
         benches.clear()
 
 
-def _watched(bench: Bench) -> Watched:
+def _watched(bench: Bench, film: Optional[Path]) -> Watched:
     try:
-        return Watched(bench)
+        return Watched(bench, film)
     except BaseException:
         bench.close()
         raise

@@ -15,7 +15,7 @@ _PLAIN = re.compile(r"[A-Za-z0-9_./:=@%+,-]+")
 _SHORTEST_WAIT = 0.05
 # Commands that only ask, by their first words.
 _QUESTIONS = (
-    ("record",), ("timeline",), ("snapshot", "save"), ("screen",), ("drawn",), ("shot",), ("log",), ("ps",), ("help",), ("complete",), ("completion",),
+    ("record",), ("film",), ("timeline",), ("snapshot", "save"), ("screen",), ("drawn",), ("shot",), ("log",), ("ps",), ("help",), ("complete",), ("completion",),
     ("pps", "ls"), ("pps", "get"), ("pps", "watch"), ("pps", "history"),
 )  # fmt: skip
 # Commands of zmctl that do something but cannot stand in a script.

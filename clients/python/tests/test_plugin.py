@@ -13,6 +13,7 @@ from typing import Dict, Iterator, List
 
 import pytest
 
+from films import difference, frame, frames, gray
 from platen_bench import Bench, CommandFailed
 from platen_bench.discs import make_disc
 from platen_bench.plugin.changes import ChangeLog
@@ -206,11 +207,48 @@ def test_the_seed_stands_in_the_head_and_is_what_is_given(pytester: pytest.Pytes
     result.stdout.fnmatch_lines(["platen: --seed 7"])
 
 
-def test_films_are_refused_with_a_sentence(pytester: pytest.Pytester) -> None:
-    pytester.makepyfile("def test_it(): pass")
-    result = run(pytester, "--film")
-    assert result.ret == pytest.ExitCode.USAGE_ERROR
-    result.stderr.fnmatch_lines(["*--film: films are not there yet*"])
+FILMED = """
+import pytest, time
+
+@pytest.mark.bench(disc_service=False)
+def test_passes(unit):
+    time.sleep(1)
+
+@pytest.mark.bench(disc_service=False)
+def test_fails(unit, start_bench):
+    start_bench(disc_service=False)
+    time.sleep(1)
+    unit.theme("day")
+    unit.settle()
+    time.sleep(1)
+    assert False
+
+def test_without_a_bench():
+    pass
+"""
+
+
+def test_films_of_failed_tests_are_kept(pytester: pytest.Pytester) -> None:
+    pytester.makepyfile(test_film=FILMED)
+    result = run(pytester, "--film", "--junitxml=report.xml")
+    result.assert_outcomes(passed=2, failed=1)
+    films = sorted(str(file.relative_to(pytester.path)) for file in pytester.path.rglob("*.webm"))
+    folder = "results/test_film.py-test_fails"
+    assert films == [f"{folder}-2/film.webm", f"{folder}/film.webm"]
+    assert frames(pytester.path / films[1]) >= 30 * 1.5
+    assert sorted(os.listdir(pytester.path / "results")) == ["test_film.py-test_fails", "test_film.py-test_fails-2"]
+    assert f"{folder}/film.webm" in (pytester.path / "report.xml").read_text()
+    result.stdout.fnmatch_lines([f"film:*{folder}/film.webm*"])
+    # The picture of the failure is the film's last.
+    seconds = frames(pytester.path / films[1]) / 30
+    picture = gray((pytester.path / folder / "screen.png").read_bytes())
+    assert difference(frame(pytester.path / films[1], seconds - 0.3), picture) < 2
+
+
+def test_all_films_are_kept_if_wanted(pytester: pytest.Pytester) -> None:
+    pytester.makepyfile(test_film=FILMED)
+    run(pytester, "--film-all", "-k", "passes").assert_outcomes(passed=1)
+    assert frames(pytester.path / "results/test_film.py-test_passes/film.webm") >= 15
 
 
 def test_parts_run_each_test_once_and_keep_their_durations(pytester: pytest.Pytester) -> None:

@@ -26,11 +26,29 @@ void finger(Call& call, Json message) {
     unit.shell().ask(std::move(message), ended);
 }
 
+// What a film shows of it: a finger that leaves the screen is not seen any more.
+void show(film::Film& film, const Json& message) {
+    const std::string kind = message["t"];
+    const auto at = [&](const char* name) { return message[name].get<int>(); };
+    if (kind == "touch") {
+        film.dragged(at("x"), at("y"), at("x"), at("y"));
+    } else if (kind == "drag") {
+        film.dragged(at("x1"), at("y1"), at("x2"), at("y2"));
+    } else if (kind == "press") {
+        film.pressed(at("x"), at("y"));
+    } else if (kind == "move") {
+        film.moved(at("x"), at("y"));
+    } else if (kind == "release") {
+        film.released(at("x"), at("y"));
+    }
+}
+
 // Input belongs to the application in front; a plain page knows the end of a touch only.
 bool input(Call& call, Json message, std::optional<std::pair<int, int>> releasedAt) {
     if (!call.arguments.complete()) {
         return false;
     }
+    show(call.processor.film(), message);
     if (call.unit.launcher().discInFront()) {
         message["t"] == "key" ? forward(call, std::move(message)) : finger(call, std::move(message));
         return true;
@@ -94,7 +112,9 @@ bool tap(Call& call) {
             call.run->fail(found.error());
             return;
         }
-        finger(call, {{"t", "touch"}, {"x", found->x}, {"y", found->y}, {"hold", hold}});
+        const Json touch = {{"t", "touch"}, {"x", found->x}, {"y", found->y}, {"hold", hold}};
+        show(call.processor.film(), touch);
+        finger(call, touch);
     });
     return true;
 }

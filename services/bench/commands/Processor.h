@@ -2,6 +2,7 @@
 
 #include "services/bench/commands/Recording.h"
 #include "services/bench/commands/Run.h"
+#include "services/bench/film/Film.h"
 #include "services/bench/unit/HeadUnit.h"
 #include "services/ctl/Arguments.h"
 
@@ -33,7 +34,9 @@ class Processor {
 public:
     /** `start`: how a bench like this one is started; a record says so. */
     explicit Processor(unit::HeadUnit& unit, std::string start = "zmbench")
-        : m_unit(unit), m_recording(std::move(start)) {}
+        : m_unit(unit), m_recording(std::move(start)),
+          m_film(unit.loop(), unit.compositor(), unit.options().programDir + "/zmfilm",
+                 unit.options().runtimeDir) {}
 
     /** Starts a command; the sink of `run` gets its output and its exit status, at once or later. */
     void execute(const std::shared_ptr<Run>& run);
@@ -43,10 +46,12 @@ public:
     static bool knows(std::string_view name);
     Recording& recording() { return m_recording; }
     const Recording& recording() const { return m_recording; }
+    film::Film& film() { return m_film; }
 
 private:
     unit::HeadUnit& m_unit;
     Recording m_recording;
+    film::Film m_film;
 };
 
 /** The rows of each subject, in the order of the help text. */
@@ -58,6 +63,7 @@ std::span<const Row> discRows();
 std::span<const Row> screenRows();
 std::span<const Row> systemRows();
 std::span<const Row> recordRows();
+std::span<const Row> filmRows();
 std::span<const Row> snapshotRows();
 
 /** Sends a message to the application and ends the command with its answer. */

@@ -285,6 +285,8 @@ void Server::serve(SoupServer*, SoupServerMessage* message, const char* path, GH
         soup_server_message_set_status(message, SOUP_STATUS_METHOD_NOT_ALLOWED, nullptr);
     } else if (name == "/api/shot.png") {
         server->shot(message);
+    } else if (name == "/api/film.webm") {
+        server->film(message);
     } else if (name == "/shortcuts.js") {
         answer(message, contentTypes.find(".js")->second, shortcutsModule());
     } else {
@@ -321,6 +323,22 @@ void Server::shot(SoupServerMessage* message) {
     } else {
         soup_server_message_set_status(message, SOUP_STATUS_INTERNAL_SERVER_ERROR, png.error().c_str());
     }
+}
+
+void Server::film(SoupServerMessage* message) {
+    GMappedFile* mapped = g_mapped_file_new(m_backend.filmFile.c_str(), FALSE, nullptr);
+    if (!mapped) {
+        soup_server_message_set_status(message, SOUP_STATUS_NOT_FOUND, nullptr);
+        return;
+    }
+    GBytes* bytes = g_mapped_file_get_bytes(mapped);
+    keepOpen(message);
+    soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
+    soup_message_headers_set_content_type(soup_server_message_get_response_headers(message), "video/webm",
+                                          nullptr);
+    soup_message_body_append_bytes(soup_server_message_get_response_body(message), bytes);
+    g_bytes_unref(bytes);
+    g_mapped_file_unref(mapped);
 }
 
 void Server::file(SoupServerMessage* message, const std::string& path) {

@@ -29,10 +29,12 @@ struct Backend {
     std::function<void(std::vector<std::string> argv, std::function<void(Answer)> done)> run;
     screen::Compositor& compositor;
     State::Sources sources;
+    std::string filmFile; ///< where a page's film lies once there is one
 };
 
 /**
- * The bench's page: files of a folder, `/api/command`, `/api/shot.png`, `/ws/screen` and `/ws/state` on one
+ * The bench's page: files of a folder, `/api/command`, `/api/shot.png`, `/api/film.webm`,
+ * `/ws/screen` and `/ws/state` on one
  * loopback port. Only for callers that know the token and come from the page itself. Everything on the loop's
  * thread.
  */
@@ -60,6 +62,7 @@ private:
                       void* self);
     void command(SoupServerMessage* message);
     void shot(SoupServerMessage* message);
+    void film(SoupServerMessage* message);
     void file(SoupServerMessage* message, const std::string& path);
 
     Backend m_backend;

@@ -3,6 +3,7 @@
 #include "services/disc/engine/SoundDevice.h"
 #include "services/disc/engine/SoundFile.h"
 #include "services/disc/engine/SoundLevel.h"
+#include "services/disc/engine/SoundTap.h"
 #include "services/disc/log/Log.h"
 
 #include <cstdlib>
@@ -11,7 +12,8 @@ namespace zm::disc::dvd {
 
 namespace {
 
-GstElement* makeSink() {
+// A device, open, or what stands for one; null for none.
+GstElement* makeDevice() {
     if (const char* file = std::getenv("ZM_SOUND"); file && *file) {
         if (GstElement* sink = engine::makeSoundFile(file)) {
             logInfo("the DVD's sound goes to %s\n", file);
@@ -20,19 +22,36 @@ GstElement* makeSink() {
         logWarning("the DVD's sound cannot be written to %s\n", file);
     }
     const auto device = engine::openSoundDevice();
-    if (!device.sink) {
+    if (device.sink) {
+        logInfo("the DVD's sound goes to %s\n", device.text.c_str());
+    } else {
         logInfo("%s for the DVD: playing silently\n", device.text.c_str());
+    }
+    return device.sink;
+}
+
+GstElement* makeSink() {
+    engine::openSoundTap();
+    GstElement* device = makeDevice();
+    if (!device) {
+        if (GstElement* tap = engine::makeSoundTap()) {
+            return tap;
+        }
         GstElement* sink = gst_element_factory_make("fakesink", nullptr);
         g_object_set(sink, "sync", TRUE, nullptr);
         return sink;
     }
-    logInfo("the DVD's sound goes to %s\n", device.text.c_str());
-    GstElement* chain =
-        gst_parse_bin_from_description("audioconvert ! audioresample name=last", TRUE, nullptr);
+    GstElement* chain = gst_parse_bin_from_description(
+        "tee name=both ! audioconvert ! audioresample name=last", TRUE, nullptr);
+    const engine::GstOwned<GstElement> both(gst_bin_get_by_name(GST_BIN(chain), "both"));
     const engine::GstOwned<GstElement> last(gst_bin_get_by_name(GST_BIN(chain), "last"));
-    gst_bin_add(GST_BIN(chain), device.sink);
-    gst_element_link(last.get(), device.sink);
-    gst_object_unref(device.sink);
+    engine::addSoundTap(GST_BIN(chain), both.get());
+    const bool floating = g_object_is_floating(device);
+    gst_bin_add(GST_BIN(chain), device);
+    gst_element_link(last.get(), device);
+    if (!floating) {
+        gst_object_unref(device);
+    }
     return chain;
 }
 

@@ -9,6 +9,7 @@ namespace zm::disc::engine {
 struct GstRelease {
     void operator()(GstElement* element) const { gst_object_unref(element); }
     void operator()(GstBus* bus) const { gst_object_unref(bus); }
+    void operator()(GstClock* clock) const { gst_object_unref(clock); }
     void operator()(GError* error) const { g_error_free(error); }
     void operator()(char* text) const { g_free(text); }
     void operator()(GstBuffer* buffer) const { gst_buffer_unref(buffer); }

@@ -1,6 +1,7 @@
 #include "services/disc/engine/SoundFile.h"
 
 #include "base/UniqueFd.h"
+#include "services/disc/engine/SoundTime.h"
 
 #include <gst/audio/audio.h>
 
@@ -31,7 +32,7 @@ public:
             !gst_buffer_map(buffer, &map, GST_MAP_READ)) {
             return;
         }
-        const gint64 begin = timeOf(sink, pad, buffer);
+        const gint64 begin = soundTime(sink, pad, buffer);
         if (m_end > 0 && begin > m_end) {
             const gint64 silent = std::min(begin - m_end, LongestSilence);
             const guint64 frames = gst_util_uint64_scale_round(static_cast<guint64>(silent),
@@ -47,15 +48,6 @@ public:
     }
 
 private:
-    static gint64 timeOf(GstElement* sink, GstPad* pad, GstBuffer* buffer) {
-        GstEvent* event = gst_pad_get_sticky_event(pad, GST_EVENT_SEGMENT, 0);
-        const GstSegment* segment = nullptr;
-        gst_event_parse_segment(event, &segment);
-        const guint64 running = gst_segment_to_running_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
-        gst_event_unref(event);
-        return static_cast<gint64>(gst_element_get_base_time(sink) + running);
-    }
-
     void write(std::string_view bytes) {
         while (!bytes.empty()) {
             const ssize_t count = ::write(m_file.get(), bytes.data(), bytes.size());

@@ -4,6 +4,7 @@
 #include "services/disc/engine/SoundDevice.h"
 #include "services/disc/engine/SoundFile.h"
 #include "services/disc/engine/SoundLevel.h"
+#include "services/disc/engine/SoundTap.h"
 #include "services/disc/log/Log.h"
 
 #include <gst/audio/audio.h>
@@ -25,12 +26,13 @@ constexpr int DiscRateBase = 11025;
 // What a device has taken is heard within this time.
 constexpr Milliseconds DeviceDelay{180};
 
-GstElement* device = nullptr; ///< null where there is none
+GstElement* device = nullptr; ///< null where there is none and nobody can film
+bool audible = false;         ///< by somebody in the car
 bool hasDelay = false;        ///< a file has none
 std::atomic<SoundChannel> channel{SoundChannel::Both};
 
-GstElement* openFile(const char* path) {
-    GstElement* sink = makeSoundFile(path);
+// Ready for one player after the other; null stays null.
+GstElement* keep(GstElement* sink) {
     if (sink) {
         gst_object_ref_sink(sink);
         gst_element_set_state(sink, GST_STATE_READY);
@@ -109,19 +111,22 @@ void setSoundChannel(SoundChannel heard) {
 }
 
 void openSound() {
+    openSoundTap();
     const char* file = std::getenv("ZM_SOUND");
     if (file && *file) {
-        device = openFile(file);
+        device = keep(makeSoundFile(file));
+        audible = device != nullptr;
         logInfo("sound %s %s\n", device ? "goes to" : "cannot be written to", file);
         return;
     }
     const SoundDevice opened = openSoundDevice();
     device = opened.sink;
-    hasDelay = device != nullptr;
+    audible = hasDelay = device != nullptr;
     if (device) {
         logInfo("sound goes to %s\n", opened.text.c_str());
     } else {
         logInfo("%s: playing silently\n", opened.text.c_str());
+        device = keep(makeSoundTap());
     }
 }
 
@@ -132,13 +137,17 @@ GstElement* makeSoundSink() {
         return sink;
     }
     // The player brings nothing that would fit the decoder's sound to the device.
-    GstElement* chain = gst_parse_bin_from_description(
-        "audioconvert name=first ! audioresample ! capsfilter name=format ! audioconvert name=last", FALSE,
-        nullptr);
+    GstElement* chain = gst_parse_bin_from_description("audioconvert name=first ! audioresample ! capsfilter "
+                                                       "name=format ! tee name=both ! audioconvert name=last",
+                                                       FALSE, nullptr);
     const GstOwned<GstElement> first(gst_bin_get_by_name(GST_BIN(chain), "first"));
     const GstOwned<GstElement> format(gst_bin_get_by_name(GST_BIN(chain), "format"));
     const GstOwned<GstElement> last(gst_bin_get_by_name(GST_BIN(chain), "last"));
+    const GstOwned<GstElement> both(gst_bin_get_by_name(GST_BIN(chain), "both"));
     mixDown(first.get());
+    if (audible) {
+        addSoundTap(GST_BIN(chain), both.get());
+    }
     gst_element_set_locked_state(device, FALSE);
     gst_bin_add(GST_BIN(chain), device);
     gst_element_link(last.get(), device);
@@ -154,7 +163,7 @@ GstElement* makeSoundSink() {
 }
 
 bool isHeard() {
-    return device != nullptr;
+    return audible;
 }
 
 Milliseconds soundDelay() {

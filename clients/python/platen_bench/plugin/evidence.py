@@ -4,9 +4,10 @@ from __future__ import annotations
 
 import re
 from pathlib import Path
-from typing import Callable, List, Tuple
+from typing import Callable, List, Optional, Tuple
 
 from ..bench import Bench
+from ..commands.film import Film
 from ..errors import BenchError
 from .changes import ChangeLog
 
@@ -14,11 +15,40 @@ _LOG_LINES = 2000
 
 
 class Watched:
-    """A bench of a test, with the PPS changes that came meanwhile."""
+    """A bench of a test, with the PPS changes that come meanwhile and, if there is a file for it, a film of all."""
 
-    def __init__(self, bench: Bench) -> None:
+    def __init__(self, bench: Bench, film: Optional[Path] = None) -> None:
         self.bench = bench
         self.changes = ChangeLog(bench)
+        self._film: Optional[Film] = None
+        self._film_kept = False
+        if film:
+            film.parent.mkdir(parents=True, exist_ok=True)
+            self._film = bench.begin_film(film, overwrite=True)
+
+    def keep_film(self) -> List[Tuple[str, str]]:
+        """Ends the film; gives name and path, and what is wrong with it."""
+        if not self._film or self._film_kept:
+            return []
+        self._film_kept = True
+        try:
+            self.bench.end_film(self._film)
+        except BenchError as error:
+            return [("film", f"{self._film.path} ({str(error).strip()})")]
+        missing = f" ({self._film.dropped} pictures are missing)" if self._film.dropped else ""
+        return [("film", self._film.path + missing)]
+
+    def drop_film(self) -> None:
+        """Removes the film unless it was kept, and its folders if nothing else is in them. After the bench's end."""
+        if not self._film or self._film_kept:
+            return
+        file = Path(self._film.path)
+        file.unlink(missing_ok=True)
+        for folder in list(file.parents)[:2]:
+            try:
+                folder.rmdir()
+            except OSError:
+                return
 
 
 def folder_of(results: Path, test: str, number: int) -> Path:
@@ -41,7 +71,7 @@ def keep(folder: Path, watched: Watched) -> List[Tuple[str, str]]:
         ("pps", "pps.txt", lambda: _text(watched.changes.lines())),
         ("bench", "bench.txt", lambda: _text(bench.errors.splitlines())),
     ]
-    kept = []
+    kept = watched.keep_film()
     for name, file, content in pieces:
         try:
             (folder / file).write_bytes(content())

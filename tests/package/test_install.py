@@ -181,3 +181,17 @@ def test_all_that_tell_a_version_tell_the_same(prefix: Path) -> None:
     about = (PROJECT / "deploy" / "desktop" / "org.platen.unit.metainfo.xml").read_text()
     assert re.findall(r'<release version="([^"]+)"', about)[0] == version
     assert re.findall(r"^## ([\d.]+)", (PROJECT / "CHANGELOG.md").read_text(), re.MULTILINE)[0] == version
+
+
+def test_packages_are_made_of_what_dev_installs() -> None:
+    """Whoever adds a library to ./dev is reminded of debian/control."""
+    found = re.search(r"^build_packages=\(([^)]*)\)", (PROJECT / "dev").read_text(), re.MULTILINE)
+    assert found
+    known = set(re.findall(r"^(?:\w[\w-]*:)? +([a-z0-9][a-z0-9.+-]+)(?: \(.*\))?,?$", control(), re.MULTILINE))
+    # Tests are not built for packages; of the rest the compiler is everywhere and the cache nobody's business.
+    needless = {"libgtest-dev", "libgmock-dev", "g++", "ccache"}
+    assert sorted(set(found[1].split()) - known - needless) == []
+
+
+def control() -> str:
+    return (PROJECT / "debian" / "control").read_text()

@@ -50,6 +50,12 @@ TEST(Expectation, NumbersAreComparedAsNumbersAndTextsAsTexts) {
     EXPECT_TRUE(holds({"screen.main.visible", "==", "true"}));
     EXPECT_TRUE(holds({"screen.main.windows.6.items.2065.text", "==", "Song"}));
     EXPECT_FALSE(holds({"screen.main.windows.6.items.2065.text", "<", "10"}));
+    for (const char* title : {"NaN", "-nan", "inf", "Infinity"}) {
+        auto output = Screen;
+        output.replace(output.find("\"Song\""), 6, '"' + std::string(title) + '"');
+        EXPECT_TRUE(holds({"screen.main.windows.6.items.2065.text", "==", title}, output)) << title;
+        EXPECT_NE(fault({"screen.main.window", "<", title}), "") << title;
+    }
 }
 
 TEST(Expectation, ContainsLooksForAPartOfATextOrAnElementOfAList) {

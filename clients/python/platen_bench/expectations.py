@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import json
+import math
 import re
 import time
 from dataclasses import dataclass
@@ -181,10 +182,11 @@ def wait_for(caller: Caller, wanted: Sequence[Condition], within: float) -> None
 
 
 def _number_or_text(text: str) -> object:
-    try:
-        return float(text)
-    except ValueError:
+    # Python takes more for a number: 1_000, nan, blanks around it, and what is too large for infinite.
+    if not re.fullmatch(r"-?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?", text, re.ASCII):
         return text
+    number = float(text)
+    return number if math.isfinite(number) else text
 
 
 def _shown(value: object) -> str:

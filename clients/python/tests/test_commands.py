@@ -310,6 +310,8 @@ def test_expectations_by_path(music: Bench) -> None:
         (("page.6", "==", 6), {}, '"page.6" is no path'),
         (("pps.zelmar/disc/status", "==", 6), {}, "is no path"),
         (("screen.main.window", "<", "six"), {}, '"six" is no number'),
+        (("screen.main.window", "<", "nan"), {}, '"nan" is no number'),
+        (("screen.main.window", "<", "1_0"), {}, '"1_0" is no number'),
         (("screen.main.window",), {}, "followed by an operator"),
     ],
 )

@@ -281,7 +281,7 @@ void Drive::insertDvd() {
     takeModes(m_dvdResume->modes());
     m_engine.rest(); // a DVD opens the sound device itself
     m_transport =
-        std::make_unique<dvd::Player>(m_loop, m_state, m_modes, m_makeDvdEngine(m_loop), *m_dvdResume, m_path,
+        std::make_unique<dvd::Player>(m_state, m_modes, m_makeDvdEngine(m_loop), *m_dvdResume, m_path,
                                       [this](const std::string& reason) { loadFailed(reason); });
     if (m_source) {
         m_transport->sourceOn();

@@ -17,7 +17,14 @@ DvdResume::DvdResume(player::ResumeMemory& memory, const std::string& identity) 
     }
 }
 
-void DvdResume::moved(const Scene& scene, const model::PlayModes& modes) {
+void DvdResume::shows(const Scene& scene, const model::PlayModes& modes) {
+    if (scene.title == 0) {
+        if (!m_menuCalled) {
+            beginsAnew(modes);
+        }
+        return;
+    }
+    m_menuCalled = false;
     m_keeper.moved({model::MediaKind::Video, scene.title, scene.chapter, scene.position, modes.repeat,
                     modes.shuffle, scene.sound, scene.subtitle < 0 ? zm::dvd::NoSubtitle : scene.subtitle});
 }

@@ -19,8 +19,10 @@ public:
     /** The disc's own modes; nothing when it is new. */
     std::optional<model::PlayModes> modes() const { return m_modes; }
 
-    /** Called often while a title plays. */
-    void moved(const Scene& scene, const model::PlayModes& modes);
+    /** Called often. A menu to which the disc itself has come is its end. */
+    void shows(const Scene& scene, const model::PlayModes& modes);
+    /** The menus until the next title are the user's look aside, who wants back to the film. */
+    void menuCalled() { m_menuCalled = true; }
     /** The next time it begins as a new disc. */
     void beginsAnew(const model::PlayModes& modes);
     void flush() { m_keeper.flush(); }
@@ -29,6 +31,7 @@ private:
     player::ResumeKeeper m_keeper;
     std::optional<DvdPlace> m_place;
     std::optional<model::PlayModes> m_modes;
+    bool m_menuCalled = false;
 };
 
 } // namespace zm::disc::dvd

@@ -307,7 +307,22 @@ def test_installed_it_is_found_by_itself(tmp_path: Path) -> None:
     subprocess.run(["cp", "-r", str(PACKAGE), str(source)], check=True)
     subprocess.run([*words, "--target", str(tmp_path / "site"), str(source)], check=True)
     assert (tmp_path / "site" / "platen_bench" / "py.typed").exists()
-    assert (tmp_path / "site" / "platen_bench" / "plugin" / "shards.py").exists()
+    sources = {str(file.relative_to(PACKAGE)) for file in (PACKAGE / "platen_bench").rglob("*.py")}
+    assert sources == {
+        str(file.relative_to(tmp_path / "site")) for file in (tmp_path / "site" / "platen_bench").rglob("*.py")
+    }
+    [metadata] = (tmp_path / "site").glob("platen_bench-*.dist-info/METADATA")
+    assert "Classifier: Typing :: Typed" in metadata.read_text()
+    # Whoever uses it gets its types.
+    (tmp_path / "user.py").write_text("from platen_bench import Bench\nreveal_type(Bench.digest)\n")
+    checked = subprocess.run(
+        [sys.executable, "-m", "mypy", "--cache-dir", str(tmp_path / "cache"), str(tmp_path / "user.py")],
+        env={**os.environ, "MYPYPATH": "", "PYTHONPATH": str(tmp_path / "site")},
+        cwd=tmp_path / "site",
+        capture_output=True,
+        encoding="utf-8",
+    )
+    assert "-> builtins.str" in checked.stdout, checked.stdout + checked.stderr
     result = subprocess.run(
         [sys.executable, "-m", "pytest", "--help"],
         env={**os.environ, "PYTHONPATH": str(tmp_path / "site")},

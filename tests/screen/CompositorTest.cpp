@@ -89,6 +89,21 @@ TEST_F(ScreenTest, ManyChangesOfOneTurnAreToldOnceUntilComposed) {
     EXPECT_EQ(compose(), before + 1) << "nothing to draw";
 }
 
+/** Somebody else may want the frame first, for a screenshot. */
+TEST_F(ScreenTest, WhatIsComposedBeforeItWasToldIsToldAllTheSame) {
+    RedApplication app(socket);
+    compose();
+    takeDamages();
+    call([this] {
+        compositor->setAppVisible(false);
+        return compositor->compose().width;
+    });
+    EXPECT_TRUE(eventually([&] { return takeDamages() == std::vector<Rect>{{0, 0, 800, 480}}; }));
+    compose();
+    app.sync();
+    EXPECT_TRUE(takeDamages().empty());
+}
+
 TEST_F(ScreenTest, AHiddenWindowCostsNothing) {
     Memory memory(800, 480);
     RawClient app(socket, "app");

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace zm::bench::screen {
 
@@ -33,6 +34,7 @@ struct Compositor::Impl {
     uint64_t composed = 0;
     std::deque<std::chrono::steady_clock::time_point> moments; ///< of the latest frames
     SurfaceDamage damage;                                      ///< parts of the frame that are out of date
+    Rect untold;            ///< what was brought up to date before the owner was told of it
     bool posted = false;    ///< the owner will be told of damage in the next turn
     bool announced = false; ///< the owner was told and has not composed since
     std::shared_ptr<bool> alive = std::make_shared<bool>(true);
@@ -88,9 +90,10 @@ struct Compositor::Impl {
                 return;
             }
             posted = false;
-            if (!damage.empty() && !announced && owner.onDamage) {
-                announced = true;
-                owner.onDamage(damage.bounds());
+            const Rect area = damage.bounds().united(std::exchange(untold, {}));
+            if (!area.empty() && !announced && owner.onDamage) {
+                announced = !damage.empty();
+                owner.onDamage(area);
             }
         });
     }
@@ -132,6 +135,9 @@ const Image& Compositor::compose() {
         const auto layers = m_impl->layers();
         for (const auto& rect : m_impl->damage.rects()) {
             composeLayers(m_impl->frame, rect, layers);
+        }
+        if (m_impl->posted) {
+            m_impl->untold = m_impl->untold.united(m_impl->damage.bounds());
         }
         m_impl->damage.clear();
         ++m_impl->composed;

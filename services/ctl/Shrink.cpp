@@ -8,8 +8,10 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 namespace zm::ctl {
 
@@ -18,6 +20,7 @@ namespace {
 using Words = std::vector<std::string>;
 
 constexpr std::string_view Head = "#   zmbench";
+constexpr std::chrono::milliseconds LookInterval(50);
 
 // "fog.zmctl" becomes "fog-small.zmctl".
 std::string smallName(const std::string& file) {
@@ -69,8 +72,11 @@ int Shrink::run() {
     m_expectation = *Expectation::parse(behind(m_options.until));
     m_bench = behind(m_options.bench.empty() ? benchOf(m_options.file).value_or("") : m_options.bench);
     m_stopped = std::find(m_bench.begin(), m_bench.end(), "--manual-clock") != m_bench.end();
-    // What a script expects itself is no step: the expectation takes its place.
-    std::erase_if(m_lines, [](const ScriptLine& line) { return line.words[0] == "expect"; });
+    m_alone = std::find(m_bench.begin(), m_bench.end(), "--no-disc-service") != m_bench.end();
+    // What a script expects at its end is no step: the expectation takes its place. Before, it waits for what follows.
+    while (!m_lines.empty() && m_lines.back().words[0] == "expect") {
+        m_lines.pop_back();
+    }
 
     std::vector<size_t> all;
     for (size_t i = 0; i < m_lines.size(); ++i) {
@@ -116,6 +122,14 @@ std::optional<size_t> Shrink::tryOut(const std::vector<size_t>& steps) {
         ++done;
         if (holds(bench->client())) {
             return done;
+        }
+    }
+    // A disc service takes its time, also when all is quiet.
+    const auto deadline = std::chrono::steady_clock::now() + m_expectation->limit();
+    while (!m_alone && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(LookInterval);
+        if (holds(bench->client())) {
+            return steps.size();
         }
     }
     return std::nullopt;

@@ -52,6 +52,7 @@ private:
     std::vector<std::string> m_bench;
     std::vector<ScriptLine> m_lines;
     bool m_stopped = false; ///< the clock: pauses pass on it
+    bool m_alone = false;   ///< no disc service runs
     size_t m_tries = 0;
     std::string m_failure; ///< why no bench could be started
 };

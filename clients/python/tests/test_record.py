@@ -7,6 +7,7 @@ from pathlib import Path
 import pytest
 
 from platen_bench import Bench, CommandFailed
+from platen_bench.discs import make_disc
 from platen_bench.programs import find_ctl
 
 
@@ -46,6 +47,20 @@ def test_a_script_is_reduced_to_what_matters(tmp_path: Path) -> None:
         said = unit.shrink(long, until="pps.zelmar/disc/control.zmcmd.cmd > 0")
     assert "1 of 41 steps" in said
     assert steps((tmp_path / "long-small.zmctl").read_text())[0] == "try key next"
+
+
+def test_a_script_of_a_test_with_a_disc_is_reduced(tmp_path: Path) -> None:
+    disc = make_disc(["Fog", "Rain", "Snow"])
+    script = tmp_path / "inputs.zmctl"
+    text = "screen.main.windows.6.items.2065.text"
+    steps_of_the_test = ["expect screen.main.window == 6 within 10000", f"expect {text} == Fog within 10000"]
+    steps_of_the_test += ["theme day", "tap 6524", "theme night", f"expect {text} == Snow within 2000"]
+    script.write_text("\n".join([f"#   zmbench --disc {disc} --manual-clock", *steps_of_the_test]) + "\n")
+    with Bench(disc_service=False) as unit:
+        said = unit.shrink(script, until=f"{text} == Rain within 4000")
+    assert " of 5 steps" in said
+    left = steps((tmp_path / "inputs-small.zmctl").read_text())
+    assert "try tap 6524" in left and not any("theme" in line for line in left)
 
 
 def test_the_car_and_a_recorded_drive(tmp_path: Path) -> None:

@@ -75,6 +75,7 @@ void Window::redefine(WindowSpec next) {
     spec = std::move(next);
     auto before = std::exchange(items, {});
     m_byId.clear();
+    rests.clear();
     for (const ItemSpec& item : spec.items) {
         Item* parent = find(item.parent);
         const auto known = std::find_if(before.begin(), before.end(), [&](const auto& old) {
@@ -87,6 +88,9 @@ void Window::redefine(WindowSpec next) {
             items.push_back(std::move(*known));
         }
         m_byId[item.id] = items.back().get();
+        if (item.elapsed != 0) {
+            rests.push_back(items.back().get());
+        }
     }
 }
 

@@ -67,6 +67,7 @@ struct Item {
     std::unique_ptr<CUI_BtList> list; ///< of a list item; its rows are set and drawn by themselves
 
     bool pressed = false;
+    int fingerX = 0;    ///< where it is pressed
     bool dirty = false; ///< it, or a row of its list, was set since it was last drawn
     KeptLayout kept;
 
@@ -86,6 +87,7 @@ struct Window {
 
     WindowSpec spec;
     std::vector<std::unique_ptr<Item>> items; ///< in drawing order
+    std::vector<Item*> rests;                 ///< texts that show what is left of a time
 
     Item* find(int id) const;
 

@@ -55,4 +55,7 @@ struct CUI_BtList::Impl {
         zm::KeptLayout kept;
     };
     std::vector<KeptRow> keptRows;
+
+    bool moving = false;  ///< dragged or flung
+    zm::KeptLayout place; ///< of the number that is shown meanwhile
 };

@@ -106,7 +106,7 @@ void Motion::stepBusy(int64_t nowMs) {
     m_busyTurn = static_cast<double>((nowMs - m_busyStart) % busyTurnMs) / static_cast<double>(busyTurnMs);
     for (const Item* item : m_busyItems) {
         if (item->onPage()) {
-            m_pages.damage(item->window, item->spec.rect);
+            m_pages.damage(item->window, m_pages.drawnRect(*item));
         }
     }
 }
@@ -134,7 +134,7 @@ void Motion::stepProgress(double elapsedMs) {
             shown = position;
         }
         if (item->onPage()) {
-            m_pages.damage(item->window, item->spec.rect);
+            m_pages.damage(item->window, m_pages.drawnRect(*item));
         }
         return arrived;
     });
@@ -147,7 +147,7 @@ void Motion::fling(CUI_BtList::Impl& list, double speed, int64_t nowMs) {
     m_fling = Fling{&list, list.scroll, target, list.scroll, nowMs};
 }
 
-double Motion::stopFling(const CUI_BtList::Impl& list) {
+double Motion::stopFling(CUI_BtList::Impl& list) {
     if (!m_fling || m_fling->list != &list) {
         return 0;
     }
@@ -176,7 +176,9 @@ void Motion::stepFling(int64_t nowMs) {
     }
 }
 
-void Motion::report(const CUI_BtList::Impl& list, int state) {
+void Motion::report(CUI_BtList::Impl& list, int state) {
+    list.moving = state == listScrolling;
+    list.drawList();
     _tagList_Info info{list.item.spec.id, state, list.top()};
     m_listener.listScrolled(list.item.window.spec.id, listScrolling, info);
 }

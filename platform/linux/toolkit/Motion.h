@@ -33,9 +33,9 @@ public:
     /** Lets a list run on with a speed in pixels a millisecond; it comes to rest on a whole row. */
     void fling(CUI_BtList::Impl& list, double speed, int64_t nowMs);
     /** Stops a running list where it is; gives its speed in pixels a millisecond, 0 if it did not run. */
-    double stopFling(const CUI_BtList::Impl& list);
+    double stopFling(CUI_BtList::Impl& list);
     /** Tells the listener that a list begins (3) or ends (5) to scroll. */
-    void report(const CUI_BtList::Impl& list, int state);
+    void report(CUI_BtList::Impl& list, int state);
 
     /** A window that is no longer shown but still fades. */
     struct Leaving {

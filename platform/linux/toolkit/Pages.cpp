@@ -1,5 +1,7 @@
 #include "platform/linux/toolkit/Pages.h"
 
+#include "platform/linux/toolkit/TimeText.h"
+
 #include <algorithm>
 
 namespace zm {
@@ -93,6 +95,29 @@ bool Pages::show(Window& window, bool show) {
 void Pages::takeOver(Item& item) {
     item.dirty = false;
     item.drawn = item.set;
+    for (Item* child : item.children) {
+        const std::vector<int>& texts = child->spec.whenText;
+        if (!texts.empty()) {
+            const bool shown = std::find(texts.begin(), texts.end(), item.drawn.textId) != texts.end();
+            child->dirty = child->dirty || child->set.visible != shown;
+            child->set.visible = shown;
+        }
+    }
+    for (Item* rest : item.window.rests) {
+        if (rest->spec.total == item.spec.id || rest->spec.elapsed == item.spec.id) {
+            showRest(*rest);
+        }
+    }
+}
+
+void Pages::showRest(Item& rest) {
+    const auto seconds = [&](int id) { return secondsOf(rest.window.find(id)->drawn.text); };
+    const int left = seconds(rest.spec.total) - seconds(rest.spec.elapsed);
+    const std::string text = left > 0 ? "\u2212" + timeText(left) : "";
+    if (rest.set.text != text) {
+        rest.set.text = rest.drawn.text = text;
+        m_damage.add(rest.spec.rect);
+    }
 }
 
 void Pages::draw(Item& item) {
@@ -102,7 +127,7 @@ void Pages::draw(Item& item) {
     if (item.dirty) {
         const bool withChildren =
             item.set.visible != item.drawn.visible || item.set.enabled != item.drawn.enabled;
-        m_damage.add(withChildren ? item.bounds() : item.spec.rect);
+        m_damage.add(withChildren ? item.bounds() : drawnRect(item));
         takeOver(item);
         if (item.spec.kind == ItemKind::Progress && progressDrawn) {
             progressDrawn(item);
@@ -111,6 +136,15 @@ void Pages::draw(Item& item) {
     for (Item* child : item.children) {
         draw(*child);
     }
+}
+
+Rect Pages::drawnRect(const Item& item) const {
+    Rect rect = item.spec.rect;
+    if (item.spec.kind == ItemKind::Progress && !item.pressed) {
+        rect.y += style(item).bubble;
+        rect.h -= style(item).bubble;
+    }
+    return rect;
 }
 
 void Pages::drawWindow(Window& window) {
@@ -162,6 +196,10 @@ void Pages::translate() {
 void Pages::setText(Content& content, int textId) const {
     content.textId = textId;
     content.text = m_resource.text(textId, m_language);
+}
+
+void Pages::paletteOf(const Window& window) {
+    m_palette = &m_resource.themes.at(window.spec.theme.empty() ? m_theme : window.spec.theme);
 }
 
 bool Pages::setTheme(const std::string& name) {

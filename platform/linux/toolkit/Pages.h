@@ -61,6 +61,10 @@ public:
     Color color(int index) const {
         return index == noColor ? Color{0, 0, 0, 0} : (*m_palette)[static_cast<size_t>(index)];
     }
+    /** The colours of the theme that the window names; of the present one for others. From now on. */
+    void paletteOf(const Window& window);
+    /** Where an item that nobody touches is drawn: a progress bar without its bubble. */
+    Rect drawnRect(const Item& item) const;
     const Style& style(const Item& item) const {
         return m_resource.styles[static_cast<size_t>(item.spec.style)];
     }
@@ -68,6 +72,8 @@ public:
 private:
     void damageAll() { m_damage.add(m_screen); }
     void takeOver(Item& item);
+    /** Puts the time that is left into a text that shows it. */
+    void showRest(Item& rest);
     void translate();
 
     Resource m_resource;

@@ -1,4 +1,5 @@
 #include "platform/linux/toolkit/Painter.h"
+#include "platform/linux/toolkit/TimeText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,6 +39,7 @@ void Painter::paint(cairo_t* cairo, const Rect& area, Contents contents) {
 }
 
 void Painter::paintWindow(const Window& window, const Rect& area) {
+    m_pages.paletteOf(window);
     if (window.spec.background != noColor) {
         source(window.spec.background);
         cairo_paint(m_cairo);
@@ -90,7 +92,7 @@ void Painter::paintItem(Item& item, const Rect& area) {
     case ItemKind::List:
         return paintList(item, area);
     case ItemKind::Panel:
-        return paintBox(box, m_pages.style(item), appearance(item).look);
+        return paintPanel(box, m_pages.style(item), appearance(item).look);
     case ItemKind::Text:
     case ItemKind::Icon:
     case ItemKind::Button:
@@ -133,6 +135,26 @@ void Painter::paintBox(const Rect& box, const Style& style, const Look& look) {
     }
 }
 
+void Painter::paintPanel(const Rect& box, const Style& style, const Look& look) {
+    if ((style.fadeTop == 0 && style.fadeBottom == 0) || look.fill == noColor) {
+        return paintBox(box, style, look);
+    }
+    const Color c = m_pages.color(look.fill);
+    cairo_pattern_t* veil = cairo_pattern_create_linear(0, box.y, 0, box.y + box.h);
+    const auto stop = [&](int pixels, double alpha) {
+        cairo_pattern_add_color_stop_rgba(veil, static_cast<double>(pixels) / box.h, c.red, c.green, c.blue,
+                                          alpha);
+    };
+    stop(0, style.fadeTop > 0 ? 0 : c.alpha);
+    stop(style.fadeTop, c.alpha);
+    stop(box.h - style.fadeBottom, c.alpha);
+    stop(box.h, style.fadeBottom > 0 ? 0 : c.alpha);
+    cairo_rectangle(m_cairo, box.x, box.y, box.w, box.h);
+    cairo_set_source(m_cairo, veil);
+    cairo_fill(m_cairo);
+    cairo_pattern_destroy(veil);
+}
+
 void Painter::paintMarker(const Rect& box, const Look& look, bool mirrored) {
     constexpr int thickness = 6;
     Rect bar;
@@ -152,10 +174,11 @@ void Painter::paintMarker(const Rect& box, const Look& look, bool mirrored) {
     cairo_fill(m_cairo);
 }
 
-void Painter::paintProgress(const Item& item) {
+void Painter::paintProgress(Item& item) {
     const Style& style = m_pages.style(item);
     const Look look = appearance(item).look;
-    const Rect& box = item.spec.rect;
+    const Rect box{item.spec.rect.x, item.spec.rect.y + style.bubble, item.spec.rect.w,
+                   item.spec.rect.h - style.bubble};
     // The part done is thicker than the rest: seen without colour, too.
     const Rect track{box.x + style.padding, box.y + (box.h - style.thickness) / 2, box.w - 2 * style.padding,
                      style.thickness};
@@ -168,12 +191,39 @@ void Painter::paintProgress(const Item& item) {
     const double part = std::clamp((shown - value.minimum) / range, 0.0, 1.0);
     const double end = style.thickness / 2.0;
     const double y = box.y + box.h / 2.0;
+    const double way = track.w - style.thickness;
+    const double begin = track.x + end;
     cairo_set_line_width(m_cairo, style.thickness);
     cairo_set_line_cap(m_cairo, CAIRO_LINE_CAP_ROUND);
-    cairo_move_to(m_cairo, track.x + end, y);
-    cairo_line_to(m_cairo, track.x + end + (track.w - style.thickness) * part, y);
+    cairo_move_to(m_cairo, begin, y);
+    cairo_line_to(m_cairo, begin + way * part, y);
     source(look.icon);
     cairo_stroke(m_cairo);
+    if (item.pressed) {
+        const double finger = std::clamp((item.fingerX - begin) / way, 0.0, 1.0);
+        paintKnob(item, begin + way * finger, y, finger);
+    }
+}
+
+void Painter::paintKnob(Item& item, double x, double y, double part) {
+    const Style& style = m_pages.style(item);
+    const Look& look = style.look(LookState::Pressed);
+    cairo_new_path(m_cairo);
+    cairo_arc(m_cairo, x, y, style.thickness * 1.25, 0, 2 * std::numbers::pi);
+    source(look.icon);
+    cairo_fill(m_cairo);
+    const Item* total = item.spec.total != 0 ? item.window.find(item.spec.total) : nullptr;
+    const int whole = total ? secondsOf(of(*total).text) : 0;
+    if (style.bubble == 0 || whole == 0) {
+        return;
+    }
+    const Line line{timeText(static_cast<int>(whole * part)), TextDirection::LeftToRight};
+    const int wide = naturalWidth(item.kept, line, style, look.bold) + 2 * style.gap;
+    const Rect& rect = item.spec.rect;
+    const int left = std::clamp(static_cast<int>(x) - wide / 2, rect.x, rect.x + rect.w - wide);
+    const Rect box{left, rect.y, wide, style.bubble};
+    paintBox(box, style, {.fill = look.border});
+    paintText(item.kept, line, box, style, look, Align::Center);
 }
 
 void Painter::paintAnimation(const Item& item) {

@@ -26,6 +26,11 @@ private:
         Look look;
         int buttonState;
     };
+    /** A text and how it is read. */
+    struct Line {
+        std::string text;
+        TextDirection direction;
+    };
     Appearance appearance(const Item& item) const;
     const Content& of(const Item& item) const {
         return m_contents == Contents::Drawn ? item.drawn : item.set;
@@ -37,22 +42,24 @@ private:
     void paintLeaving(const Motion::Leaving& leaving, const Rect& area);
     void paintItem(Item& item, const Rect& area);
     void paintLabel(Item& item);
+    /** A text whose count and words stand in boxes of their own, one behind the other. */
+    void paintChips(Item& item, Line line, const Style& style, const Look& look);
     TextDirection ofLanguage() const {
         return m_pages.rightToLeft() ? TextDirection::RightToLeft : TextDirection::LeftToRight;
     }
-    void paintProgress(const Item& item);
+    void paintProgress(Item& item);
+    /** What shows where a finger touches a progress bar, and what time that is. */
+    void paintKnob(Item& item, double x, double y, double part);
     void paintAnimation(const Item& item);
     void paintList(Item& item, const Rect& area);
     void paintRow(CUI_BtList::Impl& list, int index);
-    void paintScrollBar(const CUI_BtList::Impl& list);
+    void paintScrollBar(CUI_BtList::Impl& list);
+    /** Which row stands on top, beside the scroll bar of a long list that moves. */
+    void paintPlace(CUI_BtList::Impl& list, const Rect& thumb);
 
+    void paintPanel(const Rect& box, const Style& style, const Look& look);
     void paintBox(const Rect& box, const Style& style, const Look& look);
     void paintMarker(const Rect& box, const Look& look, bool mirrored);
-    /** A text and how it is read. */
-    struct Line {
-        std::string text;
-        TextDirection direction;
-    };
     Line lineOf(const Item& item) const;
     void paintText(KeptLayout& kept, const Line& line, const Rect& box, const Style& style, const Look& look,
                    Align align);

@@ -11,6 +11,8 @@ namespace {
 
 constexpr int scrollBarWidth = 8;
 constexpr int leastThumb = 40;
+constexpr int shortList = 3; ///< a list of less views needs no number while it moves
+constexpr int placeHeight = 56;
 constexpr size_t kindSlot = 0;
 constexpr size_t markSlot = 2;
 /** Rows that were drawn last are kept, so that a list that is scrolled lays out only the new ones. */
@@ -81,7 +83,7 @@ void Painter::paintRow(CUI_BtList::Impl& list, int index) {
     paintText(keptRow(list, index), {list.text(row), ofLanguage()}, inner, style, look, Align::Start);
 }
 
-void Painter::paintScrollBar(const CUI_BtList::Impl& list) {
+void Painter::paintScrollBar(CUI_BtList::Impl& list) {
     if (list.end() <= 0 && list.scroll <= 0) {
         return;
     }
@@ -95,10 +97,31 @@ void Painter::paintScrollBar(const CUI_BtList::Impl& list) {
     roundedPath(track, scrollBarWidth / 2.0, 0);
     source(look.fill);
     cairo_fill(m_cairo);
-    roundedPath({track.x, track.y + static_cast<int>(std::lround((track.h - thumb) * part)), track.w, thumb},
-                scrollBarWidth / 2.0, 0);
-    source(look.border);
+    const Rect handle{track.x, track.y + static_cast<int>(std::lround((track.h - thumb) * part)), track.w,
+                      thumb};
+    roundedPath(handle, scrollBarWidth / 2.0, 0);
+    source(look.icon);
     cairo_fill(m_cairo);
+    if (list.moving && whole > shortList * view.h) {
+        paintPlace(list, handle);
+    }
+}
+
+void Painter::paintPlace(CUI_BtList::Impl& list, const Rect& thumb) {
+    const Style& style = m_pages.style(list.item);
+    const Look& look = style.look(LookState::Selected);
+    const Rect& view = list.item.spec.rect;
+    const int row = std::clamp(list.top(), 0, static_cast<int>(list.rows.size()) - 1) + 1;
+    const Line line{std::to_string(row) + " / " + std::to_string(list.rows.size()),
+                    TextDirection::LeftToRight};
+    const int wide = naturalWidth(list.place, line, style, true) + 2 * style.padding;
+    const int left = m_pages.rightToLeft() ? thumb.x + 2 * scrollBarWidth : thumb.x - scrollBarWidth - wide;
+    const int top = std::clamp(thumb.y + (thumb.h - placeHeight) / 2, view.y, view.y + view.h - placeHeight);
+    const Rect box{left, top, wide, placeHeight};
+    paintBox(box, style, look);
+    Look text = look;
+    text.bold = true;
+    paintText(list.place, line, box, style, text, Align::Center);
 }
 
 } // namespace zm

@@ -26,6 +26,15 @@ int topOfText(PangoLayout* layout, int boxHeight, const Style& style) {
     return static_cast<int>(std::lround(boxHeight / 2.0 + halfCapital * style.textSize)) - baseline;
 }
 
+/** Of a text such as "1/3 English" the bytes of "1/3"; 0 where it begins otherwise or nothing follows. */
+size_t lengthOfCount(const std::string& text) {
+    const size_t end = text.find_first_not_of("0123456789/");
+    const size_t slash = text.find('/');
+    const bool counts = end != std::string::npos && text[end] == ' ' && slash != std::string::npos &&
+                        slash > 0 && slash + 1 < end;
+    return counts && text.find_first_not_of(' ', end) != std::string::npos ? end : 0;
+}
+
 } // namespace
 
 PangoLayout* Painter::prepare(KeptLayout& kept, const Line& line, const Style& style, bool bold) {
@@ -81,6 +90,24 @@ Painter::Line Painter::lineOf(const Item& item) const {
     return {content.text, content.textId != 0 ? ofLanguage() : directionOf(content.text)};
 }
 
+void Painter::paintChips(Item& item, Line line, const Style& style, const Look& look) {
+    const size_t count = lengthOfCount(line.text);
+    const size_t words = line.text.find_first_not_of(' ', count);
+    Rect box = item.spec.rect;
+    const int end = box.x + box.w;
+    const auto chip = [&](KeptLayout& kept, const Line& part) {
+        const int width = naturalWidth(kept, part, style, look.bold) + 1 + 2 * style.padding;
+        box.w = std::min(width, end - box.x);
+        paintBox(box, style, look);
+        const Rect inner{box.x + style.padding, box.y, box.w - 2 * style.padding, box.h};
+        paintText(kept, part, inner, style, look, style.align);
+        box.x += box.w + style.gap;
+    };
+    KeptLayout first;
+    chip(first, {line.text.substr(0, count), TextDirection::LeftToRight});
+    chip(item.kept, {line.text.substr(words), line.direction});
+}
+
 void Painter::paintLabel(Item& item) {
     const Style& style = m_pages.style(item);
     const auto [look, buttonState] = appearance(item);
@@ -88,6 +115,9 @@ void Painter::paintLabel(Item& item) {
     const bool rtl = m_pages.rightToLeft();
     const Line line = lineOf(item);
     const std::string& text = line.text;
+    if (style.chips && lengthOfCount(text) > 0) {
+        return paintChips(item, line, style, look);
+    }
     if (style.hugs) {
         const bool blank = text.find_first_not_of(' ') == std::string::npos;
         const int width = blank ? 0 : naturalWidth(item.kept, line, style, look.bold) + 1 + 2 * style.padding;

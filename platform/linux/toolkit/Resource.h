@@ -58,11 +58,15 @@ struct Style {
     int gap = 8;  ///< between icon and text
     int rows = 5; ///< of a list
     int rowGap = 0;
-    int thickness = 8; ///< of a progress bar or the busy animation
+    int thickness = 8;  ///< of a progress bar or the busy animation
+    int fadeTop = 0;    ///< so many pixels of a panel's fill fade in at its upper edge
+    int fadeBottom = 0; ///< and out at its lower one
+    int bubble = 0;     ///< of a progress bar: room above it for the time under the finger
     Align align = Align::Center;
     IconAt iconAt = IconAt::Center;
     std::string suffix; ///< drawn behind the text, e.g. a unit
     bool hugs = false;  ///< the box is as wide as the text, and not drawn behind a blank one
+    bool chips = false; ///< a count that begins the text ("1/3 English") has a box of its own
     std::array<Look, lookStates> looks;
 
     const Look& look(LookState state) const { return looks[static_cast<size_t>(state)]; }
@@ -92,6 +96,10 @@ struct ItemSpec {
     std::string text;
     std::map<int, int> icons;                 ///< picture per button state
     std::map<std::string, int> pictureOfText; ///< a state image: picture chosen by the item's text
+    std::vector<int> whenText;                ///< seen only while its parent shows one of these texts
+    int total =
+        0; ///< id of the item with the whole time: of a progress bar, or of a text that shows the rest
+    int elapsed = 0; ///< id of the item with the time that is over, of such a text
     int state = 0;
     bool visible = true;
     bool enabled = true;
@@ -102,6 +110,7 @@ struct WindowSpec {
     int id = 0;
     std::string name;
     int background = noColor;
+    std::string theme;     ///< whose colours it always has; empty for the present one
     bool stacked = false;  ///< lies above the others instead of replacing them
     bool returns = false;  ///< when hidden, gives way to the page that it replaced
     bool touchAll = false; ///< the whole window takes touches, not only its items

@@ -27,15 +27,18 @@ struct SizeMember {
     int most;
 };
 
-constexpr std::array<SizeMember, 9> sizes = {{{"textSize", &Style::textSize, 8, 200},
-                                              {"iconSize", &Style::iconSize, 8, 400},
-                                              {"lines", &Style::lines, 1, 10},
-                                              {"radius", &Style::radius, 0, 240},
-                                              {"padding", &Style::padding, 0, 200},
-                                              {"gap", &Style::gap, 0, 200},
-                                              {"rows", &Style::rows, 1, 20},
-                                              {"rowGap", &Style::rowGap, 0, 40},
-                                              {"thickness", &Style::thickness, 1, 60}}};
+constexpr std::array<SizeMember, 12> sizes = {{{"textSize", &Style::textSize, 8, 200},
+                                               {"iconSize", &Style::iconSize, 8, 400},
+                                               {"lines", &Style::lines, 1, 10},
+                                               {"radius", &Style::radius, 0, 240},
+                                               {"padding", &Style::padding, 0, 200},
+                                               {"gap", &Style::gap, 0, 200},
+                                               {"rows", &Style::rows, 1, 20},
+                                               {"rowGap", &Style::rowGap, 0, 40},
+                                               {"thickness", &Style::thickness, 1, 60},
+                                               {"fadeTop", &Style::fadeTop, 0, 200},
+                                               {"fadeBottom", &Style::fadeBottom, 0, 200},
+                                               {"bubble", &Style::bubble, 0, 100}}};
 
 struct ColorMember {
     const char* name;
@@ -61,7 +64,7 @@ constexpr std::array<MemberName, 9> lookNames = {{{"color"},
                                                   {"marker"}}};
 
 std::vector<MemberName> styleNames() {
-    std::vector<MemberName> names = {{"base"}, {"align"}, {"iconAt"}, {"suffix"}, {"hugs"}};
+    std::vector<MemberName> names = {{"base"}, {"align"}, {"iconAt"}, {"suffix"}, {"hugs"}, {"chips"}};
     for (const SizeMember& size : sizes) {
         names.push_back({size.name});
     }
@@ -76,6 +79,9 @@ std::vector<MemberName> styleNames() {
 
 int ResourceReader::colorIndex(const Node& node) const {
     const std::string& name = string(node, "the name of a colour of the themes, or \"none\"");
+    if (name.starts_with('#')) {
+        fail(node, "the name of a colour; what colour it is stands in the themes only");
+    }
     const auto found = std::find(m_resource.palette.begin(), m_resource.palette.end(), name);
     if (found == m_resource.palette.end() && name != "none") {
         fail(node, "the name of a colour of the themes, or \"none\"" + didYouMean(name, m_resource.palette));
@@ -147,6 +153,9 @@ void ResourceReader::readStyle(const std::string& name, const Node& node) {
     }
     if (const Node* value = node.find("hugs")) {
         style.hugs = boolean(*value);
+    }
+    if (const Node* value = node.find("chips")) {
+        style.chips = boolean(*value);
     }
     readLook(node, allLooks, style);
     for (const auto& [stateName, state] : ownLooks) {

@@ -29,10 +29,16 @@ constexpr std::array<std::pair<const char*, bool>, 2> touchModes = {{{"all", tru
 constexpr std::array<std::pair<const char*, int>, 4> iconStates = {
     {{"pressed", StatePressed}, {"normal", StateNormal}, {"selected", StateSelected}, {"all", StateAll}}};
 
-constexpr std::array<MemberName, 7> windowNames = {
-    {{"id", true}, {"name"}, {"background"}, {"stacked"}, {"returns"}, {"touch"}, {"items", true}}};
+constexpr std::array<MemberName, 8> windowNames = {{{"id", true},
+                                                    {"name"},
+                                                    {"background"},
+                                                    {"theme"},
+                                                    {"stacked"},
+                                                    {"returns"},
+                                                    {"touch"},
+                                                    {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
-constexpr std::array<MemberName, 13> itemNames = {{{"id", true},
+constexpr std::array<MemberName, 16> itemNames = {{{"id", true},
                                                    {"kind", true},
                                                    {"rect", true},
                                                    {"style", true},
@@ -44,7 +50,10 @@ constexpr std::array<MemberName, 13> itemNames = {{{"id", true},
                                                    {"state"},
                                                    {"visible"},
                                                    {"enabled"},
-                                                   {"touch"}}};
+                                                   {"touch"},
+                                                   {"whenText"},
+                                                   {"total"},
+                                                   {"elapsed"}}};
 
 /** A change names the item and any of the others. */
 constexpr std::array<MemberName, itemNames.size()> changeNames = [] {
@@ -160,13 +169,18 @@ int ResourceReader::picture(const Node& node) const {
     return id;
 }
 
+int ResourceReader::textId(const Node& node) const {
+    const int id = integer(node, 1, highestId, "a text id");
+    if (!m_resource.texts.contains(id)) {
+        fail(node, "the id of a text from the section \"texts\"");
+    }
+    return id;
+}
+
 void ResourceReader::itemContent(const Node& node, ItemSpec& item) const {
     if (const Node* text = node.find("text")) {
         if (text->kind == Node::Kind::Number) {
-            item.textId = integer(*text, 1, highestId, "a text id");
-            if (!m_resource.texts.contains(item.textId)) {
-                fail(*text, "the id of a text from the section \"texts\"");
-            }
+            item.textId = textId(*text);
         } else {
             item.text = string(*text, "a text id or a text");
         }
@@ -202,6 +216,25 @@ ItemSpec ResourceReader::item(const Node& node) const {
     itemContent(node, item);
     if (const Node* parent = node.find("in")) {
         item.parent = integer(*parent, 1, highestId, "an item id");
+    }
+    if (const Node* texts = node.find("whenText")) {
+        for (const Node& text : array(*texts, "text ids").items) {
+            item.whenText.push_back(textId(text));
+        }
+        if (item.parent == 0) {
+            failFound(*texts, "\"whenText\" without \"in\"", "the item whose text is meant");
+        }
+        item.visible = false;
+    }
+    if (const Node* total = node.find("total")) {
+        item.total = integer(*total, 1, highestId, "an item id");
+    }
+    if (const Node* elapsed = node.find("elapsed")) {
+        item.elapsed = integer(*elapsed, 1, highestId, "an item id");
+        if (item.total == 0 || item.kind != ItemKind::Text) {
+            failFound(*elapsed, "\"elapsed\" alone or not for a text",
+                      "a text with \"total\" and \"elapsed\"");
+        }
     }
     if (const Node* state = node.find("state")) {
         item.state = choice(*state, startStates);
@@ -252,6 +285,15 @@ void ResourceReader::checkParents(const WindowSpec& window, const std::vector<No
         if (item.parent != 0 && !above.contains(item.parent)) {
             fail(*nodes[i].find("in"), "the id of an item that stands above in this window");
         }
+        for (const auto& [name, other] :
+             {std::pair{"total", item.total}, std::pair{"elapsed", item.elapsed}}) {
+            if (other != 0 &&
+                std::none_of(window.items.begin(), window.items.end(), [id = other](const ItemSpec& each) {
+                    return each.id == id && each.kind == ItemKind::Text;
+                })) {
+                fail(*nodes[i].find(name), "the id of a text of this window");
+            }
+        }
         if (!above.insert(item.id).second) {
             failFound(*nodes[i].find("id"), "item " + std::to_string(item.id) + " a second time",
                       "it once in window " + std::to_string(window.id));
@@ -273,6 +315,12 @@ void ResourceReader::readWindow(const Node& node) {
     }
     if (const Node* background = node.find("background")) {
         window.background = colorIndex(*background);
+    }
+    if (const Node* theme = node.find("theme")) {
+        window.theme = string(*theme, "the name of a theme");
+        if (!m_resource.themes.contains(window.theme)) {
+            fail(*theme, "the name of a theme from the section \"themes\"");
+        }
     }
     if (const Node* stacked = node.find("stacked")) {
         window.stacked = boolean(*stacked);

@@ -80,7 +80,7 @@ public:
     /** Codes "en", "de", "zh", "ar"; unknown ones fall back to English. False if the code is not in the
      * resource. */
     bool setLanguage(const std::string& code);
-    /** "night" or "day". */
+    /** One of the resource's themes; "night" is the one at start. */
     bool setTheme(const std::string& name);
 
     /** The pages' contents: {"6":{"items":{...}}}; only `window` when one is named. */

@@ -30,7 +30,8 @@ Touch::Hit Touch::hit(int x, int y) const {
             Item& item = **entry;
             const bool blocks = item.spec.kind == ItemKind::Panel &&
                                 m_pages.style(item).look(LookState::Normal).fill != noColor;
-            if ((!item.spec.touch && !blocks) || !item.spec.rect.contains(x, y) || !item.setVisible()) {
+            if ((!item.spec.touch && !blocks) || !m_pages.drawnRect(item).contains(x, y) ||
+                !item.setVisible()) {
                 continue;
             }
             return {*window, item.spec.touch ? &item : nullptr};
@@ -80,6 +81,9 @@ void Touch::press(int x, int y) {
     m_item = m_silent ? nullptr : target.item;
     m_control = m_item ? m_item->spec.id : 0;
     m_list = nullptr;
+    if (m_item) {
+        m_item->fingerX = x;
+    }
     if (m_item && m_item->list) {
         pressList(x, y);
     }
@@ -100,6 +104,11 @@ void Touch::pressList(int x, int y) {
 }
 
 void Touch::move(int x, int y, int64_t nowMs) {
+    if (m_down && m_item && m_item->pressed && m_item->spec.kind == ItemKind::Progress &&
+        m_item->fingerX != x) {
+        m_item->fingerX = x;
+        m_pages.damage(m_item->window, m_item->spec.rect);
+    }
     if (!m_down || !m_list) {
         return;
     }

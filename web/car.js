@@ -94,7 +94,7 @@ function makeVehicle() {
   vehicle.format = select([['24', '24 h'], ['12', '12 h']], (value) => act('time', vehicle.time.value, value));
   vehicle.format.setAttribute('aria-label', 'Display of the time');
   vehicle.language = select(languages, (value) => act('language', value));
-  vehicle.theme = select([['night', 'Night'], ['day', 'Day']], (value) => act('theme', value));
+  vehicle.theme = select([['night', 'Night'], ['day', 'Day'], ['contrast', 'High contrast']], (value) => act('theme', value));
   const number = (signal, max) => element('input', {type: 'number', min: '0', max, className: 'short', onchange: (event) => act('vehicle', signal, event.target.value)});
   const choice = (signal, ...words) => select(words.map((word) => [word, word]), (value) => act('vehicle', signal, value));
   car.speed = number('speed', '400');

@@ -23,7 +23,7 @@ constexpr std::array Texts = {
     CommandText{"appdata", "appdata TEXT", "application data\nExample: zmctl appdata '--song=\"Blue\"'"},
     CommandText{"language", "language LANGUAGE",
                 "language of all texts: en, de, zh, ar\nExample: zmctl language de"},
-    CommandText{"theme", "theme night|day", "colours of the screen\nExample: zmctl theme day"},
+    CommandText{"theme", "theme night|day|contrast", "colours of the screen\nExample: zmctl theme day"},
     CommandText{"requests", "requests [--clear]",
                 "what the application asked of the launcher, one JSON object a line, oldest first\n"
                 "--clear empties the list after printing it.\nExample: zmctl requests --clear"},

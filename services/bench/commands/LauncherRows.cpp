@@ -86,7 +86,7 @@ bool language(Call& call) {
 
 bool theme(Call& call) {
     const std::string name = call.arguments.word();
-    if (!call.arguments.complete() || (name != "night" && name != "day")) {
+    if (!call.arguments.complete() || (name != "night" && name != "day" && name != "contrast")) {
         return false;
     }
     call.unit.setTheme(name, endWith(call.run));

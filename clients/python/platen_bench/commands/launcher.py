@@ -34,9 +34,9 @@ class LauncherCommands(Caller):
         """Changes the language of all texts: "en", "de", "zh", "ar". Raises CommandFailed for another one."""
         self.command("language", code)
 
-    @form("theme night|day")
+    @form("theme night|day|contrast")
     def theme(self, name: str) -> None:
-        """Changes the colours of the screen: "night" or "day". Raises WrongUsage for another one."""
+        """Changes the colours of the screen: "night", "day" or "contrast". Raises WrongUsage for another one."""
         self.command("theme", name)
 
     @form("requests [--clear]")

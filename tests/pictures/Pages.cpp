@@ -120,7 +120,7 @@ constexpr PictureRow pageTable[] = {
      },
      "de"},
 
-    {"music", WND_AUDIO_PLAY, 0, music, "zh"},
+    {"music", WND_AUDIO_PLAY, 0, music, "zh", true},
     {"music-empty", WND_AUDIO_PLAY, 0, [](Stage& stage) { stage.unit.disc.insert(PLAY_TYPE_MUSIC); }},
     {"music-longest", WND_AUDIO_PLAY, 0, musicLongest},
     {"music-arabic-titles", WND_AUDIO_PLAY, 0, musicArabicTitles},
@@ -165,7 +165,7 @@ constexpr PictureRow pageTable[] = {
     {"pad-longest", WND_GOTO, 0, [](Stage& stage) { pad(stage, 65535, "65535"); }},
     {"pad-without-count", WND_GOTO, 0, [](Stage& stage) { pad(stage, 0, ""); }},
 
-    {"list", WND_MEDIA_LIST, 0, list, "de"},
+    {"list", WND_MEDIA_LIST, 0, list, "de", true},
     {"list-loading", WND_MEDIA_LIST, 0,
      [](Stage& stage) {
          list(stage);

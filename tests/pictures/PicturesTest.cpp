@@ -39,6 +39,9 @@ std::vector<Variant> variants(const PictureRow& row) {
     if (row.also) {
         all.push_back({row.also, "night"});
     }
+    if (row.contrast) {
+        all.push_back({"en", "contrast"});
+    }
     return all;
 }
 

@@ -14,6 +14,7 @@ struct PictureRow {
     int overlay; ///< window of the overlay; 0: it is hidden
     void (*steps)(Stage& stage);
     const char* also = nullptr; ///< a third language, where its texts are the ones to look at
+    bool contrast = false;      ///< also in the theme of high contrast
 };
 
 /** For the test's messages. */

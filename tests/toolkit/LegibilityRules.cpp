@@ -22,6 +22,8 @@ constexpr int leastText = 24;
 constexpr int leastStatusText = 20;
 constexpr int leastTitle = 32;
 
+/** Glyphs that other layers of a picture stand on: the rounded square and the disc. */
+constexpr std::array<std::string_view, 2> filledGlyphs = {"\uF12E", "\uF12F"};
 constexpr std::array statusTexts = {8, 11, 12, 20};
 constexpr std::array titles = {1012, 2065, 7004, 7034, 20121, 20124};
 
@@ -104,6 +106,13 @@ bool covers(const Rect& outer, const Rect& inner) {
     return outer.united(inner) == outer;
 }
 
+/** Where a panel has its whole colour. */
+Rect unfaded(const Resource& resource, const ItemSpec& panel) {
+    const Style& style = styleOf(resource, panel);
+    return {panel.rect.x, panel.rect.y + style.fadeTop, panel.rect.w,
+            panel.rect.h - style.fadeTop - style.fadeBottom};
+}
+
 /** The palette index of what an item's box lies on: the last filled item before it around it,
  * else the page. */
 int groundBelow(const Resource& resource, const WindowSpec& window, const ItemSpec& item) {
@@ -114,7 +123,7 @@ int groundBelow(const Resource& resource, const WindowSpec& window, const ItemSp
         }
         const int fill = styleOf(resource, other).look(LookState::Normal).fill;
         const bool replaced = other.rect == item.rect; // controls that take turns in one place
-        if (fill != noColor && !replaced && covers(other.rect, item.rect) &&
+        if (fill != noColor && !replaced && covers(unfaded(resource, other), item.rect) &&
             (other.parent == item.parent || other.id == item.parent)) {
             ground = fill;
         }
@@ -134,7 +143,9 @@ std::vector<Measured> pairsOf(const ItemSpec& item, const Look& look, int below)
     const int own = look.fill == noColor ? below : look.fill;
     switch (item.kind) {
     case ItemKind::Progress:
-        return {{"part done", look.icon, below, 3.0}, {"rest", look.fill, below, 3.0}};
+        return {{"part done", look.icon, below, 3.0},
+                {"rest", look.fill, below, 3.0},
+                {"time under the finger", look.border == noColor ? noColor : look.text, look.border, 4.5}};
     case ItemKind::Animation:
         return {{"ring", look.icon, below, 3.0}};
     case ItemKind::Panel:
@@ -302,6 +313,9 @@ Findings contrasts(const Resource& resource) {
     for (const auto& [theme, colors] : resource.themes) {
         eachItem(resource, [&, theme = theme](const WindowSpec& window, const ItemSpec& item) {
             const Style& style = styleOf(resource, item);
+            if (!window.theme.empty() && window.theme != theme) {
+                return; // this page always has the colours of its own
+            }
             // Nothing is drawn of the video page; the drawn cover is an ornament.
             if ((window.background == noColor && window.touchAll) || style.name == "cover") {
                 return;
@@ -314,10 +328,13 @@ Findings contrasts(const Resource& resource) {
             }
             // Colours of a picture's own.
             for (const int id : picturesOf(item)) {
+                const int fill = style.look(LookState::Normal).fill;
+                int ground = fill == noColor ? below : fill;
                 for (const Picture::Layer& layer : resource.pictures.at(id).layers) {
-                    const int fill = style.look(LookState::Normal).fill;
-                    compare(place(window, item) + theme + " ", theme,
-                            {"layer", layer.color, fill == noColor ? below : fill, 3.0});
+                    compare(place(window, item) + theme + " ", theme, {"layer", layer.color, ground, 3.0});
+                    if (holds(filledGlyphs, layer.text)) {
+                        ground = layer.color;
+                    }
                 }
             }
         });

@@ -89,7 +89,7 @@ TEST_F(SpoiltFile, rowsThatAreTooLow) {
 }
 
 TEST_F(SpoiltFile, keysThatStandTooClose) {
-    item(6, 6521).rect.x += 1;
+    item(6, 6521).rect.x += 5;
     EXPECT_THAT(distances(resource), Contains(HasSubstr("window 6 item 6521: too near to 6522")));
 }
 
@@ -104,7 +104,7 @@ TEST_F(SpoiltFile, tilesOfThePopupThatStandTooClose) {
 }
 
 TEST_F(SpoiltFile, anItemBesideTheScreen) {
-    item(6, 6525).rect.x = 700;
+    item(6, 6525).rect.x = 713;
     EXPECT_THAT(distances(resource), Contains("window 6 item 6525: not on the screen"));
 }
 
@@ -134,7 +134,7 @@ TEST_F(SpoiltFile, aDisabledKeyThatCannotBeRead) {
 TEST_F(SpoiltFile, aBorderThatIsNotSeen) {
     color("night", "outline") = color("night", "pressed");
     const Findings found = contrasts(resource);
-    EXPECT_THAT(found, Contains(HasSubstr("window 6 item 6521: night normal border contrasts")));
+    EXPECT_THAT(found, Contains(HasSubstr("window 24 item 2071: night normal border contrasts")));
     EXPECT_THAT(found, Contains(HasSubstr("window 6 item 2069: night normal rest contrasts")));
 }
 
@@ -144,20 +144,34 @@ TEST_F(SpoiltFile, anAccentThatIsNotSeen) {
 }
 
 TEST_F(SpoiltFile, aModeThatIsOnButNotSeen) {
-    resource.pictures.at(165).layers.front().color = styleOf(6, 6503).looks[0].fill;
+    resource.pictures.at(165).layers.front().color = static_cast<int>(
+        std::find(resource.palette.begin(), resource.palette.end(), "page") - resource.palette.begin());
     EXPECT_THAT(contrasts(resource), Contains(HasSubstr("window 6 item 6503: night layer contrasts 1.0")));
 }
 
 TEST_F(SpoiltFile, aTextOnTheBarePicture) {
     resource = readResource("OVERLAY");
     styleOf(1, 20201).looks[0].fill = zm::noColor; // the veil of the bars
-    EXPECT_THAT(contrasts(resource), Contains("window 1 item 2067: night normal text without a ground"));
+    EXPECT_THAT(contrasts(resource), Contains("window 1 item 2067: picture normal text without a ground"));
 }
 
 TEST_F(SpoiltFile, aVeilThatIsTooThin) {
     resource = readResource("OVERLAY");
-    color("night", "veil").alpha = 0.5;
-    EXPECT_THAT(contrasts(resource), Contains(HasSubstr("window 2 item 2067: night normal text contrasts")));
+    color("picture", "veil").alpha = 0.5;
+    EXPECT_THAT(contrasts(resource),
+                Contains(HasSubstr("window 2 item 2067: picture normal text contrasts")));
+}
+
+TEST_F(SpoiltFile, aTextWhereTheVeilFades) {
+    resource = readResource("OVERLAY");
+    item(2, 2067).rect.y -= 5;
+    EXPECT_THAT(contrasts(resource), Contains("window 2 item 2067: picture normal text without a ground"));
+}
+
+TEST_F(SpoiltFile, aTimeUnderTheFingerThatCannotBeRead) {
+    color("night", "onAccent") = color("night", "text");
+    EXPECT_THAT(contrasts(resource),
+                Contains(HasSubstr("window 6 item 2069: night normal time under the finger contrasts")));
 }
 
 TEST_F(SpoiltFile, aWordThatIsTooLongInOneLanguage) {

@@ -164,8 +164,8 @@ TEST_F(Paint, textsWithControlCharactersAndVeryLongOnesAreDrawn) {
 TEST_F(Paint, statesDifferInMoreThanColour) {
     // Seen without colour (only brightness steps against the button's own face), the four states still
     // differ.
-    stage.scene->showWindow(24, true);
-    const zm::Rect box = stage.rect(24, 503);
+    stage.scene->showWindow(20, true);
+    const zm::Rect box = stage.rect(20, 511);
     const auto shape = [&] {
         stage.scene->invalidate();
         stage.paint();
@@ -178,13 +178,13 @@ TEST_F(Paint, statesDifferInMoreThanColour) {
         return form;
     };
     const auto normal = shape();
-    stage.ui->SetItemState(24, 503, 3);
+    stage.ui->SetItemState(20, 511, 3);
     const auto selected = shape();
-    stage.ui->SetItemState(24, 503, 2);
-    stage.ui->EnableItem(24, 503, false);
+    stage.ui->SetItemState(20, 511, 2);
+    stage.ui->EnableItem(20, 511, false);
     const auto disabled = shape();
-    stage.ui->EnableItem(24, 503, true);
-    stage.pressItem(24, 503);
+    stage.ui->EnableItem(20, 511, true);
+    stage.pressItem(20, 511);
     const auto pressed = shape();
     EXPECT_NE(normal, selected);
     EXPECT_NE(normal, disabled);
@@ -259,8 +259,8 @@ TEST_F(Paint, thePartDoneOfAProgressBarIsThickerThanTheRest) {
     const zm::Rect box = stage.rect(6, 2069);
     const auto thickness = [&](int x) {
         int pixels = 0;
-        for (int y = box.y; y < 320; ++y) { // the times stand below
-            pixels += stage.pixel(x, y) != stage.pixel(x, box.y) ? 1 : 0;
+        for (int y = box.y + box.h - 56; y < 334; ++y) { // the times stand below
+            pixels += stage.pixel(x, y) != stage.pixel(x, box.y + box.h - 56) ? 1 : 0;
         }
         return pixels;
     };
@@ -275,7 +275,7 @@ TEST_F(Paint, aMessageStandsAtTheSameHeightWithAndWithoutPicture) {
         stage.scene->invalidate();
         stage.paint();
         std::vector<int> rows;
-        for (int y = 310; y < height; ++y) {
+        for (int y = 220; y < height; ++y) {
             const auto row = cut(stage, {0, y, width, 1});
             if (std::count(row.begin(), row.end(), row.front()) != width) {
                 rows.push_back(y);

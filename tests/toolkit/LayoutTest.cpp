@@ -1,0 +1,97 @@
+// What stands out on a page, what belongs together, and how much of a film is hidden. Each rule is also shown to find
+// what breaks it.
+
+#include "LayoutRules.h"
+#include "SceneFixture.h"
+
+using namespace zm::test;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+/** The share of the screen's light that a page of the overlay takes away. */
+double covered(const std::string& file, int window) {
+    Stage stage(file);
+    stage.scene->showWindow(window, true);
+    stage.paint();
+    double sum = 0;
+    for (size_t alpha = 3; alpha < stage.pixels.size(); alpha += 4) {
+        sum += stage.pixels[alpha];
+    }
+    return sum / 255 / (width * height);
+}
+
+class Layout : public testing::Test {
+protected:
+    zm::ItemSpec& item(int window, int id) {
+        for (zm::WindowSpec& one : resource.windows) {
+            for (zm::ItemSpec& candidate : one.items) {
+                if (one.id == window && candidate.id == id) {
+                    return candidate;
+                }
+            }
+        }
+        throw std::out_of_range("no such item");
+    }
+    zm::Style& styleOf(int window, int id) {
+        return resource.styles[static_cast<size_t>(item(window, id).style)];
+    }
+
+    zm::Resource resource = readResource("DISC");
+};
+
+TEST_F(Layout, playIsThePrimaryAction) {
+    EXPECT_THAT(primaryActions(resource), IsEmpty());
+    EXPECT_THAT(primaryActions(readResource("OVERLAY")), IsEmpty());
+}
+
+TEST_F(Layout, aKeyAsLargeAsPlayIsFound) {
+    item(6, 6521).rect.w = 120;
+    EXPECT_THAT(primaryActions(resource), Contains("window 6 item 6522: not larger than 6521"));
+}
+
+TEST_F(Layout, aPrimaryActionWithoutAFaceIsFound) {
+    styleOf(6, 6522).looks[0].fill = zm::noColor;
+    EXPECT_THAT(primaryActions(resource), Contains("window 6 item 6522: not filled"));
+}
+
+TEST_F(Layout, aSecondFilledKeyIsFound) {
+    styleOf(6, 6504).looks[0].fill = 0;
+    EXPECT_THAT(primaryActions(resource), Contains("window 6 item 6504: filled beside the primary action"));
+}
+
+TEST_F(Layout, groupsStandApart) {
+    EXPECT_THAT(groupDistances(resource), IsEmpty());
+    item(6, 6503).rect.x += 1;
+    EXPECT_THAT(groupDistances(resource), Contains("window 6 item 6521: too near to the group of 6503"));
+}
+
+TEST_F(Layout, rowsAreSixtyPixelsHighEverywhere) {
+    EXPECT_THAT(rowHeights(resource), IsEmpty());
+    styleOf(25, 2000).rowGap = 2;
+    EXPECT_THAT(rowHeights(resource), Contains("window 25 item 2000: rows of 59"));
+}
+
+TEST_F(Layout, messagesStandAtOneHeight) {
+    EXPECT_THAT(messageHeights(resource), IsEmpty());
+    item(22, 7034).rect.y += 1;
+    EXPECT_THAT(messageHeights(resource), Contains("window 22 item 7034: a message at another height"));
+}
+
+TEST_F(Layout, everyTextIsOnAPage) {
+    EXPECT_THAT(unusedTexts({resource, readResource("OVERLAY"), readResource("OTHERS")}), IsEmpty());
+    resource.texts[20999] = {"Nobody reads this", "", "", ""};
+    EXPECT_THAT(unusedTexts({resource}), Contains("text 20999 is on no page"));
+}
+
+TEST_F(Layout, noMoreThanAThirdOfAFilmIsHidden) {
+    for (const int window : {1, 2, 4, 11}) {
+        const double share = covered(resourceDir + "OVERLAY.zmrc_device", window);
+        RecordProperty("window" + std::to_string(window), std::to_string(share));
+        EXPECT_LT(share, 0.35) << "window " << window;
+    }
+}
+
+} // namespace

@@ -26,7 +26,7 @@ PLAYS = """
 set -eu
 platen-demo-disc
 zmbench --no-web --audio-device none >/tmp/ready &
-until grep -q ready /tmp/ready; do sleep 0.2; done
+until grep -q ^ready /tmp/ready; do sleep 0.2; done
 zmctl insert --demo --wait
 zmctl expect pps.zelmar/disc/status.discstate == 2 within 20000
 zmctl screen --text
@@ -159,7 +159,7 @@ CLONE_RUNS = """
 set -eu
 cd /root/platen
 ./dev run --no-web --audio-device none >/root/ready 2>/root/log &
-until grep -q ready /root/ready; do
+until grep -q ^ready /root/ready; do
   kill -0 $! 2>/dev/null || { cat /root/log; exit 1; }
   sleep 1
 done

@@ -112,6 +112,16 @@ constexpr std::array Texts = {
         "Lanes for commands, composed frames, each PPS object, each program's log. FILE \"-\" prints it.\n"
         "Example: zmctl timeline trace.json"},
     CommandText{
+        "step", "step [--pixels RRGGBB] [--changes] [COMMAND...]",
+        "carries out a command, waits until nothing moves any more and prints what it led to, as JSON\n"
+        "Members: exit, out, err of the command; changes of PPS objects, requests to the launcher and lines\n"
+        "of the log since it began; screen as \"screen\" prints it; stale as \"drawn\" finds it. --pixels "
+        "adds\n"
+        "how many pixels on the screen have that colour, --changes leaves out the items that are as the "
+        "last\n"
+        "step with --changes found them. Without a command it only waits and looks.\n"
+        "Example: zmctl step key next"},
+    CommandText{
         "snapshot", "snapshot save|restore FILE",
         "keeps the state around the application in a file, or brings it about\n"
         "Vehicle, clock, language, colours, launcher, disc; objects and catalogue of the disc service are\n"

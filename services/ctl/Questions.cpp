@@ -32,6 +32,8 @@ constexpr std::array Rows = {
     Row{"volume", [](const Words& words) { return words.size() == 1; }},
     Row{"screen", Always},
     Row{"drawn", Always},
+    // The command inside it is noted as an input of its own.
+    Row{"step", Always},
     Row{"shot", Always},
     Row{"log", Always},
     Row{"ps", Always},

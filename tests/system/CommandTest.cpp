@@ -399,6 +399,37 @@ TEST_F(Command, AnEmptyDriveCannotReadWrongly) {
     must({"disc", "fault", "none"});
 }
 
+TEST_F(Command, AStepTellsWhatItsCommandLedTo) {
+    startManual();
+    playMusic();
+    must({"step", "--changes"});
+    const Json step =
+        Json::parse(must({"step", "--pixels", "010203", "--changes", "click", "main", "6", "6524", "1"}));
+    EXPECT_EQ(step["exit"], 0);
+    EXPECT_EQ(step["requests"], Json::parse(R"([{"op":"ToBeep"}])"));
+    EXPECT_EQ(step["changes"], Json::parse(R"([{"object":"zelmar/disc/control",
+        "lines":["zmcmd:json:{\"cmd\":1,\"param1\":0,\"param2\":0}"]}])"));
+    EXPECT_THAT(step["log"][0], HasSubstr("nWndId=6,nCtrlId=6524,nBtState=1"));
+    EXPECT_EQ(step["stale"], Json::object());
+    EXPECT_EQ(step["pixels"], 0);
+    EXPECT_EQ(step["screen"]["main"]["window"], 6);
+    EXPECT_THAT(step["screen"]["main"]["windows"]["6"]["items"], IsEmpty())
+        << "a skip changes nothing by itself";
+    const Json clock = Json::parse(must({"step", "--changes", "time", "23:05", "24"}));
+    EXPECT_EQ(clock["screen"]["main"]["windows"]["6"]["items"].size(), 1U);
+    EXPECT_EQ(clock["screen"]["main"]["windows"]["6"]["items"]["8"]["text"], "23:05");
+    EXPECT_GT(Json::parse(must({"step"}))["screen"]["main"]["windows"]["6"]["items"].size(), 20U);
+    const Json black = Json::parse(must({"step", "--pixels", "000000", "app", "quit"}));
+    EXPECT_TRUE(black["screen"].is_null()) << "no application";
+    EXPECT_EQ(black["pixels"], 800 * 480);
+    EXPECT_EQ(Json::parse(must({"step", "disc", "fault", "read"}))["exit"], 1);
+    EXPECT_THAT(must({"record", "--all", "-"}), HasSubstr("time 23:05 24\n"))
+        << "the command inside is the input";
+    mustFail({"step", "--pixels", "red"}, 2);
+    mustFail({"step", "--other", "settle"}, 2);
+    mustFail({"step", "step", "settle"}, 2);
+}
+
 TEST_F(Command, ObjectsGoByTheirWholePathTooAndANameThatIsNoneNamesTheNearest) {
     startManual();
     must({"pps", "put", "/pps/test/one", "a::1"});

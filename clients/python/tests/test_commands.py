@@ -143,6 +143,18 @@ def test_what_is_on_the_screen(music: Bench, tmp_path: Path) -> None:
     music.drawn()
 
 
+def test_a_step_and_what_it_led_to(music: Bench) -> None:
+    music.step(changes=True)
+    step = music.step("click", "main", 6, 6524, 1, pixels="010203", changes=True)
+    assert [each["op"] for each in step["requests"]] == ["ToBeep"]
+    assert {"object": "zelmar/disc/control", "lines": ['zmcmd:json:{"cmd":1,"param1":0,"param2":0}']} in step["changes"]
+    assert "nCtrlId=6524" in step["log"][0] and step["exit"] == step["pixels"] == 0 and step["stale"] == {}
+    assert step["screen"]["main"]["window"] == 6 and step["screen"]["main"]["windows"]["20"]["items"] == {}
+    assert music.step("screen", "main", "999")["exit"] == 1
+    with pytest.raises(WrongUsage, match="six hexadecimal digits"):
+        music.step(pixels="red")
+
+
 def test_screens_are_told_when_they_change(music: Bench) -> None:
     titles = []
     for seen in music.screens(seconds=20):

@@ -18,19 +18,46 @@ constexpr int DefaultSettleMs = 5000;
 
 constexpr const char* Roles[] = {"main", "osd"};
 
+// Takes out of `views` the items that are as they were when this was asked for the last time. On the event thread.
+void leaveChanges(json& views) {
+    static json before;
+    json all = views;
+    for (auto& [role, view] : views.items()) {
+        for (auto& [number, window] : view.at("windows").items()) {
+            const auto path = json::json_pointer("/" + role + "/windows/" + number + "/items");
+            if (!before.contains(path)) {
+                continue;
+            }
+            const json& old = before.at(path);
+            json changed = json::object();
+            for (auto& [id, item] : window.at("items").items()) {
+                if (const auto found = old.find(id); found == old.end() || *found != item) {
+                    changed[id] = std::move(item);
+                }
+            }
+            window["items"] = std::move(changed);
+        }
+    }
+    before = std::move(all);
+}
+
 void screen(Application& application, const json& message, const Reply& reply) {
     const std::string only = message.contains("view") && message["view"].is_string() ? message["view"] : "";
     std::optional<int> window;
     if (message.contains("window") && message["window"].is_number()) {
         window = message["window"].get<int>();
     }
-    replyFromEvent(application, reply, [&application, only, window] {
+    const bool changes = message.value("changes", false);
+    replyFromEvent(application, reply, [&application, only, window, changes] {
         json views = json::object();
         for (const char* role : Roles) {
             const ViewImpl* view = application.viewByRole(role);
             if (view && (only.empty() || only == role)) {
                 views[role] = view->describe(window);
             }
+        }
+        if (changes) {
+            leaveChanges(views);
         }
         return views;
     });

@@ -11,8 +11,8 @@ namespace zm::bench::commands {
 
 namespace {
 
-constexpr std::array Subjects = {ppsRows,    launcherRows, vehicleRows, inputRows, discRows,
-                                 screenRows, systemRows,   recordRows,  filmRows,  snapshotRows};
+constexpr std::array Subjects = {ppsRows,    launcherRows, vehicleRows, inputRows,    discRows, screenRows,
+                                 systemRows, recordRows,   filmRows,    snapshotRows, stepRows};
 
 const Row* find(std::string_view name) {
     for (const auto subject : Subjects) {

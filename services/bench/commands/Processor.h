@@ -65,6 +65,7 @@ std::span<const Row> systemRows();
 std::span<const Row> recordRows();
 std::span<const Row> filmRows();
 std::span<const Row> snapshotRows();
+std::span<const Row> stepRows();
 
 /** Sends a message to the application and ends the command with its answer. */
 void forward(Call& call, Json message, std::chrono::milliseconds timeout = std::chrono::seconds(10));

@@ -41,6 +41,7 @@ void Launcher::requested(const Json& message) {
             request[member] = *found;
         }
     }
+    ++m_requested;
     m_requests.push_back(request.dump(-1, ' ', false, Json::error_handler_t::replace));
     if (m_requests.size() > MaxRequests) {
         m_requests.pop_front();

@@ -55,6 +55,8 @@ public:
     /** What was asked, one JSON text each, oldest first; the latest 10000. */
     const std::deque<std::string>& requests() const { return m_requests; }
     void clearRequests() { m_requests.clear(); }
+    /** How many there have been. */
+    uint64_t requested() const { return m_requested; }
 
     /** A plain page's area that leads back was touched while the application is not running. */
     std::function<void()> onStartWanted;
@@ -77,6 +79,7 @@ private:
     AppStatus m_last = AppStatus::Pause; ///< that was sent
     bool m_closeWanted = false;          ///< the application has asked to be closed
     std::deque<std::string> m_requests;
+    uint64_t m_requested = 0;
 };
 
 } // namespace zm::bench::unit

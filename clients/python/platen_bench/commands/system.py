@@ -90,6 +90,21 @@ class SystemCommands(Caller):
         """
         self.command("clock", "advance", round(seconds * 1000))
 
+    @form("step [--pixels RRGGBB] [--changes] [COMMAND...]")
+    def step(self, *words: object, pixels: Optional[str] = None, changes: bool = False) -> Dict[str, Any]:
+        """Carries out a command, waits until nothing moves any more and tells all that it led to.
+
+        pixels   a colour, "ff00ff": "pixels" then says how many there are of it on the screen
+        changes  without the items that are as the last step with `changes` found them
+
+        The members are "exit", "out" and "err" of the command, "changes" of PPS objects, "requests" to the launcher,
+        lines of the "log", "screen" (None while no application runs) and "stale". A command that fails raises nothing:
+        "exit" says so. Without a command it waits and looks only. Raises WrongUsage for a colour that is none.
+        """
+        options = ([] if pixels is None else ["--pixels", pixels]) + (["--changes"] if changes else [])
+        answer: Dict[str, Any] = json.loads(self.command("step", *options, *words))
+        return answer
+
     @form("settle [-t SECONDS]")
     def settle(self, seconds: float = 10) -> None:
         """Returns when nothing moves any more. Raises CommandFailed if it still does after `seconds`."""

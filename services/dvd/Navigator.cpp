@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 // Exported by the library but in none of its headers: to the nearest unit of a cell before `time` (90 kHz).
 extern "C" dvdnav_status_t dvdnav_jump_to_sector_by_time(dvdnav_t* self, uint64_t time, int32_t mode);
@@ -153,6 +154,9 @@ void Navigator::take(int event, uint8_t* block, Outbox& outbox) {
         m_length = reinterpret_cast<const dvdnav_cell_change_event_t*>(block)->pgc_length;
         announceStreams(outbox);
         break;
+    case DVDNAV_HOP_CHANNEL:
+        m_elsewhere = true;
+        break;
     case DVDNAV_STOP:
         outbox.add(record<StillEvent>(Event::Stopped));
         m_waits = true;
@@ -205,6 +209,20 @@ void Navigator::takePlace(const uint8_t* block, Outbox& outbox) {
         m_places.pop_front();
     }
     outbox.add(place, block);
+    if (std::exchange(m_elsewhere, false) && inTitle()) {
+        sendStandingPicture(outbox);
+    }
+}
+
+void Navigator::sendStandingPicture(Outbox& outbox) {
+    const dsi_t* unit = dvdnav_get_current_nav_dsi(nav());
+    if (!unit || m_failing) {
+        return;
+    }
+    const std::vector<uint8_t> picture = m_earlierPicture.read(m_titleSet, *unit);
+    for (size_t at = 0; at < picture.size(); at += BlockBytes) {
+        outbox.add(record<PictureEvent>(Event::Picture), picture.data() + at);
+    }
 }
 
 void Navigator::takeColours(const uint8_t* block, Outbox& outbox) {
@@ -334,6 +352,7 @@ void Navigator::carryOut(const Command& command, Outbox& outbox) {
         m_places.clear();
         m_placesAhead = 0;
         m_waits = false;
+        m_elsewhere = true;
         m_errors = 0;
     }
     outbox.add(done);
@@ -382,7 +401,11 @@ Outcome Navigator::jump(const Command& command) {
     case Operation::Time:
     case Operation::Streams:
         dvdnav_current_title_info(nav(), &title, &chapter);
-        if (outsideTitle || (command.operation == Operation::Streams && !changeStreams(command))) {
+        // What was read last may already lie behind the title whose end the user sees.
+        if (outsideTitle || title != command.title) {
+            return Outcome::Refused;
+        }
+        if (command.operation == Operation::Streams && !changeStreams(command)) {
             return Outcome::Refused;
         }
         done = seek((command.operation == Operation::Time ? command.first : command.third) *

@@ -2,6 +2,7 @@
 
 #include "base/Result.h"
 #include "services/dvd/CellTimes.h"
+#include "services/dvd/EarlierPicture.h"
 #include "services/dvd/Outbox.h"
 
 #include <dvdnav/dvdnav.h>
@@ -44,7 +45,8 @@ private:
         pci_t buttons;
     };
 
-    Navigator(dvdnav_t* nav, const std::string& path) : m_nav(nav), m_cellTimes(path) {}
+    Navigator(dvdnav_t* nav, const std::string& path)
+        : m_nav(nav), m_cellTimes(path), m_earlierPicture(path) {}
     dvdnav_t* nav() const { return m_nav.get(); }
     bool inTitle() const { return dvdnav_is_domain_vts(nav()) != 0; }
     Domain domain() const;
@@ -52,6 +54,7 @@ private:
     void take(int event, uint8_t* block, Outbox& outbox);
     int64_t timeOfCell(int cell);
     void takePlace(const uint8_t* block, Outbox& outbox);
+    void sendStandingPicture(Outbox& outbox);
     void takeSound(const dvdnav_audio_stream_change_event_t& change, Outbox& outbox);
     void takeSubtitle(const dvdnav_spu_stream_change_event_t& change, Outbox& outbox);
     void takeColours(const uint8_t* block, Outbox& outbox);
@@ -78,6 +81,8 @@ private:
     bool m_failing = false;
     uint64_t m_progress = 0;
     CellTimes m_cellTimes;
+    EarlierPicture m_earlierPicture;
+    bool m_elsewhere = true; ///< what is read next does not follow what was read before
     int m_titleSet = 0;
     int64_t m_cellTime = 0;
     int64_t m_length = 0;

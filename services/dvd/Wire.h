@@ -49,6 +49,8 @@ struct Command {
     int32_t first = 0;
     int32_t second = 0;
     int32_t third = 0;
+    /** The title that the user saw, for Time and Streams: the reader may have gone on into another one. */
+    int32_t title = 0;
     /** The generation that the user saw; the reader refuses a button of an earlier one. */
     uint32_t seen = 0;
 };
@@ -62,6 +64,7 @@ enum class Event : uint32_t {
     Disc,      ///< once: what there is
     Done,      ///< the answer to a command with a generation
     Blocks,    ///< packs of the film
+    Picture,   ///< a pack from before the place: of the picture that stands there
     Place,     ///< a navigation pack: what the following packs are
     Still,     ///< the picture stands; the reader waits
     Wait,      ///< everything sent has to be shown first; the reader waits
@@ -106,6 +109,11 @@ struct DoneEvent {
 struct BlocksEvent {
     Head head;
     uint32_t count = 0;
+};
+
+/** Followed by the pack itself. */
+struct PictureEvent {
+    Head head;
 };
 
 enum class Domain : uint32_t { FirstPlay, DiscMenu, TitleMenu, Title };

@@ -15,7 +15,8 @@ namespace zm::test {
 
 namespace {
 
-constexpr const char* kindNames[] = {"menus", "formats", "film", "sync", "shapes", "stills", "angles"};
+constexpr const char* kindNames[] = {"menus",  "formats", "film",   "sync",
+                                     "shapes", "stills",  "angles", "slides"};
 
 } // namespace
 

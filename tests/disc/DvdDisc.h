@@ -7,7 +7,7 @@
 namespace zm::test {
 
 /** Kinds of DVDs; what is on them stands in make-dvd. */
-enum class DvdKind { Menus, Formats, Film, Sync, Shapes, Stills, Angles };
+enum class DvdKind { Menus, Formats, Film, Sync, Shapes, Stills, Angles, Slides };
 
 /** The folder of a DVD, made once for all tests of a build folder; its image has the same name and ".iso". */
 std::string dvdFolder(DvdKind kind);

@@ -84,3 +84,12 @@ TEST_F(Dvd, AMenuThatStandsForAWhileCanBePressedMeanwhile) {
     EXPECT_TRUE(shows(red, 100));
     EXPECT_TRUE(m_unit.pictures().waitForBox(green, middleOfNarrow)) << m_unit.pictures().boxOf(green);
 }
+
+TEST_F(Dvd, AnInterlacedFilmShowsBothHalvesOfEachPicture) {
+    play(DvdKind::Film);
+    nextTime(1, 2);
+    m_unit.pictures().forgetTimes();
+    nextTime(6, 7);
+    // Woven there would be 25 in a second.
+    EXPECT_GT(m_unit.pictures().times().size(), 4 * 35u);
+}

@@ -22,6 +22,10 @@ constexpr size_t BeginAt = ControlAt + 12;
 constexpr size_t EndAt = ControlAt + 16;
 constexpr size_t ElapsedAt = ControlAt + 24;
 constexpr size_t HighlightAt = ControlAt + 96;
+// In the packet behind it, with the data for searches.
+constexpr size_t SearchPacketAt = 1024;
+constexpr size_t SearchKindAt = SearchPacketAt + 6;
+constexpr size_t PictureEndAt = SearchKindAt + 13;
 // In the highlight's information.
 constexpr size_t GroupsAt = HighlightAt + 14;
 constexpr size_t CountAt = HighlightAt + 17;
@@ -97,6 +101,7 @@ std::optional<NavPack> readNavPack(Bytes bytes, bool wide) {
     pack.begin = number32(bytes, BeginAt);
     pack.end = number32(bytes, EndAt);
     pack.elapsed = elapsed(bytes);
+    pack.hasPicture = bytes[SearchKindAt] != 1 || number32(bytes, PictureEndAt) != 0;
     pack.change = static_cast<ButtonChange>(bytes[HighlightAt + 1] & 3);
     if (pack.change == ButtonChange::None) {
         return pack;

@@ -32,6 +32,7 @@ struct NavPack {
     int64_t end = 0;
     int64_t elapsed = 0; ///< in the cell
     ButtonChange change = ButtonChange::None;
+    bool hasPicture = true; ///< else one from before stands, while the sound goes on
     std::vector<MenuButton> buttons;
 
     /** Number of the button at a point, counted from 1; 0 none. */

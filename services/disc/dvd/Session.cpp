@@ -1,7 +1,9 @@
 #include "services/disc/dvd/Session.h"
 
+#include "services/disc/dvd/Redraws.h"
+#include "services/disc/dvd/SoundPad.h"
+#include "services/disc/dvd/TouchedPoint.h"
 #include "services/disc/dvd/WireRecord.h"
-#include "services/disc/engine/PicturePlace.h"
 #include "services/disc/log/Log.h"
 
 #include <algorithm>
@@ -31,21 +33,6 @@ constexpr std::chrono::seconds ReadDeadline{8};
 constexpr std::chrono::milliseconds PictureDeadline{1000};
 constexpr int PacketsAtOnce = 64;
 
-constexpr int TouchWidth = 720;
-
-Pad padOf(zm::dvd::SoundKind kind) {
-    switch (kind) {
-    case zm::dvd::SoundKind::Mpeg:
-        return Pad::Mpeg;
-    case zm::dvd::SoundKind::Lpcm:
-        return Pad::Lpcm;
-    case zm::dvd::SoundKind::Dts:
-        return Pad::Dts;
-    default:
-        return Pad::Ac3;
-    }
-}
-
 engine::Milliseconds milliseconds(int64_t ticks) {
     return engine::Milliseconds(ticks / TicksPerMillisecond);
 }
@@ -58,31 +45,6 @@ zm::dvd::Command command(zm::dvd::Operation operation, int first = 0, int second
     made.third = third;
     return made;
 }
-
-/** When a button is drawn once more: one that was drawn while the first pictures of a still menu were on their way is
- * lost at times. */
-class Redraws {
-public:
-    bool isDue(int button) {
-        const auto now = Clock::now();
-        if (std::exchange(m_button, button) != button) {
-            m_left = 3;
-            m_next = now + Interval;
-        }
-        if (button == 0 || m_left == 0 || now < m_next) {
-            return false;
-        }
-        --m_left;
-        m_next = now + Interval;
-        return true;
-    }
-
-private:
-    static constexpr std::chrono::milliseconds Interval{200};
-    int m_button = 0;
-    int m_left = 0;
-    Clock::time_point m_next;
-};
 
 void highlight(Pipeline& pipeline, const NavPack& pack, int button, uint32_t MenuButton::*colours) {
     if (button < 1 || static_cast<size_t>(button) > pack.buttons.size()) {
@@ -163,9 +125,7 @@ void Session::readOn() {
             arriveElsewhere();
             break;
         case ReaderDialogue::Found::Refused:
-            if (m_scanSpeed == 0 && !std::exchange(m_begin, std::nullopt)) {
-                m_listener.dvdRefused();
-            }
+            takeRefusal();
             break;
         case ReaderDialogue::Found::Ended:
             fail(m_reader->ending());
@@ -206,6 +166,9 @@ void Session::take(const std::vector<uint8_t>& packet) {
         if (packet.size() > sizeof(zm::dvd::BlocksEvent)) {
             takeBlocks(behind<zm::dvd::BlocksEvent>(packet));
         }
+        break;
+    case zm::dvd::Event::Picture:
+        takePicture(behind<zm::dvd::PictureEvent>(packet));
         break;
     case zm::dvd::Event::Place:
         with([&](const zm::dvd::PlaceEvent& event) { takePlace(event, behind<zm::dvd::PlaceEvent>(packet)); },
@@ -261,8 +224,10 @@ bool Session::goOnToBegin(const zm::dvd::PlaceEvent& event) {
     if (!place || event.domain != zm::dvd::Domain::Title || event.title != place->title) {
         return false;
     }
-    ask(command(zm::dvd::Operation::Streams, place->sound, place->subtitle,
-                static_cast<int>(place->position.count())));
+    auto streams = command(zm::dvd::Operation::Streams, place->sound, place->subtitle,
+                           static_cast<int>(place->position.count()));
+    streams.title = event.title;
+    ask(streams);
     return true;
 }
 
@@ -279,7 +244,7 @@ void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_
     }
     if (m_scanSpeed != 0 && m_unitBegun) {
         endUnit();
-        m_pipeline->still(true); // the decoder gives its picture out
+        stand(true); // the decoder gives its picture out
         m_idle = Idle::Wait;
         return;
     }
@@ -296,6 +261,7 @@ void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_
     m_unit = m_timeline.place(pack->begin, pack->end, earliest);
     m_unitBegun = true;
     m_unitHasSound = false;
+    m_unitHasPicture = pack->hasPicture;
     Moment moment;
     moment.span = m_unit;
     moment.generation = m_reader->generation();
@@ -332,6 +298,16 @@ void Session::endUnit() {
         m_pipeline->silence(padOf(m_sound.kind), m_unit.begin, m_unit.end);
         m_unitHasSound = true;
     }
+    if (m_unitBegun && !m_unitHasPicture) {
+        stand(true);
+    }
+}
+
+// While a picture stands the decoder gives it out at once, not when another one comes.
+void Session::stand(bool stands) {
+    if (std::exchange(m_stands, stands) != stands) {
+        m_pipeline->still(stands);
+    }
 }
 
 void Session::takeBlocks(std::span<const uint8_t> blocks) {
@@ -347,6 +323,22 @@ void Session::takeBlocks(std::span<const uint8_t> blocks) {
     }
 }
 
+// Shown from the place's beginning on.
+void Session::takePicture(std::span<const uint8_t> pack) {
+    if (!m_unitBegun || m_unitIsLost || m_idle != Idle::No || pack.size() < zm::dvd::BlockBytes) {
+        return;
+    }
+    for (auto& each : splitPack(pack.first(zm::dvd::BlockBytes))) {
+        if (each.kind == Fragment::Kind::Video && !each.scrambled) {
+            const int64_t begin = m_unit.begin - m_timeline.shift();
+            each.time = each.time ? std::optional(begin) : std::nullopt;
+            each.decodeTime.reset();
+            stand(false);
+            m_pipeline->push(Pad::Video, each, m_timeline.shift());
+        }
+    }
+}
+
 void Session::takeFragment(const Fragment& fragment) {
     // The time of packs before the first navigation pack is not known.
     if (!m_unitBegun || m_unitIsLost || m_idle != Idle::No) {
@@ -354,8 +346,15 @@ void Session::takeFragment(const Fragment& fragment) {
     }
     const int64_t shift = m_timeline.shift();
     if (fragment.kind == Fragment::Kind::Video) {
+        m_unitHasPicture = true;
+        stand(false);
         m_pipeline->push(Pad::Video, fragment, shift);
-    } else if (fragment.kind == Fragment::Kind::Subtitle) {
+        return;
+    }
+    if (!m_unitHasPicture) {
+        stand(true);
+    }
+    if (fragment.kind == Fragment::Kind::Subtitle) {
         if (fragment.stream == m_subtitle.stream) {
             m_pipeline->push(Pad::Subtitle, fragment, shift);
         }
@@ -388,7 +387,7 @@ void Session::takeStreams(const zm::dvd::StreamsEvent& event) {
 
 void Session::takeStill(int seconds) {
     endUnit();
-    m_pipeline->still(true);
+    stand(true);
     m_idle = Idle::Still;
     m_stillEnd.reset();
     if (seconds != zm::dvd::EndlessStill) {
@@ -417,6 +416,7 @@ bool Session::repeats(const zm::dvd::PlaceEvent& next) const {
 
 void Session::arriveElsewhere() {
     m_pipeline->flush();
+    stand(false);
     m_timeline.restart();
     m_moments.clear();
     m_unit = {};
@@ -494,7 +494,7 @@ void Session::leaveIdle() {
     }
     const int64_t now = m_pipeline->runningTime();
     if (m_idle == Idle::Still && m_stillEnd && now >= *m_stillEnd) {
-        m_pipeline->still(false);
+        stand(false);
         m_afterStill = true;
         goOn(zm::dvd::Operation::StillOver);
     } else if (m_idle == Idle::Wait && now + WaitMargin >= m_unit.end) {
@@ -589,19 +589,56 @@ void Session::pause() {
     if (m_reader) {
         m_scanSpeed = 0;
         m_pipeline->pause();
+        passStandingPicture();
+    }
+}
+
+// A pause waits for what comes next; while a picture stands nothing comes.
+void Session::passStandingPicture() {
+    const int64_t now = m_pipeline->runningTime();
+    if (m_stands) {
+        m_pipeline->silence(Pad::Video, now, now);
+    }
+    if (m_stands && m_idle == Idle::Still) {
+        m_pipeline->silence(padOf(m_sound.kind), now, now);
     }
 }
 
 void Session::jump(zm::dvd::Operation operation, int first, int second) {
     m_scanSpeed = 0;
-    ask(command(operation, first, second));
+    if (operation == zm::dvd::Operation::Time) {
+        goToTime(first);
+    } else {
+        ask(command(operation, first, second));
+    }
 }
 
 void Session::ask(const zm::dvd::Command& wish) {
     if (m_reader) {
         m_heard = Clock::now();
+        m_asked.reset();
         m_reader->ask(wish);
         readOn();
+    }
+}
+
+// The reader may have gone on into what follows the title; then it is led back.
+void Session::askInTitle(zm::dvd::Command wish, const DvdPlace& place) {
+    wish.title = place.title;
+    if (m_reader) {
+        m_heard = Clock::now();
+        m_reader->ask(wish);
+        m_asked = place;
+        readOn();
+    }
+}
+
+void Session::takeRefusal() {
+    if (const auto place = std::exchange(m_asked, std::nullopt)) {
+        m_begin = place;
+        ask(command(zm::dvd::Operation::Chapter, place->title, place->chapter));
+    } else if (m_scanSpeed == 0 && !std::exchange(m_begin, std::nullopt)) {
+        m_listener.dvdRefused();
     }
 }
 
@@ -630,8 +667,19 @@ void Session::press(int x, int y) {
 }
 
 void Session::streams(int sound, int subtitle) {
-    ask(command(zm::dvd::Operation::Streams, sound, subtitle,
-                static_cast<int>(milliseconds(position()).count())));
+    if (m_shown) {
+        const engine::Milliseconds time = milliseconds(position());
+        askInTitle(command(zm::dvd::Operation::Streams, sound, subtitle, static_cast<int>(time.count())),
+                   {m_shown->place.title, m_shown->place.chapter, time, sound, subtitle});
+    }
+}
+
+void Session::goToTime(int milliseconds) {
+    if (m_shown) {
+        askInTitle(
+            command(zm::dvd::Operation::Time, milliseconds),
+            {m_shown->place.title, m_shown->place.chapter, engine::Milliseconds(milliseconds), -1, -1});
+    }
 }
 
 void Session::angle(int angle) {
@@ -653,18 +701,8 @@ void Session::fault(int kind) {
     }
 }
 
-// The application counts the screen's width as 720; the picture lies there in its own shape, enlarged or not.
 std::pair<int, int> Session::pointOfPicture(int x, int y) const {
-    const int lines = static_cast<int>(m_shown->place.lines);
-    const bool wide = m_shown->place.wide != 0;
-    const auto part =
-        engine::placeOnScreen({TouchWidth, lines, (wide ? 16 : 4) * lines, (wide ? 9 : 3) * TouchWidth});
-    const auto point = [this](double from, int screen, int shown, int whole) {
-        return static_cast<int>(((from - screen / 2.0) / (shown * m_zoom) + 0.5) * whole);
-    };
-    return {
-        point(double(x) * engine::PictureWidth / TouchWidth, engine::PictureWidth, part.width, TouchWidth),
-        point(y, engine::PictureHeight, part.height, lines)};
+    return touchedPoint(x, y, static_cast<int>(m_shown->place.lines), m_shown->place.wide != 0, m_zoom);
 }
 
 void Session::view(const engine::PictureView& view) {
@@ -711,7 +749,7 @@ void Session::scanStep() {
         m_listener.dvdScanned(m_scanPosition == 0 ? engine::ScanEdge::Beginning : engine::ScanEdge::End);
     } else if (!m_reader->outstanding()) {
         // A step that is still being read is not overtaken; the position goes on in its own time.
-        ask(command(zm::dvd::Operation::Time, static_cast<int>(milliseconds(m_scanPosition).count())));
+        goToTime(static_cast<int>(milliseconds(m_scanPosition).count()));
     }
 }
 

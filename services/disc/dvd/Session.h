@@ -69,6 +69,9 @@ private:
     enum class Idle { No, Still, Wait, Stopped, Repeat };
 
     void ask(const zm::dvd::Command& wish);
+    void goToTime(int milliseconds);
+    void askInTitle(zm::dvd::Command wish, const DvdPlace& place);
+    void takeRefusal();
     void readOn();
     bool farEnough() const;
     void take(const std::vector<uint8_t>& packet);
@@ -76,6 +79,7 @@ private:
     void takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_t> pack);
     zm::dvd::PlaceEvent withAngle(zm::dvd::PlaceEvent place);
     void takeBlocks(std::span<const uint8_t> blocks);
+    void takePicture(std::span<const uint8_t> pack);
     void takeFragment(const Fragment& fragment);
     void takeHighlight(int button);
     void takeStreams(const zm::dvd::StreamsEvent& event);
@@ -83,6 +87,8 @@ private:
     void takeReadError(bool over);
     bool repeats(const zm::dvd::PlaceEvent& next) const;
     void endUnit();
+    void stand(bool stands);
+    void passStandingPicture();
     void arriveElsewhere();
 
     void tick();
@@ -118,6 +124,8 @@ private:
     Timeline::Span m_unit;        ///< pushed last
     bool m_unitBegun = false;     ///< there was one since the last jump
     bool m_unitHasSound = false;
+    bool m_unitHasPicture = false;
+    bool m_stands = false;     ///< the decoder was told that no picture follows for now
     bool m_unitIsLost = false; ///< when its packs belong nobody knows
     bool m_afterStill = false;
     zm::dvd::SoundEvent m_sound;
@@ -128,6 +136,7 @@ private:
     std::optional<int64_t> m_stillEnd; ///< running time
     Repeat m_repeat = Repeat::Nothing;
     std::optional<DvdPlace> m_begin; ///< where to go first
+    std::optional<DvdPlace> m_asked; ///< where in the title that is seen
 
     // What is seen.
     std::optional<Moment> m_shown;

@@ -29,6 +29,7 @@ bool isLike(const Pixel& one, const Pixel& other) {
     return near(one.red, other.red) && near(one.green, other.green) && near(one.blue, other.blue);
 }
 constexpr Pixel menuBlue{0x20, 0x20, 0x60};
+constexpr Pixel black{0, 0, 0};
 constexpr Pixel red{255, 0, 0};
 constexpr Pixel blue{0, 0, 255};
 constexpr Pixel cyan{0, 255, 255};
@@ -148,6 +149,38 @@ TEST_F(DvdSystem, EachKeyOfItsBarDoesWhatItSays) {
     must({"eject"});
     EXPECT_TRUE(eventually([this] { return window() != VideoPage; })) << screen()["main"];
     EXPECT_TRUE(eventually([this] { return must({"disc"}).find("empty") != std::string::npos; }));
+}
+
+TEST_F(DvdSystem, StoppedOnceItGoesOnStoppedTwiceItBeginsWithItsMenu) {
+    startBench({"--no-web", "--launcher", "passive"});
+    must({"insert", dvdImage(DvdKind::Menus)});
+    ASSERT_TRUE(eventually([this] { return inMenu(); })) << screen()["main"];
+    touch(240, 333);
+    ASSERT_TRUE(sees(blue));
+    openOverlay();
+    touchKey(StopKey);
+    ASSERT_TRUE(says("discstate::0"));
+    EXPECT_TRUE(sees(black, 500, 150));
+    openOverlay();
+    EXPECT_EQ(text(ChapterText), "3/3");
+    touchKey(PlayKey);
+    ASSERT_TRUE(says("discstate::2"));
+    EXPECT_TRUE(sees(blue, 500, 150));
+    openOverlay();
+    EXPECT_TRUE(eventually([this] { return text(TitleText) == "1/2" && text(ChapterText) == "3/3"; }));
+
+    touchKey(StopKey);
+    ASSERT_TRUE(says("discstate::0"));
+    openOverlay();
+    touchKey(StopKey);
+    EXPECT_TRUE(eventually([this] {
+        return must({"pps", "get", "zelmar/disc/playing"}).find("\"title\":0") != std::string::npos;
+    })) << must({"pps", "get", "zelmar/disc/playing"});
+    EXPECT_TRUE(sees(black, 500, 150));
+    openOverlay();
+    touchKey(PlayKey);
+    EXPECT_TRUE(eventually([this] { return inMenu(); })) << must({"pps", "get", "zelmar/disc/status"});
+    EXPECT_TRUE(sees(menuBlue, 500, 150));
 }
 
 TEST_F(DvdSystem, WithoutItsReaderItGivesTheErrorPageAndComesOut) {

@@ -1,5 +1,7 @@
 #include "LegibilityRules.h"
 
+#include "platform/linux/toolkit/Tint.h"
+
 #include <pango/pango.h>
 
 #include <algorithm>
@@ -100,6 +102,23 @@ Color over(const Color& top, double below) {
 /** What can shine through a colour: nothing, or, through a veil, the darkest and the brightest picture. */
 std::vector<Color> extremes(const Color& color) {
     return {over(color, 0), over(color, 1)};
+}
+
+/** The darkest and the brightest of what a page's colour can become by the pictures that tint it. */
+std::vector<Color> tints(const Color& page) {
+    std::vector<Color> found = {page};
+    constexpr std::array steps = {0.0, 0.05, 0.25, 0.5, 0.75, 1.0};
+    for (const double red : steps) {
+        for (const double green : steps) {
+            for (const double blue : steps) {
+                found.push_back(tinted(page, {red, green, blue, 1}));
+            }
+        }
+    }
+    const auto [darkest, brightest] =
+        std::minmax_element(found.begin(), found.end(),
+                            [](const Color& a, const Color& b) { return luminance(a) < luminance(b); });
+    return {*darkest, *brightest};
 }
 
 bool covers(const Rect& outer, const Rect& inner) {
@@ -294,7 +313,8 @@ Findings textSizes(const Resource& resource) {
 
 Findings contrasts(const Resource& resource) {
     Findings findings;
-    const auto compare = [&](const std::string& where, const std::string& theme, const Measured& pair) {
+    const auto compare = [&](const WindowSpec& window, const std::string& where, const std::string& theme,
+                             const Measured& pair) {
         const std::vector<Color>& colors = resource.themes.at(theme);
         if (pair.color == noColor) {
             return;
@@ -303,7 +323,9 @@ Findings contrasts(const Resource& resource) {
             findings.push_back(where + pair.what + " without a ground");
             return;
         }
-        for (const Color& ground : extremes(colors[static_cast<size_t>(pair.ground)])) {
+        const Color& own = colors[static_cast<size_t>(pair.ground)];
+        const bool tinted = !window.tint.empty() && pair.ground == window.background;
+        for (const Color& ground : tinted ? tints(own) : extremes(own)) {
             const double found = contrast(colors[static_cast<size_t>(pair.color)], ground);
             if (found < pair.least) {
                 findings.push_back(where + pair.what + " contrasts " + std::to_string(found));
@@ -323,7 +345,7 @@ Findings contrasts(const Resource& resource) {
             const int below = groundBelow(resource, window, item);
             for (const auto& [state, name] : stateNames) {
                 for (const Measured& pair : pairsOf(item, style.look(state), below)) {
-                    compare(place(window, item) + theme + " " + name + " ", theme, pair);
+                    compare(window, place(window, item) + theme + " " + name + " ", theme, pair);
                 }
             }
             // Colours of a picture's own.
@@ -331,7 +353,8 @@ Findings contrasts(const Resource& resource) {
                 const int fill = style.look(LookState::Normal).fill;
                 int ground = fill == noColor ? below : fill;
                 for (const Picture::Layer& layer : resource.pictures.at(id).layers) {
-                    compare(place(window, item) + theme + " ", theme, {"layer", layer.color, ground, 3.0});
+                    compare(window, place(window, item) + theme + " ", theme,
+                            {"layer", layer.color, ground, 3.0});
                     if (holds(filledGlyphs, layer.text)) {
                         ground = layer.color;
                     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/framework/AppClock.h"
+#include "platform/linux/framework/BoundObjects.h"
 #include "platform/linux/framework/ChildWindows.h"
 #include "platform/linux/framework/EventThread.h"
 #include "platform/linux/framework/HeadUnitState.h"
@@ -112,6 +113,7 @@ private:
     void linkClosed(const std::string& why);
     void watchResources();
     void reloadResources();
+    void followBoundObjects();
 
     HeadUnitState m_headUnit;
     Settler m_settler;
@@ -125,6 +127,7 @@ private:
     std::unique_ptr<ScreenClient> m_screen;
     SourceHandle m_screenWatch;
     std::unique_ptr<ResourceWatch> m_resourceWatch; ///< for developers only
+    BoundObjects m_boundObjects;
     std::string m_language;
     std::string m_theme;
 

@@ -1,5 +1,6 @@
 // What the application does on its event thread: frames, properties, ticks, language and theme.
 
+#include "base/Paths.h"
 #include "platform/linux/framework/Application.h"
 #include "platform/linux/framework/FrameworkLog.h"
 #include "platform/linux/framework/ViewImpl.h"
@@ -32,11 +33,31 @@ void Application::beginEvents() {
     if (!mainView()->scene->shownWindows().empty()) {
         announceRunning();
     }
+    followBoundObjects();
     // A car has neither the wish nor the time to look at its files.
     if (const char* wanted = std::getenv("ZM_WATCH_RESOURCES"); wanted && *wanted) {
         m_resourceWatch = std::make_unique<ResourceWatch>(
             m_events->loop(), [this] { m_events->runEvent([this] { reloadResources(); }, Counted::Yes); });
         watchResources();
+    }
+}
+
+// Those of the main view; what is shown over a picture shows none.
+void Application::followBoundObjects() {
+    const auto show = [this](const Binding& binding, const std::string& text, PictureFilePtr picture) {
+        // Of no concern to the application, which is quiet meanwhile.
+        m_events->post(
+            [this, binding, text, picture] {
+                for (const ViewImpl* view : m_views) {
+                    view->scene->publish(binding, text, picture);
+                }
+            },
+            Counted::No);
+    };
+    if (const Status begun =
+            m_boundObjects.start(ppsSocket(runtimeDir()), mainView()->scene->bindings(), show);
+        !begun) {
+        reportFailure(begun.error());
     }
 }
 
@@ -62,6 +83,7 @@ void Application::reloadResources() {
 void Application::endEvents() {
     m_screenWatch.reset();
     m_resourceWatch.reset();
+    m_boundObjects.stop();
     m_clock.disarm();
     for (ViewImpl* view : m_views) {
         view->view.OnClose();

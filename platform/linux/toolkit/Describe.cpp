@@ -23,7 +23,7 @@ json describeRows(const CUI_BtList::Impl& list) {
     return rows;
 }
 
-json describeItem(const Item& item) {
+json describeItem(const Pages& pages, const Item& item) {
     json icons = json::object();
     for (const auto& [state, picture] : item.set.icons) {
         icons[std::to_string(state)] = picture;
@@ -38,6 +38,10 @@ json describeItem(const Item& item) {
                    {"state", item.set.state},
                    {"progress", item.set.progress.position},
                    {"rect", {rect.x, rect.y, rect.w, rect.h}}};
+    if (!item.spec.bound.empty()) {
+        const Bound* bound = pages.bound(item.spec.bound);
+        result["picture"] = bound && bound->picture ? bound->text : "";
+    }
     if (item.list) {
         const CUI_BtList::Impl& list = item.list->impl();
         result["rows"] = describeRows(list);
@@ -130,7 +134,7 @@ nlohmann::json Scene::describe(std::optional<int> window) const {
         }
         json items = json::object();
         for (const auto& item : page->items) {
-            json described = describeItem(*item);
+            json described = describeItem(m_impl->pages, *item);
             described["style"] = m_impl->pages.style(*item).name;
             items[std::to_string(item->spec.id)] = std::move(described);
         }

@@ -170,6 +170,25 @@ void Pages::damage(const Window& window, const Rect& area) {
     }
 }
 
+void Pages::publish(const Binding& binding, Bound value) {
+    m_bound[binding] = std::move(value);
+    for (const Window* window : m_shown) {
+        if (window->spec.tint == binding) {
+            damageAll();
+        }
+        for (const auto& item : window->items) {
+            if (item->spec.bound == binding) {
+                m_damage.add(item->spec.rect);
+            }
+        }
+    }
+}
+
+const Bound* Pages::bound(const Binding& binding) const {
+    const auto found = m_bound.find(binding);
+    return found == m_bound.end() ? nullptr : &found->second;
+}
+
 bool Pages::setLanguage(const std::string& code) {
     const auto found = std::find(m_resource.languages.begin(), m_resource.languages.end(), code);
     const bool known = found != m_resource.languages.end();

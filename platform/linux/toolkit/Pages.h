@@ -2,6 +2,7 @@
 
 #include "platform/linux/toolkit/Damage.h"
 #include "platform/linux/toolkit/Item.h"
+#include "platform/linux/toolkit/PictureFile.h"
 
 #include <functional>
 #include <map>
@@ -10,6 +11,13 @@
 #include <vector>
 
 namespace zm {
+
+/** A value that was published for pages, and what was made of it. */
+struct Bound {
+    std::string text;
+    PictureFilePtr picture;     ///< of a picture's file, if it can be shown
+    std::optional<Color> color; ///< if it is one
+};
 
 /** All windows of a resource, which of them are shown, and what of them has to be drawn anew. */
 class Pages {
@@ -51,6 +59,11 @@ public:
     void repaint();
     Damage& damaged() { return m_damage; }
 
+    /** Takes a value and draws what shows it. */
+    void publish(const Binding& binding, Bound value);
+    /** The latest value; null if none came. */
+    const Bound* bound(const Binding& binding) const;
+
     bool setLanguage(const std::string& code);
     bool rightToLeft() const { return m_rightToLeft; }
     /** Puts a text of the resource there, in the present language. */
@@ -77,6 +90,7 @@ private:
     void translate();
 
     Resource m_resource;
+    std::map<Binding, Bound> m_bound;
     Rect m_screen;
     std::map<int, std::unique_ptr<Window>> m_windows;
     std::vector<Window*> m_shown;

@@ -1,6 +1,9 @@
 #include "platform/linux/toolkit/Painter.h"
 #include "platform/linux/toolkit/TimeText.h"
 
+#include "platform/linux/toolkit/Backdrop.h"
+#include "platform/linux/toolkit/Tint.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -41,8 +44,7 @@ void Painter::paint(cairo_t* cairo, const Rect& area, Contents contents) {
 void Painter::paintWindow(const Window& window, const Rect& area) {
     m_pages.paletteOf(window);
     if (window.spec.background != noColor) {
-        source(window.spec.background);
-        cairo_paint(m_cairo);
+        paintBackground(window.spec);
     }
     for (const auto& item : window.items) {
         if (!item->spec.rect.intersected(area).empty() && onPage(*item)) {
@@ -51,6 +53,20 @@ void Painter::paintWindow(const Window& window, const Rect& area) {
             cairo_restore(m_cairo);
         }
     }
+}
+
+void Painter::paintBackground(const WindowSpec& window) {
+    const Bound* tint = window.tint.empty() ? nullptr : m_pages.bound(window.tint);
+    if (!tint || !tint->color) {
+        source(window.background);
+        cairo_paint(m_cairo);
+        return;
+    }
+    const Color page = m_pages.color(window.background);
+    const SurfacePtr surface = backdrop(tinted(page, *tint->color), page, m_pages.screen().h);
+    cairo_set_source_surface(m_cairo, surface.get(), 0, 0);
+    cairo_pattern_set_extend(cairo_get_source(m_cairo), CAIRO_EXTEND_REPEAT);
+    cairo_paint(m_cairo);
 }
 
 void Painter::paintLeaving(const Motion::Leaving& leaving, const Rect& area) {
@@ -96,6 +112,10 @@ void Painter::paintItem(Item& item, const Rect& area) {
     case ItemKind::Text:
     case ItemKind::Icon:
     case ItemKind::Button:
+        if (const Bound* bound = item.spec.bound.empty() ? nullptr : m_pages.bound(item.spec.bound);
+            bound && bound->picture) {
+            return paintPicture(item, bound->picture, appearance(item).look);
+        }
         return paintLabel(item);
     }
 }
@@ -153,6 +173,27 @@ void Painter::paintPanel(const Rect& box, const Style& style, const Look& look) 
     cairo_set_source(m_cairo, veil);
     cairo_fill(m_cairo);
     cairo_pattern_destroy(veil);
+}
+
+// As large as its place allows, with the corners of its style and a thin line where it ends: a sleeve may be as black as
+// the page.
+void Painter::paintPicture(const Item& item, const PictureFilePtr& picture, const Look& look) {
+    const Style& style = m_pages.style(item);
+    const auto [surface, box] = m_scaled.fitted(picture, item.spec.rect);
+    cairo_save(m_cairo);
+    roundedPath(box, style.radius, 0);
+    cairo_clip(m_cairo);
+    cairo_set_source_surface(m_cairo, surface, box.x, box.y);
+    cairo_paint(m_cairo);
+    cairo_restore(m_cairo);
+    if (look.border != noColor) {
+        constexpr double edge = 0.4;
+        const Color line = m_pages.color(look.border);
+        roundedPath(box, style.radius, 0.5);
+        cairo_set_source_rgba(m_cairo, line.red, line.green, line.blue, line.alpha * edge);
+        cairo_set_line_width(m_cairo, 1);
+        cairo_stroke(m_cairo);
+    }
 }
 
 void Painter::paintMarker(const Rect& box, const Look& look, bool mirrored) {

@@ -3,6 +3,7 @@
 #include "platform/linux/toolkit/ListControl.h"
 #include "platform/linux/toolkit/Motion.h"
 #include "platform/linux/toolkit/Pictures.h"
+#include "platform/linux/toolkit/ScaledPictures.h"
 
 #include <cairo.h>
 
@@ -44,6 +45,8 @@ private:
     void paintLabel(Item& item);
     /** A text whose count and words stand in boxes of their own, one behind the other. */
     void paintChips(Item& item, Line line, const Style& style, const Look& look);
+    void paintPicture(const Item& item, const PictureFilePtr& picture, const Look& look);
+    void paintBackground(const WindowSpec& window);
     TextDirection ofLanguage() const {
         return m_pages.rightToLeft() ? TextDirection::RightToLeft : TextDirection::LeftToRight;
     }
@@ -73,6 +76,7 @@ private:
     const Motion& m_motion;
     FontBook& m_fonts;
     Pictures m_pictures;
+    ScaledPictures m_scaled;
     cairo_t* m_cairo = nullptr;
     Contents m_contents = Contents::Drawn;
 };

@@ -2,6 +2,7 @@
 
 #include "base/Rect.h"
 #include "base/Result.h"
+#include "platform/linux/toolkit/Binding.h"
 
 #include <array>
 #include <map>
@@ -100,6 +101,7 @@ struct ItemSpec {
     int total =
         0; ///< id of the item with the whole time: of a progress bar, or of a text that shows the rest
     int elapsed = 0; ///< id of the item with the time that is over, of such a text
+    Binding bound;   ///< names the file of the picture that it shows
     int state = 0;
     bool visible = true;
     bool enabled = true;
@@ -111,6 +113,7 @@ struct WindowSpec {
     std::string name;
     int background = noColor;
     std::string theme;     ///< whose colours it always has; empty for the present one
+    Binding tint;          ///< a colour that the background takes on, more at the top than below
     bool stacked = false;  ///< lies above the others instead of replacing them
     bool returns = false;  ///< when hidden, gives way to the page that it replaced
     bool touchAll = false; ///< the whole window takes touches, not only its items

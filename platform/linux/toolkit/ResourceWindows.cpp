@@ -29,16 +29,17 @@ constexpr std::array<std::pair<const char*, bool>, 2> touchModes = {{{"all", tru
 constexpr std::array<std::pair<const char*, int>, 4> iconStates = {
     {{"pressed", StatePressed}, {"normal", StateNormal}, {"selected", StateSelected}, {"all", StateAll}}};
 
-constexpr std::array<MemberName, 8> windowNames = {{{"id", true},
+constexpr std::array<MemberName, 9> windowNames = {{{"id", true},
                                                     {"name"},
                                                     {"background"},
+                                                    {"tint"},
                                                     {"theme"},
                                                     {"stacked"},
                                                     {"returns"},
                                                     {"touch"},
                                                     {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
-constexpr std::array<MemberName, 16> itemNames = {{{"id", true},
+constexpr std::array<MemberName, 17> itemNames = {{{"id", true},
                                                    {"kind", true},
                                                    {"rect", true},
                                                    {"style", true},
@@ -47,6 +48,7 @@ constexpr std::array<MemberName, 16> itemNames = {{{"id", true},
                                                    {"icon"},
                                                    {"icons"},
                                                    {"pictureOfText"},
+                                                   {"bound"},
                                                    {"state"},
                                                    {"visible"},
                                                    {"enabled"},
@@ -177,6 +179,19 @@ int ResourceReader::textId(const Node& node) const {
     return id;
 }
 
+Binding ResourceReader::binding(const Node& node) const {
+    constexpr const char* expected = "an object's name, an attribute and a member";
+    if (node.kind != Node::Kind::Array || node.items.size() != 3) {
+        fail(node, expected);
+    }
+    for (const Node& name : node.items) {
+        if (string(name, expected).empty()) {
+            fail(name, expected);
+        }
+    }
+    return {node.items[0].text, node.items[1].text, node.items[2].text};
+}
+
 void ResourceReader::itemContent(const Node& node, ItemSpec& item) const {
     if (const Node* text = node.find("text")) {
         if (text->kind == Node::Kind::Number) {
@@ -196,6 +211,9 @@ void ResourceReader::itemContent(const Node& node, ItemSpec& item) const {
                 item.icons[state] = picture(*icon);
             }
         }
+    }
+    if (const Node* bound = node.find("bound")) {
+        item.bound = binding(*bound);
     }
     if (const Node* pictures = node.find("pictureOfText")) {
         for (const auto& [text, value] : objectOf(*pictures, "picture ids by text").members) {
@@ -255,7 +273,7 @@ void ResourceReader::checkContent(const Node& node, ItemKind kind) const {
     if (kind == ItemKind::Text || kind == ItemKind::Icon || kind == ItemKind::Button) {
         return;
     }
-    for (const char* name : {"text", "icon", "icons", "pictureOfText", "state"}) {
+    for (const char* name : {"text", "icon", "icons", "pictureOfText", "bound", "state"}) {
         if (const Node* value = node.find(name)) {
             failFound(*value,
                       "\"" + std::string(name) + "\" for a " + itemKindNames[static_cast<size_t>(kind)],
@@ -321,6 +339,12 @@ void ResourceReader::readWindow(const Node& node) {
         if (!m_resource.themes.contains(window.theme)) {
             fail(*theme, "the name of a theme from the section \"themes\"");
         }
+    }
+    if (const Node* tint = node.find("tint")) {
+        if (window.background == noColor) {
+            failFound(*tint, "\"tint\" without \"background\"", "a background that takes it on");
+        }
+        window.tint = binding(*tint);
     }
     if (const Node* stacked = node.find("stacked")) {
         window.stacked = boolean(*stacked);

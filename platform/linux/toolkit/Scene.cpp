@@ -1,4 +1,5 @@
 #include "platform/linux/toolkit/SceneImpl.h"
+#include "platform/linux/toolkit/Tint.h"
 #include "platform/linux/toolkit/UiMng.h"
 
 namespace zm {
@@ -184,6 +185,25 @@ std::vector<Rect> Scene::paint(uint8_t* pixels, int stride) {
 
 void Scene::invalidate() {
     m_impl->pages.repaint();
+}
+
+std::map<Binding, BoundAs> Scene::bindings() const {
+    std::map<Binding, BoundAs> found;
+    for (const auto& [id, window] : m_impl->pages.windows()) {
+        if (!window->spec.tint.empty()) {
+            found[window->spec.tint] = BoundAs::Color;
+        }
+        for (const auto& item : window->items) {
+            if (!item->spec.bound.empty()) {
+                found[item->spec.bound] = BoundAs::Picture;
+            }
+        }
+    }
+    return found;
+}
+
+void Scene::publish(const Binding& binding, const std::string& text, PictureFilePtr picture) {
+    m_impl->pages.publish(binding, {text, std::move(picture), colorOf(text)});
 }
 
 bool Scene::setLanguage(const std::string& code) {

@@ -2,11 +2,14 @@
 
 #include "base/Rect.h"
 #include "base/Result.h"
+#include "platform/linux/toolkit/Binding.h"
+#include "platform/linux/toolkit/PictureFile.h"
 #include "platform/linux/toolkit/SceneListener.h"
 
 #include <nlohmann/json_fwd.hpp>
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -76,6 +79,11 @@ public:
      * or one that names the area where they differ and the items that were set and not drawn.
      */
     std::string staleness(const uint8_t* pixels, int stride);
+
+    /** What the pages show of what others publish. */
+    std::map<Binding, BoundAs> bindings() const;
+    /** Such a value is now that; `picture` is that of the file that it names, null if there is none. */
+    void publish(const Binding& binding, const std::string& text, PictureFilePtr picture);
 
     /** Codes "en", "de", "zh", "ar"; unknown ones fall back to English. False if the code is not in the
      * resource. */

@@ -121,6 +121,17 @@ constexpr PictureRow pageTable[] = {
      "de"},
 
     {"music", WND_AUDIO_PLAY, 0, music, "zh", true},
+    {"music-cover", WND_AUDIO_PLAY, 0,
+     [](Stage& stage) {
+         music(stage);
+         stage.cover(Stage::Sleeve::Landscape);
+     },
+     "zh", true},
+    {"music-cover-wide", WND_AUDIO_PLAY, 0,
+     [](Stage& stage) {
+         music(stage);
+         stage.cover(Stage::Sleeve::PaleAndWide);
+     }},
     {"music-empty", WND_AUDIO_PLAY, 0, [](Stage& stage) { stage.unit.disc.insert(PLAY_TYPE_MUSIC); }},
     {"music-longest", WND_AUDIO_PLAY, 0, musicLongest},
     {"music-arabic-titles", WND_AUDIO_PLAY, 0, musicArabicTitles},

@@ -5,7 +5,14 @@
 #include "parts/NumberPad.h"
 #include "parts/StatusBar.h"
 
+#include "tests/pictures/Picture.h"
+#include "tests/support/Eventually.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
 #include <array>
+#include <cmath>
 
 namespace zm::test {
 
@@ -17,6 +24,31 @@ constexpr std::array<const char*, Stage::Files> names = {
     "Morning Light", "Cafe del Mar", "The Long Way Home",  "أغنية الصباح",  "晨光",        "Über den Wolken",
     "Track 07",      "Señorita",     "Nocturne in E-flat", "يا ليل يا عين", "夜曲 (Live)", "Last Train",
 };
+
+/** A sun over hills, or stripes on paper. */
+void paintSleeve(Image& picture, int x, int y, bool stripes) {
+    const auto set = [&](double red, double green, double blue) {
+        uint8_t* pixel = picture.at(x, y);
+        pixel[0] = static_cast<uint8_t>(blue);
+        pixel[1] = static_cast<uint8_t>(green);
+        pixel[2] = static_cast<uint8_t>(red);
+        pixel[3] = 255;
+    };
+    if (stripes) {
+        const bool line = y % 50 > 36 && x > 40 && x < 280;
+        line ? set(150, 120, 90) : set(240, 234, 222);
+        return;
+    }
+    const double down = y / 320.0;
+    const double hills = 215 + 25 * std::sin(x / 48.0) + 9 * std::sin(x / 17.0);
+    if (y > hills) {
+        set(60 - 40 * down, 40 - 20 * down, 70 - 30 * down);
+    } else if (std::hypot(x - 205, y - 130) < 42) {
+        set(255, 232, 190);
+    } else {
+        set(70 + 185 * down, 50 + 110 * down, 120 - 40 * down);
+    }
+}
 
 constexpr std::array<Catalogue::Type, 3> types = {Catalogue::Music, Catalogue::Video, Catalogue::Picture};
 constexpr std::array<const char*, 3> endings = {".mp3", ".avi", ".jpg"};
@@ -51,6 +83,23 @@ void Stage::play(int mediaType) {
 void Stage::song(const std::string& artist, const std::string& album) {
     unit.disc.id3("", artist, album);
     unit.disc.playTime(83, 227);
+}
+
+void Stage::cover(Sleeve sleeve) {
+    const bool wide = sleeve == Sleeve::PaleAndWide;
+    Image picture(320, wide ? 200 : 320);
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
+            paintSleeve(picture, x, y, wide);
+        }
+    }
+    const std::string path = unit.runtimeDir() + "/cover.png";
+    ASSERT_TRUE(writePng(path, picture));
+    const nlohmann::json json{{"path", path}, {"color", wide ? "#E8E0D0" : "#B45A3C"}};
+    unit.pps("zelmar/disc/cover", "cover:json:" + json.dump());
+    ASSERT_TRUE(eventually(
+        [&] { return unit.main.describe()["windows"]["6"]["items"]["20110"]["picture"] == path; }));
+    unit.settle();
 }
 
 void Stage::showOverlay() {

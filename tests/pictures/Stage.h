@@ -18,6 +18,9 @@ public:
     void play(int mediaType);
     /** What the music page shows below the file's name, and a time. */
     void song(const std::string& artist, const std::string& album);
+    /** The disc service has found a sleeve: a landscape, or a pale one that is wide. */
+    enum class Sleeve { Landscape, PaleAndWide };
+    void cover(Sleeve sleeve);
     /** A touch on the picture: the overlay comes up. */
     void showOverlay();
     /** Releases a control of the page: its action, without the page's look of being pressed. */

@@ -38,7 +38,7 @@ double luminance(const std::string& color) {
     return 0.2126 * channel(0) + 0.7152 * channel(2) + 0.0722 * channel(4);
 }
 
-const Stop never = [] { return false; };
+const Stop noStop = [] { return false; };
 
 } // namespace
 
@@ -130,7 +130,7 @@ TEST(TileColors, AreManyAndWhiteCanBeReadOnEach) {
 
 TEST(DrawnCovers, ShowWhiteLettersOnTheirColour) {
     for (const char* letters : {"FL", "晨", "ط", "WW", "♪"}) {
-        const auto tile = drawLetters(letters, "2F5D8A", never);
+        const auto tile = drawLetters(letters, "2F5D8A", noStop);
         ASSERT_TRUE(tile) << tile.error();
         ASSERT_EQ(tile->width, CoverSide);
         ASSERT_EQ(tile->height, CoverSide);
@@ -148,7 +148,7 @@ TEST(DrawnCovers, ShowWhiteLettersOnTheirColour) {
         EXPECT_GT(white, 800) << letters;
         EXPECT_EQ(atTheEdge, 0) << letters;
     }
-    EXPECT_FALSE(drawLetters("A", "blue", never));
+    EXPECT_FALSE(drawLetters("A", "blue", noStop));
 }
 
 TEST(Mood, IsWhatIsColourfulInAPicture) {
@@ -182,7 +182,7 @@ TEST(CoverProgram, TurnsPicturesUpright) {
                                   "\0\0\0\0",
                                   36);
     const auto blueOnTop = [](const std::string& bytes) {
-        const auto picture = decodePicture(bytes, never);
+        const auto picture = decodePicture(bytes, noStop);
         EXPECT_TRUE(picture) << picture.error();
         return picture && picture->pixels[2] > 200 && picture->pixels[0] < 60;
     };

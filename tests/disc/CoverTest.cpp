@@ -17,7 +17,7 @@ constexpr const char* Red = "embedded red";
 
 class CoverOfFormat : public Covers, public testing::WithParamInterface<const char*> {};
 
-std::string bigEndian(size_t number) {
+std::string fourBytes(size_t number) {
     std::string text;
     for (int shift = 24; shift >= 0; shift -= 8) {
         text += static_cast<char>(number >> shift);
@@ -29,8 +29,8 @@ std::string bigEndian(size_t number) {
 std::string pictureComment(const std::string& picture) {
     constexpr size_t FrontCover = 3;
     const std::string type = "image/png";
-    const std::string block = bigEndian(FrontCover) + bigEndian(type.size()) + type + bigEndian(0) +
-                              std::string(16, '\0') + bigEndian(picture.size()) + picture;
+    const std::string block = fourBytes(FrontCover) + fourBytes(type.size()) + type + fourBytes(0) +
+                              std::string(16, '\0') + fourBytes(picture.size()) + picture;
     char* text = g_base64_encode(reinterpret_cast<const guchar*>(block.data()), block.size());
     std::string comment = text;
     g_free(text);
@@ -46,7 +46,7 @@ std::string oggWith(const std::string& type, const std::string& color) {
 // A PNG that claims to be as large as that.
 std::string pngOfSize(size_t width, size_t height) {
     std::string png = readFile(plainPicture("red"));
-    return png.replace(16, 8, bigEndian(width) + bigEndian(height));
+    return png.replace(16, 8, fourBytes(width) + fourBytes(height));
 }
 
 } // namespace
@@ -64,7 +64,7 @@ TEST_P(CoverOfFormat, IsThePictureInTheTags) {
     EXPECT_EQ(cover["file"], 1);
     const std::string png = readFile(cover["path"]);
     ASSERT_EQ(png.substr(0, 4), "\x89PNG");
-    EXPECT_EQ(png.substr(16, 8), bigEndian(320) + bigEndian(320)) << "scaled to the size that is shown";
+    EXPECT_EQ(png.substr(16, 8), fourBytes(320) + fourBytes(320)) << "scaled to the size that is shown";
 }
 
 INSTANTIATE_TEST_SUITE_P(Music, CoverOfFormat, testing::Values("mp3", "flac", "m4a", "ogg", "opus"));
@@ -151,8 +151,8 @@ TEST_F(Covers, OfOtherShapesAreFittedAndNearlySquareOnesCut) {
         place(plainPicture("red", size), m_disc / (std::string(folder) + "/cover.png"));
     }
     begin();
-    for (const auto& size : {bigEndian(320) + bigEndian(180), bigEndian(320) + bigEndian(320),
-                             bigEndian(320) + bigEndian(320)}) {
+    for (const auto& size : {fourBytes(320) + fourBytes(180), fourBytes(320) + fourBytes(320),
+                             fourBytes(320) + fourBytes(320)}) {
         EXPECT_EQ(readFile(nextCover()["path"]).substr(16, 8), size);
         m_unit.command(Next);
     }

@@ -127,6 +127,15 @@ TEST_F(BoundPictures, areWhatThePagesAskFor) {
     EXPECT_EQ(stage.scene->bindings(), wanted);
 }
 
+TEST_F(BoundPictures, leaveAThemeOfHighContrastBlack) {
+    stage.scene->setTheme("contrast");
+    stage.paint();
+    const uint32_t before = rgb(stage.pixel(5, 75));
+    stage.scene->publish(mood, "#C03020", nullptr);
+    stage.paint();
+    EXPECT_EQ(rgb(stage.pixel(5, 75)), before);
+}
+
 double lightOf(const Color& color) {
     const auto linear = [](double c) {
         return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);

@@ -72,6 +72,9 @@ std::optional<Color> colorOf(const std::string& text) {
 
 Color tinted(const Color& page, const Color& wish) {
     const double own = lightOf(page).luminance();
+    if (own <= 0) {
+        return page;
+    }
     const bool dark = own < darkPage;
     const double wanted = dark ? (own + 0.05) * mostOnDark - 0.05 : (own + 0.05) / mostOnBright - 0.05;
     const Light colorful = withLuminance(lightOf(wish), wanted);

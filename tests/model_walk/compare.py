@@ -17,6 +17,7 @@ _MONITOR = re.compile(
 _WORKER = re.compile(r"DiscQDB::(SetFinishFlag|QueryPlayList|GetResultFolderFile)\]")
 _CAPTURE = "[DiscView::OnCaptureStateChanged]"
 _VIDEO = "DiscVideoStatusPPSModule::ParsePPSAttr"
+_FIRST_OF_PAGES = 20000
 #: objects that the application writes, and where the model keeps what is expected of them
 _WRITTEN = {
     "zelmar/disc/control": "commands",
@@ -52,6 +53,15 @@ class Seen:
         self.parts["requests"] = [(each["op"], each.get("app", ""), each.get("data", "")) for each in answer["requests"]]
 
 
+def _application_items(view: Dict[str, Any]) -> Dict[str, Any]:
+    """Without the items that belong to the pages: they follow others by themselves, when these are drawn."""
+    windows = {
+        window: {item: value for item, value in content["items"].items() if int(item) < _FIRST_OF_PAGES}
+        for window, content in view["windows"].items()
+    }
+    return {**view, "windows": windows}
+
+
 def _differing(expected: Any, found: Any, path: str, differences: List[str]) -> None:
     if expected == found:
         return
@@ -76,8 +86,9 @@ def differences(unit: "Unit", answer: Dict[str, Any]) -> List[str]:
             at = next((i for i, pair in enumerate(zip(expected, found)) if pair[0] != pair[1]), min(len(expected), len(found)))
             result.append(f"{part}[{at}]: expected {expected[at:at + 3]!r}, found {found[at:at + 3]!r}")
     screen = answer["screen"]
-    _differing(unit.main_pages.description(), screen["main"], "main", result)
-    _differing(unit.osd_pages.description(), screen["osd"], "osd", result)
+    for name, pages in (("main", unit.main_pages), ("osd", unit.osd_pages)):
+        expected_view, found_view = _application_items(pages.description()), _application_items(screen[name])
+        _differing(expected_view, found_view, name, result)
     video = {**unit.video, "locked": unit.locked}
     _differing(video, {each: screen["video"][each] for each in video}, "video", result)
     for view, text in answer["stale"].items():

@@ -16,6 +16,7 @@ _MONITOR = re.compile(
 )
 _WORKER = re.compile(r"DiscQDB::(SetFinishFlag|QueryPlayList|GetResultFolderFile)\]")
 _CAPTURE = "[DiscView::OnCaptureStateChanged]"
+_POSTED = "[DiscView::OnChildPost] strChild=zmdisc_video_win"
 _VIDEO = "DiscVideoStatusPPSModule::ParsePPSAttr"
 _FIRST_OF_PAGES = 20000
 #: objects that the application writes, and where the model keeps what is expected of them
@@ -31,7 +32,8 @@ class Seen:
 
     def __init__(self, answer: Dict[str, Any]) -> None:
         logs: Dict[str, List[str]] = {"view_log": [], "monitor_log": [], "worker_log": []}
-        logs.update(capture_log=[], video_log=[])
+        logs.update(capture_log=[], video_log=[], posted_log=[])
+        posted = 0  # lines of the view that are about the film's window, which comes when the video service likes
         for line in answer["log"]:
             found = _PREFIX.match(line)
             text = _POLLS.sub(r"\1N", _GROUP.sub("1-PID-zelmar-disc", found.group(1) if found else line))
@@ -42,6 +44,13 @@ class Seen:
                 logs["video_log"].append(text)
             elif _MONITOR.search(text):
                 logs["monitor_log"].append(text)
+            elif text == _POSTED:
+                logs["posted_log"].append(text)
+                posted = 2
+            elif posted and not _WORKER.search(text):
+                posted -= 1
+                # The last of them makes it visible or not, which the screen tells as well.
+                logs["posted_log"] += [text] if posted else []
             else:
                 logs["worker_log" if _WORKER.search(text) else "view_log"].append(text)
         self.parts: Dict[str, Any] = logs

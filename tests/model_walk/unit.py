@@ -23,6 +23,7 @@ class Outcome:
         self.worker_log: List[str] = []
         self.capture_log: List[str] = []
         self.video_log: List[str] = []
+        self.posted_log: List[str] = []
         self.commands: List[str] = []
         self.captures: List[str] = []
         self.published: List[str] = []
@@ -303,10 +304,11 @@ class Unit:
             self.later(self._video_posted)
 
     def _video_posted(self) -> None:
-        self.log("[DiscView::OnChildPost] strChild=zmdisc_video_win")
-        self.log("[DiscView::OnChildPost] ================== video view ======")
-        self.video["zorder"] = 2
-        self.main.show_video(self.main.video_on)
+        self.out.posted_log += [
+            "[DiscView::OnChildPost] strChild=zmdisc_video_win",
+            "[DiscView::OnChildPost] ================== video view ======",
+        ]
+        self.video.update(zorder=2, visible=self.main.video_on)
 
     # ---- the inside ----
 

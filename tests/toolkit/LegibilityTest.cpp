@@ -42,7 +42,7 @@ TEST_P(Legibility, noTextIsCutInAnyLanguage) {
     EXPECT_THAT(cutTexts(resource, **fonts), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, Legibility, testing::Values(File{"DISC"}, File{"OVERLAY"}),
+INSTANTIATE_TEST_SUITE_P(Files, Legibility, testing::Values(File{"DISC"}, File{"OVERLAY"}, File{"OTHERS"}),
                          [](const auto& test) { return std::string(test.param.name); });
 
 /** A file with one thing spoilt, and the rule that has to find it. */

@@ -326,6 +326,7 @@ TEST_F(List, rowNumbersStandInFrontOfNamesOfEitherDirection) {
     };
     for (const auto& [language, from] : std::map<std::string, int>{{"en", 64}, {"ar", view.w - 64 - 18}}) {
         stage.scene->setLanguage(language);
+        view = stage.rect(24, 2000);
         stage.paint();
         EXPECT_EQ(number(0, from), number(1, from)) << language;
         EXPECT_EQ(number(0, from), number(2, from)) << language;

@@ -45,6 +45,7 @@ void Pages::redefine(Resource next) {
         Window& window = *m_windows.at(spec.id);
         window.redefine(std::move(spec));
     }
+    m_mirrored = false;
     setLanguage(std::string(m_languageCode));
     if (!setTheme(std::string(m_theme))) {
         setTheme("night");
@@ -196,8 +197,23 @@ bool Pages::setLanguage(const std::string& code) {
     m_language = known ? static_cast<size_t>(found - m_resource.languages.begin()) : 0;
     m_rightToLeft = m_resource.languages[m_language] == "ar";
     translate();
+    mirror();
     damageAll();
     return known;
+}
+
+void Pages::mirror() {
+    if (m_mirrored == m_rightToLeft) {
+        return;
+    }
+    m_mirrored = m_rightToLeft;
+    for (const auto& [id, window] : m_windows) {
+        for (const auto& item : window->items) {
+            if (Rect& rect = item->spec.rect; item->spec.mirrors) {
+                rect.x = m_screen.w - rect.x - rect.w;
+            }
+        }
+    }
 }
 
 void Pages::translate() {

@@ -88,6 +88,8 @@ private:
     /** Puts the time that is left into a text that shows it. */
     void showRest(Item& rest);
     void translate();
+    /** Puts all items where they belong in the present direction of reading. */
+    void mirror();
 
     Resource m_resource;
     std::map<Binding, Bound> m_bound;
@@ -99,6 +101,7 @@ private:
     std::string m_languageCode = "en";
     size_t m_language = 0;
     bool m_rightToLeft = false;
+    bool m_mirrored = false; ///< the items stand where they belong when reading begins on the right
     std::string m_theme = "night";
     const std::vector<Color>* m_palette;
 };

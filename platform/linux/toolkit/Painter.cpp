@@ -234,15 +234,17 @@ void Painter::paintProgress(Item& item) {
     const double y = box.y + box.h / 2.0;
     const double way = track.w - style.thickness;
     const double begin = track.x + end;
+    const bool backwards = m_pages.rightToLeft() && item.spec.mirrors;
+    const auto at = [&](double done) { return begin + way * (backwards ? 1 - done : done); };
     cairo_set_line_width(m_cairo, style.thickness);
     cairo_set_line_cap(m_cairo, CAIRO_LINE_CAP_ROUND);
-    cairo_move_to(m_cairo, begin, y);
-    cairo_line_to(m_cairo, begin + way * part, y);
+    cairo_move_to(m_cairo, at(0), y);
+    cairo_line_to(m_cairo, at(part), y);
     source(look.icon);
     cairo_stroke(m_cairo);
     if (item.pressed) {
         const double finger = std::clamp((item.fingerX - begin) / way, 0.0, 1.0);
-        paintKnob(item, begin + way * finger, y, finger);
+        paintKnob(item, begin + way * finger, y, backwards ? 1 - finger : finger);
     }
 }
 

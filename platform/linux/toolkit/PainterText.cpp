@@ -94,14 +94,18 @@ void Painter::paintChips(Item& item, Line line, const Style& style, const Look& 
     const size_t count = lengthOfCount(line.text);
     const size_t words = line.text.find_first_not_of(' ', count);
     Rect box = item.spec.rect;
-    const int end = box.x + box.w;
+    const bool backwards = m_pages.rightToLeft() && item.spec.mirrors;
+    int room = box.w;
     const auto chip = [&](KeptLayout& kept, const Line& part) {
         const int width = naturalWidth(kept, part, style, look.bold) + 1 + 2 * style.padding;
-        box.w = std::min(width, end - box.x);
+        const Rect& whole = item.spec.rect;
+        const int done = whole.w - room;
+        box.w = std::min(width, room);
+        box.x = backwards ? whole.x + room - box.w : whole.x + done;
         paintBox(box, style, look);
         const Rect inner{box.x + style.padding, box.y, box.w - 2 * style.padding, box.h};
         paintText(kept, part, inner, style, look, style.align);
-        box.x += box.w + style.gap;
+        room = std::max(0, room - box.w - style.gap);
     };
     KeptLayout first;
     chip(first, {line.text.substr(0, count), TextDirection::LeftToRight});
@@ -121,7 +125,9 @@ void Painter::paintLabel(Item& item) {
     if (style.hugs) {
         const bool blank = text.find_first_not_of(' ') == std::string::npos;
         const int width = blank ? 0 : naturalWidth(item.kept, line, style, look.bold) + 1 + 2 * style.padding;
-        box.w = std::min(box.w, width);
+        const int hugging = std::min(box.w, width);
+        box.x += rtl && item.spec.mirrors ? box.w - hugging : 0;
+        box.w = hugging;
     }
     if (box.empty()) {
         return;

@@ -18,6 +18,14 @@ void Pictures::draw(cairo_t* cairo, int id, int x, int y, int size, int color) {
         const int own = picture.layers[i].color;
         const Color c = m_pages.color(own == noColor ? color : own);
         cairo_set_source_rgba(cairo, c.red, c.green, c.blue, c.alpha);
+        if (picture.layers[i].flips && m_pages.rightToLeft()) {
+            cairo_save(cairo);
+            cairo_translate(cairo, 2 * x + size, 0);
+            cairo_scale(cairo, -1, 1);
+            cairo_mask_surface(cairo, layers[i].get(), x, y);
+            cairo_restore(cairo);
+            continue;
+        }
         cairo_mask_surface(cairo, layers[i].get(), x, y);
     }
 }

@@ -81,6 +81,7 @@ struct Picture {
         double scale = 1; ///< of the picture's size
         double dx = 0;    ///< from the middle, in parts of the picture's size
         double dy = 0;
+        bool flips = false;  ///< points the other way where reading begins on the right
         int color = noColor; ///< its own one; else the one that the item draws its picture with
     };
     std::vector<Layer> layers;
@@ -106,6 +107,7 @@ struct ItemSpec {
     bool visible = true;
     bool enabled = true;
     bool touch = false;
+    bool mirrors = true; ///< stands on the other side of the screen where reading begins on the right
 };
 
 struct WindowSpec {

@@ -137,8 +137,8 @@ std::string ResourceReader::glyph(const Node& node) const {
 }
 
 Picture::Layer ResourceReader::pictureLayer(const Node& node) const {
-    static constexpr std::array<MemberName, 5> names = {
-        {{"glyph"}, {"text"}, {"percent"}, {"at"}, {"color"}}};
+    static constexpr std::array<MemberName, 6> names = {
+        {{"glyph"}, {"text"}, {"percent"}, {"at"}, {"color"}, {"flips"}}};
     object(node, names);
     const Node* glyphName = node.find("glyph");
     const Node* text = node.find("text");
@@ -158,6 +158,9 @@ Picture::Layer ResourceReader::pictureLayer(const Node& node) const {
         layer.dx = integer(at->items[0], -100, 100, "an offset in percent") / 100.0;
         layer.dy = integer(at->items[1], -100, 100, "an offset in percent") / 100.0;
     }
+    if (const Node* flips = node.find("flips")) {
+        layer.flips = boolean(*flips);
+    }
     if (const Node* own = node.find("color")) {
         layer.color = colorIndex(*own);
     }
@@ -172,7 +175,7 @@ void ResourceReader::readPictures() {
     for (const auto& [name, node] : pictures->members) {
         Picture& picture = m_resource.pictures[idOf(name, node, "a picture id")];
         if (node.kind == Node::Kind::String) {
-            picture.layers.push_back({glyph(node), true, 1, 0, 0, noColor});
+            picture.layers.push_back({.text = glyph(node)});
             continue;
         }
         for (const Node& layer : array(node, "layers, or the name of a glyph").items) {

@@ -39,7 +39,7 @@ constexpr std::array<MemberName, 9> windowNames = {{{"id", true},
                                                     {"touch"},
                                                     {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
-constexpr std::array<MemberName, 17> itemNames = {{{"id", true},
+constexpr std::array<MemberName, 18> itemNames = {{{"id", true},
                                                    {"kind", true},
                                                    {"rect", true},
                                                    {"style", true},
@@ -54,6 +54,7 @@ constexpr std::array<MemberName, 17> itemNames = {{{"id", true},
                                                    {"enabled"},
                                                    {"touch"},
                                                    {"whenText"},
+                                                   {"mirrors"},
                                                    {"total"},
                                                    {"elapsed"}}};
 
@@ -243,6 +244,9 @@ ItemSpec ResourceReader::item(const Node& node) const {
             failFound(*texts, "\"whenText\" without \"in\"", "the item whose text is meant");
         }
         item.visible = false;
+    }
+    if (const Node* mirrors = node.find("mirrors")) {
+        item.mirrors = boolean(*mirrors);
     }
     if (const Node* total = node.find("total")) {
         item.total = integer(*total, 1, highestId, "an item id");

@@ -91,7 +91,8 @@ Result<uint64_t> CutFeed::open() {
     m_count = std::min(m_count, most);
     m_silence = std::min(frames(m_silentSectors), most - m_count);
     const int64_t all = (m_count + m_silence) * m_info.channels * m_bytesPerSample;
-    m_header = headerOf(m_info, m_bytesPerSample, all);
+    const std::string header = headerOf(m_info, m_bytesPerSample, all);
+    m_header = header; // moved, it would look to the compiler as if it overflowed
     return m_header.size() + static_cast<uint64_t>(all);
 }
 

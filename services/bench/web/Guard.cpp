@@ -72,7 +72,8 @@ bool isLoopback(const std::string& host) {
 std::string cookieName(const std::string& token) {
     constexpr size_t EnoughDigits = 16;
     gchar* digest = g_compute_checksum_for_string(G_CHECKSUM_SHA256, token.c_str(), -1);
-    const std::string name = "zmbench-" + std::string(digest, EnoughDigits);
+    std::string name = "zmbench-";
+    name.append(digest, EnoughDigits);
     g_free(digest);
     return name;
 }

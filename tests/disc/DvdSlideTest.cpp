@@ -102,19 +102,6 @@ TEST_F(DvdSlides, AnotherSoundKeepsPictureAndPlace) {
     nextTime(5, 7);
 }
 
-// The reader is already in the title behind it.
-TEST_F(DvdSlides, AnotherSoundJustBeforeTheEndOfATitleKeepsTheTitle) {
-    playSlides();
-    m_unit.command(185, 13, 0);
-    nextTime(13, 13);
-    EXPECT_TRUE(shows(blue));
-    m_unit.command(11, 0, 0);
-    EXPECT_TRUE(m_unit.sound().waitForTone(550, 2000ms));
-    nextPlace(2, 1);
-    EXPECT_TRUE(m_unit.sound().waitForTone(880));
-    EXPECT_TRUE(shows(yellow));
-}
-
 TEST_F(DvdSlides, FastModesShowThePictures) {
     playSlides();
     m_unit.command(3, 0, 0);

@@ -11,6 +11,11 @@ Item = Dict[str, Any]
 
 ALL_STATES = 4
 _LABELS = ("text", "icon", "button")
+_WIDTH = 800
+# The number pad's figures, entry and caption stand alike in every language, and so does the way back below them.
+_UNMIRRORED = [str(item) for item in (*range(510, 521), 523, 527, 531)]
+_BACK = "4"
+_HEAD = 68
 
 
 class Texts:
@@ -21,6 +26,11 @@ class Texts:
             plain = re.sub(r"(?m)//[^\n\"]*$", "", stream.read())
         self._texts: Dict[str, Dict[str, str]] = json.loads(plain)["texts"]
         self.language = "en"
+
+    @property
+    def from_the_right(self) -> bool:
+        """Whether reading begins there."""
+        return self.language == "ar"
 
     def of(self, number: int) -> Optional[str]:
         texts = self._texts.get(str(number))
@@ -74,6 +84,7 @@ class View:
         self.texts = texts
         self._stacked = stacked
         self._replaced = 0
+        self._mirrored = texts.from_the_right
 
     def description(self) -> Dict[str, Any]:
         return {
@@ -136,6 +147,16 @@ class View:
             for item in window["items"].values():
                 if item["textId"]:
                     item["text"] = self.texts.of(item["textId"])
+        if self._mirrored != self.texts.from_the_right:
+            self._mirrored = not self._mirrored
+            self._mirror()
+
+    def _mirror(self) -> None:
+        for window in self.windows.values():
+            for number, item in window["items"].items():
+                x, y, width, height = item["rect"]
+                if number not in _UNMIRRORED and not (number == _BACK and y > _HEAD):
+                    item["rect"] = [_WIDTH - x - width, y, width, height]
 
     def dropped_by(self, window: int) -> List[int]:
         """The windows above that go when that page comes."""

@@ -257,7 +257,7 @@ TEST_F(Appearance, aModeThatIsOnHasABarBelowItsSign) {
     for (const auto& [key, off, on] :
          {std::tuple{6504, 161, 53}, {6504, 161, 83}, {6504, 161, 85}, {6503, 94, 165}, {6503, 94, 87}}) {
         const zm::Rect box = pages.rect(6, key);
-        const auto bar = [&](int picture) {
+        const auto bar = [&, key = key](int picture) {
             pages.ui->SetItemIcon(6, key, picture, 2);
             pages.ui->drawItem(6, key);
             pages.paint();

@@ -6,6 +6,7 @@ import contextlib
 import os
 import random
 import re
+import shutil
 import signal
 import socket
 import sqlite3
@@ -190,7 +191,11 @@ def test_the_filter_lets_through_what_a_playing_unit_calls(folder: Path, name: s
                 calls = system_calls(word) if word.startswith("@") else {word}
                 allowed = allowed - calls if words.startswith("~") else allowed | calls
     trace = folder / "trace"
-    unit = Unit(folder, "--disc", str(long_disc()), tracer=["strace", "-f", "-qq", "-o", str(trace)])
+    disc = folder / "disc"
+    shutil.copytree(long_disc(), disc)
+    sleeve = ["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "testsrc=s=500x500", "-frames:v", "1"]
+    subprocess.run([*sleeve, str(disc / "folder.jpg")], check=True)
+    unit = Unit(folder, "--disc", str(disc), tracer=["strace", "-f", "-qq", "-o", str(trace)])
     unit.until_ready()
     unit.first_sound()
     time.sleep(2)
@@ -198,6 +203,7 @@ def test_the_filter_lets_through_what_a_playing_unit_calls(folder: Path, name: s
         os.kill(pid, signal.SIGTERM)
     unit.process.wait(30)
     unit.manager.close()
+    assert "zmcover" in trace.read_text(errors="replace"), "no cover was seen"
     called = set(re.findall(r"^[0-9]+ +([a-z_0-9]+)\(", trace.read_text(errors="replace"), re.MULTILINE))
     assert "openat" in called and "seccomp" in called, "too little was seen"
     # That files belong to somebody else is the wish of the superuser alone.

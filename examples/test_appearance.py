@@ -18,14 +18,19 @@ def test_day_and_night_look_different_and_come_back(unit):
     unit.expect(title="Fog", within=20)
     unit.tap("Pause")
     unit.expect("pps.zelmar/disc/status.discstate", "==", 6, within=10)
-    unit.settle()
-    night = unit.picture()
+    # The song's cover comes when it has been found and drawn.
+    unit.expect("pps.zelmar/disc/cover.cover.kind", "==", "drawn", within=10)
     unit.theme("day")
     unit.settle()
-    assert unit.picture() != night
+    day = unit.digest()
     unit.theme("night")
     unit.settle()
-    assert unit.picture() == night
+    night = unit.digest()
+    assert night != day
+    unit.theme("day")
+    unit.until(lambda: unit.digest() == day, within=10, what="the day's picture")
+    unit.theme("night")
+    unit.until(lambda: unit.digest() == night, within=10, what="the night's picture")
 
 
 def test_the_clock_has_twelve_or_twenty_four_hours(unit):

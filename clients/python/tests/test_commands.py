@@ -110,10 +110,10 @@ def test_vehicle_and_launcher(music: Bench) -> None:
     music.advance(1)
     assert "Ordner" in music.texts()
     music.language("en")
-    night = music.picture()
+    night = music.digest()
     music.theme("day")
     music.settle()
-    assert music.picture() != night
+    assert music.digest() != night
     music.theme("night")
     music.tap("Now playing")
     music.tap("Home")

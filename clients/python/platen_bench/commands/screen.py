@@ -88,7 +88,8 @@ class ScreenCommands(Caller):
     def picture(self, file: Optional[Union[str, "os.PathLike[str]"]] = None) -> bytes:
         """What the driver sees, as a PNG of 800 x 480 pixels; also written to `file` if one is named.
 
-        A name that ends with .jpg gives a JPEG. Raises CommandFailed if the file cannot be written.
+        A name that ends with .jpg gives a JPEG. Raises CommandFailed if the file cannot be written. Compare pictures
+        by `digest`: of two that differ pytest would explain every byte, which takes minutes.
         """
         if file is not None:
             path = os.path.abspath(file)

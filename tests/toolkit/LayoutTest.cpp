@@ -23,24 +23,7 @@ double covered(const std::string& file, int window) {
     return sum / 255 / (width * height);
 }
 
-class Layout : public testing::Test {
-protected:
-    zm::ItemSpec& item(int window, int id) {
-        for (zm::WindowSpec& one : resource.windows) {
-            for (zm::ItemSpec& candidate : one.items) {
-                if (one.id == window && candidate.id == id) {
-                    return candidate;
-                }
-            }
-        }
-        throw std::out_of_range("no such item");
-    }
-    zm::Style& styleOf(int window, int id) {
-        return resource.styles[static_cast<size_t>(item(window, id).style)];
-    }
-
-    zm::Resource resource = readResource("DISC");
-};
+class Layout : public DiscResource {};
 
 TEST_F(Layout, playIsThePrimaryAction) {
     EXPECT_THAT(primaryActions(resource), IsEmpty());

@@ -46,21 +46,8 @@ INSTANTIATE_TEST_SUITE_P(Files, Legibility, testing::Values(File{"DISC"}, File{"
                          [](const auto& test) { return std::string(test.param.name); });
 
 /** A file with one thing spoilt, and the rule that has to find it. */
-class SpoiltFile : public testing::Test {
+class SpoiltFile : public DiscResource {
 protected:
-    zm::ItemSpec& item(int window, int id) {
-        for (zm::WindowSpec& one : resource.windows) {
-            for (zm::ItemSpec& candidate : one.items) {
-                if (one.id == window && candidate.id == id) {
-                    return candidate;
-                }
-            }
-        }
-        throw std::out_of_range("no such item");
-    }
-    zm::Style& styleOf(int window, int id) {
-        return resource.styles[static_cast<size_t>(item(window, id).style)];
-    }
     zm::Color& color(const std::string& theme, const std::string& name) {
         const auto at = std::find(resource.palette.begin(), resource.palette.end(), name);
         return resource.themes.at(theme)[static_cast<size_t>(at - resource.palette.begin())];
@@ -69,8 +56,6 @@ protected:
         auto fonts = zm::FontBook::open(fontDir);
         return cutTexts(resource, **fonts);
     }
-
-    zm::Resource resource = readResource("DISC");
 };
 
 TEST_F(SpoiltFile, aKeyOfTheHeadThatIsTooLow) {

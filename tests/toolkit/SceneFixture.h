@@ -14,6 +14,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,26 @@ inline Resource readResource(const std::string& name) {
     }
     return std::move(*resource);
 }
+
+/** The player's own file, in which a test may change an item or its style. */
+class DiscResource : public testing::Test {
+protected:
+    ItemSpec& item(int window, int id) {
+        for (WindowSpec& one : resource.windows) {
+            for (ItemSpec& candidate : one.items) {
+                if (one.id == window && candidate.id == id) {
+                    return candidate;
+                }
+            }
+        }
+        throw std::out_of_range("no such item");
+    }
+    Style& styleOf(int window, int id) {
+        return resource.styles[static_cast<size_t>(item(window, id).style)];
+    }
+
+    Resource resource = readResource("DISC");
+};
 
 /** Writes down what a scene reports: "6/6521:1" is the release of control 6521 on page 6, "24 scroll 3@0" a
  * list's start. */

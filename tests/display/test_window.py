@@ -56,6 +56,25 @@ def test_the_window_is_the_screen_pixel_for_pixel(playing: Tuple[Bench, XWindow]
     assert window.picture() != before
 
 
+def computed_by_a_driver(unit: Bench) -> int:
+    """Nanoseconds that the threads of a driver for graphics cards have run, which computes where there is no card."""
+    tasks = Path(f"/proc/{unit.pid}/task").iterdir()
+    drivers = [task for task in tasks if "pipe" in (task / "comm").read_text()]
+    return sum(int((task / "schedstat").read_text().split()[0]) for task in drivers)
+
+
+def test_without_a_graphics_card_no_driver_of_one_computes_pictures(playing: Tuple[Bench, XWindow]) -> None:
+    unit, window = playing
+    paused(unit)
+    until_equal(lambda: decoded(unit.picture()), window.picture, "the window shows another picture")
+    before = computed_by_a_driver(unit)
+    for theme in ("day", "night", "day"):
+        unit.theme(theme)
+        unit.settle()
+        until_equal(lambda: decoded(unit.picture()), window.picture, "the window has not followed")
+    assert computed_by_a_driver(unit) == before
+
+
 def test_the_volume_keys_of_a_keyboard_turn_the_unit(playing: Tuple[Bench, XWindow]) -> None:
     unit, window = playing
 

@@ -1,16 +1,20 @@
 #include "services/bench/display/Painter.h"
 
-#include "services/bench/screen/Compositor.h"
+#include "services/bench/display/RendererCanvas.h"
+#include "services/bench/display/SurfaceCanvas.h"
 
 #include <SDL2/SDL.h>
 
 #include <cstring>
+#include <utility>
 
 namespace zm::bench::display {
 
 namespace {
 
-// Without a graphics card the drivers for one compute each pixel several times; SDL's own copying is far quicker.
+using Renderer = RendererCanvas::Renderer;
+
+// Without a graphics card the drivers for one compute each pixel several times; plain copying is far quicker.
 bool drawsByComputing(SDL_Renderer* renderer) {
     SDL_RendererInfo info;
     if (SDL_GetRendererInfo(renderer, &info) != 0 || !std::strstr(info.name, "opengl")) {
@@ -24,82 +28,55 @@ bool drawsByComputing(SDL_Renderer* renderer) {
            (std::strstr(name, "llvmpipe") || std::strstr(name, "softpipe") || std::strstr(name, "swrast"));
 }
 
-} // namespace
+std::unique_ptr<Canvas> makeCanvas(SDL_Window* window) {
+    Renderer renderer(SDL_CreateRenderer(window, -1, SDL_RENDERER_ACCELERATED | SDL_RENDERER_PRESENTVSYNC));
+    if (renderer && !drawsByComputing(renderer.get())) {
+        return RendererCanvas::make(std::move(renderer));
+    }
+    renderer.reset();
+    if (SurfaceCanvas::isPossible()) {
+        return SurfaceCanvas::make(window);
+    }
+    renderer.reset(SDL_CreateRenderer(window, -1, SDL_RENDERER_SOFTWARE));
+    return renderer ? RendererCanvas::make(std::move(renderer)) : nullptr;
+}
 
-void Painter::DestroyRenderer::operator()(SDL_Renderer* renderer) const {
-    SDL_DestroyRenderer(renderer);
-}
-void Painter::DestroyTexture::operator()(SDL_Texture* texture) const {
-    SDL_DestroyTexture(texture);
-}
+} // namespace
 
 Painter::Painter(SDL_Window* window) : m_window(window) {}
 
 Painter::~Painter() = default;
 
 Status Painter::open() {
-    m_renderer.reset(SDL_CreateRenderer(m_window, -1, SDL_RENDERER_ACCELERATED | SDL_RENDERER_PRESENTVSYNC));
-    if (!m_renderer || drawsByComputing(m_renderer.get())) {
-        m_renderer.reset();
-        m_renderer.reset(SDL_CreateRenderer(m_window, -1, SDL_RENDERER_SOFTWARE));
-    }
-    if (m_renderer) {
-        m_screen = makeTexture(SDL_TEXTUREACCESS_STREAMING, 1, "nearest");
-    }
-    if (!m_screen) {
+    m_canvas = makeCanvas(m_window);
+    if (!m_canvas) {
         return Error{SDL_GetError()};
     }
     place();
     return ok();
 }
 
-Painter::Texture Painter::makeTexture(int access, int multiple, const char* quality) {
-    SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, quality);
-    Texture texture(SDL_CreateTexture(m_renderer.get(), SDL_PIXELFORMAT_ARGB8888, access,
-                                      screen::Compositor::Width * multiple,
-                                      screen::Compositor::Height * multiple));
-    if (texture) {
-        // The fourth byte of a composed frame says nothing.
-        SDL_SetTextureBlendMode(texture.get(), SDL_BLENDMODE_NONE);
-    }
-    return texture;
-}
-
 void Painter::place() {
     int width = 0;
     int height = 0;
-    SDL_GetRendererOutputSize(m_renderer.get(), &width, &height);
+    SDL_GetWindowSizeInPixels(m_window, &width, &height);
     m_placement = placeScreen(width, height);
     int windowWidth = 0;
     SDL_GetWindowSize(m_window, &windowWidth, nullptr);
     m_density = windowWidth > 0 ? static_cast<float>(width) / static_cast<float>(windowWidth) : 1.0F;
 }
 
+void Painter::beginAnew() {
+    place();
+    m_canvas->lose();
+}
+
 void Painter::upload(const Image& frame, Rect damage) {
-    const SDL_Rect area{damage.x, damage.y, damage.w, damage.h};
-    SDL_UpdateTexture(m_screen.get(), &area, frame.at(damage.x, damage.y), frame.stride);
+    m_canvas->take(frame, damage, m_placement);
 }
 
 void Painter::show() {
-    place();
-    SDL_Renderer* renderer = m_renderer.get();
-    SDL_Texture* source = m_screen.get();
-    if (!m_placement.exact) {
-        if (m_enlargedBy != m_placement.multiple) {
-            m_enlarged = makeTexture(SDL_TEXTUREACCESS_TARGET, m_placement.multiple, "linear");
-            m_enlargedBy = m_enlarged ? m_placement.multiple : 0;
-        }
-        if (m_enlarged && SDL_SetRenderTarget(renderer, m_enlarged.get()) == 0) {
-            SDL_RenderCopy(renderer, source, nullptr, nullptr);
-            SDL_SetRenderTarget(renderer, nullptr);
-            source = m_enlarged.get();
-        }
-    }
-    SDL_SetRenderDrawColor(renderer, 0, 0, 0, 255);
-    SDL_RenderClear(renderer);
-    const SDL_Rect area{m_placement.area.x, m_placement.area.y, m_placement.area.w, m_placement.area.h};
-    SDL_RenderCopy(renderer, source, nullptr, &area);
-    SDL_RenderPresent(renderer);
+    m_canvas->show(m_placement);
 }
 
 } // namespace zm::bench::display

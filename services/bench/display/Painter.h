@@ -3,14 +3,11 @@
 #include "base/Image.h"
 #include "base/Rect.h"
 #include "base/Result.h"
-#include "services/bench/display/Placement.h"
+#include "services/bench/display/Canvas.h"
 
 #include <memory>
-#include <string>
 
 struct SDL_Window;
-struct SDL_Renderer;
-struct SDL_Texture;
 
 namespace zm::bench::display {
 
@@ -27,6 +24,8 @@ public:
 
     /** Must be called first; the error is SDL's. */
     Status open();
+    /** What was shown is lost, or the window has another size: what is uploaded next is all. */
+    void beginAnew();
     /** Takes over the pixels inside `damage`; nothing is shown yet. */
     void upload(const Image& frame, Rect damage);
     /** Shows all. Waits for the screen's vertical sync where a graphics card has one. */
@@ -37,22 +36,10 @@ public:
     float density() const { return m_density; }
 
 private:
-    struct DestroyRenderer {
-        void operator()(SDL_Renderer* renderer) const;
-    };
-    struct DestroyTexture {
-        void operator()(SDL_Texture* texture) const;
-    };
-    using Texture = std::unique_ptr<SDL_Texture, DestroyTexture>;
-
     void place();
-    Texture makeTexture(int access, int multiple, const char* quality);
 
     SDL_Window* m_window;
-    std::unique_ptr<SDL_Renderer, DestroyRenderer> m_renderer;
-    Texture m_screen;
-    Texture m_enlarged; ///< the screen at a whole multiple; only where it is shown between two of them
-    int m_enlargedBy = 0;
+    std::unique_ptr<Canvas> m_canvas;
     Placement m_placement;
     float m_density = 1;
 };

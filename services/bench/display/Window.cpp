@@ -205,13 +205,17 @@ void Window::Impl::handleKey(const SDL_Event& event) {
 
 void Window::Impl::draw(bool always) {
     bool changed = false;
+    if (always) {
+        painter->beginAnew();
+    }
     frame.take([&](const Image& image, Rect damage) {
-        changed = !damage.empty();
+        const Rect part = always ? Rect{0, 0, image.width, image.height} : damage;
+        changed = !part.empty();
         if (changed) {
-            painter->upload(image, damage);
+            painter->upload(image, part);
         }
     });
-    if (changed || always) {
+    if (changed) {
         painter->show();
     }
 }

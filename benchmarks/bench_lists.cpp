@@ -14,6 +14,7 @@
 #include "zmui/CUIWndMng.h"
 #include "zmui/CUI_BtList.h"
 
+#include <nlohmann/json.hpp>
 #include <signal.h>
 #include <sqlite3.h>
 
@@ -33,7 +34,7 @@ namespace {
 constexpr int LongList = 65535;
 constexpr int Turns = 11;
 constexpr int MediaList = 24;
-constexpr int disc::model::ListItem = 2000;
+constexpr int ListItem = 2000;
 constexpr int MusicTab = 503;
 constexpr int VideoTab = 504;
 constexpr double Tick = 50; ///< how often the view looks for rows, in milliseconds
@@ -199,7 +200,7 @@ private:
     CUI_BtList* list() {
         CUI_BtList* result = nullptr;
         m_application.view().GetUIWndMgrWrapper()->GetUIAnalysisObj()->GetItemData(
-            MediaList, disc::model::ListItem, result);
+            MediaList, ListItem, result);
         return result;
     }
 

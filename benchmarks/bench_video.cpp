@@ -4,6 +4,7 @@
 #include "benchmarks/BenchUnit.h"
 #include "benchmarks/Figure.h"
 
+#include <nlohmann/json.hpp>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,0 +1,109 @@
+"""What is proven beyond the tests that every change must pass: each goal with its command and what of its output counts."""
+
+from __future__ import annotations
+
+import re
+from dataclasses import dataclass
+from typing import Callable, Optional, Tuple
+
+
+@dataclass(frozen=True)
+class Value:
+    text: str
+    good: bool
+
+
+@dataclass(frozen=True)
+class Run:
+    """What a command printed, how it ended and how long it took."""
+
+    output: str
+    status: int
+    seconds: float
+
+
+# Nothing: the run says nothing of the goal.
+Reader = Callable[[Run], Optional[Value]]
+
+
+@dataclass(frozen=True)
+class Goal:
+    name: str  # a word, as `./dev prove NAME` takes it
+    area: str
+    goal: str
+    command: Tuple[str, ...]
+    read: Reader
+    short: Tuple[str, ...] = ()  # the same in a few minutes, to see that it works; it proves less and the page says so
+
+
+def at_least(pattern: str, least: float, unit: str = "%") -> Reader:
+    """The last number that the pattern's group finds."""
+
+    def read(run: Run) -> Optional[Value]:
+        found = re.findall(pattern, run.output)
+        if not found:
+            return None
+        value = float(found[-1])
+        return Value(f"{value:g}{unit}", value >= least)
+
+    return read
+
+
+def at_most(pattern: str, most: float, unit: str) -> Reader:
+    """The largest number that the pattern's group finds."""
+
+    def read(run: Run) -> Optional[Value]:
+        found = [float(each) for each in re.findall(pattern, run.output)]
+        return Value(f"{max(found):g}{unit}", max(found) <= most) if found else None
+
+    return read
+
+
+def passes(pattern: str) -> Reader:
+    """The command succeeds; the last match of the pattern is the value."""
+
+    def read(run: Run) -> Optional[Value]:
+        found = re.findall(pattern, run.output)
+        return Value(found[-1], run.status == 0) if found else None
+
+    return read
+
+
+def within(minutes: float) -> Reader:
+    """The command succeeds in so many minutes."""
+
+    def read(run: Run) -> Optional[Value]:
+        took = run.seconds / 60
+        return Value(f"{took:.0f} min" + ("" if run.status == 0 else ", failed"), run.status == 0 and took <= minutes)
+
+    return read
+
+
+def _mutation(name: str, room: str, count: int, least: int) -> Goal:
+    return Goal(name, "mutation", f"{count} random mutants of {room}/, at least {least} % killed",
+                ("./dev", "mutate", room, str(count), "--goal", str(least)),
+                at_least(r"killed \((\d+(?:\.\d+)?) %\)", least), ("./dev", "mutate", room, "5"))
+
+
+_TESTS = r"\d+% tests passed, \d+ tests failed out of \d+"
+
+GOALS = (
+    Goal("walk", "model", "1,000,000 random steps of unit and model, no difference", ("./dev", "walk", "1000000"),
+         passes(r"\d+ steps from seed .*"), ("./dev", "walk", "1000")),
+    _mutation("mutate-application", "mpu", 400, 95),
+    _mutation("mutate-platform", "platform", 300, 90),
+    _mutation("mutate-services", "services", 300, 90),
+    Goal("tsan", "schedules", "no race in any test", ("./dev", "test", "--sanitize", "tsan"), passes(_TESTS),
+         ("./dev", "test", "--sanitize", "tsan", "-L", "^base$")),
+    Goal("asan", "hostile", "no leak and no wild access in any test", ("./dev", "test", "--sanitize", "asan"), passes(_TESTS),
+         ("./dev", "test", "--sanitize", "asan", "-L", "^base$")),
+    Goal("hostile", "hostile", "public and hostile corpora: nothing crashes, hangs or is silently wrong",
+         ("./dev", "test", "-R", "python.hostile|Json|Hostile|Damaged|ChangedDvd"), passes(_TESTS)),
+    Goal("fuzz", "fuzzing", "every target for an hour, no finding", ("./dev", "fuzz", "all", "3600"),
+         passes(r"fuzzing: .*"), ("./dev", "fuzz", "json", "5")),
+    Goal("ci", "time", "what every change must pass takes at most 40 minutes", (".ci/run",), within(40)),
+    Goal("frames", "benchmarks", "no frame lost in 20 s of a film beside a busy core", ("./dev", "bench", "video-busy"),
+         at_most(r'frames lost in 20 s, beside a busy core", "value": ([\d.]+)', 0, " frames")),
+    Goal("latency", "benchmarks", "99th percentile of a PPS change's way to a frame at most 15 ms beside a busy core",
+         ("./dev", "bench", "unit-busy"), at_most(r'99th percentile, beside a busy core", "value": ([\d.]+)', 15, " ms")),
+)

@@ -53,6 +53,10 @@ void PpsInbox::run() {
                 continue;
             }
             auto text = watch.file->read();
+            if (watch.onNewObjects && watch.file->reconnected()) {
+                m_home->post(watch.onNewObjects);
+                continue;
+            }
             if (text && !text->empty()) {
                 m_home->post([onText = watch.onText, text = std::move(*text)] { onText(text); });
             }

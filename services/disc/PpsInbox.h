@@ -19,6 +19,7 @@ public:
     struct Watch {
         PpsFile* file; ///< outlives the inbox; nobody else reads it meanwhile
         std::function<void(std::string)> onText;
+        std::function<void()> onNewObjects{}; ///< if set: told instead of a text where the objects are new
     };
 
     PpsInbox(std::vector<Watch> watches, std::shared_ptr<Mailbox> home);

@@ -148,7 +148,8 @@ Status Service::begin(const std::string& disc, const std::string& drive) {
             {&m_control, [this](const std::string& text) { controlText(text); }},
             {&m_state->driveFile(), [this](const std::string& text) { driveText(text); }},
             {&m_sound, [this](const std::string& text) { soundText(text); }},
-            {&m_state->statusFile(), [this](const std::string& text) { statusText(text); }},
+            {&m_state->statusFile(), [this](const std::string& text) { statusText(text); },
+             [this] { publishAgain(); }},
         },
         m_mailbox);
     return m_inbox->start();
@@ -189,13 +190,16 @@ void Service::soundText(const std::string& text) {
     m_engine->loudness(m_loudness);
 }
 
-// Nobody else writes the status, so a text of it can only be a service that has been started anew and knows
-// nothing.
+// A text that sets nothing says that somebody has removed the object.
 void Service::statusText(const std::string& text) {
     if (attributesOf(text).empty()) {
-        logInfo("published objects were lost: published again\n");
-        m_state->publishAll();
+        publishAgain();
     }
+}
+
+void Service::publishAgain() {
+    logInfo("published objects were lost: published again\n");
+    m_state->publishAll();
 }
 
 void Service::command(const std::string& value) {

@@ -40,6 +40,7 @@ private:
     void controlText(const std::string& text);
     void driveText(const std::string& text);
     void statusText(const std::string& text);
+    void publishAgain();
     void soundText(const std::string& text);
     void command(const std::string& json);
     void voice(const std::string& json);

@@ -145,6 +145,8 @@ public:
     /** The same where it may fail: why it did, or nothing. `before` runs on its thread. */
     std::string tryService(const std::string& disc, const std::function<void()>& before);
     void stopService();
+    /** Runs `task` on the service's thread, which sees to nothing else meanwhile. */
+    void whileServiceStands(const std::function<void()>& task) { m_serviceThread->call(task); }
 
     void command(int number, int first = 0, int second = 0);
     void request(const nlohmann::json& json);

@@ -361,6 +361,24 @@ TEST_F(DiscService, EverythingIsPublishedAgainWhenTheObjectsAreStartedAnew) {
     m_unit.next("playtime", [](const Published&) { return true; });
 }
 
+// A change that meets no objects waits for the new ones, and is then the first that these hear of.
+TEST_F(DiscService, EverythingIsPublishedAgainAlsoWhereAChangeReachesTheNewObjectsFirst) {
+    constexpr int Repeat = 9;
+    constexpr int RepeatOne = 8;
+    play();
+    m_unit.whileServiceStands([&] {
+        m_unit.command(Repeat, RepeatOne);
+        std::this_thread::sleep_for(100ms); // until its reader has it
+        m_unit.stopObjects();
+    });
+    m_unit.mark();
+    std::this_thread::sleep_for(50ms); // until the change has met nobody
+    m_unit.startObjects();
+    m_unit.next("playstate", [](const Published& each) { return each.json()["repeat"] == RepeatOne; });
+    m_unit.next("disc", "1");
+    m_unit.next("trackinfo", [](const Published& each) { return each.json()["mediaid"] == 1; });
+}
+
 TEST(DiscServiceStart, FailsWithoutTheObjectsService) {
     TempFolder runtime;
     zm::EventLoop loop;

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 
 namespace zm {
 
@@ -69,6 +70,7 @@ struct PpsFile::Impl {
     std::optional<SyncConnection> connection;
     UniqueFd notices;
     Clock::time_point nextAttempt{};
+    bool reconnected = false;
 
     Error disconnected() const { return Error{path + ": the PPS service is not reachable"}; }
 
@@ -97,7 +99,12 @@ struct PpsFile::Impl {
 
     // The connection, made anew if the service has gone and the last attempt was long enough ago. A
     // reconnected object is not truncated again: that belongs to the moment of opening.
-    bool connected() { return connection || (Clock::now() >= nextAttempt && connect(flags & ~PpsTruncate)); }
+    bool connected() {
+        if (!connection && Clock::now() >= nextAttempt && connect(flags & ~PpsTruncate)) {
+            reconnected = true;
+        }
+        return connection.has_value();
+    }
 
     void drop() {
         // Wakes a thread that still polls the descriptor.
@@ -210,6 +217,11 @@ Status PpsFile::truncate() {
 int PpsFile::pollFd() {
     std::lock_guard lock(m_impl->mutex);
     return m_impl->connected() ? m_impl->notices.get() : -1;
+}
+
+bool PpsFile::reconnected() {
+    std::lock_guard lock(m_impl->mutex);
+    return std::exchange(m_impl->reconnected, false);
 }
 
 Result<std::vector<std::string>> ppsList(const std::string& socket) {

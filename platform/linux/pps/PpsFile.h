@@ -50,6 +50,11 @@ public:
      * each poll. -1 while disconnected.
      */
     int pollFd();
+    /**
+     * Whether it has been connected anew since the last call: the objects are others then and know nothing
+     * of what was written before. Such a connection is made by `read`, `write`, `truncate` or `pollFd`.
+     */
+    bool reconnected();
 
 private:
     struct Impl;

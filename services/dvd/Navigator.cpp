@@ -149,8 +149,8 @@ void Navigator::take(int event, uint8_t* block, Outbox& outbox) {
         m_titleSet = reinterpret_cast<const dvdnav_vts_change_event_t*>(block)->new_vtsN;
         break;
     case DVDNAV_CELL_CHANGE:
-        m_cellTime =
-            inTitle() ? timeOfCell(reinterpret_cast<const dvdnav_cell_change_event_t*>(block)->cellN) : 0;
+        m_cell = reinterpret_cast<const dvdnav_cell_change_event_t*>(block)->cellN;
+        m_cellTime = inTitle() ? timeOfCell() : 0;
         m_length = reinterpret_cast<const dvdnav_cell_change_event_t*>(block)->pgc_length;
         announceStreams(outbox);
         break;
@@ -166,7 +166,7 @@ void Navigator::take(int event, uint8_t* block, Outbox& outbox) {
     }
 }
 
-int64_t Navigator::timeOfCell(int cell) {
+int64_t Navigator::timeOfCell() {
     int32_t angle = 0;
     int32_t angles = 0;
     int32_t title = 0;
@@ -174,16 +174,38 @@ int64_t Navigator::timeOfCell(int cell) {
     int32_t program = 0;
     dvdnav_get_angle_info(nav(), &angle, &angles);
     if (angles > 1 && dvdnav_current_title_program(nav(), &title, &chain, &program) == DVDNAV_STATUS_OK) {
-        if (const auto time = m_cellTimes.begin(m_titleSet, chain, cell)) {
+        if (const auto time = m_cellTable.begin(m_titleSet, chain, m_cell)) {
             return *time;
         }
     }
     return dvdnav_get_current_time(nav());
 }
 
+// The library's search goes one unit too far: from the last one of a cell into what lies behind it on the disc.
+bool Navigator::landedBehindItsCell() {
+    const dsi_t* unit = dvdnav_get_current_nav_dsi(nav());
+    int32_t title = 0;
+    int32_t chain = 0;
+    int32_t program = 0;
+    if (!unit || !inTitle() ||
+        dvdnav_current_title_program(nav(), &title, &chain, &program) != DVDNAV_STATUS_OK) {
+        return false;
+    }
+    const auto last = m_cellTable.lastSector(m_titleSet, chain, m_cell);
+    return last && unit->dsi_gi.nv_pck_lbn > *last;
+}
+
+// The library's other search stays inside the cell; it only guesses where in it, which near its end is good enough.
+bool Navigator::searchAgain() {
+    const auto sought = std::exchange(m_sought, std::nullopt);
+    return sought && landedBehindItsCell() && inFirstAngle([&] {
+               return dvdnav_time_search(nav(), static_cast<uint64_t>(*sought)) == DVDNAV_STATUS_OK;
+           });
+}
+
 void Navigator::takePlace(const uint8_t* block, Outbox& outbox) {
     const pci_t* buttons = dvdnav_get_current_nav_pci(nav());
-    if (!buttons) {
+    if (!buttons || searchAgain()) {
         return;
     }
     auto place = record<PlaceEvent>(Event::Place);
@@ -365,22 +387,31 @@ bool Navigator::playChapter(int title, int chapter) {
            dvdnav_part_play(nav(), title, chapter) == DVDNAV_STATUS_OK;
 }
 
-bool Navigator::seek(int64_t time) {
-    if (!inTitle() || time < 0 || time >= m_length) {
-        return false;
-    }
-    // The library finds the place in the first angle, but would count it from the beginning of the chosen one.
+// The library finds the place in the first angle, but would count it from the beginning of the chosen one.
+template <class Search>
+bool Navigator::inFirstAngle(Search search) {
     int32_t angle = 1;
     int32_t angles = 1;
     dvdnav_get_angle_info(nav(), &angle, &angles);
     dvdnav_angle_change(nav(), 1);
-    const bool found =
-        dvdnav_jump_to_sector_by_time(nav(), static_cast<uint64_t>(time), 0) == DVDNAV_STATUS_OK;
+    const bool found = search();
     dvdnav_angle_change(nav(), angle);
     return found;
 }
 
+bool Navigator::seek(int64_t time) {
+    if (!inTitle() || time < 0 || time >= m_length) {
+        return false;
+    }
+    const bool found = inFirstAngle([&] {
+        return dvdnav_jump_to_sector_by_time(nav(), static_cast<uint64_t>(time), 0) == DVDNAV_STATUS_OK;
+    });
+    m_sought = found ? std::optional(time) : std::nullopt;
+    return found;
+}
+
 Outcome Navigator::jump(const Command& command) {
+    m_sought.reset();
     const bool outsideTitle = !inTitle();
     int32_t title = 0;
     int32_t chapter = 0;

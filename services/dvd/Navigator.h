@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
-#include "services/dvd/CellTimes.h"
+#include "services/dvd/CellTable.h"
 #include "services/dvd/EarlierPicture.h"
 #include "services/dvd/Outbox.h"
 
@@ -46,13 +46,15 @@ private:
     };
 
     Navigator(dvdnav_t* nav, const std::string& path)
-        : m_nav(nav), m_cellTimes(path), m_earlierPicture(path) {}
+        : m_nav(nav), m_cellTable(path), m_earlierPicture(path) {}
     dvdnav_t* nav() const { return m_nav.get(); }
     bool inTitle() const { return dvdnav_is_domain_vts(nav()) != 0; }
     Domain domain() const;
 
     void take(int event, uint8_t* block, Outbox& outbox);
-    int64_t timeOfCell(int cell);
+    int64_t timeOfCell();
+    bool landedBehindItsCell();
+    bool searchAgain();
     void takePlace(const uint8_t* block, Outbox& outbox);
     void sendStandingPicture(Outbox& outbox);
     void takeSound(const dvdnav_audio_stream_change_event_t& change, Outbox& outbox);
@@ -65,6 +67,8 @@ private:
     Outcome press(const Command& command, Outbox& outbox);
     bool playChapter(int title, int chapter);
     bool seek(int64_t time);
+    template <class Search>
+    bool inFirstAngle(Search search);
     bool changeStreams(const Command& command);
     void recover(Outbox& outbox);
 
@@ -80,10 +84,12 @@ private:
     bool m_waits = false;
     bool m_failing = false;
     uint64_t m_progress = 0;
-    CellTimes m_cellTimes;
+    CellTable m_cellTable;
     EarlierPicture m_earlierPicture;
-    bool m_elsewhere = true; ///< what is read next does not follow what was read before
+    bool m_elsewhere = true;         ///< what is read next does not follow what was read before
+    std::optional<int64_t> m_sought; ///< by the last jump, until it has led somewhere
     int m_titleSet = 0;
+    int m_cell = 0;
     int64_t m_cellTime = 0;
     int64_t m_length = 0;
     int64_t m_time = 0; ///< of the pack read last, in the title

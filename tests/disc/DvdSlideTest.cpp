@@ -113,3 +113,30 @@ TEST_F(DvdSlides, FastModesShowThePictures) {
     EXPECT_TRUE(m_unit.pictures().waitFor(MiddleX, MiddleY, green, 4s));
     EXPECT_TRUE(m_unit.pictures().waitFor(MiddleX, MiddleY, red, 4s));
 }
+
+TEST_F(DvdSlides, AnotherSoundInTheLastSecondOfATitleIsThatTitles) {
+    playSlides();
+    m_unit.command(185, 13, 0);
+    nextTime(13, 13);
+    ASSERT_TRUE(shows(blue));
+    m_unit.command(11, 0, 0);
+    EXPECT_TRUE(m_unit.sound().waitForTone(550, 1500ms));
+    EXPECT_TRUE(shows(blue));
+    nextTime(13, 14);
+    nextPlace(2, 1);
+    EXPECT_TRUE(shows(yellow));
+}
+
+TEST_F(DvdSlides, AnotherSoundAtAChaptersEndKeepsTheTime) {
+    playSlides();
+    m_unit.command(185, 4, 0);
+    nextTime(4, 4);
+    m_unit.command(11, 0, 0);
+    watch();
+    EXPECT_TRUE(m_unit.sound().waitForTone(550, 1500ms));
+    nextPlace(1, 2);
+    EXPECT_TRUE(shows(green));
+    for (const auto& time : published("playtime")) {
+        EXPECT_GE(nlohmann::json::parse(time)["time"], 4) << "it lay in the next chapter";
+    }
+}

@@ -1,4 +1,4 @@
-#include "services/dvd/CellTimes.h"
+#include "services/dvd/CellTable.h"
 
 #include "services/dvd/DiscTime.h"
 
@@ -12,7 +12,7 @@ bool isFurtherAngle(const cell_playback_t& cell) {
 
 } // namespace
 
-const pgc_t* CellTimes::find(int titleSet, int chain) {
+const pgc_t* CellTable::find(int titleSet, int chain, int cell) {
     if (!m_disc) {
         m_disc.reset(DVDOpen(m_path.c_str()));
     }
@@ -21,13 +21,17 @@ const pgc_t* CellTimes::find(int titleSet, int chain) {
         m_titleSet = titleSet;
     }
     const pgcit_t* chains = m_tables ? m_tables->vts_pgcit : nullptr;
-    return chains && chain >= 1 && chain <= chains->nr_of_pgci_srp ? chains->pgci_srp[chain - 1].pgc
-                                                                   : nullptr;
+    if (!chains || chain < 1 || chain > chains->nr_of_pgci_srp) {
+        return nullptr;
+    }
+    const pgc_t* programs = chains->pgci_srp[chain - 1].pgc;
+    return programs && programs->cell_playback && cell >= 1 && cell <= programs->nr_of_cells ? programs
+                                                                                             : nullptr;
 }
 
-std::optional<int64_t> CellTimes::begin(int titleSet, int chain, int cell) {
-    const pgc_t* programs = find(titleSet, chain);
-    if (!programs || !programs->cell_playback || cell < 1 || cell > programs->nr_of_cells) {
+std::optional<int64_t> CellTable::begin(int titleSet, int chain, int cell) {
+    const pgc_t* programs = find(titleSet, chain, cell);
+    if (!programs) {
         return std::nullopt;
     }
     // All angles begin where the first of them does.
@@ -41,6 +45,11 @@ std::optional<int64_t> CellTimes::begin(int titleSet, int chain, int cell) {
             isFurtherAngle(programs->cell_playback[i]) ? 0 : ticks(programs->cell_playback[i].playback_time);
     }
     return time;
+}
+
+std::optional<uint32_t> CellTable::lastSector(int titleSet, int chain, int cell) {
+    const pgc_t* programs = find(titleSet, chain, cell);
+    return programs ? std::optional(uint32_t{programs->cell_playback[cell - 1].last_sector}) : std::nullopt;
 }
 
 } // namespace zm::dvd

@@ -1,5 +1,9 @@
 #include "tests/disc/DvdFixture.h"
 
+#include <glib.h>
+
+#include <atomic>
+
 using namespace zm::disc::model;
 using namespace zm::test;
 using namespace std::chrono_literals;
@@ -139,4 +143,25 @@ TEST_F(DvdSlides, AnotherSoundAtAChaptersEndKeepsTheTime) {
     for (const auto& time : published("playtime")) {
         EXPECT_GE(nlohmann::json::parse(time)["time"], 4) << "it lay in the next chapter";
     }
+}
+
+TEST_F(DvdSlides, ManySearchesDoNotUpsetTheLibraries) {
+    static std::atomic<int> complaints;
+    complaints = 0;
+    const auto before = g_log_set_default_handler(
+        +[](const char* domain, GLogLevelFlags level, const char* text, void*) {
+            complaints += (level & (G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING)) != 0;
+            std::cerr << (domain ? domain : "") << ": " << text << "\n";
+        },
+        nullptr);
+    playSlides();
+    for (int i = 0; i < 120; ++i) {
+        m_unit.command(185, i * 5 % 14, 0);
+        std::this_thread::sleep_for(25ms);
+    }
+    m_unit.command(185, 7, 0);
+    EXPECT_TRUE(shows(green));
+    m_unit.stopService();
+    g_log_set_default_handler(before, nullptr);
+    EXPECT_EQ(complaints, 0);
 }

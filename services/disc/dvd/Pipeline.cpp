@@ -102,7 +102,7 @@ Pipeline::~Pipeline() {
 
 bool Pipeline::build(const SoundMaker& makeSound) {
     m_source = makeElement();
-    GstElement* subtitles = gst_element_factory_make("dvdspu", nullptr);
+    GstElement* subtitles = m_subtitles = gst_element_factory_make("dvdspu", nullptr);
     GstElement* screen = parse(screenChain, m_failure);
     GstElement* joint = parse(soundJoint, m_failure);
     GstElement* sound = makeSound();
@@ -157,11 +157,22 @@ bool Pipeline::add(const char* description, Pad which, GstElement* target, const
 
 void Pipeline::startStreams() {
     for (size_t i = 0; i < PadCount; ++i) {
-        GstPad* each = pad(static_cast<Pad>(i));
-        gst_pad_push_event(each, gst_event_new_stream_start(("dvd-" + std::to_string(i)).c_str()));
+        const auto each = static_cast<Pad>(i);
+        begin(each, gst_event_new_stream_start(("dvd-" + std::to_string(i)).c_str()));
         const engine::GstOwned<GstCaps> caps(gst_caps_from_string(streamCaps[i]));
-        gst_pad_push_event(each, gst_event_new_caps(caps.get()));
+        begin(each, gst_event_new_caps(caps.get()));
     }
+}
+
+// What draws subtitles reckons with their segment as soon as it is told that a picture stands; through their queue it may
+// come later than that.
+void Pipeline::begin(Pad which, GstEvent* event) {
+    if (which == Pad::Subtitle) {
+        GstPad* drawn = gst_element_get_static_pad(m_subtitles, "subpicture");
+        gst_pad_send_event(drawn, gst_event_ref(event));
+        gst_object_unref(drawn);
+    }
+    gst_pad_push_event(pad(which), event);
 }
 
 void Pipeline::sendSegment() {
@@ -169,7 +180,7 @@ void Pipeline::sendSegment() {
     gst_segment_init(&segment, GST_FORMAT_TIME);
     segment.start = segment.position = segment.time = clockTime(Margin);
     for (size_t i = 0; i < PadCount; ++i) {
-        gst_pad_push_event(pad(static_cast<Pad>(i)), gst_event_new_segment(&segment));
+        begin(static_cast<Pad>(i), gst_event_new_segment(&segment));
     }
     m_broken.fill(true);
     m_prerolled = false;

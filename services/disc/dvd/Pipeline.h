@@ -69,6 +69,7 @@ private:
     bool build(const SoundMaker& makeSound);
     bool add(const char* description, Pad pad, GstElement* target, const char* targetPad);
     void startStreams();
+    void begin(Pad which, GstEvent* event);
     void sendSegment();
     void listen();
     void receive(GstMessage* message);
@@ -84,7 +85,8 @@ private:
     std::optional<StandingPicture> m_standing;
     double m_zoom = 1.0;
     engine::GstOwned<GstElement> m_pipeline;
-    GstElement* m_source = nullptr; ///< of the pipeline
+    GstElement* m_source = nullptr;    ///< of the pipeline
+    GstElement* m_subtitles = nullptr; ///< the same
     SourceHandle m_bus;
     std::array<bool, PadCount> m_broken{}; ///< what is pushed next does not follow what was before
     bool m_prerolled = false;

@@ -1,10 +1,7 @@
 #include "services/cover/Jail.h"
 
-#include <seccomp.h>
-#include <sys/resource.h>
-
-#include <cstring>
-#include <utility>
+#include "services/jail/CallFilter.h"
+#include "services/jail/Limits.h"
 
 namespace zm::cover {
 
@@ -22,38 +19,20 @@ constexpr const char* allowed[] = {
     "gettid",         "tgkill",      "rt_sigaction",    "rt_sigreturn", "clock_gettime",
     "rt_sigprocmask", "sched_yield", "restart_syscall", "exit",         "exit_group"};
 
-Status limit(__rlimit_resource what, rlim_t most) {
-    const rlimit both{most, most};
-    return ::setrlimit(what, &both) == 0 ? ok() : systemError("a limit");
-}
-
 } // namespace
 
 Status lockIn() {
-#ifdef __SANITIZE_ADDRESS__
-    constexpr bool sanitized = true;
-#else
-    constexpr bool sanitized = false;
-#endif
-    if (sanitized) {
-        return ok(); // the sanitizer needs both memory and files
+    if (!jail::Possible) {
+        return ok();
     }
-    for (const auto& [what, most] : {std::pair{RLIMIT_DATA, MemoryLimit}, std::pair{RLIMIT_CPU, SecondsLimit},
-                                     std::pair{RLIMIT_CORE, rlim_t{0}}}) {
-        if (auto limited = limit(what, most); !limited) {
-            return limited;
-        }
+    auto limited =
+        jail::limit({{RLIMIT_DATA, MemoryLimit}, {RLIMIT_CPU, SecondsLimit}, {RLIMIT_CORE, rlim_t{0}}});
+    if (!limited) {
+        return limited;
     }
-    scmp_filter_ctx filter = ::seccomp_init(SCMP_ACT_ERRNO(EPERM));
-    int error = 0;
-    for (const char* name : allowed) {
-        error = error != 0
-                    ? error
-                    : ::seccomp_rule_add(filter, SCMP_ACT_ALLOW, ::seccomp_syscall_resolve_name(name), 0);
-    }
-    error = error != 0 ? error : ::seccomp_load(filter);
-    ::seccomp_release(filter);
-    return error == 0 ? ok() : Error{std::string("system call filter: ") + ::strerror(-error)};
+    jail::CallFilter filter;
+    filter.allow(allowed);
+    return filter.load();
 }
 
 } // namespace zm::cover

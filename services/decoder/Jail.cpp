@@ -1,23 +1,19 @@
 #include "services/decoder/Jail.h"
 
 #include "services/decoder/Fonts.h"
+#include "services/jail/CallFilter.h"
+#include "services/jail/Limits.h"
 
 #include <fcntl.h>
 #include <sched.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 
-#include <seccomp.h>
-
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <malloc.h>
-#include <string>
 #include <ucontext.h>
 #include <unistd.h>
-#include <utility>
 
 namespace zm::decoder {
 
@@ -117,13 +113,6 @@ constexpr const char* allowed[] = {"read",
                                    "semtimedop",
                                    "getcwd"};
 
-constexpr const char* opening[] = {"open", "openat"};
-
-Status limit(__rlimit_resource what, rlim_t most) {
-    const rlimit both{most, most};
-    return ::setrlimit(what, &both) == 0 ? ok() : systemError("a limit");
-}
-
 // Opening a font gives the descriptor that was opened in time; opening anything else fails.
 void answerOpen(int, siginfo_t* info, void* context) {
     auto* registers = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
@@ -135,55 +124,28 @@ void answerOpen(int, siginfo_t* info, void* context) {
     registers[REG_RAX] = opened >= 0 ? opened : -EACCES;
 }
 
-class Filter {
-public:
-    Filter() : m_context(::seccomp_init(SCMP_ACT_ERRNO(EPERM))) {}
-    ~Filter() { ::seccomp_release(m_context); }
-    Filter(const Filter&) = delete;
-    Filter& operator=(const Filter&) = delete;
-
-    Status load() {
-        for (const char* name : allowed) {
-            add(SCMP_ACT_ALLOW, name, 0);
-        }
-        for (const char* name : opening) {
-            add(SCMP_ACT_TRAP, name, 0);
-        }
-        // Threads, but no processes. The other call for it has its flags out of sight: it does not exist here.
-        add(SCMP_ACT_ALLOW, "clone", 1, SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
-        add(SCMP_ACT_ERRNO(ENOSYS), "clone3", 0);
-        // A pair of sockets is a pipe within the process; it leads nowhere else.
-        add(SCMP_ACT_ALLOW, "socketpair", 2, SCMP_A0(SCMP_CMP_EQ, AF_UNIX, 0),
-            SCMP_A1(SCMP_CMP_MASKED_EQ, 0xF, SOCK_STREAM));
-        // Limits can be asked for, not changed.
-        add(SCMP_ACT_ALLOW, "prlimit64", 1, SCMP_A2(SCMP_CMP_EQ, 0, 0));
-        // For threads that libraries have begun, too.
-        m_error = m_error != 0 ? m_error : ::seccomp_attr_set(m_context, SCMP_FLTATR_CTL_TSYNC, 1);
-        m_error = m_error != 0 ? m_error : ::seccomp_load(m_context);
-        return m_error == 0 ? ok() : Error{std::string("system call filter: ") + ::strerror(-m_error)};
+Status filterCalls() {
+    jail::CallFilter filter;
+    filter.allow(allowed);
+    for (const char* opening : {"open", "openat"}) {
+        filter.add(SCMP_ACT_TRAP, opening);
     }
-
-private:
-    template <class... Conditions>
-    void add(uint32_t action, const char* name, unsigned count, Conditions... conditions) {
-        const int call = ::seccomp_syscall_resolve_name(name);
-        const int result = ::seccomp_rule_add(m_context, action, call, count, conditions...);
-        m_error = m_error != 0 ? m_error : result;
-    }
-    scmp_filter_ctx m_context;
-    int m_error = 0;
-};
+    // Threads, but no processes. The other call for it has its flags out of sight: it does not exist here.
+    filter.add(SCMP_ACT_ALLOW, "clone", {SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)});
+    filter.add(SCMP_ACT_ERRNO(ENOSYS), "clone3");
+    // A pair of sockets is a pipe within the process; it leads nowhere else.
+    filter.add(SCMP_ACT_ALLOW, "socketpair",
+               {SCMP_A0(SCMP_CMP_EQ, AF_UNIX, 0), SCMP_A1(SCMP_CMP_MASKED_EQ, 0xF, SOCK_STREAM)});
+    // Limits can be asked for, not changed.
+    filter.add(SCMP_ACT_ALLOW, "prlimit64", {SCMP_A2(SCMP_CMP_EQ, 0, 0)});
+    return filter.load();
+}
 
 } // namespace
 
 Status lockIn() {
-#ifdef __SANITIZE_ADDRESS__
-    constexpr bool sanitized = true;
-#else
-    constexpr bool sanitized = false;
-#endif
-    if (sanitized) {
-        return ok(); // the sanitizer needs both memory and files
+    if (!jail::Possible) {
+        return ok();
     }
     // Each thread's own heap would be counted with all that it might become.
     ::mallopt(M_ARENA_MAX, 2);
@@ -191,13 +153,11 @@ Status lockIn() {
     action.sa_sigaction = answerOpen;
     action.sa_flags = SA_SIGINFO | SA_NODEFER;
     ::sigaction(SIGSYS, &action, nullptr);
-    for (const auto& [what, most] : {std::pair{RLIMIT_DATA, MemoryLimit}, std::pair{RLIMIT_AS, AddressLimit},
-                                     std::pair{RLIMIT_FSIZE, FileLimit}, std::pair{RLIMIT_CORE, rlim_t{0}}}) {
-        if (auto limited = limit(what, most); !limited) {
-            return limited;
-        }
-    }
-    return Filter().load();
+    auto limited = jail::limit({{RLIMIT_DATA, MemoryLimit},
+                                {RLIMIT_AS, AddressLimit},
+                                {RLIMIT_FSIZE, FileLimit},
+                                {RLIMIT_CORE, rlim_t{0}}});
+    return limited ? filterCalls() : limited;
 }
 
 } // namespace zm::decoder

@@ -95,6 +95,7 @@ function makeVehicle() {
   vehicle.format.setAttribute('aria-label', 'Display of the time');
   vehicle.language = select(languages, (value) => act('language', value));
   vehicle.theme = select([['night', 'Night'], ['day', 'Day'], ['contrast', 'High contrast']], (value) => act('theme', value));
+  vehicle.motion = element('input', {type: 'checkbox', onchange: (event) => act('motion', event.target.checked ? 'on' : 'off')});
   const number = (signal, max) => element('input', {type: 'number', min: '0', max, className: 'short', onchange: (event) => act('vehicle', signal, event.target.value)});
   const choice = (signal, ...words) => select(words.map((word) => [word, word]), (value) => act('vehicle', signal, value));
   car.speed = number('speed', '400');
@@ -104,7 +105,7 @@ function makeVehicle() {
   add('vehicle', row(labelled('Parked', vehicle['2']), labelled('Muted', vehicle['6']), labelled('Volume', vehicle.volume), labelled('Outside °C', vehicle['7']), labelled('Bluetooth', vehicle['86'])),
     row(labelled('km/h', car.speed), labelled('Gear', car.gear), labelled('Ignition', car.ignition), labelled('Light (lux)', car.light)),
     element('p', {id: 'restriction', className: 'dim'}),
-    row(labelled('Time', vehicle.time), vehicle.format, labelled('Language', vehicle.language), labelled('Theme', vehicle.theme)));
+    row(labelled('Time', vehicle.time), vehicle.format, labelled('Language', vehicle.language), labelled('Theme', vehicle.theme), labelled('Motion', vehicle.motion)));
 }
 
 /** Shows a value; what the user is just editing gets it once it is left. */
@@ -134,6 +135,7 @@ export function showVehicle(state) {
   }
   if (state.language) show(vehicle.language, state.language);
   if (state.theme) show(vehicle.theme, state.theme);
+  vehicle.motion.checked = state.motion === 'on';
 }
 
 export function showLauncher(state) {

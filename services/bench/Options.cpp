@@ -15,7 +15,8 @@ const char* const Usage =
     "usage: zmbench [--runtime DIR] [--disc PATH | --no-disc-service [--catalogue FILE]] [--port N | "
     "--no-web]\n"
     "               [--manual-clock] [--launcher active|passive] [--insert-stays] [--app-args TEXT]\n"
-    "               [--resources DIR] [--resume FILE] [--open] [--display [--full-screen]]\n"
+    "               [--resources DIR] [--resume FILE] [--motion on|off] [--open] [--display "
+    "[--full-screen]]\n"
     "               [--audio-device auto|none|pulse[:NAME]|alsa[:NAME]] [--drive auto|DEVICE] [--mpris]\n"
     "       zmbench --version | --help\n";
 
@@ -55,7 +56,7 @@ bool takeAudioDevice(Parsed& parsed, const std::string& value) {
     return whole || (named && !value.ends_with(':'));
 }
 
-constexpr std::array<OptionRow, 18> Rows = {{
+constexpr std::array<OptionRow, 19> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -121,6 +122,11 @@ constexpr std::array<OptionRow, 18> Rows = {{
      [](Parsed& p, const std::string&) {
          p.options.unit.discToFront = false;
          return true;
+     }},
+    {"--motion", true,
+     [](Parsed& p, const std::string& v) {
+         p.options.unit.motion = v == "on";
+         return v == "on" || v == "off";
      }},
     {"--app-args", true, takeAppArgs},
     {"--audio-device", true, takeAudioDevice},
@@ -221,6 +227,7 @@ std::string startLine(const Options& options) {
     add(manual, {"--manual-clock"});
     add(!manual && unit.launcher == unit::LauncherMode::Passive, {"--launcher", "passive"});
     add(!unit.discToFront, {"--insert-stays"});
+    add(!unit.motion, {"--motion", "off"});
     add(!unit.appArgs.empty(), {"--app-args", unit.appArgs});
     add(!unit.resourceDir.empty(), {"--resources", unit.resourceDir});
     return ctl::shellLine(words);

@@ -24,6 +24,10 @@ constexpr std::array Texts = {
     CommandText{"language", "language LANGUAGE",
                 "language of all texts: en, de, zh, ar\nExample: zmctl language de"},
     CommandText{"theme", "theme night|day|contrast", "colours of the screen\nExample: zmctl theme day"},
+    CommandText{"motion", "motion on|off",
+                "whether the pages move: softly from one to the next, lists that run on, the busy ring\n"
+                "While the car drives, and on a clock that stands, they move less anyway.\nExample: zmctl "
+                "motion off"},
     CommandText{"requests", "requests [--clear]",
                 "what the application asked of the launcher, one JSON object a line, oldest first\n"
                 "--clear empties the list after printing it.\nExample: zmctl requests --clear"},
@@ -83,8 +87,9 @@ constexpr std::array Texts = {
     CommandText{"drawn", "drawn",
                 "succeeds if the views show what their pages say, as if everything was drawn anew; else it\n"
                 "names where not, and the items that were set and not drawn\nExample: zmctl drawn"},
-    CommandText{"shot", "shot FILE.png|FILE.jpg\nshot --digest",
-                "writes what the driver sees as a picture\n--digest prints its SHA-256 instead.\nExample: "
+    CommandText{"shot", "shot [--now] FILE.png|FILE.jpg\nshot [--now] --digest",
+                "writes what the driver sees as a picture\n"
+                "What fades has faded, unless --now is given. --digest prints its SHA-256 instead.\nExample: "
                 "zmctl shot page.png"},
     CommandText{"log", "log [-n N] [--time] [--follow]",
                 "the system log, oldest first: severity, blank, text; --time puts the moment before "

@@ -65,6 +65,15 @@ TEST(BenchOptions, AnErrorNamesTheCulprit) {
     EXPECT_NE(bench::parseOptions({"--disc"}).error().find("--disc"), std::string::npos);
 }
 
+TEST(BenchOptions, MotionIsOnUnlessItIsSaid) {
+    EXPECT_TRUE(bench::parseOptions({})->unit.motion);
+    EXPECT_TRUE(bench::parseOptions({"--motion", "on"})->unit.motion);
+    const auto off = bench::parseOptions({"--motion", "off"});
+    EXPECT_FALSE(off->unit.motion);
+    EXPECT_EQ(bench::startLine(*off), "zmbench --motion off");
+    EXPECT_NE(bench::parseOptions({"--motion", "slow"}).error().find("slow"), std::string::npos);
+}
+
 TEST(BenchOptions, AnEmptyPathIsRefused) {
     for (const std::string name : {"--runtime", "--disc", "--catalogue", "--resources", "--resume"}) {
         const auto options = bench::parseOptions({"--no-disc-service", name, ""});

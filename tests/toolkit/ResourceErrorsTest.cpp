@@ -45,7 +45,8 @@ struct Fault {
 
 const Fault faults[] = {
     {"UnknownSection", R"("glyphs": {"play": "F40A"},)", R"("glyfs": {},)",
-     ":8: found the name \"glyfs\", expected one of include, languages, themes, styles, glyphs, pictures, "
+     ":8: found the name \"glyfs\", expected one of include, languages, themes, styles, motion, glyphs, "
+     "pictures, "
      "texts, parts, "
      "windows"},
     {"MissingSection", R"("languages": ["en", "de"],)", "",

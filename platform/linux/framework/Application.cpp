@@ -35,7 +35,10 @@ Application& Application::instance() {
 
 Application::Application() {
     m_settler.add(m_events);
-    m_events->afterEvent = [this] { flushFrames(); };
+    m_events->afterEvent = [this] {
+        flushFrames();
+        hideFaded();
+    };
 }
 
 Status Application::open(ViewImpl& mainView, const std::string& windowGroup) {
@@ -68,6 +71,7 @@ Status Application::open(ViewImpl& mainView, const std::string& windowGroup) {
     m_headUnit.load(welcome);
     m_language = welcome.value("language", "");
     m_theme = welcome.value("theme", "");
+    m_motion = welcome.value("motion", "");
     m_announced = false;
     std::lock_guard lock(m_linkMutex);
     m_link = std::move(*link);
@@ -117,6 +121,8 @@ Status Application::addView(ViewImpl& view) {
         return window.failure();
     }
     view.window = *window;
+    view.scene->setSeen(view.spec.visible);
+    view.scene->setMotion(motionLevel());
     m_views.push_back(&view);
     if (m_resourceWatch) {
         watchResources();

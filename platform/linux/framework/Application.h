@@ -11,6 +11,7 @@
 #include "platform/linux/framework/TouchInput.h"
 #include "platform/linux/framework/ViewHost.h"
 #include "platform/linux/screen/ScreenClient.h"
+#include "platform/linux/toolkit/MotionLevel.h"
 
 #include <atomic>
 #include <memory>
@@ -101,6 +102,12 @@ public:
 
     void setLanguage(const std::string& code);
     void setTheme(const std::string& name);
+    /** "on", "off", or "" for what tells something only. */
+    void setMotion(const std::string& wish);
+    /** Moves as much as is wished and allowed now. */
+    void followMotion();
+    /** Draws and commits what the pages say; what is on its way in or out has arrived. */
+    void finishFades();
 
 private:
     Application();
@@ -108,6 +115,9 @@ private:
     /** The joined view that is in front, shown and hit; else the main view. */
     Touchable* touchedAt(Point at) const;
     void armTick(ViewImpl& view);
+    /** Takes windows off the screen whose pages have faded. */
+    void hideFaded();
+    MotionLevel motionLevel() const;
     void beginEvents();
     void endEvents();
     void linkClosed(const std::string& why);
@@ -130,6 +140,7 @@ private:
     BoundObjects m_boundObjects;
     std::string m_language;
     std::string m_theme;
+    std::string m_motion;
 
     std::mutex m_linkMutex;
     std::shared_ptr<ShellLink> m_link;

@@ -16,6 +16,10 @@ namespace {
 // Animations get no more ticks than the screen has frames.
 constexpr int64_t MinTickMs = 10;
 
+// The vehicle's value that says whether the car drives; one that cannot be read says so, too.
+constexpr int ParkingDevice = 2;
+constexpr int Driving = 0;
+
 // The numbers that OnLanguageChange gets.
 constexpr const char* Languages[] = {"en", "de", "zh", "ar"};
 
@@ -127,6 +131,44 @@ void Application::armTick(ViewImpl& view) {
                               armTick(view);
                           }});
     }
+}
+
+void Application::hideFaded() {
+    for (ViewImpl* view : m_views) {
+        if (view->hideFaded()) {
+            noteScreen(view->flushProps());
+        }
+    }
+}
+
+// What only pleases does not move while the car drives, nor on a clock that stands.
+MotionLevel Application::motionLevel() const {
+    if (m_motion == "off") {
+        return MotionLevel::Off;
+    }
+    const bool parked = m_headUnit.device(ParkingDevice).value_or(Driving) != Driving;
+    return m_motion == "on" && parked && !m_clock.manual() ? MotionLevel::Full : MotionLevel::Reduced;
+}
+
+void Application::followMotion() {
+    for (const ViewImpl* view : m_views) {
+        if (const MotionLevel level = motionLevel(); view->scene->motion() != level) {
+            view->scene->setMotion(level);
+        }
+    }
+}
+
+void Application::setMotion(const std::string& wish) {
+    m_motion = wish;
+    followMotion();
+}
+
+void Application::finishFades() {
+    for (const ViewImpl* view : m_views) {
+        view->scene->finishFades();
+    }
+    flushFrames();
+    hideFaded();
 }
 
 void Application::setLanguage(const std::string& code) {

@@ -102,12 +102,12 @@ void drawn(Application& application, const json&, const Reply& reply) {
     });
 }
 
-// Waits until everything drawn is on the screen. On the coordinator thread.
+// Waits until everything drawn is on the screen, and what fades has faded. On the coordinator thread.
 bool syncFrames(Application& application, TimePoint deadline) {
     auto synced = std::make_shared<std::atomic<bool>>(false);
     application.events().runAndWait(
         [&application, synced, deadline] {
-            application.flushFrames();
+            application.finishFades();
             const auto left = std::chrono::duration_cast<milliseconds>(deadline - steady_clock::now());
             *synced = static_cast<bool>(application.screen()->sync(left));
             // With the buffers that came back, what had to wait is shown as well.
@@ -123,6 +123,14 @@ void settle(Application& application, const json& message, const Reply& reply) {
         const Settler::Outcome outcome = application.settler().settle(deadline);
         const bool synced = outcome != Settler::Outcome::Restless && syncFrames(application, deadline);
         reply.done({{"quiet", synced && outcome == Settler::Outcome::Quiet}});
+    });
+}
+
+// Shows the pages as they are, without waiting for anybody else.
+void rest(Application& application, const json&, const Reply& reply) {
+    application.coordinator().post([&application, reply] {
+        syncFrames(application, steady_clock::now() + milliseconds(DefaultSettleMs));
+        reply.done();
     });
 }
 
@@ -170,8 +178,8 @@ void unhold(Application&, const json&, const Reply& reply) {
 }
 
 constexpr ShellCommand Inspections[] = {
-    {"screen", screen},   {"seen", seen}, {"drawn", drawn},   {"settle", settle},
-    {"advance", advance}, {"hold", hold}, {"unhold", unhold},
+    {"screen", screen}, {"seen", seen},       {"drawn", drawn}, {"settle", settle},
+    {"rest", rest},     {"advance", advance}, {"hold", hold},   {"unhold", unhold},
 };
 
 } // namespace

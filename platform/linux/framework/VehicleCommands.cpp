@@ -34,6 +34,8 @@ void device(Application& application, const json& message, const Reply& reply) {
     const json& value = message.at("value");
     const std::optional<int> read = value.is_null() ? std::nullopt : std::optional(value.get<int>());
     application.headUnit().setDevice(id, read);
+    // Before anything that the application does about it.
+    application.events().post([&application] { application.followMotion(); }, Counted::No);
     if (message.value("notify", false)) {
         notify(application, reply, Monitor::Device, AppMessage::Device, id, read.value_or(0));
     } else {
@@ -61,6 +63,13 @@ void theme(Application& application, const json& message, const Reply& reply) {
     });
 }
 
+void motion(Application& application, const json& message, const Reply& reply) {
+    replyFromEvent(application, reply, [&application, wish = message.at("wish").get<std::string>()] {
+        application.setMotion(wish);
+        return json::object();
+    });
+}
+
 void childPost(Application& application, const json& message, const Reply& reply) {
     replyFromEvent(application, reply, [&application, name = message.at("name").get<std::string>()] {
         application.children().post(name);
@@ -77,8 +86,9 @@ void childGone(Application& application, const json& message, const Reply& reply
 }
 
 constexpr ShellCommand VehicleInputs[] = {
-    {"app", appStatus},     {"appdata", appData}, {"device", device},       {"time", time},
-    {"language", language}, {"theme", theme},     {"childpost", childPost}, {"childgone", childGone},
+    {"app", appStatus}, {"appdata", appData},     {"device", device},
+    {"time", time},     {"language", language},   {"theme", theme},
+    {"motion", motion}, {"childpost", childPost}, {"childgone", childGone},
 };
 
 } // namespace

@@ -145,8 +145,8 @@ bool ViewBase::FlushContext() {
     if (!application.screen()) {
         return false;
     }
+    application.flushFrames(); // first: a window that comes has nothing old in it
     application.flushProps();
-    application.flushFrames();
     return !application.screen()->broken();
 }
 

@@ -31,7 +31,20 @@ zm::Status ViewImpl::load(const std::string& resourceFile, const std::string& fo
 
 void ViewImpl::setVisible(bool show) {
     spec.visible = show;
-    pending.visible = show;
+    scene->setSeen(show);
+    hides = !show && scene->motion() == zm::MotionLevel::Full;
+    if (!hides) {
+        pending.visible = show;
+    }
+}
+
+bool ViewImpl::hideFaded() {
+    if (!hides || scene->fading()) {
+        return false;
+    }
+    hides = false;
+    pending.visible = false;
+    return true;
 }
 
 void ViewImpl::setOrder(int order) {

@@ -24,8 +24,10 @@ struct ViewImpl : zm::SceneListener, zm::Touchable {
     /** Event thread. */
     bool isMain() const { return host.isMain(*this); }
 
-    /** Asks for visibility or order; takes effect at the next flush. */
+    /** Asks for visibility or order; takes effect at the next flush. What moves has faded before it is hidden. */
     void setVisible(bool show);
+    /** Asks for what waited until the pages had faded; true if there was anything. */
+    bool hideFaded();
     void setOrder(int order);
     void setAlpha(bool alpha);
     /** Sends what was asked for since the last flush. */
@@ -55,6 +57,7 @@ struct ViewImpl : zm::SceneListener, zm::Touchable {
     std::string windowGroup; ///< of the main view
     zm::SurfaceSpec spec;    ///< `visible` and `order` as last asked for
     zm::WindowProps pending;
+    bool hides = false;  ///< as soon as its pages have faded
     std::set<int> pages; ///< all pages of the resource; may be read from any thread after loading
     std::unique_ptr<zm::Scene> scene;
     zm::ScreenWindow* window = nullptr;

@@ -12,7 +12,6 @@ namespace {
 constexpr int64_t quickFrameMs = 16;
 constexpr int64_t calmFrameMs = 33;
 constexpr int64_t busyTurnMs = 1200;
-constexpr int64_t leavingMs = 180;
 constexpr double longestStepMs = 50;
 constexpr double flingMs = 325; ///< in this time a flung list does all but 1/e of its way
 constexpr double flingRestPixels = 0.5;
@@ -39,7 +38,41 @@ Rect bounds(const Window& window) {
 
 Motion::Motion(Pages& pages, SceneListener& listener) : m_pages(pages), m_listener(listener) {
     m_pages.progressDrawn = [this](Item& item) { progressDrawn(item); };
+    m_pages.groupChanged = [this](const Item& item) {
+        fadeOver(item.bounds(), m_pages.resource().motion.popup);
+    };
     collect();
+}
+
+void Motion::setLevel(MotionLevel level) {
+    m_level = level;
+    if (level != MotionLevel::Full) {
+        finishFades();
+    }
+    if (level == MotionLevel::Off) {
+        rest();
+    }
+}
+
+void Motion::setSeen(bool seen) {
+    if (seen && !m_seen && m_level == MotionLevel::Full) {
+        m_fade.wantFromNothing(m_pages.screen(), m_pages.resource().motion.overlay);
+    }
+    m_seen = seen;
+}
+
+void Motion::fadeOver(const Rect& area, int ms) {
+    if (m_level == MotionLevel::Full && m_seen) {
+        m_fade.want(area, ms);
+    }
+}
+
+void Motion::finishFades() {
+    m_fade.finish();
+    if (m_leaving) {
+        damageLeaving();
+        m_leaving.reset();
+    }
 }
 
 void Motion::rest() {
@@ -51,7 +84,7 @@ void Motion::rest() {
         run->list->scrollTo(run->to, run->list->end());
         report(*run->list, 5);
     }
-    m_leaving.reset();
+    finishFades();
     m_triggered = nullptr;
 }
 
@@ -67,12 +100,13 @@ void Motion::collect() {
 }
 
 bool Motion::busyShown() const {
-    return std::any_of(m_busyItems.begin(), m_busyItems.end(),
+    return m_level != MotionLevel::Off &&
+           std::any_of(m_busyItems.begin(), m_busyItems.end(),
                        [&](const Item* item) { return m_pages.isShown(item->window) && item->onPage(); });
 }
 
 int64_t Motion::next() const {
-    const bool quick = m_fling || m_leaving;
+    const bool quick = m_fling || fading();
     if (!quick && m_walking.empty() && !busyShown()) {
         return -1;
     }
@@ -92,6 +126,7 @@ void Motion::tick(int64_t nowMs) {
     stepProgress(elapsed);
     stepFling(nowMs);
     stepLeaving(nowMs);
+    m_fade.step(nowMs);
 }
 
 void Motion::stepBusy(int64_t nowMs) {
@@ -115,7 +150,7 @@ void Motion::progressDrawn(Item& item) {
     const ProgressValue& value = item.drawn.progress;
     const double range = value.maximum - value.minimum;
     const double step = std::abs(value.position - item.progressShown);
-    const bool walks = step > 0 && step <= range * walkedPart && item.onPage();
+    const bool walks = step > 0 && step <= range * walkedPart && item.onPage() && m_level != MotionLevel::Off;
     std::erase(m_walking, &item);
     if (walks) {
         m_walking.push_back(&item);
@@ -144,6 +179,10 @@ void Motion::fling(CUI_BtList::Impl& list, double speed, int64_t nowMs) {
     const double row = list.rowHeight();
     const double wanted = std::round((list.scroll + speed * flingMs) / row) * row;
     const double target = std::clamp(wanted, 0.0, list.end());
+    if (m_level == MotionLevel::Off) {
+        list.scrollTo(target, list.end());
+        return report(list, 5);
+    }
     m_fling = Fling{&list, list.scroll, target, list.scroll, nowMs};
 }
 
@@ -209,8 +248,16 @@ void Motion::windowShown(Window& window) {
 void Motion::windowHidden(Window& window) {
     if (m_triggered == &window) {
         m_triggered = nullptr;
-        m_leaving = Leaving{&window, m_triggeredSlide};
+        if (m_level != MotionLevel::Off) {
+            m_leaving = Leaving{&window, m_triggeredSlide};
+        }
     }
+}
+
+void Motion::damageLeaving() {
+    Rect area = bounds(*m_leaving->window);
+    area.h += m_leaving->slide;
+    m_pages.damaged().add(area);
 }
 
 void Motion::stepLeaving(int64_t nowMs) {
@@ -220,10 +267,9 @@ void Motion::stepLeaving(int64_t nowMs) {
     if (m_leaving->start < 0) {
         m_leaving->start = nowMs;
     }
-    m_leaving->done = static_cast<double>(nowMs - m_leaving->start) / static_cast<double>(leavingMs);
-    Rect area = bounds(*m_leaving->window);
-    area.h += m_leaving->slide;
-    m_pages.damaged().add(area);
+    m_leaving->done =
+        eased(static_cast<double>(nowMs - m_leaving->start) / m_pages.resource().motion.overlay);
+    damageLeaving();
     if (m_leaving->done >= 1) {
         m_leaving.reset();
     }

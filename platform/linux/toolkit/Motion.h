@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/linux/toolkit/Fade.h"
 #include "platform/linux/toolkit/ListControl.h"
+#include "platform/linux/toolkit/MotionLevel.h"
 #include "platform/linux/toolkit/SceneListener.h"
 
 #include <cstdint>
@@ -11,11 +13,16 @@ namespace zm {
 
 /**
  * What moves by itself: busy animations, progress bars on their way to a new position, lists that were flung
- * and pages that fade out. Every movement ends in the state that would be shown without it.
+ * and pages that fade out or over. Every movement ends in the state that would be shown without it.
  */
 class Motion {
 public:
     Motion(Pages& pages, SceneListener& listener);
+    /** At first it is reduced. What a lower level does not have ends where it leads. */
+    void setLevel(MotionLevel level);
+    MotionLevel level() const { return m_level; }
+    /** Whether the pages are on the screen: what is not seen does not fade. */
+    void setSeen(bool seen);
     /** Ends all movements where they lead; before the pages are redefined. */
     void rest();
     /** Takes up the items that move by themselves; after the pages have been redefined. */
@@ -29,6 +36,15 @@ public:
     bool trigger(Window& window, int from, int to);
     void windowShown(Window& window);
     void windowHidden(Window& window);
+
+    /** What is painted next looks different in `area` and fades over, if the level allows it. */
+    void fadeOver(const Rect& area, int ms);
+    Fade& fade() { return m_fade; }
+    const Fade& fade() const { return m_fade; }
+    /** Whether anything on the screen is on its way in or out. */
+    bool fading() const { return m_fade.active() || m_leaving; }
+    /** Ends that where it leads. */
+    void finishFades();
 
     /** Lets a list run on with a speed in pixels a millisecond; it comes to rest on a whole row. */
     void fling(CUI_BtList::Impl& list, double speed, int64_t nowMs);
@@ -64,6 +80,7 @@ private:
     void stepProgress(double elapsedMs);
     void stepFling(int64_t nowMs);
     void stepLeaving(int64_t nowMs);
+    void damageLeaving();
 
     Pages& m_pages;
     SceneListener& m_listener;
@@ -71,6 +88,9 @@ private:
     std::vector<Item*> m_walking; ///< progress bars not yet at their position
     std::optional<Fling> m_fling;
     std::optional<Leaving> m_leaving;
+    MotionLevel m_level = MotionLevel::Reduced;
+    bool m_seen = true;
+    Fade m_fade;
     const Window* m_triggered = nullptr;
     int m_triggeredSlide = 0;
     int64_t m_lastTick = -1;

@@ -66,6 +66,15 @@ bool Pages::isShown(const Window& window) const {
     return std::find(m_shown.begin(), m_shown.end(), &window) != m_shown.end();
 }
 
+bool Pages::opaque() const {
+    return std::any_of(m_shown.begin(), m_shown.end(), [&](const Window* window) {
+        const std::string& theme = window->spec.theme.empty() ? m_theme : window->spec.theme;
+        const int background = window->spec.background;
+        return background != noColor &&
+               m_resource.themes.at(theme)[static_cast<size_t>(background)].alpha >= 1;
+    });
+}
+
 bool Pages::show(Window& window, bool show) {
     if (show == isShown(window)) {
         return false;
@@ -129,6 +138,10 @@ void Pages::draw(Item& item) {
         const bool withChildren =
             item.set.visible != item.drawn.visible || item.set.enabled != item.drawn.enabled;
         m_damage.add(withChildren ? item.bounds() : drawnRect(item));
+        const bool group = item.spec.kind == ItemKind::Panel || item.spec.kind == ItemKind::Animation;
+        if (group && item.set.visible != item.drawn.visible && groupChanged) {
+            groupChanged(item);
+        }
         takeOver(item);
         if (item.spec.kind == ItemKind::Progress && progressDrawn) {
             progressDrawn(item);

@@ -42,6 +42,8 @@ public:
     bool show(Window& window, bool show);
     bool isShown(const Window& window) const;
     const std::vector<Window*>& shown() const { return m_shown; } ///< bottom first
+    /** Whether a shown page lets nothing through of what lies below the window on the screen. */
+    bool opaque() const;
     /** The page that is to be shown again once this one is hidden, or null. */
     const Window* replacedBy(const Window& window) const {
         return window.spec.returns && isShown(window) ? m_replaced : nullptr;
@@ -53,6 +55,8 @@ public:
     void drawAll();
     /** Is told of each progress bar on a shown window whose content was drawn. */
     std::function<void(Item&)> progressDrawn;
+    /** Is told of each panel or busy animation of a shown window that comes or goes. */
+    std::function<void(const Item&)> groupChanged;
     /** Marks an area of a shown window as to be drawn. */
     void damage(const Window& window, const Rect& area);
     /** Draws everything anew. */

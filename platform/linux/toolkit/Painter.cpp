@@ -80,7 +80,7 @@ void Painter::paintLeaving(const Motion::Leaving& leaving, const Rect& area) {
     cairo_pattern_set_matrix(picture, &back);
     cairo_rectangle(m_cairo, area.x, area.y, area.w, area.h);
     cairo_clip(m_cairo);
-    cairo_paint_with_alpha(m_cairo, 1 - std::min(1.0, leaving.done));
+    cairo_paint_with_alpha(m_cairo, 1 - leaving.done);
 }
 
 Painter::Appearance Painter::appearance(const Item& item) const {

@@ -110,6 +110,14 @@ struct ItemSpec {
     bool mirrors = true; ///< stands on the other side of the screen where reading begins on the right
 };
 
+/** How long movements take, in milliseconds. */
+struct MotionTimes {
+    int page = 200;    ///< a page in the place of another one
+    int popup = 180;   ///< what comes and goes over a page
+    int overlay = 180; ///< bars over the picture
+    int press = 150;   ///< a key that is let go
+};
+
 struct WindowSpec {
     int id = 0;
     std::string name;
@@ -132,6 +140,7 @@ struct Resource {
     std::map<int, Picture> pictures;
     std::map<int, std::vector<std::string>> texts; ///< one per language, empty where there is none
     std::vector<WindowSpec> windows;
+    MotionTimes motion;
 
     /** The text in a language (index into `languages`); the first language where
      * there is none in that one. */

@@ -13,15 +13,16 @@ namespace zm {
 
 namespace {
 
-constexpr std::array<MemberName, 9> sectionNames = {{{"include"},
-                                                     {"languages"},
-                                                     {"themes"},
-                                                     {"styles"},
-                                                     {"glyphs"},
-                                                     {"pictures"},
-                                                     {"texts"},
-                                                     {"parts"},
-                                                     {"windows"}}};
+constexpr std::array<MemberName, 10> sectionNames = {{{"include"},
+                                                      {"languages"},
+                                                      {"themes"},
+                                                      {"styles"},
+                                                      {"motion"},
+                                                      {"glyphs"},
+                                                      {"pictures"},
+                                                      {"texts"},
+                                                      {"parts"},
+                                                      {"windows"}}};
 
 std::string folderOf(const std::string& path) {
     const size_t slash = path.rfind('/');
@@ -198,6 +199,7 @@ void ResourceReader::readSections() {
     readTexts();
     readPictures();
     readStyles();
+    readMotion();
     readWindows();
 }
 

@@ -59,6 +59,8 @@ private:
     Picture::Layer pictureLayer(const Node& node) const;
     std::string glyph(const Node& node) const;
 
+    void readMotion();
+
     void readStyles();
     void readStyle(const std::string& name, const Node& node);
     void readLook(const Node& node, std::span<const LookState> states, Style& style);

@@ -98,6 +98,29 @@ Color ResourceReader::color(const Node& node) const {
     return {channel(1), channel(3), channel(5), channel(7)};
 }
 
+void ResourceReader::readMotion() {
+    const Node* times = section("motion");
+    if (!times) {
+        return;
+    }
+    constexpr int longestMs = 10000;
+    static constexpr std::array<std::pair<MemberName, int MotionTimes::*>, 4> members = {
+        {{{"page"}, &MotionTimes::page},
+         {{"popup"}, &MotionTimes::popup},
+         {{"overlay"}, &MotionTimes::overlay},
+         {{"press"}, &MotionTimes::press}}};
+    std::vector<MemberName> names;
+    for (const auto& [name, member] : members) {
+        names.push_back(name);
+    }
+    object(*times, names);
+    for (const auto& [name, member] : members) {
+        if (const Node* time = times->find(name.name)) {
+            m_resource.motion.*member = integer(*time, 1, longestMs, "a time in milliseconds");
+        }
+    }
+}
+
 void ResourceReader::readTexts() {
     const Node* texts = section("texts");
     if (!texts) {

@@ -28,6 +28,17 @@ struct Scene::Impl::ListPlace {
     int top;
 };
 
+// Never between a page that covers what lies below the window and one that does not: on the way a film that must not be seen
+// would shine through.
+void Scene::Impl::fadeOver(const Window& changed, bool covered) {
+    if (pages.opaque() != covered) {
+        return motion.fade().finish();
+    }
+    const MotionTimes& times = pages.resource().motion;
+    const bool over = changed.spec.stacked || !covered;
+    motion.fadeOver(pages.screen(), over ? times.popup : times.page);
+}
+
 void Scene::Impl::redefine(Resource next) {
     touch.letGo();
     motion.rest();
@@ -105,8 +116,12 @@ bool Scene::showWindow(int id, bool show) {
     if (!window) {
         return false;
     }
+    const bool covered = m_impl->pages.opaque();
     if (m_impl->pages.show(*window, show)) {
         show ? m_impl->motion.windowShown(*window) : m_impl->motion.windowHidden(*window);
+        if (!m_impl->motion.leaving()) {
+            m_impl->fadeOver(*window, covered);
+        }
     }
     return true;
 }
@@ -161,6 +176,26 @@ void Scene::letGo() {
     m_impl->touch.letGo();
 }
 
+void Scene::setMotion(MotionLevel level) {
+    m_impl->motion.setLevel(level);
+}
+
+MotionLevel Scene::motion() const {
+    return m_impl->motion.level();
+}
+
+void Scene::setSeen(bool seen) {
+    m_impl->motion.setSeen(seen);
+}
+
+bool Scene::fading() const {
+    return m_impl->motion.fading();
+}
+
+void Scene::finishFades() {
+    m_impl->motion.finishFades();
+}
+
 int64_t Scene::nextTick() const {
     return m_impl->motion.next();
 }
@@ -176,11 +211,14 @@ void Scene::drawWindow(int id) {
 }
 
 std::vector<Rect> Scene::paint(uint8_t* pixels, int stride) {
-    const std::vector<Rect> areas = m_impl->pages.damaged().take(m_impl->pages.screen());
+    const Rect& screen = m_impl->pages.screen();
+    std::vector<Rect> areas = m_impl->pages.damaged().take(screen);
+    Fade& fade = m_impl->motion.fade();
+    fade.begin(pixels, stride, screen);
     if (!areas.empty()) {
-        m_impl->paint(pixels, stride, areas, Contents::Drawn);
+        m_impl->paint(fade.running() ? fade.settled() : pixels, stride, areas, Contents::Drawn);
     }
-    return areas;
+    return fade.running() ? fade.show(pixels, std::move(areas)) : areas;
 }
 
 void Scene::invalidate() {

@@ -3,6 +3,7 @@
 #include "base/Rect.h"
 #include "base/Result.h"
 #include "platform/linux/toolkit/Binding.h"
+#include "platform/linux/toolkit/MotionLevel.h"
 #include "platform/linux/toolkit/PictureFile.h"
 #include "platform/linux/toolkit/SceneListener.h"
 
@@ -64,6 +65,16 @@ public:
     void release(int x, int y, int64_t nowMs);
     /** The touch ends here; only of what was reported as held is the release reported. */
     void letGo();
+
+    /** How much moves by itself; Reduced at first. */
+    void setMotion(MotionLevel level);
+    MotionLevel motion() const;
+    /** Whether the pages are on the screen, as they are at first: those that come fade in. */
+    void setSeen(bool seen);
+    /** Whether something is on its way in or out: what `paint` gives is not yet what the pages say. */
+    bool fading() const;
+    /** The next `paint` gives what the pages say. */
+    void finishFades();
 
     /** The next moment at which `tick` has something to do (animation, momentum), or -1. */
     int64_t nextTick() const;

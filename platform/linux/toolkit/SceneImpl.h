@@ -17,6 +17,8 @@ struct Scene::Impl {
     void makeLists();
     void redefine(Resource next);
     struct ListPlace;
+    /** A window came or went: the picture fades over; `covered` tells whether it was opaque before. */
+    void fadeOver(const Window& changed, bool covered);
     void paint(uint8_t* pixels, int stride, const std::vector<Rect>& areas, Contents contents);
 
     std::unique_ptr<FontBook> fonts; ///< before everything that keeps layouts

@@ -46,7 +46,9 @@ std::string Scene::staleness(const uint8_t* pixels, int stride) {
     const int ownStride = screen.w * bytesPerPixel;
     std::vector<uint8_t> anew(static_cast<size_t>(ownStride) * static_cast<size_t>(screen.h));
     m_impl->paint(anew.data(), ownStride, {screen}, Contents::Set);
-    const auto [area, most] = difference(pixels, stride, anew.data(), ownStride, screen);
+    const Fade& fade = m_impl->motion.fade();
+    const uint8_t* seen = fade.running() ? fade.settled() : pixels;
+    const auto [area, most] = difference(seen, stride, anew.data(), ownStride, screen);
     if (area.empty()) {
         return {};
     }

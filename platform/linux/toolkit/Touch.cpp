@@ -67,8 +67,18 @@ void Touch::pressItem(bool pressed) {
     }
 }
 
+void Touch::releaseItem() {
+    const bool soft = m_item && m_item->pressed && !m_dragging && m_pages.isShown(m_item->window);
+    if (soft) {
+        const Rect row = m_list ? m_list->rowRect(m_list->current) : m_item->spec.rect;
+        m_motion.fadeOver(row.intersected(m_item->spec.rect), m_pages.resource().motion.press);
+    }
+    pressItem(false);
+}
+
 void Touch::press(int x, int y) {
-    pressItem(false); // a second press without a release ends the first one silently
+    m_motion.fade().finish(); // what is touched is what is seen, and what is pressed shows it at once
+    pressItem(false);         // a second press without a release ends the first one silently
     const Hit target = hit(x, y);
     const int topmost = m_pages.shown().empty() ? 0 : m_pages.shown().back()->spec.id;
     m_down = true;
@@ -169,7 +179,7 @@ void Touch::release(int, int, int64_t nowMs) {
         return;
     }
     m_down = false;
-    pressItem(false);
+    releaseItem();
     if (m_dragging) {
         endDrag(nowMs);
     } else if (m_held || shown(m_window)) { // no click on a page that has gone meanwhile

@@ -32,6 +32,8 @@ private:
     bool shown(int window) const;
     void report(int state);
     void pressItem(bool pressed);
+    /** The item is let go; it gets its usual look again softly. */
+    void releaseItem();
     void pressList(int x, int y);
     void startDrag(int y, int64_t nowMs);
     void drag(int y, int64_t nowMs);

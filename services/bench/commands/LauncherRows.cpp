@@ -93,6 +93,15 @@ bool theme(Call& call) {
     return true;
 }
 
+bool motion(Call& call) {
+    const std::string wish = call.arguments.word();
+    if (!call.arguments.complete() || (wish != "on" && wish != "off")) {
+        return false;
+    }
+    call.unit.setMotion(wish == "on", endWith(call.run));
+    return true;
+}
+
 bool requests(Call& call) {
     const bool clear = call.arguments.flag("--clear");
     if (!call.arguments.complete()) {
@@ -112,8 +121,8 @@ bool requests(Call& call) {
 }
 
 constexpr std::array LauncherCommands = {
-    Row{"app", app},     Row{"appdata", appData},   Row{"language", language},
-    Row{"theme", theme}, Row{"requests", requests},
+    Row{"app", app},     Row{"appdata", appData}, Row{"language", language},
+    Row{"theme", theme}, Row{"motion", motion},   Row{"requests", requests},
 };
 
 } // namespace

@@ -133,38 +133,55 @@ std::string digest(const Image& frame) {
     return text;
 }
 
-bool shot(Call& call) {
-    if (call.arguments.flag("--digest")) {
-        if (!call.arguments.complete()) {
-            return false;
-        }
-        call.run->out(digest(call.unit.compositor().compose()) + "\n");
-        call.run->finish();
-        return true;
-    }
-    const std::string file = call.arguments.word();
-    if (!call.arguments.complete()) {
-        return false;
-    }
-    const std::string ending = std::filesystem::path(file).extension();
-    const auto format = std::find_if(ShotFormats.begin(), ShotFormats.end(),
-                                     [&](const ShotFormat& each) { return each.ending == ending; });
-    if (format == ShotFormats.end()) {
-        call.run->fail(file + ": pictures end with .png, .jpg or .jpeg");
-        return true;
-    }
+// What is to be written of the screen: its digest on standard output, or a picture in a file.
+struct Shot {
+    std::string file; ///< empty: the digest
+    const ShotFormat* format = nullptr;
+};
+
+void take(Call& call, const Shot& wanted) {
     const Image& frame = call.unit.compositor().compose();
+    if (wanted.file.empty()) {
+        call.run->out(digest(frame) + "\n");
+        call.run->finish();
+        return;
+    }
     const auto picture =
-        format->encode({frame.pixels.data(), frame.stride, {0, 0, frame.width, frame.height}});
+        wanted.format->encode({frame.pixels.data(), frame.stride, {0, 0, frame.width, frame.height}});
     if (!picture) {
         call.run->fail(picture.error());
-        return true;
+        return;
     }
-    const std::string path = call.run->absolute(file);
+    const std::string path = call.run->absolute(wanted.file);
     std::ofstream stream(path, std::ios::binary | std::ios::trunc);
     stream << *picture;
     stream.close();
     endWith(call.run, stream ? ok() : Status(systemError(path)));
+}
+
+// An application that hangs has its picture taken as it is.
+constexpr std::chrono::milliseconds RestLimit(500);
+
+bool shot(Call& call) {
+    const bool now = call.arguments.flag("--now");
+    Shot wanted;
+    if (!call.arguments.flag("--digest")) {
+        wanted.file = call.arguments.word();
+    }
+    if (!call.arguments.complete()) {
+        return false;
+    }
+    const std::string ending = std::filesystem::path(wanted.file).extension();
+    wanted.format = std::find_if(ShotFormats.begin(), ShotFormats.end(),
+                                 [&](const ShotFormat& each) { return each.ending == ending; });
+    if (wanted.format == ShotFormats.end()) {
+        call.run->fail(wanted.file + ": pictures end with .png, .jpg or .jpeg");
+    } else if (now || !call.unit.shell().running()) {
+        take(call, wanted);
+    } else {
+        call.unit.shell().ask(
+            {{"t", "rest"}}, [call, wanted](const Result<Json>&) mutable { take(call, wanted); }, RestLimit);
+    }
     return true;
 }
 

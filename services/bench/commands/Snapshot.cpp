@@ -114,6 +114,7 @@ Result<Snapshot> Snapshot::of(unit::HeadUnit& unit) {
     snapshot.before = vehicleCommands(unit, state);
     snapshot.before.push_back({"language", state.at("language").get<std::string>()});
     snapshot.before.push_back({"theme", state.at("theme").get<std::string>()});
+    snapshot.before.push_back({"motion", state.at("motion").get<std::string>()});
     auto objects = objectCommands(unit);
     if (!objects) {
         return objects.failure();

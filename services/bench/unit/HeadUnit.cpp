@@ -53,7 +53,7 @@ HeadUnit::HeadUnit(EventLoop& loop, HeadUnitOptions options)
       m_launcher(m_options.launcher, m_shell, m_compositor, m_pages), m_vehicle(m_shell),
       m_car(m_vehicle, ppsSocket()),
       m_journey(loop, m_options.clock == ClockMode::Manual ? Journey::Pace::Stepped : Journey::Pace::Real),
-      m_drive(loop, ppsSocket()), m_sound(ppsSocket(), volumeFile(m_options)) {
+      m_drive(loop, ppsSocket()), m_sound(ppsSocket(), volumeFile(m_options)), m_motion(m_options.motion) {
     connectParts();
     makeChildren();
 }
@@ -175,8 +175,10 @@ Status HeadUnit::start() {
 }
 
 Json HeadUnit::welcome() const {
-    Json start = {
-        {"manualClock", m_options.clock == ClockMode::Manual}, {"language", m_language}, {"theme", m_theme}};
+    Json start = {{"manualClock", m_options.clock == ClockMode::Manual},
+                  {"language", m_language},
+                  {"theme", m_theme},
+                  {"motion", m_motion ? "on" : "off"}};
     m_vehicle.describe(start);
     return start;
 }
@@ -274,6 +276,11 @@ void HeadUnit::setTheme(const std::string& name, ShellServer::Reply reply) {
     m_shell.inform({{"t", "theme"}, {"name", name}}, std::move(reply));
 }
 
+void HeadUnit::setMotion(bool on, ShellServer::Reply reply) {
+    m_motion = on;
+    m_shell.inform({{"t", "motion"}, {"wish", on ? "on" : "off"}}, std::move(reply));
+}
+
 void HeadUnit::sendApplicationData(const std::string& text, ShellServer::Reply reply) {
     const bool voice = m_discService && isVoiceRequest(text);
     if (!voice) {
@@ -317,6 +324,7 @@ Json HeadUnit::state() {
     Json result = {{"running", m_shell.running()},
                    {"language", m_language},
                    {"theme", m_theme},
+                   {"motion", m_motion ? "on" : "off"},
                    {"launcher", m_options.launcher == LauncherMode::Active ? "active" : "passive"},
                    {"front", m_launcher.front()},
                    {"drive", m_drive.state()},

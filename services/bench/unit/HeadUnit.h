@@ -52,6 +52,7 @@ public:
     bool startApplication();
     void setLanguage(const std::string& code, ShellServer::Reply reply);
     void setTheme(const std::string& name, ShellServer::Reply reply);
+    void setMotion(bool on, ShellServer::Reply reply);
     /** Hands application data to the application; of a voice request the disc service hears, too. */
     void sendApplicationData(const std::string& text, ShellServer::Reply reply);
 
@@ -73,7 +74,7 @@ public:
 
     /** Whether the player comes to the front when a disc is inserted. */
     bool discComesToFront() const;
-    /** {"running","children","devices","time","language","theme","launcher","front","drive","fault","clock",
+    /** {"running","children","devices","time","language","theme","motion","launcher","front","drive","fault","clock",
      * "volume","revision"} for a page. */
     Json state();
     std::string ppsSocket() const;
@@ -114,6 +115,7 @@ private:
     std::unique_ptr<Child> m_discService;
     std::string m_language = "en";
     std::string m_theme = "night";
+    bool m_motion;
     bool m_ready = false;
     bool m_startAgain = false; ///< a disc was inserted while the application was on its way out
     uint64_t m_ppsChanges = 0;

@@ -28,6 +28,7 @@ struct HeadUnitOptions {
     LauncherMode launcher = LauncherMode::Active;
     bool discToFront = true; ///< an active launcher brings the disc player to the front for an inserted disc
     ClockMode clock = ClockMode::Real;
+    bool motion = true; ///< the application's pages move, as far as the car and the clock allow
 };
 
 } // namespace zm::bench::unit

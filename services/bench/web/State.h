@@ -25,7 +25,7 @@ class WebSocketClient;
 class State {
 public:
     struct Sources {
-        /** {"running","children","devices","time","language","theme","launcher","front","drive","fault",
+        /** {"running","children","devices","time","language","theme","motion","launcher","front","drive","fault",
          * "clock","volume","revision"}. */
         std::function<nlohmann::json()> state;
         /** All objects: name and PPS text. */

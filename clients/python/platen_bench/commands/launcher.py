@@ -39,6 +39,11 @@ class LauncherCommands(Caller):
         """Changes the colours of the screen: "night", "day" or "contrast". Raises WrongUsage for another one."""
         self.command("theme", name)
 
+    @form("motion on|off")
+    def motion(self, wish: str) -> None:
+        """Whether the pages move: "on" or "off". Raises WrongUsage for another word."""
+        self.command("motion", wish)
+
     @form("requests [--clear]")
     def requests(self, clear: bool = False) -> List[Dict[str, Any]]:
         """What the application asked of the launcher, oldest first; `clear` empties the list afterwards.

@@ -79,22 +79,26 @@ class ScreenCommands(Caller):
         """Fails (CommandFailed) if the screen does not show what the pages say, and names where."""
         self.command("drawn")
 
-    @form("shot --digest")
-    def digest(self) -> str:
-        """The SHA-256 of what the driver sees, in hexadecimal: equal pictures have equal ones."""
-        return self.ask(["shot", "--digest"]).strip()
+    @form("shot [--now] --digest")
+    def digest(self, now: bool = False) -> str:
+        """The SHA-256 of what the driver sees, in hexadecimal: equal pictures have equal ones.
 
-    @form("shot FILE.png|FILE.jpg")
-    def picture(self, file: Optional[Union[str, "os.PathLike[str]"]] = None) -> bytes:
+        What fades has faded, unless it is wanted `now`.
+        """
+        return self.ask(["shot", *(["--now"] if now else []), "--digest"]).strip()
+
+    @form("shot [--now] FILE.png|FILE.jpg")
+    def picture(self, file: Optional[Union[str, "os.PathLike[str]"]] = None, now: bool = False) -> bytes:
         """What the driver sees, as a PNG of 800 x 480 pixels; also written to `file` if one is named.
 
-        A name that ends with .jpg gives a JPEG. Raises CommandFailed if the file cannot be written. Compare pictures
-        by `digest`: of two that differ pytest would explain every byte, which takes minutes.
+        What fades has faded, unless it is wanted `now`. A name that ends with .jpg gives a JPEG. Raises CommandFailed if
+        the file cannot be written. Compare pictures by `digest`: of two that differ pytest would explain every byte,
+        which takes minutes.
         """
         if file is not None:
             path = os.path.abspath(file)
-            self.command("shot", path)
+            self.command("shot", *(["--now"] if now else []), path)
             with open(path, "rb") as stream:
                 return stream.read()
         with tempfile.TemporaryDirectory(prefix="platen-shot-") as folder:
-            return self.picture(os.path.join(folder, "shot.png"))
+            return self.picture(os.path.join(folder, "shot.png"), now)

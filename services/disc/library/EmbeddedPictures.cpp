@@ -1,6 +1,7 @@
 #include "services/disc/library/EmbeddedPictures.h"
 
 #include "services/disc/library/FileKinds.h"
+#include "services/disc/library/InflateLimit.h"
 #include "services/disc/library/TagStream.h"
 
 #include <asffile.h>
@@ -20,6 +21,9 @@
 namespace zm::disc::library {
 
 namespace {
+
+// What compressed pictures of one file may come to.
+constexpr uint64_t MaxInflatedPictures = uint64_t{16} << 20;
 
 // All formats number what a picture shows as ID3 does.
 using Shown = TagLib::ID3v2::AttachedPictureFrame::Type;
@@ -146,6 +150,7 @@ std::vector<std::string> embeddedPictures(medium::ByteReader& reader, const std:
         return {};
     }
     TagStream stream(reader, name);
+    const InflateLimit limit(MaxInflatedPictures);
     TagPictures found = row->read(stream);
     std::stable_sort(found.begin(), found.end(),
                      [](const TagPicture& a, const TagPicture& b) { return a.rank < b.rank; });

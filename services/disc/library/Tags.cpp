@@ -1,6 +1,7 @@
 #include "services/disc/library/Tags.h"
 
 #include "services/disc/library/FileKinds.h"
+#include "services/disc/library/InflateLimit.h"
 #include "services/disc/library/TagStream.h"
 
 #include <apetag.h>
@@ -9,6 +10,7 @@
 #include <id3v1tag.h>
 #include <id3v2framefactory.h>
 #include <id3v2tag.h>
+#include <infotag.h>
 #include <mp4file.h>
 #include <mpegfile.h>
 #include <opusfile.h>
@@ -27,6 +29,8 @@ namespace {
 constexpr auto Style = TagLib::AudioProperties::Fast;
 // Longer texts are not for a display of 800 pixels and would swell the published objects.
 constexpr unsigned MaxTextLength = 250;
+// What compressed texts of one file may come to.
+constexpr uint64_t MaxInflated = uint64_t{4} << 20;
 // An old tag at the end of a file has this many bytes for each text.
 constexpr size_t OldTagTextBytes = 30;
 
@@ -77,7 +81,8 @@ const TagLib::ID3v2::TextIdentificationFrame* textFrame(const TagLib::ID3v2::Tag
 
 Text frameText(const TagLib::ID3v2::Tag& tag, const char* id) {
     const auto* frame = textFrame(tag, id);
-    if (!frame) {
+    // The library takes the number of an encoding as it stands in the file.
+    if (!frame || frame->textEncoding() > TagLib::String::UTF8) {
         return {};
     }
     return frame->textEncoding() == TagLib::String::Latin1 ? doubtfulText(frame->toString())
@@ -99,15 +104,21 @@ void complete(RawTags& tags, const RawTags& other) {
     tags.track = tags.track ? tags.track : other.track;
 }
 
+RawTags id3Tags(const TagLib::ID3v2::Tag& tag) {
+    RawTags tags;
+    tags.title = frameText(tag, "TIT2");
+    tags.artist = frameText(tag, "TPE1");
+    tags.album = frameText(tag, "TALB");
+    tags.track = frameNumber(tag, "TRCK");
+    tags.disc = frameNumber(tag, "TPOS");
+    return tags;
+}
+
 RawTags readMpeg(TagLib::IOStream& stream) {
     TagLib::MPEG::File file(&stream, TagLib::ID3v2::FrameFactory::instance(), true, Style);
     RawTags tags;
-    if (const auto* tag = file.hasID3v2Tag() ? file.ID3v2Tag() : nullptr) {
-        tags.title = frameText(*tag, "TIT2");
-        tags.artist = frameText(*tag, "TPE1");
-        tags.album = frameText(*tag, "TALB");
-        tags.track = frameNumber(*tag, "TRCK");
-        tags.disc = frameNumber(*tag, "TPOS");
+    if (file.hasID3v2Tag()) {
+        tags = id3Tags(*file.ID3v2Tag());
     }
     if (const auto* tag = file.hasAPETag() ? file.APETag() : nullptr) {
         RawTags other;
@@ -162,12 +173,40 @@ RawTags readMp4(TagLib::IOStream& stream) {
     return tags;
 }
 
-template <class PlainFile>
-RawTags readPlain(TagLib::IOStream& stream) {
-    PlainFile file(&stream, true, Style);
+RawTags readAsf(TagLib::IOStream& stream) {
+    TagLib::ASF::File file(&stream, true, Style);
     RawTags tags;
     if (const auto* tag = file.tag()) {
         takePlainTag(tags, *tag);
+    }
+    tags.seconds = lengthOf(file);
+    return tags;
+}
+
+// Nothing in a RIFF file says in which characters its texts are.
+struct BytesAsTheyAre : TagLib::RIFF::Info::StringHandler {
+    TagLib::String parse(const TagLib::ByteVector& bytes) const override {
+        const int end = bytes.find('\0');
+        return {end < 0 ? bytes : bytes.mid(0, static_cast<unsigned>(end)), TagLib::String::Latin1};
+    }
+};
+const BytesAsTheyAre infoTexts;
+[[maybe_unused]] const bool infoTextsAreSet = (TagLib::RIFF::Info::Tag::setStringHandler(&infoTexts), true);
+
+RawTags readWav(TagLib::IOStream& stream) {
+    TagLib::RIFF::WAV::File file(&stream, true, Style);
+    RawTags tags;
+    if (file.hasID3v2Tag()) {
+        tags = id3Tags(*file.ID3v2Tag());
+    }
+    if (file.hasInfoTag()) {
+        const auto& info = *file.InfoTag();
+        RawTags other;
+        other.title = doubtfulText(info.title());
+        other.artist = doubtfulText(info.artist());
+        other.album = doubtfulText(info.album());
+        other.track = static_cast<int>(std::min(info.track(), 9999u));
+        complete(tags, other);
     }
     tags.seconds = lengthOf(file);
     return tags;
@@ -184,8 +223,8 @@ constexpr ReaderRow readers[] = {
     {TagFormat::Vorbis, readOgg<TagLib::Ogg::Vorbis::File>},
     {TagFormat::Opus, readOgg<TagLib::Ogg::Opus::File>},
     {TagFormat::Mp4, readMp4},
-    {TagFormat::Asf, readPlain<TagLib::ASF::File>},
-    {TagFormat::Wav, readPlain<TagLib::RIFF::WAV::File>},
+    {TagFormat::Asf, readAsf},
+    {TagFormat::Wav, readWav},
 };
 
 constexpr auto rawTexts = {&RawTags::title, &RawTags::artist, &RawTags::album};
@@ -204,6 +243,7 @@ RawTags readTags(medium::ByteReader& reader, const std::string& name) {
         return {};
     }
     TagStream stream(reader, name);
+    const InflateLimit limit(MaxInflated);
     return row->read(stream);
 }
 

@@ -145,6 +145,8 @@ def test_they_are_installed_play_and_are_gone(root: Root) -> None:
     times = re.findall(r'^playtime:json:\{"time":(\d+)', played, re.MULTILINE)
     assert len(set(times)) >= 2, played
     root.run(f"python3 - <<'E'\n{IN_PYTHON}\nE", user="driver")
+    told = root.run("python3 -c 'from importlib.metadata import version; print(version(\"platen-bench\"))'")
+    assert told.strip() == root.run("dpkg-query -W -f '${Version}' python3-platen-bench").strip()
     for page in ("man1/platen-unit.1.gz", "man1/zmctl.1.gz", "man8/zmdiscd.8.gz", "man5/platen-resources.5.gz"):
         assert (root.folder / "usr/share/man" / page).exists()
     assert "platen:" in (root.folder / "etc/passwd").read_text()

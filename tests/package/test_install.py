@@ -181,6 +181,8 @@ def test_all_that_tell_a_version_tell_the_same(prefix: Path) -> None:
     about = (PROJECT / "deploy" / "desktop" / "org.platen.unit.metainfo.xml").read_text()
     assert re.findall(r'<release version="([^"]+)"', about)[0] == version
     assert re.findall(r"^## ([\d.]+)", (PROJECT / "CHANGELOG.md").read_text(), re.MULTILINE)[0] == version
+    client = (PROJECT / "clients" / "python" / "pyproject.toml").read_text()
+    assert re.findall(r'^version = "([^"]+)"', client, re.MULTILINE) == [version]
 
 
 def test_packages_are_made_of_what_dev_installs() -> None:

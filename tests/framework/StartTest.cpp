@@ -3,12 +3,15 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <atomic>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
 #include <cwchar>
 #include <fstream>
+#include <future>
 #include <sstream>
+#include <thread>
 #include <unistd.h>
 
 using namespace zm::test;
@@ -238,4 +241,27 @@ TEST_F(FrameworkTest, ViewsMayGoAwayWhileTheLoopRuns) {
     EXPECT_EQ(app.main.GetViewUI("second"), nullptr);
     EXPECT_TRUE(headUnit.waitForScreen("close"));
     EXPECT_EQ(app.events.lines().back(), "osd message 1000 0");
+}
+
+TEST_F(FrameworkTest, AViewGoesAwayNoSoonerThanItsHandlerReturns) {
+    auto second = std::make_unique<RecordingView<Oro::ZMCAR::ViewOsd>>(app.events, "second ");
+    run();
+    ASSERT_TRUE(second->Init("second", headUnit.folder() + "/OSD.zmrc_device", fontFolder(), 800, 480));
+    ASSERT_TRUE(app.main.JoinView(second.get(), "second", 5));
+    std::promise<void> begun;
+    std::atomic<bool> returned = false;
+    second->onHandler = [&](const std::string& line) {
+        if (line == "message 1000 0") {
+            begun.set_value();
+            std::this_thread::sleep_for(
+                std::chrono::seconds(3)); // longer than anybody would wait for a thread that is well
+            returned = true;
+        }
+    };
+    app.main.SendViewMessage({{1000, 0, 0, 0}});
+    begun.get_future().wait();
+    second.reset();
+    EXPECT_TRUE(returned);
+    headUnit.settle();
+    EXPECT_TRUE(headUnit.waitForScreen("close"));
 }

@@ -64,7 +64,7 @@ public:
     Status addView(ViewImpl& view);
     /** Adds a view that lies over the main view, and tells everybody. */
     Status join(ViewImpl& view);
-    /** Any thread. */
+    /** Returns when the event thread does nothing with the view any more: after the handler that runs. Any thread. */
     void leave(ViewImpl& view);
     /** The main view, then the joined ones in the order of joining. */
     const std::vector<ViewImpl*>& views() const { return m_views; }

@@ -36,9 +36,12 @@ constexpr Sight chosenButton{177, 133, {0, 255, 255}};
 
 class Screen : public disc::engine::FrameSink {
 public:
-    void show(const uint8_t* pixels, int stride) override {
+    void show(const disc::engine::DrawPicture& draw) override {
         std::lock_guard lock(m_mutex);
-        const uint8_t* pixel = pixels + m_wanted.y * stride + m_wanted.x * 4;
+        constexpr int Stride = disc::engine::PictureWidth * 4;
+        m_pixels.resize(size_t{Stride} * disc::engine::PictureHeight);
+        draw(m_pixels.data(), Stride);
+        const uint8_t* pixel = m_pixels.data() + m_wanted.y * Stride + m_wanted.x * 4;
         bool seen = true;
         for (size_t i = 0; i < 3; ++i) {
             seen = seen && std::abs(pixel[i] - m_wanted.colour[i]) < 60;
@@ -65,6 +68,7 @@ public:
     }
 
 private:
+    std::vector<uint8_t> m_pixels;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     Sight m_wanted = chosenButton;

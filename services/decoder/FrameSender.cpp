@@ -6,7 +6,6 @@
 #include <sys/socket.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace zm::decoder {
 
@@ -38,7 +37,7 @@ bool FrameSender::takeBack() {
     return any;
 }
 
-void FrameSender::show(const uint8_t* pixels, int stride) {
+void FrameSender::show(const DrawPicture& draw) {
     std::lock_guard lock(m_mutex);
     takeBack();
     auto place = std::find(m_away.begin(), m_away.end(), false);
@@ -53,9 +52,7 @@ void FrameSender::show(const uint8_t* pixels, int stride) {
     if (!picture) {
         return;
     }
-    for (int row = 0; row < PictureHeight; ++row) {
-        std::memcpy(picture + row * wire::Stride, pixels + row * stride, wire::Stride);
-    }
+    draw(picture, wire::Stride);
     const wire::FrameNote note{m_item, slot};
     *place = ::send(wire::FramesFd, &note, sizeof note, MSG_NOSIGNAL) == sizeof note;
 }

@@ -15,7 +15,7 @@ public:
     FrameSender();
     /** What the pictures belong to from now on. */
     void begin(uint64_t item);
-    void show(const uint8_t* pixels, int stride) override;
+    void show(const disc::engine::DrawPicture& draw) override;
     /** The disc service knows by itself when there is nothing to be seen. */
     void clear() override {}
 

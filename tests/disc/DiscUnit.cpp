@@ -79,13 +79,12 @@ std::ostream& operator<<(std::ostream& out, const PixelBox& box) {
     return out << box.width << " x " << box.height << " at " << box.x << ", " << box.y;
 }
 
-void PictureRecorder::show(const uint8_t* pixels, int stride) {
+void PictureRecorder::show(const disc::engine::DrawPicture& draw) {
     std::lock_guard lock(m_mutex);
-    m_pixels.clear();
-    for (int row = 0; row < disc::engine::PictureHeight; ++row) {
-        const uint8_t* line = pixels + row * stride;
-        m_pixels.insert(m_pixels.end(), line, line + disc::engine::PictureWidth * BytesPerPixel);
-    }
+    constexpr int Stride = disc::engine::PictureWidth * BytesPerPixel;
+    // What is not drawn shows.
+    m_pixels.assign(static_cast<size_t>(Stride) * disc::engine::PictureHeight, 0x80);
+    draw(m_pixels.data(), Stride);
     ++m_frames;
     m_times.push_back(std::chrono::steady_clock::now());
     const Colour middle = mean(disc::engine::PictureWidth / 2, disc::engine::PictureHeight / 2);

@@ -73,7 +73,7 @@ std::ostream& operator<<(std::ostream& out, const PixelBox& box);
 /** Keeps the last picture that was shown. Any thread. */
 class PictureRecorder : public disc::engine::FrameSink {
 public:
-    void show(const uint8_t* pixels, int stride) override;
+    void show(const disc::engine::DrawPicture& draw) override;
     void clear() override;
 
     int frames() const;

@@ -13,10 +13,10 @@ public:
     /** `frames` outlives it. */
     explicit CurtainFrames(engine::FrameSink& frames) : m_frames(frames) {}
 
-    void show(const uint8_t* pixels, int stride) override {
+    void show(const engine::DrawPicture& draw) override {
         std::lock_guard lock(m_mutex);
         if (!m_covered) {
-            m_frames.show(pixels, stride);
+            m_frames.show(draw);
         }
     }
     void clear() override {

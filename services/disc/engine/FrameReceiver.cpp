@@ -57,7 +57,7 @@ void FrameReceiver::receive() {
         return;
     }
     if (note.item == m_item) {
-        m_sink->show(picture, wire::Stride);
+        m_sink->show(copyOf(picture, wire::Stride));
     }
     ::send(m_notes.get(), &note, sizeof note, MSG_DONTWAIT | MSG_NOSIGNAL);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 namespace zm::disc::engine {
 
@@ -8,12 +9,18 @@ namespace zm::disc::engine {
 inline constexpr int PictureWidth = 800;
 inline constexpr int PictureHeight = 480;
 
+/** Writes each pixel of a picture: 32 bits (B G R and one byte of no meaning); a row has `stride` bytes. */
+using DrawPicture = std::function<void(uint8_t* pixels, int stride)>;
+
+/** Copies a picture that lies in such pixels. */
+DrawPicture copyOf(const uint8_t* pixels, int stride);
+
 /** Where decoded pictures go. Any thread. */
 class FrameSink {
 public:
     virtual ~FrameSink() = default;
-    /** Shows a picture of 32-bit pixels (B G R and one byte of no meaning); a row has `stride` bytes. */
-    virtual void show(const uint8_t* pixels, int stride) = 0;
+    /** Shows what `draw`, which is called at most once and before this returns, draws. */
+    virtual void show(const DrawPicture& draw) = 0;
     /** Takes the last picture away: black, unless nothing was shown. */
     virtual void clear() = 0;
 };

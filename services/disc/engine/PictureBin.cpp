@@ -11,36 +11,19 @@ namespace zm::disc::engine {
 
 namespace {
 
-// Scaling and conversion in two steps take half the time of both in one, as each has its fast way then. A
-// photo, which is only converted once, keeps all its colours in one.
+// First as the camera was held, then as the user wants it. A film's pictures are drawn by `FilmPicture`; a photo keeps
+// all its colours when it is scaled and converted in one step, and may have some that cannot be turned.
 std::string description(PictureKind kind) {
-    // First as the camera was held, then as the user wants it. A photo may have colours that cannot be turned.
-    return std::string(kind == PictureKind::Photo ? "videoconvert name=first ! " : "") +
+    const bool photo = kind == PictureKind::Photo;
+    return std::string(photo ? "videoconvert name=first ! " : "") +
            (kind == PictureKind::UprightFilm ? ""
                                              : "videoflip video-direction=auto ! videoflip name=turn ! ") +
-           "videocrop name=crop ! "
-           "videoconvertscale add-borders=true ! video/x-raw,format=" +
-           std::string(kind == PictureKind::Photo ? "BGRx" : "I420") +
-           ",width=" + std::to_string(PictureWidth) + ",height=" + std::to_string(PictureHeight) +
-           ",pixel-aspect-ratio=1/1 ! videoconvert ! video/x-raw,format=BGRx ! appsink name=frames "
-           "max-buffers=2 sync=true qos=true";
-}
-
-GstFlowReturn give(GstSample* taken, gpointer frames) {
-    if (!taken) {
-        return GST_FLOW_EOS;
-    }
-    const GstOwned<GstSample> sample(taken);
-    GstVideoInfo info;
-    GstVideoFrame frame;
-    if (gst_video_info_from_caps(&info, gst_sample_get_caps(sample.get())) &&
-        gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample.get()), GST_MAP_READ)) {
-        static_cast<FrameSink*>(frames)->show(
-            static_cast<const uint8_t*>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)),
-            GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0));
-        gst_video_frame_unmap(&frame);
-    }
-    return GST_FLOW_OK;
+           "videocrop name=crop ! " +
+           (photo ? "videoconvertscale add-borders=true ! video/x-raw,format=BGRx,width=" +
+                        std::to_string(PictureWidth) + ",height=" + std::to_string(PictureHeight) +
+                        ",pixel-aspect-ratio=1/1"
+                  : "videoconvert ! video/x-raw,format=I420") +
+           " ! appsink name=frames max-buffers=2 sync=true qos=true";
 }
 
 GstOwned<GstCaps> templateOf(GstElement* element) {
@@ -64,13 +47,13 @@ PictureBin::PictureBin(FrameSink& frames, PictureKind kind) : m_frames(frames) {
     const GstOwned<GstElement> sink(gst_bin_get_by_name(GST_BIN(bin), "frames"));
     // Pictures that stand still (paused, after a seek) come as preroll only.
     GstAppSinkCallbacks callbacks{};
-    callbacks.new_preroll = [](GstAppSink* from, gpointer to) {
-        return give(gst_app_sink_pull_preroll(from), to);
+    callbacks.new_preroll = [](GstAppSink* from, gpointer self) {
+        return static_cast<PictureBin*>(self)->give(gst_app_sink_pull_preroll(from));
     };
-    callbacks.new_sample = [](GstAppSink* from, gpointer to) {
-        return give(gst_app_sink_pull_sample(from), to);
+    callbacks.new_sample = [](GstAppSink* from, gpointer self) {
+        return static_cast<PictureBin*>(self)->give(gst_app_sink_pull_sample(from));
     };
-    gst_app_sink_set_callbacks(GST_APP_SINK(sink.get()), &callbacks, &m_frames, nullptr);
+    gst_app_sink_set_callbacks(GST_APP_SINK(sink.get()), &callbacks, this, nullptr);
     m_turn.reset(gst_bin_get_by_name(GST_BIN(bin), "turn"));
     m_crop.reset(gst_bin_get_by_name(GST_BIN(bin), "crop"));
     // What is left out depends on the upright picture's size, which is known just before its first picture.
@@ -113,6 +96,27 @@ void PictureBin::takeAnySize() {
     GstPad* pad = gst_element_get_static_pad(m_bin.get(), "sink");
     gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM, onQuery, this, nullptr);
     gst_object_unref(pad);
+}
+
+GstFlowReturn PictureBin::give(GstSample* taken) {
+    if (!taken) {
+        return GST_FLOW_EOS;
+    }
+    const GstOwned<GstSample> sample(taken);
+    GstVideoInfo info;
+    GstVideoFrame frame;
+    if (!gst_video_info_from_caps(&info, gst_sample_get_caps(sample.get())) ||
+        !gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample.get()), GST_MAP_READ)) {
+        return GST_FLOW_OK;
+    }
+    if (GST_VIDEO_INFO_FORMAT(&info) == GST_VIDEO_FORMAT_I420) {
+        m_frames.show([&](uint8_t* pixels, int stride) { m_film.draw(frame, {}, pixels, stride); });
+    } else {
+        m_frames.show(copyOf(static_cast<const uint8_t*>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)),
+                             GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0)));
+    }
+    gst_video_frame_unmap(&frame);
+    return GST_FLOW_OK;
 }
 
 void PictureBin::view(const PictureView& view) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/disc/engine/FilmPicture.h"
 #include "services/disc/engine/FrameSink.h"
 #include "services/disc/engine/Gst.h"
 #include "services/disc/engine/PicturePlace.h"
@@ -30,6 +31,7 @@ public:
 
 private:
     void takeAnySize();
+    GstFlowReturn give(GstSample* taken);
     void fit(const GstCaps* caps);
 
     GstOwned<GstElement> m_bin;
@@ -37,6 +39,7 @@ private:
     GstOwned<GstElement> m_turn;  ///< null for upright ones
     GstOwned<GstCaps> m_accepted; ///< what pictures may be like when they arrive
     FrameSink& m_frames;
+    FilmPicture m_film; ///< on the thread of the pictures
     std::mutex m_mutex; ///< pictures come on a thread of the decoder's
     double m_zoom = 1.0;
     PictureSize m_size; ///< of the pictures that come at present

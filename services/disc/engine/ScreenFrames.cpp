@@ -5,14 +5,12 @@
 #include <poll.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace zm::disc::engine {
 
 namespace {
 
 constexpr std::chrono::milliseconds RetryTime{500};
-constexpr int BytesPerPixel = 4;
 // A single picture must not be lost because the compositor is about to give a buffer back.
 constexpr int BufferWaitMilliseconds = 100;
 
@@ -59,7 +57,7 @@ uint8_t* ScreenFrames::freeBuffer() {
     return buffer;
 }
 
-void ScreenFrames::show(const uint8_t* pixels, int stride) {
+void ScreenFrames::show(const DrawPicture& draw) {
     std::lock_guard lock(m_mutex);
     if (!connect()) {
         return;
@@ -68,9 +66,7 @@ void ScreenFrames::show(const uint8_t* pixels, int stride) {
     if (!buffer) {
         return;
     }
-    for (int row = 0; row < PictureHeight; ++row) {
-        std::memcpy(buffer + row * m_window->stride(), pixels + row * stride, PictureWidth * BytesPerPixel);
-    }
+    draw(buffer, m_window->stride());
     commit();
     m_shown = true;
 }

@@ -17,7 +17,7 @@ namespace zm::disc::engine {
 class ScreenFrames : public FrameSink {
 public:
     explicit ScreenFrames(std::string socket);
-    void show(const uint8_t* pixels, int stride) override;
+    void show(const DrawPicture& draw) override;
     void clear() override;
 
 private:

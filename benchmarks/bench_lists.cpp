@@ -199,8 +199,8 @@ private:
 
     CUI_BtList* list() {
         CUI_BtList* result = nullptr;
-        m_application.view().GetUIWndMgrWrapper()->GetUIAnalysisObj()->GetItemData(
-            MediaList, ListItem, result);
+        m_application.view().GetUIWndMgrWrapper()->GetUIAnalysisObj()->GetItemData(MediaList, ListItem,
+                                                                                   result);
         return result;
     }
 

@@ -37,6 +37,15 @@ UniqueFd makeSocket() {
     return UniqueFd(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
 }
 
+// One that a signal interrupts has not come about: a socket of this kind connects at once or not at all.
+bool connectTo(int fd, const sockaddr_un& where) {
+    int status;
+    do {
+        status = ::connect(fd, reinterpret_cast<const sockaddr*>(&where), sizeof where);
+    } while (status != 0 && errno == EINTR);
+    return status == 0;
+}
+
 ssize_t sendPacket(int fd, std::string_view bytes, const std::vector<int>& fds, int flags) {
     iovec part{const_cast<char*>(bytes.data()), bytes.size()};
     msghdr header{};
@@ -140,7 +149,7 @@ Result<UniqueFd> connectUnix(const std::string& path, std::chrono::milliseconds 
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     for (;;) {
         UniqueFd fd = makeSocket();
-        if (fd.valid() && ::connect(fd.get(), reinterpret_cast<sockaddr*>(&*where), sizeof *where) == 0) {
+        if (fd.valid() && connectTo(fd.get(), *where)) {
             return fd;
         }
         if (std::chrono::steady_clock::now() >= deadline) {

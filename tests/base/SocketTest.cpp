@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <csignal>
 #include <ctime>
 #include <filesystem>
 #include <thread>
@@ -109,6 +110,34 @@ TEST_F(SocketTest, ConnectingWaitsForAServerThatComesLater) {
     std::thread server([&] { listening = listenUnix(path); });
     EXPECT_TRUE(connectUnix(path, 5s));
     server.join();
+}
+
+TEST_F(SocketTest, ASignalDoesNotKeepAnybodyFromConnecting) {
+    auto listening = listenUnix(path);
+    ASSERT_TRUE(listening) << listening.error();
+    ASSERT_EQ(::listen(listening->get(), 0), 0);
+    const auto waiting = connectUnix(path); // one finds room, the next has to wait
+    ASSERT_TRUE(waiting);
+    struct sigaction action {};
+    struct sigaction before {};
+    action.sa_handler = [](int) {};
+    ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
+    std::atomic<bool> done = false;
+    Result<UniqueFd> connected = Error{"never tried"};
+    std::thread client([&] {
+        connected = connectUnix(path);
+        done = true;
+    });
+    const auto end = std::chrono::steady_clock::now() + 300ms;
+    while (!done && std::chrono::steady_clock::now() < end) {
+        ::pthread_kill(client.native_handle(), SIGUSR1);
+        std::this_thread::sleep_for(5ms);
+    }
+    EXPECT_FALSE(done) << connected.error();
+    const UniqueFd first(::accept(listening->get(), nullptr, nullptr));
+    client.join();
+    EXPECT_TRUE(connected) << connected.error();
+    ::sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST_F(SocketTest, APathThatIsTooLongIsAnErrorAndNotCut) {

@@ -5,6 +5,7 @@
 #include "platform/linux/pps/PpsStore.h"
 
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <charconv>
 #include <map>
@@ -87,7 +88,9 @@ private:
         m_notices = std::move(fds.front());
         m_reader = std::move(*reader);
         // Whatever stands behind the descriptor, the service does not wait for it.
-        m_reader->onReadable = [this] { ::send(m_notices.get(), "n", 1, MSG_DONTWAIT | MSG_NOSIGNAL); };
+        m_reader->onReadable = [this] {
+            TEMP_FAILURE_RETRY(::send(m_notices.get(), "n", 1, MSG_DONTWAIT | MSG_NOSIGNAL));
+        };
         m_reader->announce();
         return std::string();
     }

@@ -25,8 +25,15 @@ constexpr std::chrono::milliseconds ReceiveLimit(2000);
 constexpr int MaxPixels = 8192;
 
 bool readable(int fd, std::chrono::milliseconds timeout) {
-    pollfd ready{fd, POLLIN, 0};
-    return ::poll(&ready, 1, static_cast<int>(timeout.count())) > 0;
+    const auto deadline = Clock::now() + timeout;
+    for (;;) {
+        pollfd ready{fd, POLLIN, 0};
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+        const int count = ::poll(&ready, 1, static_cast<int>(std::max<int64_t>(0, left.count())));
+        if (count >= 0 || errno != EINTR) {
+            return count > 0;
+        }
+    }
 }
 
 } // namespace

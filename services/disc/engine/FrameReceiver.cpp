@@ -5,6 +5,7 @@
 #include "services/disc/log/Log.h"
 
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -59,7 +60,8 @@ void FrameReceiver::receive() {
     if (note.item == m_item) {
         m_sink->show(copyOf(picture, wire::Stride));
     }
-    ::send(m_notes.get(), &note, sizeof note, MSG_DONTWAIT | MSG_NOSIGNAL);
+    // A picture that is not given back is one less for the film.
+    TEMP_FAILURE_RETRY(::send(m_notes.get(), &note, sizeof note, MSG_DONTWAIT | MSG_NOSIGNAL));
 }
 
 void FrameReceiver::clear() {

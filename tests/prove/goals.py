@@ -85,6 +85,11 @@ def _mutation(name: str, room: str, count: int, least: int) -> Goal:
                 at_least(r"killed \((\d+(?:\.\d+)?) %\)", least), ("./dev", "mutate", room, "5"))
 
 
+def _anomaly(kind: str, what: str, runs: int) -> Goal:
+    return Goal(f"anomaly-{kind}", "anomaly", f"{runs} {what}: nothing hangs, is lost or wrong", ("./dev", "anomaly", kind, "--runs", str(runs)),
+                passes(r"anomaly: .*"), ("./dev", "anomaly", kind, "--runs", "6"))
+
+
 _TESTS = r"\d+% tests passed, \d+ tests failed out of \d+"
 
 GOALS = (
@@ -93,6 +98,10 @@ GOALS = (
     _mutation("mutate-application", "mpu", 400, 95),
     _mutation("mutate-platform", "platform", 300, 90),
     _mutation("mutate-services", "services", 300, 90),
+    _anomaly("memory", "allocations that fail, one a story, in three programs", 3000),
+    _anomaly("disk", "a disk that is full from each write on", 600),
+    _anomaly("sockets", "stories with interrupted and short calls of sockets", 300),
+    _anomaly("clock", "stories with clocks that jump both ways", 300),
     Goal("tsan", "schedules", "no race in any test", ("./dev", "test", "--sanitize", "tsan"), passes(_TESTS),
          ("./dev", "test", "--sanitize", "tsan", "-L", "^base$")),
     Goal("asan", "hostile", "no leak and no wild access in any test", ("./dev", "test", "--sanitize", "asan"), passes(_TESTS),
@@ -101,6 +110,8 @@ GOALS = (
          ("./dev", "test", "-R", "python.hostile|Json|Hostile|Damaged|ChangedDvd"), passes(_TESTS)),
     Goal("fuzz", "fuzzing", "every target for an hour, no finding", ("./dev", "fuzz", "all", "3600"),
          passes(r"fuzzing: .*"), ("./dev", "fuzz", "json", "5")),
+    Goal("soak", "soak", "a simulated week in 30 minutes: memory, descriptors, threads and disk stay flat", ("tests/prove/soak.py",),
+         passes(r"soak: \d+ discs, .* grew"), ("tests/prove/soak.py", "--minutes", "2")),
     Goal("ci", "time", "what every change must pass takes at most 40 minutes", (".ci/run",), within(40)),
     Goal("frames", "benchmarks", "no frame lost in 20 s of a film beside a busy core", ("./dev", "bench", "video-busy"),
          at_most(r'frames lost in 20 s, beside a busy core", "value": ([\d.]+)', 0, " frames")),

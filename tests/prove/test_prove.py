@@ -7,6 +7,7 @@ import subprocess
 import sys
 from pathlib import Path
 from typing import List
+from xml.etree import ElementTree
 
 import pytest
 
@@ -15,6 +16,7 @@ sys.path.insert(0, str(HERE))
 
 import page  # noqa: E402
 import prove  # noqa: E402
+import soak  # noqa: E402
 from goals import GOALS, Goal, Reader, Run, at_least, at_most, passes, within  # noqa: E402
 
 
@@ -116,3 +118,18 @@ def test_values_are_read(reader: Reader, output: str, status: int, value: str, g
 def test_what_the_commands_print_is_understood(name: str, output: str, value: str) -> None:
     read = next(each for each in GOALS if each.name == name).read(Run(output, 0, 1))
     assert read is not None and read.text == value
+
+def samples(memory: List[float]) -> soak.Samples:
+    return {"app": [(float(at), soak.Holding(each, 40, 7, 0)) for at, each in enumerate(memory)]}
+
+
+def test_what_grows_all_week_is_found_and_what_comes_and_goes_is_not() -> None:
+    assert soak.judge(samples([5.0, *[16.0] * 7])) == []
+    assert soak.judge(samples([16.0, 17.5, 16.0, 17.5, 16.0, 17.5, 16.0, 17.5])) == []
+    assert soak.judge(samples([16.0 + at for at in range(8)])) == ["soak: memory of app grew by 4.0 MB (at most 2)"]
+
+
+def test_the_picture_of_a_week_has_a_line_for_each_process() -> None:
+    drawn = soak.picture({**samples([1, 2, 3]), "bench": [(0.0, soak.Holding(4, 70, 3, 0)), (168.0, soak.Holding(4, 70, 3, 0))]})
+    assert drawn.count("<polyline") == 6 and ">bench</text>" in drawn
+    ElementTree.fromstring(drawn)

@@ -1,7 +1,6 @@
 #include "services/disc/dvd/Session.h"
 
 #include "services/disc/dvd/Redraws.h"
-#include "services/disc/dvd/SoundPad.h"
 #include "services/disc/dvd/TouchedPoint.h"
 #include "services/disc/dvd/WireRecord.h"
 #include "services/disc/log/Log.h"
@@ -58,9 +57,7 @@ void highlight(Pipeline& pipeline, const NavPack& pack, int button, uint32_t Men
 } // namespace
 
 Session::Session(EventLoop& loop, Listener& listener, engine::FrameSink& frames, const SoundMaker& makeSound)
-    : m_loop(loop), m_listener(listener), m_frames(frames), m_makeSound(makeSound) {
-    m_sound.stream = -1;
-}
+    : m_loop(loop), m_listener(listener), m_frames(frames), m_makeSound(makeSound) {}
 
 void Session::start(const std::string& path, engine::StartMode mode, const std::optional<DvdPlace>& place) {
     m_mode = mode;
@@ -79,6 +76,7 @@ void Session::start(const std::string& path, engine::StartMode mode, const std::
         fail(m_pipeline->failure());
         return;
     }
+    m_feed.emplace(*m_pipeline);
     if (mode == engine::StartMode::Playing) {
         m_pipeline->play();
     }
@@ -109,7 +107,7 @@ bool Session::farEnough() const {
     // Of a scan only the first picture of each place counts.
     const bool scanned = m_scanSpeed != 0 && m_idle == Idle::Wait;
     return scanned || m_idle == Idle::Repeat ||
-           (m_unitBegun && m_unit.begin > m_pipeline->runningTime() + Ahead);
+           (m_feed->begun() && m_feed->unit().begin > m_pipeline->runningTime() + Ahead);
 }
 
 void Session::readOn() {
@@ -168,7 +166,9 @@ void Session::take(const std::vector<uint8_t>& packet) {
         }
         break;
     case zm::dvd::Event::Picture:
-        takePicture(behind<zm::dvd::PictureEvent>(packet));
+        if (m_idle == Idle::No) {
+            m_feed->pushStandingPicture(behind<zm::dvd::PictureEvent>(packet));
+        }
         break;
     case zm::dvd::Event::Place:
         with([&](const zm::dvd::PlaceEvent& event) { takePlace(event, behind<zm::dvd::PlaceEvent>(packet)); },
@@ -182,7 +182,7 @@ void Session::take(const std::vector<uint8_t>& packet) {
         m_idle = Idle::Wait;
         break;
     case zm::dvd::Event::Stopped:
-        endUnit();
+        m_feed->end();
         m_idle = Idle::Stopped;
         break;
     case zm::dvd::Event::Highlight:
@@ -194,16 +194,12 @@ void Session::take(const std::vector<uint8_t>& packet) {
              std::type_identity<zm::dvd::ColoursEvent>());
         break;
     case zm::dvd::Event::Sound:
-        with([this](const zm::dvd::SoundEvent& event) { m_sound = event; },
+        with([this](const zm::dvd::SoundEvent& event) { m_feed->choose(event); },
              std::type_identity<zm::dvd::SoundEvent>());
         break;
     case zm::dvd::Event::Subtitle:
-        with(
-            [this](const zm::dvd::SubtitleEvent& event) {
-                m_subtitle = event;
-                m_pipeline->subtitleStream(event.logical, event.stream, event.visible != 0);
-            },
-            std::type_identity<zm::dvd::SubtitleEvent>());
+        with([this](const zm::dvd::SubtitleEvent& event) { m_feed->choose(event); },
+             std::type_identity<zm::dvd::SubtitleEvent>());
         break;
     case zm::dvd::Event::Streams:
         with([this](const zm::dvd::StreamsEvent& event) { takeStreams(event); },
@@ -238,17 +234,17 @@ void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_
         return;
     }
     // A damaged one takes the place that it has behind the one before, without anything to see.
-    m_unitIsLost = !pack;
-    if (!pack) {
+    const bool lost = !pack;
+    if (lost) {
         pack.emplace();
     }
-    if (m_scanSpeed != 0 && m_unitBegun) {
-        endUnit();
-        stand(true); // the decoder gives its picture out
+    if (m_scanSpeed != 0 && m_feed->begun()) {
+        m_feed->end();
+        m_feed->stand(true); // the decoder gives its picture out
         m_idle = Idle::Wait;
         return;
     }
-    endUnit();
+    m_feed->end();
     if (repeats(event)) {
         m_idle = Idle::Repeat;
         return;
@@ -258,17 +254,14 @@ void Session::takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_
         m_pipeline->lines(static_cast<int>(m_lines));
     }
     const int64_t earliest = std::exchange(m_afterStill, false) ? m_pipeline->runningTime() + StillMargin : 0;
-    m_unit = m_timeline.place(pack->begin, pack->end, earliest);
-    m_unitBegun = true;
-    m_unitHasSound = false;
-    m_unitHasPicture = pack->hasPicture;
+    m_feed->begin(*pack, lost, earliest);
     Moment moment;
-    moment.span = m_unit;
+    moment.span = m_feed->unit();
     moment.generation = m_reader->generation();
     moment.place = withAngle(event);
     moment.button = event.button;
-    moment.sound = m_sound.stream < 0 ? -1 : m_sound.logical;
-    moment.subtitle = m_subtitle.visible ? m_subtitle.logical : -1;
+    moment.sound = m_feed->sound();
+    moment.subtitle = m_feed->subtitle();
     moment.streams = m_streams;
     const Moment* before = !m_moments.empty() ? &m_moments.back() : m_shown ? &*m_shown : nullptr;
     if (before && pack->buttons.empty() && pack->change >= ButtonChange::Same) {
@@ -292,24 +285,6 @@ zm::dvd::PlaceEvent Session::withAngle(zm::dvd::PlaceEvent place) {
     return place;
 }
 
-// At the end of a unit: sound that is not there has to be said, else everything would wait for it.
-void Session::endUnit() {
-    if (m_unitBegun && !m_unitHasSound) {
-        m_pipeline->silence(padOf(m_sound.kind), m_unit.begin, m_unit.end);
-        m_unitHasSound = true;
-    }
-    if (m_unitBegun && !m_unitHasPicture) {
-        stand(true);
-    }
-}
-
-// While a picture stands the decoder gives it out at once, not when another one comes.
-void Session::stand(bool stands) {
-    if (std::exchange(m_stands, stands) != stands) {
-        m_pipeline->still(stands);
-    }
-}
-
 void Session::takeBlocks(std::span<const uint8_t> blocks) {
     while (blocks.size() >= zm::dvd::BlockBytes && m_reader) {
         for (const auto& each : splitPack(blocks.first(zm::dvd::BlockBytes))) {
@@ -317,52 +292,11 @@ void Session::takeBlocks(std::span<const uint8_t> blocks) {
                 fail("copy-protected: its film is encrypted and cannot be played");
                 return;
             }
-            takeFragment(each);
+            if (m_idle == Idle::No) {
+                m_feed->push(each, m_scanSpeed == 0 ? Wanted::All : Wanted::Pictures);
+            }
         }
         blocks = blocks.subspan(zm::dvd::BlockBytes);
-    }
-}
-
-// Shown from the place's beginning on.
-void Session::takePicture(std::span<const uint8_t> pack) {
-    if (!m_unitBegun || m_unitIsLost || m_idle != Idle::No || pack.size() < zm::dvd::BlockBytes) {
-        return;
-    }
-    for (auto& each : splitPack(pack.first(zm::dvd::BlockBytes))) {
-        if (each.kind == Fragment::Kind::Video && !each.scrambled) {
-            const int64_t begin = m_unit.begin - m_timeline.shift();
-            each.time = each.time ? std::optional(begin) : std::nullopt;
-            each.decodeTime.reset();
-            stand(false);
-            m_pipeline->push(Pad::Video, each, m_timeline.shift());
-        }
-    }
-}
-
-void Session::takeFragment(const Fragment& fragment) {
-    // The time of packs before the first navigation pack is not known.
-    if (!m_unitBegun || m_unitIsLost || m_idle != Idle::No) {
-        return;
-    }
-    const int64_t shift = m_timeline.shift();
-    if (fragment.kind == Fragment::Kind::Video) {
-        m_unitHasPicture = true;
-        stand(false);
-        m_pipeline->push(Pad::Video, fragment, shift);
-        return;
-    }
-    if (!m_unitHasPicture) {
-        stand(true);
-    }
-    if (fragment.kind == Fragment::Kind::Subtitle) {
-        if (fragment.stream == m_subtitle.stream) {
-            m_pipeline->push(Pad::Subtitle, fragment, shift);
-        }
-    } else if (fragment.stream == m_sound.stream && m_scanSpeed == 0 &&
-               (m_sound.kind == zm::dvd::SoundKind::Unknown || m_sound.kind == fragment.sound)) {
-        m_sound.kind = fragment.sound;
-        m_unitHasSound = true;
-        m_pipeline->push(padOf(fragment.sound), fragment, shift);
     }
 }
 
@@ -386,12 +320,12 @@ void Session::takeStreams(const zm::dvd::StreamsEvent& event) {
 }
 
 void Session::takeStill(int seconds) {
-    endUnit();
-    stand(true);
+    m_feed->end();
+    m_feed->stand(true);
     m_idle = Idle::Still;
     m_stillEnd.reset();
     if (seconds != zm::dvd::EndlessStill) {
-        m_stillEnd = m_unit.end + seconds * TicksPerSecond;
+        m_stillEnd = m_feed->unit().end + seconds * TicksPerSecond;
     }
 }
 
@@ -407,7 +341,7 @@ void Session::takeReadError(bool over) {
 // Whether the film, in its own course, leaves what shall be repeated.
 bool Session::repeats(const zm::dvd::PlaceEvent& next) const {
     const Moment* last = !m_moments.empty() ? &m_moments.back() : m_shown ? &*m_shown : nullptr;
-    if (m_repeat == Repeat::Nothing || !m_unitBegun || !last || !last->inTitle()) {
+    if (m_repeat == Repeat::Nothing || !m_feed->begun() || !last || !last->inTitle()) {
         return false;
     }
     const bool leavesTitle = next.domain != zm::dvd::Domain::Title || next.title != last->place.title;
@@ -415,12 +349,8 @@ bool Session::repeats(const zm::dvd::PlaceEvent& next) const {
 }
 
 void Session::arriveElsewhere() {
-    m_pipeline->flush();
-    stand(false);
-    m_timeline.restart();
+    m_feed->restart();
     m_moments.clear();
-    m_unit = {};
-    m_unitBegun = false;
     m_afterStill = false;
     m_idle = Idle::No;
     m_stillEnd.reset();
@@ -494,15 +424,15 @@ void Session::leaveIdle() {
     }
     const int64_t now = m_pipeline->runningTime();
     if (m_idle == Idle::Still && m_stillEnd && now >= *m_stillEnd) {
-        stand(false);
+        m_feed->stand(false);
         m_afterStill = true;
         goOn(zm::dvd::Operation::StillOver);
-    } else if (m_idle == Idle::Wait && now + WaitMargin >= m_unit.end) {
+    } else if (m_idle == Idle::Wait && now + WaitMargin >= m_feed->unit().end) {
         goOn(zm::dvd::Operation::WaitOver);
-    } else if (m_idle == Idle::Repeat && now >= m_unit.end && m_shown) {
+    } else if (m_idle == Idle::Repeat && now >= m_feed->unit().end && m_shown) {
         const bool chapter = m_repeat == Repeat::Chapter;
         jump(zm::dvd::Operation::Chapter, m_shown->place.title, chapter ? m_shown->place.chapter : 1);
-    } else if (m_idle == Idle::Stopped && now >= m_unit.end) {
+    } else if (m_idle == Idle::Stopped && now >= m_feed->unit().end) {
         if (m_repeat != Repeat::Nothing && m_shown && m_shown->inTitle()) {
             m_idle = Idle::Repeat;
             return;
@@ -526,48 +456,25 @@ void Session::watchReader() {
 
 // Where the film holds no picture that can be decoded nothing would begin, not even its sound.
 void Session::watchPicture() {
-    const bool blind = m_reader && m_unitBegun && !m_prerolled && (m_idle != Idle::No || farEnough());
+    const bool blind = m_reader && m_feed->begun() && !m_prerolled && (m_idle != Idle::No || farEnough());
     if (!blind) {
         m_blind.reset();
     } else if (!m_blind) {
         m_blind = Clock::now();
     } else if (Clock::now() - *m_blind > PictureDeadline) {
         m_blind.reset();
-        m_pipeline->silence(Pad::Video, m_unit.begin, m_unit.end);
-        m_pipeline->silence(padOf(m_sound.kind), m_unit.begin,
-                            m_unit.end); // its stamps may be of another day
+        m_feed->giveUp();
     }
 }
 
 int64_t Session::position() const {
-    if (!m_shown || !m_shown->inTitle()) {
-        return 0;
-    }
-    const int64_t since = m_pipeline->runningTime() - m_shown->span.begin;
-    return m_shown->time() + std::clamp<int64_t>(since, 0, m_shown->span.end - m_shown->span.begin);
-}
-
-Scene Session::scene() const {
-    Scene scene;
-    const auto& place = m_shown->place;
-    scene.title = m_shown->inTitle() ? place.title : 0;
-    scene.chapter = m_shown->inTitle() ? place.chapter : 0;
-    scene.angle = place.angle;
-    scene.angles = place.angles;
-    scene.buttons = !m_shown->pack.buttons.empty();
-    scene.prohibited = place.prohibited;
-    scene.position = milliseconds(m_scanSpeed != 0 ? m_scanPosition : position());
-    scene.length = m_shown->inTitle() ? milliseconds(place.length) : engine::Milliseconds{0};
-    scene.sound = m_shown->sound;
-    scene.subtitle = m_shown->subtitle;
-    scene.streams = m_shown->streams;
-    return scene;
+    return m_shown ? m_shown->position(m_pipeline->runningTime()) : 0;
 }
 
 void Session::report() {
     m_nextReport = Clock::now() + ReportTime;
     if (m_shown) {
-        m_listener.dvdShows(scene());
+        m_listener.dvdShows(m_shown->scene(m_scanSpeed != 0 ? m_scanPosition : position()));
     }
 }
 
@@ -589,18 +496,7 @@ void Session::pause() {
     if (m_reader) {
         m_scanSpeed = 0;
         m_pipeline->pause();
-        passStandingPicture();
-    }
-}
-
-// A pause waits for what comes next; while a picture stands nothing comes.
-void Session::passStandingPicture() {
-    const int64_t now = m_pipeline->runningTime();
-    if (m_stands) {
-        m_pipeline->silence(Pad::Video, now, now);
-    }
-    if (m_stands && m_idle == Idle::Still) {
-        m_pipeline->silence(padOf(m_sound.kind), now, now);
+        m_feed->passStandingPicture(m_pipeline->runningTime(), m_idle == Idle::Still);
     }
 }
 

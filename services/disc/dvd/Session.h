@@ -3,9 +3,10 @@
 #include "base/EventLoop.h"
 #include "services/disc/dvd/CurtainFrames.h"
 #include "services/disc/dvd/Listener.h"
+#include "services/disc/dvd/Moment.h"
 #include "services/disc/dvd/Pipeline.h"
 #include "services/disc/dvd/ReaderDialogue.h"
-#include "services/disc/dvd/Timeline.h"
+#include "services/disc/dvd/UnitFeed.h"
 
 #include <atomic>
 #include <chrono>
@@ -51,20 +52,6 @@ public:
     int reader() const { return m_readerProcess; }
 
 private:
-    /** A unit of the film on its way to the screen. */
-    struct Moment {
-        Timeline::Span span;
-        uint32_t generation = 0;
-        zm::dvd::PlaceEvent place;
-        NavPack pack;
-        int button = 0;
-        int sound = -1;
-        int subtitle = -1;
-        std::shared_ptr<const Streams> streams;
-
-        int64_t time() const { return place.cellTime + pack.elapsed; }
-        bool inTitle() const { return place.domain == zm::dvd::Domain::Title; }
-    };
     /** What the reader waits for. */
     enum class Idle { No, Still, Wait, Stopped, Repeat };
 
@@ -79,16 +66,11 @@ private:
     void takePlace(const zm::dvd::PlaceEvent& event, std::span<const uint8_t> pack);
     zm::dvd::PlaceEvent withAngle(zm::dvd::PlaceEvent place);
     void takeBlocks(std::span<const uint8_t> blocks);
-    void takePicture(std::span<const uint8_t> pack);
-    void takeFragment(const Fragment& fragment);
     void takeHighlight(int button);
     void takeStreams(const zm::dvd::StreamsEvent& event);
     void takeStill(int seconds);
     void takeReadError(bool over);
     bool repeats(const zm::dvd::PlaceEvent& next) const;
-    void endUnit();
-    void stand(bool stands);
-    void passStandingPicture();
     void arriveElsewhere();
 
     void tick();
@@ -103,7 +85,6 @@ private:
     void watchPicture();
     int64_t position() const;
     std::pair<int, int> pointOfPicture(int x, int y) const;
-    Scene scene() const;
     void fail(const std::string& reason);
 
     EventLoop& m_loop;
@@ -119,17 +100,9 @@ private:
     std::chrono::steady_clock::time_point m_heard; ///< from the reader
 
     // What is pushed.
-    Timeline m_timeline;
+    std::optional<UnitFeed> m_feed;
     std::deque<Moment> m_moments; ///< not yet shown
-    Timeline::Span m_unit;        ///< pushed last
-    bool m_unitBegun = false;     ///< there was one since the last jump
-    bool m_unitHasSound = false;
-    bool m_unitHasPicture = false;
-    bool m_stands = false;     ///< the decoder was told that no picture follows for now
-    bool m_unitIsLost = false; ///< when its packs belong nobody knows
     bool m_afterStill = false;
-    zm::dvd::SoundEvent m_sound;
-    zm::dvd::SubtitleEvent m_subtitle;
     uint32_t m_lines = 0;
     std::shared_ptr<const Streams> m_streams;
     Idle m_idle = Idle::No;

@@ -34,6 +34,22 @@ TEST_F(Dvd, AFolderWithItsFilesIsOneToo) {
     nextMenu();
 }
 
+TEST_F(Dvd, AFolderWithSmallLettersIsOneToo) {
+    TempFolder disc;
+    std::filesystem::create_directories(disc / "video_ts");
+    for (const auto& file : std::filesystem::directory_iterator(dvdFolder(DvdKind::Menus) + "/VIDEO_TS")) {
+        std::string name = file.path().filename().string();
+        std::transform(name.begin(), name.end(), name.begin(),
+                       [](unsigned char c) { return std::tolower(c); });
+        std::filesystem::create_symlink(file.path(), disc / ("video_ts/" + name));
+    }
+    playDisc(disc.path().string());
+    nextMenu();
+    touchButton(2);
+    nextPlace(2, 1);
+    EXPECT_TRUE(shows(cyan));
+}
+
 TEST_F(Dvd, ATouchPressesTheButtonUnderTheFinger) {
     play(DvdKind::Menus);
     nextMenu();

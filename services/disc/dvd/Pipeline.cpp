@@ -329,6 +329,10 @@ void Pipeline::repeatPicture() {
     m_standing->show(m_frames, m_zoom);
 }
 
+bool Pipeline::settled() const {
+    return gst_element_get_state(m_pipeline.get(), nullptr, nullptr, 0) == GST_STATE_CHANGE_SUCCESS;
+}
+
 int64_t Pipeline::runningTime() const {
     GstState now = GST_STATE_VOID_PENDING;
     GstState next = GST_STATE_VOID_PENDING;

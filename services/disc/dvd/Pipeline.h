@@ -62,6 +62,8 @@ public:
     /** Shows the last picture once more, as it is looked at now. */
     void repeatPicture();
 
+    /** It plays or pauses, and is not on its way there: that takes the next picture and sound. */
+    bool settled() const;
     /** What is shown now; 0 until the first picture. */
     int64_t runningTime() const;
 

@@ -30,6 +30,8 @@ constexpr int64_t ScanEnd = TicksPerSecond / 2;
 constexpr std::chrono::seconds ReadDeadline{8};
 // What a decoder may take for the first picture.
 constexpr std::chrono::milliseconds PictureDeadline{1000};
+// What the change to pause or play may take.
+constexpr std::chrono::milliseconds PauseDeadline{200};
 constexpr int PacketsAtOnce = 64;
 
 engine::Milliseconds milliseconds(int64_t ticks) {
@@ -370,6 +372,7 @@ void Session::tick() {
     }
     watchReader();
     watchPicture();
+    watchPause();
     if (m_reader && Clock::now() >= m_nextReport && m_mode == engine::StartMode::Playing &&
         m_scanSpeed == 0) {
         report();
@@ -467,6 +470,20 @@ void Session::watchPicture() {
     }
 }
 
+// As its time does not go on meanwhile nothing more would be read.
+void Session::watchPause() {
+    const bool waits =
+        m_reader && m_prerolled && !m_pipeline->settled() && (m_idle != Idle::No || farEnough());
+    if (!waits) {
+        m_waits.reset();
+    } else if (!m_waits) {
+        m_waits = Clock::now();
+    } else if (Clock::now() - *m_waits > PauseDeadline) {
+        m_waits.reset();
+        passPause();
+    }
+}
+
 int64_t Session::position() const {
     return m_shown ? m_shown->position(m_pipeline->runningTime()) : 0;
 }
@@ -496,7 +513,17 @@ void Session::pause() {
     if (m_reader) {
         m_scanSpeed = 0;
         m_pipeline->pause();
-        m_feed->passStandingPicture(m_pipeline->runningTime(), m_idle == Idle::Still);
+        if (m_feed->stands()) {
+            passPause();
+        }
+    }
+}
+
+// A change to pause or play waits for the picture and the sound that come next, and for now nothing comes.
+void Session::passPause() {
+    m_feed->passPicture(m_pipeline->runningTime());
+    if (m_idle != Idle::No) {
+        m_feed->passSound(m_pipeline->runningTime());
     }
 }
 

@@ -83,6 +83,8 @@ private:
     void report();
     void watchReader();
     void watchPicture();
+    void watchPause();
+    void passPause();
     int64_t position() const;
     std::pair<int, int> pointOfPicture(int x, int y) const;
     void fail(const std::string& reason);
@@ -118,6 +120,8 @@ private:
     double m_zoom = 1.0;
     bool m_prerolled = false;
     std::optional<std::chrono::steady_clock::time_point> m_blind; ///< since when only a picture is missing
+    std::optional<std::chrono::steady_clock::time_point>
+        m_waits; ///< since when only the change to pause or play is missing
     bool m_arrived = false;
     int m_scanSpeed = 0;
     int64_t m_scanPosition = 0;

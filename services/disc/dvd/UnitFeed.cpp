@@ -80,13 +80,8 @@ void UnitFeed::stand(bool stands) {
     }
 }
 
-void UnitFeed::passStandingPicture(int64_t now, bool silent) {
-    if (m_stands) {
-        m_pipeline.silence(Pad::Video, now, now);
-    }
-    if (m_stands && silent) {
-        m_pipeline.silence(padOf(m_sound.kind), now, now);
-    }
+void UnitFeed::passSound(int64_t now) {
+    m_pipeline.silence(padOf(m_sound.kind), now, now);
 }
 
 void UnitFeed::giveUp() {

@@ -30,9 +30,11 @@ public:
     void pushStandingPicture(std::span<const uint8_t> pack);
     /** While a picture stands the decoder gives it out at once, not when another one comes. */
     void stand(bool stands);
-    /** Takes a pause past the standing picture: it waits for what comes next, and now nothing comes; of the sound neither
-     * if that is `silent`, too. */
-    void passStandingPicture(int64_t now, bool silent);
+    /** While a picture stands none comes. */
+    bool stands() const { return m_stands; }
+    /** Lets go who waits for the next picture, or also for the next sound: none comes for now. */
+    void passPicture(int64_t now) { m_pipeline.silence(Pad::Video, now, now); }
+    void passSound(int64_t now);
     /** Nothing of the unit can be decoded. */
     void giveUp();
 

@@ -1,11 +1,9 @@
+#include "tests/disc/Holdings.h"
 #include "tests/disc/PictureFixture.h"
-
-#include <malloc.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <iterator>
 
 using namespace zm::test;
 using namespace zm::disc::model;
@@ -20,22 +18,6 @@ const int WarmUpRounds = Soak ? 50 : 12;
 const int Rounds = Soak ? 200 : 24;
 // Far less than one kilobyte a disc.
 constexpr long AllowedBytes = 128 * 1024;
-
-long entries(const char* folder) {
-    return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
-}
-
-/** What the process holds at a moment. */
-struct Holdings {
-    long bytes = 0;
-    long descriptors = 0;
-    long threads = 0;
-
-    static Holdings now() {
-        return {static_cast<long>(mallinfo2().uordblks + mallinfo2().hblkhd), entries("/proc/self/fd"),
-                entries("/proc/self/task")};
-    }
-};
 
 class Endurance : public Pictures {
 protected:

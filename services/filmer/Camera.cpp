@@ -85,7 +85,8 @@ void Camera::run() {
         m_file->addSound(rate, samples, time);
     });
     uint64_t number = 0;
-    while (!m_ending && m_film.failure.empty()) {
+    // However soon it ends, there is something to be seen.
+    do {
         sleepUntil(begin + timeOf(number) + Second / FramesPerSecond / 2);
         shoot(number);
         track.pass(film::now() - SoundDelay);
@@ -94,7 +95,7 @@ void Camera::run() {
         const uint64_t next = std::max(number + 1, due);
         m_film.dropped += next - number - 1;
         number = next;
-    }
+    } while (!m_ending && m_film.failure.empty());
     m_film.length = timeOf(number);
     if (m_film.failure.empty()) {
         sleepUntil(begin + m_film.length + SoundDelay);

@@ -86,6 +86,18 @@ def check_steps(file: Path, seconds: float, least: int) -> None:
     assert sorted(abs(each) for each in apart)[len(apart) * 3 // 4] <= 0.060, apart
 
 
+def test_however_short_a_film_has_a_picture(unit: Bench, tmp_path: Path) -> None:
+    none, short, ended = tmp_path / "none.webm", tmp_path / "short.webm", tmp_path / "ended.webm"
+    with pytest.raises(CommandFailed, match="--seconds 0: a film has to last longer than that"):
+        unit.command("film", none, "--seconds", 0)
+    assert not none.exists()
+    unit.command("film", short, "--seconds", 0.001)
+    assert frames(short) >= 1
+    unit.command("film", ended)
+    unit.command("film", "--stop")
+    assert frames(ended) >= 1
+
+
 def test_a_dvd_is_in_step_too(tmp_path: Path) -> None:
     disc, file = tmp_path / "dvd", tmp_path / "dvd.webm"
     subprocess.run([PROJECT / "tests" / "disc" / "make-dvd", "sync", disc], check=True, capture_output=True)

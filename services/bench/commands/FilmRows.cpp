@@ -51,6 +51,8 @@ bool filmCommand(Call& call) {
         film.end(sayHow(call.run));
     } else if (std::filesystem::path(file).extension() != ".webm") {
         call.run->fail(file + ": films end with .webm");
+    } else if (length && *length == 0) {
+        call.run->fail("--seconds 0: a film has to last longer than that");
     } else if (length) {
         filmAndWait(call, {call.run->absolute(file), overwrite, std::chrono::milliseconds(*length)});
     } else {

@@ -45,6 +45,34 @@ TEST_F(ScreenTest, VideoLiesUnderAllWindowsWhateverOrderItIsGiven) {
     EXPECT_EQ(pixel(50, 50), Black);
 }
 
+// Rows of a page that are clear are passed over; they need not stay so.
+TEST_F(ScreenTest, WhatAClearPageBeginsToShowIsSeenAndWhatItTakesAwayIsNot) {
+    Memory page(800, 480);
+    Memory below(800, 480);
+    below.fill(0, Green);
+    page.fill(0, Clear);
+    page.fill(1, Clear);
+    page.fill(1, Red, {799, 100, 1, 1});
+    page.fill(2, Clear);
+    RawClient app(socket, "app");
+    app.send(below.window(2, 0, false), {below.fd()});
+    app.send(commitOf(2, 0, 1));
+    app.send(page.window(1, 1, true), {page.fd()});
+    app.show(0, 1);
+    EXPECT_EQ(pixel(799, 100), Green);
+    app.show(1, 2, Json::array({{790, 90, 10, 20}}));
+    EXPECT_EQ(pixel(799, 100), Red);
+    EXPECT_EQ(pixel(799, 101), Green);
+    app.show(2, 3, Json::array({{790, 90, 10, 20}}));
+    EXPECT_EQ(pixel(799, 100), Green);
+    app.show(1, 4, Json::array({{799, 100, 1, 1}}));
+    EXPECT_EQ(pixel(799, 100), Red);
+    app.send({{"t", "props"}, {"window", 1}, {"height", 240}});
+    app.sync();
+    EXPECT_EQ(pixel(799, 50), Red) << "a page at half its height";
+    EXPECT_EQ(pixel(799, 100), Green);
+}
+
 TEST_F(ScreenTest, OfEqualOrderTheLaterWindowIsInFront) {
     Memory first(20, 20);
     Memory second(20, 20);

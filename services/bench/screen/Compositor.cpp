@@ -110,7 +110,8 @@ struct Compositor::Impl {
                  cover->height,
                  cover->stride,
                  {0, 0, cover->width, cover->height},
-                 false}};
+                 false,
+                 nullptr}};
     }
 };
 

@@ -92,6 +92,9 @@ void drawLayer(Image& frame, const Rect& area, const SurfaceLayer& layer) {
     std::vector<uint8_t> row;
     for (int y = part.y; y < part.y + part.h; ++y) {
         const int64_t line = int64_t{y - layer.place.y} * layer.height / layer.place.h;
+        if (layer.alpha && layer.drawnRows && !(*layer.drawnRows)[static_cast<size_t>(line)]) {
+            continue;
+        }
         const uint8_t* source = layer.pixels + line * layer.stride;
         if (scaled) {
             scaleRow(row, layer, source, part);

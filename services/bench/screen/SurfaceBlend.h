@@ -16,6 +16,8 @@ struct SurfaceLayer {
     int stride = 0;
     Rect place;
     bool alpha = false; ///< premultiplied alpha counts; else the picture is opaque
+    /** Of one with alpha, the rows that are not all clear; null: any may have something. */
+    const std::vector<bool>* drawnRows = nullptr;
 };
 
 /** Draws `area` of `frame` anew from the layers, lowest first; what no layer covers is black. */

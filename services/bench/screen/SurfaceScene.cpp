@@ -1,6 +1,7 @@
 #include "services/bench/screen/SurfaceScene.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace zm::bench::screen {
 
@@ -78,7 +79,26 @@ SurfaceScene::commit(SurfaceWindow& window, int buffer, int64_t sequence, const 
     const SurfaceSize& size = window.surface.size();
     const std::vector<Rect> whole{{0, 0, size.width, size.height}};
     damageWindow(window, first ? whole : changed);
+    findDrawnRows(window, first ? whole : changed);
     return replaced;
+}
+
+// A page over a film is clear nearly everywhere: it is looked at when it changes, not with each of the film's pictures.
+void SurfaceScene::findDrawnRows(SurfaceWindow& window, const std::vector<Rect>& changed) {
+    if (window.decoder) {
+        return;
+    }
+    const SurfaceSize& size = window.surface.size();
+    window.drawnRows.resize(static_cast<size_t>(size.height), true);
+    const uint8_t* pixels = window.surface.buffer(window.buffer);
+    const auto rowBytes = static_cast<size_t>(size.width) * 4;
+    for (const auto& rect : changed) {
+        for (int y = rect.y; y < rect.y + rect.h; ++y) {
+            const uint8_t* row = pixels + static_cast<ptrdiff_t>(y) * size.stride;
+            window.drawnRows[static_cast<size_t>(y)] =
+                row[0] != 0 || std::memcmp(row, row + 1, rowBytes - 1) != 0;
+        }
+    }
 }
 
 void SurfaceScene::damageWindow(const SurfaceWindow& window, const std::vector<Rect>& changed) {
@@ -180,8 +200,13 @@ std::vector<SurfaceLayer> SurfaceScene::layers() const {
         SurfaceLayer layer;
         if (picture) {
             const auto& size = picture->surface.size();
-            layer = {
-                picture->surface.buffer(picture->buffer), size.width, size.height, size.stride, {}, alpha};
+            layer = {picture->surface.buffer(picture->buffer),
+                     size.width,
+                     size.height,
+                     size.stride,
+                     {},
+                     alpha,
+                     &picture->drawnRows};
         }
         layer.place = placement.rect;
         ordered.emplace_back(std::pair(above, placement.order), layer);

@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zm::bench::screen {
 
@@ -30,6 +31,7 @@ struct SurfaceWindow {
     bool decoder = false; ///< shown only inside a child window
     int buffer = -1;      ///< -1 before the first frame
     int64_t sequence = 0;
+    std::vector<bool> drawnRows; ///< since the latest commit; the others are all clear
 };
 
 /** A child window of the application's group, which shows the decoder's pictures. */
@@ -79,6 +81,7 @@ public:
 
 private:
     void damageWindow(const SurfaceWindow& window, const std::vector<Rect>& changed);
+    static void findDrawnRows(SurfaceWindow& window, const std::vector<Rect>& changed);
     void forgetPicture(const SurfaceWindow& window);
     bool shows(const SurfaceChild& child) const { return child.placement.visible && !m_childrenLocked; }
 

@@ -18,16 +18,17 @@ namespace {
 
 const Binding path{"zelmar/disc/cover", "cover", "path"};
 const Binding color{"zelmar/disc/cover", "cover", "color"};
+const Binding whole{"zelmar/disc/cover", "state", ""};
 
 class BoundObjectsTest : public testing::Test {
 protected:
     void start() {
-        const Status started =
-            m_objects.start(socket, {{path, BoundAs::Picture}, {color, BoundAs::Color}},
-                            [this](const Binding& binding, const std::string& text, PictureFilePtr picture) {
-                                std::lock_guard lock(m_mutex);
-                                m_values.push_back(binding.member + "=" + text + (picture ? " shown" : ""));
-                            });
+        const Status started = m_objects.start(
+            socket, {{path, BoundAs::Picture}, {color, BoundAs::Color}, {whole, BoundAs::Word}},
+            [this](const Binding& binding, const std::string& text, PictureFilePtr picture) {
+                std::lock_guard lock(m_mutex);
+                m_values.push_back(binding.member + "=" + text + (picture ? " shown" : ""));
+            });
         ASSERT_TRUE(started) << started.error();
     }
     std::vector<std::string> values() {
@@ -74,6 +75,16 @@ TEST_F(BoundObjectsTest, AreFollowedFromTheirPresentValueOnWithThePicturesThatTh
     write("cover::no json\n");
     EXPECT_TRUE(eventually([&] { return values().size() == 8; }));
     EXPECT_TRUE(lastAre({"color=", "path="}));
+}
+
+TEST_F(BoundObjectsTest, MayBeAWholeAttribute) {
+    write("state::2\n");
+    start();
+    EXPECT_TRUE(eventually([&] { return lastAre({"=2"}); }));
+    write("state::6\n");
+    EXPECT_TRUE(eventually([&] { return lastAre({"=6"}); }));
+    write("-state\n");
+    EXPECT_TRUE(eventually([&] { return lastAre({"="}); }));
 }
 
 TEST_F(BoundObjectsTest, AreNotMadeButWaitedFor) {

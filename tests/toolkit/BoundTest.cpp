@@ -13,6 +13,7 @@ namespace {
 
 const Binding sleeve{"zelmar/disc/cover", "cover", "path"};
 const Binding mood{"zelmar/disc/cover", "cover", "color"};
+const Binding state{"zelmar/disc/status", "discstate", ""};
 constexpr int playPage = 6;
 constexpr int cover = 20110;
 
@@ -123,7 +124,8 @@ TEST_F(BoundPictures, tintTheBackgroundWithTheirColour) {
 }
 
 TEST_F(BoundPictures, areWhatThePagesAskFor) {
-    const std::map<Binding, BoundAs> wanted = {{sleeve, BoundAs::Picture}, {mood, BoundAs::Color}};
+    const std::map<Binding, BoundAs> wanted = {
+        {sleeve, BoundAs::Picture}, {mood, BoundAs::Color}, {state, BoundAs::Word}};
     EXPECT_EQ(stage.scene->bindings(), wanted);
 }
 

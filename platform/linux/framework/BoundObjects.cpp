@@ -86,13 +86,15 @@ void BoundObjects::report(const std::string& object, std::string text) const {
         if (status != PPS_ATTRIBUTE && status != PPS_ATTRIBUTE_DELETED) {
             continue;
         }
-        const auto members = jsonObject(status == PPS_ATTRIBUTE ? attribute.value : "");
+        const std::string whole = status == PPS_ATTRIBUTE ? attribute.value : "";
+        const auto members = jsonObject(whole);
         for (const auto& [binding, as] : m_bindings) {
             if (binding.object == object && binding.attribute == attribute.attr_name) {
                 const auto member = members.find(binding.member);
-                const std::string value = member != members.end() && member->is_string()
-                                              ? member->get<std::string>()
-                                              : std::string();
+                const bool text = member != members.end() && member->is_string();
+                const std::string value = binding.member.empty() ? whole
+                                          : text                 ? member->get<std::string>()
+                                                                 : std::string();
                 const bool picture = as == BoundAs::Picture && !value.empty();
                 m_onValue(binding, value, picture ? readPictureFile(value) : nullptr);
             }

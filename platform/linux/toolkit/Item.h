@@ -45,6 +45,7 @@ struct KeptLayout {
     bool bold = false;
     TextDirection direction = TextDirection::LeftToRight;
     int width = 0;
+    int natural = -1; ///< width that it would like; -1 until it is asked for
 };
 
 /**
@@ -70,6 +71,7 @@ struct Item {
     int fingerX = 0;    ///< where it is pressed
     bool dirty = false; ///< it, or a row of its list, was set since it was last drawn
     KeptLayout kept;
+    int overhang = 0; ///< pixels of its text that do not fit, of one that may run; found when it is drawn
 
     /** Drawn visible together with everything it belongs to. */
     bool onPage() const { return drawn.visible && (!parent || parent->onPage()); }

@@ -37,6 +37,21 @@ Rect CUI_BtList::Impl::rowRect(int index) const {
     return {view.x, view.y + above, view.w, below - above};
 }
 
+Rect CUI_BtList::Impl::faceRect(int index) const {
+    const Rect place = rowRect(index);
+    const int wide = place.w - 2 * barWidth;
+    return {pages.rightToLeft() ? place.x + place.w - wide : place.x, place.y, wide,
+            place.h - pages.style(item).rowGap};
+}
+
+Rect CUI_BtList::Impl::markRect(int index) const {
+    const zm::Style& style = pages.style(item);
+    const Rect face = faceRect(index);
+    const int icon = style.iconSize;
+    return {pages.rightToLeft() ? face.x + style.padding : face.x + face.w - style.padding - icon,
+            face.y + (face.h - icon) / 2, icon, icon};
+}
+
 int CUI_BtList::Impl::rowAt(int x, int y) const {
     if (!item.spec.rect.contains(x, y)) {
         return -1;

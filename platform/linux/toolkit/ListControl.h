@@ -31,6 +31,9 @@ struct CUI_BtList::Impl {
     int current = -1;
     double scroll = 0; ///< pixels between the top of row 0 and the top of the view
 
+    /** The scroll bar's width, and its distance from the rows. */
+    static constexpr int barWidth = 8;
+
     bool has(int index) const { return index >= 0 && index < static_cast<int>(rows.size()); }
     std::string text(const Row& row) const { return std::string(texts.at(row.text)); }
     void setText(Row& row, const wchar_t* text);
@@ -41,6 +44,10 @@ struct CUI_BtList::Impl {
     double end() const;
     /** Where a row stands on the screen; it may lie outside the list. */
     zm::Rect rowRect(int index) const;
+    /** What is drawn of it: beside the scroll bar, without the gap to the next one. */
+    zm::Rect faceRect(int index) const;
+    /** Where a row has the mark of what plays. */
+    zm::Rect markRect(int index) const;
     /** The row at a point of the screen, or -1. */
     int rowAt(int x, int y) const;
     void drawRow(int index);

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int64_t quickFrameMs = 16;
 constexpr int64_t calmFrameMs = 33;
+constexpr int64_t barsFrameMs = 66;
 constexpr int64_t busyTurnMs = 1200;
 constexpr double longestStepMs = 50;
 constexpr double flingMs = 325; ///< in this time a flung list does all but 1/e of its way
@@ -36,7 +37,8 @@ Rect bounds(const Window& window) {
 
 } // namespace
 
-Motion::Motion(Pages& pages, SceneListener& listener) : m_pages(pages), m_listener(listener) {
+Motion::Motion(Pages& pages, SceneListener& listener)
+    : m_pages(pages), m_listener(listener), m_bars(pages), m_titles(pages) {
     m_pages.progressDrawn = [this](Item& item) { progressDrawn(item); };
     m_pages.groupChanged = [this](const Item& item) {
         fadeOver(item.bounds(), m_pages.resource().motion.popup);
@@ -48,6 +50,8 @@ void Motion::setLevel(MotionLevel level) {
     m_level = level;
     if (level != MotionLevel::Full) {
         finishFades();
+        m_titles.rest();
+        m_bars.rest();
     }
     if (level == MotionLevel::Off) {
         rest();
@@ -85,10 +89,13 @@ void Motion::rest() {
         report(*run->list, 5);
     }
     finishFades();
+    m_titles.rest();
     m_triggered = nullptr;
 }
 
 void Motion::collect() {
+    m_bars.collect();
+    m_titles.collect();
     m_busyItems.clear();
     for (const auto& [id, window] : m_pages.windows()) {
         for (const auto& item : window->items) {
@@ -96,6 +103,12 @@ void Motion::collect() {
                 m_busyItems.push_back(item.get());
             }
         }
+    }
+}
+
+void Motion::published() {
+    if (!barsMove()) {
+        m_bars.rest();
     }
 }
 
@@ -107,10 +120,12 @@ bool Motion::busyShown() const {
 
 int64_t Motion::next() const {
     const bool quick = m_fling || fading();
-    if (!quick && m_walking.empty() && !busyShown()) {
-        return -1;
-    }
-    return m_lastTick < 0 ? 0 : m_lastTick + (quick ? quickFrameMs : calmFrameMs);
+    const bool calm = !m_walking.empty() || busyShown();
+    const int64_t pace = quick || titlesRun() ? quickFrameMs
+                         : calm               ? calmFrameMs
+                         : barsMove()         ? barsFrameMs
+                                              : -1;
+    return pace < 0 ? -1 : m_lastTick < 0 ? 0 : m_lastTick + pace;
 }
 
 void Motion::tick(int64_t nowMs) {
@@ -127,6 +142,10 @@ void Motion::tick(int64_t nowMs) {
     stepFling(nowMs);
     stepLeaving(nowMs);
     m_fade.step(nowMs);
+    if (m_level == MotionLevel::Full) {
+        m_titles.step(nowMs);
+        m_bars.step(nowMs);
+    }
 }
 
 void Motion::stepBusy(int64_t nowMs) {

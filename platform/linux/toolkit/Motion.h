@@ -3,6 +3,8 @@
 #include "platform/linux/toolkit/Fade.h"
 #include "platform/linux/toolkit/ListControl.h"
 #include "platform/linux/toolkit/MotionLevel.h"
+#include "platform/linux/toolkit/PlayingBars.h"
+#include "platform/linux/toolkit/RunningTitles.h"
 #include "platform/linux/toolkit/SceneListener.h"
 
 #include <cstdint>
@@ -28,6 +30,9 @@ public:
     /** Takes up the items that move by themselves; after the pages have been redefined. */
     void collect();
 
+    /** Something that others publish has changed: bars may have to stand. */
+    void published();
+
     /** The moment of the next step, or -1; 0 when a movement waits for its first step. */
     int64_t next() const;
     void tick(int64_t nowMs);
@@ -41,6 +46,8 @@ public:
     void fadeOver(const Rect& area, int ms);
     Fade& fade() { return m_fade; }
     const Fade& fade() const { return m_fade; }
+    const PlayingBars& bars() const { return m_bars; }
+    const RunningTitles& titles() const { return m_titles; }
     /** Whether anything on the screen is on its way in or out. */
     bool fading() const { return m_fade.active() || m_leaving; }
     /** Ends that where it leads. */
@@ -74,6 +81,8 @@ private:
     };
 
     bool busyShown() const;
+    bool titlesRun() const { return m_level == MotionLevel::Full && m_titles.busy(); }
+    bool barsMove() const { return m_level == MotionLevel::Full && m_bars.seen(); }
     /** Small steps of a progress bar on a shown page are walked smoothly. */
     void progressDrawn(Item& item);
     void stepBusy(int64_t nowMs);
@@ -91,6 +100,8 @@ private:
     MotionLevel m_level = MotionLevel::Reduced;
     bool m_seen = true;
     Fade m_fade;
+    PlayingBars m_bars;
+    RunningTitles m_titles;
     const Window* m_triggered = nullptr;
     int m_triggeredSlide = 0;
     int64_t m_lastTick = -1;

@@ -56,6 +56,8 @@ private:
     void paintAnimation(const Item& item);
     void paintList(Item& item, const Rect& area);
     void paintRow(CUI_BtList::Impl& list, int index);
+    /** The picture that tells which row plays, or bars that move in its place. */
+    void paintMark(CUI_BtList::Impl& list, int picture, const Rect& box);
     void paintScrollBar(CUI_BtList::Impl& list);
     /** Which row stands on top, beside the scroll bar of a long list that moves. */
     void paintPlace(CUI_BtList::Impl& list, const Rect& thumb);
@@ -66,6 +68,8 @@ private:
     Line lineOf(const Item& item) const;
     void paintText(KeptLayout& kept, const Line& line, const Rect& box, const Style& style, const Look& look,
                    Align align);
+    /** A text that shows what is further on, where its run has come to. */
+    void paintRunning(Item& item, const Line& line, const Rect& box, const Style& style, const Look& look);
     KeptLayout& keptRow(CUI_BtList::Impl& list, int index);
     void source(int color);
     void roundedPath(const Rect& box, double radius, double inset);

@@ -9,7 +9,7 @@ namespace zm {
 
 namespace {
 
-constexpr int scrollBarWidth = 8;
+constexpr int scrollBarWidth = CUI_BtList::Impl::barWidth;
 constexpr int leastThumb = 40;
 constexpr int shortList = 3; ///< a list of less views needs no number while it moves
 constexpr int placeHeight = 56;
@@ -60,10 +60,8 @@ void Painter::paintRow(CUI_BtList::Impl& list, int index) {
     Look look = style.look(state);
     const bool playing = row.icons[markSlot] > 0;
     look.bold = look.bold || playing;
-    const Rect place = list.rowRect(index);
     const bool rtl = m_pages.rightToLeft();
-    const int besideBar = place.w - scrollBarWidth - 8;
-    const Rect box{rtl ? place.x + place.w - besideBar : place.x, place.y, besideBar, place.h - style.rowGap};
+    const Rect box = list.faceRect(index);
     paintBox(box, style, look);
     paintMarker(box, look, rtl);
 
@@ -77,10 +75,28 @@ void Painter::paintRow(CUI_BtList::Impl& list, int index) {
     m_pictures.draw(m_cairo, row.icons[kindSlot], first, y, icon, look.icon);
     inner = {rtl ? inner.x : inner.x + taken, inner.y, inner.w - taken, inner.h};
     if (playing) {
-        m_pictures.draw(m_cairo, row.icons[markSlot], last, y, icon, style.look(LookState::Selected).icon);
+        paintMark(list, row.icons[markSlot], {last, y, icon, icon});
         inner = {rtl ? inner.x + taken : inner.x, inner.y, inner.w - taken, inner.h};
     }
     paintText(keptRow(list, index), {list.text(row), ofLanguage()}, inner, style, look, Align::Start);
+}
+
+// The three bars stand where the picture has them, on the same line.
+void Painter::paintMark(CUI_BtList::Impl& list, int picture, const Rect& box) {
+    const int color = m_pages.style(list.item).look(LookState::Selected).icon;
+    const auto heights = m_motion.bars().heights(list.item);
+    if (!heights) {
+        return m_pictures.draw(m_cairo, picture, box.x, box.y, box.w, color);
+    }
+    constexpr std::array<double, 3> lefts = {4.0 / 24, 10.0 / 24, 16.0 / 24};
+    constexpr double wide = 4.0 / 24;
+    constexpr double foot = 20.0 / 24;
+    source(color);
+    for (size_t i = 0; i < lefts.size(); ++i) {
+        cairo_rectangle(m_cairo, box.x + lefts[i] * box.w, box.y + (foot - (*heights)[i]) * box.h,
+                        wide * box.w, (*heights)[i] * box.h);
+    }
+    cairo_fill(m_cairo);
 }
 
 void Painter::paintScrollBar(CUI_BtList::Impl& list) {

@@ -39,7 +39,7 @@ size_t lengthOfCount(const std::string& text) {
 
 PangoLayout* Painter::prepare(KeptLayout& kept, const Line& line, const Style& style, bool bold) {
     if (!kept.layout || kept.bold != bold || kept.direction != line.direction) {
-        kept = {m_fonts.layout(style.textSize, bold, line.direction), {}, bold, line.direction, 0};
+        kept = {m_fonts.layout(style.textSize, bold, line.direction), {}, bold, line.direction};
     }
     if (kept.text != line.text) {
         kept.text = line.text;
@@ -47,6 +47,7 @@ PangoLayout* Painter::prepare(KeptLayout& kept, const Line& line, const Style& s
         m_fonts.prepare(shown);
         pango_layout_set_text(kept.layout.get(), shown.c_str(), static_cast<int>(shown.size()));
         kept.width = 0;
+        kept.natural = -1;
     }
     return kept.layout.get();
 }
@@ -78,6 +79,29 @@ void Painter::paintText(KeptLayout& kept, const Line& line, const Rect& box, con
                                                               : PANGO_ALIGN_LEFT);
     source(look.text);
     cairo_move_to(m_cairo, box.x, box.y + topOfText(layout, box.h, style));
+    pango_cairo_show_layout(m_cairo, layout);
+}
+
+void Painter::paintRunning(Item& item, const Line& line, const Rect& box, const Style& style,
+                           const Look& look) {
+    PangoLayout* layout = prepare(item.kept, line, style, look.bold);
+    if (item.kept.natural < 0) {
+        item.kept.natural = naturalWidth(item.kept, line, style, look.bold);
+    }
+    item.overhang = std::max(0, item.kept.natural - box.w);
+    const double offset = m_motion.titles().offset(item);
+    if (offset <= 0) {
+        return paintText(item.kept, line, box, style, look, style.align);
+    }
+    if (item.kept.width != -1) {
+        item.kept.width = -1;
+        pango_layout_set_width(layout, -1);
+        pango_layout_set_alignment(layout, PANGO_ALIGN_LEFT);
+    }
+    source(look.text);
+    const bool backwards = line.direction == TextDirection::RightToLeft;
+    cairo_move_to(m_cairo, backwards ? box.x - item.overhang + offset : box.x - offset,
+                  box.y + topOfText(layout, box.h, style));
     pango_cairo_show_layout(m_cairo, layout);
 }
 
@@ -148,7 +172,8 @@ void Painter::paintLabel(Item& item) {
     if (picture == 0 && style.iconAt != IconAt::Top) {
         cairo_rectangle(m_cairo, box.x, box.y, box.w, box.h);
         cairo_clip(m_cairo);
-        return paintText(item.kept, line, inner, style, look, style.align);
+        return style.runs ? paintRunning(item, line, inner, style, look)
+                          : paintText(item.kept, line, inner, style, look, style.align);
     }
     const int icon = style.iconSize;
     int x = inner.x + (inner.w - icon) / 2;

@@ -67,6 +67,7 @@ struct Style {
     IconAt iconAt = IconAt::Center;
     std::string suffix; ///< drawn behind the text, e.g. a unit
     bool hugs = false;  ///< the box is as wide as the text, and not drawn behind a blank one
+    bool runs = false;  ///< a text that does not fit runs through its place once
     bool chips = false; ///< a count that begins the text ("1/3 English") has a box of its own
     std::array<Look, lookStates> looks;
 
@@ -101,8 +102,10 @@ struct ItemSpec {
     std::vector<int> whenText;                ///< seen only while its parent shows one of these texts
     int total =
         0; ///< id of the item with the whole time: of a progress bar, or of a text that shows the rest
-    int elapsed = 0; ///< id of the item with the time that is over, of such a text
-    Binding bound;   ///< names the file of the picture that it shows
+    int elapsed = 0;        ///< id of the item with the time that is over, of such a text
+    Binding movesWhile;     ///< of a list: the mark of its playing row moves while this is `movesValue`
+    std::string movesValue; ///< of a list
+    Binding bound;          ///< names the file of the picture that it shows
     int state = 0;
     bool visible = true;
     bool enabled = true;

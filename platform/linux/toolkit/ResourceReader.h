@@ -76,7 +76,8 @@ private:
     void itemContent(const Node& node, ItemSpec& item) const;
     int picture(const Node& node) const;
     int textId(const Node& node) const;
-    Binding binding(const Node& node) const;
+    Binding binding(const Node& node,
+                    const char* expected = "an object's name, an attribute and a member") const;
     void checkContent(const Node& node, ItemKind kind) const;
     void checkParts() const;
     void checkParents(const WindowSpec& window, const std::vector<Node>& nodes) const;

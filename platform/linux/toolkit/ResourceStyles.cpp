@@ -64,7 +64,8 @@ constexpr std::array<MemberName, 9> lookNames = {{{"color"},
                                                   {"marker"}}};
 
 std::vector<MemberName> styleNames() {
-    std::vector<MemberName> names = {{"base"}, {"align"}, {"iconAt"}, {"suffix"}, {"hugs"}, {"chips"}};
+    std::vector<MemberName> names = {{"base"}, {"align"}, {"iconAt"}, {"suffix"},
+                                     {"hugs"}, {"chips"}, {"runs"}};
     for (const SizeMember& size : sizes) {
         names.push_back({size.name});
     }
@@ -150,6 +151,9 @@ void ResourceReader::readStyle(const std::string& name, const Node& node) {
     }
     if (const Node* value = node.find("suffix")) {
         style.suffix = string(*value, "a text");
+    }
+    if (const Node* value = node.find("runs")) {
+        style.runs = boolean(*value);
     }
     if (const Node* value = node.find("hugs")) {
         style.hugs = boolean(*value);

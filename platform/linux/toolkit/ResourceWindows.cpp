@@ -39,7 +39,7 @@ constexpr std::array<MemberName, 9> windowNames = {{{"id", true},
                                                     {"touch"},
                                                     {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
-constexpr std::array<MemberName, 18> itemNames = {{{"id", true},
+constexpr std::array<MemberName, 19> itemNames = {{{"id", true},
                                                    {"kind", true},
                                                    {"rect", true},
                                                    {"style", true},
@@ -49,6 +49,7 @@ constexpr std::array<MemberName, 18> itemNames = {{{"id", true},
                                                    {"icons"},
                                                    {"pictureOfText"},
                                                    {"bound"},
+                                                   {"movesWhile"},
                                                    {"state"},
                                                    {"visible"},
                                                    {"enabled"},
@@ -180,8 +181,7 @@ int ResourceReader::textId(const Node& node) const {
     return id;
 }
 
-Binding ResourceReader::binding(const Node& node) const {
-    constexpr const char* expected = "an object's name, an attribute and a member";
+Binding ResourceReader::binding(const Node& node, const char* expected) const {
     if (node.kind != Node::Kind::Array || node.items.size() != 3) {
         fail(node, expected);
     }
@@ -215,6 +215,14 @@ void ResourceReader::itemContent(const Node& node, ItemSpec& item) const {
     }
     if (const Node* bound = node.find("bound")) {
         item.bound = binding(*bound);
+    }
+    if (const Node* moves = node.find("movesWhile")) {
+        if (item.kind != ItemKind::List) {
+            failFound(*moves, "\"movesWhile\" for what is no list", "it for a list only");
+        }
+        const Binding names = binding(*moves, "an object's name, an attribute and the value it then has");
+        item.movesWhile = {names.object, names.attribute, ""};
+        item.movesValue = names.member;
     }
     if (const Node* pictures = node.find("pictureOfText")) {
         for (const auto& [text, value] : objectOf(*pictures, "picture ids by text").members) {

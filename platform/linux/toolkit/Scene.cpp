@@ -235,6 +235,9 @@ std::map<Binding, BoundAs> Scene::bindings() const {
             if (!item->spec.bound.empty()) {
                 found[item->spec.bound] = BoundAs::Picture;
             }
+            if (!item->spec.movesWhile.empty()) {
+                found[item->spec.movesWhile] = BoundAs::Word;
+            }
         }
     }
     return found;
@@ -242,6 +245,7 @@ std::map<Binding, BoundAs> Scene::bindings() const {
 
 void Scene::publish(const Binding& binding, const std::string& text, PictureFilePtr picture) {
     m_impl->pages.publish(binding, {text, std::move(picture), colorOf(text)});
+    m_impl->motion.published();
 }
 
 bool Scene::setLanguage(const std::string& code) {

@@ -13,7 +13,7 @@ namespace {
 
 const Binding sleeve{"zelmar/disc/cover", "cover", "path"};
 const Binding mood{"zelmar/disc/cover", "cover", "color"};
-const Binding state{"zelmar/disc/status", "discstate", ""};
+const Binding playState{"zelmar/disc/status", "discstate", ""};
 constexpr int playPage = 6;
 constexpr int cover = 20110;
 
@@ -125,7 +125,7 @@ TEST_F(BoundPictures, tintTheBackgroundWithTheirColour) {
 
 TEST_F(BoundPictures, areWhatThePagesAskFor) {
     const std::map<Binding, BoundAs> wanted = {
-        {sleeve, BoundAs::Picture}, {mood, BoundAs::Color}, {state, BoundAs::Word}};
+        {sleeve, BoundAs::Picture}, {mood, BoundAs::Color}, {playState, BoundAs::Word}};
     EXPECT_EQ(stage.scene->bindings(), wanted);
 }
 

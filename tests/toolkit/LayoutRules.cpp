@@ -145,4 +145,18 @@ Findings unusedTexts(const std::vector<Resource>& resources) {
     return findings;
 }
 
+Findings motionTimes(const Resource& resource) {
+    constexpr int shortestMs = 150;
+    constexpr int longestMs = 250;
+    Findings findings;
+    const MotionTimes& times = resource.motion;
+    for (const auto& [name, ms] : {std::pair{"page", times.page}, std::pair{"popup", times.popup},
+                                   std::pair{"overlay", times.overlay}, std::pair{"press", times.press}}) {
+        if (ms < shortestMs || ms > longestMs) {
+            findings.push_back("motion " + std::string(name) + ": " + std::to_string(ms) + " ms");
+        }
+    }
+    return findings;
+}
+
 } // namespace zm::test

@@ -12,6 +12,8 @@ Findings groupDistances(const zm::Resource& resource);
 Findings rowHeights(const zm::Resource& resource);
 /** The messages of all pages have their picture and sentence at the same heights. */
 Findings messageHeights(const zm::Resource& resource);
+/** What fades takes 150 to 250 milliseconds. */
+Findings motionTimes(const zm::Resource& resource);
 /** Each text is used: by a page, or by the application, whose numbers are below 20000. */
 Findings unusedTexts(const std::vector<zm::Resource>& resources);
 

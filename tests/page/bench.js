@@ -1,7 +1,7 @@
 // Starts the real bench on a runtime folder of its own and runs commands on it.
 import assert from 'node:assert/strict';
 import {execFile, spawn} from 'node:child_process';
-import {mkdtempSync, rmSync} from 'node:fs';
+import {mkdtempSync, rmSync, writeFileSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 import {promisify} from 'node:util';
@@ -10,11 +10,14 @@ import {chromium} from 'playwright-core';
 const build = process.env.ZM_BUILD ?? new URL('../../build', import.meta.url).pathname;
 const run = promisify(execFile);
 
+let files = 0; // of counts, so far
+
 export class Bench {
   /** Without a disc service unless `discService` says so: then the test plays it. */
   constructor({discService = false} = {}) {
     this.runtime = mkdtempSync(join(tmpdir(), 'zmpage-'));
     this.disc = discService ? [] : ['--no-disc-service'];
+    this.counted = []; // what keeps the counts of its pages
   }
 
   /** Starts the bench; `port` 0 takes any. */
@@ -46,9 +49,22 @@ export class Bench {
   /** Opens the page and waits until it shows an application that runs. */
   async openPage(options = {viewport: {width: 1280, height: 800}}) {
     const page = await this.browser.newPage(options);
+    await this.count(page);
     await page.goto(this.url);
     await page.waitForSelector('#stateline:not(.bad)');
     return page;
+  }
+
+  /** Where somebody wants to know it (coverage.js), has the browser note what the page runs of its scripts. */
+  async count(page) {
+    const folder = process.env.ZM_PAGE_COVERAGE;
+    if (!folder) return;
+    await page.coverage.startJSCoverage({resetOnNavigation: false});
+    const close = page.close.bind(page);
+    let kept;
+    this.counted.push(() => kept ??= page.coverage.stopJSCoverage().then((entries) => writeFileSync(join(folder, `${process.pid}-${++files}.json`), JSON.stringify(entries))));
+    const keep = this.counted.at(-1);
+    page.close = () => keep().then(() => close());
   }
 
   async zmctl(...argv) {
@@ -74,6 +90,7 @@ export class Bench {
   }
 
   async end() {
+    for (const keep of this.counted) await keep();
     await this.browser?.close();
     await this.stop();
     rmSync(this.runtime, {recursive: true, force: true});

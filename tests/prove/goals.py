@@ -31,7 +31,7 @@ class Goal:
     name: str  # a word, as `./dev prove NAME` takes it
     area: str
     goal: str
-    command: Tuple[str, ...]
+    command: Tuple[str, ...]  # none: nothing measures it yet
     read: Reader
     short: Tuple[str, ...] = ()  # the same in a few minutes, to see that it works; it proves less and the page says so
 
@@ -98,10 +98,18 @@ GOALS = (
     _mutation("mutate-application", "mpu", 400, 95),
     _mutation("mutate-platform", "platform", 300, 90),
     _mutation("mutate-services", "services", 300, 90),
+    Goal("coverage-lines", "coverage", "mpu/: 100 % of the lines", ("./dev", "test", "--coverage"), at_least(r"lines: (\d+(?:\.\d+)?)%", 100)),
+    Goal("coverage-branches", "coverage", "mpu/: 98 % of the branches", ("./dev", "test", "--coverage"), at_least(r"branches: (\d+(?:\.\d+)?)%", 98)),
+    Goal("coverage-page", "coverage", "scripts of the page: 90 % of the lines", ("./dev", "test", "--page-coverage"),
+         at_least(r"page scripts: (\d+(?:\.\d+)?) %", 90)),
+    Goal("coverage-platform", "coverage", "platform/: 95 % of the lines, 88 % of the branches", (), lambda run: None),
+    Goal("coverage-services", "coverage", "services/: 95 % of the lines, 88 % of the branches", (), lambda run: None),
     _anomaly("memory", "allocations that fail, one a story, in three programs", 3000),
     _anomaly("disk", "a disk that is full from each write on", 600),
     _anomaly("sockets", "stories with interrupted and short calls of sockets", 300),
     _anomaly("clock", "stories with clocks that jump both ways", 300),
+    Goal("schedules", "schedules", "10,000 orders of the threads, no test fails", (), lambda run: None),
+    Goal("annotations", "schedules", "locks are annotated, and clang's -Wthread-safety says nothing", (), lambda run: None),
     Goal("tsan", "schedules", "no race in any test", ("./dev", "test", "--sanitize", "tsan"), passes(_TESTS),
          ("./dev", "test", "--sanitize", "tsan", "-L", "^base$")),
     Goal("asan", "hostile", "no leak and no wild access in any test", ("./dev", "test", "--sanitize", "asan"), passes(_TESTS),

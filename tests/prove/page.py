@@ -44,7 +44,7 @@ def as_text(goals: Sequence[Goal], results: Results) -> str:
     for goal in goals:
         result = results.get(goal.name, {})
         lines.append(f"{state(result):7} {goal.area}: {goal.goal}")
-        lines += textwrap.wrap(f"{' '.join(goal.command)}: {value(result)}", 110, initial_indent=" " * 8, subsequent_indent=" " * 8)
+        lines += textwrap.wrap(f"{' '.join(goal.command) or 'nothing measures it yet'}: {value(result)}", 110, initial_indent=" " * 8, subsequent_indent=" " * 8)
         if result:
             lines.append(" " * 8 + _about(result))
     return "\n".join(lines + ["", summary(goals, results), ""])

@@ -63,6 +63,12 @@ def test_earlier_results_stay_unless_their_goal_is_gone(tmp_path: Path) -> None:
     assert list(prove.read(tmp_path)) == [GOALS[0].name]
 
 
+def test_a_goal_that_nothing_measures_is_never_held(monkeypatch: pytest.MonkeyPatch, tmp_path: Path) -> None:
+    results = proven(monkeypatch, tmp_path, Goal("way", "area", "goal", (), at_most("x", 1, "")))
+    assert results == {}
+    assert "nothing measures it yet: not run" in page.as_text([Goal("way", "area", "goal", (), at_most("x", 1, ""))], results)
+
+
 def test_goals_of_one_command_share_its_run(monkeypatch: pytest.MonkeyPatch, tmp_path: Path) -> None:
     one = goal(f"echo run >>{tmp_path}/count; echo took 1")
     other = Goal("other", "area", "goal", one.command, one.read)
@@ -113,6 +119,10 @@ def test_values_are_read(reader: Reader, output: str, status: int, value: str, g
     ("walk", "1000 steps from seed 1 in 12 s (12.0 ms each), 0 differences", "1000 steps from seed 1 in 12 s (12.0 ms each), 0 differences"),
     ("frames", '{"figure": "720x576 MPEG-2, frames lost in 20 s, beside a busy core", "value": 2.0, "unit": "frames"}', "2 frames"),
     ("latency", '{"figure": "PPS change to composed frame, 99th percentile, beside a busy core", "value": 9.5, "unit": "ms"}', "9.5 ms"),
+    ("coverage-lines", "lines: 99.8% (5000 out of 5010)\nbranches: 97.1% (1 out of 2)", "99.8%"),
+    ("coverage-branches", "lines: 99.8% (5000 out of 5010)\nbranches: 97.1% (1 out of 2)", "97.1%"),
+    ("coverage-page", "page scripts: 91.2 % of 753 lines run", "91.2%"),
+    ("anomaly-disk", "anomaly: 6 runs in 84 s, 0 with a fault", "anomaly: 6 runs in 84 s, 0 with a fault"),
     ("fuzz", "fuzzing: 21 targets, 5 s each, 0 with a finding", "fuzzing: 21 targets, 5 s each, 0 with a finding"),
 ])
 def test_what_the_commands_print_is_understood(name: str, output: str, value: str) -> None:

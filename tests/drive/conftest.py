@@ -21,16 +21,18 @@ from platen_bench.programs import find_bench  # noqa: E402
 
 @pytest.fixture(scope="session")
 def programs(tmp_path_factory: pytest.TempPathFactory) -> Path:
-    """The bench's programs, of which the decoder is started without what stands between: it touches no drive."""
+    """The bench's programs. The decoder is started without what stands between, as it touches no drive; so is the reader of
+    DVDs, which that would wait for itself in: it reads the file that stands for the drive's node."""
     built = Path(find_bench()).resolve().parent
     home = tmp_path_factory.mktemp("programs")
     (home / "share").symlink_to(built.parent / "share")
     (home / "bin").mkdir()
-    for name in ("zmbench", "Platen", "zmdiscd", "zmctl", "zmdvd"):
+    for name in ("zmbench", "Platen", "zmdiscd", "zmctl"):
         shutil.copy2(built / name, home / "bin" / name)
-    decoder = home / "bin" / "zmdecode"
-    decoder.write_text(f"#!/bin/sh\nunset LD_PRELOAD\nexec {built}/zmdecode\n")
-    decoder.chmod(0o755)
+    for name, disc in (("zmdecode", ""), ("zmdvd", '"$UMOCKDEV_DIR$1"')):
+        program = home / "bin" / name
+        program.write_text(f"#!/bin/sh\nunset LD_PRELOAD\nexec {built}/{name} {disc}\n")
+        program.chmod(0o755)
     return home / "bin"
 
 

@@ -28,6 +28,14 @@ def image(tmp_path_factory: pytest.TempPathFactory) -> Path:
     return file
 
 
+@pytest.fixture(scope="session")
+def dvd(tmp_path_factory: pytest.TempPathFactory) -> Path:
+    folder = tmp_path_factory.mktemp("dvd") / "menus"
+    words = [Path(__file__).resolve().parent.parent / "disc" / "make-dvd", "menus", folder]
+    subprocess.run(words, check=True, capture_output=True)
+    return folder.with_suffix(".iso")
+
+
 @pytest.fixture
 def unit(drive: MockDrive) -> Iterator[Bench]:
     with Bench(drive="auto") as bench:
@@ -145,6 +153,40 @@ def test_what_a_drive_cannot_give_is_said(drive: MockDrive, unit: Bench, image: 
     unit.expect(STATE, "==", ERROR, within=10)
     unit.eject()
     until(unit, state="empty")
+    assert EJECT in drive.asked
+
+
+def until_coloured(unit: Bench, *wanted: int) -> None:
+    """The film has that colour, more or less, beside the menu's buttons."""
+    shot = "crop=8:8:496:236,scale=1:1"
+    end = time.monotonic() + 40
+    while True:
+        words = ["ffmpeg", "-v", "error", "-i", "-", "-vf", shot, "-f", "rawvideo", "-pix_fmt", "rgb24", "-"]
+        seen = subprocess.run(words, input=unit.picture(now=True), capture_output=True, check=True).stdout
+        if all(abs(each - right) < 40 for each, right in zip(seen, wanted)):
+            return
+        assert time.monotonic() < end, f"the colour is {list(seen)}"
+        time.sleep(0.2)
+
+
+# What stands between programs and the kernel ends those that look for a sound card, as the service does for a DVD.
+@pytest.fixture
+def silent(drive: MockDrive) -> Iterator[Bench]:
+    with Bench(drive="auto", audio_device="none") as bench:
+        yield bench
+
+
+def test_a_dvd_is_played_from_its_menu(drive: MockDrive, silent: Bench, dvd: Path) -> None:
+    unit = silent
+    drive.put_in(dvd)
+    unit.expect("pps.zelmar/disc/status.rootmenu", "==", "true", within=60)
+    assert disc(unit)["path"] == "/dev/sr0" and disc(unit)["kind"].startswith("DVD-Video")
+    until_coloured(unit, 0x20, 0x20, 0x60)
+    unit.touch(240, 233)  # the second button: title 2
+    until_coloured(unit, 0, 255, 255)
+    unit.eject()
+    until(unit, state="empty")
+    unit.expect(PRESENT, "==", 0, within=20)
     assert EJECT in drive.asked
 
 

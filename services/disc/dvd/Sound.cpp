@@ -41,14 +41,18 @@ GstElement* makeSink() {
         g_object_set(sink, "sync", TRUE, nullptr);
         return sink;
     }
+    // Ends that are left open would become pads of the chain, and the last one could not be linked any more.
     GstElement* chain = gst_parse_bin_from_description(
-        "tee name=both ! audioconvert ! audioresample name=last", TRUE, nullptr);
+        "tee name=both ! audioconvert ! audioresample name=last", FALSE, nullptr);
     const engine::GstOwned<GstElement> both(gst_bin_get_by_name(GST_BIN(chain), "both"));
     const engine::GstOwned<GstElement> last(gst_bin_get_by_name(GST_BIN(chain), "last"));
     engine::addSoundTap(GST_BIN(chain), both.get());
     const bool floating = g_object_is_floating(device);
     gst_bin_add(GST_BIN(chain), device);
     gst_element_link(last.get(), device);
+    GstPad* input = gst_element_get_static_pad(both.get(), "sink");
+    gst_element_add_pad(chain, gst_ghost_pad_new("sink", input));
+    gst_object_unref(input);
     if (!floating) {
         gst_object_unref(device);
     }

@@ -96,18 +96,18 @@ Result<std::unique_ptr<ByteReader>> openZisofs(std::unique_ptr<ByteReader> file,
     }
     const uint64_t blocks =
         (uint64_t{header.size} + (uint64_t{1} << header.blockBits) - 1) >> header.blockBits;
-    std::string table(static_cast<size_t>(blocks + 1) * NumberBytes, '\0');
+    std::string pointers(static_cast<size_t>(blocks + 1) * NumberBytes, '\0');
     std::string mark(ZisofsMark.size(), '\0');
     const auto marked = file->readAt(0, mark);
-    const auto count = marked ? file->readAt(header.headerBytes, table) : marked;
+    const auto count = marked ? file->readAt(header.headerBytes, pointers) : marked;
     if (!count) {
         return count.failure();
     }
-    if (mark != ZisofsMark || *count < table.size()) {
+    if (mark != ZisofsMark || *count < pointers.size()) {
         return Error{name + ": compressed in a way that is not read"};
     }
     return std::unique_ptr<ByteReader>(
-        std::make_unique<ZisofsReader>(std::move(file), header, std::move(table), name));
+        std::make_unique<ZisofsReader>(std::move(file), header, std::move(pointers), name));
 }
 
 } // namespace zm::disc::medium

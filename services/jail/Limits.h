@@ -9,8 +9,8 @@
 
 namespace zm::jail {
 
-#ifdef __SANITIZE_ADDRESS__
-/** The address sanitizer needs more memory and files than a jail leaves. */
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+/** The sanitizers of addresses and threads need more memory and files than a jail leaves. */
 inline constexpr bool Possible = false;
 #else
 inline constexpr bool Possible = true;

@@ -38,10 +38,10 @@ Rect CUI_BtList::Impl::rowRect(int index) const {
 }
 
 Rect CUI_BtList::Impl::faceRect(int index) const {
-    const Rect place = rowRect(index);
-    const int wide = place.w - 2 * barWidth;
-    return {pages.rightToLeft() ? place.x + place.w - wide : place.x, place.y, wide,
-            place.h - pages.style(item).rowGap};
+    const Rect row = rowRect(index);
+    const int wide = row.w - 2 * barWidth;
+    return {pages.rightToLeft() ? row.x + row.w - wide : row.x, row.y, wide,
+            row.h - pages.style(item).rowGap};
 }
 
 Rect CUI_BtList::Impl::markRect(int index) const {

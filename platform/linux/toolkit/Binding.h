@@ -1,7 +1,7 @@
 #pragma once
 
-#include <compare>
 #include <string>
+#include <tuple>
 
 namespace zm {
 
@@ -10,7 +10,10 @@ struct Binding {
     std::string object; ///< without "/pps/"
     std::string attribute;
     std::string member; ///< empty: the attribute itself
-    auto operator<=>(const Binding&) const = default;
+    bool operator==(const Binding&) const = default;
+    bool operator<(const Binding& other) const {
+        return std::tie(object, attribute, member) < std::tie(other.object, other.attribute, other.member);
+    }
     bool empty() const { return object.empty(); }
 };
 

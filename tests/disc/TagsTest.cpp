@@ -70,7 +70,8 @@ TEST_P(TagsOfFormat, AreReadAsUtf8WithLengthAndTrack) {
     EXPECT_EQ(tags.seconds, 3);
 }
 
-INSTANTIATE_TEST_SUITE_P(Music, TagsOfFormat, testing::Values("mp3", "flac", "ogg", "m4a", "opus", "wma", "wav"));
+INSTANTIATE_TEST_SUITE_P(Music, TagsOfFormat,
+                         testing::Values("mp3", "flac", "ogg", "m4a", "opus", "wma", "wav"));
 
 TEST(Tags, TrackOfTotalCountsAsTrack) {
     const auto file =

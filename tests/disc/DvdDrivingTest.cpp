@@ -15,8 +15,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// On a machine that does something else, too.
-constexpr auto AnswerTime = 2s;
+// Far less on a machine that does nothing else; the slowest answer is told.
+constexpr auto AnswerTime = 8s;
 constexpr auto PictureTime = 15s;
 // What the decoder's libraries keep from disc to disc.
 constexpr long AllowedBytes = 16L << 20;
@@ -87,6 +87,7 @@ protected:
                 break;
             }
         }
+        m_slowest = std::max(m_slowest, answered - ready);
         EXPECT_LT(answered - ready, AnswerTime) << "after " << m_pressed << " commands";
     }
 
@@ -141,6 +142,7 @@ protected:
 
     std::mt19937 m_random{static_cast<unsigned>(setting("ZM_DVD_SEED", 1))};
     int m_pressed = 0;
+    Clock::duration m_slowest{};
 };
 
 } // namespace
@@ -161,9 +163,11 @@ TEST_F(DvdDriving, WhateverIsPressedNothingHangsOrIsLeftBehind) {
     expectAllRight();
     takeOut();
     const Holdings after = Holdings::now();
-    std::cout << m_pressed << " commands; " << (after.bytes - before.bytes) / 1024 << " KB more, descriptors "
-              << before.descriptors << " and " << after.descriptors << ", threads " << before.threads
-              << " and " << after.threads << "\n";
+    std::cout << m_pressed << " commands; slowest answer "
+              << std::chrono::duration_cast<std::chrono::milliseconds>(m_slowest).count() << " ms; "
+              << (after.bytes - before.bytes) / 1024 << " KB more, descriptors " << before.descriptors
+              << " and " << after.descriptors << ", threads " << before.threads << " and " << after.threads
+              << "\n";
     EXPECT_LE(after.bytes - before.bytes, AllowedBytes);
     EXPECT_LE(after.descriptors, before.descriptors + 2);
     EXPECT_TRUE(eventually([&] { return Holdings::now().threads <= before.threads; }));

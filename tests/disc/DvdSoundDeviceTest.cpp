@@ -1,3 +1,4 @@
+#include "services/disc/dvd/Sound.h"
 #include "tests/disc/DvdFixture.h"
 
 #include <unistd.h>
@@ -44,6 +45,28 @@ protected:
 };
 
 } // namespace
+
+TEST_F(SoundDevice, HearsWhatADvdPlays) {
+    gst_init(nullptr, nullptr);
+    constexpr uintmax_t HalfASecond = 48000 * 4 / 2;
+    GstElement* pipeline = gst_parse_launch(
+        "audiotestsrc num-buffers=60 samplesperbuffer=480 ! audio/x-raw,format=S16LE,rate=48000,channels=2 ! "
+        "identity name=tone",
+        nullptr);
+    ASSERT_NE(pipeline, nullptr);
+    GstElement* sound = zm::disc::dvd::makeSound();
+    gst_bin_add(GST_BIN(pipeline), sound);
+    GstElement* tone = gst_bin_get_by_name(GST_BIN(pipeline), "tone");
+    ASSERT_TRUE(gst_element_link(tone, sound));
+    gst_object_unref(tone);
+    gst_element_set_state(pipeline, GST_STATE_PLAYING);
+    EXPECT_TRUE(eventually([&] {
+        std::error_code error;
+        return fs::file_size(device(), error) >= HalfASecond && !error;
+    }));
+    gst_element_set_state(pipeline, GST_STATE_NULL);
+    gst_object_unref(pipeline);
+}
 
 TEST_F(SoundDevice, IsLeftToADvdAndTakenAgainBehindIt) {
     m_unit.startService();

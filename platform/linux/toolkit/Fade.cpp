@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <utility>
 
@@ -9,7 +10,7 @@ namespace zm {
 
 namespace {
 
-constexpr ptrdiff_t bytesPerPixel = 4;
+constexpr std::ptrdiff_t bytesPerPixel = 4;
 /** The first step is one frame on already: nobody sees a frame without a change. */
 constexpr int64_t firstStepMs = 16;
 constexpr uint32_t whole = 256;
@@ -108,7 +109,7 @@ std::vector<Rect> Fade::show(uint8_t* pixels, std::vector<Rect> painted) {
 
 void Fade::copy(uint8_t* pixels, const Rect& area) const {
     for (int y = area.y; y < area.y + area.h; ++y) {
-        const ptrdiff_t at = ptrdiff_t{y} * m_stride + area.x * bytesPerPixel;
+        const std::ptrdiff_t at = std::ptrdiff_t{y} * m_stride + area.x * bytesPerPixel;
         std::memcpy(pixels + at, m_settled.data() + at, static_cast<size_t>(area.w) * bytesPerPixel);
     }
 }
@@ -116,7 +117,7 @@ void Fade::copy(uint8_t* pixels, const Rect& area) const {
 void Fade::mix(uint8_t* pixels, const Rect& area) const {
     const auto part = static_cast<uint32_t>(std::lround(m_done * whole));
     for (int y = area.y; y < area.y + area.h; ++y) {
-        const ptrdiff_t at = ptrdiff_t{y} * m_stride + area.x * bytesPerPixel;
+        const std::ptrdiff_t at = std::ptrdiff_t{y} * m_stride + area.x * bytesPerPixel;
         const auto* before = reinterpret_cast<const uint32_t*>(m_before.data() + at);
         const auto* after = reinterpret_cast<const uint32_t*>(m_settled.data() + at);
         auto* to = reinterpret_cast<uint32_t*>(pixels + at);

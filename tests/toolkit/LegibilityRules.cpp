@@ -15,7 +15,6 @@ using namespace zm;
 
 namespace {
 
-constexpr Rect screen{0, 0, 800, 480};
 constexpr int head = 68; ///< the status bar's height, with the controls in it
 constexpr int leastTouch = 60;
 constexpr int wantedTouch = 76;
@@ -55,13 +54,13 @@ void eachItem(const Resource& resource, Visit visit) {
  * Where there is no room for more than 60 pixels: five rows, a heading and a foot fill a list page, and the
  * row of times over the picture is kept low so that the picture is seen.
  */
-bool isNarrow(const WindowSpec& window, const ItemSpec& item) {
+bool isNarrow(const WindowSpec& window, const ItemSpec& item, const ScreenFit& fit) {
     const bool hasList = std::any_of(window.items.begin(), window.items.end(),
                                      [](const ItemSpec& one) { return one.kind == ItemKind::List; });
     const bool besideTimes = std::any_of(window.items.begin(), window.items.end(), [&](const ItemSpec& one) {
         return one.kind == ItemKind::Progress && one.rect.y == item.rect.y;
     });
-    return item.rect.y < head || hasList || besideTimes || item.kind == ItemKind::Progress;
+    return item.rect.y < fit.pixels(head) || hasList || besideTimes || item.kind == ItemKind::Progress;
 }
 
 bool isFace(const Resource& resource, const ItemSpec& item) {
@@ -257,7 +256,7 @@ int roomFor(const ItemSpec& item, const Style& style) {
 
 } // namespace
 
-Findings touchTargets(const Resource& resource) {
+Findings touchTargets(const Resource& resource, const ScreenFit& fit) {
     Findings findings;
     eachItem(resource, [&](const WindowSpec& window, const ItemSpec& item) {
         if (!item.touch) {
@@ -265,7 +264,7 @@ Findings touchTargets(const Resource& resource) {
         }
         const bool list = item.kind == ItemKind::List;
         const int high = list ? item.rect.h / styleOf(resource, item).rows : item.rect.h;
-        const int least = isNarrow(window, item) ? leastTouch : wantedTouch;
+        const int least = fit.pixels(isNarrow(window, item, fit) ? leastTouch : wantedTouch);
         if (std::min(high, item.rect.w) < least) {
             findings.push_back(place(window, item) + std::to_string(item.rect.w) + " x " +
                                std::to_string(high) + " to touch, at least " + std::to_string(least));
@@ -274,10 +273,10 @@ Findings touchTargets(const Resource& resource) {
     return findings;
 }
 
-Findings distances(const Resource& resource) {
+Findings distances(const Resource& resource, const ScreenFit& fit) {
     Findings findings;
     eachItem(resource, [&](const WindowSpec& window, const ItemSpec& one) {
-        if (!covers(screen, one.rect)) {
+        if (!covers(fit.screen().area(), one.rect)) {
             findings.push_back(place(window, one) + "not on the screen");
         }
         for (const ItemSpec& other : window.items) {
@@ -286,7 +285,7 @@ Findings distances(const Resource& resource) {
             const bool apart = one.rect != other.rect && other.parent != one.id && one.parent != other.id &&
                                (one.parent == other.parent || (one.parent != 101 && other.parent != 101));
             if (one.touch && other.touch && one.id < other.id && apart &&
-                distance(seen(resource, one), seen(resource, other)) < leastDistance) {
+                distance(seen(resource, one), seen(resource, other)) < fit.pixels(leastDistance)) {
                 findings.push_back(place(window, one) + "too near to " + std::to_string(other.id));
             }
         }
@@ -294,14 +293,14 @@ Findings distances(const Resource& resource) {
     return findings;
 }
 
-Findings textSizes(const Resource& resource) {
+Findings textSizes(const Resource& resource, const ScreenFit& fit) {
     Findings findings;
     eachItem(resource, [&](const WindowSpec& window, const ItemSpec& item) {
         const bool bears = item.kind == ItemKind::Text || item.kind == ItemKind::List ||
                            (item.kind == ItemKind::Button && (item.textId || !item.text.empty()));
-        const int least = holds(statusTexts, item.id) ? leastStatusText
-                          : holds(titles, item.id)    ? leastTitle
-                                                      : leastText;
+        const int least = fit.pixels(holds(statusTexts, item.id) ? leastStatusText
+                                     : holds(titles, item.id)    ? leastTitle
+                                                                 : leastText);
         const int size = styleOf(resource, item).textSize;
         if (bears && size < least) {
             findings.push_back(place(window, item) + "text of " + std::to_string(size) + ", at least " +

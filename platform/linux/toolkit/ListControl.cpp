@@ -39,7 +39,7 @@ Rect CUI_BtList::Impl::rowRect(int index) const {
 
 Rect CUI_BtList::Impl::faceRect(int index) const {
     const Rect row = rowRect(index);
-    const int wide = row.w - 2 * barWidth;
+    const int wide = row.w - 2 * pages.pixels(barWidth);
     return {pages.rightToLeft() ? row.x + row.w - wide : row.x, row.y, wide,
             row.h - pages.style(item).rowGap};
 }

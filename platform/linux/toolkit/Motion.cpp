@@ -268,7 +268,7 @@ void Motion::windowHidden(Window& window) {
     if (m_triggered == &window) {
         m_triggered = nullptr;
         if (m_level != MotionLevel::Off) {
-            m_leaving = Leaving{&window, m_triggeredSlide};
+            m_leaving = Leaving{&window, m_pages.pixels(m_triggeredSlide)};
         }
     }
 }

@@ -6,9 +6,10 @@
 
 namespace zm {
 
-Pages::Pages(Resource resource, int width, int height)
-    : m_resource(std::move(resource)), m_screen{0, 0, width, height},
+Pages::Pages(Resource resource, const ScreenFit& fit)
+    : m_fit(fit), m_resource(std::move(resource)), m_screen(fit.screen().area()),
       m_palette(&m_resource.themes.at(m_theme)) {
+    m_fit.apply(m_resource);
     for (WindowSpec& spec : m_resource.windows) {
         const int id = spec.id;
         m_windows[id] = std::make_unique<Window>(std::move(spec));
@@ -41,6 +42,7 @@ Status Pages::fits(const Resource& next) const {
 
 void Pages::redefine(Resource next) {
     m_resource = std::move(next);
+    m_fit.apply(m_resource);
     for (WindowSpec& spec : m_resource.windows) {
         Window& window = *m_windows.at(spec.id);
         window.redefine(std::move(spec));

@@ -3,6 +3,7 @@
 #include "platform/linux/toolkit/Damage.h"
 #include "platform/linux/toolkit/Item.h"
 #include "platform/linux/toolkit/PictureFile.h"
+#include "platform/linux/toolkit/ScreenFit.h"
 
 #include <functional>
 #include <map>
@@ -22,7 +23,8 @@ struct Bound {
 /** All windows of a resource, which of them are shown, and what of them has to be drawn anew. */
 class Pages {
 public:
-    Pages(Resource resource, int width, int height);
+    /** `fit` says which screen a resource is brought to. */
+    Pages(Resource resource, const ScreenFit& fit);
     /**
      * Whether `redefine` may take that resource: one with the same pages, and in them the same lists, as the
      * application holds on to those.
@@ -33,6 +35,9 @@ public:
 
     const Resource& resource() const { return m_resource; }
     const Rect& screen() const { return m_screen; }
+    const ScreenFit& fit() const { return m_fit; }
+    /** A length that is meant for the size of screen that the resource was written for. */
+    int pixels(int length) const { return m_fit.pixels(length); }
     Window* window(int id) const;
     Item* item(int windowId, int itemId) const;
     const std::map<int, std::unique_ptr<Window>>& windows() const { return m_windows; }
@@ -95,6 +100,7 @@ private:
     /** Puts all items where they belong in the present direction of reading. */
     void mirror();
 
+    ScreenFit m_fit;
     Resource m_resource;
     std::map<Binding, Bound> m_bound;
     Rect m_screen;

@@ -149,7 +149,7 @@ void Painter::paintBox(const Rect& box, const Style& style, const Look& look) {
         roundedPath(box, style.radius, look.borderWidth / 2.0);
         source(look.border);
         cairo_set_line_width(m_cairo, look.borderWidth);
-        constexpr std::array<double, 2> dashes = {8, 6};
+        const std::array<double, 2> dashes = {1.0 * pixels(8), 1.0 * pixels(6)};
         cairo_set_dash(m_cairo, dashes.data(), look.dashed ? static_cast<int>(dashes.size()) : 0, 0);
         cairo_stroke(m_cairo);
     }
@@ -189,25 +189,27 @@ void Painter::paintPicture(const Item& item, const PictureFilePtr& picture, cons
     if (look.border != noColor) {
         constexpr double edge = 0.4;
         const Color line = m_pages.color(look.border);
-        roundedPath(box, style.radius, 0.5);
+        const double thin = pixels(1);
+        roundedPath(box, style.radius, thin / 2);
         cairo_set_source_rgba(m_cairo, line.red, line.green, line.blue, line.alpha * edge);
-        cairo_set_line_width(m_cairo, 1);
+        cairo_set_line_width(m_cairo, thin);
         cairo_stroke(m_cairo);
     }
 }
 
 void Painter::paintMarker(const Rect& box, const Look& look, bool mirrored) {
-    constexpr int thickness = 6;
+    const int thickness = pixels(6);
+    const int inset = pixels(4);
     Rect bar;
     switch (look.marker) {
     case Marker::None:
         return;
     case Marker::Start:
-        bar = {mirrored ? box.x + box.w - thickness - 4 : box.x + 4, box.y + box.h / 5, thickness,
+        bar = {mirrored ? box.x + box.w - thickness - inset : box.x + inset, box.y + box.h / 5, thickness,
                box.h - 2 * (box.h / 5)};
         break;
     case Marker::Bottom:
-        bar = {box.x + box.w / 4, box.y + box.h - thickness - 4, box.w - 2 * (box.w / 4), thickness};
+        bar = {box.x + box.w / 4, box.y + box.h - thickness - inset, box.w - 2 * (box.w / 4), thickness};
         break;
     }
     roundedPath(bar, thickness / 2.0, 0);

@@ -39,6 +39,7 @@ private:
     bool onPage(const Item& item) const;
     bool disabled(const Item& item) const;
 
+    int pixels(int length) const { return m_pages.pixels(length); }
     void paintWindow(const Window& window, const Rect& area);
     void paintLeaving(const Motion::Leaving& leaving, const Rect& area);
     void paintItem(Item& item, const Rect& area);

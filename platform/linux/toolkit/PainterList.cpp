@@ -9,7 +9,7 @@ namespace zm {
 
 namespace {
 
-constexpr int scrollBarWidth = CUI_BtList::Impl::barWidth;
+constexpr int scrollBar = CUI_BtList::Impl::barWidth;
 constexpr int leastThumb = 40;
 constexpr int shortList = 3; ///< a list of less views needs no number while it moves
 constexpr int placeHeight = 56;
@@ -107,15 +107,16 @@ void Painter::paintScrollBar(CUI_BtList::Impl& list) {
     const Look look = m_pages.style(list.item).look(LookState::Normal);
     const double whole = list.end() + view.h;
     const double part = list.end() > 0 ? std::min(1.0, list.scroll / list.end()) : 1.0;
-    const int left = m_pages.rightToLeft() ? view.x : view.x + view.w - scrollBarWidth;
-    const Rect track{left, view.y, scrollBarWidth, view.h - m_pages.style(list.item).rowGap};
-    const int thumb = std::max(leastThumb, static_cast<int>(track.h * view.h / whole));
-    roundedPath(track, scrollBarWidth / 2.0, 0);
+    const int width = pixels(scrollBar);
+    const int left = m_pages.rightToLeft() ? view.x : view.x + view.w - width;
+    const Rect track{left, view.y, width, view.h - m_pages.style(list.item).rowGap};
+    const int thumb = std::max(pixels(leastThumb), static_cast<int>(track.h * view.h / whole));
+    roundedPath(track, width / 2.0, 0);
     source(look.fill);
     cairo_fill(m_cairo);
     const Rect handle{track.x, track.y + static_cast<int>(std::lround((track.h - thumb) * part)), track.w,
                       thumb};
-    roundedPath(handle, scrollBarWidth / 2.0, 0);
+    roundedPath(handle, width / 2.0, 0);
     source(look.icon);
     cairo_fill(m_cairo);
     if (list.moving && whole > shortList * view.h) {
@@ -131,9 +132,11 @@ void Painter::paintPlace(CUI_BtList::Impl& list, const Rect& thumb) {
     const Line line{std::to_string(row) + " / " + std::to_string(list.rows.size()),
                     TextDirection::LeftToRight};
     const int wide = naturalWidth(list.place, line, style, true) + 2 * style.padding;
-    const int left = m_pages.rightToLeft() ? thumb.x + 2 * scrollBarWidth : thumb.x - scrollBarWidth - wide;
-    const int top = std::clamp(thumb.y + (thumb.h - placeHeight) / 2, view.y, view.y + view.h - placeHeight);
-    const Rect box{left, top, wide, placeHeight};
+    const int beside = pixels(scrollBar);
+    const int high = pixels(placeHeight);
+    const int left = m_pages.rightToLeft() ? thumb.x + 2 * beside : thumb.x - beside - wide;
+    const int top = std::clamp(thumb.y + (thumb.h - high) / 2, view.y, view.y + view.h - high);
+    const Rect box{left, top, wide, high};
     paintBox(box, style, look);
     Look text = look;
     text.bold = true;

@@ -33,6 +33,9 @@ inline constexpr int noColor = -1; ///< where a palette index may be missing: no
 enum class Marker { None, Start, Bottom };
 enum class Align { Left, Center, Right, Start, End }; ///< Start and End follow the language's direction
 enum class IconAt { Center, Left, Start, Top };
+/** What a screen that is wider than the file's does to an item: it takes its share of the width, keeps its distance to the
+ * left or the right edge, keeps its width around the middle of its share, or its distance to both edges. */
+enum class Anchor { Spread, Left, Right, Center, Stretch };
 enum class LookState { Normal, Pressed, Selected, Disabled };
 inline constexpr int lookStates = 4;
 
@@ -110,6 +113,7 @@ struct ItemSpec {
     bool visible = true;
     bool enabled = true;
     bool touch = false;
+    Anchor anchor = Anchor::Spread;
     bool mirrors = true; ///< stands on the other side of the screen where reading begins on the right
 };
 

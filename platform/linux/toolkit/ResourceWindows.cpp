@@ -25,6 +25,11 @@ constexpr std::array<std::pair<const char*, ItemKind>, itemKinds> kinds = {
      {"panel", ItemKind::Panel}}};
 constexpr std::array<std::pair<const char*, int>, 2> startStates = {
     {{"normal", StateNormal}, {"selected", StateSelected}}};
+constexpr std::array<std::pair<const char*, Anchor>, 5> anchors = {{{"spread", Anchor::Spread},
+                                                                    {"left", Anchor::Left},
+                                                                    {"right", Anchor::Right},
+                                                                    {"center", Anchor::Center},
+                                                                    {"stretch", Anchor::Stretch}}};
 constexpr std::array<std::pair<const char*, bool>, 2> touchModes = {{{"all", true}, {"items", false}}};
 constexpr std::array<std::pair<const char*, int>, 4> iconStates = {
     {{"pressed", StatePressed}, {"normal", StateNormal}, {"selected", StateSelected}, {"all", StateAll}}};
@@ -39,7 +44,7 @@ constexpr std::array<MemberName, 9> windowNames = {{{"id", true},
                                                     {"touch"},
                                                     {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
-constexpr std::array<MemberName, 19> itemNames = {{{"id", true},
+constexpr std::array<MemberName, 20> itemNames = {{{"id", true},
                                                    {"kind", true},
                                                    {"rect", true},
                                                    {"style", true},
@@ -55,6 +60,7 @@ constexpr std::array<MemberName, 19> itemNames = {{{"id", true},
                                                    {"enabled"},
                                                    {"touch"},
                                                    {"whenText"},
+                                                   {"anchor"},
                                                    {"mirrors"},
                                                    {"total"},
                                                    {"elapsed"}}};
@@ -252,6 +258,9 @@ ItemSpec ResourceReader::item(const Node& node) const {
             failFound(*texts, "\"whenText\" without \"in\"", "the item whose text is meant");
         }
         item.visible = false;
+    }
+    if (const Node* anchor = node.find("anchor")) {
+        item.anchor = choice(*anchor, anchors);
     }
     if (const Node* mirrors = node.find("mirrors")) {
         item.mirrors = boolean(*mirrors);

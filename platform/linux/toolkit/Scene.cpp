@@ -4,9 +4,9 @@
 
 namespace zm {
 
-Scene::Impl::Impl(Resource resource, std::unique_ptr<FontBook> fontBook, int width, int height,
+Scene::Impl::Impl(Resource resource, std::unique_ptr<FontBook> fontBook, const ScreenFit& fit,
                   SceneListener& listener)
-    : fonts(std::move(fontBook)), pages(std::move(resource), width, height), motion(pages, listener),
+    : fonts(std::move(fontBook)), pages(std::move(resource), fit), motion(pages, listener),
       touch(pages, motion, listener), painter(std::in_place, pages, motion, *fonts),
       wndMng(std::make_unique<CUIWndMng>(std::make_unique<CUIWndMng::Impl>(pages, motion))) {
     makeLists();
@@ -76,7 +76,9 @@ Scene::Scene(std::unique_ptr<Impl> impl) : m_impl(std::move(impl)) {}
 Scene::~Scene() = default;
 
 Result<std::unique_ptr<Scene>> Scene::load(const std::string& resourceFile, const std::string& fontDir,
-                                           int width, int height, SceneListener& listener) {
+                                           int width, int height, SceneListener& listener,
+                                           std::optional<ScreenSize> screen) {
+    const ScreenSize written{width, height};
     Result<Resource> resource = loadResource(resourceFile, width, height);
     if (!resource) {
         return resource.failure();
@@ -85,14 +87,15 @@ Result<std::unique_ptr<Scene>> Scene::load(const std::string& resourceFile, cons
     if (!fonts) {
         return fonts.failure();
     }
-    auto impl = std::make_unique<Impl>(std::move(*resource), std::move(*fonts), width, height, listener);
+    const ScreenFit fit(written, screen.value_or(written));
+    auto impl = std::make_unique<Impl>(std::move(*resource), std::move(*fonts), fit, listener);
     return std::unique_ptr<Scene>(new Scene(std::move(impl)));
 }
 
 Status Scene::reload() {
-    const Rect& screen = m_impl->pages.screen();
+    const ScreenSize& written = m_impl->pages.fit().written();
     const std::string file = files().front();
-    Result<Resource> next = loadResource(file, screen.w, screen.h);
+    Result<Resource> next = loadResource(file, written.width, written.height);
     if (!next) {
         return next.failure();
     }

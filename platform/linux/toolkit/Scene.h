@@ -2,6 +2,7 @@
 
 #include "base/Rect.h"
 #include "base/Result.h"
+#include "base/ScreenSize.h"
 #include "platform/linux/toolkit/Binding.h"
 #include "platform/linux/toolkit/MotionLevel.h"
 #include "platform/linux/toolkit/PictureFile.h"
@@ -26,9 +27,13 @@ namespace zm {
  */
 class Scene {
 public:
-    /** Loads and validates a resource file; the error gives file, line and what was expected. */
+    /**
+     * Loads and validates a resource file that is written for so many pixels; the error gives file, line and what
+     * was expected. Its pages are drawn for `screen`, and touched there.
+     */
     static Result<std::unique_ptr<Scene>> load(const std::string& resourceFile, const std::string& fontDir,
-                                               int width, int height, SceneListener& listener);
+                                               int width, int height, SceneListener& listener,
+                                               std::optional<ScreenSize> screen = {});
     ~Scene();
 
     /**

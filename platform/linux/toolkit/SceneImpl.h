@@ -10,7 +10,7 @@
 namespace zm {
 
 struct Scene::Impl {
-    Impl(Resource resource, std::unique_ptr<FontBook> fontBook, int width, int height,
+    Impl(Resource resource, std::unique_ptr<FontBook> fontBook, const ScreenFit& fit,
          SceneListener& listener);
 
     /** Gives each list item its control. */

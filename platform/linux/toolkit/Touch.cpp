@@ -104,7 +104,7 @@ void Touch::press(int x, int y) {
 void Touch::pressList(int x, int y) {
     m_list = &m_item->list->impl();
     m_selectedBefore = m_list->current;
-    m_silent = m_motion.stopFling(*m_list) > stoppingSpeed;
+    m_silent = m_motion.stopFling(*m_list) > stoppingSpeed * m_pages.fit().scale();
     const int row = m_list->rowAt(x, y);
     if (row < 0) {
         m_control = 0; // below the last row: nothing was chosen
@@ -122,7 +122,8 @@ void Touch::move(int x, int y, int64_t nowMs) {
     if (!m_down || !m_list) {
         return;
     }
-    if (!m_dragging && std::max(std::abs(x - m_startX), std::abs(y - m_startY)) >= dragPixels) {
+    if (!m_dragging &&
+        std::max(std::abs(x - m_startX), std::abs(y - m_startY)) >= m_pages.pixels(dragPixels)) {
         startDrag(y, nowMs);
     } else if (m_dragging) {
         drag(y, nowMs);
@@ -158,7 +159,7 @@ void Touch::drag(int y, int64_t nowMs) {
 void Touch::endDrag(int64_t nowMs) {
     m_dragging = false;
     const bool rested = nowMs - m_lastMove > flingPauseMs;
-    if (!rested && std::abs(m_speed) >= slowestFling) {
+    if (!rested && std::abs(m_speed) >= slowestFling * m_pages.fit().scale()) {
         m_motion.fling(*m_list, m_speed, nowMs);
         return;
     }

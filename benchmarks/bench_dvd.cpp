@@ -38,8 +38,8 @@ class Screen : public disc::engine::FrameSink {
 public:
     void show(const disc::engine::DrawPicture& draw) override {
         std::lock_guard lock(m_mutex);
-        constexpr int Stride = disc::engine::PictureWidth * 4;
-        m_pixels.resize(size_t{Stride} * disc::engine::PictureHeight);
+        const int Stride = disc::engine::PictureWidth * 4;
+        m_pixels.resize(static_cast<size_t>(Stride) * disc::engine::PictureHeight);
         draw(m_pixels.data(), Stride);
         const uint8_t* pixel = m_pixels.data() + m_wanted.y * Stride + m_wanted.x * 4;
         bool seen = true;

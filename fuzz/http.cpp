@@ -34,9 +34,7 @@ void page(std::string_view text) {
     if (!words.empty()) {
         const int x = std::stoi(words[1]);
         const int y = std::stoi(words[2]);
-        check(x >= 0 && x < bench::screen::Compositor::Width && y >= 0 &&
-                  y < bench::screen::Compositor::Height,
-              "touches are on the screen");
+        check(ScreenSize().area().contains(x, y), "touches are on the screen");
     }
 }
 

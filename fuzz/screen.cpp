@@ -37,8 +37,7 @@ public:
         m_compositor.setAppVisible(true);
         m_compositor.onDamage = [](Rect damage) {
             check(!damage.empty() && damage.x >= 0 && damage.y >= 0 &&
-                      damage.x + damage.w <= bench::screen::Compositor::Width &&
-                      damage.y + damage.h <= bench::screen::Compositor::Height,
+                      damage.x + damage.w <= ScreenSize().width && damage.y + damage.h <= ScreenSize().height,
                   "only the screen is damaged");
         };
     }

@@ -12,6 +12,10 @@ const format = {1: 'image/jpeg', 2: 'image/png'};
 
 const socket = channel('/ws/screen', {
   message(event) {
+    if (typeof event.data === 'string') {
+      resize(JSON.parse(event.data));
+      return;
+    }
     const head = new DataView(event.data, 0, 16);
     const [seq, x, y, kind] = [head.getUint32(0, true), head.getUint16(4, true), head.getUint16(6, true), head.getUint8(12)];
     const picture = createImageBitmap(new Blob([new Uint8Array(event.data, 16)], {type: format[kind]}));
@@ -24,6 +28,14 @@ const socket = channel('/ws/screen', {
     }).catch(() => {}).then(() => socket.send({ack: seq}));
   },
 });
+
+// A new size empties the picture; the whole screen follows.
+function resize({width, height}) {
+  if (canvas.width === width && canvas.height === height) return;
+  [canvas.width, canvas.height] = [width, height];
+  canvas.setAttribute('aria-label', `Screen of the head unit, ${width} by ${height}`);
+  applyScale();
+}
 
 const watchers = [];
 /** Calls `watcher(x, y, width, height)` for each rectangle that is drawn. */
@@ -106,6 +118,7 @@ function applyScale() {
   // The whole screen is in sight: it fits the page's width and what its head leaves of the height.
   const fits = `min(100%, calc((100dvh - 8rem) * ${canvas.width} / ${canvas.height}))`;
   const width = scale.value === 'fit' ? fits : `${canvas.width * scale.value}px`;
+  scale.options[0].textContent = `${canvas.width} x ${canvas.height}`;
   canvas.style.width = scale.value === 'fit' ? '100%' : width;
   canvas.closest('#unit').style.width = width;
   // Whole multiples stay sharp: each pixel becomes a square.

@@ -18,6 +18,7 @@ const char* const Usage =
     "               [--resources DIR] [--resume FILE] [--motion on|off] [--open] [--display "
     "[--full-screen]]\n"
     "               [--audio-device auto|none|pulse[:NAME]|alsa[:NAME]] [--drive auto|DEVICE] [--mpris]\n"
+    "               [--screen 800x480|1024x600|1280x720]\n"
     "       zmbench --version | --help\n";
 
 namespace {
@@ -25,6 +26,7 @@ namespace {
 struct Parsed {
     Options options;
     std::string launcher;
+    std::string why; ///< of a value that is refused, if the value alone does not say it
 };
 
 // An empty path stays one: it is refused.
@@ -56,7 +58,14 @@ bool takeAudioDevice(Parsed& parsed, const std::string& value) {
     return whole || (named && !value.ends_with(':'));
 }
 
-constexpr std::array<OptionRow, 19> Rows = {{
+bool takeScreen(Parsed& parsed, const std::string& value) {
+    const auto size = parseScreenSize(value);
+    parsed.options.unit.screen = size ? *size : ScreenSize();
+    parsed.why = size ? "" : size.error();
+    return bool(size);
+}
+
+constexpr std::array<OptionRow, 20> Rows = {{
     {"--runtime", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.runtimeDir = absolute(v);
@@ -130,6 +139,7 @@ constexpr std::array<OptionRow, 19> Rows = {{
      }},
     {"--app-args", true, takeAppArgs},
     {"--audio-device", true, takeAudioDevice},
+    {"--screen", true, takeScreen},
     {"--drive", true,
      [](Parsed& p, const std::string& v) {
          p.options.unit.drive = v;
@@ -194,7 +204,7 @@ Result<Options> parseOptions(const std::vector<std::string>& arguments) {
         }
         const std::string& value = row->takesValue ? arguments[i] : name;
         if (!row->take(parsed, value)) {
-            return Error{name + ": wrong value \"" + value + "\""};
+            return Error{name + ": " + (parsed.why.empty() ? "wrong value \"" + value + "\"" : parsed.why)};
         }
     }
     if (auto good = check(parsed); !good) {
@@ -218,6 +228,7 @@ std::string startLine(const Options& options) {
         }
     };
     const bool manual = unit.clock == unit::ClockMode::Manual;
+    add(unit.screen != ScreenSize(), {"--screen", unit.screen.text()});
     add(!unit.disc.empty(), {"--disc", unit.disc});
     add(!unit.discService, {"--no-disc-service"});
     add(unit.catalogue != unit.runtimeDir + "/discdb.sqlite", {"--catalogue", unit.catalogue});

@@ -213,8 +213,11 @@ size_t Monkey::closeRequests() const {
 }
 
 MonkeyWorld Monkey::world() const {
+    const auto pages = Json::parse(m_client.run({"screen"}).out, nullptr, false);
+    const auto size = pages.is_object() ? pages.value("size", std::vector<int>()) : std::vector<int>();
     return {.discService = m_processes.contains("disc"),
-            .manualClock = m_client.run({"clock", "advance", "0"}).exit == 0};
+            .manualClock = m_client.run({"clock", "advance", "0"}).exit == 0,
+            .screen = size.size() == 2 ? ScreenSize{size[0], size[1]} : ScreenSize()};
 }
 
 int Monkey::report(const Failure& failure) const {
@@ -223,7 +226,8 @@ int Monkey::report(const Failure& failure) const {
     m_err("zmctl: " + head + ": " + failure.why);
     std::ofstream file(m_options.file, std::ios::trunc);
     file << "# " << head << "\n#   zmbench" << (m_offer.discService ? "" : " --no-disc-service")
-         << (m_offer.manualClock ? " --manual-clock" : "") << "\n";
+         << (m_offer.manualClock ? " --manual-clock" : "")
+         << (m_offer.screen == ScreenSize() ? "" : " --screen " + m_offer.screen.text()) << "\n";
     for (const auto& line : m_lines) {
         file << (mustSucceed(line) ? "" : "try ") << line << "\n";
     }

@@ -9,8 +9,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-constexpr int Width = 800;
-constexpr int Height = 480;
 constexpr int LongPress = 800;
 constexpr int LongestWait = 300;
 constexpr int LongestAdvance = 4000;
@@ -34,8 +32,8 @@ std::string number(int value) {
 }
 
 std::string point(MonkeySteps& random) {
-    const int x = random.below(Width);
-    return number(x) + number(random.below(Height));
+    const int x = random.below(random.screen().width);
+    return number(x) + number(random.below(random.screen().height));
 }
 
 Lines touch(MonkeySteps& random) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/ScreenSize.h"
+
 #include <random>
 #include <string>
 #include <vector>
@@ -10,6 +12,7 @@ namespace zm::ctl {
 struct MonkeyWorld {
     bool discService = true;
     bool manualClock = false;
+    ScreenSize screen = {};
 };
 
 /** Random input, always the same for one seed and world: lines of a script. */
@@ -17,6 +20,7 @@ class MonkeySteps {
 public:
     MonkeySteps(unsigned seed, MonkeyWorld world) : m_random(seed), m_world(world) {}
 
+    const ScreenSize& screen() const { return m_world.screen; }
     /** What is done next, some lines that belong together. */
     std::vector<std::string> next();
 

@@ -2,6 +2,7 @@
 
 #include "base/Image.h"
 #include "base/Rect.h"
+#include "base/ScreenSize.h"
 #include "services/film/Moment.h"
 #include "services/film/SharedMemory.h"
 
@@ -25,17 +26,16 @@ struct Finger {
  */
 class SharedScreen {
 public:
-    static constexpr int Width = 800;
-    static constexpr int Height = 480;
     using Fingers = std::array<Finger, 8>;
 
     /** New memory, all black, whose size can no longer be changed. */
-    static Result<UniqueFd> make();
+    static Result<UniqueFd> make(ScreenSize size = {});
     /** `fd` came from `make`. */
     static Result<SharedScreen> open(int fd);
 
     /** What `frame` has inside `area`; by one process only. */
     void put(const Image& frame, Rect area);
+    const ScreenSize& size() const { return m_size; }
     /** By the same. */
     void put(const Fingers& fingers);
     /**
@@ -45,12 +45,16 @@ public:
 
 private:
     struct Content;
-    explicit SharedScreen(SharedMemory memory);
+    SharedScreen(SharedMemory memory, ScreenSize size);
     Content& content() const;
     template <class Change>
     void change(const Change& make);
 
+    size_t stride() const { return size_t{4} * static_cast<size_t>(m_size.width); }
+    uint8_t* pixels() const;
+
     SharedMemory m_memory;
+    ScreenSize m_size;
 };
 
 } // namespace zm::film

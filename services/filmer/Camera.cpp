@@ -55,8 +55,7 @@ std::shared_ptr<Image> Camera::freeImage() {
     if (m_images.size() == Images) {
         return nullptr;
     }
-    return m_images.emplace_back(
-        std::make_shared<Image>(film::SharedScreen::Width, film::SharedScreen::Height));
+    return m_images.emplace_back(std::make_shared<Image>(m_screen.size().width, m_screen.size().height));
 }
 
 void Camera::shoot(uint64_t number) {

@@ -1,7 +1,5 @@
 #include "services/filmer/FilmFile.h"
 
-#include "services/film/SharedScreen.h"
-
 #include <gst/app/gstappsrc.h>
 #include <gst/gst.h>
 
@@ -23,10 +21,10 @@ constexpr const char* Description =
 
 constexpr GstClockTime CompletionTime = 20 * GST_SECOND;
 
-GstCaps* pictureFormat() {
+GstCaps* pictureFormat(const ScreenSize& screen) {
     return gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "BGRx", "width", G_TYPE_INT,
-                               film::SharedScreen::Width, "height", G_TYPE_INT, film::SharedScreen::Height,
-                               "framerate", GST_TYPE_FRACTION, 30, 1, nullptr);
+                               screen.width, "height", G_TYPE_INT, screen.height, "framerate",
+                               GST_TYPE_FRACTION, 30, 1, nullptr);
 }
 
 GstCaps* soundFormat(uint32_t rate) {
@@ -55,7 +53,8 @@ Result<UniqueFd> openFile(const std::string& path, Existing existing) {
 
 } // namespace
 
-Result<std::unique_ptr<FilmFile>> FilmFile::create(const std::string& path, Existing existing) {
+Result<std::unique_ptr<FilmFile>> FilmFile::create(const std::string& path, Existing existing,
+                                                   ScreenSize screen) {
     GError* error = nullptr;
     GstElement* pipeline = gst_parse_launch_full(Description, nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error);
     if (!pipeline) {
@@ -68,15 +67,15 @@ Result<std::unique_ptr<FilmFile>> FilmFile::create(const std::string& path, Exis
         gst_object_unref(pipeline);
         return fd.failure();
     }
-    return std::unique_ptr<FilmFile>(new FilmFile(path, std::move(*fd), pipeline));
+    return std::unique_ptr<FilmFile>(new FilmFile(path, std::move(*fd), pipeline, screen));
 }
 
-FilmFile::FilmFile(std::string path, UniqueFd fd, GstElement* pipeline)
+FilmFile::FilmFile(std::string path, UniqueFd fd, GstElement* pipeline, ScreenSize screen)
     : m_path(std::move(path)), m_fd(std::move(fd)), m_pipeline(pipeline) {
     g_autoptr(GstElement) file = source("file");
     g_object_set(file, "fd", m_fd.get(), nullptr);
     g_autoptr(GstElement) picture = source("picture");
-    g_autoptr(GstCaps) format = pictureFormat();
+    g_autoptr(GstCaps) format = pictureFormat(screen);
     gst_app_src_set_caps(GST_APP_SRC(picture), format);
     gst_element_set_state(m_pipeline, GST_STATE_PLAYING);
 }

@@ -25,7 +25,8 @@ enum class Existing { Refused, Overwritten };
 class FilmFile {
 public:
     /** An error says why there can be no such file; an existing one is then as it was. */
-    static Result<std::unique_ptr<FilmFile>> create(const std::string& path, Existing existing);
+    static Result<std::unique_ptr<FilmFile>> create(const std::string& path, Existing existing,
+                                                    ScreenSize screen);
     ~FilmFile();
     FilmFile(const FilmFile&) = delete;
     FilmFile& operator=(const FilmFile&) = delete;
@@ -40,7 +41,7 @@ public:
     Status finish();
 
 private:
-    FilmFile(std::string path, UniqueFd fd, GstElement* pipeline);
+    FilmFile(std::string path, UniqueFd fd, GstElement* pipeline, ScreenSize screen);
     std::string sentence(void* errorMessage) const;
     GstElement* source(const char* name) const;
 

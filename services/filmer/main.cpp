@@ -47,7 +47,7 @@ int run(const std::string& sound, const std::string& path, filmer::Existing exis
 
     gst_init(nullptr, nullptr);
     auto screen = film::SharedScreen::open(film::ScreenFd);
-    auto file = screen ? filmer::FilmFile::create(path, existing)
+    auto file = screen ? filmer::FilmFile::create(path, existing, screen->size())
                        : Result<std::unique_ptr<filmer::FilmFile>>(screen.failure());
     if (!file) {
         tell({{"t", "refused"}, {"why", file.error()}});

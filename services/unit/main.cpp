@@ -16,13 +16,14 @@ namespace {
 constexpr const char* Usage =
     "usage: platen-unit [--disc PATH] [--drive auto|DEVICE] [--audio-device "
     "auto|none|pulse[:NAME]|alsa[:NAME]]\n"
-    "                   [--runtime DIR] [--resume FILE] [--resources DIR]\n"
+    "                   [--runtime DIR] [--resume FILE] [--resources DIR] [--screen "
+    "800x480|1024x600|1280x720]\n"
     "       platen-unit --version | --help\n"
     "The disc player on the whole screen of this machine, with the first disc drive that there is.\n";
 
 // What of the bench's options is for drivers, too; each has a value.
-constexpr std::array<std::string_view, 6> Known = {"--disc",    "--drive",  "--audio-device",
-                                                   "--runtime", "--resume", "--resources"};
+constexpr std::array<std::string_view, 7> Known = {"--disc",   "--drive",     "--audio-device", "--runtime",
+                                                   "--resume", "--resources", "--screen"};
 
 Result<bench::Options> parse(const std::vector<std::string>& arguments) {
     for (size_t i = 0; i < arguments.size(); i += 2) {

@@ -31,6 +31,24 @@ TEST(BenchOptions, AManualClockImpliesAPassiveLauncher) {
     EXPECT_TRUE(bench::parseOptions({"--manual-clock", "--launcher", "passive"}));
 }
 
+TEST(BenchOptions, TheScreenHasOneOfThreeSizes) {
+    EXPECT_EQ(bench::parseOptions({})->unit.screen, (ScreenSize{800, 480}));
+    EXPECT_EQ(bench::parseOptions({"--screen", "1024x600"})->unit.screen, (ScreenSize{1024, 600}));
+    EXPECT_EQ(bench::parseOptions({"--screen", "1280x720"})->unit.screen, (ScreenSize{1280, 720}));
+    for (const std::string refused : {"1280x800", "1024", "1024X600", " 1024x600", ""}) {
+        const auto options = bench::parseOptions({"--screen", refused});
+        ASSERT_FALSE(options) << refused;
+        EXPECT_EQ(options.error(), "--screen: \"" + refused +
+                                       "\" is no size of a screen that the pages are made for, expected "
+                                       "800x480, 1024x600 or 1280x720");
+    }
+}
+
+TEST(BenchOptions, TheStartLineNamesAnUnusualScreenOnly) {
+    EXPECT_EQ(bench::startLine(*bench::parseOptions({})), "zmbench");
+    EXPECT_EQ(bench::startLine(*bench::parseOptions({"--screen", "1280x720"})), "zmbench --screen 1280x720");
+}
+
 TEST(BenchOptions, PathsBecomeAbsolute) {
     const std::string here = std::filesystem::current_path();
     const auto options = bench::parseOptions(

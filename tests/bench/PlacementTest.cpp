@@ -39,4 +39,13 @@ TEST(Placement, BesideTheScreenThereIsNoPixelButTheNearestForAFingerThatIsDown) 
     EXPECT_EQ(screenPoint(placement, -5, 500, true), std::pair(0, 240));
 }
 
+TEST(Placement, OfALargerScreenIsInItsOwnShapeAndPixels) {
+    constexpr ScreenSize screen{1280, 720};
+    const auto placement = placeScreen(1280, 800, screen);
+    EXPECT_EQ(placement, (Placement{{0, 40, 1280, 720}, 1, true, screen}));
+    EXPECT_EQ(screenPoint(placement, 1279.5F, 759.5F, false), std::pair(1279, 719));
+    EXPECT_EQ(screenPoint(placement, 9000, 9000, true), std::pair(1279, 719));
+    EXPECT_EQ(screenPoint(placement, 640, 39, false), std::nullopt);
+}
+
 } // namespace zm::bench::display

@@ -81,7 +81,7 @@ std::ostream& operator<<(std::ostream& out, const PixelBox& box) {
 
 void PictureRecorder::show(const disc::engine::DrawPicture& draw) {
     std::lock_guard lock(m_mutex);
-    constexpr int Stride = disc::engine::PictureWidth * BytesPerPixel;
+    const int Stride = disc::engine::PictureWidth * BytesPerPixel;
     // What is not drawn shows.
     m_pixels.assign(static_cast<size_t>(Stride) * disc::engine::PictureHeight, 0x80);
     draw(m_pixels.data(), Stride);

@@ -10,7 +10,7 @@ using namespace zm::disc::engine;
 
 namespace {
 
-constexpr int Stride = 4 * PictureWidth + 64; // a screen's rows may be longer than they show
+const int Stride = 4 * PictureWidth + 64; // a screen's rows may be longer than they show
 using Pixel = std::array<int, 3>;             // red, green, blue
 
 /** A picture as a decoder gives it, made point by point. */

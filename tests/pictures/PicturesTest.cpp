@@ -28,8 +28,10 @@ std::vector<PictureRow> allRows() {
 struct Variant {
     std::string language;
     std::string theme;
+    ScreenSize screen = {};
     std::string fileName(const PictureRow& row) const {
-        return std::string(row.name) + "." + theme + "." + language + ".png";
+        const std::string size = screen == ScreenSize() ? "" : screen.text() + ".";
+        return std::string(row.name) + "." + size + theme + "." + language + ".png";
     }
 };
 
@@ -41,6 +43,31 @@ std::vector<Variant> variants(const PictureRow& row) {
     }
     if (row.contrast) {
         all.push_back({"en", "contrast"});
+    }
+    return all;
+}
+
+/** On screens larger than the usual one: enough to see that pages are laid out for it. */
+struct LargerRow {
+    ScreenSize screen;
+    std::string name;
+    std::vector<Variant> variants() const { return {{"en", "night", screen}, {"ar", "day", screen}}; }
+    PictureRow row() const {
+        const auto all = allRows();
+        return *std::ranges::find(all, name, &PictureRow::name);
+    }
+};
+
+void PrintTo(const LargerRow& larger, std::ostream* stream) {
+    *stream << larger.name << " on " << larger.screen.text();
+}
+
+std::vector<LargerRow> largerRows() {
+    std::vector<LargerRow> all;
+    for (const ScreenSize screen : {ScreenSize{1024, 600}, ScreenSize{1280, 720}}) {
+        for (const char* name : {"music-cover", "list", "dvd"}) {
+            all.push_back({screen, name});
+        }
     }
     return all;
 }
@@ -76,25 +103,39 @@ void check(const std::string& name, const std::optional<Image>& reference, const
 }
 
 class Pictures : public testing::TestWithParam<PictureRow> {};
+class LargerPictures : public testing::TestWithParam<LargerRow> {};
 
-} // namespace
-
-TEST_P(Pictures, AreAsTheirReferences) {
-    const PictureRow& row = GetParam();
-    Stage stage;
+void compareAll(const PictureRow& row, ScreenSize screen, const std::vector<Variant>& wanted) {
+    Stage stage(screen);
     row.steps(stage);
     ASSERT_EQ(stage.unit.main.window(), row.window);
     ASSERT_EQ(stage.unit.osd.visible(), row.overlay != 0);
     if (row.overlay) {
         ASSERT_EQ(stage.unit.osd.window(), row.overlay);
     }
-    for (const Variant& variant : variants(row)) {
+    for (const Variant& variant : wanted) {
         stage.unit.act({"theme", variant.theme});
         stage.unit.language(variant.language);
         const std::string name = variant.fileName(row);
         check(name, readPng(references + name), stage.unit.picture());
     }
 }
+
+} // namespace
+
+TEST_P(Pictures, AreAsTheirReferences) {
+    compareAll(GetParam(), {}, variants(GetParam()));
+}
+
+TEST_P(LargerPictures, AreAsTheirReferences) {
+    compareAll(GetParam().row(), GetParam().screen, GetParam().variants());
+}
+
+INSTANTIATE_TEST_SUITE_P(, LargerPictures, testing::ValuesIn(largerRows()), [](const auto& test) {
+    std::string name = test.param.name + "_" + test.param.screen.text();
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
 
 INSTANTIATE_TEST_SUITE_P(, Pictures, testing::ValuesIn(allRows()), [](const auto& test) {
     std::string name = test.param.name;
@@ -153,6 +194,11 @@ TEST(PictureTable, HasARowForEachReference) {
     for (const PictureRow& row : allRows()) {
         for (const Variant& variant : variants(row)) {
             EXPECT_TRUE(expected.insert(variant.fileName(row)).second) << row.name << " stands there twice";
+        }
+    }
+    for (const LargerRow& larger : largerRows()) {
+        for (const Variant& variant : larger.variants()) {
+            EXPECT_TRUE(expected.insert(variant.fileName(larger.row())).second);
         }
     }
     std::set<std::string> present;

@@ -55,7 +55,7 @@ constexpr std::array<const char*, 3> endings = {".mp3", ".avi", ".jpg"};
 
 } // namespace
 
-Stage::Stage() : unit({.catalogue = catalogue.path()}), m_decoder(unit) {
+Stage::Stage(ScreenSize screen) : unit({.catalogue = catalogue.path(), .screen = screen}), m_decoder(unit) {
     nameFiles();
     unit.device(DEV_STATUS_CAR_TEMP, 215);
     unit.device(DEV_STATUS_BT, 2);
@@ -103,7 +103,8 @@ void Stage::cover(Sleeve sleeve) {
 }
 
 void Stage::showOverlay() {
-    unit.touch(SCREEN_WIDTH / 2, SCREEN_HEIGHT / 2);
+    const Image screen = unit.picture();
+    unit.touch(screen.width / 2, screen.height / 2);
 }
 
 void Stage::click(int window, int control) {

@@ -12,7 +12,7 @@ class Stage {
 public:
     static constexpr int Files = 12;
 
-    Stage();
+    explicit Stage(ScreenSize screen = {});
 
     /** A disc of that type plays its third file; the decoder's picture is there if the type has one. */
     void play(int mediaType);

@@ -43,6 +43,7 @@ void prepareProcess(const std::string& folder, const UnitOptions& options) {
     allowManyDescriptors();
     setenv("ZM_CATALOGUE", catalogue.c_str(), 1);
     setenv("ZM_RCC_PATH", resources.c_str(), 1);
+    setenv("ZM_SCREEN", options.screen.text().c_str(), 1);
     setenv("ZM_FONT_PATH", ZM_SHARE_DIR "/fonts/", 1);
     sigset_t ending;
     sigemptyset(&ending);
@@ -50,8 +51,9 @@ void prepareProcess(const std::string& folder, const UnitOptions& options) {
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
 }
 
-bench::unit::HeadUnitOptions unitOptions(const std::string& folder) {
+bench::unit::HeadUnitOptions unitOptions(const std::string& folder, ScreenSize screen) {
     bench::unit::HeadUnitOptions options;
+    options.screen = screen;
     options.runtimeDir = folder;
     options.shareDir = ZM_SHARE_DIR;
     options.catalogue = catalogueFile(folder);
@@ -86,7 +88,7 @@ std::vector<std::string> command(std::vector<std::string> words, std::initialize
 } // namespace
 
 struct Unit::Impl {
-    explicit Impl(const UnitOptions& options) : server(unitOptions(folder.path())) {
+    explicit Impl(const UnitOptions& options) : server(unitOptions(folder.path(), options.screen)) {
         prepareProcess(folder.path(), options);
     }
 

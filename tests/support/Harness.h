@@ -53,6 +53,7 @@ struct UnitOptions {
     bool firstResume = true;    ///< false: the launcher's first resume does not reach the view
     /** What the disc service has published before the application starts: object and line. */
     std::vector<std::pair<std::string, std::string>> published = {};
+    ScreenSize screen = {};
 };
 
 class Unit {

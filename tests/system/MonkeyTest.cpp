@@ -4,6 +4,8 @@
 #include <signal.h>
 
 #include <fstream>
+#include <iterator>
+#include <regex>
 
 namespace zm::test {
 
@@ -36,6 +38,23 @@ TEST_F(MonkeyRun, PlaysForItsTimeAndLeavesARunningApplication) {
     EXPECT_THAT(playing.out(), MatchesRegex("[0-9]+ steps, [0-9]+ refused\n"));
     must({"expect", "ps.app.state", "==", "running"});
     must({"expect", "ps.app.deaths", "==", "0"});
+}
+
+TEST_F(MonkeyRun, TouchesTheWholeOfALargerScreenAndSaysWhichInItsFile) {
+    startManual({"--screen", "1280x720"});
+    Process playing(monkey("60"), folder);
+    ASSERT_EQ(playing.line(), "seed 7");
+    const auto touchesFar = [this] {
+        const std::string inputs = must({"record", "--all", "-"});
+        const std::regex far("(touch|press|move|release) (9|1[0-2])[0-9]{2} ");
+        return std::regex_search(inputs, far);
+    };
+    EXPECT_TRUE(eventually(touchesFar)) << "places that the usual screen does not have";
+    must({"kill", "app"});
+    EXPECT_EQ(playing.wait(), 1);
+    std::ifstream stream(file());
+    const std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+    EXPECT_THAT(text, HasSubstr("zmbench --no-disc-service --manual-clock --screen 1280x720\n"));
 }
 
 TEST_F(MonkeyRun, NoticesAKilledApplicationAndItsFileRepeatsTheSteps) {

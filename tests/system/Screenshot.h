@@ -4,7 +4,7 @@
 
 namespace zm::test {
 
-/** The screen, in the pixels of a screenshot. */
+/** The usual screen, in the pixels of a screenshot. */
 inline constexpr int ScreenWidth = 800;
 inline constexpr int ScreenHeight = 480;
 

@@ -26,7 +26,7 @@ protected:
         return count;
     }
     /** Of a film that nothing lies over. */
-    static constexpr int WHOLE_SCREEN = bench::screen::Compositor::Width * bench::screen::Compositor::Height;
+    static constexpr int WHOLE_SCREEN = ScreenSize().width * ScreenSize().height;
 
     void drive() { unit.device(DEV_STATUS_PARKING, 0); }
     void park() { unit.device(DEV_STATUS_PARKING, 1); }

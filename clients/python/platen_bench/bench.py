@@ -98,6 +98,7 @@ class Bench(
         audio_device: Optional[str] = None,
         drive: Optional[str] = None,
         mpris: bool = False,
+        screen: Optional[str] = None,
         page: bool = False,
         display: bool = False,
         program: Optional[PathLike] = None,
@@ -117,6 +118,7 @@ class Bench(
         audio_device  what sound is played on: "auto", "none", "pulse", "pulse:NAME", "alsa", "alsa:NAME"
         drive         a disc drive of this machine, "/dev/sr0", or "auto": the first
         mpris         True: the desktop's media keys and applets reach the player
+        screen        its size, "800x480" (without it), "1024x600" or "1280x720"
         page          True: with the page for a browser, at `address`, on any free port
         display       True: with a window on this machine, which DISPLAY or WAYLAND_DISPLAY names
         program       zmbench or its folder; else `PLATEN_BENCH`, a build around this package, PATH
@@ -143,6 +145,7 @@ class Bench(
         words += ["--audio-device", audio_device] if audio_device is not None else []
         words += ["--drive", drive] if drive is not None else []
         words += ["--mpris"] if mpris else []
+        words += ["--screen", screen] if screen is not None else []
         words += ["--port", "0"] if page else ["--no-web"]
         words += ["--display"] if display else []
         process = BenchProcess(words, timeout, {})

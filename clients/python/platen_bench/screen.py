@@ -122,13 +122,19 @@ class Screen:
     main: View
     overlay: View
     video: Video
+    size: Tuple[int, int]  #: width and height in pixels
     data: Mapping[str, Any]  #: all that the bench says of it
 
     @staticmethod
     def of(data: Mapping[str, Any]) -> "Screen":
         """From the bench's description."""
+        width, height = data["size"]
         return Screen(
-            View.of(Page, data["main"]), View.of(Overlay, data["osd"]), Video.of(data["video"]), data
+            View.of(Page, data["main"]),
+            View.of(Overlay, data["osd"]),
+            Video.of(data["video"]),
+            (width, height),
+            data,
         )
 
 

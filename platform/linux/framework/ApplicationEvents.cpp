@@ -105,7 +105,9 @@ void Application::flushProps() {
     for (ViewImpl* view : m_views) {
         noteScreen(view->flushProps());
     }
-    noteScreen(m_children.flush(*m_screen));
+    if (const ViewImpl* main = mainView()) {
+        noteScreen(m_children.flush(*m_screen, main->map));
+    }
 }
 
 void Application::noteScreen(const Status& status) {

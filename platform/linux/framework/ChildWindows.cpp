@@ -24,11 +24,11 @@ screen_window_t ChildWindows::find(const std::string& name) const {
     return found != m_children.end() && found->second.posted ? found->second.handle.get() : nullptr;
 }
 
-Status ChildWindows::flush(ScreenClient& screen) {
+Status ChildWindows::flush(ScreenClient& screen, const ScreenMap& map) {
     for (auto& [name, child] : m_children) {
         const WindowProps pending = std::exchange(child.handle->pending, {});
         if (child.posted && !pending.empty()) {
-            if (auto sent = screen.setProps(name, pending); !sent) {
+            if (auto sent = screen.setProps(name, map.toScreen(pending)); !sent) {
                 return sent;
             }
         }

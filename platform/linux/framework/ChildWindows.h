@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/framework/ScreenMap.h"
 #include "platform/linux/screen/WindowHandle.h"
 
 #include <map>
@@ -21,7 +22,7 @@ public:
     /** Null if no such child is posted. */
     screen_window_t find(const std::string& name) const;
     /** Sends what was set since the last flush. */
-    Status flush(ScreenClient& screen);
+    Status flush(ScreenClient& screen, const ScreenMap& map);
 
 private:
     struct Child {

@@ -15,13 +15,15 @@ zm::Status ViewImpl::load(const std::string& resourceFile, const std::string& fo
     if (scene) {
         return zm::Error{"view " + name + ": initialised before"};
     }
-    auto loaded = zm::Scene::load(resourceFile, fontPath, width, height, *this);
+    const zm::ScreenSize own{width, height};
+    map = {own, zm::screenSize(own)};
+    auto loaded = zm::Scene::load(resourceFile, fontPath, width, height, *this, map.screen);
     if (!loaded) {
         return loaded.failure();
     }
     scene = std::move(*loaded);
-    spec.width = width;
-    spec.height = height;
+    spec.width = map.screen.width;
+    spec.height = map.screen.height;
     const nlohmann::json all = scene->describe();
     for (const auto& [page, content] : all.items()) {
         pages.insert(std::atoi(page.c_str()));
@@ -113,12 +115,14 @@ bool ViewImpl::isUnder(zm::Point at) const {
 }
 
 void ViewImpl::fingerDown(zm::Point at) {
-    view.OnLButtonDown(at.x, at.y);
+    const zm::Point own = map.toOwn(at);
+    view.OnLButtonDown(own.x, own.y);
     scene->press(at.x, at.y);
 }
 
 void ViewImpl::fingerMoved(zm::Point to, int64_t nowMs) {
-    view.OnMouseMove(to.x, to.y);
+    const zm::Point own = map.toOwn(to);
+    view.OnMouseMove(own.x, own.y);
     scene->move(to.x, to.y, nowMs);
 }
 
@@ -127,7 +131,8 @@ void ViewImpl::fingerRested() {
 }
 
 void ViewImpl::fingerUp(zm::Point at, int64_t nowMs) {
-    view.OnLButtonUp(at.x, at.y);
+    const zm::Point own = map.toOwn(at);
+    view.OnLButtonUp(own.x, own.y);
     scene->release(at.x, at.y, nowMs);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/framework/ScreenMap.h"
 #include "platform/linux/framework/ViewHost.h"
 #include "platform/linux/screen/ScreenClient.h"
 #include "platform/linux/toolkit/Scene.h"
@@ -56,6 +57,7 @@ struct ViewImpl : zm::SceneListener, zm::Touchable {
     std::string name;        ///< of the view and of its window
     std::string windowGroup; ///< of the main view
     zm::SurfaceSpec spec;    ///< `visible` and `order` as last asked for
+    zm::ScreenMap map;       ///< what it draws and is touched in are the screen's pixels
     zm::WindowProps pending;
     bool hides = false;  ///< as soon as its pages have faded
     std::set<int> pages; ///< all pages of the resource; may be read from any thread after loading

@@ -31,7 +31,7 @@ struct CUI_BtList::Impl {
     int current = -1;
     double scroll = 0; ///< pixels between the top of row 0 and the top of the view
 
-    /** The scroll bar's width, and its distance from the rows. */
+    /** The scroll bar's width, and its distance from the rows; on the screen that pages are written for. */
     static constexpr int barWidth = 8;
 
     bool has(int index) const { return index >= 0 && index < static_cast<int>(rows.size()); }

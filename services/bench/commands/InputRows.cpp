@@ -62,14 +62,14 @@ bool input(Call& call, Json message, std::optional<std::pair<int, int>> released
 
 // Whether a finger can come down there; ends the command if not. Once down it may leave the screen.
 bool onScreen(Call& call, int x, int y) {
-    if (!call.arguments.complete() ||
-        (x >= 0 && x < screen::Compositor::Width && y >= 0 && y < screen::Compositor::Height)) {
+    const ScreenSize& size = call.unit.compositor().size();
+    if (!call.arguments.complete() || size.area().contains(x, y)) {
         return true;
     }
-    const auto nearest = [](int value, int size) { return std::to_string(std::clamp(value, 0, size - 1)); };
-    call.run->fail(std::to_string(x) + " " + std::to_string(y) +
-                   " is not on the screen, which has 800 x 480 pixels; the nearest place is " +
-                   nearest(x, screen::Compositor::Width) + " " + nearest(y, screen::Compositor::Height));
+    const auto nearest = [](int value, int end) { return std::to_string(std::clamp(value, 0, end - 1)); };
+    call.run->fail(std::to_string(x) + " " + std::to_string(y) + " is not on the screen, which has " +
+                   std::to_string(size.width) + " x " + std::to_string(size.height) +
+                   " pixels; the nearest place is " + nearest(x, size.width) + " " + nearest(y, size.height));
     return false;
 }
 

@@ -82,6 +82,8 @@ bool screen(Call& call) {
         }
         Json result = std::move(*reply);
         result["video"] = call.unit.compositor().videoState();
+        const ScreenSize& size = call.unit.compositor().size();
+        result["size"] = {size.width, size.height};
         call.run->out(jsonText(result) + "\n");
         call.run->finish();
     });

@@ -7,15 +7,15 @@ namespace zm::bench::display {
 
 Display::Display(EventLoop& loop, screen::Compositor& compositor, Actions actions)
     : m_compositor(compositor), m_actions(std::move(actions)), m_mailbox(std::make_shared<Mailbox>(loop)),
-      m_frame(screen::Compositor::Width, screen::Compositor::Height) {}
+      m_frame(compositor.size().width, compositor.size().height) {}
 
 Display::~Display() {
     m_mailbox->close();
 }
 
 Status Display::open(bool fullScreen) {
-    m_frame.put(m_compositor.compose(), {0, 0, screen::Compositor::Width, screen::Compositor::Height});
-    m_window = std::make_unique<Window>(m_frame, listener());
+    m_frame.put(m_compositor.compose(), m_compositor.size().area());
+    m_window = std::make_unique<Window>(m_frame, m_compositor.size(), listener());
     auto opened = m_window->open(fullScreen);
     if (!opened) {
         m_window.reset();

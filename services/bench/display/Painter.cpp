@@ -28,27 +28,27 @@ bool drawsByComputing(SDL_Renderer* renderer) {
            (std::strstr(name, "llvmpipe") || std::strstr(name, "softpipe") || std::strstr(name, "swrast"));
 }
 
-std::unique_ptr<Canvas> makeCanvas(SDL_Window* window) {
+std::unique_ptr<Canvas> makeCanvas(SDL_Window* window, ScreenSize screen) {
     Renderer renderer(SDL_CreateRenderer(window, -1, SDL_RENDERER_ACCELERATED | SDL_RENDERER_PRESENTVSYNC));
     if (renderer && !drawsByComputing(renderer.get())) {
-        return RendererCanvas::make(std::move(renderer));
+        return RendererCanvas::make(std::move(renderer), screen);
     }
     renderer.reset();
     if (SurfaceCanvas::isPossible()) {
-        return SurfaceCanvas::make(window);
+        return SurfaceCanvas::make(window, screen);
     }
     renderer.reset(SDL_CreateRenderer(window, -1, SDL_RENDERER_SOFTWARE));
-    return renderer ? RendererCanvas::make(std::move(renderer)) : nullptr;
+    return renderer ? RendererCanvas::make(std::move(renderer), screen) : nullptr;
 }
 
 } // namespace
 
-Painter::Painter(SDL_Window* window) : m_window(window) {}
+Painter::Painter(SDL_Window* window, ScreenSize screen) : m_window(window), m_size(screen) {}
 
 Painter::~Painter() = default;
 
 Status Painter::open() {
-    m_canvas = makeCanvas(m_window);
+    m_canvas = makeCanvas(m_window, m_size);
     if (!m_canvas) {
         return Error{SDL_GetError()};
     }
@@ -60,7 +60,7 @@ void Painter::place() {
     int width = 0;
     int height = 0;
     SDL_GetWindowSizeInPixels(m_window, &width, &height);
-    m_placement = placeScreen(width, height);
+    m_placement = placeScreen(width, height, m_size);
     int windowWidth = 0;
     SDL_GetWindowSize(m_window, &windowWidth, nullptr);
     m_density = windowWidth > 0 ? static_cast<float>(width) / static_cast<float>(windowWidth) : 1.0F;

@@ -17,7 +17,7 @@ namespace zm::bench::display {
  */
 class Painter {
 public:
-    explicit Painter(SDL_Window* window);
+    Painter(SDL_Window* window, ScreenSize screen);
     ~Painter();
     Painter(const Painter&) = delete;
     Painter& operator=(const Painter&) = delete;
@@ -39,6 +39,7 @@ private:
     void place();
 
     SDL_Window* m_window;
+    const ScreenSize m_size;
     std::unique_ptr<Canvas> m_canvas;
     Placement m_placement;
     float m_density = 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Rect.h"
+#include "base/ScreenSize.h"
 
 #include <optional>
 #include <utility>
@@ -12,12 +13,13 @@ struct Placement {
     Rect area;         ///< of the window
     int multiple = 1;  ///< the smallest whole multiple of the screen that is not smaller than `area`
     bool exact = true; ///< `area` is that multiple: every pixel of the screen is as large as the next one
+    ScreenSize screen = {}; ///< the head unit's
 
     bool operator==(const Placement&) const = default;
 };
 
 /** An empty area for a window without one. */
-Placement placeScreen(int windowWidth, int windowHeight);
+Placement placeScreen(int windowWidth, int windowHeight, ScreenSize screen = {});
 
 /**
  * The screen's pixel under a place of the window; none beside the screen. With `outside` the nearest pixel instead:

@@ -1,7 +1,5 @@
 #include "services/bench/display/RendererCanvas.h"
 
-#include "services/bench/screen/Compositor.h"
-
 #include <SDL2/SDL.h>
 
 #include <utility>
@@ -15,19 +13,19 @@ void RendererCanvas::DestroyTexture::operator()(SDL_Texture* texture) const {
     SDL_DestroyTexture(texture);
 }
 
-std::unique_ptr<RendererCanvas> RendererCanvas::make(Renderer renderer) {
-    std::unique_ptr<RendererCanvas> canvas(new RendererCanvas(std::move(renderer)));
+std::unique_ptr<RendererCanvas> RendererCanvas::make(Renderer renderer, ScreenSize screen) {
+    std::unique_ptr<RendererCanvas> canvas(new RendererCanvas(std::move(renderer), screen));
     return canvas->m_screen ? std::move(canvas) : nullptr;
 }
 
-RendererCanvas::RendererCanvas(Renderer renderer)
-    : m_renderer(std::move(renderer)), m_screen(makeTexture(SDL_TEXTUREACCESS_STREAMING, 1, "nearest")) {}
+RendererCanvas::RendererCanvas(Renderer renderer, ScreenSize screen)
+    : m_renderer(std::move(renderer)), m_size(screen),
+      m_screen(makeTexture(SDL_TEXTUREACCESS_STREAMING, 1, "nearest")) {}
 
 RendererCanvas::Texture RendererCanvas::makeTexture(int access, int multiple, const char* quality) {
     SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, quality);
     Texture texture(SDL_CreateTexture(m_renderer.get(), SDL_PIXELFORMAT_ARGB8888, access,
-                                      screen::Compositor::Width * multiple,
-                                      screen::Compositor::Height * multiple));
+                                      m_size.width * multiple, m_size.height * multiple));
     if (texture) {
         // The fourth byte of a composed frame says nothing.
         SDL_SetTextureBlendMode(texture.get(), SDL_BLENDMODE_NONE);

@@ -18,7 +18,7 @@ public:
     using Renderer = std::unique_ptr<SDL_Renderer, DestroyRenderer>;
 
     /** Null with SDL's error when the renderer makes no textures. */
-    static std::unique_ptr<RendererCanvas> make(Renderer renderer);
+    static std::unique_ptr<RendererCanvas> make(Renderer renderer, ScreenSize screen);
     void take(const Image& frame, Rect damage, const Placement& placement) override;
     void show(const Placement& placement) override;
     void lose() override {}
@@ -29,10 +29,11 @@ private:
     };
     using Texture = std::unique_ptr<SDL_Texture, DestroyTexture>;
 
-    explicit RendererCanvas(Renderer renderer);
+    RendererCanvas(Renderer renderer, ScreenSize screen);
     Texture makeTexture(int access, int multiple, const char* quality);
 
     Renderer m_renderer;
+    const ScreenSize m_size;
     Texture m_screen;
     Texture m_enlarged; ///< the screen at a whole multiple; only where it is shown between two of them
     int m_enlargedBy = 0;

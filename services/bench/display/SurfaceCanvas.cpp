@@ -1,7 +1,5 @@
 #include "services/bench/display/SurfaceCanvas.h"
 
-#include "services/bench/screen/Compositor.h"
-
 #include <SDL2/SDL.h>
 
 #include <cstring>
@@ -40,15 +38,16 @@ bool SurfaceCanvas::isPossible() {
     return system && std::strcmp(system, "x11") == 0;
 }
 
-std::unique_ptr<SurfaceCanvas> SurfaceCanvas::make(SDL_Window* window) {
+std::unique_ptr<SurfaceCanvas> SurfaceCanvas::make(SDL_Window* window, ScreenSize screen) {
     // Otherwise SDL shows what was copied by the very driver that is to be avoided.
     SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
-    return SDL_GetWindowSurface(window) ? std::unique_ptr<SurfaceCanvas>(new SurfaceCanvas(window)) : nullptr;
+    return SDL_GetWindowSurface(window) ? std::unique_ptr<SurfaceCanvas>(new SurfaceCanvas(window, screen))
+                                        : nullptr;
 }
 
 SurfaceCanvas::Surface SurfaceCanvas::makeSurface(int multiple) const {
-    Surface surface(SDL_CreateRGBSurfaceWithFormat(0, screen::Compositor::Width * multiple,
-                                                   screen::Compositor::Height * multiple, 32, Format));
+    Surface surface(
+        SDL_CreateRGBSurfaceWithFormat(0, m_size.width * multiple, m_size.height * multiple, 32, Format));
     if (surface) {
         SDL_SetSurfaceBlendMode(surface.get(), SDL_BLENDMODE_NONE);
     }
@@ -86,7 +85,7 @@ void SurfaceCanvas::take(const Image& frame, Rect damage, const Placement& place
 void SurfaceCanvas::enlarge(const Placement& placement) {
     SDL_Surface* source = m_screen.get();
     if (!placement.exact) {
-        const int width = screen::Compositor::Width * placement.multiple;
+        const int width = m_size.width * placement.multiple;
         if (!m_enlarged || m_enlarged->w != width) {
             m_enlarged = makeSurface(placement.multiple);
         }

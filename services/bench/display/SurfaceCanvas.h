@@ -15,7 +15,7 @@ public:
     /** Whether the window system of `window` has such memory; where it has not, SDL would draw it by a card's driver. */
     static bool isPossible();
     /** Null with SDL's error when there is no such memory. */
-    static std::unique_ptr<SurfaceCanvas> make(SDL_Window* window);
+    static std::unique_ptr<SurfaceCanvas> make(SDL_Window* window, ScreenSize screen);
     void take(const Image& frame, Rect damage, const Placement& placement) override;
     void show(const Placement& placement) override;
     void lose() override { m_lost = true; }
@@ -26,11 +26,12 @@ private:
     };
     using Surface = std::unique_ptr<SDL_Surface, FreeSurface>;
 
-    explicit SurfaceCanvas(SDL_Window* window) : m_window(window) {}
+    SurfaceCanvas(SDL_Window* window, ScreenSize screen) : m_window(window), m_size(screen) {}
     Surface makeSurface(int multiple) const;
     void enlarge(const Placement& placement);
 
     SDL_Window* m_window;
+    const ScreenSize m_size;
     SDL_Surface* m_surface = nullptr; ///< SDL's, until the window gets another size
     Surface m_screen;                 ///< the screen; only where it is not shown pixel for pixel
     Surface m_enlarged; ///< the screen at a whole multiple; only where it is shown between two of them

@@ -4,7 +4,6 @@
 #include "services/bench/display/Keyboard.h"
 #include "services/bench/display/Painter.h"
 #include "services/bench/display/SharedFrame.h"
-#include "services/bench/screen/Compositor.h"
 
 #include <SDL2/SDL.h>
 
@@ -28,9 +27,11 @@ std::string noWindow(const std::string& why) {
 } // namespace
 
 struct Window::Impl {
-    Impl(SharedFrame& shown, WindowListener reports) : frame(shown), listener(std::move(reports)) {}
+    Impl(SharedFrame& shown, ScreenSize size, WindowListener reports)
+        : frame(shown), screen(size), listener(std::move(reports)) {}
 
     SharedFrame& frame;
+    const ScreenSize screen;
     WindowListener listener;
     std::thread thread;
     std::atomic<Uint32> eventType{0};
@@ -66,12 +67,12 @@ Status Window::Impl::openHere(bool full) {
     fullScreen = full;
     const Uint32 flags = SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI |
                          (full ? static_cast<Uint32>(SDL_WINDOW_FULLSCREEN_DESKTOP) : 0U);
-    window = SDL_CreateWindow("Head unit", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
-                              screen::Compositor::Width, screen::Compositor::Height, flags);
+    window = SDL_CreateWindow("Head unit", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, screen.width,
+                              screen.height, flags);
     if (!window) {
         return Error{noWindow(SDL_GetError())};
     }
-    painter.emplace(window);
+    painter.emplace(window, screen);
     if (auto made = painter->open(); !made) {
         return Error{noWindow(made.error())};
     }
@@ -227,8 +228,8 @@ void Window::Impl::send(Wake what) {
     SDL_PushEvent(&event);
 }
 
-Window::Window(SharedFrame& frame, WindowListener listener)
-    : m_impl(std::make_unique<Impl>(frame, std::move(listener))) {}
+Window::Window(SharedFrame& frame, ScreenSize screen, WindowListener listener)
+    : m_impl(std::make_unique<Impl>(frame, screen, std::move(listener))) {}
 
 Window::~Window() {
     if (m_impl->thread.joinable()) {

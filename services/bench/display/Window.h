@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "base/ScreenSize.h"
 
 #include <functional>
 #include <memory>
@@ -28,7 +29,8 @@ struct WindowListener {
  */
 class Window {
 public:
-    Window(SharedFrame& frame, WindowListener listener);
+    /** `frame` has the size of the screen. */
+    Window(SharedFrame& frame, ScreenSize screen, WindowListener listener);
     /** Closes it and waits for its thread. */
     ~Window();
     Window(const Window&) = delete;

@@ -15,8 +15,6 @@ namespace zm::bench::film {
 
 namespace {
 
-constexpr Rect WholeScreen{0, 0, screen::Compositor::Width, screen::Compositor::Height};
-
 // "film.webm: 12.3 s, 369 frames, none dropped".
 std::string summary(const std::string& path, const Json& film) {
     char seconds[32];
@@ -60,7 +58,7 @@ void Film::begin(FilmOrder order, std::function<void(const Status&)> begun) {
         begun(Error{"a film is being made already: " + m_order.path + "; \"zmctl film --stop\" ends that"});
         return;
     }
-    auto memory = zm::film::SharedScreen::make();
+    auto memory = zm::film::SharedScreen::make(m_compositor.size());
     auto screen = memory ? zm::film::SharedScreen::open(memory->get())
                          : Result<zm::film::SharedScreen>(memory.failure());
     if (!screen) {
@@ -77,7 +75,7 @@ void Film::begin(FilmOrder order, std::function<void(const Status&)> begun) {
         return;
     }
     m_screen = std::make_unique<zm::film::SharedScreen>(std::move(*screen));
-    m_screen->put(m_compositor.compose(), WholeScreen);
+    m_screen->put(m_compositor.compose(), m_compositor.size().area());
     m_screen->put(m_touches.latest());
     m_process = std::move(*process);
     m_process->onMessage = [this](const std::string& text) { heard(text); };

@@ -13,7 +13,6 @@ namespace zm::bench::screen {
 
 namespace {
 
-constexpr Rect Screen{0, 0, Compositor::Width, Compositor::Height};
 constexpr size_t MostClients = 32;
 // Some five minutes of a film.
 constexpr size_t KeptMoments = 10000;
@@ -24,7 +23,9 @@ struct Compositor::Impl {
     Compositor& owner;
     EventLoop& loop;
     std::string socket;
-    Image frame{Width, Height};
+    ScreenSize size;
+    Rect screen = size.area();
+    Image frame{size.width, size.height};
     SurfaceScene scene;
     std::map<int, std::unique_ptr<SurfaceClient>> clients;
     int nextClient = 0;
@@ -39,9 +40,9 @@ struct Compositor::Impl {
     bool announced = false; ///< the owner was told and has not composed since
     std::shared_ptr<bool> alive = std::make_shared<bool>(true);
 
-    Impl(Compositor& compositor, EventLoop& eventLoop, std::string path)
-        : owner(compositor), loop(eventLoop), socket(std::move(path)) {
-        damage.add(Screen);
+    Impl(Compositor& compositor, EventLoop& eventLoop, std::string path, ScreenSize screenSize)
+        : owner(compositor), loop(eventLoop), socket(std::move(path)), size(screenSize) {
+        damage.add(screen);
     }
     ~Impl() { *alive = false; }
 
@@ -73,7 +74,7 @@ struct Compositor::Impl {
     void changed() {
         if (appVisible) {
             for (const auto& rect : scene.damage.rects()) {
-                damage.add(rect.intersected(Screen));
+                damage.add(rect.intersected(screen));
             }
         }
         scene.damage.clear();
@@ -115,11 +116,15 @@ struct Compositor::Impl {
     }
 };
 
-Compositor::Compositor(EventLoop& loop, std::string socket)
-    : m_impl(std::make_unique<Impl>(*this, loop, std::move(socket))) {}
+Compositor::Compositor(EventLoop& loop, std::string socket, ScreenSize size)
+    : m_impl(std::make_unique<Impl>(*this, loop, std::move(socket), size)) {}
 
 Compositor::~Compositor() {
     m_impl->clients.clear();
+}
+
+const ScreenSize& Compositor::size() const {
+    return m_impl->size;
 }
 
 Status Compositor::start() {
@@ -161,7 +166,7 @@ const std::deque<std::chrono::steady_clock::time_point>& Compositor::frameMoment
 void Compositor::setAppVisible(bool visible) {
     if (m_impl->appVisible != visible) {
         m_impl->appVisible = visible;
-        m_impl->damage.add(Screen);
+        m_impl->damage.add(m_impl->screen);
         m_impl->announce();
     }
 }
@@ -169,14 +174,14 @@ void Compositor::setAppVisible(bool visible) {
 void Compositor::setCover(std::optional<Image> cover) {
     m_impl->cover = std::move(cover);
     if (!m_impl->appVisible) {
-        m_impl->damage.add(Screen);
+        m_impl->damage.add(m_impl->screen);
         m_impl->announce();
     }
 }
 
 unsigned Compositor::postChild(const std::string& name) {
     auto* child = m_impl->scene.findChild(name);
-    return child ? child->number : m_impl->scene.addChild(name, Screen).number;
+    return child ? child->number : m_impl->scene.addChild(name, m_impl->screen).number;
 }
 
 bool Compositor::withdrawChild(const std::string& name) {

@@ -4,6 +4,7 @@
 #include "base/Image.h"
 #include "base/Rect.h"
 #include "base/Result.h"
+#include "base/ScreenSize.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -24,11 +25,10 @@ namespace zm::bench::screen {
  */
 class Compositor {
 public:
-    static constexpr int Width = 800;
-    static constexpr int Height = 480;
-
-    Compositor(EventLoop& loop, std::string socket);
+    Compositor(EventLoop& loop, std::string socket, ScreenSize size = {});
     ~Compositor();
+
+    const ScreenSize& size() const;
 
     /** Starts to listen; fails if another process serves the socket. */
     Status start();

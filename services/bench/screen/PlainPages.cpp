@@ -1,5 +1,6 @@
 #include "services/bench/screen/PlainPages.h"
 
+#include "platform/linux/toolkit/ScreenFit.h"
 #include "zmui/CUIAnalysis.h"
 #include "zmui/CUIWndMng.h"
 
@@ -28,6 +29,8 @@ constexpr std::array<PageRow, 9> Pages = {{
     {"zmeq", 9},
 }};
 
+constexpr ScreenSize WrittenFor;
+constexpr Rect Return{300, 300, 200, 80};
 constexpr int OtherPage = 10;
 constexpr int Title = 20201;
 
@@ -42,12 +45,16 @@ int pageOf(std::string_view application) {
 
 } // namespace
 
-PlainPages::PlainPages(std::string resourceFile, std::string fontDir)
-    : m_resourceFile(std::move(resourceFile)), m_fontDir(std::move(fontDir)) {}
+PlainPages::PlainPages(std::string resourceFile, std::string fontDir, ScreenSize screen)
+    : m_resourceFile(std::move(resourceFile)), m_fontDir(std::move(fontDir)), m_screen(screen) {}
+
+Rect PlainPages::wayBack() const {
+    return ScreenFit(WrittenFor, m_screen).place(Return, Anchor::Spread);
+}
 
 void PlainPages::load() {
     m_loaded = true;
-    auto scene = Scene::load(m_resourceFile, m_fontDir, Compositor::Width, Compositor::Height, *this);
+    auto scene = Scene::load(m_resourceFile, m_fontDir, WrittenFor.width, WrittenFor.height, *this, m_screen);
     if (scene) {
         m_scene = std::move(*scene);
     } else {
@@ -59,7 +66,7 @@ Image PlainPages::draw(const std::string& application) {
     if (!m_loaded) {
         load();
     }
-    Image page(Compositor::Width, Compositor::Height);
+    Image page(m_screen.width, m_screen.height);
     if (!m_scene) {
         return page;
     }

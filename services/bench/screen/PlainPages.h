@@ -15,11 +15,11 @@ namespace zm::bench::screen {
  */
 class PlainPages : private SceneListener {
 public:
-    /** The area of every page that leads back to the disc player. */
-    static constexpr Rect Return{300, 300, 200, 80};
-
     /** The files are read when the first page is drawn; a fault in them is named on standard error, once. */
-    PlainPages(std::string resourceFile, std::string fontDir);
+    PlainPages(std::string resourceFile, std::string fontDir, ScreenSize screen);
+
+    /** The area of every page that leads back to the disc player. */
+    Rect wayBack() const;
 
     void setLanguage(const std::string& code) { m_language = code; }
     void setTheme(const std::string& name) { m_theme = name; }
@@ -32,6 +32,7 @@ private:
 
     const std::string m_resourceFile;
     const std::string m_fontDir;
+    const ScreenSize m_screen;
     std::string m_language = "en";
     std::string m_theme = "night";
     bool m_loaded = false;

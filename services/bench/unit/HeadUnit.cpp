@@ -47,9 +47,9 @@ constexpr int Muted = 255;
 
 HeadUnit::HeadUnit(EventLoop& loop, HeadUnitOptions options)
     : m_loop(loop), m_options(std::move(options)), m_pps(loop, zm::ppsSocket(m_options.runtimeDir)),
-      m_compositor(loop, screenSocket(m_options.runtimeDir)), m_video(loop, m_compositor, ppsSocket()),
-      m_shell(loop, shellSocket(m_options.runtimeDir)),
-      m_pages(resources(m_options) + OtherPages, m_options.shareDir + "/fonts/"),
+      m_compositor(loop, screenSocket(m_options.runtimeDir), m_options.screen),
+      m_video(loop, m_compositor, ppsSocket()), m_shell(loop, shellSocket(m_options.runtimeDir)),
+      m_pages(resources(m_options) + OtherPages, m_options.shareDir + "/fonts/", m_options.screen),
       m_launcher(m_options.launcher, m_shell, m_compositor, m_pages), m_vehicle(m_shell),
       m_car(m_vehicle, ppsSocket()),
       m_journey(loop, m_options.clock == ClockMode::Manual ? Journey::Pace::Stepped : Journey::Pace::Real),
@@ -122,6 +122,7 @@ void HeadUnit::makeChildren() {
     }
     std::vector<std::pair<std::string, std::string>> environment = {
         {"ZM_RUNTIME", m_options.runtimeDir},
+        {"ZM_SCREEN", m_options.screen.text()},
         {"ZM_CATALOGUE", m_options.catalogue},
         {"ZM_RESUME", m_options.resume},
         {"ZM_RCC_PATH", resources(m_options)},

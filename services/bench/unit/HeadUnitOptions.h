@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/ScreenSize.h"
+
 #include <string>
 
 namespace zm::bench::unit {
@@ -12,6 +14,7 @@ enum class ClockMode { Real, Manual };
 
 /** How a head unit is set up. */
 struct HeadUnitOptions {
+    ScreenSize screen;
     std::string runtimeDir;  ///< exists, mode 0700
     std::string shareDir;    ///< has the folders rccs, fonts and web
     std::string catalogue;   ///< SQLite file that the application reads

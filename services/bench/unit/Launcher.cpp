@@ -107,7 +107,7 @@ void Launcher::pagesChanged() {
 }
 
 void Launcher::released(int x, int y) {
-    if (!screen::PlainPages::Return.contains(x, y)) {
+    if (!m_pages.wayBack().contains(x, y)) {
         return;
     }
     if (m_shell.running()) {

@@ -38,14 +38,14 @@ std::string coordinate(const nlohmann::json& message, const char* name, int limi
 
 } // namespace
 
-std::vector<std::string> pageCommand(const nlohmann::json& message) {
+std::vector<std::string> pageCommand(const nlohmann::json& message, ScreenSize screen) {
     const auto kind = message.find("t");
     if (kind == message.end() || !kind->is_string()) {
         return {};
     }
     const auto name = kind->get<std::string>();
-    const auto x = coordinate(message, "x", screen::Compositor::Width);
-    const auto y = coordinate(message, "y", screen::Compositor::Height);
+    const auto x = coordinate(message, "x", screen.width);
+    const auto y = coordinate(message, "y", screen.height);
     if (name == "touch") {
         return {name, x, y, "--hold", coordinate(message, "hold", 60000)};
     }
@@ -54,9 +54,9 @@ std::vector<std::string> pageCommand(const nlohmann::json& message) {
 }
 
 struct Screen::Page {
-    explicit Page(SoupWebsocketConnection* connection) : client(connection) {}
+    Page(SoupWebsocketConnection* connection, Rect screen) : client(connection), damage(screen) {}
     WebSocketClient client;
-    Rect damage{0, 0, screen::Compositor::Width, screen::Compositor::Height};
+    Rect damage;
     uint32_t sent = 0;
     uint32_t acknowledged = 0;
     // Where the finger is while it is down.
@@ -71,7 +71,7 @@ Screen::Screen(screen::Compositor& compositor, std::function<void(std::vector<st
 Screen::~Screen() = default;
 
 void Screen::add(SoupWebsocketConnection* connection) {
-    auto owned = std::make_unique<Page>(connection);
+    auto owned = std::make_unique<Page>(connection, m_compositor.size().area());
     if (m_pages.size() >= MaxScreenPages) {
         owned->client.close("too many pages");
         return;
@@ -84,7 +84,7 @@ void Screen::add(SoupWebsocketConnection* connection) {
             serve(page);
             return;
         }
-        auto words = pageCommand(message);
+        auto words = pageCommand(message, m_compositor.size());
         if (words.empty()) {
             return;
         }
@@ -101,6 +101,8 @@ void Screen::add(SoupWebsocketConnection* connection) {
         }
         m_pages.remove_if([&](const auto& other) { return other.get() == &page; });
     };
+    const ScreenSize& size = m_compositor.size();
+    page.client.sendText(nlohmann::json{{"width", size.width}, {"height", size.height}}.dump());
     serve(page);
 }
 

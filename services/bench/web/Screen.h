@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Rect.h"
+#include "base/ScreenSize.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -21,7 +22,7 @@ namespace zm::bench::web {
 class WebSocketClient;
 
 /** The bench's command that a page's message stands for, its place inside the screen; empty if it stands for none. */
-std::vector<std::string> pageCommand(const nlohmann::json& message);
+std::vector<std::string> pageCommand(const nlohmann::json& message, ScreenSize screen = {});
 
 /**
  * The screen for pages: sends each the rectangles that changed and takes their touches. A page acknowledges

@@ -20,9 +20,9 @@ inline constexpr int RingFd = 5;    ///< shared memory of the pictures
 
 /** The ring's places, each of them a picture. */
 inline constexpr uint32_t Slots = 3;
-inline constexpr int Stride = PictureWidth * 4;
-inline constexpr size_t SlotBytes = size_t{Stride} * PictureHeight;
-inline constexpr size_t RingBytes = Slots * SlotBytes;
+inline const int Stride = PictureWidth * 4;
+inline const size_t SlotBytes = static_cast<size_t>(Stride) * static_cast<size_t>(PictureHeight);
+inline const size_t RingBytes = Slots * SlotBytes;
 
 /** "This place holds a picture of that item", and, on the way back, "this place is free". */
 struct FrameNote {

@@ -7,10 +7,10 @@ namespace zm::disc::engine {
 
 DrawPicture copyOf(const uint8_t* pixels, int stride) {
     return [pixels, stride](uint8_t* to, int toStride) {
-        constexpr size_t RowBytes = size_t{4} * PictureWidth;
+        const size_t rowBytes = size_t{4} * static_cast<size_t>(PictureWidth);
         for (int row = 0; row < PictureHeight; ++row) {
             std::memcpy(to + static_cast<ptrdiff_t>(row) * toStride,
-                        pixels + static_cast<ptrdiff_t>(row) * stride, RowBytes);
+                        pixels + static_cast<ptrdiff_t>(row) * stride, rowBytes);
         }
     };
 }

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "base/ScreenSize.h"
+
 #include <cstdint>
 #include <functional>
 
 namespace zm::disc::engine {
 
-/** Size of the decoder's picture in pixels. */
-inline constexpr int PictureWidth = 800;
-inline constexpr int PictureHeight = 480;
+/** Size of the decoder's picture in pixels: that of the unit's screen. */
+inline const int PictureWidth = screenSize().width;
+inline const int PictureHeight = screenSize().height;
 
 /** Writes each pixel of a picture: 32 bits (B G R and one byte of no meaning); a row has `stride` bytes. */
 using DrawPicture = std::function<void(uint8_t* pixels, int stride)>;

@@ -24,7 +24,8 @@ constexpr uint64_t MaxPasses = 64;
 constexpr uint64_t Copies = 3;
 
 // A photo is decoded to no fewer pixels than this, which the screen shows when it is enlarged three times.
-constexpr uint64_t FewestPixels = uint64_t{3 * PictureWidth} * (3 * PictureHeight);
+const uint64_t FewestPixels =
+    uint64_t{9} * static_cast<uint64_t>(PictureWidth) * static_cast<uint64_t>(PictureHeight);
 // The greatest step of the decoder: a quarter of both sides.
 constexpr uint64_t MostHalvings = 2;
 

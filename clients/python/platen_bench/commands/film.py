@@ -29,7 +29,7 @@ class FilmCommands(Caller):
     @form("film FILE.webm [--seconds SECONDS] [--overwrite]", "film --stop")
     @contextmanager
     def film(self, file: Union[str, "os.PathLike[str]"], overwrite: bool = False) -> Iterator[Film]:
-        """Films the screen, with the fingers on it, and the sound while the block runs; WebM, 800 x 480.
+        """Films the screen, with the fingers on it, and the sound while the block runs; WebM, of the screen's size.
 
             with unit.film("next.webm") as film:
                 unit.tap("Next")

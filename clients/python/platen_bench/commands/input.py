@@ -11,7 +11,7 @@ from .base import Caller, form
 
 
 class InputCommands(Caller):
-    """What the driver does with the screen and the hard keys. Places are pixels of the 800 x 480 screen."""
+    """What the driver does with the screen and the hard keys. Places are pixels of the screen."""
 
     @form("key CODE|NAME")
     def key(self, key: Union[str, int]) -> None:

@@ -89,7 +89,7 @@ class ScreenCommands(Caller):
 
     @form("shot [--now] FILE.png|FILE.jpg")
     def picture(self, file: Optional[Union[str, "os.PathLike[str]"]] = None, now: bool = False) -> bytes:
-        """What the driver sees, as a PNG of 800 x 480 pixels; also written to `file` if one is named.
+        """What the driver sees, as a PNG of the screen's size; also written to `file` if one is named.
 
         What fades has faded, unless it is wanted `now`. A name that ends with .jpg gives a JPEG. Raises CommandFailed if
         the file cannot be written. Compare pictures by `digest`: of two that differ pytest would explain every byte,

@@ -49,27 +49,32 @@ double startTime(const std::string& runtime, const std::string& build) {
     return millisecondsSince(unit.started);
 }
 
+void publish(zm::PpsFile& object, const std::string& lines) {
+    const auto written = object.write(lines);
+    require(static_cast<bool>(written), "a change was not published");
+}
+
 void wayToTheScreen(BenchUnit& unit, const Seen& seen, const std::string& runtime) {
     auto device = openObject(runtime, "device");
     auto status = openObject(runtime, "status");
     auto playing = openObject(runtime, "playing");
-    device.write("disc::1\nmixedtype::2\nmediatype::2\n");
-    status.write("discstate::2\n");
+    publish(device, "disc::1\nmixedtype::2\nmediatype::2\n");
+    publish(status, "discstate::2\n");
     std::this_thread::sleep_for(500ms);
     std::vector<double> times;
     for (int second = 1; second <= 300; ++second) {
         uint64_t before = 0;
         unit.run([&](bench::unit::HeadUnit&) { before = seen.frames; });
         const auto start = Clock::now();
-        playing.write("playtime:json:{\"time\":" + std::to_string(second) +
-                      ",\"tracktime\":400,\"times\":0}\n");
+        publish(playing,
+                "playtime:json:{\"time\":" + std::to_string(second) + ",\"tracktime\":400,\"times\":0}\n");
         require(unit.waitFor([&] { return seen.frames > before; }), "a change never reached the screen");
         times.push_back(millisecondsSince(start));
         std::this_thread::sleep_for(10ms);
     }
     print({"PPS change to composed frame, median", "ms", median(times), 3});
     print({"PPS change to composed frame, 99th percentile", "ms", percentile(times, 0.99), 15});
-    status.write("discstate::6\n");
+    publish(status, "discstate::6\n");
     std::this_thread::sleep_for(500ms);
     int pid = 0;
     unit.run([&](bench::unit::HeadUnit& head) { pid = head.shell().pid(); });

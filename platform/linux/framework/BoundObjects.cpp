@@ -91,9 +91,9 @@ void BoundObjects::report(const std::string& object, std::string text) const {
         for (const auto& [binding, as] : m_bindings) {
             if (binding.object == object && binding.attribute == attribute.attr_name) {
                 const auto member = members.find(binding.member);
-                const bool text = member != members.end() && member->is_string();
+                const bool isText = member != members.end() && member->is_string();
                 const std::string value = binding.member.empty() ? whole
-                                          : text                 ? member->get<std::string>()
+                                          : isText               ? member->get<std::string>()
                                                                  : std::string();
                 const bool picture = as == BoundAs::Picture && !value.empty();
                 m_onValue(binding, value, picture ? readPictureFile(value) : nullptr);

@@ -11,7 +11,7 @@ using namespace zm::disc::engine;
 namespace {
 
 const int Stride = 4 * PictureWidth + 64; // a screen's rows may be longer than they show
-using Pixel = std::array<int, 3>;             // red, green, blue
+using Pixel = std::array<int, 3>;         // red, green, blue
 
 /** A picture as a decoder gives it, made point by point. */
 class Planes {

@@ -44,26 +44,10 @@ constexpr std::array<MemberName, 9> windowNames = {{{"id", true},
                                                     {"touch"},
                                                     {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
-constexpr std::array<MemberName, 20> itemNames = {{{"id", true},
-                                                   {"kind", true},
-                                                   {"rect", true},
-                                                   {"style", true},
-                                                   {"in"},
-                                                   {"text"},
-                                                   {"icon"},
-                                                   {"icons"},
-                                                   {"pictureOfText"},
-                                                   {"bound"},
-                                                   {"movesWhile"},
-                                                   {"state"},
-                                                   {"visible"},
-                                                   {"enabled"},
-                                                   {"touch"},
-                                                   {"whenText"},
-                                                   {"anchor"},
-                                                   {"mirrors"},
-                                                   {"total"},
-                                                   {"elapsed"}}};
+constexpr std::array<MemberName, 20> itemNames = {
+    {{"id", true}, {"kind", true},    {"rect", true}, {"style", true}, {"in"},    {"text"},    {"icon"},
+     {"icons"},    {"pictureOfText"}, {"bound"},      {"movesWhile"},  {"state"}, {"visible"}, {"enabled"},
+     {"touch"},    {"whenText"},      {"anchor"},     {"mirrors"},     {"total"}, {"elapsed"}}};
 
 /** A change names the item and any of the others. */
 constexpr std::array<MemberName, itemNames.size()> changeNames = [] {

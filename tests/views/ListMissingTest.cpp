@@ -18,8 +18,11 @@ public:
         const std::string file = m_folder.path() + "/DISC.zmrc_device";
         std::ifstream whole(file);
         std::string rest;
+        bool inList = false; // its description may go over several lines
         for (std::string line; std::getline(whole, line);) {
-            rest += line.find(R"("kind": "list")") == std::string::npos ? line + "\n" : "";
+            inList = inList || line.find(R"("kind": "list")") != std::string::npos;
+            rest += inList ? "" : line + "\n";
+            inList = inList && line.find('}') == std::string::npos;
         }
         std::ofstream(file) << rest;
     }

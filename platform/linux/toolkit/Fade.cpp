@@ -13,13 +13,13 @@ namespace {
 constexpr std::ptrdiff_t bytesPerPixel = 4;
 /** The first step is one frame on already: nobody sees a frame without a change. */
 constexpr int64_t firstStepMs = 16;
-constexpr uint32_t whole = 256;
+constexpr uint32_t fullMix = 256;
 
 // Two channels at a time, so that the compiler can take several pixels at once. Of equal channels it makes the same one.
 uint32_t mixed(uint32_t before, uint32_t after, uint32_t part) {
     constexpr uint32_t even = 0x00FF00FF;
-    const uint32_t low = ((before & even) * (whole - part) + (after & even) * part) >> 8 & even;
-    const uint32_t high = ((before >> 8 & even) * (whole - part) + (after >> 8 & even) * part) & ~even;
+    const uint32_t low = ((before & even) * (fullMix - part) + (after & even) * part) >> 8 & even;
+    const uint32_t high = ((before >> 8 & even) * (fullMix - part) + (after >> 8 & even) * part) & ~even;
     return high | low;
 }
 
@@ -115,7 +115,7 @@ void Fade::copy(uint8_t* pixels, const Rect& area) const {
 }
 
 void Fade::mix(uint8_t* pixels, const Rect& area) const {
-    const auto part = static_cast<uint32_t>(std::lround(m_done * whole));
+    const auto part = static_cast<uint32_t>(std::lround(m_done * fullMix));
     for (int y = area.y; y < area.y + area.h; ++y) {
         const std::ptrdiff_t at = std::ptrdiff_t{y} * m_stride + area.x * bytesPerPixel;
         const auto* before = reinterpret_cast<const uint32_t*>(m_before.data() + at);

@@ -2,6 +2,7 @@
 
 #include "base/Image.h"
 #include "base/Result.h"
+#include "base/ScreenSize.h"
 #include "base/UniqueFd.h"
 #include "services/film/Moment.h"
 

@@ -137,12 +137,14 @@ TEST_F(Vcd, ItsFilmsAreShown) {
 TEST_F(Vcd, FilmsThatWereCopiedOffADiscPlay) {
     constexpr size_t EmptySectors = 30;
     constexpr size_t SectorHead = 24;
+    constexpr size_t ModePlace = 15;
     const std::string mark("\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\0", 12);
     const auto sectorsOf = [&](const std::string& colour) {
         std::string sectors = dataSectors(
             std::string(EmptySectors * FilmBytes, '\0') + readFile(film(colour, 8)), FilmBytes, SectorHead);
         for (size_t at = 0; at < sectors.size(); at += SectorBytes) {
             sectors.replace(at, mark.size(), mark);
+            sectors[at + ModePlace] = 2;
         }
         return sectors;
     };
@@ -150,6 +152,7 @@ TEST_F(Vcd, FilmsThatWereCopiedOffADiscPlay) {
     const std::string header = "RIFF" + length + "CDXAfmt \x10" + std::string(3 + 16, '\0') + "data" + length;
     writeFile(m_disc / "mpegav/avseq01.dat", header + sectorsOf("red"));
     writeFile(m_disc / "mpegav/avseq02.dat", header + sectorsOf("blue"));
+    writeFile(m_disc / "mpegav/avseq03.dat", sectorsOf("cyan")); // the sectors alone
     m_unit.play(m_disc.path().string());
     EXPECT_TRUE(shows(red));
     m_unit.mark();
@@ -159,6 +162,13 @@ TEST_F(Vcd, FilmsThatWereCopiedOffADiscPlay) {
     m_unit.command(1);
     nextTip(3);
     EXPECT_TRUE(shows(blue));
+    m_unit.command(1);
+    nextTip(3);
+    EXPECT_TRUE(shows({0, 255, 255}));
+    m_unit.mark();
+    EXPECT_NEAR(nextSecond().json()["tracktime"].get<int>(), 8, 1);
+    m_unit.command(185, 5);
+    m_unit.next("playtime", [](const Published& each) { return each.json()["time"] >= 6; });
 }
 
 TEST_F(Vcd, TheLengthIsThatOfTheFilm) {

@@ -2,6 +2,7 @@
 
 #include "base/Threads.h"
 #include "services/disc/engine/ScratchReader.h"
+#include "services/disc/medium/RawFilm.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -51,7 +52,7 @@ struct Feed::Shared {
             return;
         }
         if (scratch == Scratch::IsPassedOver) {
-            *reader = std::make_unique<ScratchReader>(std::move(*reader));
+            *reader = medium::withoutSectors(std::make_unique<ScratchReader>(std::move(*reader)));
         }
         std::unique_lock lock(shared->mutex);
         shared->size = (*reader)->size();

@@ -18,7 +18,21 @@ constexpr std::string_view Sync("\0\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\0", 
 constexpr size_t ModePlace = 15;
 constexpr uint64_t LookedAt = 16;
 
-std::optional<int> modeAt(ByteReader& image, uint64_t place) {
+// The format of its sectors, of which the first and one further on are looked at; null if it has none.
+const image::TrackFormat* formatOf(const std::string& path) {
+    const auto reader = openSlice(path, 0, UINT64_MAX, path);
+    const auto mode = reader ? sectorModeAt(**reader, 0) : std::nullopt;
+    for (const uint64_t size : {image::SoundSectorBytes, image::LongSectorBytes}) {
+        if (mode && sectorModeAt(**reader, LookedAt * size)) {
+            return image::trackFormat("MODE" + std::to_string(*mode) + "/" + std::to_string(size));
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::optional<int> sectorModeAt(ByteReader& image, uint64_t place) {
     std::string header(ModePlace + 1, '\0');
     const auto count = image.readAt(place, header);
     if (!count || *count < header.size() || header.compare(0, Sync.size(), Sync) != 0) {
@@ -27,20 +41,6 @@ std::optional<int> modeAt(ByteReader& image, uint64_t place) {
     const int mode = header[ModePlace];
     return mode == 1 || mode == 2 ? std::optional(mode) : std::nullopt;
 }
-
-// The format of its sectors, of which the first and one further on are looked at; null if it has none.
-const image::TrackFormat* formatOf(const std::string& path) {
-    const auto reader = openSlice(path, 0, UINT64_MAX, path);
-    const auto mode = reader ? modeAt(**reader, 0) : std::nullopt;
-    for (const uint64_t size : {image::SoundSectorBytes, image::LongSectorBytes}) {
-        if (mode && modeAt(**reader, LookedAt * size)) {
-            return image::trackFormat("MODE" + std::to_string(*mode) + "/" + std::to_string(size));
-        }
-    }
-    return nullptr;
-}
-
-} // namespace
 
 bool isRawImage(const std::string& path) {
     return formatOf(path) != nullptr;

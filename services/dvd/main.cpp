@@ -1,15 +1,20 @@
 #include "base/About.h"
 #include "services/dvd/CircleWatch.h"
 #include "services/dvd/Navigator.h"
+#include "services/dvd/VersionedNames.h"
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstdarg>
 #include <cstdio>
 #include <optional>
 
@@ -74,6 +79,63 @@ void serve(Navigator& navigator, CircleWatch& watch) {
 // calls: nothing here decrypts.
 extern "C" void* dlopen(const char*, int) noexcept {
     return nullptr;
+}
+
+// The library knows the files of a folder by their bare names. It is told those, and asked for one it gets that with the
+// version.
+namespace {
+
+VersionedNames& versionedNames() {
+    static VersionedNames names;
+    return names;
+}
+
+template <class Function>
+Function* realCall(const char* name) {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+template <class Call>
+int withVersion(const char* path, Call call) {
+    const int result = call(path);
+    if (result >= 0 || errno != ENOENT) {
+        return result;
+    }
+    const std::string original = versionedNames().original(path);
+    errno = ENOENT;
+    return original.empty() ? result : call(original.c_str());
+}
+
+} // namespace
+
+extern "C" {
+
+dirent* readPlainName(DIR*) __asm__("readdir");
+int openPlainName(const char*, int, ...) __asm__("open");
+int statPlainName(const char*, struct stat*) __asm__("stat");
+
+dirent* readPlainName(DIR* folder) {
+    static auto* const real = realCall<dirent*(DIR*)>("readdir");
+    dirent* const entry = real(folder);
+    if (entry) {
+        versionedNames().strip(entry->d_name);
+    }
+    return entry;
+}
+
+int openPlainName(const char* path, int flags, ...) {
+    static auto* const real = realCall<int(const char*, int, ...)>("open");
+    va_list rest;
+    va_start(rest, flags);
+    const int mode = flags & O_CREAT ? va_arg(rest, int) : 0;
+    va_end(rest);
+    return withVersion(path, [&](const char* name) { return real(name, flags, mode); });
+}
+
+int statPlainName(const char* path, struct stat* info) {
+    static auto* const real = realCall<int(const char*, struct stat*)>("stat");
+    return withVersion(path, [&](const char* name) { return real(name, info); });
+}
 }
 
 int main(int argc, char** argv) {

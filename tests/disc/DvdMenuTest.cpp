@@ -50,6 +50,20 @@ TEST_F(Dvd, AFolderWithSmallLettersIsOneToo) {
     EXPECT_TRUE(shows(cyan));
 }
 
+TEST_F(Dvd, AFolderWhoseNamesCarryVersionsIsOneToo) {
+    TempFolder disc;
+    std::filesystem::create_directories(disc / "VIDEO_TS");
+    for (const auto& file : std::filesystem::directory_iterator(dvdFolder(DvdKind::Menus) + "/VIDEO_TS")) {
+        std::filesystem::create_symlink(file.path(),
+                                        disc / ("VIDEO_TS/" + file.path().filename().string() + ";1"));
+    }
+    playDisc(disc.path().string());
+    nextMenu();
+    touchButton(2);
+    nextPlace(2, 1);
+    EXPECT_TRUE(shows(cyan));
+}
+
 TEST_F(Dvd, ATouchPressesTheButtonUnderTheFinger) {
     play(DvdKind::Menus);
     nextMenu();

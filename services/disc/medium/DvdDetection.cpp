@@ -1,5 +1,6 @@
 #include "services/disc/medium/DvdDetection.h"
 
+#include "services/disc/medium/FolderMedium.h"
 #include "services/disc/model/DiscIdentity.h"
 
 #include <algorithm>
@@ -21,7 +22,15 @@ char large(char letter) {
     return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
-bool isCalled(const std::string& name, std::string_view wanted) {
+// Some programs copy files with the version that they have on the disc: "VIDEO_TS.IFO;1".
+std::string_view withoutVersion(std::string_view name) {
+    const size_t mark = name.rfind(';');
+    const bool isVersion = mark != std::string_view::npos && mark + 1 < name.size() &&
+                           name.find_first_not_of("0123456789", mark + 1) == std::string_view::npos;
+    return isVersion ? name.substr(0, mark) : name;
+}
+
+bool isCalled(std::string_view name, std::string_view wanted) {
     return std::equal(name.begin(), name.end(), wanted.begin(), wanted.end(),
                       [](char a, char b) { return large(a) == b; });
 }
@@ -32,7 +41,7 @@ std::string identityOf(std::string_view table, const std::vector<Entry>& entries
     identity.addFile("", table.size(), table, "");
     for (const auto& each : entries) {
         if (each.type == Entry::Type::File) {
-            std::string name = each.rawName;
+            std::string name(withoutVersion(each.rawName));
             std::transform(name.begin(), name.end(), name.begin(), large);
             identity.addFile(name, each.size, "", "");
         }
@@ -54,20 +63,23 @@ std::optional<model::DvdMark> readTable(Medium& medium, const std::string& file,
     return model::DvdMark{static_cast<uint8_t>(bytes[RegionsAt]), identityOf({bytes.data(), *count}, beside)};
 }
 
-const Entry* fileCalled(const std::vector<Entry>& entries, std::string_view wanted) {
+const Entry* fileCalled(const std::vector<Entry>& entries, std::string_view wanted, bool versions) {
     const auto found = std::find_if(entries.begin(), entries.end(), [=](const Entry& each) {
-        return each.type == Entry::Type::File && isCalled(each.rawName, wanted);
+        return each.type == Entry::Type::File &&
+               isCalled(versions ? withoutVersion(each.rawName) : each.rawName, wanted);
     });
     return found == entries.end() ? nullptr : &*found;
 }
 
 std::optional<model::DvdMark> findTable(Medium& medium, const std::string& folder,
                                         const std::vector<Entry>& entries) {
-    if (!fileCalled(entries, tables.front())) {
+    // The reader takes versions off the names of a folder, and reads the file system of an image by itself.
+    const bool versions = medium.description().form == FolderMedium::Form;
+    if (!fileCalled(entries, tables.front(), versions)) {
         return std::nullopt; // the reader does not go by the copy alone
     }
     for (const auto table : tables) {
-        if (const Entry* entry = fileCalled(entries, table)) {
+        if (const Entry* entry = fileCalled(entries, table, versions)) {
             const std::string path = folder.empty() ? entry->rawName : folder + "/" + entry->rawName;
             if (const auto mark = readTable(medium, path, entries)) {
                 return mark;

@@ -9,7 +9,7 @@ namespace zm::disc::medium {
 
 /**
  * Whether a disc is a DVD-Video: a folder VIDEO_TS (or the root itself) with the disc's table of contents,
- * VIDEO_TS.IFO, in any case of letters; where that is damaged its copy VIDEO_TS.BUP counts. Reads as much as that takes; may block as
+ * VIDEO_TS.IFO, in any case of letters, in a folder with or without a version (";1"); where that is damaged its copy VIDEO_TS.BUP counts. Reads as much as that takes; may block as
  * long as the drive does.
  */
 std::optional<model::DvdMark> findDvd(Medium& medium);

@@ -12,7 +12,9 @@
 
 namespace zm::disc::medium {
 
-FolderMedium::FolderMedium(std::string root) : m_root(std::move(root)) {}
+FolderMedium::FolderMedium(std::string root) : m_root(std::move(root)) {
+    describe({Form, {}, {}});
+}
 
 std::string FolderMedium::label() const {
     std::error_code error;

@@ -8,6 +8,9 @@ namespace zm::disc::medium {
 /** A disc that is a folder: a mounted drive or any folder of files. Links are followed. */
 class FolderMedium : public Medium {
 public:
+    /** What its description says of it. */
+    static constexpr const char* Form = "folder";
+
     explicit FolderMedium(std::string root);
     std::string label() const override;
     Result<std::vector<Entry>> list(const std::string& folder) override;

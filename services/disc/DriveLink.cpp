@@ -27,9 +27,7 @@ void DriveLink::open(bool byHand) {
     const std::string path = m_optical.path();
     m_drive.awaitDisc(path);
     const auto begun = runInBackground([this, path, byHand, mailbox = m_mailbox] {
-        auto medium = mechanism::holdsOnlySound(path)
-                          ? Error{path + ": an audio CD, which is read from its image only"}
-                          : medium::openMedium(path);
+        auto medium = medium::openMedium(path);
         mailbox->post([this, path, byHand, medium = std::move(medium)] {
             if (medium) {
                 m_drive.insertOpened(path, *medium, byHand);

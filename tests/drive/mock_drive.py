@@ -10,6 +10,8 @@ from typing import Any, List, Optional
 
 import gi
 
+from mock_cd import Cd
+
 gi.require_version("UMockdev", "1.0")
 from gi.repository import GLib, UMockdev  # noqa: E402
 
@@ -27,10 +29,9 @@ A: dev=11:0
 """
 
 # Of linux/cdrom.h.
-EJECT, LOCK_DOOR, DRIVE_STATUS, DISC_STATUS = 0x5309, 0x5329, 0x5326, 0x5327
+EJECT, LOCK_DOOR, DRIVE_STATUS = 0x5309, 0x5329, 0x5326
 NO_DISC, TRAY_OPEN, NOT_READY, DISC_OK = 1, 2, 3, 4
-DATA_DISC, AUDIO_DISC = 101, 100
-EBUSY, ENOTTY = 16, 25
+EBUSY, ENOTTY, ENOMEDIUM = 16, 25, 123
 
 
 class _Kernel(UMockdev.IoctlBase):  # type: ignore[misc]
@@ -39,9 +40,15 @@ class _Kernel(UMockdev.IoctlBase):  # type: ignore[misc]
     drive: "MockDrive"
 
     def do_handle_ioctl(self, client: Any) -> bool:
-        result, error = self.drive.answer(client.get_request())
-        client.complete(result, error)
+        if self.drive.hangs:
+            self.drive.waiting.append(client)
+        else:
+            self.carry_out(client)
         return True
+
+    def carry_out(self, client: Any) -> None:
+        result, error = self.drive.answer(client.get_request(), client.get_arg())
+        client.complete(result, error)
 
 
 class MockDrive:
@@ -51,7 +58,9 @@ class MockDrive:
         self._testbed = UMockdev.Testbed.new()
         self.root: str = self._testbed.get_root_dir()
         self.status = NO_DISC
-        self.kind = DATA_DISC
+        self.cd: Optional[Cd] = None  #: a disc with tracks of sound
+        self.hangs = False  #: it answers nothing, until `wake`
+        self.waiting: List[Any] = []  #: what it has been asked meanwhile
         self.refuses: Optional[int] = None  #: with this error the disc stays inside
         self.asked: List[int] = []  #: all that the kernel was asked, oldest first
         self._kernel = _Kernel()
@@ -66,12 +75,10 @@ class MockDrive:
     def close(self) -> None:
         self._loop.quit()
 
-    def answer(self, request: int) -> "tuple[int, int]":
+    def answer(self, request: int, argument: Any) -> "tuple[int, int]":
         self.asked.append(request)
         if request == DRIVE_STATUS:
             return self.status, 0
-        if request == DISC_STATUS:
-            return self.kind, 0
         if request == LOCK_DOOR:
             return 0, 0
         if request == EJECT:
@@ -79,7 +86,20 @@ class MockDrive:
                 return -1, self.refuses
             self.take_out()
             return 0, 0
-        return -1, ENOTTY
+        if self.status != DISC_OK:
+            return -1, ENOMEDIUM
+        return self.cd.answer(request, argument) if self.cd else (-1, ENOTTY)
+
+    def wake(self) -> None:
+        """After it has hung."""
+
+        def answer_all() -> bool:
+            self.hangs = False
+            while self.waiting:
+                self._kernel.carry_out(self.waiting.pop(0))
+            return False
+
+        GLib.idle_add(answer_all)
 
     def plug_in(self) -> None:
         self._testbed.uevent(SYS_PATH, "add")
@@ -87,6 +107,7 @@ class MockDrive:
     def pull_out(self) -> None:
         """The drive itself vanishes from the machine, with the disc inside."""
         self.status = NO_DISC
+        self.cd = None
         self._node.write_bytes(b"")
         self._testbed.uevent(SYS_PATH, "remove")
 
@@ -97,8 +118,20 @@ class MockDrive:
         self.status = status
         self._change("DISK_MEDIA_CHANGE", "ID_CDROM_MEDIA")
 
+    def put_in_cd(self, cd: Cd, files: Optional[Path] = None, status: int = DISC_OK) -> None:
+        """A disc with these tracks, and `files` as the file system of its data track."""
+        with open(self._node, "wb") as node:
+            node.truncate(min(max(cd.end, 0), 450000) * 2048)
+            if files:
+                node.seek(cd.begins[min(cd.data) - cd.first] * 2048)
+                node.write(files.read_bytes())
+        self.cd = cd
+        self.status = status
+        self._change("DISK_MEDIA_CHANGE", "ID_CDROM_MEDIA")
+
     def take_out(self) -> None:
         self.status = TRAY_OPEN
+        self.cd = None
         self._node.write_bytes(b"")
         self._change("DISK_MEDIA_CHANGE")
 

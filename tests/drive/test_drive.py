@@ -11,7 +11,7 @@ from typing import Any, Dict, Iterator
 
 import pytest
 
-from mock_drive import AUDIO_DISC, EBUSY, EJECT, LOCK_DOOR, NOT_READY, DISC_OK, MockDrive
+from mock_drive import EBUSY, EJECT, LOCK_DOOR, NOT_READY, DISC_OK, MockDrive
 from platen_bench import Bench
 from platen_bench.discs import make_disc
 
@@ -143,17 +143,6 @@ def test_a_disc_that_takes_20_seconds_to_spin_up(drive: MockDrive, unit: Bench, 
         time.sleep(1)
     drive.status = DISC_OK
     plays(unit)
-
-
-def test_what_a_drive_cannot_give_is_said(drive: MockDrive, unit: Bench, image: Path, tmp_path: Path) -> None:
-    until(unit, state="empty")
-    drive.kind = AUDIO_DISC
-    drive.put_in(image)
-    until(unit, state="error", text="/dev/sr0: an audio CD, which is read from its image only")
-    unit.expect(STATE, "==", ERROR, within=10)
-    unit.eject()
-    until(unit, state="empty")
-    assert EJECT in drive.asked
 
 
 def until_coloured(unit: Bench, *wanted: int) -> None:

@@ -57,11 +57,6 @@ std::string pathOf(GUdevDevice* device) {
 
 } // namespace
 
-bool holdsOnlySound(const std::string& path) {
-    const UniqueFd drive = openDrive(path);
-    return drive.valid() && ::ioctl(drive.get(), CDROM_DISC_STATUS, 0) == CDS_AUDIO;
-}
-
 OpticalDrive::OpticalDrive(EventLoop& loop, std::string wanted, DriveEvents events)
     : m_loop(loop), m_wanted(std::move(wanted)), m_events(std::move(events)),
       m_mailbox(std::make_shared<Mailbox>(loop)) {}

@@ -73,7 +73,4 @@ private:
     SourceHandle m_ejecting;
 };
 
-/** Whether the disc in the drive at `path` is an audio CD without any files. May take as long as the drive does. */
-bool holdsOnlySound(const std::string& path);
-
 } // namespace zm::disc::mechanism

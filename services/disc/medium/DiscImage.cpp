@@ -6,6 +6,7 @@
 #include "services/disc/image/NrgTrailer.h"
 #include "services/disc/image/TocFile.h"
 #include "services/disc/log/Log.h"
+#include "services/disc/medium/CdSoundReader.h"
 #include "services/disc/medium/SheetFiles.h"
 #include "services/disc/medium/SliceReader.h"
 #include "services/disc/text/Charset.h"
@@ -215,6 +216,14 @@ std::optional<NrgTrailerPlace> findNrgTrailer(const std::string& path) {
     return begin ? std::optional(NrgTrailerPlace{*begin, size}) : std::nullopt;
 }
 
+Result<std::unique_ptr<ByteReader>> openPiece(const TrackPiece& piece, const std::string& name) {
+    if (piece.form == Form::Drive) {
+        return openCdSound(piece.file, piece.offset / image::SoundSectorBytes,
+                           piece.size / image::SoundSectorBytes, name);
+    }
+    return openSlice(piece.file, piece.offset, piece.size, name);
+}
+
 /** The pieces of a track, one behind the other. */
 class PieceReader : public ByteReader {
 public:
@@ -335,7 +344,7 @@ Result<std::unique_ptr<ByteReader>> openTrack(const ImageTrack& track, const std
     for (const auto& piece : track.pieces) {
         std::unique_ptr<ByteReader> bytes;
         if (piece.form != Form::Silence) {
-            auto opened = openSlice(piece.file, piece.offset, piece.size, name);
+            auto opened = openPiece(piece, name);
             if (!opened) {
                 return opened;
             }

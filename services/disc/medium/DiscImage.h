@@ -7,7 +7,13 @@ namespace zm::disc::medium {
 
 /** A run of a track's bytes in an image. */
 struct TrackPiece {
-    enum class Form { Silence, Plain, Swapped, Encoded } form = Form::Plain;
+    enum class Form {
+        Silence,
+        Plain,
+        Swapped,
+        Encoded,
+        Drive ///< sound that a drive is asked for by sectors; `file` is the drive
+    } form = Form::Plain;
     std::string file; ///< path; empty for silence
     uint64_t offset = 0;
     uint64_t size = 0;

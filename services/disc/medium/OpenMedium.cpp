@@ -1,6 +1,7 @@
 #include "services/disc/medium/OpenMedium.h"
 
 #include "services/disc/image/SheetText.h"
+#include "services/disc/medium/CdDrive.h"
 #include "services/disc/medium/FileSystem.h"
 #include "services/disc/medium/FolderMedium.h"
 #include "services/disc/medium/ImageMedium.h"
@@ -40,9 +41,10 @@ Opened openImage(Result<DiscImage> image, const std::string& form) {
 }
 
 Opened openFolder(const std::string& path) {
-    std::shared_ptr<Medium> medium = std::make_shared<FolderMedium>(path);
-    medium->describe({"folder", {}, {}});
-    return medium;
+    return std::shared_ptr<Medium>(std::make_shared<FolderMedium>(path));
+}
+Opened openCd(const std::string& path) {
+    return openImage(readCdDrive(path), "CD in a drive");
 }
 Opened openCue(const std::string& path) {
     return openImage(readCueImage(path), "cue sheet");
@@ -72,6 +74,10 @@ bool isFolder(const std::string& path) {
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
+bool isCd(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && S_ISBLK(info.st_mode) && isCdDrive(path);
+}
 bool isSectors(const std::string& path) {
     return hasExtension(path, ".BIN") || hasExtension(path, ".IMG") || hasExtension(path, ".SUB");
 }
@@ -87,6 +93,7 @@ struct Row {
 };
 constexpr Row table[] = {
     {isFolder, openFolder},
+    {isCd, openCd},
     {[](const std::string& path) { return hasExtension(path, ".CUE"); }, openCue},
     {[](const std::string& path) { return hasExtension(path, ".TOC"); }, openToc},
     {[](const std::string& path) { return hasExtension(path, ".CCD"); }, openCcd},

@@ -123,6 +123,8 @@ GOALS = (
     Goal("ci", "time", "what every change must pass takes at most 40 minutes", (".ci/run",), within(40)),
     Goal("frames", "benchmarks", "no frame lost in 20 s of a film beside a busy core", ("./dev", "bench", "video-busy"),
          at_most(r'frames lost in 20 s, beside a busy core", "value": ([\d.]+)', 0, " frames")),
+    Goal("dvd-frames", "benchmarks", "no picture lost in a minute of an interlaced DVD", ("env", "ZM_FILM_SECONDS=60", "./dev", "bench", "dvd-unit"),
+         at_most(r'pictures lost in \d+ s of interlaced film", "value": ([\d.]+)', 0, " pictures"), ("./dev", "bench", "dvd-unit")),
     Goal("latency", "benchmarks", "99th percentile of a PPS change's way to a frame at most 15 ms beside a busy core",
          ("./dev", "bench", "unit-busy"), at_most(r'99th percentile, beside a busy core", "value": ([\d.]+)', 15, " ms")),
 )

@@ -39,6 +39,24 @@ TEST_F(PlainPage, FollowsThemeAndLanguageAlsoWhileItIsInFront) {
     EXPECT_EQ(shot(), day) << "one that comes to the front later has them too";
 }
 
+TEST_F(PlainPage, TellsTimeAndCarAlsoWhileItIsInFront) {
+    startBench({"--no-disc-service", "--no-web", "--launcher", "active"});
+    playMusic();
+    must({"time", "09:15"});
+    must({"click", "main", "6", "3", "1"}); // home
+    const std::string morning = shot();
+    must({"time", "09:16"});
+    const std::string minuteLater = shot();
+    EXPECT_NE(minuteLater, morning);
+    must({"device", "6", "255"});
+    const std::string muted = shot();
+    EXPECT_NE(muted, minuteLater);
+    must({"device", "6", "0"});
+    EXPECT_EQ(shot(), minuteLater);
+    must({"time", "09:15"});
+    EXPECT_EQ(shot(), morning);
+}
+
 TEST_F(PlainPage, EachApplicationHasItsOwn) {
     startBench({"--no-disc-service", "--no-web", "--launcher", "active"});
     playMusic();

@@ -74,6 +74,7 @@ Image PlainPages::draw(const std::string& application) {
     m_scene->setLanguage(m_language);
     m_scene->setTheme(m_theme);
     m_scene->showWindow(window, true);
+    showStatus(*m_scene->wndMng().GetUIAnalysisObj(), window, m_status);
     if (window == OtherPage) {
         const std::wstring name(application.begin(), application.end());
         m_scene->wndMng().GetUIAnalysisObj()->SetItemText(window, Title, name.c_str());

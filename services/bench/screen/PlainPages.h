@@ -2,6 +2,7 @@
 
 #include "base/Rect.h"
 #include "platform/linux/toolkit/Scene.h"
+#include "services/bench/screen/CarStatus.h"
 #include "services/bench/screen/Compositor.h"
 
 #include <memory>
@@ -11,7 +12,7 @@ namespace zm::bench::screen {
 
 /**
  * The pages that stand for the other applications of the head unit, laid out by a resource file as the disc player's
- * are: they have its colours and speak its language. On the loop's thread.
+ * are: they have its colours and status bar and speak its language. On the loop's thread.
  */
 class PlainPages : private SceneListener {
 public:
@@ -23,6 +24,7 @@ public:
 
     void setLanguage(const std::string& code) { m_language = code; }
     void setTheme(const std::string& name) { m_theme = name; }
+    void setStatus(const CarStatus& status) { m_status = status; }
     Image draw(const std::string& application);
 
 private:
@@ -35,6 +37,7 @@ private:
     const ScreenSize m_screen;
     std::string m_language = "en";
     std::string m_theme = "night";
+    CarStatus m_status;
     bool m_loaded = false;
     std::unique_ptr<Scene> m_scene; ///< null if the files are faulty
 };

@@ -42,6 +42,8 @@ std::string volumeFile(const HeadUnitOptions& options) {
 // What the vehicle says when the sound is off.
 constexpr int MuteDevice = 6;
 constexpr int Muted = 255;
+constexpr int TemperatureDevice = 7;
+constexpr int BluetoothDevice = 86;
 
 } // namespace
 
@@ -94,7 +96,10 @@ void HeadUnit::connectParts() {
                 std::fprintf(stderr, "zmbench: %s\n", told.error().c_str());
             }
         }
+        showCarStatus();
     };
+    m_vehicle.onTime = [this] { showCarStatus(); };
+    showCarStatus();
     m_car.onTheme = [this](const std::string& theme, ShellServer::Reply reply) {
         setTheme(theme, std::move(reply));
     };
@@ -260,6 +265,17 @@ bool HeadUnit::startApplication() {
         m_application->start();
     }
     return true;
+}
+
+void HeadUnit::showCarStatus() {
+    const ClockSetting& time = m_vehicle.time();
+    m_pages.setStatus({.hour = time.hour,
+                       .minute = time.minute,
+                       .twelveHours = time.format == 1,
+                       .bluetooth = m_vehicle.device(BluetoothDevice).value_or(0),
+                       .muted = m_vehicle.device(MuteDevice) == Muted,
+                       .temperature = m_vehicle.device(TemperatureDevice)});
+    m_launcher.pagesChanged();
 }
 
 void HeadUnit::setLanguage(const std::string& code, ShellServer::Reply reply) {

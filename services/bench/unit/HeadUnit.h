@@ -95,6 +95,8 @@ private:
     void applicationGone(bool inOrder);
     void applicationDown();
     void discInserted();
+    /** The pages of other applications tell what the car says now. */
+    void showCarStatus();
     Json welcome() const;
 
     EventLoop& m_loop;

@@ -45,6 +45,9 @@ std::optional<int> Vehicle::device(int id) const {
 
 void Vehicle::setTime(const ClockSetting& time, ShellServer::Reply reply) {
     m_time = time;
+    if (onTime) {
+        onTime();
+    }
     Json message = timeJson(time);
     message["t"] = "time";
     m_shell.inform(std::move(message), std::move(reply));

@@ -26,6 +26,8 @@ public:
 
     /** A value was set, before the application hears of it. */
     std::function<void(int id, std::optional<int> value)> onDevice;
+    /** The clock was set, before the application hears of it. */
+    std::function<void()> onTime;
 
     /** The start values as the application's welcome has them: "devices", "told" (those that a message was
      * sent about) and "time". */

@@ -77,6 +77,8 @@ const Fault faults[] = {
      ":22: found \"whenText\" without \"in\", expected the item whose text is meant"},
     {"WhenTextUnknown", R"("text": 33})", R"("in": 3, "whenText": [34]})",
      ":22: found 34, expected the id of a text from the section \"texts\""},
+    {"WhileEmptyOfNoList", R"("text": 33})", R"("in": 3, "whileEmpty": true})",
+     ":22: found \"whileEmpty\" for what is not \"in\" a list, expected the list whose rows are meant"},
     {"ElapsedAlone", R"("text": 33})", R"("elapsed": 8})",
      ":22: found \"elapsed\" alone or not for a text, expected a text with \"total\" and \"elapsed\""},
     {"TotalOfNothing", R"("text": 33})", R"("total": 9, "elapsed": 8})",

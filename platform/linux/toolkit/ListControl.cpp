@@ -78,6 +78,15 @@ void CUI_BtList::Impl::drawList() {
     }
 }
 
+void CUI_BtList::Impl::showEmptiness() {
+    for (zm::Item* child : item.children) {
+        if (child->spec.whileEmpty && child->set.visible != rows.empty()) {
+            child->set.visible = child->drawn.visible = rows.empty();
+            pages.damage(item.window, child->bounds());
+        }
+    }
+}
+
 void CUI_BtList::Impl::select(int index) {
     const int before = current;
     current = index;
@@ -112,6 +121,9 @@ bool CUI_BtList::InsertItem(int index, int) {
         ++m_pImpl->current;
     }
     m_pImpl->item.dirty = true;
+    if (count == 0) {
+        m_pImpl->showEmptiness();
+    }
     return true;
 }
 
@@ -122,6 +134,7 @@ bool CUI_BtList::DeleteAllItems() {
     m_pImpl->current = -1;
     m_pImpl->scroll = 0;
     m_pImpl->drawList();
+    m_pImpl->showEmptiness();
     return true;
 }
 

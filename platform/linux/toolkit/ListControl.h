@@ -52,6 +52,8 @@ struct CUI_BtList::Impl {
     int rowAt(int x, int y) const;
     void drawRow(int index);
     void drawList();
+    /** Shows what stands in the place of rows exactly while there are none. */
+    void showEmptiness();
     void select(int index);
     /** Scrolls between the ends and draws. */
     void scrollTo(double position, double furthest);

@@ -103,6 +103,7 @@ struct ItemSpec {
     std::map<int, int> icons;                 ///< picture per button state
     std::map<std::string, int> pictureOfText; ///< a state image: picture chosen by the item's text
     std::vector<int> whenText;                ///< seen only while its parent shows one of these texts
+    bool whileEmpty = false;                  ///< seen only while its parent, a list, has no rows
     int total =
         0; ///< id of the item with the whole time: of a progress bar, or of a text that shows the rest
     int elapsed = 0;        ///< id of the item with the time that is over, of such a text

@@ -44,10 +44,11 @@ constexpr std::array<MemberName, 9> windowNames = {{{"id", true},
                                                     {"touch"},
                                                     {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
-constexpr std::array<MemberName, 20> itemNames = {
-    {{"id", true}, {"kind", true},    {"rect", true}, {"style", true}, {"in"},    {"text"},    {"icon"},
-     {"icons"},    {"pictureOfText"}, {"bound"},      {"movesWhile"},  {"state"}, {"visible"}, {"enabled"},
-     {"touch"},    {"whenText"},      {"anchor"},     {"mirrors"},     {"total"}, {"elapsed"}}};
+constexpr std::array<MemberName, 21> itemNames = {
+    {{"id", true}, {"kind", true}, {"rect", true},    {"style", true}, {"in"},         {"text"},
+     {"icon"},     {"icons"},      {"pictureOfText"}, {"bound"},       {"movesWhile"}, {"state"},
+     {"visible"},  {"enabled"},    {"touch"},         {"whenText"},    {"anchor"},     {"mirrors"},
+     {"total"},    {"elapsed"},    {"whileEmpty"}}};
 
 /** A change names the item and any of the others. */
 constexpr std::array<MemberName, itemNames.size()> changeNames = [] {
@@ -243,6 +244,9 @@ ItemSpec ResourceReader::item(const Node& node) const {
         }
         item.visible = false;
     }
+    if (const Node* empty = node.find("whileEmpty")) {
+        item.whileEmpty = boolean(*empty);
+    }
     if (const Node* anchor = node.find("anchor")) {
         item.anchor = choice(*anchor, anchors);
     }
@@ -307,6 +311,13 @@ void ResourceReader::checkParents(const WindowSpec& window, const std::vector<No
         const ItemSpec& item = window.items[i];
         if (item.parent != 0 && !above.contains(item.parent)) {
             fail(*nodes[i].find("in"), "the id of an item that stands above in this window");
+        }
+        const auto isItsList = [&](const ItemSpec& each) {
+            return each.id == item.parent && each.kind == ItemKind::List;
+        };
+        if (item.whileEmpty && std::none_of(window.items.begin(), window.items.end(), isItsList)) {
+            failFound(*nodes[i].find("whileEmpty"), "\"whileEmpty\" for what is not \"in\" a list",
+                      "the list whose rows are meant");
         }
         for (const auto& [name, other] :
              {std::pair{"total", item.total}, std::pair{"elapsed", item.elapsed}}) {

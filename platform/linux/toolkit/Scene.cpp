@@ -54,6 +54,7 @@ void Scene::Impl::redefine(Resource next) {
     for (const auto& [list, top] : places) {
         list->scroll = top * list->rowHeight();
         list->keptRows.clear();
+        list->showEmptiness();
     }
     makeLists();
     motion.collect();

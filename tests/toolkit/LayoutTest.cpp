@@ -55,7 +55,7 @@ TEST_F(Layout, groupsStandApart) {
 
 TEST_F(Layout, rowsAreSixtyPixelsHighEverywhere) {
     EXPECT_THAT(rowHeights(resource), IsEmpty());
-    styleOf(25, 2000).rowGap = 2;
+    styleOf(25, 2000).rowGap = 1;
     EXPECT_THAT(rowHeights(resource), Contains("window 25 item 2000: rows of 59"));
 }
 

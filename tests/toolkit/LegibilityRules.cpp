@@ -234,6 +234,56 @@ std::vector<std::string> textsOf(const Resource& resource, const WindowSpec& win
     return texts;
 }
 
+/** What discs call things, in the tall and deep letters of each script. */
+const std::vector<std::string> tallNames = {"Ågy", "永鬱圀龍", "أغنية إلى ج"};
+/** The same in the tallest: letters with two marks, and with vowels. */
+const std::vector<std::string> tallestNames = {"ẤỆ Ỗ", "أُغنِيَّة إلىٰ"};
+/** Items that show such names, a row of a list among them. */
+constexpr std::array namedItems = {1012, 2000, 2061, 2063, 2065, 2073};
+
+std::vector<std::string> namesOf(const ItemSpec& item) {
+    std::vector<std::string> names = holds(namedItems, item.id) ? tallNames : std::vector<std::string>();
+    if (!names.empty()) {
+        names.insert(names.end(), tallestNames.begin(), tallestNames.end());
+    }
+    return names;
+}
+
+/** Where a text is drawn: its whole item, below its picture, or a row. */
+Rect placeOfText(const ItemSpec& item, const Style& style) {
+    Rect box = item.rect;
+    if (item.kind == ItemKind::List) {
+        box.h = box.h / style.rows - style.rowGap;
+    } else if (style.iconAt == IconAt::Top) {
+        const int high = style.lines * style.textSize * 4 / 3;
+        box.y += (box.h - style.iconSize - style.gap - high) / 2 + style.iconSize + style.gap;
+        box.h = high;
+    }
+    return box;
+}
+
+/** How far a text's ink leaves its item, or its row, above and below; negative: it does not. */
+struct Beyond {
+    int above;
+    int below;
+};
+Beyond beyond(PangoLayout* layout, const ItemSpec& item, const Style& style) {
+    // As the painter does: one line with its capitals in the middle, several as a block.
+    constexpr double halfCapital = 0.357;
+    PangoRectangle ink;
+    PangoRectangle logical;
+    pango_layout_get_pixel_extents(layout, &ink, &logical);
+    const Rect box = placeOfText(item, style);
+    const int top = style.lines > 1
+                        ? (box.h - logical.height) / 2
+                        : static_cast<int>(std::lround(box.h / 2.0 + halfCapital * style.textSize)) -
+                              PANGO_PIXELS(pango_layout_get_baseline(layout));
+    const bool row = item.kind == ItemKind::List;
+    const Rect whole = row ? box : item.rect;
+    const int first = box.y + top + ink.y;
+    return {whole.y - first, first + ink.height - whole.y - whole.h};
+}
+
 /** Pictures of modes that the application puts into the keys of the music play page. */
 const std::map<int, std::vector<int>> picturesOfItems = {{6503, {94, 95, 165, 166, 87, 88}},
                                                          {6504, {161, 162, 53, 54, 85, 86, 83, 84}}};
@@ -387,8 +437,9 @@ Findings cutTexts(const Resource& resource, FontBook& fonts) {
             findings.push_back(place(window, item) + shown + " is " + std::to_string(wide) +
                                " wide, room for " + std::to_string(room));
         }
-        if (ink.height > item.rect.h) {
-            findings.push_back(place(window, item) + shown + " is " + std::to_string(ink.height) + " high");
+        if (const Beyond out = beyond(layout.get(), item, style); out.above > 0 || out.below > 0) {
+            findings.push_back(place(window, item) + shown + " leaves its place by " +
+                               std::to_string(std::max(out.above, out.below)));
         }
         if (pango_layout_get_unknown_glyphs_count(layout.get()) > 0) {
             findings.push_back(place(window, item) + shown + " has letters without a font");
@@ -399,6 +450,26 @@ Findings cutTexts(const Resource& resource, FontBook& fonts) {
             check(text, window, item, styleOf(resource, item).look(LookState::Normal).bold);
             if (isFace(resource, item)) {
                 check(text, window, item, styleOf(resource, item).look(LookState::Selected).bold);
+            }
+        }
+    });
+    return findings;
+}
+
+Findings highTexts(const Resource& resource, FontBook& fonts) {
+    Findings findings;
+    eachItem(resource, [&](const WindowSpec& window, const ItemSpec& item) {
+        const Style& style = styleOf(resource, item);
+        for (const std::string& name : namesOf(item)) {
+            for (const bool bold : {false, true}) {
+                const LayoutPtr layout = fonts.layout(style.textSize, bold, directionOf(name));
+                fonts.prepare(name);
+                pango_layout_set_text(layout.get(), name.c_str(), -1);
+                const Beyond out = beyond(layout.get(), item, style);
+                if (out.above > 0 || out.below > 0) {
+                    findings.push_back(place(window, item) + name + " leaves its place by " +
+                                       std::to_string(std::max(out.above, out.below)));
+                }
             }
         }
     });

@@ -24,6 +24,8 @@ Findings textSizes(const zm::Resource& resource, const ScreenFit& fit = usualScr
 /** In each theme and state texts contrast 4.5 : 1 with what they stand on, pictures,
  * borders and bars 3 : 1. */
 Findings contrasts(const zm::Resource& resource);
+/** Names in the tallest letters of Latin, Chinese and Arabic stay inside their item, or row. */
+Findings highTexts(const zm::Resource& resource, zm::FontBook& fonts);
 /** No text is cut at its longest in any language, and each letter has a font. */
 Findings cutTexts(const zm::Resource& resource, zm::FontBook& fonts);
 

@@ -42,6 +42,12 @@ TEST_P(Legibility, noTextIsCutInAnyLanguage) {
     EXPECT_THAT(cutTexts(resource, **fonts), IsEmpty());
 }
 
+TEST_P(Legibility, tallLettersOfAnyScriptStayInTheirPlace) {
+    auto fonts = zm::FontBook::open(fontDir);
+    ASSERT_TRUE(fonts) << fonts.error();
+    EXPECT_THAT(highTexts(resource, **fonts), IsEmpty());
+}
+
 INSTANTIATE_TEST_SUITE_P(Files, Legibility, testing::Values(File{"DISC"}, File{"OVERLAY"}, File{"OTHERS"}),
                          [](const auto& test) { return std::string(test.param.name); });
 
@@ -111,7 +117,7 @@ TEST_F(SpoiltFile, aTextThatIsTooPaleInOneTheme) {
 }
 
 TEST_F(SpoiltFile, aDisabledKeyThatCannotBeRead) {
-    color("night", "faint") = color("night", "outline");
+    color("night", "dim") = color("night", "outline");
     EXPECT_THAT(contrasts(resource),
                 Contains(HasSubstr("window 20 item 511: night disabled text contrasts")));
 }
@@ -176,7 +182,17 @@ TEST_F(SpoiltFile, aTimeThatDoesNotFit) {
 
 TEST_F(SpoiltFile, aTextThatIsHigherThanItsPlace) {
     item(6, 2075).rect.h = 12;
-    EXPECT_THAT(cut(), Contains(HasSubstr("window 6 item 2075: 65535/65535 is")));
+    EXPECT_THAT(cut(), Contains(HasSubstr("window 6 item 2075: 65535/65535 leaves its place by")));
+}
+
+TEST_F(SpoiltFile, namesThatAreHigherThanTheirPlace) {
+    auto fonts = zm::FontBook::open(fontDir);
+    ASSERT_TRUE(fonts) << fonts.error();
+    item(6, 2061).rect.h = 30;
+    styleOf(24, 2000).rows = 9;
+    const Findings found = highTexts(resource, **fonts);
+    EXPECT_THAT(found, Contains(HasSubstr("window 6 item 2061: ")));
+    EXPECT_THAT(found, Contains(HasSubstr("window 24 item 2000: ")));
 }
 
 TEST_F(SpoiltFile, aLetterWithoutAFont) {

@@ -81,6 +81,12 @@ TEST_P(LargerScreen, NoTextIsCutInAnyLanguage) {
     EXPECT_THAT(cutTexts(resource, **fonts), IsEmpty());
 }
 
+TEST_P(LargerScreen, TallLettersOfAnyScriptStayInTheirPlace) {
+    auto fonts = zm::FontBook::open(fontDir);
+    ASSERT_TRUE(fonts) << fonts.error();
+    EXPECT_THAT(highTexts(resource, **fonts), IsEmpty());
+}
+
 INSTANTIATE_TEST_SUITE_P(Files, LargerScreen,
                          testing::Values(Case{"DISC", wide}, Case{"OVERLAY", wide}, Case{"OTHERS", wide},
                                          Case{"DISC", wider}, Case{"OVERLAY", wider}, Case{"OTHERS", wider}),

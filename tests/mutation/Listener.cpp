@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <vector>
 
 namespace zm::mutation {
 
@@ -22,8 +23,20 @@ public:
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
+    // What runs before main and before a suite's first test belongs to each of the tests.
+    void OnTestProgramStart(const testing::UnitTest&) override { m_program = marks(); }
+
+    void OnTestSuiteStart(const testing::TestSuite&) override {
+        clear();
+        m_first = true;
+    }
+
     void OnTestStart(const testing::TestInfo&) override {
-        std::fill_n(choice().reached, choice().size, static_cast<unsigned char>(0));
+        if (m_first) {
+            m_suite = marks();
+            m_first = false;
+        }
+        clear();
     }
 
     void OnTestEnd(const testing::TestInfo& test) override {
@@ -34,7 +47,7 @@ public:
         std::fprintf(m_file, "%s.%s %s %lld", test.test_suite_name(), test.name(), good ? "good" : "bad",
                      static_cast<long long>(test.result()->elapsed_time()));
         for (long number = 0; number < choice().size; number++) {
-            if (choice().reached[number]) {
+            if (choice().reached[number] || m_suite.at(number) || m_program.at(number)) {
                 std::fprintf(m_file, " %ld", number);
             }
         }
@@ -43,7 +56,15 @@ public:
     }
 
 private:
+    static std::vector<unsigned char> marks() {
+        return {choice().reached, choice().reached + choice().size};
+    }
+    static void clear() { std::fill_n(choice().reached, choice().size, static_cast<unsigned char>(0)); }
+
     FILE* m_file;
+    std::vector<unsigned char> m_program;
+    std::vector<unsigned char> m_suite;
+    bool m_first = true;
 };
 
 const bool Added = [] {

@@ -2,8 +2,8 @@
 
 from __future__ import annotations
 
-import random
-from dataclasses import dataclass
+import hashlib
+from dataclasses import dataclass, replace
 from pathlib import Path
 from typing import Dict, Iterator, List, Sequence, Tuple
 
@@ -58,11 +58,17 @@ class Mutant:
     """The mutated text in words for the report."""
     code: str
     """What is compiled; NUMBER stands for the mutant's number."""
+    place: str
+    """The line of the source in which it begins."""
+    again: int = 1
+    """The how manieth of those that are alike in all of this."""
 
     @property
     def name(self) -> str:
-        """What the list of equivalent mutants knows it by: it stays when lines are added above."""
-        return f"{self.file}: {' '.join(self.was.split())} -> {' '.join(self.becomes.split())}"
+        """What the list of equivalent mutants knows it by: it stays when other lines are added or taken out."""
+        was, becomes = " ".join(self.was.split()), " ".join(self.becomes.split())
+        place = "" if self.place.rstrip(";") == was else f" in: {self.place}"
+        return f"{self.file}: {was} -> {becomes}{place}" + (f" ({self.again})" if self.again > 1 else "")
 
 
 class Source:
@@ -80,6 +86,7 @@ class Source:
             raise SystemExit(f"{file}: {errors[0]}")
         self.macros: List[Tuple[int, int]] = []
         self.found: List[Mutant] = []
+        self.alike: Dict[str, int] = {}
         for cursor in unit.cursor.get_children():
             if cursor.kind == CursorKind.MACRO_INSTANTIATION and self.here(cursor):
                 self.macros.append((cursor.extent.start.offset, cursor.extent.end.offset))
@@ -100,7 +107,11 @@ class Source:
         was = was or self.part(cursor)
         if "#" in was:
             return  # a directive, or text that could be one
-        self.found.append(Mutant(self.file, cursor.extent.start.line, start, end, kind, was, becomes, code))
+        line = cursor.extent.start.line
+        place = " ".join(self.text.splitlines()[line - 1].decode().split())
+        made = Mutant(self.file, line, start, end, kind, was, becomes, code, place)
+        again = self.alike[made.name] = self.alike.get(made.name, 0) + 1
+        self.found.append(replace(made, again=again))
 
     def walk(self, cursor: Cursor, inside: bool) -> None:
         kind = cursor.kind
@@ -163,9 +174,12 @@ class Source:
 
 
 def choose(sources: Sequence[Source], wanted: int, seed: int) -> List[Mutant]:
-    """So many at random, none within another; as many of a kind as the code has."""
+    """So many at random, none within another; as many of a kind as the code has.
+
+    Each has its place in the draw by its name: a change of the code leaves the others' places as they were.
+    """
     everything = [each for source in sources for each in source.found]
-    random.Random(seed).shuffle(everything)
+    everything.sort(key=lambda each: hashlib.sha256(f"{seed} {each.name}".encode()).digest())
     taken: Dict[str, List[Mutant]] = {}
     chosen: List[Mutant] = []
     for each in everything:

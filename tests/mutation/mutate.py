@@ -12,10 +12,12 @@ import json
 import os
 import re
 import shlex
+import signal
 import subprocess
 import sys
+import threading
 import time
-from concurrent.futures import ThreadPoolExecutor
+from concurrent.futures import ProcessPoolExecutor, ThreadPoolExecutor
 from dataclasses import dataclass
 from pathlib import Path
 from typing import Dict, List, Optional, Sequence, Set, Tuple
@@ -25,18 +27,21 @@ from mutants import Mutant, Source, choose, kinds, mutated
 PROJECT = Path(__file__).resolve().parent.parent.parent
 # The test programs that hold a room, the quickest first.
 PROGRAMS = (
-    ("mpu", ("model", "views")),
+    ("mpu", ("model", "views", "pictures", "anomaly")),
     ("base", ("base",)),
     ("platform/linux/pps", ("pps",)),
     ("platform/linux/qdb", ("qdb",)),
     ("platform/linux/slog", ("slog",)),
     ("platform/linux/screen", ("screen", "framework")),
-    ("platform/linux/toolkit", ("toolkit", "views")),
+    ("platform/linux/toolkit", ("toolkit", "views", "pictures")),
     ("platform/linux/framework", ("framework",)),
-    ("services/disc", ("disc",)),
-    ("services/bench", ("bench", "screen")),
-    ("services/ctl", ("bench",)),
+    ("services/bench", ("bench", "screen", "system")),
+    ("services/ctl", ("bench", "system")),
+    ("services/film", ("film", "system")),
+    ("services/disc", ("disc", "system")),
 )
+# So many seconds, and four times what it usually takes, has a test until it counts as one that does not end.
+PATIENCE = 20
 
 
 @dataclass
@@ -53,6 +58,8 @@ class Verdict:
     state: str
     """killed, lived, unreached or equivalent"""
     by: str = ""
+    earlier: bool = False
+    """Found by an earlier run."""
 
 
 def say(text: str) -> None:
@@ -144,6 +151,32 @@ def compiled(tree: Tree, mutants: List[Mutant], targets: Sequence[str]) -> List[
         numbered = [pair for pair in numbered if pair[0] not in bad]
 
 
+class Watch:
+    """Ends a test program, with the programs that it has started, when a test does not end."""
+
+    def __init__(self, group: int) -> None:
+        self.group = group
+        self.timer: Optional[threading.Timer] = None
+
+    def allow(self, seconds: float) -> None:
+        if self.timer:
+            self.timer.cancel()
+        self.timer = threading.Timer(seconds, self.kill)
+        self.timer.daemon = True
+        self.timer.start()
+
+    def kill(self) -> None:
+        try:
+            os.killpg(self.group, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+
+    def end(self) -> None:
+        if self.timer:
+            self.timer.cancel()
+        self.kill()
+
+
 class Runner:
     """Runs tests of the copy."""
 
@@ -154,7 +187,7 @@ class Runner:
     def environment(self, **more: str) -> Dict[str, str]:
         return {**os.environ, **more}
 
-    def trace(self, program: str, count: int, shards: int) -> List[Test]:
+    def trace(self, program: str, count: int, shards: int, names: str) -> List[Test]:
         """Each test that passes, with the mutants that it reaches."""
 
         def run(shard: int) -> Path:
@@ -168,7 +201,7 @@ class Runner:
                 GTEST_SHARD_INDEX=str(shard),
             )
             subprocess.run(
-                [str(self.tree.path / "build/bin" / f"test_{program}"), "--gtest_brief=1"],
+                [str(self.tree.path / "build/bin" / f"test_{program}"), "--gtest_brief=1", f"--gtest_filter={names}"],
                 env=environment,
                 stdout=subprocess.DEVNULL,
                 stderr=subprocess.DEVNULL,
@@ -190,24 +223,33 @@ class Runner:
         program = tests[0].program
         flags = self.folder / f"flags-{program}-{number}"
         flags.write_text(f"--gtest_filter={':'.join(test.name for test in tests)}\n--gtest_fail_fast\n")
-        limit = 20 + 4 * sum(test.milliseconds for test in tests) / 1000
         words = [str(self.tree.path / "build/bin" / f"test_{program}"), f"--gtest_flagfile={flags}"]
-        try:
-            done = subprocess.run(
-                words,
-                env=self.environment(ZM_MUTANT=str(number)),
-                stdout=subprocess.PIPE,
-                stderr=subprocess.DEVNULL,
-                timeout=limit,
-                errors="replace",
-                text=True,
-            )
-        except subprocess.TimeoutExpired:
-            return f"{program}: does not end"
-        if done.returncode == 0:
-            return ""
-        failed = re.search(r"\[  FAILED  \] ([^\s,]+)", done.stdout)
-        return failed.group(1) if failed else f"{program}: dies"
+        limits = {test.name: PATIENCE + 4 * test.milliseconds / 1000 for test in tests}
+        running = ""
+        with subprocess.Popen(
+            words,
+            env=self.environment(ZM_MUTANT=str(number)),
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+            errors="replace",
+            text=True,
+            start_new_session=True,
+        ) as process:
+            watch = Watch(process.pid)
+            watch.allow(PATIENCE)
+            assert process.stdout
+            for line in process.stdout:
+                said = re.match(r"\[ (?:RUN     | FAILED ) \] ([^\s,]+)", line)
+                if not said:
+                    continue
+                running = said.group(1)
+                if "FAILED" in line:
+                    process.kill()
+                    break
+                watch.allow(limits.get(running, PATIENCE))
+            failed = process.wait() != 0
+            watch.end()
+        return (running or f"{program}: dies") if failed else ""
 
     def judge(self, number: int, mutant: Mutant, tests: Sequence[Test], seconds: int) -> Verdict:
         reaching = [test for test in tests if number in test.reaches]
@@ -248,6 +290,11 @@ def equivalents() -> Dict[str, str]:
     return found
 
 
+def earlier(path: Path) -> Dict[str, str]:
+    """The mutants that were killed in earlier runs, each with the test."""
+    return dict(json.loads(path.read_text())) if path.exists() else {}
+
+
 def report(verdicts: Sequence[Verdict], room: str, goal: Optional[float], path: Path) -> int:
     lines = []
     for state in ("lived", "unreached", "equivalent"):
@@ -258,11 +305,15 @@ def report(verdicts: Sequence[Verdict], room: str, goal: Optional[float], path: 
     counts = {state: sum(each.state == state for each in verdicts) for state in states}
     judged = len(verdicts) - counts["equivalent"]
     share = 100 * counts["killed"] / judged if judged else 100.0
+    old = sum(each.earlier for each in verdicts)
     lines.append(
         f"{room}: {counts['killed']} of {judged} mutants killed ({share:.1f} %), {counts['lived']} lived,"
         f" {counts['unreached']} reached by no test; {counts['equivalent']} more are equivalent"
+        + (f"; {old} were killed by an earlier run" if old else "")
     )
-    path.write_text("\n".join(lines) + "\n")
+    path.with_suffix(".txt").write_text("\n".join(lines) + "\n")
+    killed = {each.mutant.name: each.by for each in verdicts if each.state == "killed"}
+    path.with_suffix(".json").write_text(json.dumps(killed, indent=1))
     say("\n".join(lines))
     return 0 if goal is None or share >= goal else 1
 
@@ -273,7 +324,10 @@ def main() -> int:
     parser.add_argument("count", nargs="?", type=int, default=100, help="how many mutants; default 100")
     parser.add_argument("--seed", type=int, default=1, help="which mutants; default 1")
     parser.add_argument("--seconds", type=int, default=60, help="a program's tests for a mutant, at most; default 60")
-    parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
+    cores = os.cpu_count() or 1
+    parser.add_argument("--jobs", type=int, default=2 * cores, help="test programs at a time; default twice the cores")
+    parser.add_argument("--lived", action="store_true", help="what an earlier run killed counts as killed")
+    parser.add_argument("--filter", default="*", help="only the tests that GoogleTest's filter names, to try new ones")
     parser.add_argument("--goal", type=float, help="fails when fewer percent are killed")
     options = parser.parse_args()
     room = options.room.rstrip("/")
@@ -283,11 +337,14 @@ def main() -> int:
         raise SystemExit(f"mutate: {room} holds no source")
 
     folder = PROJECT / "build/mutation"
-    tree = Tree(folder / "tree", options.jobs)
+    tree = Tree(folder / "tree", min(options.jobs, cores))
     tree.copy()
     arguments = tree.arguments()
     start = time.monotonic()
-    sources = [Source(name, tree.path / name, arguments[name]) for name in files if name in arguments]
+    with ProcessPoolExecutor(cores) as parsers:
+        named = [name for name in files if name in arguments]
+        paths, words = [tree.path / name for name in named], [arguments[name] for name in named]
+        sources = list(parsers.map(Source, named, paths, words))
     chosen = choose(sources, options.count, options.seed)
     say(f"{sum(len(each.found) for each in sources)} mutants in {len(sources)} sources of {room}, {len(chosen)} taken:"
         f" {', '.join(kinds(chosen))} ({time.monotonic() - start:.0f} s)")
@@ -300,15 +357,19 @@ def main() -> int:
     tests: List[Test] = []
     for program in programs:
         start = time.monotonic()
-        tests += runner.trace(program, len(chosen), options.jobs)
+        tests += runner.trace(program, len(chosen), options.jobs, options.filter)
         say(f"test_{program} traced in {time.monotonic() - start:.0f} s")
 
     known = equivalents()
+    result = folder / room.replace("/", "-")
+    killed = earlier(result.with_suffix(".json")) if options.lived else {}
     verdicts: List[Verdict] = []
 
     def judge(pair: Tuple[int, Mutant]) -> Verdict:
         if pair[1].name in known:
             verdict = Verdict(pair[1], "equivalent", known[pair[1].name])
+        elif pair[1].name in killed:
+            verdict = Verdict(pair[1], "killed", killed[pair[1].name], True)
         else:
             verdict = runner.judge(pair[0], pair[1], tests, options.seconds)
         verdicts.append(verdict)
@@ -317,7 +378,7 @@ def main() -> int:
 
     with ThreadPoolExecutor(options.jobs) as pool:
         done = list(pool.map(judge, numbered))
-    return report(done, room, options.goal, folder / f"{room.replace('/', '-')}.txt")
+    return report(done, room, options.goal, result)
 
 
 if __name__ == "__main__":

@@ -195,7 +195,9 @@ def mutated(text: bytes, mutants: Sequence[Tuple[int, Mutant]]) -> bytes:
     for number, each in sorted(mutants, key=lambda pair: -pair[1].start):
         code = each.code.replace("NUMBER", str(number)).encode()
         text = text[: each.start] + code + text[each.end :]
-    return b'#include "tests/mutation/Mutant.h"\n#line 1\n' + text
+    # From its own folder: not every room is given the project's.
+    up = "../" * mutants[0][1].file.count("/")
+    return f'#include "{up}tests/mutation/Mutant.h"\n#line 1\n'.encode() + text
 
 
 def kinds(mutants: Sequence[Mutant]) -> Iterator[str]:

@@ -146,7 +146,8 @@ def compiled(tree: Tree, mutants: List[Mutant], targets: Sequence[str]) -> List[
             if name.endswith(each.file) and each.line <= line <= each.line + each.was.count("\n")
         }
         if not bad:
-            raise SystemExit(f"mutate: the copy does not build:\n{said[-3000:]}")
+            wrong = [line for line in said.splitlines() if re.search(r"error|undefined|FAILED", line)]
+            raise SystemExit("mutate: the copy does not build:\n" + "\n".join(wrong[:40]))
         say(f"  {len(bad)} do not compile")
         numbered = [pair for pair in numbered if pair[0] not in bad]
 

@@ -27,19 +27,22 @@ from mutants import Mutant, Source, choose, kinds, mutated
 PROJECT = Path(__file__).resolve().parent.parent.parent
 # The test programs that hold a room, the quickest first.
 PROGRAMS = (
-    ("mpu", ("model", "views", "pictures", "anomaly")),
+    ("mpu", ("model", "walk", "views", "pictures")),
     ("base", ("base",)),
     ("platform/linux/pps", ("pps",)),
     ("platform/linux/qdb", ("qdb",)),
     ("platform/linux/slog", ("slog",)),
     ("platform/linux/screen", ("screen", "framework")),
-    ("platform/linux/toolkit", ("toolkit", "views", "pictures")),
-    ("platform/linux/framework", ("framework",)),
-    ("services/bench", ("bench", "screen", "system")),
+    ("platform/linux/toolkit", ("toolkit", "pictures", "views", "walk")),
+    ("platform/linux/framework", ("framework", "walk")),
+    ("services/bench", ("bench", "screen", "walk", "system")),
     ("services/ctl", ("bench", "system")),
     ("services/film", ("film", "system")),
     ("services/disc", ("disc", "system")),
 )
+# The walks beside the model, by their seeds, which CI walks, too; each is a test of the program `walk`.
+WALKS = (1, 2, 3, 4)
+WALK_STEPS = 500
 # So many seconds, and four times what it usually takes, has a test until it counts as one that does not end.
 PATIENCE = 20
 
@@ -184,12 +187,16 @@ class Runner:
     def __init__(self, tree: Tree, folder: Path) -> None:
         self.tree = tree
         self.folder = folder
+        self.killers: Dict[Tuple[str, str], int] = {}
+        """How many mutants of a file a test has killed."""
 
     def environment(self, **more: str) -> Dict[str, str]:
         return {**os.environ, **more}
 
     def trace(self, program: str, count: int, shards: int, names: str) -> List[Test]:
         """Each test that passes, with the mutants that it reaches."""
+        if program == "walk":
+            return [test for test in map(self.trace_walk, range(len(WALKS)), [count] * len(WALKS)) if test]
 
         def run(shard: int) -> Path:
             reached = self.folder / f"reached-{program}-{shard}"
@@ -222,6 +229,8 @@ class Runner:
     def fails(self, number: int, tests: Sequence[Test]) -> str:
         """The test of one program that notices the mutant, or nothing."""
         program = tests[0].program
+        if program == "walk":
+            return next((test.name for test in tests if not self.walk(test, ZM_MUTANT=str(number))), "")
         flags = self.folder / f"flags-{program}-{number}"
         flags.write_text(f"--gtest_filter={':'.join(test.name for test in tests)}\n--gtest_fail_fast\n")
         words = [str(self.tree.path / "build/bin" / f"test_{program}"), f"--gtest_flagfile={flags}"]
@@ -252,6 +261,34 @@ class Runner:
             watch.end()
         return (running or f"{program}: dies") if failed else ""
 
+    def walk(self, test: Test, **environment: str) -> bool:
+        """Whether unit and model stay together."""
+        script = str(self.tree.path / "tests/model_walk/walk.py")
+        with subprocess.Popen(
+            ["/usr/bin/python3", script, str(WALK_STEPS), test.name.partition(".")[2], "--tries", "0"],
+            env=self.environment(PLATEN_BENCH=str(self.tree.path / "build/bin"), **environment),
+            cwd=self.folder,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+            start_new_session=True,
+        ) as process:
+            watch = Watch(process.pid)
+            watch.allow(max(10 * PATIENCE, PATIENCE + 4 * test.milliseconds / 1000))
+            good = process.wait() == 0
+            watch.end()
+        return good
+
+    def trace_walk(self, at: int, count: int) -> Optional[Test]:
+        reached = self.folder / f"reached-walk-{at}"
+        reached.write_bytes(bytes(count))
+        test = Test("walk", f"walk.{WALKS[at]}", 0, set())
+        start = time.monotonic()
+        if not self.walk(test, ZM_MUTANT_REACHED=str(reached)):
+            return None
+        test.milliseconds = int(1000 * (time.monotonic() - start))
+        test.reaches = {number for number, byte in enumerate(reached.read_bytes()) if byte}
+        return test
+
     def judge(self, number: int, mutant: Mutant, tests: Sequence[Test], seconds: int) -> Verdict:
         reaching = [test for test in tests if number in test.reaches]
         if not reaching:
@@ -260,9 +297,10 @@ class Runner:
         for program in dict.fromkeys(test.program for test in reaching):
             left = seconds * 1000
             chosen = []
-            # Those that reach little else are about this.
-            mine = (test for test in reaching if test.program == program)
-            for test in sorted(mine, key=lambda test: len(test.reaches)):
+            # What killed others of the file is good at it; what reaches little else is about this.
+            mine = [test for test in reaching if test.program == program]
+            mine.sort(key=lambda test: (-self.killers.get((mutant.file, test.name), 0), len(test.reaches)))
+            for test in mine:
                 if test.milliseconds <= left:
                     left -= test.milliseconds
                     chosen.append(test)
@@ -272,6 +310,7 @@ class Runner:
                     break
                 # A test that fails now and then says nothing.
                 if by not in by_name or self.fails(number, [by_name[by]]):
+                    self.killers[mutant.file, by] = self.killers.get((mutant.file, by), 0) + 1
                     return Verdict(mutant, "killed", by)
                 chosen = [test for test in chosen if test.name != by]
         return Verdict(mutant, "lived", f"{len(reaching)} tests reach it")
@@ -329,10 +368,11 @@ def main() -> int:
     parser.add_argument("--jobs", type=int, default=2 * cores, help="test programs at a time; default twice the cores")
     parser.add_argument("--lived", action="store_true", help="what an earlier run killed counts as killed")
     parser.add_argument("--filter", default="*", help="only the tests that GoogleTest's filter names, to try new ones")
+    parser.add_argument("--programs", help="only these test programs: pps,qdb")
     parser.add_argument("--goal", type=float, help="fails when fewer percent are killed")
     options = parser.parse_args()
     room = options.room.rstrip("/")
-    programs = programs_of(room)
+    programs = options.programs.split(",") if options.programs else programs_of(room)
     files = [name for name in git_files(f"{room}/*.cpp") if not name.endswith("main.cpp")]
     if not files:
         raise SystemExit(f"mutate: {room} holds no source")
@@ -351,7 +391,9 @@ def main() -> int:
         f" {', '.join(kinds(chosen))} ({time.monotonic() - start:.0f} s)")
 
     start = time.monotonic()
-    numbered = compiled(tree, chosen, [f"test_{name}" for name in programs])
+    targets = [f"test_{name}" for name in programs if name != "walk"]
+    targets += ["Platen", "zmbench", "zmctl"] if "walk" in programs else []
+    numbered = compiled(tree, chosen, targets)
     say(f"built in {time.monotonic() - start:.0f} s")
 
     runner = Runner(tree, folder)

@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -151,6 +152,37 @@ TEST_F(ProgramTest, AnOverlayThatCannotBeJoinedEndsWithOne) {
     EXPECT_EQ(result.get(), 1);
     EXPECT_THAT(laterSteps(), ElementsAre("6 theApp.ViewInit", "6 theOsd.Init", "6 theOsd.ViewInit",
                                           "6 theApp.JoinView", "2 ==========osd joinview error=========="));
+}
+
+TEST_F(ProgramTest, AnOverlayWithoutItsResourceEndsWithOne) {
+    fs::remove(holdOverlayResource());
+    EXPECT_EQ(run({"Platen", "disc"}), 1);
+    EXPECT_THAT(laterSteps(), ElementsAre("6 theApp.ViewInit", "6 theOsd.Init",
+                                          "2 ==========osdview init error=========="));
+}
+
+/** The threads of this process that take signals to end. */
+static std::set<std::string> threadsThatTakeSignals() {
+    const uint64_t ends = 1u << (SIGTERM - 1) | 1u << (SIGINT - 1);
+    std::set<std::string> found;
+    for (const auto& thread : fs::directory_iterator("/proc/self/task")) {
+        std::ifstream status(thread.path() / "status");
+        for (std::string line; std::getline(status, line);) {
+            if (line.starts_with("SigBlk:") && (std::stoull(line.substr(7), nullptr, 16) & ends) != ends) {
+                found.insert(thread.path().filename());
+            }
+        }
+    }
+    return found;
+}
+
+TEST_F(ProgramTest, NoThreadOfItIsTornAwayByASignal) {
+    const auto before = threadsThatTakeSignals();
+    auto result = std::async(std::launch::async, [] { return run({"Platen", "disc"}); });
+    EXPECT_TRUE(m_headUnit.waitForShell("running"));
+    EXPECT_EQ(threadsThatTakeSignals(), before);
+    m_headUnit.hangUp();
+    EXPECT_EQ(result.get(), 0);
 }
 
 /** Runs the program with the start of one thread failing, and ends it if it comes up all the same; its

@@ -7,6 +7,8 @@
 #include "ZMModel/DiscVideoCommandPPSModule.h"
 #include "sys/pps.h"
 
+#include <malloc.h>
+
 /** Whether an encoder has a text to give, as it does not when memory has run out. */
 static bool hasEncoderBuffer = true;
 
@@ -215,6 +217,17 @@ TEST_F(PublishModulesTest, VideoCaptureNamesWindowAndSource) {
     EXPECT_TRUE(m_videoCommand.OperateVideoCapture(false, "", "", ""));
     EXPECT_EQ(object(VIDEO_COMMAND),
               "@command\nzmvideo:json:{\"status\":\"off\",\"wndgp_id\":\"\",\"wnd_id\":\"\",\"src\":\"\"}\n");
+}
+
+TEST_F(PublishModulesTest, WhatIsPublishedTakesNoMemoryForEver) {
+    const std::string text(4000, 'x');
+    const auto publish = [&] { EXPECT_TRUE(m_videoCommand.OperateVideoCapture(true, text, text, text)); };
+    publish();
+    const size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 1000; ++i) {
+        publish();
+    }
+    EXPECT_LT(mallinfo2().uordblks, before + 1'000'000);
 }
 
 TEST_F(PublishModulesTest, VideoCaptureThatCannotBeWrittenFails) {

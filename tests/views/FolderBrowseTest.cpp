@@ -241,6 +241,13 @@ TEST_F(FolderBrowse, WithoutAControllerATouchedFolderIsOpenedAllTheSame) {
     EXPECT_EQ(reported().folder, 5);
 }
 
+TEST_F(FolderBrowse, TheFolderMenuLeadsToItsListsStateFromAPlayPage) {
+    playIn(FOLDER_KINDS[0], 5);
+    ASSERT_EQ(state(), VIEW_STATE_AUDIO_PLAY);
+    press(ITEM_FOLDER_MENU);
+    EXPECT_EQ(state(), VIEW_STATE_MUSIC_LIST);
+}
+
 TEST_F(FolderBrowse, OtherTypesKeepTheirStateInTheFolderMenu) {
     for (const int control : std::initializer_list<int>{ITEM_FOLDER_MENU, BTN_FOLDER_UP}) {
         reach(VIEW_STATE_PHOTO_LIST);

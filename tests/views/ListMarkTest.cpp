@@ -133,6 +133,15 @@ TEST_F(ListKeys, UpScrollsAtTheTopRow) {
     EXPECT_EQ(list().current, 0);
 }
 
+TEST_F(ListKeys, UpFromTheFirstRowLeavesAListThatWasDraggedOn) {
+    listWith(1, 0);
+    onList(WND_MEDIA_LIST, [](CUI_BtList& control) { control.SetTopIndex(3, 1, 0, 0, 0); });
+    ASSERT_EQ(list().top, 3);
+    unit.key(K_Up);
+    EXPECT_EQ(list().current, 0);
+    EXPECT_EQ(list().top, 3);
+}
+
 TEST_F(ListKeys, WithoutASelectionNothingMoves) {
     listWith(99, NOTHING_REMEMBERED);
     unit.key(K_Down);

@@ -177,6 +177,31 @@ TEST_F(MainLauncher, OnlyPausesMoreThanTwelveHundredMillisecondsApartRecordTheSt
     }
 }
 
+TEST_F(MainLauncher, TheTimeBetweenTwoPausesIsTakenToTheMillisecond) {
+    struct {
+        std::chrono::microseconds first;
+        std::chrono::microseconds second;
+        long interval;
+    } const pauses[] = {
+        {1000s, 1001s + 201ms, 1201},
+        {1000s + 999ms, 1002s, 1001},
+        {1000s + 201ms, 1002s + 999ms, 2798},
+        {1000s + 999'999us, 1002s, 1001}, // each is cut to milliseconds
+    };
+    play(PLAY_TYPE_MUSIC);
+    for (const auto& pause : pauses) {
+        holdTimeOfDay(pause.first);
+        unit.app("pause");
+        unit.app("resume");
+        holdTimeOfDay(pause.second);
+        unit.app("pause");
+        unit.app("resume");
+        EXPECT_THAT(unit.log("************* itv=").back(),
+                    testing::HasSubstr("itv=" + std::to_string(pause.interval)));
+    }
+    holdTimeOfDay(0us);
+}
+
 TEST_F(MainLauncher, PauseIsCarriedOutInItsOrder) {
     const std::vector<std::string> lines = {
         "************* itv=",

@@ -58,6 +58,9 @@ TEST(WideText, TooLongTextsAreCutAndEnded) {
     wchar_t small[4] = {L'?', L'?', L'?', L'?'};
     FormatWide(small, L"%d", 123456);
     EXPECT_STREQ(small, L"123");
+    wchar_t guarded[] = {L'?', L'?', L'?', L'?', L'!'};
+    FormatWide(guarded, 4, L"%s", {WideArgument("éèêëē")});
+    EXPECT_EQ(std::wstring(guarded, 5), std::wstring(L"éèê\0!", 5)) << "nothing is written behind it";
 }
 
 TEST(WideText, ConversionsWithoutTheirArgumentStandForNothing) {

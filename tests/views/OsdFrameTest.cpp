@@ -1,7 +1,14 @@
+#include "BuildPaths.h"
 #include "platform/linux/toolkit/UiMng.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/views/OsdView.h"
 
 #include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
 
 namespace zm::test {
 
@@ -16,6 +23,40 @@ TEST_F(OsdFrame, StartsWithUnknownCountersAndTimes) {
         EXPECT_EQ(unit.osd.item(bar, OSD_ITEM_PROGRESS).progress, 0);
     }
     EXPECT_EQ(unit.osd.item(OSD_WND_DVD, OSD_ITEM_CHAPTER).text, "--/--");
+}
+
+/** The application's resources, whose counters and times stand on something else at first. */
+class OtherTexts {
+public:
+    OtherTexts() {
+        std::filesystem::copy(ZM_SHARE_DIR "/rccs", m_folder.path(),
+                              std::filesystem::copy_options::recursive);
+        const std::string file = m_folder.path() + "/OVERLAY.zmrc_device";
+        std::stringstream text;
+        text << std::ifstream(file).rdbuf();
+        const std::regex start("\"(--/--|00:00)\"");
+        std::ofstream(file) << std::regex_replace(text.str(), start, "\"?\"");
+    }
+    std::string path() const { return m_folder.path() + "/"; }
+
+private:
+    TemporaryFolder m_folder;
+};
+
+class OsdOtherTexts : public testing::Test {
+protected:
+    OtherTexts m_resources;
+    Unit m_unit{{.resources = m_resources.path()}};
+};
+
+TEST_F(OsdOtherTexts, CountersAndTimesStartUnknownWhateverTheResourceSays) {
+    for (const int bar : {OSD_WND_DVD, OSD_WND_VCD, OSD_WND_VIDEO}) {
+        SCOPED_TRACE(bar);
+        EXPECT_EQ(m_unit.osd.item(bar, OSD_ITEM_TRACK).text, "--/--");
+        EXPECT_EQ(m_unit.osd.item(bar, OSD_ITEM_ELAPSED).text, "00:00");
+        EXPECT_EQ(m_unit.osd.item(bar, OSD_ITEM_TOTAL).text, "00:00");
+    }
+    EXPECT_EQ(m_unit.osd.item(OSD_WND_DVD, OSD_ITEM_CHAPTER).text, "--/--");
 }
 
 TEST_F(OsdFrame, DiscBarsStartWithoutAStatePicture) {

@@ -10,4 +10,7 @@ namespace zm::test {
  */
 void passTimeOfDay(std::chrono::milliseconds time);
 
+/** From now on the time of day stands still there, since 1970; zero: it goes on. */
+void holdTimeOfDay(std::chrono::microseconds time);
+
 } // namespace zm::test

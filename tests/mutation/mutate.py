@@ -158,8 +158,11 @@ def compiled(tree: Tree, mutants: List[Mutant], targets: Sequence[str]) -> List[
 class Watch:
     """Ends a test program, with the programs that it has started, when a test does not end."""
 
+    all: Set["Watch"] = set()
+
     def __init__(self, group: int) -> None:
         self.group = group
+        self.all.add(self)
         self.timer: Optional[threading.Timer] = None
 
     def allow(self, seconds: float) -> None:
@@ -179,6 +182,14 @@ class Watch:
         if self.timer:
             self.timer.cancel()
         self.kill()
+        self.all.discard(self)
+
+
+def interrupted(number: int, _: object) -> None:
+    """Nothing runs on without the one who would end it."""
+    for watch in list(Watch.all):
+        watch.kill()
+    os._exit(128 + number)
 
 
 class Runner:
@@ -189,6 +200,13 @@ class Runner:
         self.folder = folder
         self.killers: Dict[Tuple[str, str], int] = {}
         """How many mutants of a file a test has killed."""
+        self.frequency: Dict[str, int] = {}
+        """How many tests have a word in their name."""
+
+    def learn(self, tests: Sequence[Test]) -> None:
+        for test in tests:
+            for word in self.words(test.name):
+                self.frequency[word] = self.frequency.get(word, 0) + 1
 
     def environment(self, **more: str) -> Dict[str, str]:
         return {**os.environ, **more}
@@ -261,6 +279,20 @@ class Runner:
             watch.end()
         return (running or f"{program}: dies") if failed else ""
 
+    def rank(self, test: Test, mutant: Mutant) -> Tuple[float, float, int]:
+        """Those first that killed others of the file; then those that are called as the code is, the rarer the words
+        the better; then those that reach little else."""
+        words = self.words(f"{Path(mutant.file).stem} {mutant.place}") & self.words(test.name)
+        return (
+            -self.killers.get((mutant.file, test.name), 0),
+            -sum(1 / self.frequency[word] for word in words),
+            len(test.reaches),
+        )
+
+    @staticmethod
+    def words(text: str) -> Set[str]:
+        return {word.lower() for word in re.findall(r"[A-Z]?[a-z]{3,}", text)}
+
     def walk(self, test: Test, **environment: str) -> bool:
         """Whether unit and model stay together."""
         script = str(self.tree.path / "tests/model_walk/walk.py")
@@ -297,9 +329,8 @@ class Runner:
         for program in dict.fromkeys(test.program for test in reaching):
             left = seconds * 1000
             chosen = []
-            # What killed others of the file is good at it; what reaches little else is about this.
             mine = [test for test in reaching if test.program == program]
-            mine.sort(key=lambda test: (-self.killers.get((mutant.file, test.name), 0), len(test.reaches)))
+            mine.sort(key=lambda test: self.rank(test, mutant))
             for test in mine:
                 if test.milliseconds <= left:
                     left -= test.milliseconds
@@ -377,6 +408,8 @@ def main() -> int:
     if not files:
         raise SystemExit(f"mutate: {room} holds no source")
 
+    for number in (signal.SIGINT, signal.SIGTERM):
+        signal.signal(number, interrupted)
     folder = PROJECT / "build/mutation"
     tree = Tree(folder / "tree", min(options.jobs, cores))
     tree.copy()
@@ -403,6 +436,7 @@ def main() -> int:
         tests += runner.trace(program, len(chosen), options.jobs, options.filter)
         say(f"test_{program} traced in {time.monotonic() - start:.0f} s")
 
+    runner.learn(tests)
     known = equivalents()
     result = folder / room.replace("/", "-")
     killed = earlier(result.with_suffix(".json")) if options.lived else {}

@@ -56,11 +56,10 @@ TEST_F(Dvd, ASubtitleThatTheFilmInsistsOnIsSeenUnchosen) {
     watch();
     m_unit.command(188, 200, 328);
     nextPlace(3, 1);
+    m_unit.next("dvdstate", [](const Published& each) { return each.json()["totalsubtitle"] == 1; });
     EXPECT_TRUE(shows(cyan, 100));
     EXPECT_TRUE(m_unit.pictures().waitForBox(white, {258, 400, 284, 33})) << m_unit.pictures().boxOf(white);
-    const auto details = published("dvdstate");
-    ASSERT_FALSE(details.empty());
-    for (const auto& each : details) {
+    for (const auto& each : published("dvdstate")) {
         EXPECT_EQ(nlohmann::json::parse(each)["cursubtitlenum"], 0);
     }
 }

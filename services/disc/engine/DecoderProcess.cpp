@@ -1,5 +1,7 @@
 #include "services/disc/engine/DecoderProcess.h"
 
+#include "base/Threads.h"
+
 #include <nlohmann/json.hpp>
 
 #include <fcntl.h>
@@ -9,9 +11,12 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <thread>
+#include <utility>
 
 extern char** environ;
 
@@ -21,6 +26,9 @@ namespace {
 
 // Above the numbers that the process gets its descriptors under.
 constexpr int FirstFreeFd = 10;
+// A killed process is gone at once, and the sound device with it free, unless a call of the system holds it.
+constexpr std::chrono::milliseconds EndTime{500};
+constexpr std::chrono::milliseconds EndStep{1};
 
 struct Pair {
     UniqueFd ours;
@@ -116,10 +124,17 @@ std::string DecoderProcess::end() {
         return "";
     }
     int status = 0;
-    ::kill(m_pid, SIGKILL);
-    while (::waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
+    const int pid = std::exchange(m_pid, 0);
+    ::kill(pid, SIGKILL);
+    const auto end = std::chrono::steady_clock::now() + EndTime;
+    while (::waitpid(pid, &status, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() > end) {
+            // Without a thread for it, it stays a zombie until the service ends.
+            (void)runInBackground([pid] { ::waitpid(pid, nullptr, 0); });
+            return "does not go";
+        }
+        std::this_thread::sleep_for(EndStep);
     }
-    m_pid = 0;
     return WIFSIGNALED(status) ? std::string("was ended by: ") + ::strsignal(WTERMSIG(status))
                                : "ended with status " + std::to_string(WEXITSTATUS(status));
 }

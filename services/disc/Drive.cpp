@@ -2,7 +2,6 @@
 
 #include "services/disc/dvd/Player.h"
 #include "services/disc/log/Log.h"
-#include "services/disc/medium/OpenMedium.h"
 #include "services/disc/player/FilePlayer.h"
 
 #include <algorithm>
@@ -65,7 +64,7 @@ Drive::Drive(EventLoop& loop, model::DiscState& state, model::PlayModes& modes, 
              player::ResumeMemory& memory, const std::string& coverFolder)
     : m_loop(loop), m_state(state), m_modes(modes), m_engine(engine),
       m_makeDvdEngine(std::move(makeDvdEngine)), m_catalogue(std::move(catalogue)), m_memory(memory),
-      m_covers(loop, state, coverFolder) {}
+      m_opening(loop), m_covers(loop, state, coverFolder) {}
 
 Drive::~Drive() = default;
 
@@ -110,7 +109,10 @@ void Drive::report(const model::DriveState& report) {
 }
 
 void Drive::insert(const std::string& path) {
-    auto medium = medium::openMedium(path);
+    m_opening.open(path, [this, path](const DiscOpening::Opened& medium) { opened(path, medium); });
+}
+
+void Drive::opened(const std::string& path, const DiscOpening::Opened& medium) {
     if (!medium) {
         logWarning("%s\n", medium.error().c_str());
         m_state.drive({"error", path, medium.error()});
@@ -121,7 +123,7 @@ void Drive::insert(const std::string& path) {
         }
         return;
     }
-    insertOpened(path, std::move(*medium), false);
+    insertOpened(path, *medium, false);
 }
 
 void Drive::insertOpened(const std::string& path, std::shared_ptr<medium::Medium> medium, bool byHand) {
@@ -335,6 +337,7 @@ void Drive::browse(int mediaType, int folder) {
 }
 
 void Drive::eject() {
+    m_opening.forget();
     m_next.reset();
     if (m_leaving.active()) {
         rememberTray();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/disc/DiscOpening.h"
 #include "services/disc/cover/Covers.h"
 #include "services/disc/dvd/DvdResume.h"
 #include "services/disc/dvd/Engine.h"
@@ -39,7 +40,8 @@ public:
 
     /** Publishes an empty drive; `tray` is what the drive remembers of an earlier run. */
     void start(const model::Tray& tray);
-    /** Takes the disc at `path`, after the present one is out. A path that cannot be read changes nothing. */
+    /** Takes the disc at `path`, after the present one is out. A path that cannot be read changes nothing; one that takes
+     * long to answer does not hold up anything else. */
     void insert(const std::string& path);
     /** The drive of this machine from now on; without one discs are folders and images only. */
     void setMechanism(Mechanism mechanism) { m_mechanism = std::move(mechanism); }
@@ -82,6 +84,7 @@ private:
         bool byHand = false;
     };
 
+    void opened(const std::string& path, const DiscOpening::Opened& medium);
     void insertDvd();
     void playTracks();
     void playLists(player::ListPlayer::Begin begin);
@@ -105,6 +108,7 @@ private:
     dvd::EngineMaker m_makeDvdEngine;
     std::shared_ptr<library::Catalogue> m_catalogue;
     player::ResumeMemory& m_memory;
+    DiscOpening m_opening;
     std::string m_path;                                        ///< of the disc inside; empty without one
     model::DiscPresence m_absence = model::DiscPresence::None; ///< what "disc" is once none is inside
     std::optional<Inserted> m_next;                            ///< taken when the one before it is out

@@ -1,0 +1,58 @@
+#include "services/disc/DiscOpening.h"
+
+#include "base/Threads.h"
+#include "services/disc/medium/OpenMedium.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+namespace zm::disc {
+
+namespace {
+
+// Long enough for any disc that lies on this machine, and short enough for whoever waits for the service.
+constexpr std::chrono::milliseconds Patience{500};
+
+/** What the opening thread hands over. */
+struct Handover {
+    std::mutex mutex;
+    std::condition_variable there;
+    std::optional<DiscOpening::Opened> medium;
+    bool late = false; ///< nobody waits any more
+};
+
+} // namespace
+
+void DiscOpening::open(const std::string& path, Done done) {
+    const uint64_t number = ++m_number;
+    const auto handover = std::make_shared<Handover>();
+    const auto begun = runInBackground([this, path, done, number, handover, mailbox = m_mailbox] {
+        auto medium = medium::openMedium(path);
+        std::lock_guard lock(handover->mutex);
+        if (!handover->late) {
+            handover->medium = std::move(medium);
+            handover->there.notify_all();
+            return;
+        }
+        mailbox->post([this, done, number, medium = std::move(medium)] {
+            if (number == m_number) {
+                done(medium);
+            }
+        });
+    });
+    if (!begun) {
+        done(medium::openMedium(path));
+        return;
+    }
+    std::unique_lock lock(handover->mutex);
+    handover->late = !handover->there.wait_for(lock, Patience, [&] { return handover->medium.has_value(); });
+    if (handover->medium) {
+        const Opened medium = *std::exchange(handover->medium, std::nullopt);
+        lock.unlock();
+        done(medium);
+    }
+}
+
+} // namespace zm::disc

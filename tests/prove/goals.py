@@ -125,6 +125,10 @@ GOALS = (
          at_most(r'frames lost in 20 s, beside a busy core", "value": ([\d.]+)', 0, " frames")),
     Goal("dvd-frames", "benchmarks", "no picture lost in a minute of an interlaced DVD", ("env", "ZM_FILM_SECONDS=60", "./dev", "bench", "dvd-unit"),
          at_most(r'pictures lost in \d+ s of interlaced film", "value": ([\d.]+)', 0, " pictures"), ("./dev", "bench", "dvd-unit")),
+    Goal("motion", "benchmarks", "in a minute of flings and changes of pages no frame later than the screen's next",
+         ("./dev", "bench", "motion"), at_most(r"frames later than the screen's next\", \"value\": ([\d.]+)", 0, " frames")),
+    Goal("drawing", "benchmarks", "a frame that moves is drawn in at most 4 ms, half of them",
+         ("./dev", "bench", "motion"), at_most(r', a frame", "value": ([\d.]+)', 4, " ms")),
     Goal("latency", "benchmarks", "99th percentile of a PPS change's way to a frame at most 15 ms beside a busy core",
          ("./dev", "bench", "unit-busy"), at_most(r'99th percentile, beside a busy core", "value": ([\d.]+)', 15, " ms")),
 )

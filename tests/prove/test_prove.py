@@ -119,6 +119,8 @@ def test_values_are_read(reader: Reader, output: str, status: int, value: str, g
     ("walk", "1000 steps from seed 1 in 12 s (12.0 ms each), 0 differences", "1000 steps from seed 1 in 12 s (12.0 ms each), 0 differences"),
     ("frames", '{"figure": "720x576 MPEG-2, frames lost in 20 s, beside a busy core", "value": 2.0, "unit": "frames"}', "2 frames"),
     ("latency", '{"figure": "PPS change to composed frame, 99th percentile, beside a busy core", "value": 9.5, "unit": "ms"}', "9.5 ms"),
+    ("motion", '{"figure": "list that runs on, frames later than the screen\'s next", "value": 2.0, "unit": "frames"}', "2 frames"),
+    ("drawing", '{"figure": "page that fades over, a frame", "value": 1.25, "unit": "ms"}', "1.25 ms"),
     ("coverage-lines", "lines: 99.8% (5000 out of 5010)\nbranches: 97.1% (1 out of 2)", "99.8%"),
     ("coverage-branches", "lines: 99.8% (5000 out of 5010)\nbranches: 97.1% (1 out of 2)", "97.1%"),
     ("coverage-page", "page scripts: 91.2 % of 753 lines run", "91.2%"),

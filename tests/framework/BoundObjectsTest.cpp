@@ -87,6 +87,22 @@ TEST_F(BoundObjectsTest, MayBeAWholeAttribute) {
     EXPECT_TRUE(eventually([&] { return lastAre({"="}); }));
 }
 
+TEST_F(BoundObjectsTest, MayBeAWholeNumberWhereAWordIsWanted) {
+    write("modes:json:{\"repeat\":8,\"speed\":1.5}\n");
+    const Binding repeat{"zelmar/disc/cover", "modes", "repeat"};
+    const Binding speed{"zelmar/disc/cover", "modes", "speed"};
+    const Status started =
+        m_objects.start(socket, {{repeat, BoundAs::Word}, {speed, BoundAs::Word}},
+                        [this](const Binding& binding, const std::string& text, const PictureFilePtr&) {
+                            std::lock_guard lock(m_mutex);
+                            m_values.push_back(binding.member + "=" + text);
+                        });
+    ASSERT_TRUE(started) << started.error();
+    EXPECT_TRUE(eventually([&] { return lastAre({"repeat=8", "speed="}); }));
+    write("modes:json:{\"repeat\":-1}\n");
+    EXPECT_TRUE(eventually([&] { return lastAre({"repeat=-1", "speed="}); }));
+}
+
 TEST_F(BoundObjectsTest, AreNotMadeButWaitedFor) {
     start();
     std::this_thread::sleep_for(std::chrono::milliseconds(100));

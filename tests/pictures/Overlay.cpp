@@ -80,6 +80,11 @@ constexpr PictureRow overlayTable[] = {
          stage.unit.disc.dvd({.subtitleLanguage = "English", .subtitle = 82, .subtitles = 4});
          stage.unit.disc.state(DISC_STATE_PAUSED);
      }},
+    {"dvd-modes", WND_VIDEO, OSD_WND_DVD,
+     [](Stage& stage) {
+         play(stage, PLAY_TYPE_DVD);
+         stage.modes(8, 1);
+     }},
     {"dvd-sources", WND_VIDEO, OSD_WND_DVD,
      [](Stage& stage) {
          play(stage, PLAY_TYPE_DVD);

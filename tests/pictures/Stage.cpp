@@ -1,5 +1,6 @@
 #include "tests/pictures/Stage.h"
 
+#include "DiscOsdIds.h"
 #include "DiscViewIds.h"
 #include "DiscViewItems.h"
 #include "parts/NumberPad.h"
@@ -99,6 +100,17 @@ void Stage::cover(Sleeve sleeve) {
     unit.pps("zelmar/disc/cover", "cover:json:" + json.dump());
     ASSERT_TRUE(eventually(
         [&] { return unit.main.describe()["windows"]["6"]["items"]["20110"]["picture"] == path; }));
+    unit.settle();
+}
+
+void Stage::modes(int repeat, int shuffle) {
+    unit.disc.playState(repeat, shuffle, 0);
+    const auto shown = [&](int key, int mode) {
+        const Json items = unit.osd.describe()["windows"][std::to_string(OSD_WND_DVD)]["items"];
+        return items[std::to_string(key)]["value"] == std::to_string(mode);
+    };
+    ASSERT_TRUE(
+        eventually([&] { return shown(OSD_CTRL_REPEAT, repeat) && shown(OSD_CTRL_SHUFFLE, shuffle); }));
     unit.settle();
 }
 

@@ -21,6 +21,8 @@ public:
     /** The disc service has found a sleeve: a landscape, or a pale one that is wide. */
     enum class Sleeve { Landscape, PaleAndWide };
     void cover(Sleeve sleeve);
+    /** Repeat and shuffle, by the service's numbers, and the overlay shows them. */
+    void modes(int repeat, int shuffle);
     /** A touch on the picture: the overlay comes up. */
     void showOverlay();
     /** Releases a control of the page: its action, without the page's look of being pressed. */

@@ -5,6 +5,7 @@
 
 #include <cairo.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace zm::test {
@@ -136,6 +137,51 @@ TEST_F(BoundPictures, leaveAThemeOfHighContrastBlack) {
     stage.scene->publish(mood, "#C03020", nullptr);
     stage.paint();
     EXPECT_EQ(rgb(stage.pixel(5, 75)), before);
+}
+
+/** The keys of modes over a film. */
+class BoundModes : public testing::Test {
+protected:
+    BoundModes() {
+        stage.scene->showWindow(1, true);
+        stage.paint();
+    }
+    void say(const std::string& member, const std::string& value) {
+        stage.scene->publish({"zelmar/disc/status", "playstate", member}, value, nullptr);
+    }
+
+    Stage stage{resourceDir + "OVERLAY.zmrc_device"};
+};
+
+TEST_F(BoundModes, haveAPictureOfTheirOwnWhereTheyAreOn) {
+    const auto off = stage.pixels;
+    std::vector<std::vector<uint8_t>> seen = {off};
+    const std::vector<std::pair<std::string, int>> keys = {{"shuffle", 6503}, {"repeat", 6504}};
+    for (const auto& [member, key] : keys) {
+        const Rect place = stage.rect(1, key);
+        for (const char* value : {"1", "2", "4", "8"}) {
+            say(member, value);
+            EXPECT_EQ(stage.item(1, key)["value"], value);
+            EXPECT_EQ(area(stage.paint()), place.w * place.h) << "nothing else is drawn anew";
+            EXPECT_EQ(stage.scene->staleness(stage.pixels.data(), width * 4), "");
+            seen.push_back(stage.pixels);
+        }
+        for (const char* none : {"", "0", "-1", "16"}) {
+            say(member, none);
+            stage.paint();
+            EXPECT_EQ(stage.pixels, off) << member << " " << none;
+        }
+    }
+    std::sort(seen.begin(), seen.end());
+    // Two modes of shuffle, three of repeat, and the one of nothing.
+    EXPECT_EQ(std::unique(seen.begin(), seen.end()) - seen.begin(), 6);
+}
+
+TEST_F(BoundModes, areWhatTheOverlayAsksFor) {
+    const std::map<Binding, BoundAs> wanted = {
+        {{"zelmar/disc/status", "playstate", "shuffle"}, BoundAs::Word},
+        {{"zelmar/disc/status", "playstate", "repeat"}, BoundAs::Word}};
+    EXPECT_EQ(stage.scene->bindings(), wanted);
 }
 
 double lightOf(const Color& color) {

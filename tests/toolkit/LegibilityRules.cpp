@@ -293,6 +293,9 @@ std::vector<int> picturesOf(const ItemSpec& item) {
     for (const auto& [state, id] : item.icons) {
         pictures.push_back(id);
     }
+    for (const auto& [value, id] : item.pictureOfValue) {
+        pictures.push_back(id);
+    }
     if (const auto more = picturesOfItems.find(item.id); more != picturesOfItems.end()) {
         pictures.insert(pictures.end(), more->second.begin(), more->second.end());
     }

@@ -46,7 +46,6 @@ void Application::beginEvents() {
     }
 }
 
-// Those of the main view; what is shown over a picture shows none.
 void Application::followBoundObjects() {
     const auto show = [this](const Binding& binding, const std::string& text, PictureFilePtr picture) {
         // Of no concern to the application, which is quiet meanwhile.
@@ -58,8 +57,11 @@ void Application::followBoundObjects() {
             },
             Counted::No);
     };
-    if (const Status begun =
-            m_boundObjects.start(ppsSocket(runtimeDir()), mainView()->scene->bindings(), show);
+    std::map<Binding, BoundAs> bindings;
+    for (const ViewImpl* view : m_views) {
+        bindings.merge(view->scene->bindings());
+    }
+    if (const Status begun = m_boundObjects.start(ppsSocket(runtimeDir()), std::move(bindings), show);
         !begun) {
         reportFailure(begun.error());
     }

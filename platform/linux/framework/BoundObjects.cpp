@@ -22,6 +22,12 @@ namespace {
 constexpr int LookMs = 500;
 constexpr int ReadOnly = 0;
 
+/** A text, or a number where any word will do; empty for all else. */
+std::string textOf(const nlohmann::json& member, BoundAs as) {
+    const bool number = as == BoundAs::Word && member.is_number_integer();
+    return member.is_string() ? member.get<std::string>() : number ? member.dump() : std::string();
+}
+
 } // namespace
 
 Status BoundObjects::start(const std::string& ppsSocket, std::map<Binding, BoundAs> bindings,
@@ -91,10 +97,9 @@ void BoundObjects::report(const std::string& object, std::string text) const {
         for (const auto& [binding, as] : m_bindings) {
             if (binding.object == object && binding.attribute == attribute.attr_name) {
                 const auto member = members.find(binding.member);
-                const bool isText = member != members.end() && member->is_string();
-                const std::string value = binding.member.empty() ? whole
-                                          : isText               ? member->get<std::string>()
-                                                                 : std::string();
+                const std::string value = binding.member.empty()    ? whole
+                                          : member != members.end() ? textOf(*member, as)
+                                                                    : std::string();
                 const bool picture = as == BoundAs::Picture && !value.empty();
                 m_onValue(binding, value, picture ? readPictureFile(value) : nullptr);
             }

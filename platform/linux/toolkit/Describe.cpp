@@ -42,6 +42,10 @@ json describeItem(const Pages& pages, const Item& item) {
         const Bound* bound = pages.bound(item.spec.bound);
         result["picture"] = bound && bound->picture ? bound->text : "";
     }
+    if (!item.spec.value.empty()) {
+        const Bound* bound = pages.bound(item.spec.value);
+        result["value"] = bound ? bound->text : "";
+    }
     if (item.list) {
         const CUI_BtList::Impl& list = item.list->impl();
         result["rows"] = describeRows(list);

@@ -193,7 +193,7 @@ void Pages::publish(const Binding& binding, Bound value) {
             damageAll();
         }
         for (const auto& item : window->items) {
-            if (item->spec.bound == binding) {
+            if (item->spec.bound == binding || item->spec.value == binding) {
                 m_damage.add(item->spec.rect);
             }
         }

@@ -98,6 +98,13 @@ Painter::Appearance Painter::appearance(const Item& item) const {
                     : Appearance{style.look(LookState::Normal), StateNormal};
 }
 
+int Painter::pictureOf(const Item& item, int buttonState) const {
+    const Bound* bound = item.spec.value.empty() ? nullptr : m_pages.bound(item.spec.value);
+    const auto& pictures = item.spec.pictureOfValue;
+    const auto found = bound ? pictures.find(bound->text) : pictures.end();
+    return found == pictures.end() ? of(item).icon(buttonState) : found->second;
+}
+
 void Painter::paintItem(Item& item, const Rect& area) {
     const Rect& box = item.spec.rect;
     switch (item.spec.kind) {

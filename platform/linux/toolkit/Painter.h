@@ -33,6 +33,8 @@ private:
         TextDirection direction;
     };
     Appearance appearance(const Item& item) const;
+    /** The picture that it shows in a button state; 0 for none. */
+    int pictureOf(const Item& item, int buttonState) const;
     const Content& of(const Item& item) const {
         return m_contents == Contents::Drawn ? item.drawn : item.set;
     }

@@ -168,7 +168,7 @@ void Painter::paintLabel(Item& item) {
         }
         return;
     }
-    const int picture = look.icon == noColor ? 0 : of(item).icon(buttonState);
+    const int picture = look.icon == noColor ? 0 : pictureOf(item, buttonState);
     if (picture == 0 && style.iconAt != IconAt::Top) {
         cairo_rectangle(m_cairo, box.x, box.y, box.w, box.h);
         cairo_clip(m_cairo);

@@ -110,6 +110,8 @@ struct ItemSpec {
     Binding movesWhile;     ///< of a list: the mark of its playing row moves while this is `movesValue`
     std::string movesValue; ///< of a list
     Binding bound;          ///< names the file of the picture that it shows
+    Binding value;          ///< chooses the picture that it shows
+    std::map<std::string, int> pictureOfValue; ///< picture by that value; for others it is that of its state
     int state = 0;
     bool visible = true;
     bool enabled = true;

@@ -44,11 +44,11 @@ constexpr std::array<MemberName, 9> windowNames = {{{"id", true},
                                                     {"touch"},
                                                     {"items", true}}};
 constexpr std::array<MemberName, 5> useNames = {{{"use", true}, {"at"}, {"in"}, {"without"}, {"only"}}};
-constexpr std::array<MemberName, 21> itemNames = {
-    {{"id", true}, {"kind", true}, {"rect", true},    {"style", true}, {"in"},         {"text"},
-     {"icon"},     {"icons"},      {"pictureOfText"}, {"bound"},       {"movesWhile"}, {"state"},
-     {"visible"},  {"enabled"},    {"touch"},         {"whenText"},    {"anchor"},     {"mirrors"},
-     {"total"},    {"elapsed"},    {"whileEmpty"}}};
+constexpr std::array<MemberName, 23> itemNames = {
+    {{"id", true}, {"kind", true},    {"rect", true}, {"style", true}, {"in"},    {"text"},    {"icon"},
+     {"icons"},    {"pictureOfText"}, {"bound"},      {"movesWhile"},  {"state"}, {"visible"}, {"enabled"},
+     {"touch"},    {"whenText"},      {"anchor"},     {"mirrors"},     {"total"}, {"elapsed"}, {"whileEmpty"},
+     {"value"},    {"pictureOfValue"}}};
 
 /** A change names the item and any of the others. */
 constexpr std::array<MemberName, itemNames.size()> changeNames = [] {
@@ -207,6 +207,17 @@ void ResourceReader::itemContent(const Node& node, ItemSpec& item) const {
     if (const Node* bound = node.find("bound")) {
         item.bound = binding(*bound);
     }
+    const Node* chooser = node.find("value");
+    const Node* byValue = node.find("pictureOfValue");
+    if (chooser && byValue) {
+        item.value = binding(*chooser);
+        for (const auto& [text, id] : objectOf(*byValue, "picture ids by value").members) {
+            item.pictureOfValue[text] = picture(id);
+        }
+    } else if (chooser || byValue) {
+        failFound(chooser ? *chooser : *byValue, chooser ? "\"value\" alone" : "\"pictureOfValue\" alone",
+                  "\"value\" together with \"pictureOfValue\"");
+    }
     if (const Node* moves = node.find("movesWhile")) {
         if (item.kind != ItemKind::List) {
             failFound(*moves, "\"movesWhile\" for what is no list", "it for a list only");
@@ -282,7 +293,8 @@ void ResourceReader::checkContent(const Node& node, ItemKind kind) const {
     if (kind == ItemKind::Text || kind == ItemKind::Icon || kind == ItemKind::Button) {
         return;
     }
-    for (const char* name : {"text", "icon", "icons", "pictureOfText", "bound", "state"}) {
+    for (const char* name :
+         {"text", "icon", "icons", "pictureOfText", "bound", "state", "value", "pictureOfValue"}) {
         if (const Node* value = node.find(name)) {
             failFound(*value,
                       "\"" + std::string(name) + "\" for a " + itemKindNames[static_cast<size_t>(kind)],

@@ -239,8 +239,10 @@ std::map<Binding, BoundAs> Scene::bindings() const {
             if (!item->spec.bound.empty()) {
                 found[item->spec.bound] = BoundAs::Picture;
             }
-            if (!item->spec.movesWhile.empty()) {
-                found[item->spec.movesWhile] = BoundAs::Word;
+            for (const Binding& word : {item->spec.movesWhile, item->spec.value}) {
+                if (!word.empty()) {
+                    found[word] = BoundAs::Word;
+                }
             }
         }
     }

@@ -94,6 +94,7 @@ void DiscOsdView::OnClipsType() {
 void DiscOsdView::OnTrackInfo() {
     m_counters.OnUserMsgTrackInfo();
     if (HasAnswers()) {
+        m_state.m_bTrackChanged = true;
         ShowPlayState();
     }
 }

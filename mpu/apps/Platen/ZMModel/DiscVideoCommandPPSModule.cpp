@@ -8,10 +8,14 @@ DiscVideoCommandPPSModule::DiscVideoCommandPPSModule(const fileTagInfo& info)
 
 bool DiscVideoCommandPPSModule::OperateVideoCapture(bool bStart, const std::string& wndGroupId,
                                                     const std::string& wndId, const std::string& srcName) {
-    return PPSObjectEncoder(m_strObject, VIDEO_ZMVIDEO)
-        .Add(VIDEO_ZMVIDEO_STATUS, bStart ? VIDEO_ZMVIDEO_ON : VIDEO_ZMVIDEO_OFF)
-        .Add(VIDEO_ZMVIDEO_WNDGP_ID, wndGroupId)
-        .Add(VIDEO_ZMVIDEO_WND_ID, wndId)
-        .Add(VIDEO_ZMVIDEO_SRC, srcName)
-        .Write(*this, false);
+    bool bWritten = PPSObjectEncoder(m_strObject, VIDEO_ZMVIDEO)
+                        .Add(VIDEO_ZMVIDEO_STATUS, bStart ? VIDEO_ZMVIDEO_ON : VIDEO_ZMVIDEO_OFF)
+                        .Add(VIDEO_ZMVIDEO_WNDGP_ID, wndGroupId)
+                        .Add(VIDEO_ZMVIDEO_WND_ID, wndId)
+                        .Add(VIDEO_ZMVIDEO_SRC, srcName)
+                        .Write(*this, false);
+    m_strWndGroupId = wndGroupId;
+    m_strWndId = wndId;
+    m_strSrcName = srcName;
+    return bWritten;
 }

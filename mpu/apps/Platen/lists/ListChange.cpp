@@ -88,6 +88,7 @@ void ListChange::OnHandleUIReturnList() {
 }
 
 void ListChange::ReturnToSearch() {
+    m_controls.DeleteRows(WND_MEDIA_LIST);
     m_lists.m_nCurListFrom = LIST_FROM_SEARCH;
     m_fill.InsertUIListData(LIST_FROM_SEARCH);
     m_state.m_uiCurState = VIEW_STATE_MUSIC_LIST;

@@ -93,6 +93,7 @@ void ListQuery::FileQueryWait() {
         return;
     }
     if (m_discDb.GetFinishFlag()) {
+        m_nQueWaitTime = 0;
         m_bQueryWaiting = false;
         m_control.KillTimer(ENUM_TIMER_QUERY_WAIT);
         TakeFetchedRows();

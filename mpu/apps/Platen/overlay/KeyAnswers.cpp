@@ -41,6 +41,7 @@ void KeyAnswers::ShowPlayState() {
         // Also when nothing was shown: whatever picture stands goes 3 s later.
         m_display.SetDisplayStateTimer();
     }
+    m_state.m_bTrackChanged = false;
 }
 
 void KeyAnswers::ShowDvdAudio() {

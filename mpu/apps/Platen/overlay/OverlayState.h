@@ -28,4 +28,5 @@ struct OverlayState {
     CUIWndMng* m_pWndMng = nullptr;
     uint32_t m_nCurPlayType = PLAY_TYPE_UNKNOWN;
     int32_t m_nCurWndId = OSD_WND_DVD; ///< the bar of the clip type
+    bool m_bTrackChanged = false;      ///< a change of track is being shown
 };

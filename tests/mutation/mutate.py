@@ -27,7 +27,7 @@ from mutants import Mutant, Source, choose, kinds, mutated
 PROJECT = Path(__file__).resolve().parent.parent.parent
 # The test programs that hold a room, the quickest first.
 PROGRAMS = (
-    ("mpu", ("model", "walk", "views", "pictures")),
+    ("mpu", ("model", "walk", "anomaly", "views", "pictures")),
     ("base", ("base",)),
     ("platform/linux/pps", ("pps",)),
     ("platform/linux/qdb", ("qdb",)),

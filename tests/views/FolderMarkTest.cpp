@@ -27,6 +27,12 @@ TEST_F(FolderMark, ThePlayingFileOfAFolderIsMarkedAndSelected) {
     }
 }
 
+TEST_F(FolderMark, TheFirstFileOfAFolderIsMarkedLikeAnyOther) {
+    openFolder(FOLDER_KINDS[0], 5);
+    playNow(1);
+    EXPECT_THAT(marked(WND_FOLDER_LIST), ElementsAre(1));
+}
+
 TEST_F(FolderMark, TheTopRowOfAFoldersFiles) {
     const struct {
         int row;

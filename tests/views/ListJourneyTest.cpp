@@ -54,6 +54,16 @@ protected:
     }
 };
 
+TEST_F(ListJourney, TheWayBackOpensTheFolderThatPlaysByNow) {
+    openFolder(FOLDER_KINDS[0], 5);
+    clickRow(3, WND_FOLDER_LIST);
+    unit.disc.track({.curMediaId = 2, .curMediaIds = 8, .mediaId = 1, .mediaIds = 8, .parentFolder = 3});
+    press(ITEM_TO_LIST, WND_AUDIO_PLAY);
+    tick();
+    ASSERT_EQ(unit.main.window(), WND_FOLDER_LIST);
+    EXPECT_EQ(reported().folder, 3);
+}
+
 TEST_F(ListJourney, AFileTouchedAmongAllFilesReturnsThereEvenWhenAFolderWasTheOneBefore) {
     for (size_t kind = 0; kind < std::size(JOURNEYS); ++kind) {
         SCOPED_TRACE(FOLDER_KINDS[kind].type);

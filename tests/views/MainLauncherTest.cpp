@@ -197,9 +197,27 @@ TEST_F(MainLauncher, TheTimeBetweenTwoPausesIsTakenToTheMillisecond) {
         unit.app("pause");
         unit.app("resume");
         EXPECT_THAT(unit.log("************* itv=").back(),
-                    testing::HasSubstr("itv=" + std::to_string(pause.interval)));
+                    HasSubstr("itv=" + std::to_string(pause.interval)));
     }
     holdTimeOfDay(0us);
+}
+
+/** The time of day stands from before the start on. */
+struct TimeStands {
+    TimeStands() { holdTimeOfDay(1000s); }
+    ~TimeStands() { holdTimeOfDay(0us); }
+};
+class LauncherFromTheStart : TimeStands, public MainView {};
+
+TEST_F(LauncherFromTheStart, TheFirstPauseIsMeasuredFromThere) {
+    play(PLAY_TYPE_MUSIC);
+    holdTimeOfDay(1000s + 700ms);
+    unit.app("pause");
+    EXPECT_THAT(unit.log("************* itv=").back(), HasSubstr("itv=700"));
+    unit.disc.state(DISC_STATE_PAUSED);
+    unit.clearCommands();
+    unit.app("resume");
+    EXPECT_THAT(unit.commands(), IsEmpty()) << "too early for what played to be remembered";
 }
 
 TEST_F(MainLauncher, PauseIsCarriedOutInItsOrder) {

@@ -23,6 +23,7 @@ TEST(WideText, FormatsTheTextsOfBothViews) {
     EXPECT_EQ(format(L"%0.2d:%0.2d", 7, 5), L"07:05");
     EXPECT_EQ(format(L"%4.1f", 0.5), L" 0.5");
     EXPECT_EQ(format(L"%4.1f", -40.0), L"-40.0");
+    EXPECT_EQ(format(L"%.0f", 7.0), L"7");
     EXPECT_EQ(format(L"%d  %s", 12, "name"), L"12  name");
     EXPECT_EQ(format(L"%d/%d %s %s %s", 1, 2, "a", std::string("b"), ""), L"1/2 a b ");
     EXPECT_EQ(format(L"plain"), L"plain");

@@ -59,12 +59,23 @@ export class Bench {
   async count(page) {
     const folder = process.env.ZM_PAGE_COVERAGE;
     if (!folder) return;
-    await page.coverage.startJSCoverage({resetOnNavigation: false});
-    const close = page.close.bind(page);
+    const begin = () => page.coverage.startJSCoverage({resetOnNavigation: false});
+    const keep = async () => writeFileSync(join(folder, `${process.pid}-${++files}.json`), JSON.stringify(await page.coverage.stopJSCoverage()));
+    await begin();
+    // The browser forgets the counts of a page that is left.
+    for (const leave of ['goto', 'reload']) {
+      const go = page[leave].bind(page);
+      page[leave] = async (...where) => {
+        await keep();
+        await begin();
+        return go(...where);
+      };
+    }
     let kept;
-    this.counted.push(() => kept ??= page.coverage.stopJSCoverage().then((entries) => writeFileSync(join(folder, `${process.pid}-${++files}.json`), JSON.stringify(entries))));
-    const keep = this.counted.at(-1);
-    page.close = () => keep().then(() => close());
+    const keepOnce = () => kept ??= keep();
+    this.counted.push(keepOnce);
+    const close = page.close.bind(page);
+    page.close = () => keepOnce().then(() => close());
   }
 
   async zmctl(...argv) {

@@ -1,19 +1,19 @@
 #include "base/EventLoop.h"
 
+#include "base/Mutex.h"
+
 #include <glib-unix.h>
 #include <glib.h>
 
 #include <deque>
-#include <mutex>
 #include <utility>
 
 namespace zm {
 
 struct EventLoop::State {
-    std::mutex mutex;
-    std::deque<std::function<void()>> tasks;
-    bool scheduled = false;
-    bool stop = false;
+    Mutex mutex;
+    std::deque<std::function<void()>> tasks ZM_GUARDED_BY(mutex);
+    bool stop ZM_GUARDED_BY(mutex) = false;
 };
 
 EventLoop::EventLoop() : m_context(g_main_context_new()), m_state(std::make_unique<State>()) {}
@@ -22,7 +22,7 @@ EventLoop::~EventLoop() {
     {
         // Posted tasks that never ran are dropped here, on the owner's thread.
         std::deque<std::function<void()>> dropped;
-        std::lock_guard lock(m_state->mutex);
+        MutexLock lock(m_state->mutex);
         dropped.swap(m_state->tasks);
     }
     g_main_context_unref(m_context);
@@ -32,7 +32,7 @@ void EventLoop::run() {
     g_main_context_push_thread_default(m_context);
     for (;;) {
         {
-            std::lock_guard lock(m_state->mutex);
+            MutexLock lock(m_state->mutex);
             if (m_state->stop) {
                 m_state->stop = false;
                 break;
@@ -45,7 +45,7 @@ void EventLoop::run() {
 
 void EventLoop::quit() {
     {
-        std::lock_guard lock(m_state->mutex);
+        MutexLock lock(m_state->mutex);
         m_state->stop = true;
     }
     g_main_context_wakeup(m_context);
@@ -57,7 +57,7 @@ bool EventLoop::iterate(bool wait) {
         // Take only the tasks of this moment, so that a task that posts itself does not starve descriptors.
         std::deque<std::function<void()>> tasks;
         {
-            std::lock_guard lock(m_state->mutex);
+            MutexLock lock(m_state->mutex);
             tasks.swap(m_state->tasks);
         }
         for (auto& task : tasks) {
@@ -67,7 +67,7 @@ bool EventLoop::iterate(bool wait) {
     }
     bool more = false;
     {
-        std::lock_guard lock(m_state->mutex);
+        MutexLock lock(m_state->mutex);
         more = !m_state->tasks.empty() || m_state->stop;
     }
     return g_main_context_iteration(m_context, wait && !ran && !more) || ran;
@@ -75,7 +75,7 @@ bool EventLoop::iterate(bool wait) {
 
 void EventLoop::post(std::function<void()> task) {
     {
-        std::lock_guard lock(m_state->mutex);
+        MutexLock lock(m_state->mutex);
         m_state->tasks.push_back(std::move(task));
     }
     g_main_context_wakeup(m_context);

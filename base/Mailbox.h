@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/EventLoop.h"
+#include "base/Mutex.h"
 
 #include <functional>
 #include <memory>
-#include <mutex>
 
 namespace zm {
 
@@ -18,7 +18,7 @@ public:
     explicit Mailbox(EventLoop& loop) : m_loop(&loop) {}
 
     void post(std::function<void()> task) {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         if (m_loop) {
             m_loop->post([self = shared_from_this(), task = std::move(task)] {
                 if (self->isOpen()) {
@@ -28,17 +28,17 @@ public:
         }
     }
     void close() {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_loop = nullptr;
     }
 
 private:
     bool isOpen() {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         return m_loop != nullptr;
     }
-    std::mutex m_mutex;
-    EventLoop* m_loop;
+    Mutex m_mutex;
+    EventLoop* m_loop ZM_GUARDED_BY(m_mutex);
 };
 
 } // namespace zm

@@ -148,7 +148,7 @@ bool CutFeed::decode(int64_t frame, int64_t count, char* bytes) {
 }
 
 void CutFeed::fail(const std::string& why) {
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     m_failure = why;
 }
 
@@ -156,7 +156,7 @@ std::string CutFeed::failure() const {
     if (std::string why = m_file->failure(); !why.empty()) {
         return why;
     }
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     return m_failure;
 }
 

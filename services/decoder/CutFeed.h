@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "services/disc/engine/ByteFeed.h"
 
 #include <sndfile.h>
 
 #include <memory>
-#include <mutex>
 #include <optional>
 
 namespace zm::decoder {
@@ -54,8 +54,8 @@ private:
     int64_t m_lost = 0;    ///< frames in a row that could not be decoded
     int64_t m_lostEnd = 0; ///< the one behind them
     std::string m_header;
-    mutable std::mutex m_mutex;
-    std::string m_failure;
+    mutable Mutex m_mutex;
+    std::string m_failure ZM_GUARDED_BY(m_mutex);
 };
 
 } // namespace zm::decoder

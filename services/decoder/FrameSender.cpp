@@ -23,7 +23,7 @@ FrameSender::FrameSender() : m_pictures(wire::RingFd) {
 }
 
 void FrameSender::begin(uint64_t item) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_item = item;
 }
 
@@ -38,7 +38,7 @@ bool FrameSender::takeBack() {
 }
 
 void FrameSender::show(const DrawPicture& draw) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     takeBack();
     auto place = std::find(m_away.begin(), m_away.end(), false);
     if (place == m_away.end()) {

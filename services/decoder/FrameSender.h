@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "services/disc/engine/FrameSink.h"
 #include "services/disc/engine/SharedPictures.h"
 
 #include <array>
 #include <cstdint>
-#include <mutex>
 
 namespace zm::decoder {
 
@@ -20,12 +20,12 @@ public:
     void clear() override {}
 
 private:
-    bool takeBack();
+    bool takeBack() ZM_REQUIRES(m_mutex);
 
-    std::mutex m_mutex;
-    disc::engine::SharedPictures m_pictures;
-    std::array<bool, 3> m_away{}; ///< places that the service has not given back
-    uint64_t m_item = 0;
+    Mutex m_mutex;
+    disc::engine::SharedPictures m_pictures ZM_GUARDED_BY(m_mutex);
+    std::array<bool, 3> m_away ZM_GUARDED_BY(m_mutex){}; ///< places that the service has not given back
+    uint64_t m_item ZM_GUARDED_BY(m_mutex) = 0;
 };
 
 } // namespace zm::decoder

@@ -17,7 +17,7 @@ Result<std::string> RemoteFeed::answer(char expected) {
     if (message && !message->text.empty() && message->text[0] == wire::ErrorAnswer) {
         failure = message->text.substr(1);
     }
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_failure = m_failure.empty() ? failure : m_failure;
     return Error{m_failure};
 }
@@ -45,7 +45,7 @@ void RemoteFeed::cancel() {
 }
 
 std::string RemoteFeed::failure() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_failure;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "base/Socket.h"
 #include "services/disc/engine/ByteFeed.h"
 
 #include <atomic>
-#include <mutex>
 
 namespace zm::decoder {
 
@@ -24,8 +24,8 @@ private:
     Result<std::string> answer(char expected);
 
     SyncConnection m_service;
-    mutable std::mutex m_mutex;
-    std::string m_failure;
+    mutable Mutex m_mutex;
+    std::string m_failure ZM_GUARDED_BY(m_mutex);
 };
 
 } // namespace zm::decoder

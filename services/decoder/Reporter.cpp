@@ -1,5 +1,6 @@
 #include "services/decoder/Reporter.h"
 
+#include "base/Mutex.h"
 #include "base/Socket.h"
 #include "sys/slog.h"
 
@@ -7,7 +8,6 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <mutex>
 
 namespace zm::decoder {
 
@@ -27,10 +27,10 @@ Json listOf(const std::vector<Stream>& streams) {
 } // namespace
 
 void say(const Json& message) {
-    static std::mutex mutex;
+    static Mutex mutex;
     // For ever: threads may still have something to say while the process ends.
     static auto* service = new SyncConnection(UniqueFd(wire::ControlFd));
-    std::lock_guard lock(mutex);
+    MutexLock lock(mutex);
     // Without a service there is nobody to tell; the program ends by its own watch of the socket.
     static_cast<void>(service->send(wire::textOf(message)));
 }

@@ -2,7 +2,6 @@
 
 #include "DiscQDBCell.h"
 #include "Log.h"
-#include "ZMModel/MutexGuard.h"
 
 #include <cerrno>
 #include <cstring>
@@ -12,16 +11,12 @@ static constexpr const char* DATABASE = "/dev/qdb/discdb";
 static constexpr int CONNECT_FLAGS = 1;
 
 DiscQDB::DiscQDB(CDiscData& data) : m_pDiscData(&data) {
-    pthread_mutex_init(&m_mutex, nullptr);
-    pthread_mutex_init(&m_mutexStatement, nullptr);
     DataInit();
 }
 
 DiscQDB::~DiscQDB() {
     // Usually closed long ago; a worker that still runs must not outlive the lists.
     Close();
-    pthread_mutex_destroy(&m_mutexStatement);
-    pthread_mutex_destroy(&m_mutex);
 }
 
 void DiscQDB::InitDataBase() {
@@ -78,11 +73,11 @@ void DiscQDB::DataInit() {
 }
 
 void DiscQDB::Lock() {
-    pthread_mutex_lock(&m_mutex);
+    m_mutex.Lock();
 }
 
 void DiscQDB::UnLock() {
-    pthread_mutex_unlock(&m_mutex);
+    m_mutex.UnLock();
 }
 
 bool DiscQDB::ExecuteSql(std::string sql) {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ZMModel/Mutex.h"
 #include "zmcar/ThreadControl.h"
 
-#include <pthread.h>
 #include <qdb/qdb.h>
 
 #include <array>
@@ -69,8 +69,8 @@ public:
     void CloseDb();
     /** Empties everything but the search list and the second statement. */
     void DataInit();
-    void Lock();
-    void UnLock();
+    void Lock() LOCK_UNCHECKED;
+    void UnLock() LOCK_UNCHECKED;
 
     /** Runs one statement; takes no lock. */
     bool ExecuteSql(std::string sql);
@@ -131,7 +131,7 @@ protected:
 private:
     using PlayList = std::vector<T_PLAY_LIST_ITEM>;
 
-    PlayList& RowsOf(const ListSource& source);
+    PlayList& RowsOf(const ListSource& source) NEEDS_LOCK(m_mutex);
     template <class Reader>
     bool ReadFirstRow(const char* func, const char* sql, Reader read);
     template <class Reader>
@@ -149,29 +149,29 @@ private:
     void AppendRow(const T_PLAY_LIST_ITEM& item);
     void DropOldRows();
 
-    PlayList m_vecAudioList;
-    PlayList m_vecVideoList;
-    PlayList m_vecPhotoList;
-    PlayList m_vecAudioFolderList;
-    PlayList m_vecVideoFolderList;
-    PlayList m_vecPhotoFolderList;
-    PlayList m_vecSearchList;
+    Mutex m_mutex;
+    /** Held while the worker's statement runs and taken before m_mutex, which is never held for long. */
+    Mutex m_mutexStatement;
+    PlayList m_vecAudioList GUARDED_BY(m_mutex);
+    PlayList m_vecVideoList GUARDED_BY(m_mutex);
+    PlayList m_vecPhotoList GUARDED_BY(m_mutex);
+    PlayList m_vecAudioFolderList GUARDED_BY(m_mutex);
+    PlayList m_vecVideoFolderList GUARDED_BY(m_mutex);
+    PlayList m_vecPhotoFolderList GUARDED_BY(m_mutex);
+    PlayList m_vecSearchList GUARDED_BY(m_mutex);
     /** The rows that a query has cleared: their memory is used for the new ones.
      * Empty when its task has ended. */
-    PlayList m_vecOldRows;
-    PlayList* m_pCurVec = nullptr;
-    pthread_mutex_t m_mutex;
-    /** Held while the worker's statement runs and taken before m_mutex, which is never held for long. */
-    pthread_mutex_t m_mutexStatement;
+    PlayList m_vecOldRows GUARDED_BY(m_mutex);
+    PlayList* m_pCurVec GUARDED_BY(m_mutex) = nullptr;
     CDiscData* m_pDiscData;
     qdb_hdl_t* m_hDb = nullptr;
     /** For values read on the caller's thread, so that it never waits for the worker's statement. */
-    qdb_hdl_t* m_hValueDb = nullptr;
+    qdb_hdl_t* m_hValueDb GUARDED_BY(m_mutex) = nullptr;
     bool m_bDbOpen = false;
-    bool m_bBreakQue = false;
-    bool m_bFinish = false;
-    bool m_bNotBegun = false; ///< the worker has not begun the latest command
-    int32_t m_nQueBaseType = QUE_BASE_MEDIA;
-    std::string m_strListSql;
-    std::string m_strSubSql;
+    bool m_bBreakQue GUARDED_BY(m_mutex) = false;
+    bool m_bFinish GUARDED_BY(m_mutex) = false;
+    bool m_bNotBegun GUARDED_BY(m_mutex) = false; ///< the worker has not begun the latest command
+    int32_t m_nQueBaseType GUARDED_BY(m_mutex) = QUE_BASE_MEDIA;
+    std::string m_strListSql GUARDED_BY(m_mutex);
+    std::string m_strSubSql GUARDED_BY(m_mutex);
 };

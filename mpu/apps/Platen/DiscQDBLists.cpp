@@ -3,7 +3,6 @@
 #include "DiscQDBCell.h"
 #include "ListSources.h"
 #include "Log.h"
-#include "ZMModel/MutexGuard.h"
 
 #include <algorithm>
 #include <iterator>

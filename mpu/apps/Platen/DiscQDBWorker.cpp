@@ -2,7 +2,6 @@
 
 #include "DiscQDBCell.h"
 #include "Log.h"
-#include "ZMModel/MutexGuard.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -16,7 +16,7 @@ int64_t realNow() {
 } // namespace
 
 void AppClock::setManual(bool manual) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (manual != m_manual) {
         m_manualNow = realNow();
         m_manual = manual;
@@ -24,18 +24,18 @@ void AppClock::setManual(bool manual) {
 }
 
 bool AppClock::manual() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_manual;
 }
 
 int64_t AppClock::nowMs() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_manual ? m_manualNow : realNow();
 }
 
 void AppClock::set(Key key, Alarm alarm) {
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         alarm.order = m_nextOrder++;
         m_alarms[key] = std::move(alarm);
     }
@@ -43,17 +43,17 @@ void AppClock::set(Key key, Alarm alarm) {
 }
 
 bool AppClock::cancel(Key key) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_alarms.erase(key) > 0;
 }
 
 void AppClock::cancelAll(const void* owner) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     std::erase_if(m_alarms, [owner](const auto& entry) { return entry.first.first == owner; });
 }
 
 std::optional<int64_t> AppClock::due(Key key) const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     const auto found = m_alarms.find(key);
     return found == m_alarms.end() ? std::nullopt : std::optional(found->second.dueMs);
 }
@@ -65,7 +65,7 @@ bool AppClock::advanceToHandler(int64_t limitMs) {
             return true;
         }
     }
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_manualNow = std::max(m_manualNow, limitMs);
     return false;
 }
@@ -77,7 +77,7 @@ void AppClock::disarm() {
 
 // Takes the earliest alarm that is due at `limitMs`; a periodic one is set for its next time.
 std::optional<AppClock::Alarm> AppClock::takeDue(int64_t limitMs) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     const auto earliest =
         std::min_element(m_alarms.begin(), m_alarms.end(), [](const auto& a, const auto& b) {
             return std::tie(a.second.dueMs, a.second.order) < std::tie(b.second.dueMs, b.second.order);
@@ -112,7 +112,7 @@ void AppClock::armOnEventThread() {
 void AppClock::arm() {
     std::optional<int64_t> earliest;
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         for (const auto& [key, alarm] : m_alarms) {
             earliest = std::min(alarm.dueMs, earliest.value_or(alarm.dueMs));
         }

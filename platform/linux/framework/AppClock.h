@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "platform/linux/framework/EventThread.h"
 
 #include <cstdint>
@@ -63,11 +64,11 @@ private:
     void wake();
 
     EventThread& m_events;
-    mutable std::mutex m_mutex;
-    std::map<Key, Alarm> m_alarms;
-    uint64_t m_nextOrder = 0;
-    bool m_manual = false;
-    int64_t m_manualNow = 0;
+    mutable Mutex m_mutex;
+    std::map<Key, Alarm> m_alarms ZM_GUARDED_BY(m_mutex);
+    uint64_t m_nextOrder ZM_GUARDED_BY(m_mutex) = 0;
+    bool m_manual ZM_GUARDED_BY(m_mutex) = false;
+    int64_t m_manualNow ZM_GUARDED_BY(m_mutex) = 0;
     SourceHandle m_wakeup;
     std::optional<int64_t> m_armedFor;
 };

@@ -71,7 +71,7 @@ Status Application::open(ViewImpl& mainView, const std::string& windowGroup) {
     m_theme = welcome.value("theme", "");
     m_motion = welcome.value("motion", "");
     m_announced = false;
-    std::lock_guard lock(m_linkMutex);
+    MutexLock lock(m_linkMutex);
     m_link = std::move(*link);
     return ok();
 }
@@ -80,7 +80,7 @@ Status Application::serve(void (*handle)(Application& application, const json& m
     if (auto started = m_coordinator.start([] {}, [] {}); !started) {
         return started;
     }
-    return m_link->start([this, handle](const json& message) { handle(*this, message); },
+    return link()->start([this, handle](const json& message) { handle(*this, message); },
                          [this](const std::string& why) { linkClosed(why); });
 }
 
@@ -95,10 +95,10 @@ void Application::close() {
     }
     m_settler.giveUp();
     m_coordinator.stop();
-    if (m_link) {
+    if (const auto connected = link()) {
         send({{"t", "bye"}});
-        m_link->close();
-        std::lock_guard lock(m_linkMutex);
+        connected->close();
+        MutexLock lock(m_linkMutex);
         m_link.reset();
     }
     for (ViewImpl* view : std::exchange(m_views, {})) {
@@ -227,13 +227,14 @@ void Application::childPosted(const std::string& name) {
     });
 }
 
+std::shared_ptr<ShellLink> Application::link() {
+    MutexLock lock(m_linkMutex);
+    return m_link;
+}
+
 bool Application::send(const json& message) {
-    std::shared_ptr<ShellLink> link;
-    {
-        std::lock_guard lock(m_linkMutex);
-        link = m_link;
-    }
-    return link && link->send(message);
+    const auto connected = link();
+    return connected && connected->send(message);
 }
 
 bool Application::startMonitor(int number) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "platform/linux/framework/AppClock.h"
 #include "platform/linux/framework/BoundObjects.h"
 #include "platform/linux/framework/ChildWindows.h"
@@ -15,7 +16,6 @@
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -120,6 +120,7 @@ private:
     MotionLevel motionLevel() const;
     void beginEvents();
     void endEvents();
+    std::shared_ptr<ShellLink> link();
     void linkClosed(const std::string& why);
     void watchResources();
     void reloadResources();
@@ -142,8 +143,8 @@ private:
     std::string m_theme;
     std::string m_motion;
 
-    std::mutex m_linkMutex;
-    std::shared_ptr<ShellLink> m_link;
+    Mutex m_linkMutex;
+    std::shared_ptr<ShellLink> m_link ZM_GUARDED_BY(m_linkMutex);
     std::atomic<bool> m_announced = false;
     UniqueFd m_linkClosed;
 };

@@ -16,7 +16,7 @@ EventThread::~EventThread() {
 
 Status EventThread::start(Task first, Task last) {
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         if (m_phase != Phase::Waiting) {
             return Error{"the event thread was started before"};
         }
@@ -30,7 +30,7 @@ Status EventThread::start(Task first, Task last) {
         currentThread = nullptr;
     });
     if (!thread) {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_phase = Phase::Waiting;
         return thread.failure();
     }
@@ -41,7 +41,7 @@ Status EventThread::start(Task first, Task last) {
 void EventThread::stop() {
     std::deque<Event> dropped;
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_phase = Phase::Stopped;
         dropped.swap(m_events);
     }
@@ -54,7 +54,7 @@ void EventThread::stop() {
 void EventThread::reset() {
     stop();
     m_loop = std::make_unique<EventLoop>();
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_phase = Phase::Waiting;
 }
 
@@ -63,17 +63,17 @@ bool EventThread::isCurrent() const {
 }
 
 bool EventThread::running() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_phase == Phase::Running;
 }
 
 bool EventThread::stopped() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_phase == Phase::Stopped;
 }
 
 void EventThread::post(Task task, Counted counted) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (m_phase == Phase::Stopped) {
         return;
     }
@@ -95,7 +95,7 @@ void EventThread::runEvent(const Task& task, Counted counted) {
     if (afterEvent) {
         afterEvent();
     }
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_activity += counted == Counted::Yes;
 }
 
@@ -104,14 +104,14 @@ bool EventThread::drain(TimePoint deadline) {
 }
 
 uint64_t EventThread::activity() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_activity;
 }
 
 void EventThread::runNext() {
     Event event;
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         if (m_events.empty()) {
             return;
         }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "base/EventLoop.h"
+#include "base/Mutex.h"
 #include "base/Result.h"
 #include "platform/linux/framework/Settler.h"
 
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 namespace zm {
@@ -63,10 +63,10 @@ private:
     };
     void runNext();
 
-    mutable std::mutex m_mutex;
-    Phase m_phase = Phase::Waiting;
-    std::deque<Event> m_events;
-    uint64_t m_activity = 0;
+    mutable Mutex m_mutex;
+    Phase m_phase ZM_GUARDED_BY(m_mutex) = Phase::Waiting;
+    std::deque<Event> m_events ZM_GUARDED_BY(m_mutex);
+    uint64_t m_activity ZM_GUARDED_BY(m_mutex) = 0;
     std::unique_ptr<EventLoop> m_loop = std::make_unique<EventLoop>();
     std::thread m_thread;
 };

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Mutex.h"
+
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 
 namespace zm {
 
@@ -12,20 +12,22 @@ using TimePoint = std::chrono::steady_clock::time_point;
 class Fence {
 public:
     void pass() {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_passed = true;
-        m_changed.notify_all();
+        m_changed.notifyAll();
     }
     /** False if the point was not reached before `deadline`. */
     bool wait(TimePoint deadline) {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait_until(lock, deadline, [this] { return m_passed; });
+        MutexLock lock(m_mutex);
+        while (!m_passed && m_changed.waitUntil(lock, deadline)) {
+        }
+        return m_passed;
     }
 
 private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_passed = false;
+    Mutex m_mutex;
+    Condition m_changed;
+    bool m_passed ZM_GUARDED_BY(m_mutex) = false;
 };
 
 } // namespace zm

@@ -1,17 +1,17 @@
 #include "platform/linux/framework/FrameworkLog.h"
 
+#include "base/Mutex.h"
 #include "sys/slog.h"
 
 #include <cstdio>
-#include <mutex>
 
 namespace zm {
 
 namespace {
 
-std::mutex nameMutex;
+Mutex nameMutex;
 
-std::string& logName() {
+std::string& logName() ZM_REQUIRES(nameMutex) {
     static std::string name = "framework";
     return name;
 }
@@ -19,7 +19,7 @@ std::string& logName() {
 void tell(int severity, const std::string& text) {
     std::string name;
     {
-        std::lock_guard lock(nameMutex);
+        MutexLock lock(nameMutex);
         name = logName();
     }
     slogf(_SLOG_SETCODE(0, _SLOGC_PRIVATE_START), severity, "[%s] %s\n", name.c_str(), text.c_str());
@@ -29,7 +29,7 @@ void tell(int severity, const std::string& text) {
 } // namespace
 
 void setLogName(const std::string& name) {
-    std::lock_guard lock(nameMutex);
+    MutexLock lock(nameMutex);
     logName() = name;
 }
 

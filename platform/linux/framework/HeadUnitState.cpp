@@ -15,7 +15,7 @@ constexpr size_t MaxAppData = 64;
 } // namespace
 
 void HeadUnitState::load(const nlohmann::json& welcome) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_devices.clear();
     m_toldDevices.clear();
     m_monitors.clear();
@@ -44,23 +44,23 @@ void HeadUnitState::load(const nlohmann::json& welcome) {
 }
 
 void HeadUnitState::setDevice(int id, std::optional<int> value) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_devices[id] = value;
 }
 
 std::optional<int> HeadUnitState::device(int id) const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     const auto found = m_devices.find(id);
     return found == m_devices.end() ? std::nullopt : found->second;
 }
 
 std::vector<HeadUnitState::ToldDevice> HeadUnitState::toldDevices() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_toldDevices;
 }
 
 void HeadUnitState::setTime(int hour, int minute, int format) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_hour = hour;
     m_minute = minute;
     m_format = format;
@@ -70,22 +70,22 @@ T_ZMDatetime HeadUnitState::dateTime() const {
     const std::time_t now = std::time(nullptr);
     std::tm today{};
     localtime_r(&now, &today);
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return {today.tm_year + 1900, today.tm_mon + 1, today.tm_mday, m_hour, m_minute, 0, m_format};
 }
 
 void HeadUnitState::startMonitor(Monitor monitor) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_monitors.insert(monitor);
 }
 
 bool HeadUnitState::monitored(Monitor monitor) const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_monitors.contains(monitor);
 }
 
 int HeadUnitState::addAppData(std::string text) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_appData.push_back(std::move(text));
     if (m_appData.size() > MaxAppData) {
         m_appData.pop_front();
@@ -95,7 +95,7 @@ int HeadUnitState::addAppData(std::string text) {
 }
 
 std::string HeadUnitState::appData(int index) const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     const int position = index - m_appDataDropped;
     return position >= 0 && position < static_cast<int>(m_appData.size())
                ? m_appData[static_cast<size_t>(position)]

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "zmcar/DateTime.h"
 
 #include <nlohmann/json_fwd.hpp>
 
 #include <deque>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -46,15 +46,15 @@ public:
     std::string appData(int index) const;
 
 private:
-    mutable std::mutex m_mutex;
-    std::map<int, std::optional<int>> m_devices;
-    std::vector<ToldDevice> m_toldDevices;
-    int m_hour = 12;
-    int m_minute = 0;
-    int m_format = 0;
-    std::set<Monitor> m_monitors;
-    std::deque<std::string> m_appData;
-    int m_appDataDropped = 0;
+    mutable Mutex m_mutex;
+    std::map<int, std::optional<int>> m_devices ZM_GUARDED_BY(m_mutex);
+    std::vector<ToldDevice> m_toldDevices ZM_GUARDED_BY(m_mutex);
+    int m_hour ZM_GUARDED_BY(m_mutex) = 12;
+    int m_minute ZM_GUARDED_BY(m_mutex) = 0;
+    int m_format ZM_GUARDED_BY(m_mutex) = 0;
+    std::set<Monitor> m_monitors ZM_GUARDED_BY(m_mutex);
+    std::deque<std::string> m_appData ZM_GUARDED_BY(m_mutex);
+    int m_appDataDropped ZM_GUARDED_BY(m_mutex) = 0;
 };
 
 } // namespace zm

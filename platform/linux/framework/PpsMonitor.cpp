@@ -26,7 +26,7 @@ PpsMonitor::~PpsMonitor() {
 }
 
 Status PpsMonitor::start() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (m_running || m_thread.joinable()) {
         return Error{"the PPS monitor runs already"};
     }
@@ -45,7 +45,7 @@ Status PpsMonitor::start() {
 
 bool PpsMonitor::stop() {
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_running = false;
     }
     if (m_thread.get_id() == std::this_thread::get_id()) {
@@ -60,7 +60,7 @@ bool PpsMonitor::stop() {
 
 bool PpsMonitor::add(int key, std::shared_ptr<PpsSlot> slot) {
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         if (std::any_of(m_entries.begin(), m_entries.end(),
                         [key](const Entry& entry) { return entry.key == key; })) {
             return false;
@@ -72,14 +72,14 @@ bool PpsMonitor::add(int key, std::shared_ptr<PpsSlot> slot) {
 }
 
 bool PpsMonitor::remove(int key) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return std::erase_if(m_entries, [key](const Entry& entry) { return entry.key == key; }) > 0;
 }
 
 bool PpsMonitor::drain(TimePoint deadline) {
     auto fence = std::make_shared<Fence>();
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         if (!m_running) {
             return true;
         }
@@ -90,7 +90,7 @@ bool PpsMonitor::drain(TimePoint deadline) {
 }
 
 uint64_t PpsMonitor::activity() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_delivered;
 }
 
@@ -120,7 +120,7 @@ PpsMonitor::Turn PpsMonitor::takeTurn() {
     uint64_t count = 0;
     // Emptied before looking: a wake-up that comes later stays for the poll. An empty one is fine.
     [[maybe_unused]] const auto emptied = ::read(m_wake.get(), &count, sizeof count);
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     Turn turn{m_entries, std::exchange(m_fences, {}), m_running};
     for (Entry& entry : m_entries) {
         entry.ready = false;
@@ -131,7 +131,7 @@ PpsMonitor::Turn PpsMonitor::takeTurn() {
 void PpsMonitor::read(const Entry& entry) {
     auto changes = entry.slot->read();
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         Entry* own = find(entry.id);
         // Told once, until a read succeeds again.
         if (own && std::exchange(own->failed, !changes) != !changes && !changes) {
@@ -167,7 +167,7 @@ void PpsMonitor::report(int id, std::string text) {
         }
         int key = 0;
         {
-            std::lock_guard lock(m_mutex);
+            MutexLock lock(m_mutex);
             const Entry* entry = find(id);
             if (!m_running || !entry) {
                 return;
@@ -179,14 +179,14 @@ void PpsMonitor::report(int id, std::string text) {
     }
 }
 
-// The entry as it is now; null if it was removed. With m_mutex held.
+// The entry as it is now; null if it was removed.
 PpsMonitor::Entry* PpsMonitor::find(int id) {
     const auto found = std::ranges::find(m_entries, id, &Entry::id);
     return found == m_entries.end() ? nullptr : &*found;
 }
 
 bool PpsMonitor::failed(int id) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     const Entry* own = find(id);
     return own && own->failed;
 }
@@ -202,7 +202,7 @@ std::vector<int> PpsMonitor::look(const std::vector<Entry>& entries, bool wait) 
     }
     ::poll(waits.data(), waits.size(), !wait ? 0 : retry ? RetryMs : -1);
     std::vector<int> readable;
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     for (size_t i = 0; i < entries.size(); ++i) {
         if (Entry* own = find(entries[i].id)) {
             own->ready = own->ready || waits[i + 1].fd < 0 || waits[i + 1].revents != 0;

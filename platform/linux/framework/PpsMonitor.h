@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "base/Result.h"
 #include "base/UniqueFd.h"
 #include "platform/linux/framework/ChangeOrder.h"
@@ -9,7 +10,6 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -58,19 +58,19 @@ private:
     void read(const Entry& entry);
     void deliver(const std::vector<Entry>& entries);
     void report(int id, std::string text);
-    Entry* find(int id);
+    Entry* find(int id) ZM_REQUIRES(m_mutex);
     bool failed(int id);
     std::vector<int> look(const std::vector<Entry>& entries, bool wait);
     void wake();
 
     OnChange m_onChange;
     UniqueFd m_wake;
-    mutable std::mutex m_mutex;
-    std::vector<Entry> m_entries;
-    int m_nextId = 0;
-    std::vector<std::shared_ptr<Fence>> m_fences;
-    bool m_running = false;
-    uint64_t m_delivered = 0;
+    mutable Mutex m_mutex;
+    std::vector<Entry> m_entries ZM_GUARDED_BY(m_mutex);
+    int m_nextId ZM_GUARDED_BY(m_mutex) = 0;
+    std::vector<std::shared_ptr<Fence>> m_fences ZM_GUARDED_BY(m_mutex);
+    bool m_running ZM_GUARDED_BY(m_mutex) = false;
+    uint64_t m_delivered ZM_GUARDED_BY(m_mutex) = 0;
     ChangeOrder m_order; ///< the thread's
     std::thread m_thread;
 };

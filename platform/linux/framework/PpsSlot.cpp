@@ -3,7 +3,7 @@
 namespace zm {
 
 bool PpsSlot::put(PpsFile file) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (m_file) {
         return false;
     }
@@ -12,7 +12,7 @@ bool PpsSlot::put(PpsFile file) {
 }
 
 bool PpsSlot::close() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (!m_file) {
         return false;
     }
@@ -21,22 +21,22 @@ bool PpsSlot::close() {
 }
 
 bool PpsSlot::isOpen() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_file.has_value();
 }
 
 Status PpsSlot::write(std::string_view text) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_file ? m_file->write(text) : Status(Error{"not open"});
 }
 
 Result<PpsChanges> PpsSlot::read() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_file ? m_file->readChanges() : Result<PpsChanges>(PpsChanges());
 }
 
 int PpsSlot::pollFd() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_file ? m_file->pollFd() : -1;
 }
 

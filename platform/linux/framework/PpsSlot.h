@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "base/Result.h"
 #include "platform/linux/pps/PpsFile.h"
 
-#include <mutex>
 #include <optional>
 #include <string>
 
@@ -25,8 +25,8 @@ public:
     int pollFd();
 
 private:
-    mutable std::mutex m_mutex;
-    std::optional<PpsFile> m_file;
+    mutable Mutex m_mutex;
+    std::optional<PpsFile> m_file ZM_GUARDED_BY(m_mutex);
 };
 
 } // namespace zm

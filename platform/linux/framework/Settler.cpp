@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds Slice(50);
 } // namespace
 
 void Settler::add(const std::shared_ptr<ActivitySource>& source) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     std::erase_if(m_sources, [](const auto& other) { return other.expired(); });
     m_sources.push_back(source);
 }
@@ -45,7 +45,7 @@ Settler::Outcome Settler::settle(TimePoint deadline) {
 }
 
 Settler::Sources Settler::sources() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     Sources alive;
     for (const auto& weak : m_sources) {
         if (auto source = weak.lock()) {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "platform/linux/framework/Fence.h"
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace zm {
@@ -42,8 +42,8 @@ private:
     Sources sources();
     bool drain(ActivitySource& source, TimePoint deadline) const;
 
-    std::mutex m_mutex;
-    std::vector<std::weak_ptr<ActivitySource>> m_sources;
+    Mutex m_mutex;
+    std::vector<std::weak_ptr<ActivitySource>> m_sources ZM_GUARDED_BY(m_mutex);
     std::atomic<bool> m_givenUp = false;
 };
 

@@ -85,7 +85,7 @@ Status ShellLink::start(std::function<void(const json&)> onMessage,
 
 bool ShellLink::send(const json& message) {
     const std::string text = jsonText(message);
-    std::lock_guard lock(m_sending);
+    MutexLock lock(m_sending);
     return static_cast<bool>(m_connection.send(text));
 }
 

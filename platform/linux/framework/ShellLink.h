@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "base/Socket.h"
 
 #include <nlohmann/json_fwd.hpp>
@@ -8,7 +9,6 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 
@@ -42,7 +42,7 @@ private:
 
     SyncConnection m_connection;
     std::unique_ptr<nlohmann::json> m_welcome;
-    std::mutex m_sending;
+    Mutex m_sending;
     std::atomic<bool> m_closing = false;
     std::function<void(const nlohmann::json&)> m_onMessage;
     std::function<void(const std::string&)> m_onClosed;

@@ -19,7 +19,7 @@ Worker::~Worker() {
 }
 
 Status Worker::start(Hooks hooks) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (m_running || m_thread.joinable()) {
         return Error{"the worker thread runs already"};
     }
@@ -34,20 +34,20 @@ Status Worker::start(Hooks hooks) {
 }
 
 void Worker::request() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_requested = true;
     ++m_activity;
-    m_changed.notify_all();
+    m_changed.notifyAll();
 }
 
 void Worker::stop() {
     bool busy = false;
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_running = false;
         m_requested = false;
         busy = m_busy;
-        m_changed.notify_all();
+        m_changed.notifyAll();
     }
     if (!m_thread.joinable() || m_thread.get_id() == std::this_thread::get_id()) {
         return;
@@ -59,7 +59,7 @@ void Worker::stop() {
 }
 
 bool Worker::drain(TimePoint deadline) {
-    std::unique_lock lock(m_mutex);
+    MutexLock lock(m_mutex);
     while (m_running && (m_busy || m_requested)) {
         const TimePoint now = std::chrono::steady_clock::now();
         if (m_busy && qdbHeld()) {
@@ -68,22 +68,24 @@ bool Worker::drain(TimePoint deadline) {
         if (now >= deadline) {
             return false;
         }
-        m_changed.wait_until(lock, std::min(deadline, now + LookAgain));
+        m_changed.waitUntil(lock, std::min(deadline, now + LookAgain));
     }
     return true;
 }
 
 uint64_t Worker::activity() const {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return m_activity;
 }
 
 void Worker::run() {
     qdbMarkWorker(true);
     m_hooks.begin();
-    std::unique_lock lock(m_mutex);
+    MutexLock lock(m_mutex);
     for (;;) {
-        m_changed.wait(lock, [this] { return m_requested || !m_running; });
+        while (!m_requested && m_running) {
+            m_changed.wait(lock);
+        }
         if (!m_running) {
             break;
         }
@@ -94,7 +96,7 @@ void Worker::run() {
         lock.lock();
         m_busy = false;
         ++m_activity;
-        m_changed.notify_all();
+        m_changed.notifyAll();
     }
     lock.unlock();
     m_hooks.end();

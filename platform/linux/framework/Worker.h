@@ -1,11 +1,10 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "base/Result.h"
 #include "platform/linux/framework/Settler.h"
 
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <thread>
 
 namespace zm {
@@ -35,12 +34,12 @@ public:
 private:
     void run();
 
-    mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_requested = false;
-    bool m_busy = false;
-    bool m_running = false;
-    uint64_t m_activity = 0;
+    mutable Mutex m_mutex;
+    Condition m_changed;
+    bool m_requested ZM_GUARDED_BY(m_mutex) = false;
+    bool m_busy ZM_GUARDED_BY(m_mutex) = false;
+    bool m_running ZM_GUARDED_BY(m_mutex) = false;
+    uint64_t m_activity ZM_GUARDED_BY(m_mutex) = 0;
     Hooks m_hooks;
     std::thread m_thread;
 };

@@ -1,5 +1,6 @@
 #include "platform/linux/pps/PpsFile.h"
 
+#include "base/Mutex.h"
 #include "base/Socket.h"
 #include "platform/linux/pps/PpsPath.h"
 #include "platform/linux/pps/PpsProtocol.h"
@@ -7,7 +8,6 @@
 #include <poll.h>
 #include <sys/socket.h>
 
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -66,15 +66,15 @@ struct PpsFile::Impl {
     int flags = 0;
     bool wait = false;
 
-    std::mutex mutex; // one request at a time: `write` may run beside `read`
-    std::optional<SyncConnection> connection;
-    UniqueFd notices;
-    Clock::time_point nextAttempt{};
-    bool reconnected = false;
+    Mutex mutex; ///< one request at a time: `write` may run beside `read`
+    std::optional<SyncConnection> connection ZM_GUARDED_BY(mutex);
+    UniqueFd notices ZM_GUARDED_BY(mutex);
+    Clock::time_point nextAttempt ZM_GUARDED_BY(mutex){};
+    bool reconnected ZM_GUARDED_BY(mutex) = false;
 
     Error disconnected() const { return Error{path + ": the PPS service is not reachable"}; }
 
-    Status connect(int openFlags) {
+    Status connect(int openFlags) ZM_REQUIRES(mutex) {
         nextAttempt = Clock::now() + ReconnectPause;
         auto fd = connectUnix(socket);
         if (!fd) {
@@ -99,14 +99,14 @@ struct PpsFile::Impl {
 
     // The connection, made anew if the service has gone and the last attempt was long enough ago. A
     // reconnected object is not truncated again: that belongs to the moment of opening.
-    bool connected() {
+    bool connected() ZM_REQUIRES(mutex) {
         if (!connection && Clock::now() >= nextAttempt && connect(flags & ~PpsTruncate)) {
             reconnected = true;
         }
         return connection.has_value();
     }
 
-    void drop() {
+    void drop() ZM_REQUIRES(mutex) {
         // Wakes a thread that still polls the descriptor.
         ::shutdown(notices.get(), SHUT_RDWR);
         connection.reset();
@@ -114,7 +114,7 @@ struct PpsFile::Impl {
     }
 
     // Takes the notices that have come; finds out whether the service has closed.
-    void drainNotices() {
+    void drainNotices() ZM_REQUIRES(mutex) {
         char bytes[16];
         ssize_t size;
         do {
@@ -126,7 +126,7 @@ struct PpsFile::Impl {
     }
 
     Result<PpsChanges> readOnce() {
-        std::lock_guard lock(mutex);
+        MutexLock lock(mutex);
         if (connection) {
             drainNotices();
         }
@@ -144,7 +144,7 @@ struct PpsFile::Impl {
 
     // Repeats a change that met a service which had gone: what that one had done is gone with it.
     Status change(PpsRequest request, std::string_view text) {
-        std::lock_guard lock(mutex);
+        MutexLock lock(mutex);
         const auto deadline = Clock::now() + WritePatience;
         for (;;) {
             if (connected()) {
@@ -179,8 +179,11 @@ Result<PpsFile> PpsFile::open(const std::string& socket, const std::string& path
     impl->path = path;
     impl->flags = flags;
     impl->wait = parsed->wait && (flags & PpsAccessMask) != PpsWriteOnly;
-    if (auto connected = impl->connect(flags); !connected) {
-        return connected.failure();
+    {
+        MutexLock lock(impl->mutex);
+        if (auto connected = impl->connect(flags); !connected) {
+            return connected.failure();
+        }
     }
     return PpsFile(std::move(impl));
 }
@@ -215,12 +218,12 @@ Status PpsFile::truncate() {
 }
 
 int PpsFile::pollFd() {
-    std::lock_guard lock(m_impl->mutex);
+    MutexLock lock(m_impl->mutex);
     return m_impl->connected() ? m_impl->notices.get() : -1;
 }
 
 bool PpsFile::reconnected() {
-    std::lock_guard lock(m_impl->mutex);
+    MutexLock lock(m_impl->mutex);
     return std::exchange(m_impl->reconnected, false);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <condition_variable>
+#include "base/Mutex.h"
+
 #include <cstdint>
-#include <mutex>
 #include <optional>
 
 namespace zm {
@@ -27,11 +27,11 @@ public:
     void wait(uint64_t ticket);
 
 private:
-    std::mutex m_mutex;
-    std::condition_variable m_released;
-    std::optional<int> m_armedRow;
-    uint64_t m_releases = 0;
-    int m_waiting = 0;
+    Mutex m_mutex;
+    Condition m_released;
+    std::optional<int> m_armedRow ZM_GUARDED_BY(m_mutex);
+    uint64_t m_releases ZM_GUARDED_BY(m_mutex) = 0;
+    int m_waiting ZM_GUARDED_BY(m_mutex) = 0;
 };
 
 } // namespace zm

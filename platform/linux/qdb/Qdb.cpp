@@ -1,5 +1,6 @@
 #include "qdb/qdb.h"
 
+#include "base/Mutex.h"
 #include "base/Paths.h"
 #include "platform/linux/qdb/QdbFormat.h"
 #include "platform/linux/qdb/QdbHandle.h"
@@ -8,7 +9,6 @@
 #include <cerrno>
 #include <cstring>
 #include <list>
-#include <mutex>
 
 namespace {
 
@@ -16,8 +16,8 @@ constexpr const char* DiscDatabase = "/dev/qdb/discdb";
 constexpr int BusyTimeoutMs = 2000;
 
 struct Connections {
-    std::mutex mutex;
-    std::list<std::unique_ptr<qdb_hdl>> handles;
+    zm::Mutex mutex;
+    std::list<std::unique_ptr<qdb_hdl>> handles ZM_GUARDED_BY(mutex);
 };
 
 /** Never destroyed: clients need not disconnect before the process ends. */
@@ -39,21 +39,21 @@ extern "C" qdb_hdl_t* qdb_connect(const char* dbname, int flags) {
         errno = number;
         return nullptr;
     }
-    auto& [mutex, handles] = connections();
-    std::lock_guard guard(mutex);
-    return handles.emplace_back(std::move(handle)).get();
+    auto& open = connections();
+    zm::MutexLock guard(open.mutex);
+    return open.handles.emplace_back(std::move(handle)).get();
 }
 
 extern "C" int qdb_disconnect(qdb_hdl_t* db) {
-    auto& [mutex, handles] = connections();
-    std::lock_guard guard(mutex);
-    auto found =
-        std::find_if(handles.begin(), handles.end(), [&](const auto& other) { return other.get() == db; });
-    if (found == handles.end()) {
+    auto& open = connections();
+    zm::MutexLock guard(open.mutex);
+    auto found = std::find_if(open.handles.begin(), open.handles.end(),
+                              [&](const auto& other) { return other.get() == db; });
+    if (found == open.handles.end()) {
         errno = EINVAL;
         return -1;
     }
-    handles.erase(found);
+    open.handles.erase(found);
     return 0;
 }
 

@@ -13,20 +13,20 @@ HoldPoint& HoldPoint::instance() {
 }
 
 void HoldPoint::arm(int rows) {
-    std::lock_guard guard(m_mutex);
+    MutexLock guard(m_mutex);
     m_armedRow = rows < 0 ? 0 : rows;
 }
 
 void HoldPoint::release() {
-    std::lock_guard guard(m_mutex);
+    MutexLock guard(m_mutex);
     m_armedRow.reset();
     ++m_releases;
     m_waiting = 0; // from now on, even if they have not woken up yet
-    m_released.notify_all();
+    m_released.notifyAll();
 }
 
 bool HoldPoint::anyWaiting() {
-    std::lock_guard guard(m_mutex);
+    MutexLock guard(m_mutex);
     return m_waiting > 0;
 }
 
@@ -34,7 +34,7 @@ std::optional<HoldPoint::Taken> HoldPoint::take() {
     if (!isWorkerThread) {
         return std::nullopt;
     }
-    std::lock_guard guard(m_mutex);
+    MutexLock guard(m_mutex);
     if (!m_armedRow) {
         return std::nullopt;
     }
@@ -47,10 +47,12 @@ void HoldPoint::wait(uint64_t ticket) {
     if (!isWorkerThread) {
         return;
     }
-    std::unique_lock lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (m_releases == ticket) {
         ++m_waiting;
-        m_released.wait(lock, [&] { return m_releases != ticket; });
+        while (m_releases == ticket) {
+            m_released.wait(lock);
+        }
     }
 }
 

@@ -1,12 +1,12 @@
 #include "platform/linux/qdb/QdbResult.h"
 
+#include "base/Mutex.h"
 #include "platform/linux/qdb/HoldPoint.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <list>
-#include <mutex>
 
 namespace {
 
@@ -14,8 +14,8 @@ constexpr int KeptPerThread = 16;
 constexpr size_t KeptBytesPerThread = 16 * 1024 * 1024;
 
 struct HandedOut {
-    std::mutex mutex;
-    std::list<std::unique_ptr<qdb_result>> results; ///< oldest first
+    zm::Mutex mutex;
+    std::list<std::unique_ptr<qdb_result>> results ZM_GUARDED_BY(mutex); ///< oldest first
 };
 
 /** Never destroyed: results that nobody frees are usual, and threads may read them until the process has
@@ -56,40 +56,40 @@ void* qdb_result::cell(int row, int column) {
 
 qdb_result_t* zm::qdbHandOut(std::unique_ptr<qdb_result> result) {
     result->reader = std::this_thread::get_id();
-    auto& [mutex, results] = handedOut();
-    std::lock_guard guard(mutex);
-    int kept = 1; // the new one; the latest before it stays in any case
+    auto& kept = handedOut();
+    zm::MutexLock guard(kept.mutex);
+    int count = 1; // the new one; the latest before it stays in any case
     size_t bytes = result->bytes();
-    for (auto other = results.end(); other != results.begin();) {
+    for (auto other = kept.results.end(); other != kept.results.begin();) {
         --other;
         if ((*other)->reader != result->reader) {
             continue;
         }
-        ++kept;
+        ++count;
         bytes += (*other)->bytes();
-        if (kept > KeptPerThread || (kept > 2 && bytes > KeptBytesPerThread)) {
-            other = results.erase(other);
+        if (count > KeptPerThread || (count > 2 && bytes > KeptBytesPerThread)) {
+            other = kept.results.erase(other);
         }
     }
-    return results.emplace_back(std::move(result)).get();
+    return kept.results.emplace_back(std::move(result)).get();
 }
 
 size_t zm::qdbResultCount() {
-    auto& [mutex, results] = handedOut();
-    std::lock_guard guard(mutex);
-    return results.size();
+    auto& kept = handedOut();
+    zm::MutexLock guard(kept.mutex);
+    return kept.results.size();
 }
 
 extern "C" int qdb_freeresult(qdb_result_t* result) {
-    auto& [mutex, results] = handedOut();
-    std::lock_guard guard(mutex);
-    auto found = std::find_if(results.begin(), results.end(),
+    auto& kept = handedOut();
+    zm::MutexLock guard(kept.mutex);
+    auto found = std::find_if(kept.results.begin(), kept.results.end(),
                               [&](const auto& other) { return other.get() == result; });
-    if (found == results.end()) {
+    if (found == kept.results.end()) {
         errno = EINVAL;
         return -1;
     }
-    results.erase(found);
+    kept.results.erase(found);
     return 0;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "base/UniqueFd.h"
 
 #include <cstddef>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,14 +45,14 @@ private:
     enum class FileState { Current, Full, Gone };
 
     bool append(std::string_view line);
-    bool openCurrent();
-    FileState state() const;
+    bool openCurrent() ZM_REQUIRES(m_mutex);
+    FileState state() const ZM_REQUIRES(m_mutex);
 
-    char m_path[PathLimit] = "";
-    char m_oldPath[PathLimit] = "";
+    mutable Mutex m_mutex;
+    char m_path[PathLimit] ZM_GUARDED_BY(m_mutex) = "";
+    char m_oldPath[PathLimit] ZM_GUARDED_BY(m_mutex) = "";
     size_t m_sizeLimit = SizeLimit;
-    std::mutex m_mutex;
-    int m_fd = -1;
+    int m_fd ZM_GUARDED_BY(m_mutex) = -1;
 };
 
 /** Reads a log file from another process or thread, across its rotation. One thread at a time. */

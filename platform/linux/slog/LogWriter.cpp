@@ -141,7 +141,7 @@ LogWriter::~LogWriter() {
 
 bool LogWriter::follow(std::string_view path) {
     const SignalsBlocked blocked;
-    std::lock_guard guard(m_mutex);
+    MutexLock guard(m_mutex);
     if (path == m_path) {
         return true;
     }
@@ -194,7 +194,7 @@ bool LogWriter::write(unsigned code, int severity, std::string_view text) {
 
 bool LogWriter::append(std::string_view line) {
     const SignalsBlocked blocked;
-    std::lock_guard guard(m_mutex);
+    MutexLock guard(m_mutex);
     if (m_fd < 0 && !openCurrent()) {
         return false;
     }

@@ -6,7 +6,7 @@
 namespace zm::bench::display {
 
 bool SharedFrame::put(const Image& frame, Rect damage) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     const Rect area = damage.intersected({0, 0, m_frame.width, m_frame.height});
     if (area.empty()) {
         return false;
@@ -20,7 +20,7 @@ bool SharedFrame::put(const Image& frame, Rect damage) {
 }
 
 void SharedFrame::take(const std::function<void(const Image& frame, Rect damage)>& show) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     show(m_frame, std::exchange(m_damage, {}));
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/Image.h"
+#include "base/Mutex.h"
 #include "base/Rect.h"
 
 #include <functional>
-#include <mutex>
 
 namespace zm::bench::display {
 
@@ -20,9 +20,9 @@ public:
     void take(const std::function<void(const Image& frame, Rect damage)>& show);
 
 private:
-    std::mutex m_mutex;
-    Image m_frame;
-    Rect m_damage;
+    Mutex m_mutex;
+    Image m_frame ZM_GUARDED_BY(m_mutex);
+    Rect m_damage ZM_GUARDED_BY(m_mutex);
 };
 
 } // namespace zm::bench::display

@@ -18,7 +18,7 @@ CoverCache::~CoverCache() {
 }
 
 std::optional<std::string> CoverCache::find(const std::string& key) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     const auto kept =
         std::find_if(m_kept.begin(), m_kept.end(), [&](const Kept& each) { return each.key == key; });
     if (kept == m_kept.end()) {
@@ -34,7 +34,7 @@ std::optional<std::string> CoverCache::find(const std::string& key) {
 }
 
 Result<std::string> CoverCache::keep(const std::string& key, const std::string& bytes) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (!m_open) {
         return Error{m_folder + ": is no longer used"};
     }
@@ -70,7 +70,7 @@ void CoverCache::makeRoom() {
 }
 
 void CoverCache::close() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_open = false;
     m_kept.clear();
     std::error_code failed;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "base/Result.h"
 
 #include <cstdint>
 #include <list>
-#include <mutex>
 #include <optional>
 #include <string>
 
@@ -34,13 +34,13 @@ private:
         uint64_t bytes;
     };
     std::string pathOf(const std::string& key) const { return m_folder + "/" + key + ".png"; }
-    void makeRoom();
+    void makeRoom() ZM_REQUIRES(m_mutex);
 
     const std::string m_folder;
     const uint64_t m_mostBytes;
-    std::mutex m_mutex;
-    std::list<Kept> m_kept; ///< what was used last comes last
-    bool m_open = true;
+    Mutex m_mutex;
+    std::list<Kept> m_kept ZM_GUARDED_BY(m_mutex); ///< what was used last comes last
+    bool m_open ZM_GUARDED_BY(m_mutex) = true;
 };
 
 } // namespace zm::disc::cover

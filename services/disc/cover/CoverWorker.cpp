@@ -1,21 +1,20 @@
 #include "services/disc/cover/CoverWorker.h"
 
+#include "base/Mutex.h"
 #include "base/Threads.h"
 
 #include <atomic>
-#include <condition_variable>
-#include <mutex>
 #include <utility>
 
 namespace zm::disc::cover {
 
 /** What the loop and the thread share. */
 struct CoverWorker::Shared {
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::optional<model::Item> wish;
+    Mutex mutex;
+    Condition changed;
+    std::optional<model::Item> wish ZM_GUARDED_BY(mutex);
     std::atomic<uint64_t> number{0}; ///< of the latest wish, or of its end
-    bool over = false;
+    bool over ZM_GUARDED_BY(mutex) = false;
 };
 
 CoverWorker::CoverWorker(EventLoop& loop, std::shared_ptr<CoverFinder> finder, OnFound onFound)
@@ -25,20 +24,20 @@ CoverWorker::CoverWorker(EventLoop& loop, std::shared_ptr<CoverFinder> finder, O
 CoverWorker::~CoverWorker() {
     m_mailbox->close();
     {
-        std::lock_guard lock(m_shared->mutex);
+        MutexLock lock(m_shared->mutex);
         m_shared->over = true;
         ++m_shared->number;
     }
-    m_shared->changed.notify_one();
+    m_shared->changed.notifyOne();
 }
 
 Status CoverWorker::look(const model::Item& song) {
     {
-        std::lock_guard lock(m_shared->mutex);
+        MutexLock lock(m_shared->mutex);
         m_shared->wish = song;
         ++m_shared->number;
     }
-    m_shared->changed.notify_one();
+    m_shared->changed.notifyOne();
     if (m_begun) {
         return ok();
     }
@@ -51,7 +50,7 @@ Status CoverWorker::look(const model::Item& song) {
 }
 
 void CoverWorker::forget() {
-    std::lock_guard lock(m_shared->mutex);
+    MutexLock lock(m_shared->mutex);
     m_shared->wish.reset();
     ++m_shared->number;
 }
@@ -61,8 +60,10 @@ void CoverWorker::work(Shared& shared, CoverFinder& finder, Mailbox& mailbox, co
         std::optional<model::Item> song;
         uint64_t number = 0;
         {
-            std::unique_lock lock(shared.mutex);
-            shared.changed.wait(lock, [&] { return shared.over || shared.wish; });
+            MutexLock lock(shared.mutex);
+            while (!shared.over && !shared.wish) {
+                shared.changed.wait(lock);
+            }
             if (shared.over) {
                 return;
             }
@@ -70,7 +71,7 @@ void CoverWorker::work(Shared& shared, CoverFinder& finder, Mailbox& mailbox, co
             number = shared.number;
         }
         const auto cover = finder.find(*song, [&] { return shared.number != number; });
-        std::lock_guard lock(shared.mutex);
+        MutexLock lock(shared.mutex);
         if (cover && shared.number == number) {
             mailbox.post([cover = *cover, onFound] { onFound(cover); });
         }

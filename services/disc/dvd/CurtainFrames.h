@@ -1,8 +1,7 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "services/disc/engine/FrameSink.h"
-
-#include <mutex>
 
 namespace zm::disc::dvd {
 
@@ -14,17 +13,17 @@ public:
     explicit CurtainFrames(engine::FrameSink& frames) : m_frames(frames) {}
 
     void show(const engine::DrawPicture& draw) override {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         if (!m_covered) {
             m_frames.show(draw);
         }
     }
     void clear() override {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_frames.clear();
     }
     void cover(bool covered) {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_covered = covered;
         if (covered) {
             m_frames.clear();
@@ -33,8 +32,8 @@ public:
 
 private:
     engine::FrameSink& m_frames;
-    std::mutex m_mutex;
-    bool m_covered = false;
+    Mutex m_mutex;
+    bool m_covered ZM_GUARDED_BY(m_mutex) = false;
 };
 
 } // namespace zm::disc::dvd

@@ -1,14 +1,12 @@
 #include "services/disc/dvd/Engine.h"
 
+#include "base/Mutex.h"
 #include "base/Threads.h"
 #include "services/disc/engine/Decoders.h"
 #include "services/disc/log/Log.h"
 
 #include <signal.h>
 #include <sys/wait.h>
-
-#include <condition_variable>
-#include <mutex>
 
 namespace zm::disc::dvd {
 
@@ -72,10 +70,28 @@ struct Engine::Worker {
     EventLoop loop;
     std::shared_ptr<engine::FrameSink> frames;
     std::unique_ptr<Reporter> reporter;
-    std::unique_ptr<Session> session;
-    std::mutex mutex;
-    std::condition_variable left;
-    bool gone = false;
+    std::unique_ptr<Session> session ZM_GUARDED_BY(mutex);
+    Mutex mutex;
+    Condition left;
+    bool gone ZM_GUARDED_BY(mutex) = false;
+
+    /** On the thread, which alone makes and ends it. */
+    Session& current() {
+        MutexLock lock(mutex);
+        return *session;
+    }
+    void end() {
+        std::unique_ptr<Session> ending;
+        {
+            MutexLock lock(mutex);
+            ending = std::move(session);
+        }
+        ending.reset();
+        frames->clear();
+        MutexLock lock(mutex);
+        gone = true;
+        left.notifyAll();
+    }
 };
 
 Engine::Engine(EventLoop& home, std::shared_ptr<engine::FrameSink> frames, SoundMaker makeSound)
@@ -84,7 +100,7 @@ Engine::Engine(EventLoop& home, std::shared_ptr<engine::FrameSink> frames, Sound
     m_worker->loop.post([worker = m_worker.get(), makeSound = std::move(makeSound)] {
         engine::initDecoders();
         auto session = std::make_unique<Session>(worker->loop, *worker->reporter, *worker->frames, makeSound);
-        std::lock_guard lock(worker->mutex);
+        MutexLock lock(worker->mutex);
         worker->session = std::move(session);
     });
 }
@@ -92,9 +108,12 @@ Engine::Engine(EventLoop& home, std::shared_ptr<engine::FrameSink> frames, Sound
 Engine::~Engine() {
     m_mailbox->close();
     m_worker->loop.quit();
-    std::unique_lock lock(m_worker->mutex);
-    if (m_worker->reporter &&
-        !m_worker->left.wait_for(lock, LeaveDeadline, [this] { return m_worker->gone; })) {
+    MutexLock lock(m_worker->mutex);
+    const auto deadline = std::chrono::steady_clock::now() + LeaveDeadline;
+    const bool begun = m_worker->reporter != nullptr;
+    while (begun && !m_worker->gone && m_worker->left.waitUntil(lock, deadline)) {
+    }
+    if (begun && !m_worker->gone) {
         logWarning("the DVD's decoder hangs and is left behind\n");
         // Its thread will not do so any more, and the reader keeps the disc open.
         if (const int reader = m_worker->session ? m_worker->session->reader() : 0; reader > 0) {
@@ -110,11 +129,7 @@ void Engine::start(const std::string& path, Listener& listener, engine::StartMod
     m_worker->reporter = std::make_unique<Reporter>(*this, listener, m_mailbox);
     const auto begun = runInBackground([worker = m_worker] {
         worker->loop.run();
-        worker->session.reset();
-        worker->frames->clear();
-        std::lock_guard lock(worker->mutex);
-        worker->gone = true;
-        worker->left.notify_all();
+        worker->end();
     });
     if (!begun) {
         m_worker->reporter.reset();
@@ -129,7 +144,7 @@ void Engine::start(const std::string& path, Listener& listener, engine::StartMod
 }
 
 void Engine::post(std::function<void(Session&)> task) {
-    m_worker->loop.post([worker = m_worker.get(), task = std::move(task)] { task(*worker->session); });
+    m_worker->loop.post([worker = m_worker.get(), task = std::move(task)] { task(worker->current()); });
 }
 
 } // namespace zm::disc::dvd

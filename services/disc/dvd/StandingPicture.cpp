@@ -19,14 +19,14 @@ StandingPicture::StandingPicture(GstElement* element) {
 
 void StandingPicture::keep(GstPad* pad, GstBuffer* picture) {
     const engine::GstOwned<GstCaps> caps(gst_pad_get_current_caps(pad));
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     m_last.reset(gst_sample_new(picture, caps.get(), nullptr, nullptr));
 }
 
 void StandingPicture::show(engine::FrameSink& frames, double zoom) {
     engine::GstOwned<GstSample> last;
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         last.reset(m_last ? gst_sample_ref(m_last.get()) : nullptr);
     }
     GstVideoInfo info;

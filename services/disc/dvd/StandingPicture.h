@@ -1,9 +1,8 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "services/disc/engine/FrameSink.h"
 #include "services/disc/engine/Gst.h"
-
-#include <mutex>
 
 namespace zm::disc::dvd {
 
@@ -21,8 +20,8 @@ public:
 private:
     void keep(GstPad* pad, GstBuffer* picture);
 
-    std::mutex m_mutex;
-    engine::GstOwned<GstSample> m_last;
+    Mutex m_mutex;
+    engine::GstOwned<GstSample> m_last ZM_GUARDED_BY(m_mutex);
 };
 
 } // namespace zm::disc::dvd

@@ -1,12 +1,11 @@
 #include "services/disc/engine/Feed.h"
 
+#include "base/Mutex.h"
 #include "base/Threads.h"
 #include "services/disc/engine/ScratchReader.h"
 #include "services/disc/medium/RawFilm.h"
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <optional>
 
 namespace zm::disc::engine {
@@ -18,29 +17,30 @@ constexpr auto ReadDeadline = std::chrono::seconds(8);
 } // namespace
 
 struct Feed::Shared {
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::optional<uint64_t> request; ///< offset of the block wanted
-    std::optional<std::vector<char>> block;
-    std::optional<uint64_t> size;
-    std::string failure;
-    bool cancelled = false;
+    Mutex mutex;
+    Condition changed;
+    std::optional<uint64_t> request ZM_GUARDED_BY(mutex); ///< offset of the block wanted
+    std::optional<std::vector<char>> block ZM_GUARDED_BY(mutex);
+    std::optional<uint64_t> size ZM_GUARDED_BY(mutex);
+    std::string failure ZM_GUARDED_BY(mutex);
+    bool cancelled ZM_GUARDED_BY(mutex) = false;
 
-    // Waits under `lock` until `ready`; false when cancelled, failed or too late.
-    template <class Ready>
-    bool wait(std::unique_lock<std::mutex>& lock, Ready ready) {
-        const bool inTime =
-            changed.wait_for(lock, ReadDeadline, [&] { return cancelled || !failure.empty() || ready(); });
-        if (!inTime && failure.empty()) {
-            failure = "no answer from the drive";
+    // Waits until `answer` is there; false when cancelled, failed or too late.
+    template <class Answer>
+    bool wait(MutexLock& lock, const std::optional<Answer>& answer) ZM_REQUIRES(mutex) {
+        const auto deadline = std::chrono::steady_clock::now() + ReadDeadline;
+        while (!cancelled && failure.empty() && !answer) {
+            if (!changed.waitUntil(lock, deadline) && !cancelled && failure.empty() && !answer) {
+                failure = "no answer from the drive";
+            }
         }
-        return inTime && !cancelled && failure.empty();
+        return !cancelled && failure.empty();
     }
 
     void fail(const std::string& why) {
-        std::lock_guard lock(mutex);
+        MutexLock lock(mutex);
         failure = why;
-        changed.notify_all();
+        changed.notifyAll();
     }
 
     // The reading thread: opens the file, then serves one request after the other until cancelled.
@@ -54,11 +54,13 @@ struct Feed::Shared {
         if (scratch == Scratch::IsPassedOver) {
             *reader = medium::withoutSectors(std::make_unique<ScratchReader>(std::move(*reader)));
         }
-        std::unique_lock lock(shared->mutex);
+        MutexLock lock(shared->mutex);
         shared->size = (*reader)->size();
-        shared->changed.notify_all();
+        shared->changed.notifyAll();
         for (;;) {
-            shared->changed.wait(lock, [&] { return shared->cancelled || shared->request; });
+            while (!shared->cancelled && !shared->request) {
+                shared->changed.wait(lock);
+            }
             if (shared->cancelled) {
                 return;
             }
@@ -69,13 +71,13 @@ struct Feed::Shared {
             lock.lock();
             if (!count) {
                 shared->failure = count.error();
-                shared->changed.notify_all();
+                shared->changed.notifyAll();
                 return;
             }
             bytes.resize(*count);
             shared->request.reset();
             shared->block = std::move(bytes);
-            shared->changed.notify_all();
+            shared->changed.notifyAll();
         }
     }
 };
@@ -94,19 +96,19 @@ Feed::~Feed() {
 }
 
 Result<uint64_t> Feed::open() {
-    std::unique_lock lock(m_shared->mutex);
-    if (!m_shared->wait(lock, [&] { return m_shared->size.has_value(); })) {
+    MutexLock lock(m_shared->mutex);
+    if (!m_shared->wait(lock, m_shared->size)) {
         return Error{m_shared->cancelled ? "cancelled" : m_shared->failure};
     }
     return *m_shared->size;
 }
 
 std::vector<char> Feed::fetch(uint64_t offset) {
-    std::unique_lock lock(m_shared->mutex);
+    MutexLock lock(m_shared->mutex);
     m_shared->request = offset;
     m_shared->block.reset();
-    m_shared->changed.notify_all();
-    if (!m_shared->wait(lock, [&] { return m_shared->block.has_value(); })) {
+    m_shared->changed.notifyAll();
+    if (!m_shared->wait(lock, m_shared->block)) {
         return {};
     }
     std::vector<char> block = std::move(*m_shared->block);
@@ -115,19 +117,19 @@ std::vector<char> Feed::fetch(uint64_t offset) {
 }
 
 bool Feed::isWaiting() const {
-    std::lock_guard lock(m_shared->mutex);
+    MutexLock lock(m_shared->mutex);
     const bool over = m_shared->cancelled || !m_shared->failure.empty();
     return !over && (!m_shared->size || m_shared->request);
 }
 
 void Feed::cancel() {
-    std::lock_guard lock(m_shared->mutex);
+    MutexLock lock(m_shared->mutex);
     m_shared->cancelled = true;
-    m_shared->changed.notify_all();
+    m_shared->changed.notifyAll();
 }
 
 std::string Feed::failure() const {
-    std::lock_guard lock(m_shared->mutex);
+    MutexLock lock(m_shared->mutex);
     return m_shared->failure;
 }
 

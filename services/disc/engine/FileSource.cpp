@@ -104,7 +104,7 @@ GstOwned<GstBuffer> FileSource::read(uint64_t offset, size_t size) {
     }
     ++m_reads;
     auto buffer = [&] {
-        const std::lock_guard lock(m_mutex);
+        const MutexLock lock(m_mutex);
         std::vector<char> bytes = m_feed->read(offset, size);
         patch(offset, bytes);
         return bufferOf(std::move(bytes));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "services/disc/engine/ByteFeed.h"
 #include "services/disc/engine/FileElement.h"
 #include "services/disc/engine/PhotoHeader.h"
@@ -9,7 +10,6 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace zm::disc::engine {
@@ -53,7 +53,7 @@ private:
     PhotoHeader m_header;
     SoundRange m_sound;
     GstOwned<GstBuffer> m_photo;
-    std::mutex m_mutex; ///< decoders read from several threads
+    Mutex m_mutex; ///< decoders read from several threads
     std::atomic<int> m_reads = 0;
     std::atomic<Clock::rep> m_lastRead = Clock::now().time_since_epoch().count();
 };

@@ -124,14 +124,14 @@ void PictureBin::view(const PictureView& view) {
         g_object_set(m_turn.get(), "video-direction", view.quarterTurns, nullptr);
     }
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_zoom = view.zoom();
     }
     fit(nullptr);
 }
 
 void PictureBin::fit(const GstCaps* caps) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     GstVideoInfo info;
     if (caps && gst_video_info_from_caps(&info, caps)) {
         m_size = {info.width, info.height, info.par_n, info.par_d};

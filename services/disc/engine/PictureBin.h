@@ -1,12 +1,11 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "services/disc/engine/FilmPicture.h"
 #include "services/disc/engine/FrameSink.h"
 #include "services/disc/engine/Gst.h"
 #include "services/disc/engine/PicturePlace.h"
 #include "services/disc/engine/PictureView.h"
-
-#include <mutex>
 
 namespace zm::disc::engine {
 
@@ -40,9 +39,9 @@ private:
     GstOwned<GstCaps> m_accepted; ///< what pictures may be like when they arrive
     FrameSink& m_frames;
     FilmPicture m_film; ///< on the thread of the pictures
-    std::mutex m_mutex; ///< pictures come on a thread of the decoder's
-    double m_zoom = 1.0;
-    PictureSize m_size; ///< of the pictures that come at present
+    Mutex m_mutex;      ///< pictures come on a thread of the decoder's
+    double m_zoom ZM_GUARDED_BY(m_mutex) = 1.0;
+    PictureSize m_size ZM_GUARDED_BY(m_mutex); ///< of the pictures that come at present
 };
 
 } // namespace zm::disc::engine

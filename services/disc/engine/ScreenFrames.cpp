@@ -58,7 +58,7 @@ uint8_t* ScreenFrames::freeBuffer() {
 }
 
 void ScreenFrames::show(const DrawPicture& draw) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (!connect()) {
         return;
     }
@@ -78,7 +78,7 @@ void ScreenFrames::commit() {
 }
 
 void ScreenFrames::clear() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     uint8_t* buffer = m_shown && connect() ? freeBuffer() : nullptr;
     if (buffer) {
         std::fill_n(buffer, m_window->stride() * PictureHeight, uint8_t{0});

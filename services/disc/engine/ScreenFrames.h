@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "platform/linux/screen/ScreenClient.h"
 #include "services/disc/engine/FrameSink.h"
 
 #include <chrono>
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace zm::disc::engine {
@@ -21,16 +21,16 @@ public:
     void clear() override;
 
 private:
-    bool connect();
-    uint8_t* freeBuffer();
-    void commit();
+    bool connect() ZM_REQUIRES(m_mutex);
+    uint8_t* freeBuffer() ZM_REQUIRES(m_mutex);
+    void commit() ZM_REQUIRES(m_mutex);
 
-    std::mutex m_mutex;
+    Mutex m_mutex;
     std::string m_socket;
-    std::unique_ptr<ScreenClient> m_client;
-    ScreenWindow* m_window = nullptr;
-    std::chrono::steady_clock::time_point m_nextTry;
-    bool m_shown = false;
+    std::unique_ptr<ScreenClient> m_client ZM_GUARDED_BY(m_mutex);
+    ScreenWindow* m_window ZM_GUARDED_BY(m_mutex) = nullptr;
+    std::chrono::steady_clock::time_point m_nextTry ZM_GUARDED_BY(m_mutex);
+    bool m_shown ZM_GUARDED_BY(m_mutex) = false;
 };
 
 } // namespace zm::disc::engine

@@ -88,10 +88,7 @@ std::pair<uint64_t, uint64_t> identityOf(const std::string& file) {
 
 Result<std::unique_ptr<Catalogue>> Catalogue::open(const std::string& file) {
     std::unique_ptr<Catalogue> catalogue(new Catalogue(file));
-    if (catalogue->prepare()) {
-        return catalogue;
-    }
-    if (auto status = catalogue->reopen(); !status) {
+    if (auto status = catalogue->begin(); !status) {
         return Error{file + ": " + status.error()};
     }
     return catalogue;
@@ -99,6 +96,11 @@ Result<std::unique_ptr<Catalogue>> Catalogue::open(const std::string& file) {
 
 Catalogue::~Catalogue() {
     sqlite3_close(m_database);
+}
+
+Status Catalogue::begin() {
+    MutexLock lock(m_mutex);
+    return prepare() ? ok() : reopen();
 }
 
 // Makes the file anew, whatever stands in its place.
@@ -136,12 +138,12 @@ bool Catalogue::isOpenedFile() const {
 }
 
 bool Catalogue::intact() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     return isOpenedFile();
 }
 
 Status Catalogue::clear() {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     // A file that cannot be emptied must not go on showing the disc before.
     return isOpenedFile() && run(clearAll) ? ok() : reopen();
 }
@@ -180,7 +182,7 @@ Status Catalogue::insertFiles(const model::Contents& contents, model::MediaKind 
 
 Status Catalogue::write(const model::Contents& contents, model::MediaKind kind,
                         const std::atomic<bool>& cancelled) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     if (cancelled) {
         return Error{"cancelled"};
     }

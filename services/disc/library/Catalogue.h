@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "base/Result.h"
 #include "services/disc/model/Contents.h"
 
 #include <atomic>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <utility>
 
@@ -35,19 +35,21 @@ public:
 
 private:
     explicit Catalogue(std::string file) : m_file(std::move(file)) {}
-    Status reopen();
-    Status prepare();
-    bool isOpenedFile() const;
-    Status run(const char* statement);
-    Status failure(const char* what);
-    Status insertFolders(const model::Contents& contents, model::MediaKind kind);
+    Status begin();
+    Status reopen() ZM_REQUIRES(m_mutex);
+    Status prepare() ZM_REQUIRES(m_mutex);
+    bool isOpenedFile() const ZM_REQUIRES(m_mutex);
+    Status run(const char* statement) ZM_REQUIRES(m_mutex);
+    Status failure(const char* what) ZM_REQUIRES(m_mutex);
+    Status insertFolders(const model::Contents& contents, model::MediaKind kind) ZM_REQUIRES(m_mutex);
     Status insertFiles(const model::Contents& contents, model::MediaKind kind,
-                       const std::atomic<bool>& cancelled);
+                       const std::atomic<bool>& cancelled) ZM_REQUIRES(m_mutex);
 
     std::string m_file;
-    std::mutex m_mutex;
-    sqlite3* m_database = nullptr;
-    std::pair<uint64_t, uint64_t> m_identity; ///< device and number of the file that is open
+    Mutex m_mutex;
+    sqlite3* m_database ZM_GUARDED_BY(m_mutex) = nullptr;
+    /** Device and number of the file that is open. */
+    std::pair<uint64_t, uint64_t> m_identity ZM_GUARDED_BY(m_mutex);
 };
 
 } // namespace zm::disc::library

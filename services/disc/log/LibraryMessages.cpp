@@ -36,7 +36,7 @@ ssize_t LibraryMessages::write(void* self, const char* bytes, size_t size) {
 }
 
 void LibraryMessages::add(std::string_view text) {
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     for (const char c : text) {
         if (c == '\n') {
             endLine();

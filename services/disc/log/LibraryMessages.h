@@ -1,8 +1,9 @@
 #pragma once
 
+#include "base/Mutex.h"
+
 #include <chrono>
 #include <cstdio>
-#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -24,12 +25,13 @@ private:
 
     static ssize_t write(void* self, const char* bytes, size_t size);
     void add(std::string_view text);
-    void endLine();
+    void endLine() ZM_REQUIRES(m_mutex);
 
-    std::mutex m_mutex;
-    std::string m_line;
-    Clock::time_point m_begun = Clock::now(); ///< of the time in which lines are counted
-    int m_lines = 0;
+    Mutex m_mutex;
+    std::string m_line ZM_GUARDED_BY(m_mutex);
+    /** Of the time in which lines are counted. */
+    Clock::time_point m_begun ZM_GUARDED_BY(m_mutex) = Clock::now();
+    int m_lines ZM_GUARDED_BY(m_mutex) = 0;
     FILE* m_before;
     FILE* m_stream;
 };

@@ -1,26 +1,27 @@
 #include "services/disc/medium/FaultGate.h"
 
-#include <condition_variable>
-#include <mutex>
+#include "base/Mutex.h"
 
 namespace zm::disc::medium {
 
 struct FaultGate::State {
-    std::mutex mutex;
-    std::condition_variable changed;
-    DriveFault fault = DriveFault::None;
+    Mutex mutex;
+    Condition changed;
+    DriveFault fault ZM_GUARDED_BY(mutex) = DriveFault::None;
 
     // Passes, fails, or waits for the end of the fault.
     Status pass() {
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [this] { return fault != DriveFault::NoAnswer; });
+        MutexLock lock(mutex);
+        while (fault == DriveFault::NoAnswer) {
+            changed.wait(lock);
+        }
         return fault == DriveFault::None ? ok() : Error{"read error"};
     }
 
     void set(DriveFault wanted) {
-        std::lock_guard lock(mutex);
+        MutexLock lock(mutex);
         fault = wanted;
-        changed.notify_all();
+        changed.notifyAll();
     }
 };
 

@@ -146,7 +146,7 @@ std::optional<IsoRecord> IsoMedium::resolve(const std::string& folder, const std
 }
 
 Result<std::vector<Entry>> IsoMedium::list(const std::string& folder) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     const auto known = m_folders.find(folder);
     if (known == m_folders.end()) {
         return Error{m_image + ": " + folder + ": no such folder"};
@@ -187,7 +187,7 @@ Result<std::vector<Entry>> IsoMedium::list(const std::string& folder) {
 Result<std::unique_ptr<ByteReader>> IsoMedium::open(const std::string& file) {
     File found;
     {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         const auto known = m_files.find(file);
         if (known == m_files.end()) {
             return Error{m_image + ": " + file + ": no such file"};

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "services/disc/medium/IsoDirectory.h"
 
 #include <functional>
 #include <map>
-#include <mutex>
 
 namespace zm::disc::medium {
 
@@ -36,17 +36,18 @@ private:
         IsoExtent extent;
         std::optional<ZisofsHeader> compressed;
     };
-    std::optional<IsoRecord> resolve(const std::string& folder, const std::string& link);
-    std::optional<IsoRecord> find(const std::string& path);
+    std::optional<IsoRecord> resolve(const std::string& folder, const std::string& link) ZM_REQUIRES(m_mutex);
+    std::optional<IsoRecord> find(const std::string& path) ZM_REQUIRES(m_mutex);
 
     std::string m_image;
     Opener m_opener;
-    std::mutex m_mutex; ///< of the maps and the reader
-    std::unique_ptr<ByteReader> m_reader;
+    Mutex m_mutex;
+    std::unique_ptr<ByteReader> m_reader ZM_GUARDED_BY(m_mutex);
     IsoVolume m_volume;
-    std::map<std::string, IsoExtent> m_folders; ///< by path; those that were listed by their parent
-    std::map<std::string, File> m_files;
-    int m_links = 0; ///< followed so far
+    std::map<std::string, IsoExtent>
+        m_folders ZM_GUARDED_BY(m_mutex); ///< by path; those that were listed by their parent
+    std::map<std::string, File> m_files ZM_GUARDED_BY(m_mutex);
+    int m_links ZM_GUARDED_BY(m_mutex) = 0; ///< followed so far
 };
 
 } // namespace zm::disc::medium

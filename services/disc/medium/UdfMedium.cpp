@@ -227,7 +227,7 @@ Result<UdfMedium::Folder> UdfMedium::openFolder(const std::string& path) const {
 }
 
 Result<std::vector<Entry>> UdfMedium::list(const std::string& folder) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     auto opened = openFolder(folder);
     if (!opened) {
         return opened.failure();
@@ -262,7 +262,7 @@ UdfMedium::File UdfMedium::find(const std::string& path) {
 }
 
 Result<std::unique_ptr<ByteReader>> UdfMedium::open(const std::string& file) {
-    std::lock_guard lock(m_mutex);
+    MutexLock lock(m_mutex);
     File found = find(file);
     if (!found.get()) {
         return Error{m_image + ": " + file + ": no such file"};

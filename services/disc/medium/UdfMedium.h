@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Mutex.h"
 #include "services/disc/medium/IsoMedium.h"
 #include "services/disc/medium/UdfVolume.h"
 
 #include <map>
-#include <mutex>
 
 namespace zm::disc::medium {
 
@@ -27,15 +27,15 @@ private:
     class File;
     class FileReader;
     UdfMedium(std::string image, IsoMedium::Opener opener, std::shared_ptr<Volume> volume);
-    Result<Folder> openFolder(const std::string& path) const;
-    File find(const std::string& path);
+    Result<Folder> openFolder(const std::string& path) const ZM_REQUIRES(m_mutex);
+    File find(const std::string& path) ZM_REQUIRES(m_mutex);
 
     std::string m_image;
     IsoMedium::Opener m_opener;
     std::shared_ptr<Volume> m_volume;
     std::string m_label;
-    std::mutex m_mutex;                   ///< of the library's view of the folders
-    std::map<std::string, File> m_listed; ///< by path: of the folder listed last
+    Mutex m_mutex;                                               ///< of the library's view of the folders
+    std::map<std::string, File> m_listed ZM_GUARDED_BY(m_mutex); ///< by path: of the folder listed last
 };
 
 } // namespace zm::disc::medium

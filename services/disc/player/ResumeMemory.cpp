@@ -1,11 +1,10 @@
 #include "services/disc/player/ResumeMemory.h"
 
+#include "base/Mutex.h"
 #include "base/Threads.h"
 #include "services/disc/log/Log.h"
 
 #include <algorithm>
-#include <condition_variable>
-#include <mutex>
 
 namespace zm::disc::player {
 
@@ -23,28 +22,27 @@ public:
     std::vector<RememberedDisc> read() { return m_file.read(); }
 
     void write(std::vector<RememberedDisc> discs) {
-        std::lock_guard lock(m_mutex);
+        MutexLock lock(m_mutex);
         m_wanted = std::move(discs);
         // Without a thread the next call tries again.
         m_running = m_running || runInBackground([self = shared_from_this()] { self->run(); });
     }
 
     void finish() {
-        std::unique_lock lock(m_mutex);
-        if (m_idle.wait_for(lock, Patience, [this] { return !m_running; })) {
-            writeWanted(lock);
+        MutexLock lock(m_mutex);
+        const auto deadline = std::chrono::steady_clock::now() + Patience;
+        while (m_running && m_idle.waitUntil(lock, deadline)) {
+        }
+        const bool left = !m_running && m_wanted;
+        lock.unlock();
+        if (left) {
+            run();
         }
     }
 
 private:
     void run() {
-        std::unique_lock lock(m_mutex);
-        writeWanted(lock);
-        m_running = false;
-        m_idle.notify_all();
-    }
-
-    void writeWanted(std::unique_lock<std::mutex>& lock) {
+        MutexLock lock(m_mutex);
         while (m_wanted) {
             const auto discs = std::move(*m_wanted);
             m_wanted.reset();
@@ -56,14 +54,16 @@ private:
             }
             m_failing = !status;
         }
+        m_running = false;
+        m_idle.notifyAll();
     }
 
     ResumeFile m_file; ///< used by one thread at a time: `read` comes before the first `write`
-    std::mutex m_mutex;
-    std::condition_variable m_idle;
-    std::optional<std::vector<RememberedDisc>> m_wanted;
-    bool m_running = false;
-    bool m_failing = false;
+    Mutex m_mutex;
+    Condition m_idle;
+    std::optional<std::vector<RememberedDisc>> m_wanted ZM_GUARDED_BY(m_mutex);
+    bool m_running ZM_GUARDED_BY(m_mutex) = false;
+    bool m_failing ZM_GUARDED_BY(m_mutex) = false;
 };
 
 ResumeMemory::ResumeMemory(const std::string& file) : m_writer(std::make_shared<Writer>(file)) {

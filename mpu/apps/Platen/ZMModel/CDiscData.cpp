@@ -1,20 +1,19 @@
 #include "CDiscData.h"
 
 #include "Log.h"
-#include "MutexGuard.h"
 
 #include <utility>
 
 template <class T>
-T CDiscData::Get(const T& member) const {
+T CDiscData::Get(T CDiscData::*member) const {
     MutexGuard guard(m_mutex);
-    return member;
+    return this->*member;
 }
 
 template <class T>
-void CDiscData::Set(T& member, std::type_identity_t<T> value) {
+void CDiscData::Set(T CDiscData::*member, std::type_identity_t<T> value) {
     MutexGuard guard(m_mutex);
-    member = std::move(value);
+    this->*member = std::move(value);
 }
 
 template <size_t N>
@@ -47,12 +46,7 @@ void CDiscData::SetUnlessEqual(Comparable<N>& member, const std::array<int32_t, 
 }
 
 CDiscData::CDiscData() {
-    pthread_mutex_init(&m_mutex, nullptr);
     ResetDiscInfo();
-}
-
-CDiscData::~CDiscData() {
-    pthread_mutex_destroy(&m_mutex);
 }
 
 CDiscData* CDiscData::GetInstance() {
@@ -61,11 +55,11 @@ CDiscData* CDiscData::GetInstance() {
 }
 
 void CDiscData::Lock() {
-    pthread_mutex_lock(&m_mutex);
+    m_mutex.Lock();
 }
 
 void CDiscData::UnLock() {
-    pthread_mutex_unlock(&m_mutex);
+    m_mutex.UnLock();
 }
 
 void CDiscData::ResetDiscInfo() {
@@ -90,47 +84,47 @@ void CDiscData::ResetDiscInfo() {
 }
 
 int CDiscData::GetMsgTip() const {
-    return Get(m_nMsgTip);
+    return Get(&CDiscData::m_nMsgTip);
 }
 void CDiscData::SetMsgTip(int nMsgTip) {
-    Set(m_nMsgTip, nMsgTip);
+    Set(&CDiscData::m_nMsgTip, nMsgTip);
 }
 bool CDiscData::GetDiscInBegin() const {
-    return Get(m_bDiscInBegin);
+    return Get(&CDiscData::m_bDiscInBegin);
 }
 void CDiscData::SetDiscInBegin(bool bBegin) {
-    Set(m_bDiscInBegin, bBegin);
+    Set(&CDiscData::m_bDiscInBegin, bBegin);
 }
 bool CDiscData::GetVideoStatus() const {
-    return Get(m_bVideoStatus);
+    return Get(&CDiscData::m_bVideoStatus);
 }
 void CDiscData::SetVideoStatus(bool bStatus) {
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "=============SetVideoStatus:%d==================\n", bStatus);
-    Set(m_bVideoStatus, bStatus);
+    Set(&CDiscData::m_bVideoStatus, bStatus);
 }
 bool CDiscData::GetDiscAutoInsertFlag() const {
-    return Get(m_bDiscAutoInsertFlag);
+    return Get(&CDiscData::m_bDiscAutoInsertFlag);
 }
 void CDiscData::SetDiscAutoInsertFlag(bool bFlag) {
-    Set(m_bDiscAutoInsertFlag, bFlag);
+    Set(&CDiscData::m_bDiscAutoInsertFlag, bFlag);
 }
 int CDiscData::GetUpdateDbState() const {
-    return Get(m_nUpdateDbState);
+    return Get(&CDiscData::m_nUpdateDbState);
 }
 void CDiscData::SetUpdateDbState(int nState) {
-    Set(m_nUpdateDbState, nState);
+    Set(&CDiscData::m_nUpdateDbState, nState);
 }
 int CDiscData::GetPlaySpeed() const {
-    return Get(m_nPlaySpeed);
+    return Get(&CDiscData::m_nPlaySpeed);
 }
 void CDiscData::SetPlaySpeed(int nSpeed) {
-    Set(m_nPlaySpeed, nSpeed);
+    Set(&CDiscData::m_nPlaySpeed, nSpeed);
 }
 int CDiscData::GetAudioChannel() const {
-    return Get(m_nAudioChannel);
+    return Get(&CDiscData::m_nAudioChannel);
 }
 void CDiscData::SetAudioChannel(int nChannel) {
-    Set(m_nAudioChannel, nChannel);
+    Set(&CDiscData::m_nAudioChannel, nChannel);
 }
 bool CDiscData::GetDVDParentalFlag() const {
     return GetComparable(m_bDVDParentalFlag)[0] != 0;
@@ -145,41 +139,41 @@ void CDiscData::SetDVDRootMenuFlag(bool bFlag) {
     SetUnlessEqual(m_bDVDRootMenuFlag, {bFlag});
 }
 std::string CDiscData::GetMpegVersion() const {
-    return Get(m_strMpegVersion);
+    return Get(&CDiscData::m_strMpegVersion);
 }
 void CDiscData::SetMpegVersion(std::string strVersion) {
-    Set(m_strMpegVersion, std::move(strVersion));
+    Set(&CDiscData::m_strMpegVersion, std::move(strVersion));
 }
 std::string CDiscData::GetPlayFileName() const {
-    return Get(m_strPlayFileName);
+    return Get(&CDiscData::m_strPlayFileName);
 }
 void CDiscData::SetPlayFileName(std::string strName) {
-    Set(m_strPlayFileName, std::move(strName));
+    Set(&CDiscData::m_strPlayFileName, std::move(strName));
 }
 
 T_MPEG_DEVICE_STATUS CDiscData::GetDeviceStatus() const {
-    return Get(m_deviceStatus);
+    return Get(&CDiscData::m_deviceStatus);
 }
 void CDiscData::SetDeviceStatus(T_MPEG_DEVICE_STATUS status) {
-    Set(m_deviceStatus, status);
+    Set(&CDiscData::m_deviceStatus, status);
 }
 T_MPEG_MEDIA_INFO CDiscData::GetCurPlayInfo() const {
-    return Get(m_curPlayInfo);
+    return Get(&CDiscData::m_curPlayInfo);
 }
 void CDiscData::SetCurPlayInfo(const T_MPEG_MEDIA_INFO& info) {
-    Set(m_curPlayInfo, info);
+    Set(&CDiscData::m_curPlayInfo, info);
 }
 T_ID3_INFO CDiscData::GetID3Info() const {
-    return Get(m_id3Info);
+    return Get(&CDiscData::m_id3Info);
 }
 void CDiscData::SetID3Info(const T_ID3_INFO& info) {
-    Set(m_id3Info, info);
+    Set(&CDiscData::m_id3Info, info);
 }
 T_DVD_DETAIL CDiscData::GetCurDvdState() const {
-    return Get(m_curDvdState);
+    return Get(&CDiscData::m_curDvdState);
 }
 void CDiscData::SetCurDvdState(T_DVD_DETAIL state) {
-    Set(m_curDvdState, std::move(state));
+    Set(&CDiscData::m_curDvdState, std::move(state));
 }
 
 T_PLAY_STATUS CDiscData::GetCurPlayStatus() const {
@@ -197,8 +191,14 @@ void CDiscData::SetPlayTime(const T_PLAYTIME_INFO& time) {
     SetUnlessEqual(m_playTime, {time.time, time.trackTime, time.times});
 }
 
+bool CDiscData::GetFlag(FLAG_EN flag) const {
+    MutexGuard guard(m_mutex);
+    return m_bUpdateFlags[flag];
+}
+
 void CDiscData::SetFlag(FLAG_EN flag, bool bFlag) {
-    Set(m_bUpdateFlags[flag], bFlag);
+    MutexGuard guard(m_mutex);
+    m_bUpdateFlags[flag] = bFlag;
 }
 
 void CDiscData::SetFlagLogged(const char* func, FLAG_EN flag, bool bFlag) {
@@ -207,103 +207,103 @@ void CDiscData::SetFlagLogged(const char* func, FLAG_EN flag, bool bFlag) {
 }
 
 bool CDiscData::GetUpdateDiscStateFlag() const {
-    return Get(m_bUpdateFlags[FLAG_DiscState]);
+    return GetFlag(FLAG_DiscState);
 }
 void CDiscData::SetUpdateDiscStateFlag(bool bFlag) {
     SetFlag(FLAG_DiscState, bFlag);
 }
 bool CDiscData::GetUpdatePlayStateFlag() const {
-    return Get(m_bUpdateFlags[FLAG_PlayState]);
+    return GetFlag(FLAG_PlayState);
 }
 void CDiscData::SetUpdatePlayStateFlag(bool bFlag) {
     SetFlag(FLAG_PlayState, bFlag);
 }
 bool CDiscData::GetUpdatePlayInfoFlag() const {
-    return Get(m_bUpdateFlags[FLAG_PlayInfo]);
+    return GetFlag(FLAG_PlayInfo);
 }
 void CDiscData::SetUpdatePlayInfoFlag(bool bFlag) {
     SetFlag(FLAG_PlayInfo, bFlag);
 }
 bool CDiscData::GetUpdateTimeFlag() const {
-    return Get(m_bUpdateFlags[FLAG_Time]);
+    return GetFlag(FLAG_Time);
 }
 void CDiscData::SetUpdateTimeFlag(bool bFlag) {
     SetFlag(FLAG_Time, bFlag);
 }
 bool CDiscData::GetUpdateID3Flag() const {
-    return Get(m_bUpdateFlags[FLAG_ID3]);
+    return GetFlag(FLAG_ID3);
 }
 void CDiscData::SetUpdateID3Flag(bool bFlag) {
     SetFlag(FLAG_ID3, bFlag);
 }
 bool CDiscData::GetUpdateRootMenuFlag() const {
-    return Get(m_bUpdateFlags[FLAG_RootMenu]);
+    return GetFlag(FLAG_RootMenu);
 }
 void CDiscData::SetUpdateRootMenuFlag(bool bFlag) {
     SetFlagLogged(__FUNCTION__, FLAG_RootMenu, bFlag);
 }
 bool CDiscData::GetUpdateParentalFlag() const {
-    return Get(m_bUpdateFlags[FLAG_Parental]);
+    return GetFlag(FLAG_Parental);
 }
 void CDiscData::SetUpdateParentalFlag(bool bFlag) {
     SetFlagLogged(__FUNCTION__, FLAG_Parental, bFlag);
 }
 bool CDiscData::GetUpdateVersionFlag() const {
-    return Get(m_bUpdateFlags[FLAG_Version]);
+    return GetFlag(FLAG_Version);
 }
 void CDiscData::SetUpdateVersionFlag(bool bFlag) {
     SetFlagLogged(__FUNCTION__, FLAG_Version, bFlag);
 }
 bool CDiscData::GetUpdateUpdatedbFlag() const {
-    return Get(m_bUpdateFlags[FLAG_Updatedb]);
+    return GetFlag(FLAG_Updatedb);
 }
 void CDiscData::SetUpdateUpdatedbFlag(bool bFlag) {
     SetFlag(FLAG_Updatedb, bFlag);
 }
 bool CDiscData::GetUpdateUpdatedbFinishFlag() const {
-    return Get(m_bUpdateFlags[FLAG_UpdatedbFinish]);
+    return GetFlag(FLAG_UpdatedbFinish);
 }
 void CDiscData::SetUpdateUpdatedbFinishFlag(bool bFlag) {
     SetFlagLogged(__FUNCTION__, FLAG_UpdatedbFinish, bFlag);
 }
 bool CDiscData::GetUpdateDeviceStatusFlag() const {
-    return Get(m_bUpdateFlags[FLAG_DeviceStatus]);
+    return GetFlag(FLAG_DeviceStatus);
 }
 void CDiscData::SetUpdateDeviceStatusFlag(bool bFlag) {
     SetFlagLogged(__FUNCTION__, FLAG_DeviceStatus, bFlag);
 }
 bool CDiscData::GetUpdateDiscTypeFlag() const {
-    return Get(m_bUpdateFlags[FLAG_DiscType]);
+    return GetFlag(FLAG_DiscType);
 }
 void CDiscData::SetUpdateDiscTypeFlag(bool bFlag) {
     SetFlagLogged(__FUNCTION__, FLAG_DiscType, bFlag);
 }
 bool CDiscData::GetUpdateMixedTypeFlag() const {
-    return Get(m_bUpdateFlags[FLAG_MixedType]);
+    return GetFlag(FLAG_MixedType);
 }
 void CDiscData::SetUpdateMixedTypeFlag(bool bFlag) {
     SetFlagLogged(__FUNCTION__, FLAG_MixedType, bFlag);
 }
 bool CDiscData::GetUpdateCurDvdStateFlag() const {
-    return Get(m_bUpdateFlags[FLAG_CurDvdState]);
+    return GetFlag(FLAG_CurDvdState);
 }
 void CDiscData::SetUpdateCurDvdStateFlag(bool bFlag) {
     SetFlagLogged(__FUNCTION__, FLAG_CurDvdState, bFlag);
 }
 bool CDiscData::GetUpdateAudioChannelFlag() const {
-    return Get(m_bUpdateFlags[FLAG_AudioChannel]);
+    return GetFlag(FLAG_AudioChannel);
 }
 void CDiscData::SetUpdateAudioChannelFlag(bool bFlag) {
     SetFlag(FLAG_AudioChannel, bFlag);
 }
 bool CDiscData::GetUpdatePlaySpeedFlag() const {
-    return Get(m_bUpdateFlags[FLAG_PlaySpeed]);
+    return GetFlag(FLAG_PlaySpeed);
 }
 void CDiscData::SetUpdatePlaySpeedFlag(bool bFlag) {
     SetFlag(FLAG_PlaySpeed, bFlag);
 }
 bool CDiscData::GetUpdateKeyInvalidFlag() const {
-    return Get(m_bUpdateFlags[FLAG_KeyInvalid]);
+    return GetFlag(FLAG_KeyInvalid);
 }
 void CDiscData::SetUpdateKeyInvalidFlag(bool bFlag) {
     SetFlag(FLAG_KeyInvalid, bFlag);

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "ZMModel/DiscRecords.h"
-
-#include <pthread.h>
+#include "ZMModel/Mutex.h"
 
 #include <array>
 #include <atomic>
@@ -18,7 +17,6 @@
 class CDiscData {
 public:
     CDiscData();
-    ~CDiscData();
     CDiscData(const CDiscData&) = delete;
     CDiscData& operator=(const CDiscData&) = delete;
 
@@ -28,11 +26,11 @@ public:
     void Init() {}
     /** The lock is not recursive: no accessor may be called between the two, except setters that skip equal
      * values. */
-    void Lock();
-    void UnLock();
+    void Lock() LOCK_UNCHECKED;
+    void UnLock() LOCK_UNCHECKED;
     /** Forgets what belongs to the disc, but not device status, tags, texts and some flags. For the
      * constructor: takes no lock. */
-    void ResetDiscInfo();
+    void ResetDiscInfo() LOCK_UNCHECKED;
 
     int GetMsgTip() const;
     void SetMsgTip(int nMsgTip);
@@ -138,9 +136,9 @@ private:
     using Comparable = std::array<std::atomic<int32_t>, N>;
 
     template <class T>
-    T Get(const T& member) const;
+    T Get(T CDiscData::*member) const;
     template <class T>
-    void Set(T& member, std::type_identity_t<T> value);
+    void Set(T CDiscData::*member, std::type_identity_t<T> value);
     template <size_t N>
     std::array<int32_t, N> GetComparable(const Comparable<N>& member) const;
     template <size_t N>
@@ -148,27 +146,28 @@ private:
     template <size_t N>
     void SetUnlessEqual(Comparable<N>& member, const std::array<int32_t, N>& value);
 
+    bool GetFlag(FLAG_EN flag) const;
     void SetFlag(FLAG_EN flag, bool bFlag);
     /** The same, and a log line of the setter `func`. */
     void SetFlagLogged(const char* func, FLAG_EN flag, bool bFlag);
 
-    mutable pthread_mutex_t m_mutex;
-    bool m_bUpdateFlags[FLAG_COUNT] = {};
-    T_MPEG_DEVICE_STATUS m_deviceStatus;
-    T_MPEG_MEDIA_INFO m_curPlayInfo;
+    mutable Mutex m_mutex;
+    bool m_bUpdateFlags[FLAG_COUNT] GUARDED_BY(m_mutex) = {};
+    T_MPEG_DEVICE_STATUS m_deviceStatus GUARDED_BY(m_mutex);
+    T_MPEG_MEDIA_INFO m_curPlayInfo GUARDED_BY(m_mutex);
     Comparable<4> m_curPlayStatus; ///< discState, repeat, shuffle, scan
-    T_ID3_INFO m_id3Info;
+    T_ID3_INFO m_id3Info GUARDED_BY(m_mutex);
     Comparable<3> m_playTime; ///< time, trackTime, times
-    T_DVD_DETAIL m_curDvdState;
-    std::string m_strMpegVersion;
-    std::string m_strPlayFileName;
+    T_DVD_DETAIL m_curDvdState GUARDED_BY(m_mutex);
+    std::string m_strMpegVersion GUARDED_BY(m_mutex);
+    std::string m_strPlayFileName GUARDED_BY(m_mutex);
     Comparable<1> m_bDVDRootMenuFlag;
     Comparable<1> m_bDVDParentalFlag;
-    bool m_bDiscAutoInsertFlag = false;
-    int32_t m_nAudioChannel = 0;
-    int32_t m_nPlaySpeed = 0;
-    int32_t m_nUpdateDbState = 0;
-    int32_t m_nMsgTip = 0;
-    bool m_bVideoStatus = false;
-    bool m_bDiscInBegin = false;
+    bool m_bDiscAutoInsertFlag GUARDED_BY(m_mutex) = false;
+    int32_t m_nAudioChannel GUARDED_BY(m_mutex) = 0;
+    int32_t m_nPlaySpeed GUARDED_BY(m_mutex) = 0;
+    int32_t m_nUpdateDbState GUARDED_BY(m_mutex) = 0;
+    int32_t m_nMsgTip GUARDED_BY(m_mutex) = 0;
+    bool m_bVideoStatus GUARDED_BY(m_mutex) = false;
+    bool m_bDiscInBegin GUARDED_BY(m_mutex) = false;
 };

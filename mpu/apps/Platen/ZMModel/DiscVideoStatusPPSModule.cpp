@@ -19,13 +19,7 @@ static void LogDecoderFailed(const char* func, int nLine) {
 DiscVideoStatusPPSModule::DiscVideoStatusPPSModule(const fileTagInfo& info,
                                                    Oro::ZMCAR::IPPSOnChange* pOnChange,
                                                    DiscViewController* pController)
-    : DiscPPSModule(info, pOnChange), m_pController(pController) {
-    pthread_mutex_init(&m_mutex, nullptr);
-}
-
-DiscVideoStatusPPSModule::~DiscVideoStatusPPSModule() {
-    pthread_mutex_destroy(&m_mutex);
-}
+    : DiscPPSModule(info, pOnChange), m_pController(pController) {}
 
 static constexpr PPSAttributeRow<PPSSubscribe<DiscVideoStatusPPSModule>> ATTRIBUTES[] = {
     {VIDEO_STATUS_ZMDISC, &DiscVideoStatusPPSModule::SubscribeZmDisc, {NO_MESSAGE}},

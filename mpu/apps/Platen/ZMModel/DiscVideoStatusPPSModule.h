@@ -1,11 +1,10 @@
 #pragma once
 
 #include "ZMModel/DiscPPSModule.h"
+#include "ZMModel/Mutex.h"
 #include "ZMModel/PPSSubscriber.h"
 
 #include "sys/pps.h"
-
-#include <pthread.h>
 
 class DiscViewController;
 
@@ -14,7 +13,6 @@ class DiscVideoStatusPPSModule : public DiscPPSModule {
 public:
     DiscVideoStatusPPSModule(const fileTagInfo& info, Oro::ZMCAR::IPPSOnChange* pOnChange,
                              DiscViewController* pController);
-    ~DiscVideoStatusPPSModule() override;
 
     /** The index of the attribute, also when its value could not be decoded; -1 if its name is missing or
      * unknown. */
@@ -29,5 +27,5 @@ private:
     void ApplyStatus(const char* status);
 
     [[maybe_unused]] DiscViewController* m_pController; ///< not used by the parsing, like the mutex
-    pthread_mutex_t m_mutex;
+    Mutex m_mutex;
 };

@@ -2,25 +2,18 @@
 
 #include "DiscViewController.h"
 #include "Log.h"
-#include "ZMModel/MutexGuard.h"
 #include "overlay/OverlayState.h"
 #include "parts/DiscTimers.h"
 #include "zmui/CUIAnalysis.h"
 
-StateDisplay::StateDisplay(OverlayState& state) : m_state(state), m_nCurKeyType(OSD_KEY_NONE) {
-    pthread_mutex_init(&m_mutex, nullptr);
-}
-
-StateDisplay::~StateDisplay() {
-    pthread_mutex_destroy(&m_mutex);
-}
+StateDisplay::StateDisplay(OverlayState& state) : m_state(state), m_nCurKeyType(OSD_KEY_NONE) {}
 
 void StateDisplay::Lock() {
-    pthread_mutex_lock(&m_mutex);
+    m_mutex.Lock();
 }
 
 void StateDisplay::UnLock() {
-    pthread_mutex_unlock(&m_mutex);
+    m_mutex.UnLock();
 }
 
 void StateDisplay::ShowStateView(long picId, const wchar_t* text) {

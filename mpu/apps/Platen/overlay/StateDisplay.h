@@ -1,6 +1,6 @@
 #pragma once
 
-#include <pthread.h>
+#include "ZMModel/Mutex.h"
 
 #include <cstdint>
 
@@ -13,13 +13,12 @@ struct OverlayState;
 class StateDisplay {
 public:
     explicit StateDisplay(OverlayState& state);
-    ~StateDisplay();
     StateDisplay(const StateDisplay&) = delete;
     StateDisplay& operator=(const StateDisplay&) = delete;
 
     /** Guard the key type. */
-    void Lock();
-    void UnLock();
+    void Lock() LOCK_UNCHECKED;
+    void UnLock() LOCK_UNCHECKED;
 
     /** Shows picture `picId` with a plain or a resource text; starts no timer. */
     void ShowStateView(long picId, const wchar_t* text);
@@ -40,6 +39,6 @@ private:
     void ShowStatePicture(int picture, bool shown);
 
     OverlayState& m_state;
-    pthread_mutex_t m_mutex; ///< guards m_nCurKeyType
-    int32_t m_nCurKeyType;
+    Mutex m_mutex;
+    int32_t m_nCurKeyType GUARDED_BY(m_mutex);
 };

@@ -114,6 +114,9 @@ def export() -> Mapping[str, object]:
 
 def main() -> int:
     words = sys.argv[1:]
+    if words and not words[0].startswith("-") and words[0] not in ROOMS:
+        print(f"there is no room {words[0]}; these are measured: {', '.join(ROOMS)}", file=sys.stderr)
+        return 2
     rooms = [words.pop(0)] if words and words[0] in ROOMS else list(ROOMS)
     passed = measure(rooms, words)
     text, good = report(counts(export(), ROOT), rooms)

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import subprocess
 import sys
 from pathlib import Path
 from typing import Dict, Tuple
@@ -30,6 +31,11 @@ def test_a_room_is_good_when_lines_and_branches_are(lines: int, branches: int, g
     text, reached = report(found, ["platform"])
     assert text[-1] == f"platform: {lines:.1f} % of 100 lines, {branches:.1f} % of 100 branches"
     assert reached == good and not any("services" in each for each in text)
+
+
+def test_an_unknown_room_is_named() -> None:
+    done = subprocess.run([str(HERE / "reached.py"), "platforms"], capture_output=True, text=True)
+    assert done.returncode == 2 and "there is no room platforms" in done.stderr and "platform," in done.stderr
 
 
 def test_a_room_of_which_nothing_was_measured_is_not_good() -> None:

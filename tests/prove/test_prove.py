@@ -123,6 +123,7 @@ def test_values_are_read(reader: Reader, output: str, status: int, value: str, g
     ("drawing", '{"figure": "page that fades over, a frame", "value": 1.25, "unit": "ms"}', "1.25 ms"),
     ("coverage-services", "platform: 97.0 % of 9 lines, 90.1 % of 9 branches\nservices: 95.2 % of 5000 lines, 87.9 % of 900 branches", "95.2%, 87.9%"),
     ("annotations", "annotations: 40 locks, 120 fields guarded, no warning", "annotations: 40 locks, 120 fields guarded, no warning"),
+    ("schedules", "schedules: 100 orders of 8 stories, threads gave way 9 times, 0 failed", "schedules: 100 orders of 8 stories, threads gave way 9 times, 0 failed"),
     ("coverage-page", "page scripts: 91.2 % of 753 lines run", "91.2%"),
     ("anomaly-disk", "anomaly: 6 runs in 84 s, 0 with a fault", "anomaly: 6 runs in 84 s, 0 with a fault"),
     ("fuzz", "fuzzing: 21 targets, 5 s each, 0 with a finding", "fuzzing: 21 targets, 5 s each, 0 with a finding"),

@@ -1,10 +1,9 @@
 #include "services/disc/DiscOpening.h"
 
+#include "base/Mutex.h"
 #include "base/Threads.h"
 #include "services/disc/medium/OpenMedium.h"
 
-#include <condition_variable>
-#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -17,10 +16,10 @@ constexpr std::chrono::milliseconds Patience{500};
 
 /** What the opening thread hands over. */
 struct Handover {
-    std::mutex mutex;
-    std::condition_variable there;
-    std::optional<DiscOpening::Opened> medium;
-    bool late = false; ///< nobody waits any more
+    Mutex mutex;
+    Condition there;
+    std::optional<DiscOpening::Opened> medium ZM_GUARDED_BY(mutex);
+    bool late ZM_GUARDED_BY(mutex) = false; ///< nobody waits any more
 };
 
 } // namespace
@@ -30,10 +29,10 @@ void DiscOpening::open(const std::string& path, Done done) {
     const auto handover = std::make_shared<Handover>();
     const auto begun = runInBackground([this, path, done, number, handover, mailbox = m_mailbox] {
         auto medium = medium::openMedium(path);
-        std::lock_guard lock(handover->mutex);
+        MutexLock lock(handover->mutex);
         if (!handover->late) {
             handover->medium = std::move(medium);
-            handover->there.notify_all();
+            handover->there.notifyAll();
             return;
         }
         mailbox->post([this, done, number, medium = std::move(medium)] {
@@ -46,8 +45,11 @@ void DiscOpening::open(const std::string& path, Done done) {
         done(medium::openMedium(path));
         return;
     }
-    std::unique_lock lock(handover->mutex);
-    handover->late = !handover->there.wait_for(lock, Patience, [&] { return handover->medium.has_value(); });
+    MutexLock lock(handover->mutex);
+    const auto deadline = std::chrono::steady_clock::now() + Patience;
+    while (!handover->medium && handover->there.waitUntil(lock, deadline)) {
+    }
+    handover->late = !handover->medium;
     if (handover->medium) {
         const Opened medium = *std::exchange(handover->medium, std::nullopt);
         lock.unlock();

@@ -33,6 +33,11 @@ Params fromArguments(std::vector<std::string> arguments) {
 
 } // namespace
 
+TEST(ArgvDecode, AnEmptyQuotedValueEndsAtOnce) {
+    EXPECT_THAT(fromText("--song=\"\" --singer=\"x\""),
+                UnorderedElementsAre(Pair("song", ""), Pair("singer", "x")));
+}
+
 TEST(ArgvDecode, TakesBothForms) {
     EXPECT_THAT(fromText("--song=abc --singer xyz"),
                 UnorderedElementsAre(Pair("song", "abc"), Pair("singer", "xyz")));

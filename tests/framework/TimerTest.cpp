@@ -58,6 +58,16 @@ TEST_F(FrameworkTest, TimersFireInOrderOfTimeAndOfSetting) {
     EXPECT_THAT(app.events.take(), ElementsAre(expiry(2), expiry(3), expiry(1), expiry(2), expiry(3)));
 }
 
+TEST_F(FrameworkTest, WhatRunsOnIsSetAnewWhenItFires) {
+    run();
+    app.controller.SetTimer(1, 200);
+    app.controller.SetTimer(2, 300);
+    headUnit.advance(500);
+    EXPECT_THAT(app.events.take(), ElementsAre(expiry(1), expiry(2), expiry(1)));
+    headUnit.advance(100); // both: timer 2 has been set for it at 300, timer 1 at 400
+    EXPECT_THAT(app.events.take(), ElementsAre(expiry(2), expiry(1)));
+}
+
 TEST_F(FrameworkTest, NowInsideAHandlerIsTheDueTime) {
     run();
     app.main.onHandler = [this](const std::string& line) {

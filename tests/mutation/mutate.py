@@ -97,12 +97,15 @@ class Tree:
     def __init__(self, path: Path, jobs: int) -> None:
         self.path = path
         self.jobs = jobs
+        self.texts: Dict[str, bytes] = {}
+        """The sources as they were copied, whatever becomes of them meanwhile."""
 
     def copy(self) -> None:
         for name in git_files():
             source = PROJECT / name
             if source.is_file():
-                put(self.path / name, source.read_bytes())
+                self.texts[name] = source.read_bytes()
+                put(self.path / name, self.texts[name])
                 (self.path / name).chmod(source.stat().st_mode)
 
     def arguments(self) -> Dict[str, List[str]]:
@@ -120,7 +123,7 @@ class Tree:
     def write(self, mutants: Sequence[Tuple[int, Mutant]], files: Sequence[str]) -> None:
         for file in files:
             inside = [pair for pair in mutants if pair[1].file == file]
-            text = (PROJECT / file).read_bytes()
+            text = self.texts[file]
             put(self.path / file, mutated(text, inside) if inside else text)
 
     def build(self, targets: Sequence[str]) -> str:

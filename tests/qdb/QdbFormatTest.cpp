@@ -24,7 +24,7 @@ TEST(QdbFormat, NumbersAndTextsArePrinted) {
     EXPECT_EQ(format("%d %i %u %x %X %o %c", -1, 2, 3u, 255, 255, 8, 'z'), "-1 2 3 ff FF 10 z");
     EXPECT_EQ(format("%s,%s", "a", "b"), "a,b");
     EXPECT_EQ(format("%.2f %e %g", 1.5, 1.5, 1.5), "1.50 1.500000e+00 1.5");
-    EXPECT_EQ(format("%Lf", 2.5L), "2.500000");
+    EXPECT_EQ(format("%Lf %lf %lg", 2.5L, 2.5, 0.5), "2.500000 2.500000 0.5");
     EXPECT_EQ(format("%p", nullptr), "(nil)");
 }
 

@@ -56,6 +56,36 @@ TEST_F(SlogTest, AMessageKeepsItsFields) {
     EXPECT_THAT(fileText(m_path), testing::HasSubstr(" 6 0x00304e22 number 7, text\n"));
 }
 
+TEST_F(SlogTest, TheProcessIsOneWordWhateverItsName) {
+    char* const name = program_invocation_short_name;
+    for (const char* odd : {"two words", "two\nlines", ""}) {
+        program_invocation_short_name = const_cast<char*>(odd);
+        slogf(1, _SLOG_ERROR, "text");
+    }
+    program_invocation_short_name = name;
+    std::vector<std::string> processes;
+    for (const auto& entry : zm::LogReader(m_path).last(10)) {
+        processes.push_back(entry.process);
+    }
+    EXPECT_THAT(processes, ElementsAre("two_words", "two_lines", "-"));
+}
+
+TEST_F(SlogTest, LongMessagesTakeNoMemoryForEver) {
+    const auto mappings = [] {
+        std::ifstream maps("/proc/self/statm");
+        size_t pages = 0;
+        maps >> pages;
+        return pages;
+    };
+    const std::string text(100'000, 'x');
+    slogf(1, _SLOG_ERROR, "%s", text.c_str());
+    const size_t before = mappings();
+    for (int i = 0; i < 100; ++i) {
+        slogf(1, _SLOG_ERROR, "%s", text.c_str());
+    }
+    EXPECT_LT(mappings(), before + 1000) << "pages of 4 kB, of which 100 messages would keep 2500 or more";
+}
+
 TEST_F(SlogTest, ACodeThatReachesTheSignBitIsWrittenUnsigned) {
     slogf(_SLOG_SETCODE(0xfffu, 20002), _SLOG_ERROR, "late");
     EXPECT_THAT(fileText(m_path), testing::HasSubstr(" 2 0xfff04e22 late\n"));

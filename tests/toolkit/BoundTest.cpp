@@ -203,4 +203,16 @@ TEST(Tint, isAlwaysAsBrightWhateverTheColour) {
 
 } // namespace
 
+TEST(Tint, APublishedColourIsReadInItsThreeParts) {
+    const auto colour = colorOf("#ff8033");
+    ASSERT_TRUE(colour);
+    EXPECT_DOUBLE_EQ(colour->red, 1);
+    EXPECT_DOUBLE_EQ(colour->green, 128 / 255.0);
+    EXPECT_DOUBLE_EQ(colour->blue, 51 / 255.0);
+    EXPECT_DOUBLE_EQ(colour->alpha, 1);
+    for (const char* none : {"", "#", "ff8033", "#ff803", "#ff80333", "#ff80g3", "#-f8033"}) {
+        EXPECT_FALSE(colorOf(none)) << none;
+    }
+}
+
 } // namespace zm::test

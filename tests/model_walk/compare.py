@@ -63,9 +63,14 @@ class Seen:
 
 
 def _application_items(view: Dict[str, Any]) -> Dict[str, Any]:
-    """Without the items that belong to the pages: they follow others by themselves, when these are drawn."""
+    """Without the items that belong to the pages, which follow others by themselves when these are drawn, and without
+    the published value that an item's picture follows without the application."""
     windows = {
-        window: {item: value for item, value in content["items"].items() if int(item) < _FIRST_OF_PAGES}
+        window: {
+            number: {name: of for name, of in item.items() if name != "value"}
+            for number, item in content["items"].items()
+            if int(number) < _FIRST_OF_PAGES
+        }
         for window, content in view["windows"].items()
     }
     return {**view, "windows": windows}

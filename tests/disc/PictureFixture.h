@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ScreenSize.h"
 #include "tests/disc/DiscUnit.h"
 
 #include <gtest/gtest.h>
@@ -12,8 +13,8 @@ inline constexpr Colour blue{0, 0, 255};
 inline constexpr Colour yellow{255, 255, 0};
 inline constexpr Colour white{255, 255, 255};
 inline constexpr Colour black{0, 0, 0};
-inline const int MiddleX = disc::engine::PictureWidth / 2;
-inline const int MiddleY = disc::engine::PictureHeight / 2;
+inline const int MiddleX = screenSize().width / 2;
+inline const int MiddleY = screenSize().height / 2;
 
 /** A disc in a folder, the service that plays it, and what is seen of it. */
 class Pictures : public testing::Test {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/ScreenSize.h"
 #include "services/disc/engine/FrameSink.h"
 
 #include <nlohmann/json_fwd.hpp>
@@ -20,9 +21,13 @@ inline constexpr int RingFd = 5;    ///< shared memory of the pictures
 
 /** The ring's places, each of them a picture. */
 inline constexpr uint32_t Slots = 3;
-inline const int Stride = PictureWidth * 4;
-inline const size_t SlotBytes = static_cast<size_t>(Stride) * static_cast<size_t>(PictureHeight);
-inline const size_t RingBytes = Slots * SlotBytes;
+/** A picture's, from the screen's size itself: some compilers set one such constant before another that it is made of. */
+inline size_t pictureBytes() {
+    return size_t{4} * static_cast<size_t>(screenSize().width) * static_cast<size_t>(screenSize().height);
+}
+inline const int Stride = screenSize().width * 4;
+inline const size_t SlotBytes = pictureBytes();
+inline const size_t RingBytes = Slots * pictureBytes();
 
 /** "This place holds a picture of that item", and, on the way back, "this place is free". */
 struct FrameNote {

@@ -29,6 +29,8 @@ public:
         ::close(m_fd);
     }
     bool held() const { return m_held; }
+    /** Somebody opens it. */
+    bool isAwaited() const { return ::fcntl(m_fd, F_GETLEASE) != F_WRLCK; }
     void letGo() { ::fcntl(m_fd, F_SETLEASE, F_UNLCK); }
 
 private:
@@ -86,6 +88,7 @@ TEST_F(DiscService, ADiscThatTakesLongToAnswerHoldsNobodyUp) {
     HeldFile held(image);
     ASSERT_TRUE(held.held());
     m_unit.request({{"op", "insert"}, {"path", image}});
+    ASSERT_TRUE(eventually([&] { return held.isAwaited(); }));
     m_unit.mark();
     for (int i = 0; i < 3; ++i) {
         m_unit.command(22);
@@ -110,6 +113,7 @@ TEST_F(DiscService, ADiscThatIsNotWantedAnyMoreIsNotTaken) {
     HeldFile held(image);
     ASSERT_TRUE(held.held());
     m_unit.request({{"op", "insert"}, {"path", image}});
+    ASSERT_TRUE(eventually([&] { return held.isAwaited(); }));
     m_unit.command(13);
     m_unit.next("disc", "0");
     m_unit.nextState(PlayState::Stopped);

@@ -10,7 +10,7 @@ namespace zm {
 
 namespace {
 
-constexpr std::ptrdiff_t bytesPerPixel = 4;
+constexpr std::ptrdiff_t pixelBytes = 4;
 /** The first step is one frame on already: nobody sees a frame without a change. */
 constexpr int64_t firstStepMs = 16;
 constexpr uint32_t fullMix = 256;
@@ -109,15 +109,15 @@ std::vector<Rect> Fade::show(uint8_t* pixels, std::vector<Rect> painted) {
 
 void Fade::copy(uint8_t* pixels, const Rect& area) const {
     for (int y = area.y; y < area.y + area.h; ++y) {
-        const std::ptrdiff_t at = std::ptrdiff_t{y} * m_stride + area.x * bytesPerPixel;
-        std::memcpy(pixels + at, m_settled.data() + at, static_cast<size_t>(area.w) * bytesPerPixel);
+        const std::ptrdiff_t at = std::ptrdiff_t{y} * m_stride + area.x * pixelBytes;
+        std::memcpy(pixels + at, m_settled.data() + at, static_cast<size_t>(area.w) * pixelBytes);
     }
 }
 
 void Fade::mix(uint8_t* pixels, const Rect& area) const {
     const auto part = static_cast<uint32_t>(std::lround(m_done * fullMix));
     for (int y = area.y; y < area.y + area.h; ++y) {
-        const std::ptrdiff_t at = std::ptrdiff_t{y} * m_stride + area.x * bytesPerPixel;
+        const std::ptrdiff_t at = std::ptrdiff_t{y} * m_stride + area.x * pixelBytes;
         const auto* before = reinterpret_cast<const uint32_t*>(m_before.data() + at);
         const auto* after = reinterpret_cast<const uint32_t*>(m_settled.data() + at);
         auto* to = reinterpret_cast<uint32_t*>(pixels + at);

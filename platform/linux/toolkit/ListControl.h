@@ -15,7 +15,9 @@
  */
 struct CUI_BtList::Impl {
     static constexpr int slots = 4;
-    static constexpr int noPicture = -1; ///< nothing was ever put into the slot
+    static constexpr size_t kindSlot = 0; ///< of the row's picture
+    static constexpr size_t markSlot = 2; ///< of the mark of what plays
+    static constexpr int noPicture = -1;  ///< nothing was ever put into the slot
 
     struct Row {
         zm::TextPool::Place text; ///< in `texts`

@@ -13,8 +13,6 @@ constexpr int scrollBar = CUI_BtList::Impl::barWidth;
 constexpr int leastThumb = 40;
 constexpr int shortList = 3; ///< a list of less views needs no number while it moves
 constexpr int placeHeight = 56;
-constexpr size_t kindSlot = 0;
-constexpr size_t markSlot = 2;
 /** Rows that were drawn last are kept, so that a list that is scrolled lays out only the new ones. */
 constexpr size_t rowsKept = 16;
 
@@ -58,7 +56,7 @@ void Painter::paintRow(CUI_BtList::Impl& list, int index) {
                             : list.item.pressed ? LookState::Pressed
                                                 : LookState::Selected;
     Look look = style.look(state);
-    const bool playing = row.icons[markSlot] > 0;
+    const bool playing = row.icons[CUI_BtList::Impl::markSlot] > 0;
     look.bold = look.bold || playing;
     const bool rtl = m_pages.rightToLeft();
     const Rect box = list.faceRect(index);
@@ -72,10 +70,10 @@ void Painter::paintRow(CUI_BtList::Impl& list, int index) {
     Rect inner{box.x + style.padding, box.y + look.nudge, box.w - 2 * style.padding, box.h};
     const int first = rtl ? inner.x + inner.w - icon : inner.x;
     const int last = rtl ? inner.x : inner.x + inner.w - icon;
-    m_pictures.draw(m_cairo, row.icons[kindSlot], first, y, icon, look.icon);
+    m_pictures.draw(m_cairo, row.icons[CUI_BtList::Impl::kindSlot], first, y, icon, look.icon);
     inner = {rtl ? inner.x : inner.x + taken, inner.y, inner.w - taken, inner.h};
     if (playing) {
-        paintMark(list, row.icons[markSlot], {last, y, icon, icon});
+        paintMark(list, row.icons[CUI_BtList::Impl::markSlot], {last, y, icon, icon});
         inner = {rtl ? inner.x + taken : inner.x, inner.y, inner.w - taken, inner.h};
     }
     paintText(keptRow(list, index), {list.text(row), ofLanguage()}, inner, style, look, Align::Start);

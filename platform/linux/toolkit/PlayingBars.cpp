@@ -9,7 +9,6 @@ namespace zm {
 namespace {
 
 constexpr int64_t turnMs = 2400;
-constexpr size_t markSlot = 2;
 
 /** A bar as the picture shows it, in parts of the picture, and how often it rises in a turn. */
 struct Bar {
@@ -45,7 +44,7 @@ Rect PlayingBars::mark(const CUI_BtList::Impl& list) {
         if (place.y >= view.y + view.h) {
             break;
         }
-        if (list.rows[static_cast<size_t>(row)].icons[markSlot] > 0) {
+        if (list.rows[static_cast<size_t>(row)].icons[CUI_BtList::Impl::markSlot] > 0) {
             return list.markRect(row).intersected(view);
         }
     }

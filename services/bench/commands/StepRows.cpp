@@ -155,7 +155,7 @@ std::optional<uint32_t> parseColour(const std::string& word) {
                                                                         : std::nullopt;
 }
 
-bool step(Call& call) {
+bool stepOf(Call& call) {
     // The options of the command inside are its own: only what stands before it is looked at.
     std::deque<std::string> words(call.run->words().begin() + 1, call.run->words().end());
     Step::Wishes wishes;
@@ -184,7 +184,7 @@ bool step(Call& call) {
 }
 
 constexpr std::array StepCommands = {
-    Row{"step", step},
+    Row{"step", stepOf},
 };
 
 } // namespace

@@ -18,6 +18,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace zm::test {
 
@@ -63,6 +64,13 @@ bench::unit::HeadUnitOptions unitOptions(const std::string& folder, ScreenSize s
     return options;
 }
 
+// Without a unit a test has nothing to wait for.
+void begun(const std::string& failure) {
+    if (!failure.empty()) {
+        throw std::runtime_error("no head unit: " + failure);
+    }
+}
+
 std::string joined(const std::vector<std::string>& words) {
     std::string text;
     for (const auto& word : words) {
@@ -99,16 +107,15 @@ struct Unit::Impl {
 };
 
 Unit::Unit(UnitOptions options) : m_impl(std::make_unique<Impl>(options)) {
-    const std::string failure = m_impl->server.start();
-    EXPECT_EQ(failure, "");
+    begun(m_impl->server.start());
     resetStateStore();
     for (const auto& [object, line] : options.published) {
         must({"pps", "put", object, line});
     }
     m_impl->application = std::make_unique<Application>();
-    EXPECT_TRUE(m_impl->application->start({.song = options.song, .firstResume = options.firstResume}))
-        << "the application does not start";
-    EXPECT_TRUE(m_impl->server.waitReady()) << "the application has not been resumed";
+    const bool started = m_impl->application->start({.song = options.song, .firstResume = options.firstResume});
+    begun(started ? "" : "the application does not start");
+    begun(m_impl->server.waitReady() ? "" : "the application has not been resumed");
     settle();
 }
 

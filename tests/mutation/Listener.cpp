@@ -56,9 +56,7 @@ public:
     }
 
 private:
-    static std::vector<unsigned char> marks() {
-        return {choice().reached, choice().reached + choice().size};
-    }
+    static std::vector<unsigned char> marks() { return {choice().reached, choice().reached + choice().size}; }
     static void clear() { std::fill_n(choice().reached, choice().size, static_cast<unsigned char>(0)); }
 
     FILE* m_file;

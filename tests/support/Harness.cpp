@@ -113,7 +113,8 @@ Unit::Unit(UnitOptions options) : m_impl(std::make_unique<Impl>(options)) {
         must({"pps", "put", object, line});
     }
     m_impl->application = std::make_unique<Application>();
-    const bool started = m_impl->application->start({.song = options.song, .firstResume = options.firstResume});
+    const bool started =
+        m_impl->application->start({.song = options.song, .firstResume = options.firstResume});
     begun(started ? "" : "the application does not start");
     begun(m_impl->server.waitReady() ? "" : "the application has not been resumed");
     settle();

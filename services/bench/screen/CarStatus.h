@@ -13,7 +13,7 @@ struct CarStatus {
     bool twelveHours = false;
     int bluetooth = 0; ///< as the telephone says: 0, 1 or 2
     bool muted = false;
-    std::optional<int> temperature; ///< outside, in tenths of a degree
+    std::optional<int> temperature = {}; ///< outside, in tenths of a degree
 };
 
 /** Puts it into the items of a page, with the numbers and marks that the disc player's own pages have. */

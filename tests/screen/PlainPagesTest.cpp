@@ -83,7 +83,7 @@ protected:
         return pixels;
     }
 
-    const ScreenSize screen;
+    const ScreenSize screen{};
     NoListener listener;
 };
 

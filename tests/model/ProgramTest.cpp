@@ -161,6 +161,14 @@ TEST_F(ProgramTest, AnOverlayWithoutItsResourceEndsWithOne) {
                                           "2 ==========osdview init error=========="));
 }
 
+static std::set<std::string> threads() {
+    std::set<std::string> found;
+    for (const auto& thread : fs::directory_iterator("/proc/self/task")) {
+        found.insert(thread.path().filename());
+    }
+    return found;
+}
+
 /** The threads of this process that take signals to end. */
 static std::set<std::string> threadsThatTakeSignals() {
     const uint64_t ends = 1u << (SIGTERM - 1) | 1u << (SIGINT - 1);
@@ -177,13 +185,11 @@ static std::set<std::string> threadsThatTakeSignals() {
 }
 
 TEST_F(ProgramTest, NoThreadOfItIsTornAwayByASignal) {
-    // The test's own and the head unit's; one that is being started takes none yet.
-    ASSERT_TRUE(eventually([] { return threadsThatTakeSignals().size() == 2; }));
-    const auto before = threadsThatTakeSignals();
+    const auto before = threads();
     auto result = std::async(std::launch::async, [] { return run({"Platen", "disc"}); });
     EXPECT_TRUE(m_headUnit.waitForShell("running"));
     // A worker blocks them itself, first of all, once it runs.
-    EXPECT_TRUE(eventually([&before] { return threadsThatTakeSignals() == before; }));
+    EXPECT_TRUE(eventually([&before] { return std::ranges::includes(before, threadsThatTakeSignals()); }));
     m_headUnit.hangUp();
     EXPECT_EQ(result.get(), 0);
 }

@@ -149,9 +149,6 @@ private:
     void AppendRow(const T_PLAY_LIST_ITEM& item);
     void DropOldRows();
 
-    Mutex m_mutex;
-    /** Held while the worker's statement runs and taken before m_mutex, which is never held for long. */
-    Mutex m_mutexStatement;
     PlayList m_vecAudioList GUARDED_BY(m_mutex);
     PlayList m_vecVideoList GUARDED_BY(m_mutex);
     PlayList m_vecPhotoList GUARDED_BY(m_mutex);
@@ -163,6 +160,9 @@ private:
      * Empty when its task has ended. */
     PlayList m_vecOldRows GUARDED_BY(m_mutex);
     PlayList* m_pCurVec GUARDED_BY(m_mutex) = nullptr;
+    Mutex m_mutex;
+    /** Held while the worker's statement runs and taken before m_mutex, which is never held for long. */
+    Mutex m_mutexStatement;
     CDiscData* m_pDiscData;
     qdb_hdl_t* m_hDb = nullptr;
     /** For values read on the caller's thread, so that it never waits for the worker's statement. */

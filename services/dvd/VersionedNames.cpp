@@ -1,18 +1,17 @@
 #include "services/dvd/VersionedNames.h"
 
-#include <string_view>
+#include "base/FileVersion.h"
 
 namespace zm::dvd {
 
 void VersionedNames::strip(char* name) {
     const std::string_view whole(name);
-    const size_t mark = whole.rfind(';');
-    if (mark == std::string_view::npos || mark == 0 || mark + 1 == whole.size() ||
-        whole.find_first_not_of("0123456789", mark + 1) != std::string_view::npos) {
+    const std::string_view bare = withoutVersion(whole);
+    if (bare.size() == whole.size()) {
         return;
     }
-    m_versions[std::string(whole.substr(0, mark))] = whole.substr(mark);
-    name[mark] = '\0';
+    m_versions[std::string(bare)] = whole.substr(bare.size());
+    name[bare.size()] = '\0';
 }
 
 std::string VersionedNames::original(const std::string& path) const {

@@ -1,5 +1,6 @@
 #include "services/disc/medium/DvdDetection.h"
 
+#include "base/FileVersion.h"
 #include "services/disc/medium/FolderMedium.h"
 #include "services/disc/model/DiscIdentity.h"
 
@@ -20,14 +21,6 @@ constexpr size_t TableBytes = 8192;
 
 char large(char letter) {
     return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-}
-
-// Some programs copy files with the version that they have on the disc: "VIDEO_TS.IFO;1".
-std::string_view withoutVersion(std::string_view name) {
-    const size_t mark = name.rfind(';');
-    const bool isVersion = mark != std::string_view::npos && mark + 1 < name.size() &&
-                           name.find_first_not_of("0123456789", mark + 1) == std::string_view::npos;
-    return isVersion ? name.substr(0, mark) : name;
 }
 
 bool isCalled(std::string_view name, std::string_view wanted) {

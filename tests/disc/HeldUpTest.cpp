@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <optional>
 
 using namespace zm::disc::model;
 using namespace zm::test;
@@ -78,17 +79,27 @@ bool isThere(int pid) {
 
 } // namespace
 
-TEST_F(DiscService, ADiscThatTakesLongToAnswerHoldsNobodyUp) {
-    TempFolder images;
-    const std::string image = images / "disc.iso";
-    const std::string words =
-        "genisoimage -quiet -J -r -o '" + image + "' '" + m_disc.path().string() + "' 2>/dev/null";
-    ASSERT_EQ(std::system(words.c_str()), 0);
-    play();
-    HeldFile held(image);
-    ASSERT_TRUE(held.held());
-    m_unit.request({{"op", "insert"}, {"path", image}});
-    ASSERT_TRUE(eventually([&] { return held.isAwaited(); }));
+/** A disc plays, and one that does not answer yet has been put in over it. */
+class SlowDisc : public DiscService {
+protected:
+    void SetUp() override {
+        DiscService::SetUp();
+        const std::string image = m_images / "disc.iso";
+        const std::string words =
+            "genisoimage -quiet -J -r -o '" + image + "' '" + m_disc.path().string() + "' 2>/dev/null";
+        ASSERT_EQ(std::system(words.c_str()), 0);
+        play();
+        m_held.emplace(image);
+        ASSERT_TRUE(m_held->held());
+        m_unit.request({{"op", "insert"}, {"path", image}});
+        ASSERT_TRUE(eventually([this] { return m_held->isAwaited(); }));
+    }
+
+    TempFolder m_images;
+    std::optional<HeldFile> m_held;
+};
+
+TEST_F(SlowDisc, HoldsNobodyUp) {
     m_unit.mark();
     for (int i = 0; i < 3; ++i) {
         m_unit.command(22);
@@ -97,28 +108,18 @@ TEST_F(DiscService, ADiscThatTakesLongToAnswerHoldsNobodyUp) {
         m_unit.next("msgtip", "6", 5s);
     }
     EXPECT_TRUE(m_unit.since("disc").empty()) << "the disc inside stays until the other one is there";
-    held.letGo();
+    m_held->letGo();
     m_unit.next("disc", "0");
     m_unit.next("disc", "1");
     m_unit.nextState(PlayState::Playing);
 }
 
-TEST_F(DiscService, ADiscThatIsNotWantedAnyMoreIsNotTaken) {
-    TempFolder images;
-    const std::string image = images / "disc.iso";
-    const std::string words =
-        "genisoimage -quiet -J -r -o '" + image + "' '" + m_disc.path().string() + "' 2>/dev/null";
-    ASSERT_EQ(std::system(words.c_str()), 0);
-    play();
-    HeldFile held(image);
-    ASSERT_TRUE(held.held());
-    m_unit.request({{"op", "insert"}, {"path", image}});
-    ASSERT_TRUE(eventually([&] { return held.isAwaited(); }));
+TEST_F(SlowDisc, ThatIsNotWantedAnyMoreIsNotTaken) {
     m_unit.command(13);
     m_unit.next("disc", "0");
     m_unit.nextState(PlayState::Stopped);
     m_unit.mark();
-    held.letGo();
+    m_held->letGo();
     EXPECT_FALSE(m_unit.follows("disc", "1", 2s));
 }
 

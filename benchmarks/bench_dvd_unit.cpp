@@ -3,21 +3,19 @@
 #include "base/Paths.h"
 #include "benchmarks/BenchUnit.h"
 #include "benchmarks/Figure.h"
+#include "benchmarks/Peer.h"
 #include "platform/linux/pps/PpsFile.h"
 
 #include <nlohmann/json.hpp>
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <limits>
@@ -218,42 +216,12 @@ private:
     BenchUnit m_unit;
 };
 
-/** A player that decodes the first title and brings it to the screen's size, into nothing. */
-class Peer {
-public:
-    Peer(const std::string& disc, const std::string& filter) {
-        std::string arguments[] = {
-            "mpv",       "--no-config",         "--really-quiet",
+// A player that decodes the first title and brings it to the screen's size, into nothing.
+std::vector<std::string> mpv(const std::string& disc, const std::string& filter) {
+    return {"mpv",       "--no-config",         "--really-quiet",
             "--vo=null", "--ao=null",           "--vf=" + filter + "scale=800:480,format=bgr0",
             "dvd://",    "--dvd-device=" + disc};
-        std::vector<char*> list;
-        for (auto& argument : arguments) {
-            list.push_back(argument.data());
-        }
-        list.push_back(nullptr);
-        posix_spawn_file_actions_t files;
-        posix_spawn_file_actions_init(&files);
-        for (const int fd : {0, 1, 2}) {
-            posix_spawn_file_actions_addopen(&files, fd, "/dev/null", O_RDWR, 0);
-        }
-        const bool begun = posix_spawnp(&m_pid, list[0], &files, nullptr, list.data(), environ) == 0;
-        posix_spawn_file_actions_destroy(&files);
-        require(begun, "mpv does not start");
-    }
-    ~Peer() {
-        kill(m_pid, SIGTERM);
-        waitpid(m_pid, nullptr, 0);
-    }
-    Peer(const Peer&) = delete;
-    Peer& operator=(const Peer&) = delete;
-    double used() const {
-        require(waitpid(m_pid, nullptr, WNOHANG) == 0, "mpv has ended too early");
-        return processorTime(m_pid);
-    }
-
-private:
-    pid_t m_pid = 0;
-};
+}
 
 void together(DvdBench& bench, Ear& ear, const std::string& where, size_t count) {
     std::this_thread::sleep_for(300ms); // what was on its way
@@ -285,8 +253,8 @@ void together(DvdBench& bench, Ear& ear, const std::string& where, size_t count)
 }
 
 void film(DvdBench& bench, const std::string& disc, int seconds) {
-    const Peer plain(disc, "");
-    const Peer deinterlacing(disc, "bwdif,");
+    const Peer plain(mpv(disc, ""));
+    const Peer deinterlacing(mpv(disc, "bwdif,"));
     bench.put(disc);
     std::this_thread::sleep_for(2s);
     const double lagBefore = bench.lag();

@@ -3,15 +3,13 @@
 #include "base/Paths.h"
 #include "benchmarks/BenchUnit.h"
 #include "benchmarks/Figure.h"
+#include "benchmarks/Peer.h"
 
 #include <nlohmann/json.hpp>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <limits>
@@ -134,44 +132,19 @@ private:
     BenchUnit m_unit;
 };
 
-/** A bare pipeline that plays the same file, decoded and brought to the screen's size, at the same time. */
-class Peer {
-public:
-    explicit Peer(const std::string& file) {
-        std::string arguments[] = {"gst-launch-1.0",
-                                   "-q",
-                                   "playbin",
-                                   "uri=file://" + file,
-                                   "video-sink=videoconvertscale ! "
-                                   "video/x-raw,format=BGRx,width=800,height=480 ! fakesink sync=true",
-                                   "audio-sink=fakesink sync=true"};
-        std::vector<char*> list;
-        for (auto& argument : arguments) {
-            list.push_back(argument.data());
-        }
-        list.push_back(nullptr);
-        require(posix_spawnp(&m_pid, list[0], nullptr, nullptr, list.data(), environ) == 0,
-                "the bare pipeline does not start");
-    }
-    ~Peer() {
-        kill(m_pid, SIGTERM);
-        waitpid(m_pid, nullptr, 0);
-    }
-    Peer(const Peer&) = delete;
-    Peer& operator=(const Peer&) = delete;
-
-    /** Processor time so far. */
-    double used() const {
-        require(waitpid(m_pid, nullptr, WNOHANG) == 0, "the bare pipeline has ended too early");
-        return processorTime(m_pid);
-    }
-
-private:
-    pid_t m_pid = 0;
-};
+// A bare pipeline that plays the same file, decoded and brought to the screen's size.
+std::vector<std::string> barePipeline(const std::string& file) {
+    return {
+        "gst-launch-1.0",
+        "-q",
+        "playbin",
+        "uri=file://" + file,
+        "video-sink=videoconvertscale ! video/x-raw,format=BGRx,width=800,height=480 ! fakesink sync=true",
+        "audio-sink=fakesink sync=true"};
+}
 
 void playing(VideoBench& bench, const std::string& name, const std::string& file) {
-    const Peer peer(file);
+    const Peer peer(barePipeline(file));
     bench.begin();
     const double lagBefore = bench.lag();
     std::vector<double> ours;

@@ -3,11 +3,10 @@
 from __future__ import annotations
 
 import array
-import json
 import subprocess
 import time
 from pathlib import Path
-from typing import Any, Dict, Iterator, List
+from typing import Iterator, List
 
 import pytest
 
@@ -15,9 +14,7 @@ from mock_cd import READ_AUDIO, RATE, SECTOR, SECTORS_A_SECOND, SESSION_GAP, Cd,
 from mock_drive import DISC_OK, EJECT, NOT_READY, MockDrive
 from platen_bench import Bench
 from platen_bench.discs import make_disc
-
-STATE = "pps.zelmar/disc/status.discstate"
-LOADING, PLAYING, ERROR, EJECTING = 1, 2, 9, 20
+from unit_with_drive import EJECTING, ERROR, LOADING, STATE, disc, plays, until
 
 
 @pytest.fixture
@@ -31,23 +28,6 @@ def heard(tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> Path:
 def unit(drive: MockDrive, heard: Path) -> Iterator[Bench]:
     with Bench(drive="auto") as bench:
         yield bench
-
-
-def disc(unit: Bench) -> Dict[str, Any]:
-    said: Dict[str, Any] = json.loads(unit.command("disc", "--json"))
-    return said
-
-
-def until(unit: Bench, **wanted: str) -> None:
-    end = time.monotonic() + 40
-    while any(disc(unit).get(name) != value for name, value in wanted.items()):
-        assert time.monotonic() < end, disc(unit)
-        time.sleep(0.1)
-
-
-def plays(unit: Bench, title: str) -> None:
-    unit.expect(page="music", title=title, within=40)
-    unit.expect(STATE, "==", PLAYING, within=40)
 
 
 def plays_from(unit: Bench, second: int) -> None:

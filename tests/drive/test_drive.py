@@ -2,22 +2,20 @@
 
 from __future__ import annotations
 
-import json
 import os
 import subprocess
 import time
 from pathlib import Path
-from typing import Any, Dict, Iterator
+from typing import Iterator
 
 import pytest
 
 from mock_drive import EBUSY, EJECT, LOCK_DOOR, NOT_READY, DISC_OK, MockDrive
 from platen_bench import Bench
 from platen_bench.discs import make_disc
+from unit_with_drive import LOADING, STATE, disc, plays, until
 
-STATE = "pps.zelmar/disc/status.discstate"
 PRESENT = "pps.zelmar/disc/device.disc"
-STOPPED, LOADING, PLAYING, ERROR = 0, 1, 2, 9
 
 
 @pytest.fixture(scope="session")
@@ -40,24 +38,6 @@ def dvd(tmp_path_factory: pytest.TempPathFactory) -> Path:
 def unit(drive: MockDrive) -> Iterator[Bench]:
     with Bench(drive="auto") as bench:
         yield bench
-
-
-def disc(unit: Bench) -> Dict[str, Any]:
-    said: Dict[str, Any] = json.loads(unit.command("disc", "--json"))
-    return said
-
-
-def until(unit: Bench, **wanted: str) -> None:
-    """The drive says so, at the latest after a while."""
-    end = time.monotonic() + 40
-    while any(disc(unit).get(name) != value for name, value in wanted.items()):
-        assert time.monotonic() < end, disc(unit)
-        time.sleep(0.1)
-
-
-def plays(unit: Bench, title: str = "Fog") -> None:
-    unit.expect(page="music", title=title, within=40)
-    unit.expect(STATE, "==", PLAYING, within=40)
 
 
 def test_a_disc_is_put_in_and_taken_out_by_hand(drive: MockDrive, unit: Bench, image: Path) -> None:

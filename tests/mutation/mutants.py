@@ -74,25 +74,19 @@ class Mutant:
 class Source:
     """The mutants of one file."""
 
-    def __init__(self, file: str, path: Path, arguments: Sequence[str]) -> None:
+    def __init__(self, file: str, path: Path, unit: TranslationUnit) -> None:
         self.file = file
         self.text = path.read_bytes()
         self.path = str(path)
-        unit = Index.create().parse(
-            self.path, args=list(arguments), options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD
-        )
-        errors = [str(each) for each in unit.diagnostics if each.severity >= 3]
-        if errors:
-            raise SystemExit(f"{file}: {errors[0]}")
         self.macros: List[Tuple[int, int]] = []
         self.found: List[Mutant] = []
         self.alike: Dict[str, int] = {}
-        for cursor in unit.cursor.get_children():
-            if cursor.kind == CursorKind.MACRO_INSTANTIATION and self.here(cursor):
+        mine = [cursor for cursor in unit.cursor.get_children() if self.here(cursor)]
+        for cursor in mine:
+            if cursor.kind == CursorKind.MACRO_INSTANTIATION:
                 self.macros.append((cursor.extent.start.offset, cursor.extent.end.offset))
-        for cursor in unit.cursor.get_children():
-            if self.here(cursor):
-                self.walk(cursor, False)
+        for cursor in mine:
+            self.walk(cursor, False)
 
     def here(self, cursor: Cursor) -> bool:
         return cursor.location.file is not None and cursor.location.file.name == self.path
@@ -171,6 +165,24 @@ class Source:
         if cursor.kind.is_expression():
             text = self.part(cursor)
             self.add("negation", cursor, f"!({text})", f"zm::mutation::lives(NUMBER) != bool({text})")
+
+
+def sources(files: Sequence[str], paths: Sequence[Path], arguments: Sequence[str]) -> List[Source]:
+    """Sources that are compiled with the same words, parsed as one text: most of the time goes into what they include."""
+    together = str(paths[0].parent / "together.cpp")
+    text = "".join(f'#include "{path}"\n' for path in paths)
+    unit = Index.create().parse(
+        together,
+        args=list(arguments),
+        unsaved_files=[(together, text)],
+        options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD,
+    )
+    errors = [str(each) for each in unit.diagnostics if each.severity >= 3]
+    if not errors:
+        return [Source(file, path, unit) for file, path in zip(files, paths)]
+    if len(files) == 1:
+        raise SystemExit(f"{files[0]}: {errors[0]}")
+    return [sources([file], [path], arguments)[0] for file, path in zip(files, paths)]
 
 
 def choose(sources: Sequence[Source], wanted: int, seed: int) -> List[Mutant]:

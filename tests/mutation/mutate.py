@@ -8,8 +8,11 @@ then each mutant is woken in turn for the tests that reach it.
 from __future__ import annotations
 
 import argparse
+import hashlib
 import json
 import os
+import pickle
+import random
 import re
 import shlex
 import signal
@@ -19,13 +22,14 @@ import threading
 import time
 from concurrent.futures import ProcessPoolExecutor, ThreadPoolExecutor
 from dataclasses import dataclass
+from fnmatch import fnmatchcase
 from pathlib import Path
 from typing import Dict, List, Optional, Sequence, Set, Tuple
 
-from mutants import Mutant, Source, choose, kinds, mutated
+from mutants import Mutant, choose, kinds, mutated, sources
 
 PROJECT = Path(__file__).resolve().parent.parent.parent
-# The test programs that hold a room, the quickest first.
+# The test programs that hold a room, the quickest first; a folder holds tests in Python, each file of which is a test.
 PROGRAMS = (
     ("mpu", ("model", "walk", "anomaly", "views", "pictures")),
     ("base", ("base",)),
@@ -35,11 +39,23 @@ PROGRAMS = (
     ("platform/linux/screen", ("screen", "framework")),
     ("platform/linux/toolkit", ("toolkit", "pictures", "views", "walk")),
     ("platform/linux/framework", ("framework", "walk")),
-    ("services/bench", ("bench", "screen", "walk", "system")),
-    ("services/ctl", ("bench", "system")),
-    ("services/film", ("film", "system")),
+    ("services/bench", ("bench", "screen", "walk", "clients/python/tests", "system")),
+    ("services/bench/display", ("bench", "tests/display")),
+    ("services/bench/mpris", ("tests/mpris",)),
+    ("services/ctl", ("bench", "clients/python/tests", "system")),
+    ("services/film", ("film", "clients/python/tests", "system")),
+    ("services/filmer", ("film", "clients/python/tests", "system")),
+    ("services/unit", ("tests/unit",)),
     ("services/disc", ("disc", "system")),
+    ("services/disc/mechanism", ("tests/drive",)),
+    ("services/cover", ("disc", "system")),
+    ("services/decoder", ("disc", "system")),
+    ("services/dvd", ("disc",)),
+    ("services/jail", ("disc",)),
 )
+# What the tests in Python start, and what stands between them and the machine.
+PYTHON_TARGETS = ("Platen", "zmbench", "zmctl", "zmdiscd", "zmcover", "zmdecode", "zmdvd", "platen-unit")
+AROUND_PYTHON = {"tests/drive": ["umockdev-wrapper"], "tests/mpris": ["dbus-run-session", "--"]}
 # The walks beside the model, by their seeds, which CI walks, too; each is a test of the program `walk`.
 WALKS = (1, 2, 3, 4)
 WALK_STEPS = 500
@@ -73,10 +89,26 @@ def programs_of(room: str) -> List[str]:
     rows = [row for row in PROGRAMS if row[0].startswith(room) or room.startswith(row[0])]
     if not rows:
         raise SystemExit(f"mutate: no tests are named for {room}; known are {', '.join(row[0] for row in PROGRAMS)}")
-    names: List[str] = []
-    for _, programs in rows:
-        names += [name for name in programs if name not in names]
-    return names
+    return united(rows)
+
+
+def programs_of_file(file: str) -> List[str]:
+    """Those that are closest to it first."""
+    rows = [row for row in PROGRAMS if file.startswith(f"{row[0]}/")]
+    return united(sorted(rows, key=lambda row: -len(row[0])))
+
+
+def united(rows: Sequence[Tuple[str, Sequence[str]]]) -> List[str]:
+    return list(dict.fromkeys(name for _, programs in rows for name in programs))
+
+
+def groups(files: Sequence[str], arguments: Dict[str, List[str]]) -> List[List[str]]:
+    """Files of one folder that are compiled alike, a few at a time."""
+    alike: Dict[Tuple[str, Tuple[str, ...]], List[str]] = {}
+    for file in files:
+        if file in arguments:
+            alike.setdefault((os.path.dirname(file), tuple(arguments[file])), []).append(file)
+    return [some[at : at + 12] for some in alike.values() for at in range(0, len(some), 12)]
 
 
 def git_files(*patterns: str) -> List[str]:
@@ -94,8 +126,9 @@ def put(path: Path, text: bytes) -> None:
 class Tree:
     """A copy of the project in which mutants sleep."""
 
-    def __init__(self, path: Path, jobs: int) -> None:
+    def __init__(self, path: Path, jobs: int, room: str) -> None:
         self.path = path
+        self.room = room
         self.jobs = jobs
         self.texts: Dict[str, bytes] = {}
         """The sources as they were copied, whatever becomes of them meanwhile."""
@@ -128,11 +161,39 @@ class Tree:
 
     def build(self, targets: Sequence[str]) -> str:
         """What the compiler says, or nothing."""
-        words = ["cmake", "-S", ".", "-B", "build", "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release", "-DZM_MUTATION=ON"]
+        words = ["cmake", "-S", ".", "-B", "build", "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release"]
+        words.append(f"-DZM_MUTATION={self.room}")
         subprocess.run(words, cwd=self.path, check=True, stdout=subprocess.DEVNULL)
         words = ["ninja", "-C", "build", "-k", "0", f"-j{self.jobs}", *targets]
         done = subprocess.run(words, cwd=self.path, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         return done.stdout if done.returncode != 0 else ""
+
+
+def drawn(tree: Tree, files: Sequence[str], room: str, count: int, seed: int) -> List[Mutant]:
+    """The mutants of a draw, which is kept: another run of the same sources does not parse them all again."""
+    arguments = tree.arguments()
+    key = hashlib.sha256(f"{files} {count} {seed} {[arguments.get(file) for file in files]}".encode())
+    key.update(Path(__file__).with_name("mutants.py").read_bytes())
+    for name in sorted(tree.texts):
+        if name in files or name.endswith(".h") and not name.startswith("tests/"):
+            key.update(tree.texts[name])
+    kept = tree.path.parent / f"{room.replace('/', '-')}.drawn"
+    if kept.exists():
+        of, mutants = pickle.loads(kept.read_bytes())
+        if of == key.digest():
+            return list(mutants)
+
+    start = time.monotonic()
+    with ProcessPoolExecutor(os.cpu_count() or 1) as parsers:
+        together = groups(files, arguments)
+        paths = [[tree.path / name for name in names] for names in together]
+        words = [arguments[names[0]] for names in together]
+        found = [each for some in parsers.map(sources, together, paths, words) for each in some]
+    chosen = choose(found, count, seed)
+    kept.write_bytes(pickle.dumps((key.digest(), chosen)))
+    say(f"{sum(len(each.found) for each in found)} mutants in {len(found)} sources of {room}, {len(chosen)} taken:"
+        f" {', '.join(kinds(chosen))} ({time.monotonic() - start:.0f} s)")
+    return chosen
 
 
 def compiled(tree: Tree, mutants: List[Mutant], targets: Sequence[str]) -> List[Tuple[int, Mutant]]:
@@ -195,6 +256,24 @@ def interrupted(number: int, _: object) -> None:
     os._exit(128 + number)
 
 
+def is_script(program: str) -> bool:
+    return program == "walk" or "/" in program
+
+
+def waves(tests: Sequence[Test], seconds: int) -> List[List[Test]]:
+    """Of tests in the order in which they are to be tried those that take so long at most: the first few by themselves,
+    because a program runs what it is given in its own order."""
+    first: List[Test] = []
+    others: List[Test] = []
+    left = seconds * 1000
+    for test in tests:
+        if test.milliseconds <= left:
+            wave = first if not others and seconds * 1000 - left < seconds * 100 else others
+            left -= test.milliseconds
+            wave.append(test)
+    return [first, others]
+
+
 class Runner:
     """Runs tests of the copy."""
 
@@ -216,8 +295,11 @@ class Runner:
 
     def trace(self, program: str, count: int, shards: int, names: str) -> List[Test]:
         """Each test that passes, with the mutants that it reaches."""
-        if program == "walk":
-            return [test for test in map(self.trace_walk, range(len(WALKS)), [count] * len(WALKS)) if test]
+        if is_script(program):
+            scripts = [name for name in self.scripts(program) if fnmatchcase(name, names)]
+            with ThreadPoolExecutor(shards) as pool:
+                traced = list(pool.map(self.trace_script, [program] * len(scripts), scripts, [count] * len(scripts)))
+            return [test for test in traced if test]
 
         def run(shard: int) -> Path:
             reached = self.folder / f"reached-{program}-{shard}"
@@ -229,12 +311,16 @@ class Runner:
                 GTEST_TOTAL_SHARDS=str(shards),
                 GTEST_SHARD_INDEX=str(shard),
             )
-            subprocess.run(
+            with subprocess.Popen(
                 [str(self.tree.path / "build/bin" / f"test_{program}"), "--gtest_brief=1", f"--gtest_filter={names}"],
                 env=environment,
                 stdout=subprocess.DEVNULL,
                 stderr=subprocess.DEVNULL,
-            )
+                start_new_session=True,
+            ) as process:
+                watch = Watch(process.pid)
+                process.wait()
+                watch.end()
             return tests
 
         with ThreadPoolExecutor(shards) as pool:
@@ -243,6 +329,8 @@ class Runner:
         for file in files:
             for line in file.read_text().splitlines():
                 name, good, milliseconds, *reaches = line.split()
+                if good == "bad":
+                    say(f"  {name} does not pass")
                 if good == "good":
                     found.append(Test(program, name, int(milliseconds), {int(each) for each in reaches}))
         return found
@@ -250,8 +338,8 @@ class Runner:
     def fails(self, number: int, tests: Sequence[Test]) -> str:
         """The test of one program that notices the mutant, or nothing."""
         program = tests[0].program
-        if program == "walk":
-            return next((test.name for test in tests if not self.walk(test, ZM_MUTANT=str(number))), "")
+        if is_script(program):
+            return next((test.name for test in tests if not self.script(test, ZM_MUTANT=str(number))), "")
         flags = self.folder / f"flags-{program}-{number}"
         flags.write_text(f"--gtest_filter={':'.join(test.name for test in tests)}\n--gtest_fail_fast\n")
         words = [str(self.tree.path / "build/bin" / f"test_{program}"), f"--gtest_flagfile={flags}"]
@@ -296,12 +384,29 @@ class Runner:
     def words(text: str) -> Set[str]:
         return {word.lower() for word in re.findall(r"[A-Z]?[a-z]{3,}", text)}
 
-    def walk(self, test: Test, **environment: str) -> bool:
-        """Whether unit and model stay together."""
-        script = str(self.tree.path / "tests/model_walk/walk.py")
+    def scripts(self, program: str) -> List[str]:
+        if program == "walk":
+            return [f"walk.{seed}" for seed in WALKS]
+        return sorted(str(path.relative_to(self.tree.path)) for path in (self.tree.path / program).glob("test_*.py"))
+
+    def script(self, test: Test, **environment: str) -> bool:
+        """Whether a walk finds unit and model together, or the tests of a file in Python pass."""
+        words = ["/usr/bin/python3"]
+        if test.program == "walk":
+            words += [str(self.tree.path / "tests/model_walk/walk.py"), str(WALK_STEPS), test.name.partition(".")[2]]
+            words += ["--tries", "0"]
+        else:
+            words = [*AROUND_PYTHON.get(test.program, []), *words, "-m", "pytest", "-q", "-x", "-p", "no:cacheprovider"]
+            words.append(str(self.tree.path / test.name))
+        build = self.tree.path / "build"
         with subprocess.Popen(
-            ["/usr/bin/python3", script, str(WALK_STEPS), test.name.partition(".")[2], "--tries", "0"],
-            env=self.environment(PLATEN_BENCH=str(self.tree.path / "build/bin"), **environment),
+            words,
+            env=self.environment(
+                PLATEN_BENCH=str(build / "bin"),
+                PLATEN_DISCS=str(build / "discs"),
+                PYTHONDONTWRITEBYTECODE="1",
+                **environment,
+            ),
             cwd=self.folder,
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
@@ -313,12 +418,13 @@ class Runner:
             watch.end()
         return good
 
-    def trace_walk(self, at: int, count: int) -> Optional[Test]:
-        reached = self.folder / f"reached-walk-{at}"
+    def trace_script(self, program: str, name: str, count: int) -> Optional[Test]:
+        reached = self.folder / f"reached-{name.replace('/', '-')}"
         reached.write_bytes(bytes(count))
-        test = Test("walk", f"walk.{WALKS[at]}", 0, set())
+        test = Test(program, name, 0, set())
         start = time.monotonic()
-        if not self.walk(test, ZM_MUTANT_REACHED=str(reached)):
+        if not self.script(test, ZM_MUTANT_REACHED=str(reached)):
+            say(f"  {name} does not pass")
             return None
         test.milliseconds = int(1000 * (time.monotonic() - start))
         test.reaches = {number for number, byte in enumerate(reached.read_bytes()) if byte}
@@ -329,24 +435,20 @@ class Runner:
         if not reaching:
             return Verdict(mutant, "unreached")
         by_name = {test.name: test for test in reaching}
-        for program in dict.fromkeys(test.program for test in reaching):
-            left = seconds * 1000
-            chosen = []
+        named = programs_of_file(mutant.file)
+        for program in dict.fromkeys(named or (test.program for test in reaching)):
             mine = [test for test in reaching if test.program == program]
             mine.sort(key=lambda test: self.rank(test, mutant))
-            for test in mine:
-                if test.milliseconds <= left:
-                    left -= test.milliseconds
-                    chosen.append(test)
-            while chosen:
-                by = self.fails(number, chosen)
-                if not by:
-                    break
-                # A test that fails now and then says nothing.
-                if by not in by_name or self.fails(number, [by_name[by]]):
-                    self.killers[mutant.file, by] = self.killers.get((mutant.file, by), 0) + 1
-                    return Verdict(mutant, "killed", by)
-                chosen = [test for test in chosen if test.name != by]
+            for wave in waves(mine, seconds):
+                while wave:
+                    by = self.fails(number, wave)
+                    if not by:
+                        break
+                    # A test that fails now and then says nothing.
+                    if by not in by_name or self.fails(number, [by_name[by]]):
+                        self.killers[mutant.file, by] = self.killers.get((mutant.file, by), 0) + 1
+                        return Verdict(mutant, "killed", by)
+                    wave = [test for test in wave if test.name != by]
         return Verdict(mutant, "lived", f"{len(reaching)} tests reach it")
 
 
@@ -369,6 +471,12 @@ def earlier(path: Path) -> Dict[str, str]:
     return dict(json.loads(path.read_text())) if path.exists() else {}
 
 
+def keep(verdicts: Sequence[Verdict], path: Path) -> None:
+    """For `--lived`, also of a run that is ended early."""
+    killed = {each.mutant.name: each.by for each in list(verdicts) if each.state == "killed"}
+    path.with_suffix(".json").write_text(json.dumps(killed, indent=1))
+
+
 def report(verdicts: Sequence[Verdict], room: str, goal: Optional[float], path: Path) -> int:
     lines = []
     for state in ("lived", "unreached", "equivalent"):
@@ -386,8 +494,6 @@ def report(verdicts: Sequence[Verdict], room: str, goal: Optional[float], path: 
         + (f"; {old} were killed by an earlier run" if old else "")
     )
     path.with_suffix(".txt").write_text("\n".join(lines) + "\n")
-    killed = {each.mutant.name: each.by for each in verdicts if each.state == "killed"}
-    path.with_suffix(".json").write_text(json.dumps(killed, indent=1))
     say("\n".join(lines))
     return 0 if goal is None or share >= goal else 1
 
@@ -414,21 +520,12 @@ def main() -> int:
     for number in (signal.SIGINT, signal.SIGTERM):
         signal.signal(number, interrupted)
     folder = PROJECT / "build/mutation"
-    tree = Tree(folder / "tree", min(options.jobs, cores))
+    tree = Tree(folder / "tree", min(options.jobs, cores), room)
     tree.copy()
-    arguments = tree.arguments()
+    chosen = drawn(tree, files, room, options.count, options.seed)
     start = time.monotonic()
-    with ProcessPoolExecutor(cores) as parsers:
-        named = [name for name in files if name in arguments]
-        paths, words = [tree.path / name for name in named], [arguments[name] for name in named]
-        sources = list(parsers.map(Source, named, paths, words))
-    chosen = choose(sources, options.count, options.seed)
-    say(f"{sum(len(each.found) for each in sources)} mutants in {len(sources)} sources of {room}, {len(chosen)} taken:"
-        f" {', '.join(kinds(chosen))} ({time.monotonic() - start:.0f} s)")
-
-    start = time.monotonic()
-    targets = [f"test_{name}" for name in programs if name != "walk"]
-    targets += ["Platen", "zmbench", "zmctl"] if "walk" in programs else []
+    targets = [f"test_{name}" for name in programs if not is_script(name)]
+    targets += PYTHON_TARGETS if any(is_script(name) for name in programs) else ()
     numbered = compiled(tree, chosen, targets)
     say(f"built in {time.monotonic() - start:.0f} s")
 
@@ -437,13 +534,16 @@ def main() -> int:
     for program in programs:
         start = time.monotonic()
         tests += runner.trace(program, len(chosen), options.jobs, options.filter)
-        say(f"test_{program} traced in {time.monotonic() - start:.0f} s")
+        say(f"{program} traced in {time.monotonic() - start:.0f} s")
 
     runner.learn(tests)
     known = equivalents()
     result = folder / room.replace("/", "-")
     killed = earlier(result.with_suffix(".json")) if options.lived else {}
     verdicts: List[Verdict] = []
+    judged = threading.Lock()
+    # One file after the other would make the first ones the sample of a run that is ended early.
+    random.Random(options.seed).shuffle(numbered)
 
     def judge(pair: Tuple[int, Mutant]) -> Verdict:
         if pair[1].name in known:
@@ -452,12 +552,15 @@ def main() -> int:
             verdict = Verdict(pair[1], "killed", killed[pair[1].name], True)
         else:
             verdict = runner.judge(pair[0], pair[1], tests, options.seconds)
-        verdicts.append(verdict)
+        with judged:
+            verdicts.append(verdict)
+            keep(verdicts, result)
         say(f"{len(verdicts)}/{len(numbered)} {verdict.state}: {verdict.mutant.name} ({verdict.by})")
         return verdict
 
     with ThreadPoolExecutor(options.jobs) as pool:
         done = list(pool.map(judge, numbered))
+    done.sort(key=lambda each: (each.mutant.file, each.mutant.line))
     return report(done, room, options.goal, result)
 
 

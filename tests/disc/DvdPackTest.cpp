@@ -171,6 +171,11 @@ TEST(NavPack, ButtonsOfTheShownShapeAreTaken) {
     EXPECT_EQ(readNavPack(bytes, false)->buttons.at(0).top, 200);
 }
 
+TEST(NavPack, ButtonsOfAGroupThatIsNotThereAreNotTaken) {
+    const auto bytes = navPack(1, 2, 0x201); // what would be the third is wide
+    EXPECT_EQ(readNavPack(bytes, true)->buttons.at(0).top, 200);
+}
+
 TEST(NavPack, WhatIsNoneIsNotRead) {
     EXPECT_FALSE(readNavPack(Bytes(2048), false));
     auto cut = navPack(1);

@@ -118,4 +118,21 @@ TEST_F(Motion, unknownAnimationsAreRefused) {
     EXPECT_TRUE(overlay.ui->TriggerAnimation(1, 2, 2));
 }
 
+TEST_F(Motion, aProgressThatWalksIsThereOnceNothingMayMove) {
+    stage.scene->showWindow(6, true);
+    stage.ui->SetProgressItemPos(6, 2069, 2);
+    stage.ui->drawItem(6, 2069);
+    stage.paint();
+    ASSERT_GE(stage.scene->nextTick(), 0);
+    stage.scene->setMotion(zm::MotionLevel::Off);
+    stage.paint();
+    EXPECT_EQ(stage.scene->nextTick(), -1);
+    EXPECT_EQ(stage.scene->staleness(stage.pixels.data(), width * 4), "");
+    Stage jumped(resourceDir + "DISC.zmrc_device");
+    jumped.ui->SetProgressItemPos(6, 2069, 2);
+    jumped.scene->showWindow(6, true);
+    jumped.paint();
+    EXPECT_EQ(stage.pixels, jumped.pixels);
+}
+
 } // namespace

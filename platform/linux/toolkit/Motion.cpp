@@ -82,6 +82,7 @@ void Motion::finishFades() {
 void Motion::rest() {
     for (Item* item : m_walking) {
         item->progressShown = item->drawn.progress.position;
+        m_pages.damage(item->window, m_pages.drawnRect(*item));
     }
     m_walking.clear();
     if (const auto run = std::exchange(m_fling, std::nullopt)) {

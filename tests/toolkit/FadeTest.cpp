@@ -277,4 +277,34 @@ TEST_F(Fades, whatNothingMovesIsAtOnceWhereItLeadsTo) {
     EXPECT_THAT(overlay.pixels, Each(0));
 }
 
+TEST_F(Fades, aTouchEndsThem) {
+    begin(6);
+    stage.scene->showWindow(24, true);
+    stage.paint();
+    stage.scene->tick(now);
+    stage.paint();
+    ASSERT_TRUE(stage.scene->fading());
+    const zm::Rect title = stage.rect(24, 2071);
+    stage.scene->press(title.x + title.w + 2, 2); // beside all keys
+    stage.paint();
+    EXPECT_TRUE(stage.pixels == settled(24));
+    EXPECT_FALSE(stage.scene->fading());
+}
+
+TEST_F(Fades, onlyGroupsComeAndGoSoftly) {
+    begin(6);
+    stage.ui->ShowItem(6, 6522, false);
+    stage.ui->ShowItem(6, 6523, true);
+    stage.ui->drawItem(6, 6522);
+    stage.ui->drawItem(6, 6523);
+    EXPECT_FALSE(stage.scene->fading()) << "a key";
+    stage.ui->ShowItem(6, 101, true);
+    stage.ui->drawItem(6, 101);
+    run(stage);
+    stage.ui->EnableItem(6, 101, false);
+    stage.ui->drawItem(6, 101);
+    EXPECT_FALSE(stage.scene->fading()) << "a popup that stays";
+    EXPECT_EQ(stage.scene->nextTick(), -1);
+}
+
 } // namespace

@@ -334,4 +334,41 @@ TEST_F(List, rowNumbersStandInFrontOfNamesOfEitherDirection) {
     }
 }
 
+TEST_F(List, aDragHasNoSpeedOfTheOneBefore) {
+    stage.fill(*list, 100);
+    const int x = view.x + 50;
+    stage.scene->press(x, rowY(4));
+    for (int i = 1; i <= 10; ++i) {
+        stage.scene->move(x, rowY(4) - i * 16, i * 10);
+    }
+    stage.scene->release(x, rowY(4) - 160, 1000); // it has rested
+    const int top = list->GetTopIndex();
+    stage.recorder.take();
+    stage.scene->press(x, rowY(2));
+    stage.scene->move(x, rowY(2) - 20, 2000);
+    stage.scene->release(x, rowY(2) - 20, 2001);
+    EXPECT_THAT(stage.recorder.take(), testing::Contains("24 scroll kind 3 item 2000 state 5"));
+    EXPECT_EQ(stage.scene->nextTick(), -1);
+    EXPECT_EQ(list->GetTopIndex(), top);
+    expectRestOnAWholeRow();
+}
+
+TEST_F(List, whatIsSetWithoutDrawingIsDrawnWithTheList) {
+    stage.fill(*list, 20);
+    stage.ui->drawItem(24, 2000);
+    stage.paint();
+    EXPECT_TRUE(list->SetItemICon(1, 143, 4, 2, 0));
+    EXPECT_THAT(stage.paint(), IsEmpty());
+    stage.ui->drawItem(24, 2000);
+    EXPECT_THAT(stage.paint(), ElementsAre(view));
+    EXPECT_TRUE(list->SetItemICon(1, 143, 4, 2, 0));
+    stage.ui->drawItem(24, 2000);
+    EXPECT_THAT(stage.paint(), IsEmpty()) << "it has that picture already";
+    EXPECT_TRUE(list->SetTopIndex(7, 0, 0, 0, 0));
+    EXPECT_THAT(stage.paint(), IsEmpty());
+    stage.ui->drawItem(24, 2000);
+    EXPECT_THAT(stage.paint(), ElementsAre(view));
+    EXPECT_EQ(stage.scene->staleness(stage.pixels.data(), width * 4), "");
+}
+
 } // namespace

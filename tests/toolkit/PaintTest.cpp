@@ -334,4 +334,27 @@ TEST(PaintWithoutColours, whatHasNoColourDrawsNothing) {
     }
 }
 
+TEST_F(Paint, eightPlacesFarApartAreDrawnOnTheirOwnAndMoreAtOnce) {
+    const TemporaryFolder folder;
+    std::string items;
+    for (int i = 0; i < 9; ++i) {
+        items += std::string(i ? ", " : "") + R"({"id": )" + std::to_string(i + 1) +
+                 R"(, "kind": "text", "style": "plain", "rect": [)" + std::to_string(i * 80) + ", " +
+                 std::to_string(i * 50) + ", 40, 30]}";
+    }
+    Stage spread(
+        folder.write("spread.zmrc", R"({"languages": ["en"], "themes": {"night": {"page": "#000000"}},
+        "styles": {"plain": {"textSize": 20}}, "windows": [{"id": 1, "items": [)" +
+                                        items + "]}]}"));
+    spread.scene->showWindow(1, true);
+    spread.paint();
+    for (const int count : {8, 9}) {
+        for (int id = 1; id <= count; ++id) {
+            spread.ui->SetItemText(1, id, count == 8 ? L"a" : L"b");
+            spread.ui->drawItem(1, id);
+        }
+        EXPECT_EQ(spread.paint().size(), count == 8 ? 8u : 1u);
+    }
+}
+
 } // namespace

@@ -114,6 +114,15 @@ TEST_F(Reload, GivesTextsOfTheApplicationTheirNewWordingInThePresentLanguage) {
     EXPECT_EQ(stage.item(1, 4).at("textId"), 34);
 }
 
+TEST_F(Reload, FollowsATextOfItsOwnToo) {
+    reload({{R"("text": 33)", R"("text": "Hello")"}});
+    EXPECT_EQ(stage.item(1, 4).at("text"), "Hello");
+    reload({{R"("text": 33)", R"("text": "Good day")"}});
+    EXPECT_EQ(stage.item(1, 4).at("text"), "Good day");
+    reload({});
+    EXPECT_EQ(stage.item(1, 4).at("text"), "Loading");
+}
+
 TEST_F(Reload, StaysInItsTheme) {
     stage.scene->setTheme("day");
     reload({{R"("day": {"page": "#FFFFFF")", R"("day": {"page": "#EEEEEE")"}});
@@ -190,6 +199,15 @@ TEST_F(Reload, ATouchUnderWayEndsSilently) {
     stage.scene->hold();
     stage.scene->release(10, 10, 20);
     EXPECT_TRUE(stage.recorder.take().empty());
+}
+
+TEST_F(Reload, AKeyThatWasPressedAndHasGoneIsNotTouchedAgain) {
+    stage.pressItem(1, 3);
+    reload(
+        {{R"({"id": 3, "kind": "button")", R"({"id": 9, "kind": "button")"}, {R"("in": 3)", R"("in": 9)"}});
+    stage.recorder.take();
+    stage.click(1, 9); // the address sanitizer sees whether the old one is asked anything
+    EXPECT_THAT(stage.recorder.take(), testing::ElementsAre("1/9:0", "1/9:1"));
 }
 
 TEST_F(Reload, ADragUnderWayEnds) {

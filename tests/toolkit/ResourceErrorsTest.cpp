@@ -63,6 +63,17 @@ const Fault faults[] = {
      ":5: found the name \"textsize\", expected one of base, "},
     {"StyleSize", R"("textSize": 24,)", R"("textSize": 2.5,)",
      ":5: found 2.5, expected a size, a whole number from 8 to 200"},
+    {"StyleSizeTooSmall", R"("textSize": 24,)", R"("textSize": 7,)",
+     ":5: found 7, expected a size, a whole number from 8 to 200"},
+    {"StyleSizeTooLarge", R"("textSize": 24,)", R"("textSize": 201,)",
+     ":5: found 201, expected a size, a whole number from 8 to 200"},
+    {"LookMember", R"("pressed": {"fill": "page"})", R"("pressed": {"fil": "page"})",
+     ":6: found the name \"fil\", expected one of color, iconColor, fill, "},
+    {"MotionMember", R"("glyphs": {"play": "F40A"},)",
+     R"("glyphs": {"play": "F40A"}, "motion": {"pages": 100},)",
+     ":8: found the name \"pages\", expected one of page, popup, overlay, press"},
+    {"MotionTime", R"("glyphs": {"play": "F40A"},)", R"("glyphs": {"play": "F40A"}, "motion": {"page": 0},)",
+     ":8: found 0, expected a time in milliseconds, a whole number from 1 to 10000"},
     {"StyleColour", R"("color": "text"})", R"("color": "blue"})",
      ":5: found \"blue\", expected the name of a colour of the themes, or \"none\""},
     {"StyleColourMisspelt", R"("color": "text"})", R"("color": "txt"})",
@@ -265,6 +276,27 @@ TEST(Resource, partsAreMovedChangedAndChosenFrom) {
     EXPECT_EQ(item.parent, 9);
     EXPECT_FALSE(item.visible);
     EXPECT_EQ(result->windows[0].items.size(), 3u);
+}
+
+TEST(Resource, theFirstItemOfAPartMayHaveTheSmallestNumber) {
+    const TemporaryFolder folder;
+    std::string text = good;
+    text.replace(text.find(R"({"id": 3,)"), 9, R"({"id": 1,)");
+    text.replace(text.find("{\"use\": \"head\"}"), 15, R"({"use": "head", "without": [1]})");
+    const auto result = zm::loadResource(folder.write("first.zmrc", text), 800, 480);
+    ASSERT_TRUE(result) << result.error();
+    EXPECT_EQ(result->windows[0].items.size(), 1u);
+}
+
+TEST(Resource, timesOfItsOwnTakeThePlaceOfTheUsualOnes) {
+    const TemporaryFolder folder;
+    std::string text = good;
+    text.replace(text.find("\"glyphs\""), 0, R"("motion": {"page": 150, "press": 90}, )");
+    const auto result = zm::loadResource(folder.write("motion.zmrc", text), 800, 480);
+    ASSERT_TRUE(result) << result.error();
+    EXPECT_EQ(result->motion.page, 150);
+    EXPECT_EQ(result->motion.press, 90);
+    EXPECT_EQ(result->motion.popup, zm::MotionTimes().popup);
 }
 
 TEST(Scene, withoutFontsSaysSo) {

@@ -51,6 +51,23 @@ TEST(ScreenFit, LetsNoLineVanishAndNothingAppear) {
     EXPECT_EQ(smaller.pixels(0), 0);
 }
 
+TEST(ScreenFit, LetsEachLengthOfALookGrow) {
+    zm::Resource resource = readResource("DISC");
+    zm::Style& style = resource.styles.front();
+    style.radius = style.thickness = 8;
+    for (zm::Look& look : style.looks) {
+        look.borderWidth = 2;
+        look.nudge = 4;
+    }
+    ScreenFit(usual, wider).apply(resource);
+    EXPECT_EQ(style.radius, 12);
+    EXPECT_EQ(style.thickness, 12);
+    for (const zm::Look& look : style.looks) {
+        EXPECT_EQ(look.borderWidth, 3);
+        EXPECT_EQ(look.nudge, 6);
+    }
+}
+
 struct Case {
     const char* file;
     ScreenSize screen;

@@ -115,4 +115,11 @@ TEST_F(Staleness, whatWasSetOnAHiddenPageIsDrawnWithIt) {
     EXPECT_EQ(drawnAnew(), shown);
 }
 
+TEST_F(Staleness, whatDiffersAtTheEdgesIsNamedExactly) {
+    for (const int y : {100, 101, height - 1}) {
+        std::fill_n(stage.pixels.begin() + y * width * 4, 4, 0x11);
+    }
+    EXPECT_EQ(staleness(), "differs at 0,100 1x" + std::to_string(height - 100) + " by up to 238");
+}
+
 } // namespace

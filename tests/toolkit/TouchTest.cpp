@@ -170,4 +170,34 @@ TEST_F(Touch, aPressedButtonLooksPressedAtOnceAndNoLonger) {
     EXPECT_EQ(stage.pixels, before);
 }
 
+TEST_F(Touch, aSecondPressWithoutAReleaseEndsTheFirstOneSilently) {
+    stage.scene->showWindow(6, true);
+    stage.pressItem(6, 6524);
+    stage.paint();
+    const auto second = stage.pixels;
+    stage.pressItem(6, 6521);
+    stage.paint();
+    EXPECT_NE(stage.pixels, second);
+    stage.pressItem(6, 6524);
+    stage.paint();
+    EXPECT_EQ(stage.pixels, second) << "one key looks pressed at a time";
+    EXPECT_THAT(stage.recorder.take(), ElementsAre("6/6524:0", "6/6521:0", "6/6524:0"));
+}
+
+TEST_F(Touch, aFingerThatHasLeftDoesNothingMore) {
+    stage.fill(*stage.list(24), 20);
+    stage.scene->showWindow(24, true);
+    const zm::Rect rows = stage.rect(24, 2000);
+    stage.scene->press(rows.x + 50, rows.y + 200);
+    stage.scene->release(rows.x + 50, rows.y + 200, 10);
+    stage.paint();
+    stage.recorder.take();
+    stage.scene->move(rows.x + 50, rows.y + 150, 20);
+    stage.scene->move(rows.x + 50, rows.y + 50, 30);
+    stage.scene->hold();
+    stage.scene->release(rows.x + 50, rows.y + 50, 40);
+    EXPECT_THAT(stage.recorder.take(), IsEmpty());
+    EXPECT_THAT(stage.paint(), IsEmpty());
+}
+
 } // namespace

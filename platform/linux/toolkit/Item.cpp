@@ -59,7 +59,6 @@ void Item::redefine(const ItemSpec& next, Item* nextParent) {
     if (parent) {
         parent->children.push_back(this);
     }
-    pressed = false;
     kept = {};
 }
 

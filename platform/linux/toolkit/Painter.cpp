@@ -264,9 +264,9 @@ void Painter::paintKnob(Item& item, double x, double y, double part) {
     cairo_arc(m_cairo, x, y, style.thickness * 1.25, 0, 2 * std::numbers::pi);
     source(look.icon);
     cairo_fill(m_cairo);
-    const Item* total = item.spec.total != 0 ? item.window.find(item.spec.total) : nullptr;
+    const Item* total = item.window.find(item.spec.total);
     const int whole = total ? secondsOf(of(*total).text) : 0;
-    if (style.bubble == 0 || whole == 0) {
+    if (whole == 0) {
         return;
     }
     const Line line{timeText(static_cast<int>(whole * part)), TextDirection::LeftToRight};

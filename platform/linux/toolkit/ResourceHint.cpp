@@ -40,7 +40,7 @@ constexpr Syntax anyValue = {"", nullptr, "a value: a text in double quotes, a n
 /** The parser's token without the white space, and what else of the line, it has read before. */
 std::string lastPart(std::string token) {
     token.resize(token.find_last_not_of(' ') + 1);
-    const bool quoted = token.size() > 1 && token.back() == '"';
+    const bool quoted = token.ends_with('"');
     const size_t quote = quoted ? token.rfind('"', token.size() - 2) : std::string::npos;
     const size_t space = token.find_last_of(" >");
     const std::string part = token.substr(quote != std::string::npos   ? quote

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sys/stat.h>
@@ -126,6 +127,9 @@ TEST_F(SlogTest, WithoutARuntimeFolderItFailsAndWritesNowhere) {
 TEST_F(SlogTest, ASuccessfulMessageLeavesErrnoAlone) {
     errno = ENODATA;
     slogf(0, 5, "text");
+    EXPECT_EQ(errno, ENODATA);
+    fs::remove(m_path); // the file is looked for in vain
+    EXPECT_EQ(slogf(0, 5, "%s", ""), 0);
     EXPECT_EQ(errno, ENODATA);
 }
 
@@ -273,7 +277,13 @@ TEST_F(SlogTest, ReadNewGivesWhatCameSinceTheLastLook) {
     slogf(0, 6, "two");
     EXPECT_THAT(texts(reader.last(1)), ElementsAre("two"));
     slogf(0, 6, "three");
-    EXPECT_THAT(texts(reader.readNew()), ElementsAre("three"));
+    slogf(0, 6, "four");
+    EXPECT_THAT(texts(reader.readNew()), ElementsAre("three", "four"));
+    slogf(0, 6, "five");
+    const auto latest = reader.readNew();
+    EXPECT_THAT(texts(latest), ElementsAre("five"));
+    EXPECT_THAT(latest.at(0).time, testing::MatchesRegex("[0-9]{4}-.*\\.[0-9]{3}"))
+        << "nothing is left before it";
 }
 
 TEST_F(SlogTest, ReadNewWaitsForAFileThatIsNotThereYet) {
@@ -307,6 +317,39 @@ TEST_F(SlogTest, LinesThatAreNoMessagesAreSkipped) {
     std::ofstream(m_path, std::ios::app) << "\nrubbish\na b c d e f\n2015 x 1 notanumber 0x0 text\n";
     slogf(0, 6, "good too");
     EXPECT_THAT(all(), ElementsAre("good", "good too"));
+}
+
+TEST_F(SlogTest, AFullFileThatCannotBePutAsideTakesNoMore) {
+    fs::create_directory(m_path + ".old");
+    zm::LogWriter writer(m_path, 1);
+    EXPECT_TRUE(writer.write(0, 6, "first"));
+    EXPECT_FALSE(writer.write(0, 6, "second"));
+    EXPECT_EQ(errno, EISDIR);
+    EXPECT_THAT(all(), ElementsAre("first"));
+}
+
+// Of a program that was started without a standard input.
+TEST_F(SlogTest, TheFirstDescriptorIsAsGoodAsAnyOther) {
+    const pid_t child = fork();
+    if (child == 0) {
+        ::close(STDIN_FILENO);
+        const auto closed = [] { return fcntl(STDIN_FILENO, F_GETFD) < 0; };
+        {
+            zm::LogWriter writer(m_path);
+            if (!writer.write(0, 6, "first") || closed()) {
+                _exit(1);
+            }
+            fs::remove(m_path);
+            if (!writer.write(0, 6, "second")) {
+                _exit(2);
+            }
+        }
+        _exit(closed() ? 0 : 3);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_THAT(all(), ElementsAre("second"));
 }
 
 } // namespace

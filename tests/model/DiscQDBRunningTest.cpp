@@ -59,7 +59,7 @@ public:
 protected:
     void InitMaskThread() override {
         DiscQDB::InitMaskThread();
-        qdbMarkWorker(true);
+        qdbMarkWorker();
     }
 };
 

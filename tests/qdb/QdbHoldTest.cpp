@@ -21,7 +21,7 @@ protected:
     /** Reads the first cells of all files on a marked thread. */
     void startWorker() {
         m_worker = std::thread([this] {
-            qdbMarkWorker(true);
+            qdbMarkWorker();
             qdb_result_t* result = query("SELECT fid FROM files ORDER BY fid");
             for (int row = 0; row < qdb_rows(result); ++row) {
                 m_sum += number(result, row, 0);
@@ -45,6 +45,13 @@ TEST_F(QdbHoldTest, AWorkerStopsBeforeTheRowUntilItIsReleased) {
     ASSERT_TRUE(eventually([&] { return m_done.load(); }));
     EXPECT_EQ(m_sum, 1 + 2 + 3);
     EXPECT_FALSE(qdbHeld());
+}
+
+TEST_F(QdbHoldTest, ARowBeforeTheFirstIsTheFirst) {
+    qdbHold(-3);
+    startWorker();
+    ASSERT_TRUE(eventually(qdbHeld));
+    EXPECT_EQ(m_sum, 0);
 }
 
 TEST_F(QdbHoldTest, OtherThreadsAreNeverHeld) {

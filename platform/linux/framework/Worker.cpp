@@ -79,7 +79,7 @@ uint64_t Worker::activity() const {
 }
 
 void Worker::run() {
-    qdbMarkWorker(true);
+    qdbMarkWorker();
     m_hooks.begin();
     MutexLock lock(m_mutex);
     for (;;) {
@@ -100,7 +100,6 @@ void Worker::run() {
     }
     lock.unlock();
     m_hooks.end();
-    qdbMarkWorker(false);
 }
 
 } // namespace zm

@@ -68,8 +68,8 @@ bool qdbHeld() {
     return HoldPoint::instance().anyWaiting();
 }
 
-void qdbMarkWorker(bool worker) {
-    isWorkerThread = worker;
+void qdbMarkWorker() {
+    isWorkerThread = true;
 }
 
 } // namespace zm

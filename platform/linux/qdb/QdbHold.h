@@ -10,7 +10,7 @@ void qdbHold(int rows);
 void qdbRelease();
 /** Whether a thread waits at a held row at this moment. */
 bool qdbHeld();
-/** Marks or unmarks the calling thread as a worker; others are never held. */
-void qdbMarkWorker(bool worker);
+/** Marks the calling thread as a worker; others are never held. */
+void qdbMarkWorker();
 
 } // namespace zm

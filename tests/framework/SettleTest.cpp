@@ -3,6 +3,11 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <csignal>
+#include <pthread.h>
+#include <thread>
+
 using namespace zm::test;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
@@ -49,4 +54,25 @@ TEST(Delay, TakesItsTime) {
     EXPECT_EQ(delay(30), 0u);
     EXPECT_GE(Clock::now() - start, milliseconds(30));
     EXPECT_EQ(delay(0), 0u);
+}
+
+// A handled signal shortens no wait, and one that came before makes none longer.
+TEST(Delay, IsTheSameWhateverSignalsCome) {
+    std::atomic<bool> over{false};
+    std::signal(SIGUSR1, [](int) {});
+    const pthread_t self = pthread_self();
+    std::thread disturber([&over, self] {
+        while (!over) {
+            std::this_thread::sleep_for(milliseconds(20));
+            pthread_kill(self, SIGUSR1);
+        }
+    });
+    const auto start = Clock::now();
+    EXPECT_EQ(delay(200), 0u);
+    const auto took = Clock::now() - start;
+    over = true;
+    disturber.join();
+    std::signal(SIGUSR1, SIG_DFL);
+    EXPECT_GE(took, milliseconds(200));
+    EXPECT_LT(took, std::chrono::seconds(20));
 }

@@ -123,12 +123,10 @@ void AppClock::arm() {
     if (earliest == m_armedFor) {
         return;
     }
-    disarm();
-    if (earliest) {
-        m_armedFor = earliest;
-        const int64_t delay = std::max<int64_t>(0, *earliest - realNow());
-        m_wakeup = afterDelay(m_events.loop(), std::chrono::milliseconds(delay), [this] { wake(); });
-    }
+    const int64_t delay = std::max<int64_t>(0, earliest.value_or(0) - realNow());
+    m_armedFor = earliest;
+    m_wakeup = earliest ? afterDelay(m_events.loop(), std::chrono::milliseconds(delay), [this] { wake(); })
+                        : SourceHandle();
 }
 
 void AppClock::wake() {

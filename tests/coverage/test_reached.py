@@ -12,7 +12,39 @@ import pytest
 HERE = Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE))
 
+from missing import NO_REASON, Reason, explained, reached, reasons, tally  # noqa: E402
 from reached import Count, counts, report  # noqa: E402
+
+# As the compiler's tool shows a file with a template of two types, of which one is never asked.
+SHOWN = """/home/a/mpu/One.h:
+    1|       |#pragma once
+    2|      3|template <int N> bool sure(int a) {
+    3|  1.50k|  return a > N && a < 10;
+  ------------------
+  |  Branch (3:10): [True: 1, False: 1.2k]
+  |  Branch (3:19): [True: 1, False: 0]
+  ------------------
+  |  Branch (3:10): [True: 0, False: 0]
+  |  Branch (3:19): [True: 0, False: 0]
+  ------------------
+    4|      0|}
+  ------------------
+  | _Z4sureILi1EEii:
+  |    2|      3|template <int N> bool sure(int a) {
+  |    4|      3|}
+  ------------------
+    5|      2|  while (true) {
+  ------------------
+  |  Branch (5:10): [Folded - Ignored]
+  ------------------
+    6|      0|    if (never) {
+  ------------------
+  |  Branch (6:9): [True: 0, False: 0]
+  ------------------
+
+/home/a/services/Two.cpp:
+    1|      0|  return lost;
+"""
 
 
 def told(name: str, lines: Tuple[int, int], branches: Tuple[int, int]) -> Dict[str, object]:
@@ -40,3 +72,53 @@ def test_an_unknown_room_is_named() -> None:
 
 def test_a_room_of_which_nothing_was_measured_is_not_good() -> None:
     assert not report({}, ["platform"])[1]
+
+
+def test_what_is_missing_is_told_by_line_and_condition() -> None:
+    found = reached(SHOWN, Path("/home/a"))
+    assert {name: each.missing() for name, each in found.items()} == {
+        "mpu/One.h": {3: "at 19 never false", 6: "never reached"}, "services/Two.cpp": {1: "never reached"}}
+
+
+def sources(folder: Path) -> Path:
+    (folder / "mpu").mkdir()
+    (folder / "services").mkdir()
+    (folder / "mpu/One.h").write_text("\n\n  return a > N && a < 10;\n}\n\n  if (never) {\n")
+    (folder / "services/Two.cpp").write_text("  return lost;\n")
+    return folder
+
+
+def test_a_missing_line_stands_beside_its_reason(tmp_path: Path) -> None:
+    told, stale = explained(reached(SHOWN, Path("/home/a")), [Reason("mpu/One.h", "if (never) {", "It is never.")], sources(tmp_path), ["mpu", "services"])
+    assert told == [f"mpu/One.h:3: at 19 never false: return a > N && a < 10;\n    {NO_REASON}",
+                    "mpu/One.h:6: never reached: if (never) {\n    It is never.",
+                    f"services/Two.cpp:1: never reached: return lost;\n    {NO_REASON}"]
+    assert not stale and tally(told) == "3 lines, 2 of them without a reason"
+
+
+def test_a_reason_for_what_is_reached_or_gone_is_stale(tmp_path: Path) -> None:
+    kept = [Reason("mpu/One.h", "}", "Reached."), Reason("mpu/One.h", "gone();", "Gone."), Reason("mpu/None.h", "x", "Gone."),
+            Reason("services/Two.cpp", "gone();", "In a room that is not measured.")]
+    assert explained(reached(SHOWN, Path("/home/a")), kept, sources(tmp_path), ["mpu"])[1] == [
+        "stale reason, the tests reach: mpu/One.h: }", "stale reason, there is no such line: mpu/One.h: gone();",
+        "stale reason, there is no such line: mpu/None.h: x"]
+
+
+def test_lines_share_a_reason() -> None:
+    kept = "# Why.\nmpu/One.cpp: if (a ? b : c) {\nmpu/Two.cpp: return;\n    Never.\n\nmpu/Two.cpp: x\n    Nor this.\n"
+    assert reasons(kept) == [Reason("mpu/One.cpp", "if (a ? b : c) {", "Never."), Reason("mpu/Two.cpp", "return;", "Never."),
+                             Reason("mpu/Two.cpp", "x", "Nor this.")]
+
+
+@pytest.mark.parametrize("kept, told", [("mpu/One.cpp\n    Never.", "line 1 of the reasons is not FILE: QUOTED LINE: mpu/One.cpp"),
+                                        ("mpu/One.cpp: x", "there is no reason below: mpu/One.cpp: x"),
+                                        ("    Never.", "line 1 of the reasons stands below no quoted line: Never.")])
+def test_what_is_wrong_with_the_reasons_is_told(kept: str, told: str) -> None:
+    with pytest.raises(ValueError) as wrong:
+        reasons(kept)
+    assert str(wrong.value) == told
+
+
+def test_every_reason_quotes_a_line_that_is_there() -> None:
+    for each in reasons((HERE / "unreached.txt").read_text()):
+        assert each.quoted in [line.strip() for line in (HERE.parents[1] / each.file).read_text().splitlines()], each

@@ -38,7 +38,7 @@ constexpr ListSource SOURCES[] = {
      MenuMark::None, FOLLOWS, NO_KEYS, PlayingMark::File, FTYPE_AUDIO, 3},
 };
 
-constexpr bool IsComplete() {
+consteval bool IsComplete() {
     for (int i = 0; i < static_cast<int>(std::size(SOURCES)); ++i) {
         if (SOURCES[i].from != i) {
             return false;

@@ -75,17 +75,18 @@ void DiscQDB::QueryPlayList() {
     {
         MutexGuard statement(m_mutexStatement);
         std::string strSql;
+        bool bConnected = false;
         {
             MutexGuard guard(m_mutex);
-            if (m_strListSql.empty()) {
-                return;
-            }
-            if (!m_hDb) {
-                LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "Error connecting to database: %s\n",
-                        std::strerror(errno));
-                return;
-            }
             strSql = m_strListSql;
+            bConnected = m_hDb != nullptr;
+        }
+        if (strSql.empty()) {
+            return;
+        }
+        if (!bConnected) {
+            LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "Error connecting to database: %s\n", std::strerror(errno));
+            return;
         }
         result = FetchResult(__FUNCTION__, strSql);
     }
@@ -110,16 +111,18 @@ void DiscQDB::QueryFolderSubList() {
     {
         MutexGuard statement(m_mutexStatement);
         std::string strSql;
+        bool bConnected = false;
         {
             MutexGuard guard(m_mutex);
-            if (m_strSubSql.empty() || m_nQueBaseType != QUE_BASE_FOLDER) {
-                return;
-            }
-            if (!m_hDb) {
-                std::fprintf(stderr, "Error connecting to database: %s\n", std::strerror(errno));
-                return;
-            }
-            strSql = m_strSubSql;
+            strSql = m_nQueBaseType == QUE_BASE_FOLDER ? m_strSubSql : "";
+            bConnected = m_hDb != nullptr;
+        }
+        if (strSql.empty()) {
+            return;
+        }
+        if (!bConnected) {
+            std::fprintf(stderr, "Error connecting to database: %s\n", std::strerror(errno));
+            return;
         }
         result = FetchResult(__FUNCTION__, strSql);
     }

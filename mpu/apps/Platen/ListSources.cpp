@@ -53,3 +53,7 @@ static_assert(IsComplete(), "each list source has its row, in the order of their
 const ListSource* FindListSource(int nFrom) {
     return nFrom >= 0 && nFrom < static_cast<int>(std::size(SOURCES)) ? &SOURCES[nFrom] : nullptr;
 }
+
+const ListSource& ListSourceOf(int nFrom) {
+    return SOURCES[nFrom];
+}

@@ -33,3 +33,5 @@ struct ListSource {
 
 /** Null for a source that does not exist. */
 const ListSource* FindListSource(int nFrom);
+/** Of a source that exists, as that of the list on screen always does. */
+const ListSource& ListSourceOf(int nFrom);

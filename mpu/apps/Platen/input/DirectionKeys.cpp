@@ -13,8 +13,8 @@
 #include "parts/ControlLink.h"
 
 int DirectionKeys::CurrentPage() const {
-    const ListSource* source = FindListSource(m_lists.m_nCurListFrom);
-    return source && source->takesKeys ? source->page : 0;
+    const ListSource& source = ListSourceOf(m_lists.m_nCurListFrom);
+    return source.takesKeys ? source.page : 0;
 }
 
 CUI_BtList* DirectionKeys::CurrentList() const {

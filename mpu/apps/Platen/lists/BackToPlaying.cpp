@@ -16,8 +16,8 @@ bool BackToPlaying::IsRunning() const {
 
 void BackToPlaying::RememberTop(int nWndId) {
     if (CUI_BtList* list = m_controls.ListOf(nWndId)) {
-        const ListSource* source = FindListSource(m_lists.m_nCurListFrom);
-        const bool bFolders = nWndId == WND_MEDIA_LIST && source && source->mark == PlayingMark::Folder;
+        const bool bFolders =
+            nWndId == WND_MEDIA_LIST && ListSourceOf(m_lists.m_nCurListFrom).mark == PlayingMark::Folder;
         (bFolders ? m_lists.m_nFolderTopIndex : m_lists.m_nListTopIndex) = list->GetTopIndex();
     }
 }

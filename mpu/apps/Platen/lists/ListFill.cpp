@@ -23,15 +23,15 @@ constexpr int NAMES_AT_ONCE =
 
 void ListFill::InsertUIListData(int nFrom) {
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::InsertUIListData]----UIListFrom=%d\n", nFrom);
-    const ListSource* source = FindListSource(nFrom);
-    CUI_BtList* list = source ? m_controls.ListOf(source->page) : nullptr;
+    const ListSource& source = ListSourceOf(nFrom);
+    CUI_BtList* list = m_controls.ListOf(source.page);
     int nCount = 0;
     m_discDb.GetVecListSize(nFrom, nCount);
     if (nFrom == LIST_FROM_SEARCH) {
         m_controls.DeleteRows(WND_MEDIA_LIST);
     }
     if (list && nCount > list->GetItemCount()) {
-        InsertRows(*source, *list, nCount);
+        InsertRows(source, *list, nCount);
         m_menu.HideListTips();
         m_playingRow.OnFunc_ListJmp_UiFrom(m_lists.m_nCurListFrom, m_lists.m_bSelPlayingRow);
     }

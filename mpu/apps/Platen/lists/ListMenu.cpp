@@ -28,17 +28,17 @@ void ListMenu::SetMediaTypeIcon(int nWndId) {
 
 void ListMenu::SetShowLeftState(int nWndId, int n) {
     static constexpr int MENU_ITEMS[] = {ITEM_ALL_MUSIC, ITEM_ALL_VIDEO, ITEM_ALL_PHOTO};
-    const ListSource* source = FindListSource(n);
-    if (!m_widgets.m_pUIAnalysis || !source) {
+    const ListSource& source = ListSourceOf(n);
+    if (!m_widgets.m_pUIAnalysis) {
         return;
     }
     CUIAnalysis& ui = *m_widgets.m_pUIAnalysis;
-    if (source->menuItem) {
+    if (source.menuItem) {
         for (const int item : MENU_ITEMS) {
-            ui.ShowItem(nWndId, item, item == source->menuItem);
+            ui.ShowItem(nWndId, item, item == source.menuItem);
         }
-        ui.SetItemState(nWndId, source->menuItem, MarkState(source->menuMark == MenuMark::Files));
-        ui.SetItemState(nWndId, ITEM_FOLDER_MENU, MarkState(source->menuMark == MenuMark::Folders));
+        ui.SetItemState(nWndId, source.menuItem, MarkState(source.menuMark == MenuMark::Files));
+        ui.SetItemState(nWndId, ITEM_FOLDER_MENU, MarkState(source.menuMark == MenuMark::Folders));
         ui.drawItem(nWndId, ITEM_FOLDER_MENU);
     }
     for (const int item : MENU_ITEMS) {

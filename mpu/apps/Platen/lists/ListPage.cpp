@@ -29,8 +29,8 @@ void ListPage::FillCDPage() {
 
 void ListPage::FollowTrack() {
     m_playingRow.OnFunc_ListJmp_UiFrom(m_lists.m_nCurListFrom, m_lists.m_bSelPlayingRow);
-    const ListSource* source = FindListSource(m_lists.m_nCurListFrom);
-    if (source && source->followsTitle) {
-        m_title.UpdateTitleRight(source->page);
+    const ListSource& source = ListSourceOf(m_lists.m_nCurListFrom);
+    if (source.followsTitle) {
+        m_title.UpdateTitleRight(source.page);
     }
 }

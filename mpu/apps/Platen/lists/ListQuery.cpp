@@ -20,18 +20,12 @@ constexpr int FTYPE_NONE = 0; ///< matches no row
 } // namespace
 
 void ListQuery::OnQueryList(PlayType nType) {
-    switch (nType) {
-    case PLAY_TYPE_MUSIC:
+    if (nType == PLAY_TYPE_MUSIC) {
         OnQueryAudioList();
-        break;
-    case PLAY_TYPE_VIDEO:
+    } else if (nType == PLAY_TYPE_VIDEO) {
         OnQueryVideoList();
-        break;
-    case PLAY_TYPE_PHOTO:
+    } else if (nType == PLAY_TYPE_PHOTO) {
         OnQueryPictureList();
-        break;
-    default:
-        break;
     }
 }
 
@@ -109,9 +103,7 @@ void ListQuery::FileQueryWait() {
             LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[DiscView::FileQueryWait] KillTimer\n");
         }
     }
-    if (const ListSource* source = FindListSource(m_lists.m_nCurListFrom)) {
-        m_view.ShowWnd(source->page, true, 0);
-    }
+    m_view.ShowWnd(ListSourceOf(m_lists.m_nCurListFrom).page, true, 0);
 }
 
 void ListQuery::TakeFetchedRows() {

@@ -24,11 +24,7 @@ int TopRowFor(int nRow, int nRemembered, int nMargin) {
 } // namespace
 
 void PlayingRow::OnFunc_ListJmp_UiFrom(int nFrom, bool bSel) {
-    const ListSource* source = FindListSource(nFrom);
-    if (!source) {
-        return;
-    }
-    if (source->mark == PlayingMark::Position) {
+    if (ListSourceOf(nFrom).mark == PlayingMark::Position) {
         OnFunc_ListJump_Index(nFrom, bSel);
     } else {
         OnFunc_FolderListJump_Index(nFrom, bSel);
@@ -38,8 +34,7 @@ void PlayingRow::OnFunc_ListJmp_UiFrom(int nFrom, bool bSel) {
 void PlayingRow::OnFunc_ListJump_Index(int nFrom, bool bSel) {
     LOGBASE(LOG_LEV_TRACE, __FUNCTION__, "[OnFunc_ListJump_Index]--nUiFrom:%d\n", nFrom);
     const T_MPEG_MEDIA_INFO info = m_data.GetCurPlayInfo();
-    const ListSource* source = FindListSource(nFrom);
-    CUI_BtList* list = source ? m_controls.ListOf(source->page) : nullptr;
+    CUI_BtList* list = m_controls.ListOf(ListSourceOf(nFrom).page);
     int nPosition = 0;
     const bool bFound = m_discDb.GetVecList_Data_Index(nFrom, info.curMediaId, info.parentFolder, nPosition);
     if (!list || !bFound || nPosition < 1 || nPosition > list->GetItemCount()) {
@@ -59,10 +54,9 @@ void PlayingRow::OnFunc_ListJump_Index(int nFrom, bool bSel) {
 }
 
 bool PlayingRow::OnFunc_FolderListJump_Index(int nFrom, bool bSel) {
-    const ListSource* source = FindListSource(nFrom);
-    const bool bSearched = source && source->mark != PlayingMark::Position;
-    CUI_BtList* list = bSearched ? m_controls.ListOf(source->page) : nullptr;
-    const int nRow = list ? FindPlayingRow(*source, *list) : -1;
+    const ListSource& source = ListSourceOf(nFrom);
+    CUI_BtList* list = m_controls.ListOf(source.page);
+    const int nRow = list ? FindPlayingRow(source, *list) : -1;
     if (nRow < 0) {
         if (list) {
             UnmarkRows(*list);
@@ -70,13 +64,13 @@ bool PlayingRow::OnFunc_FolderListJump_Index(int nFrom, bool bSel) {
         if (bSel) {
             m_lists.m_bSelPlayingRow = false;
             if (list) {
-                SelectWithoutPlaying(*source, *list);
+                SelectWithoutPlaying(source, *list);
             }
         }
         RedrawAll();
         return false;
     }
-    const bool bFolders = source->mark == PlayingMark::Folder;
+    const bool bFolders = source.mark == PlayingMark::Folder;
     if (!bFolders) {
         MarkPlayingRow(*list, nRow);
     }
@@ -87,7 +81,7 @@ bool PlayingRow::OnFunc_FolderListJump_Index(int nFrom, bool bSel) {
     }
     m_lists.m_bSelPlayingRow = false;
     const int nRemembered = bFolders ? m_lists.m_nFolderTopIndex : m_lists.m_nListTopIndex;
-    SelectRow(*list, nRow, TopRowFor(nRow, nRemembered, source->margin));
+    SelectRow(*list, nRow, TopRowFor(nRow, nRemembered, source.margin));
     return true;
 }
 

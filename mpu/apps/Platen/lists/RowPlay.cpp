@@ -23,8 +23,6 @@ void RowPlay::OnHandleUIListClick(int nPlayType, int nUiFrom, int nLine) {
     case ROW_PICTURE:
         OnHandleUIListClickPicture(nUiFrom, nLine);
         break;
-    default:
-        break;
     }
 }
 

@@ -11,7 +11,6 @@ public:
 
     /** The chapter asked for: where the steps begin. */
     void SetNext(int chapter) { m_nNextChapter = chapter; }
-    int Next() const { return m_nNextChapter; }
 
     /** Remembers a read error of a DVD. */
     void OnErrorStatus();

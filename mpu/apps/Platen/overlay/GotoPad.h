@@ -30,7 +30,6 @@ public:
 
     /** The pad's window has been shown or hidden. */
     void OnShow(bool shown) { m_bGotoShown = shown; }
-    bool IsShown() const { return m_bGotoShown; }
 
 private:
     int GotoTotal() const;

@@ -62,22 +62,16 @@ void PlayPage::OnUserMsgID3() {
 }
 
 void PlayPage::ShowTrack(const T_MPEG_MEDIA_INFO& info) {
-    switch (m_state.m_nCurPlayType) {
-    case PLAY_TYPE_MUSIC:
-        ShowFileCounter(info);
-        m_title.UpdateCurMusicTitle();
-        break;
-    case PLAY_TYPE_VIDEO:
-    case PLAY_TYPE_PHOTO:
-        ShowFileCounter(info);
-        break;
-    case PLAY_TYPE_CD:
+    const PlayType nType = m_state.m_nCurPlayType;
+    if (nType == PLAY_TYPE_CD) {
         ShowCounter(*m_widgets.m_pUIAnalysis, WND_AUDIO_PLAY, ITEM_TRACK,
                     JudgeCounter(info.mediaId, info.mediaIds, CounterRule::TwoDigits), info.mediaId,
                     info.mediaIds);
-        break;
-    default:
-        break;
+    } else if (nType == PLAY_TYPE_MUSIC || nType == PLAY_TYPE_VIDEO || nType == PLAY_TYPE_PHOTO) {
+        ShowFileCounter(info);
+        if (nType == PLAY_TYPE_MUSIC) {
+            m_title.UpdateCurMusicTitle();
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "ZMModel/DiscPPSInfo.h"
 
+#include <algorithm>
 #include <future>
 #include <regex>
 
@@ -136,6 +137,31 @@ TEST_F(ControllerTest, ItClosesItsObjectsInTheOrderOfItsMembers) {
                 ElementsAre(PpsCall{STATUS, true}, PpsCall{PLAYING, true}, PpsCall{MPEGINFO, true},
                             PpsCall{DEVICE, true}, PpsCall{CONTROL, true}, PpsCall{VIDEO_COMMAND, true},
                             PpsCall{VIDEO_STATUS, true}, PpsCall{SYSTEM, true}, PpsCall{NOWPLAYING, true}));
+}
+
+TEST_F(ControllerTest, AnObjectThatCannotBeClosedMakesTheEndAFailureAndTheOthersAreClosed) {
+    for (const char* const object : {STATUS, CONTROL, NOWPLAYING}) {
+        EXPECT_TRUE(m_controller.Init());
+        EXPECT_TRUE(m_controller.Start());
+        EXPECT_TRUE(m_controller.Stop());
+        takePpsClosings();
+        failPpsClosing(object);
+        EXPECT_FALSE(m_controller.Close()) << object;
+        const auto closings = takePpsClosings();
+        EXPECT_EQ(closings.size(), 9u);
+        for (const PpsCall& call : closings) {
+            EXPECT_EQ(call.good, call.path != object) << call.path;
+        }
+    }
+}
+
+TEST_F(ControllerTest, AnEndThatMonitoredNothingIsAFailureAndClosesTheObjects) {
+    EXPECT_TRUE(m_controller.Init());
+    takePpsClosings();
+    EXPECT_FALSE(m_controller.Close());
+    const auto closings = takePpsClosings();
+    EXPECT_EQ(closings.size(), 9u);
+    EXPECT_TRUE(std::ranges::all_of(closings, &PpsCall::good));
 }
 
 /** How many threads this process has. */

@@ -19,4 +19,7 @@ void PrintTo(const PpsCall& call, std::ostream* out);
 std::vector<PpsCall> takePpsOpenings();
 std::vector<PpsCall> takePpsClosings();
 
+/** The next closing of this object, which the platform never refuses, is told to have failed. */
+void failPpsClosing(const std::string& path);
+
 } // namespace zm::test

@@ -1,5 +1,6 @@
 #include "tests/framework/FakeHeadUnit.h"
 #include "tests/model/Arguments.h"
+#include "tests/model/PpsCalls.h"
 
 #include "BuildPaths.h"
 #include "Platen.h"
@@ -141,6 +142,15 @@ TEST_F(ProgramTest, ItMonitorsJoinsAndBlendsAndEndsWithZeroWhenTheHeadUnitGoes) 
     auto steps = STEPS_TO_THE_LOOP;
     steps.push_back("5 main end");
     EXPECT_THAT(laterSteps(), ElementsAreArray(steps));
+}
+
+TEST_F(ProgramTest, AnObjectThatCannotBeClosedEndsItWithOne) {
+    auto result = std::async(std::launch::async, [] { return run({"Platen", "disc"}); });
+    EXPECT_TRUE(m_headUnit.waitForShell("running"));
+    failPpsClosing("/pps/zelmar/disc/status");
+    m_headUnit.hangUp();
+    EXPECT_EQ(result.get(), 1);
+    EXPECT_THAT(laterSteps(), ElementsAreArray(STEPS_TO_THE_LOOP));
 }
 
 TEST_F(ProgramTest, AnOverlayThatCannotBeJoinedEndsWithOne) {

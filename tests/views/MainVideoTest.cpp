@@ -1,5 +1,11 @@
+#include "ZMModel/CDiscData.h"
 #include "ZMModel/ViewMessages.h"
+#include "input/TouchPoints.h"
+#include "input/VideoTouch.h"
+#include "pages/PageState.h"
+#include "parts/ControlLink.h"
 #include "tests/views/MainView.h"
+#include "video/OverlayWindow.h"
 
 #include <nlohmann/json.hpp>
 
@@ -45,6 +51,34 @@ TEST_F(MainVideo, OnlyItsOwnChildrenAreExpected) {
         EXPECT_EQ(unit.view().OnChildPost(nullptr), 0);
     });
     EXPECT_FALSE(unit.log("[DiscView::OnChildPost] ================== osd view ======").empty());
+}
+
+TEST_F(MainVideo, ATouchOnAPictureTogglesTheOverlay) {
+    play(PLAY_TYPE_PHOTO);
+    const ControlLink control;
+    const PageState state;
+    const TouchPoints points;
+    OverlayWindow overlay(unit.view(), control);
+    VideoTouch touch(*CDiscData::GetInstance(), control, state, points, overlay);
+    for (const bool shown : {true, false, true}) {
+        unit.onViewThread([&] { touch.OnClickPictureWnd(1); });
+        unit.settle();
+        EXPECT_EQ(overlay.IsShown(), shown);
+        EXPECT_EQ(unit.osd.visible(), shown);
+    }
+}
+
+TEST_F(MainVideo, WhatTheSimpleViewWouldDoChangesNothing) {
+    play(PLAY_TYPE_DVD);
+    unit.clearCommands();
+    const Json before = unit.main.describe();
+    unit.onViewThread([&] {
+        unit.view().SetSimpleViewTimer();
+        unit.view().OnGotoSampleView();
+    });
+    unit.advance(60s);
+    EXPECT_EQ(unit.main.describe(), before);
+    EXPECT_TRUE(unit.commands().empty());
 }
 
 TEST_F(MainVideo, PostedOverlayIsHidden) {

@@ -64,6 +64,18 @@ TEST(WideText, TooLongTextsAreCutAndEnded) {
     EXPECT_EQ(std::wstring(guarded, 5), std::wstring(L"éèê\0!", 5)) << "nothing is written behind it";
 }
 
+TEST(WideText, NothingIsWrittenBehindAFullBuffer) {
+    wchar_t buffer[4] = {L'#', L'#', L'#', L'#'};
+    EXPECT_EQ((FormatWide(buffer, L"abcdef"), std::wstring(buffer)), L"abc");
+    EXPECT_EQ((FormatWide(buffer, L"%d%s", 123456, "é"), std::wstring(buffer)), L"123");
+    EXPECT_EQ((FormatWide(buffer, L"%s-", "éèàü"), std::wstring(buffer)), L"éèà");
+}
+
+TEST(WideText, HexadecimalNumbersAreWrittenAsSuch) {
+    EXPECT_EQ(format(L"0x%x", 0xAB), L"0xab");
+    EXPECT_EQ(format(L"%04x|", 255), L"00ff|");
+}
+
 TEST(WideText, ConversionsWithoutTheirArgumentStandForNothing) {
     EXPECT_EQ(format(L"%d|%s|%d", 1), L"1||");
     EXPECT_EQ(format(L"%d|%s", "text", 2), L"|");

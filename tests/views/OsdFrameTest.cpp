@@ -1,5 +1,6 @@
 #include "BuildPaths.h"
 #include "platform/linux/toolkit/UiMng.h"
+#include "tests/model/LockWait.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/views/OsdView.h"
 
@@ -179,6 +180,17 @@ TEST_F(OsdFrame, TheOverlayGoesTenSecondsAfterTheLastTouch) {
     EXPECT_FALSE(unit.osd.visible());
 }
 
+TEST_F(OsdFrame, TheOverlaysTimerBeginsAnewWhenAsked) {
+    playClip(DVD);
+    unit.click(WND_VIDEO, 1, BT_STATE_RELEASED);
+    unit.advance(6s);
+    unit.onViewThread([&] { unit.osdView().SetDisplayOSDTimer(); });
+    unit.advance(9999ms);
+    EXPECT_TRUE(unit.osd.visible());
+    unit.advance(1ms);
+    EXPECT_FALSE(unit.osd.visible());
+}
+
 TEST_F(OsdFrame, EachBarGoesWithItsAnimation) {
     struct Case {
         OsdClip clip;
@@ -352,6 +364,16 @@ TEST_F(OsdFrame, ANullControllerIsNotAttached) {
     unit.onViewThread([&] { unit.osdView().AttachControl(nullptr); });
     press(OSD_CTRL_STOP);
     EXPECT_THAT(unit.commands(), ElementsAre(StopPlayBack()));
+}
+
+TEST_F(OsdFrame, TheKeyTypeIsReadWhenNobodyHoldsIt) {
+    playClip(DVD);
+    setKeyType(OSD_KEY_DVD_ANGLE);
+    DiscOsdView& view = unit.osdView();
+    view.Lock();
+    int read = OSD_KEY_NONE;
+    EXPECT_TRUE(waitsForLock([&] { read = view.GetCurKeyType(); }, [&] { view.UnLock(); }));
+    EXPECT_EQ(read, OSD_KEY_DVD_ANGLE);
 }
 
 TEST_F(OsdFrame, ReadErrorsAreLoggedUnderTheMainViewsName) {

@@ -28,9 +28,9 @@ constexpr std::array<const char*, PadCount> streamCaps{
 // Queues have no limits: who pushes keeps his distance, and streams that wait for each other would hold each
 // other up.
 #define ZM_DVD_QUEUE "queue max-size-time=0 max-size-bytes=0 max-size-buffers=0"
-constexpr const char* videoChain =
-    ZM_DVD_QUEUE " ! mpegvideoparse ! avdec_mpeg2video max-threads=1 ! videoconvertscale name=whole ! "
-                 "capsfilter name=size caps=video/x-raw,format=I420,framerate=[1/1,60/1]";
+constexpr const char* videoChain = ZM_DVD_QUEUE
+    " ! mpegvideoparse name=pictures ! avdec_mpeg2video max-threads=1 ! videoconvertscale name=whole ! "
+    "capsfilter name=size caps=video/x-raw,format=I420,framerate=[1/1,60/1]";
 constexpr const char* subtitleChain = ZM_DVD_QUEUE;
 constexpr const char* screenChain =
     "queue max-size-buffers=3 max-size-bytes=0 max-size-time=0 ! deinterlace name=deinterlace";
@@ -118,9 +118,12 @@ bool Pipeline::build(const SoundMaker& makeSound) {
     bool built = gst_element_link_many(subtitles, screen, picture, nullptr) &&
                  gst_element_link(joint, sound) && add(videoChain, Pad::Video, subtitles, "video") &&
                  add(subtitleChain, Pad::Subtitle, subtitles, "subpicture");
-    GstPad* pictures = gst_element_get_static_pad(subtitles, "video");
-    gst_pad_add_probe(pictures, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, passGap, subtitles, nullptr);
-    gst_object_unref(pictures);
+    GstPad* drawnOn = gst_element_get_static_pad(subtitles, "video");
+    gst_pad_add_probe(drawnOn, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, passGap, subtitles, nullptr);
+    gst_object_unref(drawnOn);
+    if (const engine::GstOwned<GstElement> parser(gst_bin_get_by_name(bin, "pictures")); parser) {
+        m_times.attach(parser.get());
+    }
     for (const auto& row : soundChains) {
         built = built && add(row.description, row.pad, joint, nullptr);
     }

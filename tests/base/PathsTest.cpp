@@ -58,6 +58,24 @@ TEST_F(PathsTest, AFileOrALinkIsNoRuntimeFolder) {
     EXPECT_FALSE(makeRuntimeDir(folder + "/link"));
 }
 
+TEST_F(PathsTest, AFolderThatCannotBeMadeIsNamed) {
+    std::ofstream(folder + "/file") << "text";
+    const auto made = makeRuntimeDir(folder + "/file/run");
+    ASSERT_FALSE(made);
+    EXPECT_EQ(made.error(), folder + "/file/run: Not a directory");
+}
+
+TEST_F(PathsTest, AFolderOfSomebodyElseIsNoRuntimeFolder) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give a folder away";
+    }
+    std::filesystem::create_directory(folder + "/other");
+    ASSERT_EQ(chown((folder + "/other").c_str(), 1, 1), 0);
+    const auto made = makeRuntimeDir(folder + "/other");
+    ASSERT_FALSE(made);
+    EXPECT_EQ(made.error(), folder + "/other: not a folder of this user");
+}
+
 TEST_F(PathsTest, AllFilesLieInTheRuntimeFolder) {
     EXPECT_EQ(ppsSocket("/r"), "/r/pps.sock");
     EXPECT_EQ(screenSocket("/r"), "/r/screen.sock");

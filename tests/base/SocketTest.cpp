@@ -13,6 +13,7 @@
 #include <csignal>
 #include <ctime>
 #include <filesystem>
+#include <memory>
 #include <thread>
 
 namespace zm::test {
@@ -144,6 +145,58 @@ TEST_F(SocketTest, APathThatIsTooLongIsAnErrorAndNotCut) {
     const std::string longPath = folder + "/" + std::string(200, 'x');
     EXPECT_NE(listenUnix(longPath).error().find("too long"), std::string::npos);
     EXPECT_NE(connectUnix(longPath).error().find("too long"), std::string::npos);
+}
+
+TEST_F(SocketTest, ASocketInAFolderThatIsNotThereIsAnError) {
+    const std::string missing = folder + "/missing/test.sock";
+    const auto listening = listenUnix(missing);
+    ASSERT_FALSE(listening);
+    EXPECT_EQ(listening.error(), missing + ": No such file or directory");
+}
+
+TEST_F(SocketTest, SendingToAPeerThatLeftClosesOnce) {
+    EventLoop loop;
+    auto [left, right] = pair();
+    Connection connection(loop, std::move(left));
+    int closed = 0;
+    connection.onClosed = [&] { ++closed; };
+    right.reset();
+    connection.send("lost");
+    connection.send("lost, too");
+    const SourceHandle end = afterDelay(loop, 50ms, [&] { loop.quit(); });
+    loop.run();
+    EXPECT_EQ(closed, 1);
+}
+
+TEST_F(SocketTest, APeerThatLeavesBeforeItHasReadAllClosesOnce) {
+    EventLoop loop;
+    auto [left, right] = pair();
+    Connection connection(loop, std::move(left));
+    int closed = 0;
+    connection.onClosed = [&] { ++closed; };
+    connection.send(std::string(4 << 20, 'x')); // more than the kernel takes at once
+    const SourceHandle leaving =
+        afterDelay(loop, 10ms, [end = std::make_shared<UniqueFd>(std::move(right))] { end->reset(); });
+    const SourceHandle over = afterDelay(loop, 100ms, [&] { loop.quit(); });
+    loop.run();
+    EXPECT_EQ(closed, 1);
+}
+
+TEST_F(SocketTest, MessagesThatNobodyTakesAreDroppedAndTheEndIsTold) {
+    EventLoop loop;
+    auto [left, right] = pair();
+    Connection connection(loop, std::move(left));
+    int closed = 0;
+    connection.onClosed = [&] {
+        ++closed;
+        loop.quit();
+    };
+    SyncConnection peer(std::move(right));
+    EXPECT_TRUE(peer.send("nobody listens"));
+    peer.shutdown();
+    const SourceHandle late = afterDelay(loop, 10s, [&] { loop.quit(); });
+    loop.run();
+    EXPECT_EQ(closed, 1);
 }
 
 TEST_F(SocketTest, AServedConnectionReceivesAndAnswers) {

@@ -7,46 +7,18 @@
 #include "base/Paths.h"
 #include "platform/linux/slog/LogFile.h"
 #include "tests/support/Eventually.h"
+#include "tests/support/FailingThreads.h"
 
 #include <gmock/gmock.h>
 
-#include <dlfcn.h>
-#include <pthread.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <atomic>
-#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <future>
 #include <set>
-
-namespace {
-
-/** How many threads may still be started before the next start fails; negative: all may. */
-std::atomic<int> s_threadsLeft{-1};
-
-/** The drawing libraries start threads through GLib, which gives up when it cannot. */
-bool isCalledByGLib(void* caller) {
-    Dl_info library{};
-    return dladdr(caller, &library) &&
-           std::string_view(library.dli_fname).find("libglib") != std::string::npos;
-}
-
-} // namespace
-
-// Stands before the C library's function, for every thread of this process.
-extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*),
-                              void* argument) noexcept {
-    static const auto create =
-        reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
-    if (s_threadsLeft >= 0 && !isCalledByGLib(__builtin_return_address(0)) && s_threadsLeft-- == 0) {
-        return EAGAIN;
-    }
-    return create(thread, attributes, run, argument);
-}
 
 namespace zm::test {
 
@@ -208,7 +180,7 @@ TEST_F(ProgramTest, NoThreadOfItIsTornAwayByASignal) {
  * status. */
 static int runWithoutThread(FakeHeadUnit& headUnit, int thread) {
     auto result = std::async(std::launch::async, [thread] {
-        s_threadsLeft = thread;
+        threadsLeft = thread;
         return run({"Platen", "disc"});
     });
     while (result.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready) {
@@ -228,7 +200,7 @@ TEST(ProgramThreadsTest, AThreadThatCannotBeStartedEndsItInOrder) {
         const int status = runWithoutThread(headUnit, thread);
         const std::string last = steps(headUnit).back();
         EXPECT_EQ(status, last == "5 main end" ? 0 : 1) << last;
-        if (s_threadsLeft.exchange(-1) >= 0) {
+        if (threadsLeft.exchange(-1) >= 0) {
             EXPECT_EQ(last, "5 main end") << "no thread was missing";
             break;
         }

@@ -79,6 +79,27 @@ TEST_F(FrameworkTest, ScreenTellsThePagesOfBothViews) {
     EXPECT_TRUE(part["osd"]["windows"].contains("20"));
 }
 
+TEST_F(FrameworkTest, WhatTheOverlayCoversIsNotSeen) {
+    run();
+    const auto texts = [this] {
+        std::vector<std::string> found;
+        const json seen = headUnit.askData({{"t", "seen"}});
+        for (const json& entry : seen["seen"]) {
+            if (const std::string text = entry["text"]; !text.empty()) {
+                found.push_back(entry["view"].get<std::string>() + " " + text);
+            }
+        }
+        return found;
+    };
+    app.main.ShowWnd(6, true, 0);
+    app.osd.ShowWnd(20, true, 0);
+    headUnit.settle();
+    EXPECT_THAT(texts(), ElementsAre("main go", "main beside")) << "the overlay is hidden";
+    app.main.onHandler = [this](const std::string&) { app.main.SetVisible("Disc_osd", true); };
+    headUnit.askData({{"t", "key"}, {"code", 20}});
+    EXPECT_THAT(texts(), ElementsAre("main go")) << "the other lies under the pad";
+}
+
 TEST_F(FrameworkTest, NoPageIsShownAtFirst) {
     ASSERT_TRUE(app.initialise());
     ASSERT_TRUE(app.main.StartEventLoop());

@@ -22,6 +22,7 @@ constexpr const char* MainWindows = R"(
         {"id": 6, "name": "play", "background": "page", "items": [
             {"id": 20, "kind": "button", "rect": [100, 100, 100, 100], "style": "plain", "text": "go"},
             {"id": 21, "kind": "button", "rect": [300, 100, 100, 100], "style": "plain", "enabled": false},
+            {"id": 22, "kind": "text", "rect": [600, 120, 100, 60], "style": "plain", "text": "beside"},
             {"id": 11, "kind": "animation", "rect": [0, 300, 60, 60], "style": "plain", "visible": false}]}
     ]
 )";

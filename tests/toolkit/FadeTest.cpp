@@ -291,6 +291,29 @@ TEST_F(Fades, aTouchEndsThem) {
     EXPECT_FALSE(stage.scene->fading());
 }
 
+TEST_F(Fades, whatIsDrawnBesideThemIsThereAtOnce) {
+    begin(6);
+    stage.pressItem(6, 6523);
+    stage.paint();
+    stage.scene->release(0, 0, now);
+    stage.paint();
+    ASSERT_TRUE(stage.scene->fading());
+    stage.ui->SetItemText(6, 2065, L"A title");
+    stage.ui->drawItem(6, 2065);
+    EXPECT_THAT(stage.paint(), testing::Contains(stage.rect(6, 2065)));
+    EXPECT_TRUE(stage.scene->fading());
+    Stage still(resourceDir + "DISC.zmrc_device");
+    still.ui->SetItemText(6, 2065, L"A title");
+    still.scene->showWindow(6, true);
+    still.paint();
+    const zm::Rect title = stage.rect(6, 2065);
+    for (int y = title.y; y < title.y + title.h; ++y) {
+        for (int x = title.x; x < title.x + title.w; ++x) {
+            ASSERT_EQ(stage.pixel(x, y), still.pixel(x, y)) << x << ", " << y;
+        }
+    }
+}
+
 TEST_F(Fades, onlyGroupsComeAndGoSoftly) {
     begin(6);
     stage.ui->ShowItem(6, 6522, false);

@@ -52,13 +52,16 @@ protected:
             "plain": {"textSize": 24, "color": "white"},
             "bar": {"fill": "white", "iconColor": "red", "border": "blue", "color": "white", "thickness": 20,
                     "padding": 40, "textSize": 20, "gap": 16},
-            "bubble": {"base": "bar", "bubble": 60}
+            "bubble": {"base": "bar", "bubble": 60},
+            "key": {"iconColor": "red", "pressed": {"fill": "blue"}, "selected": {"marker": "bottom"}}
         },
         "windows": [{"id": 1, "background": "page", "items": [
             {"id": 2, "kind": "panel", "rect": [100, 40, 20, 60], "style": "pill"},
             {"id": 3, "kind": "text", "rect": [600, 0, 100, 40], "style": "plain", "text": "03:20"},
             {"id": 4, "kind": "progress", "rect": [200, 200, 400, 40], "style": "bar", "total": 3},
-            {"id": 5, "kind": "progress", "rect": [200, 300, 400, 100], "style": "bubble", "total": 3}
+            {"id": 5, "kind": "progress", "rect": [200, 300, 400, 100], "style": "bubble", "total": 3},
+            {"id": 6, "kind": "button", "rect": [0, 400, 80, 60], "style": "key", "state": "selected"},
+            {"id": 7, "kind": "button", "rect": [100, 400, 80, 60], "style": "key"}
         ]}]
     })";
     TemporaryFolder folder;
@@ -105,6 +108,17 @@ TEST_F(Shapes, theTimeUnderTheFingerHasSpaceAtItsSides) {
     EXPECT_GT(time.w, 30) << "01:40";
     EXPECT_NEAR(time.x - bubble.x, 16, 3);
     EXPECT_NEAR(bubble.x + bubble.w - time.x - time.w, 16, 3);
+}
+
+TEST_F(Shapes, aSelectedKeyKeepsItsMarkerWhileItIsPressed) {
+    for (const auto& [id, marked] : {std::pair{6, true}, {7, false}}) {
+        const Rect box = stage.rect(1, id);
+        EXPECT_EQ(extent(red, box).empty(), !marked) << id;
+        stage.pressItem(1, id);
+        stage.paint();
+        EXPECT_EQ(extent(blue, box), box) << id;
+        EXPECT_EQ(extent(red, box).empty(), !marked) << id;
+    }
 }
 
 TEST(Backdrop, isPremultiplied) {

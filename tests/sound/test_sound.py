@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import array
+import os
 import subprocess
 import time
 from pathlib import Path
@@ -74,6 +75,13 @@ def test_volume_and_mute_are_heard(unit: Bench) -> None:
     until_level(0, 0)
     unit.volume("mute")
     until_level(Full - 60, Full + 60)
+
+
+def test_a_mixer_names_the_application(unit: Bench) -> None:
+    """Who turns one program down looks for its name, not for that of the part which plays."""
+    words = ["pactl", "list", "sink-inputs"]
+    said = subprocess.run(words, check=True, capture_output=True, text=True, env={**os.environ, "LC_ALL": "C"}).stdout
+    assert 'application.name = "Platen"' in said, said
 
 
 def fade(recording: Recording) -> float:

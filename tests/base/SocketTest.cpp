@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <memory>
@@ -309,6 +310,61 @@ TEST_F(SocketTest, AnInterruptedMessageIsNeverDelivered) {
     }
     EXPECT_TRUE(closed);
     EXPECT_EQ(messages, 0);
+}
+
+TEST_F(SocketTest, AMessageThatNeverEndsIsGivenUp) {
+    auto [left, right] = pair();
+    SyncConnection receiver(std::move(left));
+    std::thread sending([end = right.get()] {
+        const std::string more = "\1" + std::string(65536, 'x');
+        while (::send(end, more.data(), more.size(), MSG_NOSIGNAL) > 0) {
+        }
+    });
+    const auto received = receiver.receive(60s);
+    EXPECT_FALSE(received);
+    receiver = SyncConnection(UniqueFd()); // which ends the sender
+    sending.join();
+}
+
+TEST_F(SocketTest, AMessageWithTooManyDescriptorsIsGivenUp) {
+    auto [left, right] = pair();
+    SyncConnection receiver(std::move(left));
+    const UniqueFd file(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    for (int i = 0; i < 20; ++i) {
+        char byte = 1; // more follows
+        iovec part{&byte, 1};
+        alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
+        msghdr header{};
+        header.msg_iov = &part;
+        header.msg_iovlen = 1;
+        header.msg_control = control;
+        header.msg_controllen = sizeof control;
+        cmsghdr* entry = CMSG_FIRSTHDR(&header);
+        entry->cmsg_level = SOL_SOCKET;
+        entry->cmsg_type = SCM_RIGHTS;
+        entry->cmsg_len = CMSG_LEN(sizeof(int));
+        const int carried = file.get();
+        std::memcpy(CMSG_DATA(entry), &carried, sizeof carried);
+        ASSERT_EQ(::sendmsg(right.get(), &header, MSG_DONTWAIT | MSG_NOSIGNAL), 1) << i;
+    }
+    const auto received = receiver.receive(10s);
+    ASSERT_FALSE(received);
+    EXPECT_EQ(received.error(), "connection closed");
+}
+
+TEST_F(SocketTest, AnEndThatNobodyWaitsForDisturbsNobody) {
+    EventLoop loop;
+    auto [left, right] = pair();
+    const Connection connection(loop, std::move(left));
+    right.reset();
+    int turns = 0;
+    const SourceHandle timer = everyInterval(loop, 5ms, [&] {
+        if (++turns == 5) {
+            loop.quit();
+        }
+    });
+    loop.run();
+    EXPECT_EQ(turns, 5);
 }
 
 TEST_F(SocketTest, OneBusyPeerDoesNotStarveAnother) {

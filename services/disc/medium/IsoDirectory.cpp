@@ -139,6 +139,14 @@ bool isJoliet(std::string_view block) {
                jolietEscapes.end();
 }
 
+// Where the better names are damaged, the bare ones are taken.
+bool hasRootFolder(ByteReader& image, std::string_view block) {
+    const auto record = recordAt(block, IsoRootPlace);
+    const auto self =
+        record.empty() ? Result<std::string>(Error{}) : firstRecord(image, extentOf(record).offset);
+    return self && extentOf(*self).offset == extentOf(record).offset && readBytes(image, extentOf(record));
+}
+
 std::optional<size_t> findRockRidge(ByteReader& image, const IsoVolume& volume) {
     const auto self = firstRecord(image, volume.root.offset);
     return self ? rockRidgeSkip(systemUse(*self)) : std::nullopt;
@@ -161,7 +169,8 @@ Result<IsoVolume> readIsoVolume(ByteReader& image, uint64_t session) {
                 volume.names = IsoVolume::Names::RockRidge;
                 volume.skip = *skip;
             }
-        } else if (isJoliet(*block) || (isEnhanced(*block) && volume.names == IsoVolume::Names::Plain)) {
+        } else if ((isJoliet(*block) || (isEnhanced(*block) && volume.names == IsoVolume::Names::Plain)) &&
+                   hasRootFolder(image, *block)) {
             takeDescriptor(*block, volume);
         }
     }

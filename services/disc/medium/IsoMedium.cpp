@@ -153,7 +153,7 @@ Result<std::vector<Entry>> IsoMedium::list(const std::string& folder) {
     }
     const auto records = readIsoDirectory(*m_reader, m_volume, known->second);
     if (!records) {
-        return Error{m_image + ": " + folder + ": " + records.error()};
+        return Error{m_image + ": " + (folder.empty() ? "" : folder + ": ") + records.error()};
     }
     std::vector<Entry> entries;
     for (const auto& each : *records) {

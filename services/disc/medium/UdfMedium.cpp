@@ -1,5 +1,6 @@
 #include "services/disc/medium/UdfMedium.h"
 
+#include "services/disc/log/Log.h"
 #include "services/disc/medium/UdfNames.h"
 #include "services/disc/medium/WindowReader.h"
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 namespace zm::disc::medium {
 
@@ -35,13 +37,19 @@ void showMarks(uint32_t first, std::span<char> blocks) {
 
 /** Gives the library the image's blocks. It asks for them one by one, what it says of files mostly for neighbours. */
 struct Blocks : udfread_block_input {
-    explicit Blocks(std::unique_ptr<ByteReader> image) : reader(std::move(image)) {
+    Blocks(std::string name, std::unique_ptr<ByteReader> bytes)
+        : image(std::move(name)), reader(std::move(bytes)) {
         close = nullptr;
         read = [](udfread_block_input* self, uint32_t block, void* buffer, uint32_t count, int) {
-            auto& source = static_cast<Blocks*>(self)->near;
+            auto& source = *static_cast<Blocks*>(self);
             const std::span<char> blocks(static_cast<char*>(buffer), size_t{count} * UdfBlockSize);
-            const auto done = source.readAt(block * UdfBlockSize, blocks);
+            const auto done = source.near.readAt(block * UdfBlockSize, blocks);
             showMarks(block, blocks);
+            // The library goes by the tags' sums alone, and would take what is damaged behind them for another file.
+            if (done && hideDamage(blocks.first(*done)) && !std::exchange(source.damageTold, true)) {
+                logWarning("%s: damaged in what it says of its files: some are left out\n",
+                           source.image.c_str());
+            }
             return done ? static_cast<int>(*done / UdfBlockSize) : -1;
         };
         size = [](udfread_block_input* self) {
@@ -49,8 +57,10 @@ struct Blocks : udfread_block_input {
             return static_cast<uint32_t>(std::min<uint64_t>(blocks, std::numeric_limits<uint32_t>::max()));
         };
     }
+    std::string image;
     std::unique_ptr<ByteReader> reader;
     WindowReader near{*reader};
+    bool damageTold = false;
 };
 
 std::string whyUnread(const UdfVolume& volume) {
@@ -73,7 +83,7 @@ std::string whyUnread(const UdfVolume& volume) {
 } // namespace
 
 struct UdfMedium::Volume {
-    explicit Volume(std::unique_ptr<ByteReader> image) : blocks(std::move(image)) {}
+    Volume(std::string name, std::unique_ptr<ByteReader> image) : blocks(std::move(name), std::move(image)) {}
     ~Volume() { udfread_close(library); }
     Volume(const Volume&) = delete;
     Volume& operator=(const Volume&) = delete;
@@ -198,7 +208,7 @@ UdfMedium::openImage(const std::string& image, const IsoMedium::Opener& opener, 
     if (!reader) {
         return reader.failure();
     }
-    auto opened = std::make_shared<Volume>(std::move(*reader));
+    auto opened = std::make_shared<Volume>(image, std::move(*reader));
     if (!opened->library || udfread_open_input(opened->library, &opened->blocks) < 0) {
         return Error{image + ": " + whyUnread(volume)};
     }
@@ -214,7 +224,7 @@ UdfMedium::~UdfMedium() = default;
 
 // Names are looked up as the library spells them, which differs where they have rare characters.
 Result<UdfMedium::Folder> UdfMedium::openFolder(const std::string& path) const {
-    const Error unreadable{m_image + ": " + path + ": folder cannot be read"};
+    const Error unreadable{m_image + ": " + (path.empty() ? "" : path + ": ") + "folder cannot be read"};
     Folder folder(udfread_opendir(m_volume->library, "/"));
     std::string_view left = path;
     while (folder.get() && !left.empty()) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <numeric>
 #include <string_view>
 
 namespace zm::disc::medium {
@@ -40,6 +41,60 @@ std::string readBytes(ByteReader& image, uint64_t offset, size_t size) {
     const auto count = image.readAt(offset, bytes);
     bytes.resize(count ? *count : 0);
     return bytes;
+}
+
+// A descriptor's tag, and what stands behind it.
+constexpr size_t TagBytes = 16;
+constexpr size_t TagSumPlace = 4;
+constexpr size_t SumPlace = 8;
+constexpr size_t SummedBytesPlace = 10;
+constexpr unsigned NameTag = 257;
+constexpr size_t NameFlagsPlace = 18;
+constexpr char DeletedName = 4;
+
+uint64_t shortNumber(std::string_view bytes, size_t place) {
+    return littleEndian(bytes, place, 2);
+}
+
+unsigned sumOf(std::string_view bytes) {
+    unsigned sum = 0;
+    for (const char each : bytes) {
+        sum ^= static_cast<unsigned>(static_cast<unsigned char>(each)) << 8;
+        for (int bit = 0; bit < 8; ++bit) {
+            sum = (sum & 0x8000 ? sum << 1 ^ 0x1021 : sum << 1) & 0xFFFF;
+        }
+    }
+    return sum;
+}
+
+bool hasTag(std::string_view bytes) {
+    const auto add = [](unsigned sum, char each) { return sum + static_cast<unsigned char>(each); };
+    const auto version = bytes.size() < TagBytes ? 0 : shortNumber(bytes, 2);
+    return (version == 2 || version == 3) && shortNumber(bytes, 0) != 0 &&
+           (std::accumulate(bytes.begin(), bytes.begin() + TagBytes, 0u, add) - isoByte(bytes, TagSumPlace)) %
+                   256 ==
+               isoByte(bytes, TagSumPlace);
+}
+
+// Of what has a tag.
+bool isDamaged(std::string_view descriptor) {
+    const auto summed = descriptor.substr(TagBytes, shortNumber(descriptor, SummedBytesPlace));
+    return summed.size() == shortNumber(descriptor, SummedBytesPlace) && !summed.empty() &&
+           sumOf(summed) != shortNumber(descriptor, SumPlace);
+}
+
+// They stand one behind the other, each on a place that is divided by four; the first may begin in the block before.
+bool hideDamagedNames(std::span<char> block) {
+    constexpr size_t Step = 4;
+    bool hidden = false;
+    for (size_t at = 0; at + TagBytes < block.size(); at += Step) {
+        const std::string_view bytes(block.data() + at, block.size() - at);
+        if (hasTag(bytes) && shortNumber(bytes, 0) == NameTag && isDamaged(bytes)) {
+            block[at + NameFlagsPlace] |= DeletedName;
+            hidden = true;
+        }
+    }
+    return hidden;
 }
 
 unsigned tagOf(std::string_view descriptor) {
@@ -107,6 +162,22 @@ bool takeDescriptors(ByteReader& image, uint32_t blockSize, UdfVolume& volume) {
 }
 
 } // namespace
+
+bool hideDamage(std::span<char> blocks) {
+    bool hidden = false;
+    for (size_t at = 0; at + MarkBlockSize <= blocks.size(); at += MarkBlockSize) {
+        const auto block = blocks.subspan(at, MarkBlockSize);
+        const std::string_view bytes(block.data(), block.size());
+        const auto tag = hasTag(bytes) ? shortNumber(bytes, 0) : 0;
+        if (tag <= NameTag) {
+            hidden |= hideDamagedNames(block);
+        } else if (isDamaged(bytes)) {
+            std::fill(block.begin(), block.end(), '\0');
+            hidden = true;
+        }
+    }
+    return hidden;
+}
 
 std::string UdfVolume::name() const {
     if (revision == 0) {

@@ -21,4 +21,11 @@ struct UdfVolume {
 /** Looks whether there is a UDF file system. Does not follow its folders; blocks as long as `image` does. */
 std::optional<UdfVolume> findUdfVolume(ByteReader& image);
 
+/**
+ * Takes out of whole blocks of 2048 bytes what by its own sums is damaged: a file's description becomes zeros, a name in
+ * a folder counts as deleted. Whether there was any; what reaches beyond its block is not looked at, nor are descriptors
+ * of the disc, of which little is needed.
+ */
+bool hideDamage(std::span<char> blocks);
+
 } // namespace zm::disc::medium

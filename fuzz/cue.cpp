@@ -1,4 +1,5 @@
 // Cue sheets: the text as it stands in a file.
+#include "fuzz/formats/CueText.h"
 #include "fuzz/support/DiscSheetCheck.h"
 #include "services/disc/image/CueSheet.h"
 
@@ -24,6 +25,10 @@ void checkOrder(const DiscSheet& sheet) {
 }
 
 } // namespace
+
+const zm::fuzz::Format& zm::fuzz::format() {
+    return cueText();
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const auto sheet = parseCueSheet({reinterpret_cast<const char*>(data), size});

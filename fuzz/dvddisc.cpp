@@ -1,5 +1,6 @@
 // By what a disc is recognised as a DVD-Video: names of files, one a line, up to an empty line; what follows is the table (VIDEO_TS.IFO)
 // up to the copy's mark, and its copy.
+#include "fuzz/formats/DvdTables.h"
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "services/disc/medium/DvdDetection.h"
@@ -73,6 +74,10 @@ private:
 };
 
 } // namespace
+
+const zm::fuzz::Format& zm::fuzz::format() {
+    return dvdTables();
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Disc disc(asText(data, size));

@@ -1,6 +1,11 @@
+#include "fuzz/formats/DvdPack.h"
 #include "fuzz/support/Check.h"
 #include "services/disc/dvd/NavPack.h"
 #include "services/disc/dvd/Pack.h"
+
+const zm::fuzz::Format& zm::fuzz::format() {
+    return dvdPack();
+}
 
 // A pack of a DVD, as the reader hands it on: navigation and film.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -1,6 +1,7 @@
 // Disc images: ISO 9660 with Joliet and Rock Ridge. An image is mostly zeros, so the input says what else
 // stands in it: one byte for the block, counted from the first that means something, two for the place in it
 // (low byte first), one for the number of bytes that follow.
+#include "fuzz/formats/IsoImage.h"
 #include "fuzz/support/Check.h"
 #include "services/disc/medium/IsoDirectory.h"
 #include "services/disc/medium/IsoNumbers.h"
@@ -47,6 +48,10 @@ private:
 };
 
 } // namespace
+
+const zm::fuzz::Format& zm::fuzz::format() {
+    return isoImage();
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Image image({data, size});

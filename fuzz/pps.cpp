@@ -1,6 +1,7 @@
 // PPS text: what the service takes from a writer, what it tells its readers, and how these take it apart.
 // Form feeds part the input into one write each; a write that begins with a vertical tab goes to an object
 // that is nearly full.
+#include "fuzz/formats/PpsText.h"
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Walk.h"
@@ -87,6 +88,10 @@ void decode(std::string_view text) {
 }
 
 } // namespace
+
+const zm::fuzz::Format& zm::fuzz::format() {
+    return ppsText();
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     PpsObject object("status");

@@ -1,5 +1,6 @@
 // Resource files. A line "//// NAME" begins a further file, which the first can include.
 #include "platform/linux/toolkit/Resource.h"
+#include "fuzz/formats/ResourceText.h"
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
@@ -79,6 +80,10 @@ void checkReferences(const Resource& resource) {
 }
 
 } // namespace
+
+const zm::fuzz::Format& zm::fuzz::format() {
+    return resourceText();
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const auto file = writeFiles(asText(data, size));

@@ -2,6 +2,7 @@
 // and with those seals along.
 #include "base/JsonMessage.h"
 #include "base/Socket.h"
+#include "fuzz/formats/ScreenMessages.h"
 #include "fuzz/support/Check.h"
 #include "fuzz/support/Input.h"
 #include "fuzz/support/Scratch.h"
@@ -99,6 +100,10 @@ private:
 };
 
 } // namespace
+
+const zm::fuzz::Format& zm::fuzz::format() {
+    return screenMessages();
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static Screen screen;

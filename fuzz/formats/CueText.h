@@ -1,0 +1,10 @@
+#pragma once
+
+#include "fuzz/support/Format.h"
+
+namespace zm::fuzz {
+
+/** Cue sheets, with tracks and times that grow. */
+const Format& cueText();
+
+} // namespace zm::fuzz

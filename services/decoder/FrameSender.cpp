@@ -27,14 +27,11 @@ void FrameSender::begin(uint64_t item) {
     m_item = item;
 }
 
-bool FrameSender::takeBack() {
+void FrameSender::takeBack() {
     wire::FrameNote note;
-    bool any = false;
     while (::recv(wire::FramesFd, &note, sizeof note, MSG_DONTWAIT) == sizeof note) {
         m_away.at(note.slot) = false;
-        any = true;
     }
-    return any;
 }
 
 void FrameSender::show(const DrawPicture& draw) {

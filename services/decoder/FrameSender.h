@@ -20,7 +20,7 @@ public:
     void clear() override {}
 
 private:
-    bool takeBack() ZM_REQUIRES(m_mutex);
+    void takeBack() ZM_REQUIRES(m_mutex);
 
     Mutex m_mutex;
     disc::engine::SharedPictures m_pictures ZM_GUARDED_BY(m_mutex);

@@ -267,6 +267,8 @@ TEST_F(DiscImages, DescriptionsThatAreWrongAreRefusedWithTheirPlace) {
         {"5.ccd", "[TRACK 0]\n", "line 1: [TRACK 0]: not a track from 1 to 99"},
         {"6.ccd", "hello\n", "line 1: hello: no section and no value"},
         {"7.ccd", "[CDText]\nEntry 0=80 zz\n", "line 2: Entry 0=80 zz: not the bytes of a text"},
+        {"9.ccd", "[CDText]\nEntry 0=80 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0G\n",
+         "line 2: Entry 0=80 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0G: not the bytes of a text"},
         {"8.ccd", "", "names no track"},
         {"1.nrg", "DAOX" + big(5, 4) + "xxxxxNER5" + big(0, 8), "DAOX: no whole number of tracks"},
         {"2.nrg", "DAOX" + big(500, 4) + "xxxxxNER5" + big(0, 8), "DAOX: longer than the image"},

@@ -68,6 +68,7 @@ TEST_P(TagsOfFormat, AreReadAsUtf8WithLengthAndTrack) {
     EXPECT_EQ(tags.album, "Album");
     EXPECT_EQ(tags.track, 7);
     EXPECT_EQ(tags.seconds, 3);
+    EXPECT_EQ(tags.disc, 0) << "of several, none is named";
 }
 
 INSTANTIATE_TEST_SUITE_P(Music, TagsOfFormat,

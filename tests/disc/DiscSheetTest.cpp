@@ -10,7 +10,7 @@ using namespace zm::disc::image;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-std::string repeated(const std::string& text, int count) {
+std::string sheetLines(const std::string& text, int count) {
     std::string all;
     for (int i = 0; i < count; ++i) {
         all += text;
@@ -67,7 +67,7 @@ TEST(TocFiles, WhatIsWrongIsNamedWithItsLine) {
         {"CD_TEXT TITLE\n", "line 1: CD_TEXT: no { behind it"},
         {"TRACK AUDIO\nTRACK AUDIO\nFILE \"a\" 0\n", "line 1: TRACK: has no sound and no data"},
         {"CD_DA\nTRACK", "line 2: TRACK: unknown kind of track"},
-        {repeated("TRACK AUDIO\nFILE \"a\" 0\n", 100), "line 199: TRACK: more than 99 tracks"},
+        {sheetLines("TRACK AUDIO\nFILE \"a\" 0\n", 100), "line 199: TRACK: more than 99 tracks"},
         {"\"CD_DA\"\n", "line 1: CD_DA: does not belong there"},
         {"TRACK AUDIO\nFILE 0\n", "line 2: FILE: no file name"},
         {"TRACK AUDIO\nFILE \"\" 0\n", "line 2: FILE: no file name"},
@@ -84,7 +84,7 @@ TEST(TocFiles, WhatIsWrongIsNamedWithItsLine) {
         {"TRACK AUDIO\nPREGAP\n", "line 2: PREGAP: no time behind it"},
         {"TRACK AUDIO\nINDEX AUDIO\n", "line 2: INDEX: no time behind it"},
         {"TRACK AUDIO\nFILE \"a\" 0\nFILE \"b\" 0\n", "line 3: FILE: the piece before it has no length"},
-        {"TRACK AUDIO\n" + repeated("SILENCE 00:00:01\n", 501), "line 502: SILENCE: more than 500 pieces"},
+        {"TRACK AUDIO\n" + sheetLines("SILENCE 00:00:01\n", 501), "line 502: SILENCE: more than 500 pieces"},
         {std::string(MaxSheetBytes + 1, ' '), "longer than 262144 bytes"},
     };
     for (const auto& row : rows) {
@@ -181,7 +181,7 @@ TEST(CcdFiles, WhatIsWrongIsNamedWithItsPlace) {
         {"[Entry 0]\nPoint=1x\n", "line 2: Point=1x: not a number"},
         {"[Entry 0]\nPoint=--1\n", "line 2: Point=--1: not a number"},
         {"[Entry 0]\nPoint=0XFFFFFFFFF\n", "line 2: Point=0XFFFFFFFFF: not a number"},
-        {repeated("[Entry]\n", 301), "line 301: [Entry]: more than 300 entries"},
+        {sheetLines("[Entry]\n", 301), "line 301: [Entry]: more than 300 entries"},
         {"[TRACK one]\n", "line 1: [TRACK one]: not a track from 1 to 99"},
         {"[TRACK 1]\nMODE=a\n", "line 2: MODE=a: not a number"},
         {"[TRACK 1]\nINDEX 0=a\n", "line 2: INDEX 0=a: not a number"},

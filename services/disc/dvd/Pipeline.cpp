@@ -1,6 +1,7 @@
 #include "services/disc/dvd/Pipeline.h"
 
 #include "services/disc/engine/MixDown.h"
+#include "services/disc/engine/PictureTimes.h"
 #include "services/disc/log/Log.h"
 
 #include <gst/video/video.h>
@@ -122,7 +123,7 @@ bool Pipeline::build(const SoundMaker& makeSound) {
     gst_pad_add_probe(drawnOn, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, passGap, subtitles, nullptr);
     gst_object_unref(drawnOn);
     if (const engine::GstOwned<GstElement> parser(gst_bin_get_by_name(bin, "pictures")); parser) {
-        m_times.attach(parser.get());
+        engine::PictureTimes::attach(parser.get());
     }
     for (const auto& row : soundChains) {
         built = built && add(row.description, row.pad, joint, nullptr);

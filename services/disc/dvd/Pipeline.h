@@ -4,7 +4,6 @@
 #include "services/disc/dvd/Element.h"
 #include "services/disc/dvd/NavPack.h"
 #include "services/disc/dvd/Pack.h"
-#include "services/disc/dvd/PictureTimes.h"
 #include "services/disc/dvd/StandingPicture.h"
 #include "services/disc/engine/Gst.h"
 #include "services/disc/engine/PictureBin.h"
@@ -86,7 +85,6 @@ private:
     std::string m_failure;
     engine::PictureBin m_picture; ///< outlives the pipeline that feeds it
     std::optional<StandingPicture> m_standing;
-    PictureTimes m_times; ///< the same
     double m_zoom = 1.0;
     engine::GstOwned<GstElement> m_pipeline;
     GstElement* m_source = nullptr;    ///< of the pipeline

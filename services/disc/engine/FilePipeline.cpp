@@ -3,6 +3,7 @@
 #include "base/Threads.h"
 #include "services/disc/engine/Decoders.h"
 #include "services/disc/engine/MusicBin.h"
+#include "services/disc/engine/PictureTimes.h"
 #include "services/disc/engine/PlaybinStreams.h"
 #include "services/disc/engine/SoundOut.h"
 #include "services/disc/log/Log.h"
@@ -34,6 +35,7 @@ constexpr int VideoFlags = 0x01 | 0x02 | 0x04 | 0x20;
 constexpr int PhotoFlags = 0x01 | 0x40;
 
 constexpr const char* ScalingDecoder = "avdec_mjpeg";
+constexpr const char* MpegParser = "mpegvideoparse";
 
 Milliseconds processorTime() {
     timespec used{};
@@ -122,12 +124,9 @@ bool FilePipeline::buildPicture() {
     if (!m_picture->element()) {
         return false;
     }
-    if (photo) {
-        auto onPart = +[](GstElement*, GstElement* part, gpointer self) {
-            static_cast<FilePipeline*>(self)->fitPhoto(part);
-        };
-        g_signal_connect(playbin, "element-setup", G_CALLBACK(onPart), this);
-    }
+    auto onPart =
+        +[](GstElement*, GstElement* part, gpointer self) { static_cast<FilePipeline*>(self)->setUp(part); };
+    g_signal_connect(playbin, "element-setup", G_CALLBACK(onPart), this);
     // Every sink is named, as the player would look for one by itself.
     g_object_set(playbin, "uri", FileElementUri, "flags", photo ? PhotoFlags : VideoFlags, "audio-sink",
                  makeSoundSink(), "video-sink", m_picture->element(), nullptr);
@@ -138,13 +137,15 @@ bool FilePipeline::buildPicture() {
     return true;
 }
 
-// A large JPEG becomes smaller while it is decoded.
-void FilePipeline::fitPhoto(GstElement* part) {
+void FilePipeline::setUp(GstElement* part) {
     const GstElementFactory* factory = gst_element_get_factory(part);
-    if (!factory || std::string_view(gst_plugin_feature_get_name(factory)) != ScalingDecoder) {
-        return;
+    const std::string_view name = factory ? gst_plugin_feature_get_name(factory) : "";
+    if (name == MpegParser) {
+        PictureTimes::attach(part);
+    } else if (name == ScalingDecoder && m_playable.kind == model::MediaKind::Photo) {
+        // A large JPEG becomes smaller while it is decoded.
+        g_object_set(part, "lowres", static_cast<int>(m_source->photo().halvings), nullptr);
     }
-    g_object_set(part, "lowres", static_cast<int>(m_source->photo().halvings), nullptr);
 }
 
 // An error or an end that never arrives must not be waited for until somebody loses patience.

@@ -42,7 +42,7 @@ private:
     bool build();
     bool buildMusic();
     bool buildPicture();
-    void fitPhoto(GstElement* part);
+    void setUp(GstElement* part);
     void watchStart();
     void run();
     void prepareNext(bool opened);

@@ -1,10 +1,8 @@
-#include "services/disc/dvd/PictureTimes.h"
-
-#include "services/disc/engine/Gst.h"
+#include "services/disc/engine/PictureTimes.h"
 
 #include <utility>
 
-namespace zm::disc::dvd {
+namespace zm::disc::engine {
 
 namespace {
 
@@ -102,9 +100,10 @@ void PictureTimes::attach(GstElement* parser) {
         return GST_PAD_PROBE_OK;
     };
     GstPad* pad = gst_element_get_static_pad(parser, "src");
-    gst_pad_add_probe(pad, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM),
-                      onData, this, nullptr);
+    gst_pad_add_probe(
+        pad, GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM), onData,
+        new PictureTimes, +[](gpointer self) { delete static_cast<PictureTimes*>(self); });
     gst_object_unref(pad);
 }
 
-} // namespace zm::disc::dvd
+} // namespace zm::disc::engine

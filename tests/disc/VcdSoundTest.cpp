@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <map>
@@ -66,6 +67,18 @@ protected:
         }
         return all;
     }
+    /** For how many frames in a row both sides were the same; silence does not count. */
+    size_t sameFrames() {
+        m_unit.stopService();
+        const Sound sound = recordedSound(heardFile());
+        size_t longest = 0;
+        size_t run = 0;
+        for (size_t at = 0; at + 1 < sound.size(); at += 2) {
+            run = sound[at] == sound[at + 1] ? run + (sound[at] != 0) : 0;
+            longest = std::max(longest, run);
+        }
+        return longest;
+    }
 
     TempFolder m_folder;
     DiscUnit m_unit;
@@ -99,6 +112,17 @@ TEST_F(VcdChannels, TheLeftAndTheRightOneCanBeHeardAlone) {
     press(2);
     press(3);
     EXPECT_EQ(heard(), (std::vector<Tones>{{440, 880}, {440, 440}, {880, 880}, {440, 880}}));
+}
+
+TEST_F(VcdChannels, TheRightOneAloneIsTheSameFromBothLoudspeakers) {
+    m_unit.startService(vcdImage("plain"));
+    m_unit.command(187, 1);
+    nextChannel(3);
+    m_unit.nextState(PlayState::Playing);
+    m_unit.command(11);
+    nextChannel(1);
+    press(2);
+    EXPECT_GE(sameFrames(), 4410u);
 }
 
 TEST_F(VcdChannels, AChoiceLastsForTheDisc) {

@@ -328,6 +328,25 @@ TEST(DiscServiceReading, BrowsingADiscThatIsStillReadIsAnsweredAsUnfinished) {
     unit.next("updatedb", std::to_string(0x10000 + 5));
 }
 
+TEST(DiscServiceReading, BrowsingAKindThatIsCompleteIsAnsweredSoWhileAnotherOneIsWritten) {
+    // So many films that the command comes while they are written.
+    constexpr int Films = 4000;
+    TempFolder disc;
+    place(toneFile("mp3", 1, "Root one", "Ann", "First", 1), disc / "0.mp3");
+    writeFile(disc / "0.avi", "a film");
+    for (int film = 1; film < Films; ++film) {
+        std::filesystem::create_hard_link(disc / "0.avi", disc / (std::to_string(film) + ".avi"));
+    }
+    DiscUnit unit;
+    unit.startService();
+    unit.request({{"op", "insert"}, {"path", disc.path().string()}});
+    unit.next("updatedb", std::to_string(0x10000 + 1), 30s);
+    unit.command(186, 2, 5);
+    const auto answer = unit.next(
+        "updatedb", [](const Published& each) { return each.value != std::to_string(0x10000 + 1); });
+    EXPECT_EQ(answer.value, std::to_string(0x10000 + 5));
+}
+
 TEST_F(DiscService, CommandsOfOtherDiscsAreRefused) {
     play();
     for (const int command : {11, 12, 18, 19, 21, 145, 183, 184, 188, 189}) {

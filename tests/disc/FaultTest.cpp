@@ -1,3 +1,5 @@
+#include "base/Paths.h"
+#include "platform/linux/slog/LogFile.h"
 #include "tests/disc/DiscUnit.h"
 
 #include <gtest/gtest.h>
@@ -37,6 +39,18 @@ protected:
     Published nextFile(int file) {
         return m_unit.next("trackinfo",
                            [=](const Published& each) { return each.json()["curmediaid"] == file; });
+    }
+    /** Requests to the drive of which the log says that it does not know them, after all that came until now. */
+    std::vector<std::string> unknownRequests() {
+        const std::string words = "unknown request to the drive: ";
+        std::vector<std::string> found;
+        m_unit.whileServiceStands([] {});
+        for (const auto& each : zm::LogReader(zm::logFile(m_unit.runtime())).last(1000)) {
+            if (each.text.starts_with(words)) {
+                found.push_back(each.text.substr(words.size()));
+            }
+        }
+        return found;
     }
     // The command is answered by that state in time, whatever the disc does.
     void expectAnswer(int command, PlayState state) {
@@ -260,4 +274,28 @@ TEST_F(DiscFault, ADriveThatIsBackBeforeItsDiscIsOutIsEmptyThen) {
     m_unit.next("discstate", "20");
     fault("none");
     m_unit.next("disc", "0");
+}
+
+TEST_F(DiscFault, OnlyWhatTheDriveDoesNotKnowIsNamedInTheLog) {
+    placeTwoTones();
+    play();
+    fault("surface");
+    m_unit.next("errorstatus", "34");
+    fault("gone");
+    m_unit.next("disc", "2");
+    EXPECT_EQ(unknownRequests(), std::vector<std::string>{});
+    const auto becomesNamed = [&](const nlohmann::json& request) {
+        m_unit.request(request);
+        const auto end = std::chrono::steady_clock::now() + 15s;
+        while (std::chrono::steady_clock::now() < end) {
+            const auto all = unknownRequests();
+            if (!all.empty() && all.back() == request.dump()) {
+                return true;
+            }
+            std::this_thread::sleep_for(5ms);
+        }
+        return false;
+    };
+    EXPECT_TRUE(becomesNamed({{"op", "fault"}, {"kind", "dust"}}));
+    EXPECT_TRUE(becomesNamed({{"op", "polish"}}));
 }

@@ -37,6 +37,17 @@ protected:
         return song;
     }
     void write(const std::string& text) { std::ofstream(file()) << text; }
+    /** Objects of the saved state in the order in which they are brought about. */
+    Words savedObjects() {
+        Words names;
+        const Json saved = Json::parse(std::ifstream(file()));
+        for (const auto& command : saved["objects"]) {
+            if (command[0] == "pps") {
+                names.push_back(command[2]);
+            }
+        }
+        return names;
+    }
 };
 
 TEST_F(SnapshotRun, WhatIsSavedOnOneBenchIsShownByAnother) {
@@ -72,6 +83,26 @@ TEST_F(SnapshotRun, WhatIsSavedOnOneBenchIsShownByAnother) {
     EXPECT_EQ(songIn(other), "Fog");
     // A record has it as one step.
     EXPECT_THAT(must({"record", "--all", "-"}), HasSubstr("\nsnapshot restore " + file() + "\n"));
+}
+
+TEST_F(SnapshotRun, KeepsWhatADiscServicePublishesTheDeviceFirstAndTheStatusLast) {
+    startManual();
+    watchCommands();
+    playMusic();
+    must({"pps", "put", "zelmar/disc/cover", "cover::1"});
+    must({"pps", "put", "zelmar/disc/drive", "drivestate::loaded"});
+    must({"pps", "put", "other/status", "a::1"});
+    must({"pps", "put", "other/device", "b::1"});
+    must({"pps", "put", "other/more", "c::1"});
+    ASSERT_THAT(commands(1), testing::Not(IsEmpty())) << "there is something that is to be left out";
+    must({"snapshot", "save", file()});
+    EXPECT_THAT(savedObjects(), ElementsAre("other/device", "zelmar/disc/device", "other/more",
+                                            "zelmar/disc/cover", "other/status", "zelmar/disc/status"));
+}
+
+TEST_F(SnapshotRun, AFullDiskIsNamed) {
+    startManual();
+    EXPECT_THAT(mustFail({"snapshot", "save", "/dev/full"}), HasSubstr("/dev/full: No space left on device"));
 }
 
 TEST_F(SnapshotRun, AnOpenedVideoLockIsNoState) {

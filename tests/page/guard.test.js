@@ -134,6 +134,16 @@ test('paths outside the page folder are not found', async () => {
   }
 });
 
+test('a film that nobody has made is not found', async () => {
+  assert.equal((await request('/api/film.webm', {headers: bearer()})).status, 404);
+});
+
+test('a browser keeps nothing that it is given', async () => {
+  for (const path of ['/', '/main.js', '/api/shot.png', '/nothing.js']) {
+    assert.equal((await request(path, {headers: bearer()})).headers['cache-control'], 'no-store', path);
+  }
+});
+
 test('a body of 100 MB is refused and the bench goes on', async () => {
   const declared = await request('/api/command', {method: 'POST', headers: {...bearer(), 'Content-Length': 100 << 20}, body: Buffer.alloc(100 << 20)})
     .catch((error) => ({status: error.code}));

@@ -159,6 +159,10 @@ const ImageForm& formCalled(std::string_view name) {
 }
 
 constexpr size_t RootBlockPlace = 156 + 2; ///< in a descriptor
+constexpr size_t RecordBlockPlace = 2;
+constexpr size_t RecordSizePlace = 10;
+constexpr size_t RecordNamePlace = 33;
+constexpr size_t HalfBytes = 4; ///< of a number that stands there twice
 constexpr size_t PlainDescriptor = size_t{16} * 2048;
 constexpr size_t JolietDescriptor = size_t{17} * 2048;
 
@@ -180,6 +184,39 @@ TEST(ImagesWithoutARoot, ForTheLongNamesAreReadByTheShortOnes) {
     for (const char* place : {"\xff\xff\xff\x7f", "\x10\xff\xff\x7f", "\x10"}) {
         const WhileDamaged damaged(image.damaged, whole, {JolietDescriptor + RootBlockPlace, place});
         EXPECT_TRUE(readDisc(image.opened).files == right);
+    }
+}
+
+// The second one is right, the highest byte first.
+TEST(NumbersOfARecord, CountFromTheHalfThatLeadsIntoTheImage) {
+    const TempFolder folder;
+    const SmallImage image = formCalled("Iso").make(folder / "image");
+    const std::string whole = readFile(image.damaged);
+    const Files right = readDisc(image.opened).files;
+    const size_t record = whole.find("TWO.MP3;1") - RecordNamePlace;
+    const std::string outside = "\xff\xff\xff\x7f";
+    for (const size_t number : {RecordBlockPlace, RecordSizePlace}) {
+        for (const size_t half : {size_t{0}, HalfBytes}) {
+            SCOPED_TRACE(std::to_string(number) + " + " + std::to_string(half));
+            const WhileDamaged damaged(image.damaged, whole, {record + number + half, outside});
+            EXPECT_TRUE(readDisc(image.opened).files == right);
+        }
+    }
+}
+
+TEST(NumbersOfARecord, LeaveAFileOutWhereNoneLeadsIntoTheImageOrItsSizesDifferToo) {
+    const TempFolder folder;
+    const SmallImage image = formCalled("Iso").make(folder / "image");
+    const std::string whole = readFile(image.damaged);
+    Files others = readDisc(image.opened).files;
+    ASSERT_EQ(others.erase("music/two.mp3"), 1U);
+    const size_t record = whole.find("TWO.MP3;1") - RecordNamePlace;
+    const std::string outside = "\xff\xff\xff\x7f";
+    for (const std::string& block :
+         {outside + outside,
+          outside + whole.substr(record + RecordBlockPlace + HalfBytes, HalfBytes) + "\1"}) {
+        const WhileDamaged damaged(image.damaged, whole, {record + RecordBlockPlace, block});
+        EXPECT_TRUE(readDisc(image.opened).files == others);
     }
 }
 

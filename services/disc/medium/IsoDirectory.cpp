@@ -25,6 +25,8 @@ constexpr size_t LabelSize = 32;
 constexpr size_t EscapePlace = 88;
 
 constexpr size_t RecordHeader = 33;
+constexpr size_t BlockPlace = 2; // in a record
+constexpr size_t SizePlace = 10;
 constexpr unsigned char FolderFlag = 0x02;
 constexpr unsigned char GoesOnFlag = 0x80;
 
@@ -32,7 +34,22 @@ constexpr unsigned char GoesOnFlag = 0x80;
 constexpr uint64_t MaxFolderBytes = uint64_t{64} << 20;
 
 IsoExtent extentOf(std::string_view record) {
-    return {isoBlock(isoNumber32(record, 2)), isoNumber32(record, 10)};
+    return {isoBlock(isoNumber32(record, BlockPlace)), isoNumber32(record, SizePlace)};
+}
+
+// Numbers stand there twice. Where they differ, the first counts, unless it leads out of the image and the second does not.
+uint32_t numberUpTo(uint64_t most, std::string_view record, size_t place) {
+    const uint32_t first = isoNumber32(record, place);
+    const auto second = static_cast<uint32_t>(bigEndian(record, place + 4, 4));
+    return first > most && second > 0 && second <= most ? second : first;
+}
+
+// Where the sizes differ, too, the record is too damaged to find another place by it.
+IsoExtent extentWithin(const ByteReader& image, std::string_view record) {
+    const bool sizeIsSure = isoNumber32(record, SizePlace) == bigEndian(record, SizePlace + 4, 4);
+    const uint64_t last = sizeIsSure ? image.size() / IsoBlockSize : UINT32_MAX;
+    const uint64_t offset = isoBlock(numberUpTo(last, record, BlockPlace));
+    return {offset, numberUpTo(image.size() - std::min(image.size(), offset), record, SizePlace)};
 }
 
 std::string_view bareName(std::string_view record) {
@@ -189,7 +206,8 @@ std::optional<IsoRecord> decode(ByteReader& image, const IsoVolume& volume, std:
     if (bare.empty() || bare == std::string_view("\0", 1) || bare == "\1") {
         return std::nullopt;
     }
-    IsoRecord found{"", folder ? Entry::Type::Folder : Entry::Type::File, extentOf(record), {}, {}};
+    IsoRecord found{
+        "", folder ? Entry::Type::Folder : Entry::Type::File, extentWithin(image, record), {}, {}};
     if (volume.names == IsoVolume::Names::Joliet) {
         found.name = withoutVersion(fromUtf16(bare));
     } else if (volume.names == IsoVolume::Names::Long) {

@@ -47,10 +47,10 @@ TEST_F(ScreenTest, AWindowNeedsSaneSizesAndItsMemory) {
         Json value;
     };
     const Row rows[] = {
-        {"width", 0},     {"width", -1},   {"width", 101},  {"width", 1 << 30},
-        {"width", "100"}, {"height", 0},   {"height", 101}, {"height", 1e300},
-        {"stride", 0},    {"stride", 399}, {"stride", 401}, {"stride", 404},
-        {"stride", -400}, {"window", 0},   {"window", -1},  {"window", nullptr},
+        {"width", 0},        {"width", -1},          {"width", 101},    {"width", 1 << 30}, {"width", "100"},
+        {"height", 0},       {"height", 101},        {"height", 1e300}, {"stride", 0},      {"stride", 399},
+        {"stride", 401},     {"stride", 404},        {"stride", -400},  {"window", 0},      {"window", -1},
+        {"window", nullptr}, {"window", 0x40000000},
     };
     for (const auto& row : rows) {
         Memory memory(100, 100);

@@ -40,8 +40,10 @@ std::string text(const Json& message, const char* name) {
     return found != message.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
+// 0 is none; the numbers from the first child's on are not the client's to give.
 int windowNumber(const Json& message) {
-    return integer(message, "window", 0, 0, SurfaceScene::FirstChild - 1);
+    const int number = integer(message, "window", 0, 0, SurfaceScene::FirstChild);
+    return number < SurfaceScene::FirstChild ? number : 0;
 }
 
 std::vector<Rect> damageRects(const Json& message, const SurfaceSize& size) {

@@ -99,6 +99,17 @@ TEST_F(Record, EveryInputIsAStepAndQuestionsAreNone) {
     EXPECT_EQ(all.back(), "key previous");
 }
 
+TEST_F(Record, TheNextRecordCountsItsOwnInputs) {
+    startManual();
+    must({"record", file()});
+    must({"key", "next"});
+    must({"key", "next"});
+    EXPECT_EQ(must({"record", "--stop"}), file() + ": 2 inputs\n");
+    must({"record", file()});
+    must({"key", "next"});
+    EXPECT_EQ(must({"record", "--stop"}), file() + ": 1 input\n");
+}
+
 TEST_F(Record, TimesAreThoseBetweenTheInputs) {
     startManual();
     must({"record", "-"});

@@ -33,8 +33,12 @@ WEEK = 7 * 24 * 3600.0
 STATE = "pps.zelmar/disc/status.discstate"
 PLAYS = 2
 WITHIN = 60.0
-# What may come and go: pages of the heap, connections of commands that have just ended, the log until it is full.
+# What may come and go: pages of the heap, connections of commands that have just ended.
 MOST_MORE = {"memory": 2.0, "descriptors": 2.0, "threads": 1.0, "disk": 2.0}
+# The log is put aside when it is full, and the one put aside before goes: it comes and goes by half of this.
+LOG, MOST_LOG = "slog", 16.1
+# The bench keeps so many inputs for records, and memory with them: a week begins when no more are kept.
+KEPT_INPUTS = 100_000
 UNITS = {"memory": "MB", "descriptors": "", "threads": "", "disk": "MB"}
 
 
@@ -57,16 +61,16 @@ def holding(pid: int) -> Holding:
     return Holding(int(own.split()[1]) / 1024, len(os.listdir(process / "fd")), len(os.listdir(process / "task")))
 
 
-def on_disk(folder: Path) -> Holding:
-    """What is allocated, not what a sparse file is long."""
-    blocks = 0
+def on_disk(folder: Path) -> Tuple[Holding, Holding]:
+    """What all files but the log's, and what these take: what is allocated, not what a sparse file is long."""
+    blocks = {False: 0, True: 0}
     for root, _, files in os.walk(folder):
         for name in files:
             try:
-                blocks += os.lstat(os.path.join(root, name)).st_blocks
+                blocks[name.startswith(LOG)] += os.lstat(os.path.join(root, name)).st_blocks
             except FileNotFoundError:
                 pass
-    return Holding(disk=blocks * 512 / (1 << 20))
+    return Holding(disk=blocks[False] * 512 / (1 << 20)), Holding(disk=blocks[True] * 512 / (1 << 20))
 
 
 class Week:
@@ -104,7 +108,7 @@ class Week:
     def look(self, at: float) -> None:
         found = {name: holding(process.pid) for name, process in self._bench.processes().items()}
         found["bench"] = holding(self._bench.pid)
-        found["folder"] = on_disk(self._folder)
+        found["folder"], found["log"] = on_disk(self._folder)
         for name, each in found.items():
             self.samples.setdefault(name, []).append((at, each))
 
@@ -119,6 +123,10 @@ def judge(samples: Samples) -> List[str]:
     """A line for each holding that grew."""
     faults = []
     for name, line in samples.items():
+        if name == "log":
+            most_log = max(each.disk for _, each in line)
+            faults += [f"soak: the log took {most_log:.1f} MB (at most {MOST_LOG:g})"] if most_log > MOST_LOG else []
+            continue
         for kind, most in MOST_MORE.items():
             more = growth([getattr(each, kind) for _, each in line])
             if more > most:
@@ -142,6 +150,8 @@ def main() -> int:
     options.picture.parent.mkdir(parents=True, exist_ok=True)
     with tempfile.TemporaryDirectory(prefix="soak-") as folder, Bench(clock="stopped", audio_device="none", resume=f"{folder}/resume.sqlite", timeout=WITHIN) as bench:
         week = Week(bench, Path(bench.runtime), options.seed)
+        for _ in range(KEPT_INPUTS):
+            bench.command("device", "parking", "1")
         begin, number, passed = time.monotonic(), 0, 0.0
         while passed < WEEK:
             number += 1

@@ -142,6 +142,21 @@ def test_what_grows_all_week_is_found_and_what_comes_and_goes_is_not() -> None:
     assert soak.judge(samples([16.0 + at for at in range(8)])) == ["soak: memory of app grew by 4.0 MB (at most 2)"]
 
 
+def test_the_log_may_come_and_go_but_has_a_limit() -> None:
+    def log(*disk: float) -> soak.Samples:
+        return {"log": [(float(at), soak.Holding(disk=each)) for at, each in enumerate(disk)]}
+
+    assert soak.judge(log(8, 16, 8, 9, 10, 11, 15, 16)) == []
+    assert soak.judge(log(8, 16, 8, 16, 8, 17, 8, 16)) == ["soak: the log took 17.0 MB (at most 16.1)"]
+
+
+def test_what_lies_on_the_disk_is_the_log_or_something_else(tmp_path: Path) -> None:
+    for name, size in (("slog", 1), ("slog.old", 2), ("discdb.sqlite", 4)):
+        (tmp_path / name).write_bytes(b"x" * (size << 20))
+    rest, log = soak.on_disk(tmp_path)
+    assert (round(rest.disk), round(log.disk)) == (4, 3)
+
+
 def test_the_picture_of_a_week_has_a_line_for_each_process() -> None:
     drawn = soak.picture({**samples([1, 2, 3]), "bench": [(0.0, soak.Holding(4, 70, 3, 0)), (168.0, soak.Holding(4, 70, 3, 0))]})
     assert drawn.count("<polyline") == 6 and ">bench</text>" in drawn

@@ -46,8 +46,8 @@ void DiscVideoStatusPPSModule::SubscribeZmDisc(char* encoding, char* value) {
     PPSJsonDecoder decoder(value);
     int nValid = -1;
     decoder.Get(VIDEO_STATUS_ZMDISC_VALID, nValid);
-    decoder.GetText(
-        VIDEO_STATUS_ZMDISC_TYPE); // nobody reads it, but without it the object is not a whole one
+    // Nobody reads it, but without it the object is not a whole one.
+    decoder.GetText(VIDEO_STATUS_ZMDISC_TYPE);
     if (decoder.Finish() && nValid == -1) {
         LogDecoderFailed(__FUNCTION__, LINE_ZMDISC_FAILED);
     }
